@@ -1,0 +1,15 @@
+# Settings that hold for every target of this tree. An application that adds this tree as a subdirectory keeps its
+# own: everything here is scoped to this directory.
+
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+    add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+    # Binaries tell nothing of the machine that built them.
+    add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
+    if(MOXWRITER_WERROR)
+        add_compile_options(-Werror)
+    endif()
+    if(MOXWRITER_SANITIZE)
+        add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        add_link_options(-fsanitize=address,undefined)
+    endif()
+endif()

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <Qel/Util/Export.h>
+
+#include <iosfwd>
+
+namespace Qel::Log {
+
+template <typename CharT>
+struct Record;
+
+/// Takes the log records of the library, and drops them: a save writes nothing to any stream.
+struct MOXWRITER_EXPORT LogSystem {
+    LogSystem();
+    LogSystem(const LogSystem& other);
+    LogSystem& operator=(const LogSystem& other);
+    virtual ~LogSystem();
+
+    /// Drops the record.
+    virtual void operator+=(const Record<char>& record);
+
+    /// Writes the text that `stream` has gathered, and a newline, to `std::cout`.
+    /// @pre `stream` is a `std::ostringstream`.
+    virtual void operator+=(const std::ostream& stream);
+};
+
+} // namespace Qel::Log

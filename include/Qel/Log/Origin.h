@@ -1,0 +1,22 @@
+#pragma once
+
+#include <Qel/Util/Export.h>
+
+#include <cstdint>
+
+namespace Qel::Log {
+
+/// Where and when a log record came into being.
+struct MOXWRITER_EXPORT Origin {
+    /// Takes the current time. Neither text is copied: both must live as long as the program, like literals
+    /// do.
+    Origin(const char* sourcePath, const char* sourceName, unsigned long sourceLine);
+
+    const char* file;
+    const char* function;
+    unsigned long line;
+    /// Seconds since the epoch (1970-01-01 00:00 UTC).
+    std::int64_t time;
+};
+
+} // namespace Qel::Log

@@ -1,0 +1,10 @@
+#pragma once
+
+namespace Qel::Log::Severity {
+
+/// How grave a log record is. The library itself uses Info alone.
+enum Severity : int {
+    Info = 1,
+};
+
+} // namespace Qel::Log::Severity

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <Qel/Util/Export.h>
+
+#include <cstddef>
+#include <initializer_list>
+#include <vector>
+
+namespace Qel::Mox2 {
+
+/// A column of numbers. A plain value: copies are deep.
+///
+/// Sizes are narrowed to a signed 32-bit number: higher bits are lost, and a size with bit 31 set becomes
+/// negative, holds no elements and is refused by Model::addArrayProperty() with
+/// Qel::Exception::UnderflowError. A narrowed size that is smaller than a sequence takes its beginning.
+///
+/// @tparam T `float` or `unsigned int`.
+/// @throws std::bad_alloc from every operation that allocates.
+template <typename T>
+class MOXWRITER_EXPORT Array1d {
+public:
+    /// `size` elements with undefined values.
+    Array1d(std::size_t size = 0);
+    /// `size` elements of one value.
+    Array1d(std::size_t size, const T& value);
+    /// The elements from `begin` up to `end`.
+    Array1d(T* begin, T* end);
+    Array1d(const std::vector<T>& values);
+    Array1d(const std::initializer_list<T>& values);
+    /// @throws std::bad_alloc also if the size of `other` is negative.
+    Array1d(const Array1d& other);
+    const Array1d& operator=(const Array1d& other);
+    ~Array1d();
+
+    std::size_t size() const;
+
+    /// The element at `index`, from 0. There is no check.
+    const T& operator[](std::size_t index) const;
+    T& operator[](std::size_t index);
+    const T& operator()(std::size_t index) const;
+    T& operator()(std::size_t index);
+
+    /// Copies size() elements from `source`, which must hold as many. The fastest way to fill an array.
+    void copy_from(const T* source);
+
+private:
+    friend class Model;
+    struct Storage;
+
+    Storage* storage;
+};
+
+extern template class Array1d<unsigned int>;
+extern template class Array1d<float>;
+
+} // namespace Qel::Mox2

@@ -1,0 +1,216 @@
+#pragma once
+
+#include <Qel/Mox2/Array1d.h>
+#include <Qel/Mox2/Array2d.h>
+#include <Qel/Mox2/Attributes.h>
+#include <Qel/Mox2/DatasetType.h>
+#include <Qel/Mox2/NodeProperties.h>
+#include <Qel/Mox2/NodeType.h>
+#include <Qel/Mox2/PropertyType.h>
+#include <Qel/Mox2/SaverOptions.h>
+#include <Qel/Mox2/Step.h>
+#include <Qel/Mox2/StepList.h>
+#include <Qel/Util/Export.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Qel::Mox2 {
+
+class Database;
+
+/// A finite-element model on its way into a file: an assembly tree of groups and shapes, and numbers on the
+/// geometry of the shapes.
+///
+/// The order of calls: saveTo() once; then the first node, by addNode() or addAssemblyComponents(); then
+/// nodes, node data and arrays in any order; close() at the end, since only there the tree and the file's
+/// catalogue are written. After close() the same object can save another model.
+///
+/// A model is *Empty* from construction to saveTo() and after close(), and *Open* in between. Nodes have ids:
+/// 1 for the first, counting up in order of creation; 0 means none. One node is the *current* one; new nodes
+/// go below it.
+///
+/// @par Failures
+/// A call that fails leaves what it did so far and the model stays usable; nothing is rolled back. Every
+/// failure is an exception of Qel/Exception/Exception.h or of the standard library. The result of writing to
+/// the disk is not examined: check the finished file.
+///
+/// @par Threads
+/// One thread at a time for a model. addArrayProperty() must not run on two threads at once, not even for two
+/// models.
+///
+/// @par Environment
+/// `MOXWRITER_DEFAULT_BLOCK_SIZE`, a decimal number of bytes read anew at each use, replaces both the step by
+/// which buffers grow (10,485,760) and the size at which a block of the file is full (209,715,200).
+class MOXWRITER_EXPORT Model {
+public:
+    /// A number that is never a node's id. No call returns or expects it; "no node" is 0.
+    static constexpr unsigned int INVALID_ID = 0xFFFFFFFFU;
+
+    /// An Empty model. Opens nothing.
+    Model();
+    Model(const Model&) = delete;
+    /// Makes this model share the database of `other`; nothing counts the owners. The former database of this
+    /// model is neither closed nor freed, and only one of the two models may ever be destroyed.
+    Model& operator=(const Model& other);
+    /// Does what close() does. An exception that close() would throw ends the process here.
+    ~Model();
+
+    /// Opens the file and writes its first bytes. The model is then Open, with no node.
+    ///
+    /// @param path    The file, replaced or not as `options.overwrite` says.
+    /// @throws Qel::Exception::InvalidObjectState "Not Empty" if the model is Open. Nothing changes.
+    /// @throws Qel::Exception::FileOpenException "File exists." if the file exists and must not be replaced.
+    /// @throws Qel::Exception::MiscelleneousException with the path if the file can't be opened.
+    /// After the last two the model is Open without a file: all calls work, close() writes nothing and makes
+    /// the model Empty.
+    void saveTo(const std::string& path, const SaverOptions& options);
+
+    /// Writes all that is still in memory, completes the file and closes it. The model is then Empty. Does
+    /// nothing on an Empty model.
+    ///
+    /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the file can't be positioned.
+    /// @throws Qel::Exception::MemoryAllocationException if a block can't be compressed for lack of memory.
+    /// After an exception the model is still Open, the file is incomplete, and close() can be called again.
+    /// @par Cost One pass over the tree; every block still in memory is compressed on this thread.
+    void close();
+
+    /// The separator "/" of paths.
+    static const std::string& defaultPathSeparator();
+
+    /// Adds a node below the current node, or the first node of the model, and makes it current.
+    ///
+    /// A Shape below another node gets a geometry of the same name below it, takes two ids, and the geometry
+    /// is the one that becomes current and whose id is returned: that is the id for addArrayProperty(). A
+    /// Shape as first node gets no geometry. To add a sibling of a Shape, call moveToParentNode() twice
+    /// before.
+    ///
+    /// @param type       RootMarkedGroup and RootGroup for the first node alone; Group; Shape.
+    /// @param attributes Kept for groups; ignored for shapes.
+    /// @return the id of the node that is now current.
+    /// @throws Qel::Exception::InvalidObjectState "File not open." if the model is Empty.
+    /// @throws Qel::Exception::InvalidArguments "Invalid node type for root node" or "Invalid node type".
+    /// @throws Qel::Exception::InvalidArguments if an attribute is of a kind that a file can't keep.
+    /// @throws Qel::Exception::KeyNotFound if addArrayProperty() left an unknown id current.
+    /// No node is added by a call that fails.
+    unsigned int addNode(NodeType type, const std::string& name,
+                         const Attributes& attributes = emptyAttributes());
+
+    /// Makes the node `id` current. Id 1 is there from saveTo() on.
+    ///
+    /// @throws Qel::Exception::InvalidObjectState "Not initialized" if the model is Empty.
+    /// @throws Qel::Exception::OutOfBounds if there is no node of this id. The current node stays.
+    void setCurrentNodeId(unsigned int id);
+
+    /// Makes the parent of the current node current; at the root it does nothing.
+    ///
+    /// @throws Qel::Exception::InvalidObjectState "Not initialized" if the model is Empty.
+    /// @throws Qel::Exception::KeyNotFound if addArrayProperty() left an unknown id current.
+    void moveToParentNode();
+
+    /// Looks a node up by its path: for each level from the root on, the separator and the node's name, as in
+    /// "/car/body/door". Makes the root current, found or not; an empty path leaves the current node.
+    ///
+    /// A shape's own path gives the shape; its geometry has the shape's name once more behind it. Among
+    /// siblings of one name the oldest is found.
+    ///
+    /// @param separator One text that stands whole between two names.
+    /// @return the node's id, or 0 if there is none.
+    /// @throws Qel::Exception::InvalidObjectState "Not initialized" if the model is Empty.
+    /// @throws std::out_of_range "invalid string position" if the path names the root alone.
+    unsigned int getNodeId(const std::string& path, const std::string& separator = defaultPathSeparator());
+
+    /// The same for the names on the way from the root on, which can hold any character but the byte 0x1E.
+    unsigned int getNodeId(const std::vector<std::string>& components);
+
+    /// Sets properties and attributes of a node, in ascending order of the properties' numbers, and makes the
+    /// node current; for the geometry of a shape it works on the shape and makes that current.
+    ///
+    /// @param id         A group, for transforms and attributes, or a shape or its geometry, for the
+    /// material.
+    /// @param properties See PropertyType for what each needs.
+    /// @param attributes Added to those of a group, replacing those of the same key; ignored for other nodes.
+    /// @throws Qel::Exception::InvalidObjectState "File not open." if the model is Empty.
+    /// @throws Qel::Exception::OutOfBounds if there is no node of this id.
+    /// @throws Qel::Exception::InvalidArguments "Invalid properties" for a property of no known number,
+    /// "Invalid
+    ///         property type" for one that the node doesn't have, "invalid array size" for a wrong length,
+    ///         and without a message for an attribute of a kind that a file can't keep.
+    /// @throws Qel::Exception::TemplateSpecializationNotDefined for a value of the wrong type, and always for
+    ///         ShapeSwitch on a shape.
+    /// Properties before the failing one stay set, and the current node stays moved.
+    void setNodeData(unsigned int id, const NodeProperties& properties,
+                     const Attributes& attributes = emptyAttributes());
+
+    /// Merges paths into the tree: makes the nodes that are missing and finds those that exist. Leaves the
+    /// last node of the last path current.
+    ///
+    /// A path begins with the separator and the root's name. One that ends in the separator names a group,
+    /// any other a shape with its geometry. A path of the root's name alone makes a node of that name below
+    /// the root.
+    ///
+    /// @param separator Stands at the start of each path; within it, each of its characters separates names.
+    /// @return one id for each path, in order: of the group, or of the shape's geometry; 0 for an empty path.
+    /// @throws Qel::Exception::InvalidObjectState "File not open." if the model is Empty and there is a path.
+    /// @throws Qel::Exception::InvalidArguments "Relative paths not supported" for a path that does not begin
+    /// with
+    ///         the separator.
+    /// @throws Qel::Exception::NotYetImplemented for a path below another root.
+    /// Nodes of the paths before the failing one stay; merging the same paths again finds them.
+    Array1d<unsigned int> addAssemblyComponents(const std::vector<std::string>& paths,
+                                                const std::string& separator = defaultPathSeparator());
+
+    /// The same for the keys of a map, in ascending order. The attributes of group paths are tested as
+    /// addNode() tests them and then dropped; set them with setNodeData().
+    ///
+    /// @throws Qel::Exception::InvalidArguments also if an attribute is of a kind that a file can't keep; the
+    ///         nodes of its path stay.
+    Array1d<unsigned int> addAssemblyComponents(const std::map<std::string, Attributes>& paths,
+                                                const std::string& separator = defaultPathSeparator());
+
+    /// Writes an array once and attaches it to geometries, for one step or several. Leaves the last id
+    /// current.
+    ///
+    /// The first geometry and step hold the numbers; all others refer to them. An id of another kind of node
+    /// is passed over. A key (the name, and the step's name if it has one) that a geometry already has is
+    /// overwritten. With no ids or no rows the call does nothing; with no steps it writes numbers that
+    /// nothing refers to. The numbers have left the caller's hands when the call returns.
+    ///
+    /// @tparam ArrayT    Array1d or Array2d of `float` or `unsigned int`. Array1d serves types of one column.
+    /// @tparam IdsT      `unsigned int` for one node, `Array1d<unsigned int>` for several.
+    /// @tparam StepsT    Step or StepList.
+    /// @param type       What the numbers are; see DatasetType for the columns and the default name.
+    /// @param data       One row for each node or element, row-major.
+    /// @param ids        Geometries, as addNode() and addAssemblyComponents() return them.
+    /// @param attributes Describe the dataset. A step's attributes are added to them; where both have a key,
+    /// these
+    ///                   win. "Category" = "Vibration" marks mode shapes. "Complex", "Contents",
+    ///                   "DataSource", "DataType", "Structure" and keys that begin with "Link." are dropped.
+    /// @throws Qel::Exception::InvalidArguments "Can't guess result name for specified type" or "Can't guess
+    ///         result width for specified type"; without a message if the columns are not those of the type
+    ///         or if an attribute is of a kind that a file can't keep.
+    /// @throws Qel::Exception::InvalidObjectState "File not open." if the model is Empty.
+    /// @throws Qel::Exception::UnderflowError for a negative number of rows or ids.
+    /// @throws Qel::Exception::KeyNotFound for an id that is not in the tree; it is then the current one.
+    /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the file can't be positioned.
+    /// After the last two, and after a refused attribute, the numbers are in the file, and the ids and steps
+    /// before the failing one refer to them.
+    /// @par Cost One pass over the numbers, whatever the number of ids and steps; full blocks are compressed
+    /// and written on this thread.
+    template <typename ArrayT, typename IdsT, typename StepsT>
+    void addArrayProperty(DatasetType type, const ArrayT& data, const IdsT& ids, const StepsT& steps,
+                          const Attributes& attributes = emptyAttributes());
+
+    /// The same under a name of the caller's choice, which types without a default name need.
+    template <typename ArrayT, typename IdsT, typename StepsT>
+    void addArrayProperty(const std::string& name, DatasetType type, const ArrayT& data, const IdsT& ids,
+                          const StepsT& steps, const Attributes& attributes = emptyAttributes());
+
+private:
+    static const Attributes& emptyAttributes();
+
+    Database* database;
+};
+
+} // namespace Qel::Mox2

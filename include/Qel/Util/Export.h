@@ -1,0 +1,12 @@
+#pragma once
+
+/// @file
+/// The mark of everything that the shared library gives to applications.
+
+#if defined(_WIN32) && defined(MOXWRITER_BUILDING)
+#define MOXWRITER_EXPORT __declspec(dllexport)
+#elif defined(_WIN32)
+#define MOXWRITER_EXPORT __declspec(dllimport)
+#else
+#define MOXWRITER_EXPORT __attribute__((visibility("default")))
+#endif

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <Qel/Exception/Throw.h>
+
+#include <algorithm>
+#include <deque>
+
+namespace QelAdt {
+
+/// A node of a Tree: its links, as ids, and its payload. 0 stands for "none" in all links.
+template <typename T>
+struct TreeNode {
+    unsigned int id = 0;
+    unsigned int parent = 0;
+    unsigned int previous = 0; ///< The sibling that was added before.
+    unsigned int next = 0;     ///< The sibling that was added after.
+    unsigned int firstChild = 0;
+    unsigned int lastChild = 0;
+    T data{};
+};
+
+/// A tree that is built through a cursor: a new node is a child of the current node and becomes current.
+///
+/// Ids count up from 1, the root, in order of creation; no node is ever removed. References to nodes stay
+/// valid. Payloads that are pointers are not owned.
+template <typename T>
+class Tree {
+public:
+    /// A root without payload, which is current.
+    Tree() { nodes.push_back({.id = RootId}); }
+
+    /// @throws Qel::Exception::KeyNotFound if there is no such id.
+    const TreeNode<T>& GetReqNode(const unsigned int& id) const {
+        if (!contains(id)) {
+            QEL_THROW(Qel::Exception::KeyNotFound());
+        }
+        return nodes[id - RootId];
+    }
+
+    /// @throws Qel::Exception::KeyNotFound if the current id is none of a node.
+    TreeNode<T>& GetCurrentNode() {
+        if (!contains(currentId)) {
+            QEL_THROW(Qel::Exception::KeyNotFound());
+        }
+        return nodes[currentId - RootId];
+    }
+
+    /// Moves the cursor. Id 0 passes, and the next use of the cursor fails.
+    /// @throws Qel::Exception::KeyNotFound for an id that has not been given out.
+    void SetCurrentId(unsigned int id) {
+        if (id >= nextId) {
+            QEL_THROW(Qel::Exception::KeyNotFound());
+        }
+        currentId = id;
+    }
+
+    /// Adds a child without payload behind the current node's last, and makes it current.
+    /// @throws Qel::Exception::KeyNotFound if the current id is none of a node; nothing changes.
+    void AddChild() {
+        TreeNode<T>& parent = GetCurrentNode();
+        nodes.push_back({.id = nextId, .parent = currentId, .previous = parent.lastChild});
+        if (parent.lastChild != 0) {
+            nodes[parent.lastChild - RootId].next = nextId;
+        } else {
+            parent.firstChild = nextId;
+        }
+        parent.lastChild = nextId;
+        currentId = nextId;
+        ++nextId;
+    }
+
+    /// Moves to the oldest child of the current node whose payload the policy finds equal to the probe. The
+    /// policy is asked about nodes anywhere in the tree, up to the match, and has to be able to take the
+    /// payload of each.
+    /// @throws Qel::Exception::KeyNotFound if there is none; the cursor stays.
+    template <typename Policy>
+    void MoveToChild(const T& probe, Policy policy) {
+        const auto match = std::ranges::find_if(nodes, [&](const TreeNode<T>& node) {
+            return policy(node.data, probe) && node.parent == currentId;
+        });
+        if (match == nodes.end()) {
+            QEL_THROW(Qel::Exception::KeyNotFound());
+        }
+        currentId = match->id;
+    }
+
+    unsigned int GetCurrentId() const { return currentId; }
+    /// Moves the cursor without any check.
+    void PutCurrentId(unsigned int id) { currentId = id; }
+    /// The id of the node that is added next.
+    unsigned int GetNextId() const { return nextId; }
+    /// All nodes in ascending id.
+    const std::deque<TreeNode<T>>& GetNodes() const { return nodes; }
+
+protected:
+    static constexpr unsigned int RootId = 1;
+
+private:
+    bool contains(unsigned int id) const { return id >= RootId && id < nextId; }
+
+    // The node of id 1 first: ids have no gaps.
+    std::deque<TreeNode<T>> nodes;
+    unsigned int nextId = RootId + 1;
+    unsigned int currentId = RootId;
+};
+
+} // namespace QelAdt

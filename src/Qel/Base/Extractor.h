@@ -1,0 +1,17 @@
+#pragma once
+
+namespace Qel::Base {
+
+/// An operation that asks a database. Made for one call, as a Modifier is.
+template <typename Db, typename T>
+class Extractor {
+public:
+    Extractor() = default;
+    Extractor(const Extractor&) = delete;
+    Extractor& operator=(const Extractor&) = delete;
+    virtual ~Extractor() = default;
+
+    virtual T extract(Db&) { return T(); }
+};
+
+} // namespace Qel::Base

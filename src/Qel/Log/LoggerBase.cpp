@@ -1,0 +1,19 @@
+#include <Qel/Log/LoggerBase.h>
+
+namespace Qel::Log {
+
+LoggerBase::LoggerBase() = default;
+
+LoggerBase::LoggerBase(const LoggerBase&) = default;
+
+LoggerBase& LoggerBase::operator=(const LoggerBase&) = default;
+
+LoggerBase::~LoggerBase() = default;
+
+LoggerBase& LoggerBase::logRecord(const char* const, const char* const, unsigned long, Severity::Severity) {
+    return *this;
+}
+
+void LoggerBase::operator+=(const std::ostream&) {}
+
+} // namespace Qel::Log

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <Qel/Mox/NumericArray.h>
+#include <Qel/Mox/VariableType.h>
+#include <Qel/Util/AttributeList.h>
+
+#include <string>
+
+namespace QelMox {
+
+/// What a Geometry keeps of a dataset when its numbers have gone to the file.
+struct DatasetEntry {
+    /// Takes the attributes over, but for those that only applications look at, to those that are there
+    /// already; "Category" = "Vibration" marks the dataset as a vibration.
+    void SetAttributes(const QelUtil::AttributeList& list);
+
+    std::string key;
+    VariableType variableType = {};
+    bool vibration = false;
+    QelUtil::AttributeList attributes;
+    NumericArray values;
+    /// True if the numbers are those of the entry that the other two fields name. Never becomes false again.
+    bool isLink = false;
+    unsigned int linkNodeId = 0;
+    unsigned int linkIndex = 0;
+};
+
+} // namespace QelMox

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+/// The names, versions and codes that the model writes. Files on disk hold them, so they never change.
+namespace QelMox::Format {
+
+/// The block names, each with the stream of its blocks.
+inline const std::string HeavyData = "Heavy Data";  ///< The numbers of datasets and node sets.
+inline const std::string MoxTree = "Mox Tree";      ///< The node count and a record for each node.
+inline const std::string LightData = "Light Data";  ///< A descriptor for each node.
+inline const std::string Attributes = "Attributes"; ///< Attribute records of groups and datasets.
+inline const std::string Resources = "Resources";   ///< A material for each shape.
+inline const std::string GlobalInformation = "Global Information"; ///< Who wrote the file, and when.
+inline const std::string ViewPoints = "View Points";               ///< Flagged and never filled.
+
+/// The type names of the node classes, by which a reader knows what follows a node's record.
+inline constexpr std::string_view NodeType = "Node";
+inline constexpr std::string_view GroupType = "Group";
+inline constexpr std::string_view MaterialType = "Material";
+inline constexpr std::string_view ShapeType = "Shape";
+inline constexpr std::string_view GeometryType = "Geometry";
+inline constexpr std::string_view NodeSetsType = "NodeSets";
+
+/// The record versions of the node classes, texts that are compared for equality only.
+inline constexpr std::string_view NodeVersion = "0.1";
+inline constexpr std::string_view GroupVersion = "0.4";
+inline constexpr std::string_view MaterialVersion = "0.3";
+inline constexpr std::string_view ShapeVersion = "0.2";
+inline constexpr std::string_view NodeSetsVersion = "0.1";
+inline constexpr std::string_view ModifierInfoVersion = "0.1";
+
+/// The geometry's: with the numbers in the geometry, with narrow positions, and as all files have it.
+inline constexpr std::string_view GeometryWithNumbers = "0.5";
+inline constexpr std::string_view GeometryWithNarrowPositions = "0.6";
+inline constexpr std::string_view GeometryVersion = "0.7";
+
+/// The version of the file format.
+inline constexpr std::string_view FileVersion = "1.3";
+/// The last file version whose positions had 32 bits.
+inline constexpr std::string_view NarrowFileVersion = "0.6";
+
+/// The versions that a record's fields were added behind, oldest first.
+inline constexpr std::array<std::string_view, 7> VersionLadder = {"0.1", "0.2", "0.3", "0.4",
+                                                                  "0.5", "0.6", "0.7"};
+
+/// Where an element's type stands in the word of a dataset's variable type.
+inline constexpr unsigned int ElementTagShift = 24;
+
+/// The first word of a node sets' descriptor.
+inline constexpr unsigned int NodeSetsMark = 16;
+
+/// Separates a dataset's name from its step's in the dataset's key.
+inline constexpr char StepSeparator = '\x1e';
+
+} // namespace QelMox::Format

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <Qel/Mox/DatasetEntry.h>
+#include <Qel/Mox/Node.h>
+#include <Qel/Mox/VariableType.h>
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace QelTnf {
+class TnFile;
+}
+
+namespace QelMox {
+
+/// The node that stands for the numbers of a shape: an entry for each dataset, whose numbers are in the file.
+class Geometry : public Node {
+public:
+    using VariableType = QelMox::VariableType;
+
+    explicit Geometry(std::string geometryName);
+
+    std::string GetTypeName() const override;
+    std::string GetVersion() const override;
+
+    /// @return the index of the entry of this key, which is appended if it is new.
+    std::uint64_t FindOrAddDataset(const std::string& key);
+
+    DatasetEntry& GetDataset(std::uint64_t datasetIndex) { return datasets[datasetIndex]; }
+    /// All entries, in order of the first use of their keys.
+    const std::deque<DatasetEntry>& GetDatasets() const { return datasets; }
+
+    /// Where the numbers of each key stand in the stream of the datasets.
+    std::map<std::string, std::uint64_t> positions;
+
+    /// Puts all entries into the file's blocks, in the layout of GetVersion().
+    /// @throws Qel::Exception::KeyNotFound for an entry that needs a position and has none.
+    void WriteTn(QelTnf::TnFile& container, const std::string& lightData, const std::string& heavyData,
+                 const std::string& attributes) const;
+
+    /// The layout of the versions before "0.5": without links, and without the type of the elements.
+    /// @throws Qel::Exception::KeyNotFound for an entry without a position.
+    void WriteTn_l05(QelTnf::TnFile& container, const std::string& lightData, const std::string& heavyData,
+                     const std::string& attributes) const;
+
+private:
+    std::deque<DatasetEntry> datasets;
+    // Views of the entries' own keys.
+    std::unordered_map<std::string_view, std::uint64_t> indices;
+};
+
+} // namespace QelMox

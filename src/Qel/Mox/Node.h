@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+namespace QelMox {
+
+/// What a node of the tree stands for. Each class names its type and the version of its record, and files
+/// tell readers by these texts what follows.
+class Node {
+public:
+    explicit Node(std::string nodeName);
+    Node(const Node&) = delete;
+    Node& operator=(const Node&) = delete;
+    virtual ~Node();
+
+    virtual std::string GetTypeName() const;
+    virtual std::string GetVersion() const;
+    virtual bool GetFlag() const;
+    // Without effect; they keep their places in the order of the virtual operations.
+    virtual void Reserved4() {}
+    virtual void Reserved5() {}
+    virtual void Reserved6() {}
+    virtual void Reserved7() {}
+
+    const std::string& GetName() const { return name; }
+
+private:
+    const std::string name;
+    bool flagA = false;
+};
+
+} // namespace QelMox

@@ -1,0 +1,16 @@
+#include <Qel/Mox/NodePolicies.h>
+
+#include <Qel/Mox/Node.h>
+
+namespace QelMox {
+
+bool NodesWithSameName::operator()(const Node* const left, const Node* const right) const {
+    return left->GetName() == right->GetName() && left->GetTypeName() == right->GetTypeName() &&
+           left->GetVersion() == right->GetVersion();
+}
+
+bool VirtualNodesWithSameName::operator()(const Node* const left, const Node* const right) const {
+    return left->GetName() == right->GetName();
+}
+
+} // namespace QelMox

@@ -1,0 +1,17 @@
+#pragma once
+
+namespace QelMox {
+
+class Node;
+
+/// Takes two nodes for equal if their names, types and versions are.
+struct NodesWithSameName {
+    bool operator()(const Node* left, const Node* right) const;
+};
+
+/// Takes two nodes for equal if their names are, so that a plain Node can be looked for.
+struct VirtualNodesWithSameName {
+    bool operator()(const Node* left, const Node* right) const;
+};
+
+} // namespace QelMox

@@ -1,0 +1,44 @@
+#include <Qel/Mox/NodeSets.h>
+
+#include <Qel/Mox/Format.h>
+#include <Qel/Tnf/TnFile.h>
+
+namespace QelMox {
+
+NodeSets::NodeSets(std::string nodeName) : Node(std::move(nodeName)) {}
+
+std::string NodeSets::GetTypeName() const {
+    return std::string(Format::NodeSetsType);
+}
+
+std::string NodeSets::GetVersion() const {
+    return std::string(Format::NodeSetsVersion);
+}
+
+void NodeSets::WriteHeavy(QelTnf::TnFile& container, const std::string& blockName) {
+    std::vector<unsigned int> nameOffsets = {0};
+    std::string names;
+    std::vector<unsigned int> memberOffsets = {0};
+    std::vector<unsigned int> firsts;
+    std::vector<unsigned int> seconds;
+    for (const NodeSet& set : sets) {
+        names += set.name;
+        nameOffsets.push_back(static_cast<unsigned int>(names.size()));
+        for (const auto& [first, second] : set.members) {
+            firsts.push_back(first);
+            seconds.push_back(second);
+        }
+        memberOffsets.push_back(static_cast<unsigned int>(firsts.size()));
+    }
+
+    QelTnf::Index& index = container.GetIndex();
+    heavyPosition = index.GetStreamSize(blockName);
+    index.Put(blockName, nameOffsets);
+    index.Put(blockName, names);
+    index.Put(blockName, memberOffsets);
+    index.Put(blockName, firsts);
+    index.Put(blockName, seconds);
+    heavySize = static_cast<std::uint32_t>(index.GetStreamSize(blockName) - heavyPosition);
+}
+
+} // namespace QelMox

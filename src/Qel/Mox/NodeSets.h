@@ -1,0 +1,40 @@
+#pragma once
+
+#include <Qel/Mox/Node.h>
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace QelTnf {
+class TnFile;
+}
+
+namespace QelMox {
+
+/// Named sets of pairs of numbers. No call of the model makes such a node; the save writes it where there is
+/// one.
+class NodeSets final : public Node {
+public:
+    struct NodeSet {
+        std::string name;
+        std::vector<std::pair<unsigned int, unsigned int>> members;
+    };
+
+    explicit NodeSets(std::string nodeName);
+
+    std::string GetTypeName() const override;
+    std::string GetVersion() const override;
+
+    /// Puts all sets into a name's stream, as five lists, and notes where they are.
+    void WriteHeavy(QelTnf::TnFile& container, const std::string& blockName);
+
+    std::vector<NodeSet> sets;
+    /// Where WriteHeavy() put the sets, in the stream before compression.
+    std::uint64_t heavyPosition = 0;
+    /// The bytes that WriteHeavy() put.
+    std::uint32_t heavySize = 0;
+};
+
+} // namespace QelMox

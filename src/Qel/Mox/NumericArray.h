@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace QelMox {
+
+/// Describes a flat array of 4-byte values whose numbers are elsewhere.
+class NumericArray final {
+public:
+    struct Descriptor {
+        int number = 0;
+        std::string text;
+    };
+
+    virtual const std::uint8_t& GetWidth() const { return width; }
+    /// The number of values.
+    virtual std::uint64_t GetCount() const { return sizeInBytes >> 2U; }
+
+    /// The caller's numbers. Not owned, and gone as soon as they have been streamed.
+    const void* data = nullptr;
+    std::uint64_t sizeInBytes = 0;
+    /// Values of one element.
+    std::uint8_t width = 1;
+    std::uint8_t widthFlag = 0;
+    std::unique_ptr<Descriptor> descriptor;
+    /// The type of the values, by the numbers of Qel::Type::Traits.
+    std::uint32_t elementTag = 0;
+    // The fields below have a place in the file and always these values.
+    bool boolA = false;
+    bool boolB = false;
+    float floatA = 0.0F;
+    float floatB = 0.0F;
+    bool boolC = false;
+};
+
+} // namespace QelMox

@@ -1,0 +1,99 @@
+// The model's records in blocks: the container knows them by name alone.
+
+#include <Qel/Mox/Format.h>
+#include <Qel/Mox/Material.h>
+#include <Qel/Mox/ModifierInfo.h>
+#include <Qel/Mox/ResultAttributes.h>
+#include <Qel/Mox/VariableType.h>
+#include <Qel/Tnf/Block.h>
+#include <Qel/Tnf/Index.inl>
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace QelTnf {
+
+template void Index::Put(const std::string&, const QelMox::VariableType&);
+template void Index::Put(const std::string&, const QelMox::Material&);
+template void Index::Put(const std::string&, const std::vector<QelMox::ModifierInfo>&);
+template void Index::Put(const std::string&, const std::vector<QelMox::ResultAttributes>&);
+
+namespace {
+
+// A record is its size in bytes, its version and its fields: those of the first version, then those that came
+// with each later one, up to its own.
+template <typename PutFirstFields, typename PutFieldsBehind>
+void putRecord(Block& block, const std::string& version, PutFirstFields putFirstFields,
+               PutFieldsBehind putFieldsBehind) {
+    const std::uint32_t start = block.GetPosition();
+    block.Put(std::uint32_t{0});
+    block.Put(version);
+    putFirstFields();
+    for (const std::string_view rung : QelMox::Format::VersionLadder) {
+        if (version == rung) {
+            break;
+        }
+        putFieldsBehind(rung);
+    }
+    const std::uint32_t end = block.GetPosition();
+    block.SetPosition(start);
+    block.Put(end - start);
+    block.SetPosition(end);
+}
+
+void putColor(Block& block, const QelMox::Material::Color& color) {
+    block.Put(color.data(), static_cast<unsigned int>(sizeof(color)));
+}
+
+} // namespace
+
+void Block::Put(const QelMox::Material& material) {
+    putRecord(
+        *this, material.GetRecordVersion(),
+        [&] {
+            putColor(*this, material.GetDiffuse());
+            putColor(*this, material.GetSpecular());
+            putColor(*this, material.GetEmissive());
+            putColor(*this, material.GetAmbient());
+            Put(material.GetTransparency());
+        },
+        [&](std::string_view rung) {
+            if (rung == "0.1") {
+                Put(material.GetShininess());
+            } else if (rung == "0.2") {
+                Put(material.GetMaterialFlag());
+            }
+        });
+}
+
+void Block::Put(const QelMox::ModifierInfo& info) {
+    putRecord(
+        *this, std::string(QelMox::Format::ModifierInfoVersion),
+        [&] {
+            Put(info.SourceName);
+            Put(info.SourceVersion);
+            Put(info.FormatVersion);
+            Put(info.Date);
+            Put(info.Computer);
+            Put(info.User);
+            Put(info.Comment);
+        },
+        [](std::string_view) {});
+}
+
+void Block::Put(const std::vector<QelMox::ModifierInfo>& infos) {
+    Put(static_cast<std::uint32_t>(infos.size()));
+    for (const QelMox::ModifierInfo& info : infos) {
+        Put(info);
+    }
+}
+
+// The elements have no form in the file; the list is always empty.
+void Block::Put(const std::vector<QelMox::ResultAttributes>& attributes) {
+    Put(static_cast<std::uint32_t>(attributes.size()));
+}
+
+} // namespace QelTnf

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+namespace QelMox {
+
+/// Has a list in the file that is always empty.
+struct ResultAttributes {
+    std::map<std::string, std::string> first;
+    std::map<std::string, std::string> second;
+};
+
+} // namespace QelMox

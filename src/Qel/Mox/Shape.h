@@ -1,0 +1,26 @@
+#pragma once
+
+#include <Qel/Mox/Material.h>
+#include <Qel/Mox/Node.h>
+
+#include <string>
+
+namespace QelMox {
+
+/// A shape of the assembly: a material, and below it a Geometry.
+class Shape final : public Node {
+public:
+    /// A shape with a material of default looks and without a name.
+    explicit Shape(std::string shapeName);
+
+    std::string GetTypeName() const override;
+    std::string GetVersion() const override;
+
+    const Material& GetMaterial() const { return material; }
+    Material& GetMaterial() { return material; }
+
+private:
+    Material material;
+};
+
+} // namespace QelMox

@@ -1,0 +1,116 @@
+#include <Qel/Mox2/Adder/ArrayProperty.h>
+
+#include <Qel/Exception/Throw.h>
+#include <Qel/Mox/Format.h>
+#include <Qel/Mox2/Helper/Attributes.h>
+
+#include <limits>
+#include <utility>
+
+namespace Qel::Mox2::Adder {
+
+using Helper::Attributes::toAttributeList;
+
+// The ids are assigned: an array of negative size can't be copy-constructed, and is to be refused by
+// update().
+template <typename PropertyT, typename IdsT, typename StepsT>
+ArrayProperty<PropertyT, IdsT, StepsT>::ArrayProperty(PropertyT arrayProperty, const IdsT& nodeIds,
+                                                      const StepsT& arraySteps)
+    : property(std::move(arrayProperty)), steps(arraySteps) {
+    ids = nodeIds;
+}
+
+template <typename PropertyT, typename IdsT, typename StepsT>
+void ArrayProperty<PropertyT, IdsT, StepsT>::update(Database& database) {
+    constexpr Eigen::Index largestCount = std::numeric_limits<std::int32_t>::max();
+    database.assertOpenedForWriting();
+    database.assertNotEmpty();
+    const Eigen::Index rows = property.data.rows();
+    if (ids.size() == 0 || rows == 0) {
+        return;
+    }
+    if (ids.size() < 0 || rows < 0) {
+        QEL_THROW(Exception::UnderflowError());
+    }
+    if (ids.size() > largestCount || rows > largestCount) {
+        QEL_THROW(Exception::OverflowError());
+    }
+    // Columns count by their low 32 bits. An array of one dimension has one.
+    if (static_cast<std::uint32_t>(property.data.cols()) != property.width) {
+        QEL_THROW(Exception::InvalidArguments());
+    }
+    QelMox::Tree& tree = database.getTree();
+    const std::uint64_t position =
+        tree.WriteStreamDataset(property.data.data(), static_cast<std::uint32_t>(rows), property.width);
+    record(tree, position, PropertyT::geomTypeFrom(property.type));
+}
+
+template <typename PropertyT, typename IdsT, typename StepsT>
+void ArrayProperty<PropertyT, IdsT, StepsT>::record(QelMox::Tree& tree, std::uint64_t position,
+                                                    QelMox::VariableType variableType) const {
+    const QelUtil::AttributeList propertyAttributes = toAttributeList(property.attributes);
+    Holder holder;
+    for (const unsigned int id : ids) {
+        for (const StepData& step : steps) {
+            const std::string key = keyOf(step);
+            QelUtil::AttributeList attributes = propertyAttributes;
+            attributes.merge(toAttributeList(step.attributes));
+
+            tree.PutCurrentId(id);
+            auto* const geometry = dynamic_cast<QelMox::Geometry*>(tree.GetCurrentNode().data);
+            if (geometry == nullptr) {
+                continue;
+            }
+            const std::uint64_t index = geometry->FindOrAddDataset(key);
+            fill(geometry->GetDataset(index), variableType, attributes);
+            geometry->positions[key] = position;
+            // No node has the id 0; an entry that were there could be neither a link nor linked to.
+            if (id != 0) {
+                linkTo(holder, tree, id, index);
+            }
+        }
+    }
+}
+
+template <typename PropertyT, typename IdsT, typename StepsT>
+std::string ArrayProperty<PropertyT, IdsT, StepsT>::keyOf(const StepData& step) const {
+    return step.name.empty() ? property.name : property.name + QelMox::Format::StepSeparator + step.name;
+}
+
+template <typename PropertyT, typename IdsT, typename StepsT>
+void ArrayProperty<PropertyT, IdsT, StepsT>::fill(QelMox::DatasetEntry& entry,
+                                                  QelMox::VariableType variableType,
+                                                  const QelUtil::AttributeList& attributes) const {
+    const auto rows = static_cast<std::uint32_t>(property.data.rows());
+    entry.variableType = variableType;
+    entry.SetAttributes(attributes);
+    entry.values = QelMox::NumericArray();
+    entry.values.data = property.data.data();
+    entry.values.sizeInBytes = std::uint64_t{property.width} * rows * sizeof(*property.data.data());
+    entry.values.width = property.width;
+    entry.values.elementTag = PropertyT::Traits::elementTag;
+}
+
+// An entry that has become a link stays one, also when its key is used again.
+template <typename PropertyT, typename IdsT, typename StepsT>
+void ArrayProperty<PropertyT, IdsT, StepsT>::linkTo(Holder& holder, QelMox::Tree& tree, unsigned int id,
+                                                    std::uint64_t index) {
+    if (holder.first) {
+        holder = {.first = false, .nodeId = id, .index = static_cast<unsigned int>(index)};
+        return;
+    }
+    tree.SetCurrentId(id);
+    QelMox::DatasetEntry& entry =
+        dynamic_cast<QelMox::Geometry&>(*tree.GetCurrentNode().data).GetDataset(index);
+    entry.isLink = true;
+    entry.linkNodeId = holder.nodeId;
+    entry.linkIndex = holder.index;
+    entry.attributes.clear();
+}
+
+template class ArrayProperty<ColumnProperty<unsigned int>, IdArray, std::vector<StepData>>;
+template class ArrayProperty<ColumnProperty<float>, IdArray, std::vector<StepData>>;
+template class ArrayProperty<TableProperty<unsigned int>, IdArray, std::vector<StepData>>;
+template class ArrayProperty<TableProperty<float>, IdArray, std::vector<StepData>>;
+
+} // namespace Qel::Mox2::Adder

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <Qel/Base/Modifier.h>
+#include <Qel/Mox/Geometry.h>
+#include <Qel/Mox2/ArrayProperty.h>
+#include <Qel/Mox2/ArrayStorage.h>
+#include <Qel/Mox2/Database.h>
+#include <Qel/Mox2/StepData.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Qel::Mox2::Adder {
+
+/// Writes an array once and records it at geometries, for steps; see Model::addArrayProperty().
+/// @tparam PropertyT A Qel::Mox2::ArrayProperty.
+/// @tparam IdsT      IdArray.
+/// @tparam StepsT    A `std::vector` of StepData.
+template <typename PropertyT, typename IdsT, typename StepsT>
+class ArrayProperty final : public Base::Modifier<Database> {
+public:
+    ArrayProperty(PropertyT arrayProperty, const IdsT& nodeIds, const StepsT& arraySteps);
+
+    void update(Database& database) override;
+
+private:
+    // The entry that holds the numbers, to which all others are links.
+    struct Holder {
+        bool first = true;
+        unsigned int nodeId = 0;
+        unsigned int index = 0;
+    };
+
+    void record(QelMox::Tree& tree, std::uint64_t position, QelMox::VariableType variableType) const;
+    std::string keyOf(const StepData& step) const;
+    void fill(QelMox::DatasetEntry& entry, QelMox::VariableType variableType,
+              const QelUtil::AttributeList& attributes) const;
+    static void linkTo(Holder& holder, QelMox::Tree& tree, unsigned int id, std::uint64_t index);
+
+    PropertyT property;
+    IdsT ids;
+    StepsT steps;
+};
+
+extern template class ArrayProperty<ColumnProperty<unsigned int>, IdArray, std::vector<StepData>>;
+extern template class ArrayProperty<ColumnProperty<float>, IdArray, std::vector<StepData>>;
+extern template class ArrayProperty<TableProperty<unsigned int>, IdArray, std::vector<StepData>>;
+extern template class ArrayProperty<TableProperty<float>, IdArray, std::vector<StepData>>;
+
+} // namespace Qel::Mox2::Adder

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <Qel/Base/Modifier.h>
+#include <Qel/Mox2/AttributeMap.h>
+#include <Qel/Mox2/Database.h>
+#include <Qel/Mox2/NodeType.h>
+
+#include <string>
+
+namespace Qel::Mox2::Adder {
+
+/// Adds the first node, or one below the current node; see Model::addNode().
+class Node final : public Base::Modifier<Database> {
+public:
+    Node() = default;
+    Node(NodeType nodeType, const std::string& nodeName, const AttributeMap& nodeAttributes);
+
+    void update(Database& database) override;
+
+    /// The node that is current after update().
+    unsigned int getResult() const { return result; }
+
+private:
+    void addRootNode(QelMox::Tree& tree);
+    void addNonRootNode(QelMox::Tree& tree);
+
+    NodeType type = RootGroup;
+    std::string name;
+    AttributeMap attributes;
+    unsigned int result = 0;
+};
+
+} // namespace Qel::Mox2::Adder

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <boost/token_functions.hpp>
+#include <boost/token_iterator.hpp>
+
+#include <string>
+
+namespace Qel::Mox2::Component {
+
+/// Splits a path into its components, at each single character of the separators. Empty components are left
+/// out.
+class PathSplitter {
+public:
+    using Separators = boost::char_separator<char>;
+    using Iterator = boost::token_iterator<Separators, std::string::const_iterator, std::string>;
+
+    /// @param path Must live as long as the splitter.
+    PathSplitter(const std::string& path, const char* separators)
+        : first(path.begin()), last(path.end()), splitting(separators, "", boost::drop_empty_tokens) {}
+    virtual ~PathSplitter() = default;
+
+    Iterator begin() const { return Iterator(splitting, first, last); }
+    Iterator end() const { return Iterator(splitting, last, last); }
+
+private:
+    std::string::const_iterator first;
+    std::string::const_iterator last;
+    Separators splitting;
+};
+
+} // namespace Qel::Mox2::Component

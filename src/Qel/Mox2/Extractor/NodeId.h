@@ -1,0 +1,24 @@
+#pragma once
+
+#include <Qel/Base/Extractor.h>
+#include <Qel/Mox2/Database.h>
+
+#include <string>
+
+namespace Qel::Mox2::Extractor {
+
+/// Looks a node up by its path; see Model::getNodeId().
+class NodeId final : public Base::Extractor<Database, unsigned int> {
+public:
+    NodeId(const std::string& nodePath, const std::string& pathSeparator)
+        : path(nodePath), separator(pathSeparator) {}
+
+    /// @return the node's id, 0 for an empty path and for a node that is not there.
+    unsigned int extract(Database& database) override;
+
+private:
+    std::string path;
+    std::string separator;
+};
+
+} // namespace Qel::Mox2::Extractor

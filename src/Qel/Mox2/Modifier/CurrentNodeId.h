@@ -1,0 +1,19 @@
+#pragma once
+
+#include <Qel/Base/Modifier.h>
+#include <Qel/Mox2/Database.h>
+
+namespace Qel::Mox2::Modifier {
+
+/// Makes a node current; see Model::setCurrentNodeId().
+class CurrentNodeId final : public Base::Modifier<Database> {
+public:
+    explicit CurrentNodeId(unsigned int nodeId) : id(nodeId) {}
+
+    void update(Database& database) override;
+
+private:
+    unsigned int id;
+};
+
+} // namespace Qel::Mox2::Modifier

@@ -1,0 +1,43 @@
+#include <Qel/Mox2/NodeProperties.h>
+
+#include <Qel/Mox2/PropertyMap.h>
+
+#include <utility>
+
+namespace Qel::Mox2 {
+
+NodeProperties::NodeProperties() : map(new PropertyMap) {}
+
+NodeProperties::NodeProperties(const NodeProperties& other) : map(new PropertyMap(*other.map)) {}
+
+const NodeProperties& NodeProperties::operator=(const NodeProperties& other) {
+    *map = *other.map;
+    return *this;
+}
+
+NodeProperties::~NodeProperties() {
+    delete std::exchange(map, nullptr);
+}
+
+void NodeProperties::set(PropertyType key, const char* const value) {
+    (*map)[key] = std::string(value);
+}
+
+template <typename T>
+void NodeProperties::set(PropertyType key, const T& value) {
+    (*map)[key] = value;
+}
+
+// No property value is a truth value, so one is kept as a number.
+template <>
+MOXWRITER_EXPORT void NodeProperties::set(PropertyType key, const bool& value) {
+    (*map)[key] = value ? 1 : 0;
+}
+
+template MOXWRITER_EXPORT void NodeProperties::set(PropertyType, const int&);
+template MOXWRITER_EXPORT void NodeProperties::set(PropertyType, const float&);
+template MOXWRITER_EXPORT void NodeProperties::set(PropertyType, const std::string&);
+template MOXWRITER_EXPORT void NodeProperties::set(PropertyType, const std::vector<int>&);
+template MOXWRITER_EXPORT void NodeProperties::set(PropertyType, const std::vector<float>&);
+
+} // namespace Qel::Mox2

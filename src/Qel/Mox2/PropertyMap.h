@@ -1,0 +1,21 @@
+#pragma once
+
+#include <Qel/Mox2/PropertyType.h>
+
+#include <map>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace Qel::Mox2 {
+
+/// What a property can hold.
+using PropertyValue = std::variant<int, float, std::string, std::vector<int>, std::vector<float>>;
+
+/// The properties of a NodeProperties, in ascending order of their signed numbers. A class of its own so that
+/// NodeProperties can name it without showing what is in it.
+struct PropertyMap : std::map<PropertyType, PropertyValue> {
+    using map::map;
+};
+
+} // namespace Qel::Mox2

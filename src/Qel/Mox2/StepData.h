@@ -1,0 +1,19 @@
+#pragma once
+
+#include <Qel/Mox2/AttributeMap.h>
+
+#include <string>
+
+namespace Qel::Mox2 {
+
+/// A step inside the library.
+struct StepData {
+    StepData() = default;
+    StepData(const std::string& stepName, const AttributeMap& stepAttributes)
+        : name(stepName), attributes(stepAttributes) {}
+
+    std::string name;
+    AttributeMap attributes;
+};
+
+} // namespace Qel::Mox2

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace QelMox {
+class Material;
+struct ModifierInfo;
+struct ResultAttributes;
+} // namespace QelMox
+
+namespace QelTnf {
+
+/// The bytes by which the buffers of blocks grow, at least. Of the whole process; each Block::Put() stores
+/// the value of the environment's variable here, and it stays when the variable is gone.
+extern std::uint32_t defaultBlockSize;
+
+/// A growable buffer: the content of one block of the file while it is in memory.
+///
+/// Values go in at a write position, as they lie in memory. A plain value that copies bitwise: copies share
+/// the buffer, and who holds a block frees it with release().
+///
+/// Every Put() can throw Qel::Exception::MemoryAllocationException, and then has put in what stands ahead of
+/// the element that didn't fit. Nothing reports that a block passes 4 GiB: its position wraps.
+class Block {
+public:
+    /// Copies `count` bytes in at the write position and moves it behind them.
+    void Put(const void* const& source, const unsigned int& count);
+
+    /// A text: its length in 32 bits, then its bytes.
+    void Put(const std::string& text);
+
+    /// A number, as it lies in memory.
+    template <typename T>
+    requires std::is_arithmetic_v<T> || std::is_enum_v<T>
+    void Put(const T& number) {
+        takeEnvironment();
+        append(number);
+    }
+
+    /// A count in 32 bits, then each number or text.
+    template <typename T>
+    requires std::is_arithmetic_v<T> || std::is_same_v<T, std::string>
+    void Put(const std::vector<T>& elements) {
+        takeEnvironment();
+        append(static_cast<std::uint32_t>(elements.size()));
+        for (const T& element : elements) {
+            append(element);
+        }
+    }
+
+    // Records of the model, which are defined beside the classes that they write.
+    void Put(const QelMox::Material& material);
+    void Put(const QelMox::ModifierInfo& info);
+    void Put(const std::vector<QelMox::ModifierInfo>& infos);
+    void Put(const std::vector<QelMox::ResultAttributes>& attributes);
+
+    /// Enlarges the buffer by exactly so many bytes.
+    /// @throws Qel::Exception::MemoryAllocationException if there is no memory; the block stays as it was.
+    void AllocateAdditionalMemory(const std::uint64_t& additional);
+
+    /// @throws Qel::Exception::OutOfBounds "Invalid block position" for a position beyond the size.
+    void SetPosition(const unsigned int& newPosition);
+
+    /// Writes the content, behind its length in 32 bits if asked for, where the stream stands. The results of
+    /// the writes are not examined.
+    /// @throws Qel::Exception::FileWriteException "Unable to write to file" if the stream's end-of-file
+    /// indicator is
+    ///         set, which no stream that is written to has.
+    void Write(std::FILE* stream, bool withLength) const;
+
+    /// Frees the buffer. The other fields stay: they then describe a buffer that is gone.
+    void release();
+
+    std::uint32_t GetSize() const { return size; }
+    std::uint32_t GetPosition() const { return position; }
+    std::uint64_t GetCapacity() const { return capacity; }
+    const unsigned char* GetData() const { return data; }
+
+    /// Hands the buffer, which is to be freed with `free`, to the caller, and leaves an empty block.
+    unsigned char* detach();
+
+    /// Makes an empty block of one that was released.
+    void reset() { *this = Block(); }
+
+private:
+    static void takeEnvironment();
+    void append(const void* source, std::uint32_t count);
+    void append(const std::string& text);
+    template <typename T>
+    requires std::is_arithmetic_v<T> || std::is_enum_v<T>
+    void append(const T& number) { append(&number, sizeof(number)); }
+    void growFor(std::uint32_t count);
+    void restoreReleasedBuffer();
+
+    unsigned char* data = nullptr;
+    std::uint64_t capacity = 0;
+    std::uint32_t size = 0;
+    std::uint32_t position = 0;
+};
+
+static_assert(std::is_trivially_copyable_v<Block>);
+
+} // namespace QelTnf

@@ -1,0 +1,47 @@
+#include <Qel/Tnf/BlockZlibCompressor.h>
+
+#include <Qel/Exception/Throw.h>
+
+#include <cstdlib>
+#include <memory>
+
+#include <zlib.h>
+
+namespace QelTnf {
+
+namespace {
+
+struct FreeBytes {
+    void operator()(unsigned char* bytes) const { std::free(bytes); }
+};
+using Bytes = std::unique_ptr<unsigned char[], FreeBytes>;
+
+// The room given to zlib. Single precision makes it inexact for large blocks, and it wraps near 4 GiB, where
+// zlib then fails and the content is lost: files have always come out so.
+std::uint32_t compressedBound(std::uint32_t contentLength) {
+    const float expanded = static_cast<float>(contentLength) * 1.2F;
+    return static_cast<std::uint32_t>(static_cast<std::uint64_t>(expanded) + 12);
+}
+
+} // namespace
+
+void BlockZlibCompressor::operator()(Block& block) {
+    const std::uint32_t contentLength = block.GetSize();
+    Bytes content(block.GetData() != nullptr ? block.detach() : nullptr);
+
+    uLongf compressedLength = compressedBound(contentLength);
+    const Bytes compressed(static_cast<unsigned char*>(std::malloc(compressedLength)));
+    if (compressed == nullptr) {
+        QEL_THROW(Qel::Exception::MemoryAllocationException());
+    }
+    if (compress2(compressed.get(), &compressedLength, content.get(), contentLength, level) != Z_OK) {
+        // Not reported, and the content is not given back either: the block goes out empty.
+        (void)content.release();
+        return;
+    }
+    content.reset();
+    block.Put(contentLength);
+    block.Put(compressed.get(), static_cast<std::uint32_t>(compressedLength));
+}
+
+} // namespace QelTnf

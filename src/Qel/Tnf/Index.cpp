@@ -1,0 +1,335 @@
+#include <Qel/Tnf/Index.h>
+
+#include <Qel/Exception/Throw.h>
+#include <Qel/Log/Log.h>
+#include <Qel/Tnf/BlockZlibCompressor.h>
+#include <Qel/Tnf/Format.h>
+#include <Qel/Tnf/Index.inl>
+#include <Qel/Util/Platform.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace QelTnf {
+
+template void Index::Put(const std::string&, const unsigned char&);
+template void Index::Put(const std::string&, const bool&);
+template void Index::Put(const std::string&, const int&);
+template void Index::Put(const std::string&, const unsigned int&);
+template void Index::Put(const std::string&, const std::uint64_t&);
+template void Index::Put(const std::string&, const float&);
+template void Index::Put(const std::string&, const std::string&);
+template void Index::Put(const std::string&, const std::vector<unsigned char>&);
+template void Index::Put(const std::string&, const std::vector<unsigned int>&);
+template void Index::Put(const std::string&, const std::vector<float>&);
+template void Index::Put(const std::string&, const std::vector<double>&);
+template void Index::Put(const std::string&, const std::vector<std::string>&);
+
+namespace {
+
+bool beginsLike(const std::string& name, const std::string& reservedName) {
+    return name.compare(0, Format::ReservedNameSize, reservedName) == 0;
+}
+
+bool IsEmptyBlockName(const std::string& name) {
+    return beginsLike(name, Format::EmptyBlockName);
+}
+
+bool IsIndexBlockName(const std::string& name) {
+    return beginsLike(name, Format::IndexBlockName);
+}
+
+} // namespace
+
+Index::~Index() {
+    std::ranges::for_each(blocks, &Block::release);
+}
+
+// --- Choosing and adding blocks
+
+std::uint64_t Index::chooseBlock(const std::string& name) {
+    const auto found = limiters.find(name);
+    if (found == limiters.end() || found->second.blockIds.empty()) {
+        return AddBlock(name);
+    }
+    const std::uint64_t last = found->second.blockIds.back();
+    const bool isFull = blocks[last].GetSize() >= found->second.limit;
+    return blockInfos[last].frozen || isFull ? AddBlock(name) : last;
+}
+
+std::uint64_t Index::AddBlock(const std::string& name) {
+    if (IsEmptyBlockName(name)) {
+        return AppendBlockInfo(name);
+    }
+    if (!limiters.contains(Format::EmptyBlockName)) {
+        indexSize = AddEmptyBlocks(Format::HeadRecords) + Format::LengthWordSize;
+    }
+    const std::vector<std::uint64_t>& freeIds = limiters.at(Format::EmptyBlockName).blockIds;
+    if (freeIds.empty()) {
+        QEL_THROW(Qel::Exception::InvalidObjectState("This point should not be reached"));
+    }
+    BlockSizeLimiter& limiter = limiters.try_emplace(name).first->second;
+    std::uint64_t id = takeFreeId();
+    if (freeIds.empty()) {
+        turnIntoIndexBlock(id);
+        id = takeFreeId();
+    }
+    appendTo(limiter, id);
+    blockInfos[id].name = name;
+    return id;
+}
+
+std::uint64_t Index::takeFreeId() {
+    std::vector<std::uint64_t>& freeIds = limiters.at(Format::EmptyBlockName).blockIds;
+    const std::uint64_t id = freeIds.back();
+    freeIds.pop_back();
+    return id;
+}
+
+// The table goes out in place of the block's content: once as it is here, and at the close with final
+// records.
+void Index::turnIntoIndexBlock(std::uint64_t id) {
+    const std::uint64_t tableSize = AddEmptyBlocks(Format::IndexBlockRecords);
+    const auto entry =
+        limiters.try_emplace(Format::IndexBlockName, static_cast<std::uint32_t>(tableSize)).first;
+    appendTo(entry->second, id);
+    blockInfos[id].name = Format::IndexBlockName;
+    SetBlockFlags(Format::IndexBlockName, Format::BlockFreezable);
+    PutIndexTable(blocks[id], entriesFrom(id + 1, Format::IndexBlockRecords));
+    // The place is as good as the entries ahead are now. If the block just ahead has not been written yet, it
+    // is wrong, and so are those of the blocks that go out behind this one before the close.
+    place(id);
+}
+
+void Index::appendTo(BlockSizeLimiter& limiter, std::uint64_t id) {
+    limiter.blockIds.push_back(id);
+    if (limiter.blockIds.size() > 1) {
+        limiter.closedBytes += streamedSize(*(limiter.blockIds.end() - 2));
+    }
+}
+
+std::uint64_t Index::AddEmptyBlocks(std::uint64_t count) {
+    for (std::uint64_t i = 0; i < count; ++i) {
+        AppendBlockInfo(Format::EmptyBlockName);
+    }
+    std::ranges::reverse(limiters[Format::EmptyBlockName].blockIds);
+    return Format::indexTableSize(count);
+}
+
+std::uint64_t Index::AppendBlockInfo(const std::string& name) {
+    const std::uint64_t id = blockInfos.size();
+    blockInfos.push_back(BlockInfo{.number = nextNumber, .name = name});
+    blocks.emplace_back();
+    appendTo(limiters[name], id);
+    ++nextNumber;
+    return id;
+}
+
+BlockSizeLimiter& Index::GetBlockSizeLimiter(const std::string& name) {
+    const auto found = limiters.find(name);
+    if (found == limiters.end()) {
+        QEL_THROW(Qel::Exception::KeyNotFound());
+    }
+    return found->second;
+}
+
+// --- Values
+
+void Index::Put(const std::string& name, const void* const& data, std::uint64_t size) {
+    const std::uint64_t id = chooseBlock(name);
+    if (blockInfos[id].frozen) {
+        QEL_THROW(Qel::Exception::KeyNotFound());
+    }
+    blocks[id].Put(data, static_cast<unsigned int>(size));
+}
+
+// Flags only ever reach all blocks of a name that exist, so a block that has them vouches for all older ones.
+void Index::SetBlockFlags(std::string name, unsigned char flags) {
+    const auto found = limiters.find(name);
+    if (found == limiters.end()) {
+        return;
+    }
+    const std::vector<std::uint64_t>& ids = found->second.blockIds;
+    for (auto id = ids.rbegin(); id != ids.rend() && (blockInfos[*id].flags & flags) != flags; ++id) {
+        blockInfos[*id].flags |= flags;
+    }
+}
+
+std::uint64_t Index::GetStreamSize(const std::string& name) {
+    const auto found = limiters.find(name);
+    if (found == limiters.end() || found->second.blockIds.empty()) {
+        return 0;
+    }
+    return found->second.closedBytes + streamedSize(found->second.blockIds.back());
+}
+
+// What a block counts for in its name's stream.
+std::uint64_t Index::streamedSize(std::uint64_t id) const {
+    return blockInfos[id].frozen ? blockInfos[id].uncompressedLength : blocks[id].GetPosition();
+}
+
+void Index::followStreamedSize(std::uint64_t id, std::uint64_t formerSize) {
+    BlockSizeLimiter& limiter = limiters.at(blockInfos[id].name);
+    if (limiter.blockIds.back() != id) {
+        limiter.closedBytes += streamedSize(id) - formerSize;
+    }
+}
+
+// --- Writing
+
+void Index::WriteBufferToFileStream(std::uint64_t id, std::FILE* const stream) {
+    constexpr const char* sourceName = "QelTnf::Index::WriteBufferToFileStream";
+    QEL_LOG(sourceName, "Writing buffer " << id << " to stream.");
+    if (blockInfos[id].frozen) {
+        QEL_THROW(Qel::Exception::InvalidObjectState());
+    }
+    const std::uint32_t contentLength = blocks[id].GetSize();
+    if (contentLength != 0) {
+        QEL_LOG(sourceName, "Buffer length: " << contentLength);
+    }
+    const std::uint64_t formerSize = streamedSize(id);
+    if ((blockInfos[id].flags & Format::BlockCompressed) != 0) {
+        BlockZlibCompressor compress(Format::CompressionLevel);
+        compress(blocks[id]);
+        QEL_LOG(sourceName, "Buffer length after transformations: " << blocks[id].GetSize());
+    }
+    place(id);
+    freeze(id, contentLength);
+    followStreamedSize(id, formerSize);
+    QEL_LOG(sourceName, "Writing buffer at position: " << blockInfos[id].position);
+    if (!QelUtil::Platform::seekTo(stream, blockInfos[id].position)) {
+        QEL_LOG(sourceName, "File positioning failed");
+        QEL_THROW(Qel::Exception::FileWriteException("Saving the buffer failed"));
+    }
+    blocks[id].Write(stream, false);
+    blocks[id].release();
+    QEL_LOG(sourceName, "Buffer " << id << " written to stream.");
+}
+
+// Puts a block behind the one ahead of it, as that one stands now.
+void Index::place(std::uint64_t id) {
+    blockInfos[id].length = blocks[id].GetSize();
+    blockInfos[id].position =
+        id == 0 ? indexSize + indexPosition : blockInfos[id - 1].position + blockInfos[id - 1].length;
+}
+
+void Index::freeze(std::uint64_t id, std::uint32_t contentLength) {
+    if ((blockInfos[id].flags & Format::BlockFreezable) != 0) {
+        blockInfos[id].frozen = true;
+        blockInfos[id].uncompressedLength = contentLength;
+    }
+}
+
+void Index::WriteIndexBufferToFileStream(std::uint64_t id, std::FILE* const stream) {
+    constexpr const char* sourceName = "QelTnf::Index::WriteIndexBufferToFileStream";
+    QEL_LOG(sourceName, "Writing index buffer " << id << " to stream.");
+    BlockInfo& info = blockInfos[id];
+    Block& block = blocks[id];
+    const bool isFreezable = (info.flags & Format::BlockFreezable) != 0;
+    if (info.frozen) {
+        info.frozen = !isFreezable;
+        if (!info.released) {
+            block.release();
+            block.reset();
+            info.released = true;
+        }
+    }
+    block.SetPosition(0);
+    PutIndexTable(block, entriesFrom(id + 1, Format::IndexBlockRecords));
+    place(id);
+    info.frozen = info.frozen || isFreezable;
+    // A failed positioning is ignored for index tables: they then land wherever the stream stands.
+    (void)QelUtil::Platform::seekTo(stream, info.position);
+    block.Write(stream, false);
+    QEL_LOG(sourceName, "Index buffer " << id << " written to stream.");
+}
+
+void Index::WriteAllBuffersToFileStream(std::FILE* const stream) {
+    constexpr const char* sourceName = "QelTnf::Index::WriteAllBuffersToFileStream";
+    QEL_LOG(sourceName, "Writing all buffers to file stream ...");
+    std::uint64_t id = 0;
+    while (id < blockInfos.size() && hasGoneOut(id)) {
+        ++id;
+    }
+    for (; id < blockInfos.size(); ++id) {
+        WriteBufferToFileStream(id, stream);
+    }
+    writeHeadIndex(stream);
+    if (const auto indexBlocks = limiters.find(Format::IndexBlockName); indexBlocks != limiters.end()) {
+        for (const std::uint64_t indexBlock : indexBlocks->second.blockIds) {
+            WriteIndexBufferToFileStream(indexBlock, stream);
+        }
+    }
+    QEL_LOG(sourceName, "All buffers to file stream written.");
+}
+
+void Index::FlushFrozen(std::FILE* const stream) {
+    constexpr const char* sourceName = "QelTnf::Index::FlushFrozen";
+    QEL_LOG(sourceName, "Flushing frozen blocks ... ");
+    for (auto& [name, limiter] : limiters) {
+        if (IsEmptyBlockName(name) || IsIndexBlockName(name)) {
+            continue;
+        }
+        const std::vector<std::uint64_t>& ids = limiter.blockIds;
+        while (limiter.frozenBlocks < ids.size() && blockInfos[ids[limiter.frozenBlocks]].frozen) {
+            ++limiter.frozenBlocks;
+        }
+        for (std::size_t i = limiter.frozenBlocks; i < ids.size(); ++i) {
+            if (isToBeFlushed(ids[i], limiter.limit)) {
+                if (!haveAllGoneOutAhead(ids[i])) {
+                    QEL_THROW(Qel::Exception::NotYetImplemented());
+                }
+                WriteBufferToFileStream(ids[i], stream);
+            }
+        }
+    }
+    QEL_LOG(sourceName, "Frozen blocks flushed. ");
+}
+
+bool Index::isToBeFlushed(std::uint64_t id, std::uint32_t limit) const {
+    const BlockInfo& info = blockInfos[id];
+    return !info.frozen && (info.flags & Format::BlockFreezable) != 0 && blocks[id].GetSize() >= limit;
+}
+
+bool Index::hasGoneOut(std::uint64_t id) const {
+    return blockInfos[id].frozen || IsIndexBlockName(blockInfos[id].name);
+}
+
+bool Index::haveAllGoneOutAhead(std::uint64_t id) {
+    while (firstInMemory < id && hasGoneOut(firstInMemory)) {
+        ++firstInMemory;
+    }
+    return firstInMemory >= id;
+}
+
+// --- Index tables
+
+std::vector<BlockInfo> Index::entriesFrom(std::uint64_t first, std::uint32_t count) const {
+    const auto begin = blockInfos.begin() + static_cast<std::ptrdiff_t>(first);
+    return {begin, begin + count};
+}
+
+void Index::PutIndexTable(Block& block, const std::vector<BlockInfo>& entries) {
+    block.Put(static_cast<std::uint32_t>(entries.size()));
+    for (const BlockInfo& entry : entries) {
+        std::array<char, Format::NameSize> name{};
+        std::string_view(entry.name.c_str()).copy(name.data(), name.size());
+        block.Put(entry.number);
+        block.Put(Format::NameSize);
+        block.Put(name.data(), Format::NameSize);
+        block.Put(entry.length);
+        block.Put(entry.flags);
+        block.Put(entry.reserved);
+    }
+}
+
+void Index::writeHeadIndex(std::FILE* const stream) const {
+    Block table;
+    PutIndexTable(table, entriesFrom(0, Format::HeadRecords));
+    (void)QelUtil::Platform::seekTo(stream, indexPosition);
+    table.Write(stream, true);
+    table.release();
+}
+
+} // namespace QelTnf

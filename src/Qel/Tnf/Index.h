@@ -1,0 +1,118 @@
+#pragma once
+
+#include <Qel/Tnf/Block.h>
+#include <Qel/Tnf/BlockInfo.h>
+#include <Qel/Tnf/BlockSizeLimiter.h>
+#include <Qel/Tnf/Format.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace QelTnf {
+
+/// The catalogue of a file's blocks: makes blocks by name, decides which block a value goes into, places
+/// every block in the file and writes the index tables.
+///
+/// All blocks of one name, oldest first, form that name's stream. A value is never divided between two
+/// blocks; a block that has reached its name's limit is followed by a new one.
+///
+/// Entries are reached by id: references to them die when entries are added.
+class Index {
+public:
+    Index() = default;
+    Index(const Index&) = delete;
+    Index& operator=(const Index&) = delete;
+    /// Frees the content of all blocks.
+    ~Index();
+
+    /// Makes a block of this name. The first one makes the entries of the head index as well, and the one
+    /// that takes the last free entry an Index Block with 200 more.
+    /// @return the block's id.
+    std::uint64_t AddBlock(const std::string& name);
+
+    /// @throws Qel::Exception::KeyNotFound if there never was a block of this name.
+    BlockSizeLimiter& GetBlockSizeLimiter(const std::string& name);
+
+    /// The bytes of a name's stream before compression; 0 for an unknown name.
+    std::uint64_t GetStreamSize(const std::string& name);
+
+    /// Appends raw bytes to a name's stream. The size is cut to 32 bits.
+    /// @throws Qel::Exception::MemoryAllocationException if there is no memory; nothing goes in.
+    void Put(const std::string& name, const void* const& data, std::uint64_t size);
+
+    /// Appends one value to a name's stream: numbers as they lie in memory, texts and lists behind their
+    /// length or count in 32 bits.
+    /// @tparam T `unsigned char`, `bool`, `int`, `unsigned int`, `std::uint64_t`, `float`, `std::string`, a
+    ///           `std::vector` of `unsigned char`, `unsigned int`, `float`, `double` or `std::string`, or one
+    ///           of the model's records.
+    /// @throws Qel::Exception::MemoryAllocationException if there is no memory; what went in stays.
+    template <typename T>
+    void Put(const std::string& name, const T& value);
+
+    /// Adds `flags` to all blocks of this name that exist; later ones don't get them.
+    void SetBlockFlags(std::string name, unsigned char flags);
+
+    /// Writes out every full block that is freezable and frees its memory. Costs the number of such blocks.
+    /// @throws Qel::Exception::NotYetImplemented if a block ahead of one is still in memory: a block's place
+    /// rests on
+    ///         the lengths of all blocks ahead of it.
+    /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the stream can't be
+    /// positioned.
+    void FlushFrozen(std::FILE* stream);
+
+    /// Compresses a block if it is flagged so, writes it at its place and frees its memory. A freezable block
+    /// is frozen from then on.
+    /// @throws Qel::Exception::InvalidObjectState for a frozen block.
+    /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the stream can't be
+    /// positioned.
+    void WriteBufferToFileStream(std::uint64_t id, std::FILE* stream);
+
+    /// Writes an Index Block with the present state of the 200 entries behind it.
+    void WriteIndexBufferToFileStream(std::uint64_t id, std::FILE* stream);
+
+    /// Writes all blocks that have not gone out yet, then all index tables.
+    /// @pre There is a block.
+    void WriteAllBuffersToFileStream(std::FILE* stream);
+
+    const std::vector<BlockInfo>& GetBlockInfos() const { return blockInfos; }
+    const std::vector<Block>& GetBlocks() const { return blocks; }
+    std::uint64_t GetIndexSize() const { return indexSize; }
+
+private:
+    // Brings the states about that the safeguards against this class's own faults wait for.
+    friend struct IndexPeer;
+
+    std::uint64_t chooseBlock(const std::string& name);
+    std::uint64_t takeFreeId();
+    void turnIntoIndexBlock(std::uint64_t id);
+    void appendTo(BlockSizeLimiter& limiter, std::uint64_t id);
+    std::uint64_t AddEmptyBlocks(std::uint64_t count);
+    std::uint64_t AppendBlockInfo(const std::string& name);
+
+    static void PutIndexTable(Block& block, const std::vector<BlockInfo>& entries);
+    std::vector<BlockInfo> entriesFrom(std::uint64_t first, std::uint32_t count) const;
+    void writeHeadIndex(std::FILE* stream) const;
+
+    void place(std::uint64_t id);
+    void freeze(std::uint64_t id, std::uint32_t contentLength);
+    std::uint64_t streamedSize(std::uint64_t id) const;
+    void followStreamedSize(std::uint64_t id, std::uint64_t formerSize);
+
+    bool hasGoneOut(std::uint64_t id) const;
+    bool haveAllGoneOutAhead(std::uint64_t id);
+    bool isToBeFlushed(std::uint64_t id, std::uint32_t limit) const;
+
+    std::vector<BlockInfo> blockInfos;
+    std::vector<Block> blocks;
+    std::map<std::string, BlockSizeLimiter> limiters;
+    std::uint8_t nextNumber = 1;
+    std::uint64_t indexPosition = Format::HeadIndexPosition;
+    std::uint64_t indexSize = 0;
+    // All blocks ahead of this one are known to have gone out.
+    std::uint64_t firstInMemory = 0;
+};
+
+} // namespace QelTnf

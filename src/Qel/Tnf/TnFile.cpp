@@ -1,0 +1,81 @@
+#include <Qel/Tnf/TnFile.h>
+
+#include <Qel/Exception/Throw.h>
+#include <Qel/Log/Log.h>
+#include <Qel/Tnf/Format.h>
+#include <Qel/Tnf/Shuffle.h>
+#include <Qel/Util/Platform.h>
+
+#include <memory>
+#include <utility>
+
+namespace QelTnf {
+
+TnFile::~TnFile() {
+    TnFile::CloseFile();
+}
+
+void TnFile::CloseFile() {
+    constexpr const char* sourceName = "QelTnf::TnFile::CloseFile";
+    QEL_LOG(sourceName, "Closing file ...");
+    if (stream != nullptr) {
+        (void)std::fclose(std::exchange(stream, nullptr));
+        QEL_LOG(sourceName, "File closed.");
+    }
+}
+
+void TnFile::OpenFileForWriting(const std::string& path, bool overwrite) {
+    if (!overwrite && QelUtil::Platform::pathExists(path)) {
+        QEL_THROW(Qel::Exception::FileOpenException("File exists."));
+    }
+    OpenFile(path, "wb");
+}
+
+void TnFile::OpenFile(const std::string& path, const char* const mode) {
+    if (stream != nullptr) {
+        QEL_THROW(Qel::Exception::MiscelleneousException("File stream is already in use"));
+    }
+    stream = std::fopen(path.c_str(), mode);
+    if (stream == nullptr) {
+        QEL_THROW(Qel::Exception::MiscelleneousException("Unable to open file \"" + path + "\""));
+    }
+    // Writes are large, and a buffer would hold the first bytes back and report a failed write at the next
+    // seek.
+    (void)std::setvbuf(stream, nullptr, _IONBF, 0);
+}
+
+void TnFile::SetBlockFlags(std::string name, unsigned flags) {
+    index.SetBlockFlags(std::move(name), static_cast<unsigned char>(flags));
+}
+
+std::uint64_t TnFile::PutDataset(const std::string& name, const float* const data, std::uint32_t count,
+                                 std::uint8_t width) {
+    return putShuffled(name, data, count, width);
+}
+
+std::uint64_t TnFile::PutDataset(const std::string& name, const unsigned int* const data, std::uint32_t count,
+                                 std::uint8_t width) {
+    return putShuffled(name, data, count, width);
+}
+
+template <typename T>
+std::uint64_t TnFile::putShuffled(const std::string& name, const T* const data, std::uint32_t count,
+                                  std::uint8_t width) {
+    const std::uint64_t position = index.GetStreamSize(name);
+    if (count == 0 || width == 0) {
+        return position;
+    }
+    SetBlockFlags(name, Format::BlockFreezable);
+    SetBlockFlags(name, Format::BlockCompressed);
+
+    // The number of values wraps in 32 bits; beyond that only so many go into the file.
+    const std::uint32_t values = count * width;
+    const std::uint64_t bytes = std::uint64_t{values} * sizeof(T);
+    const std::unique_ptr<unsigned char[]> shuffled(new unsigned char[bytes]);
+    shuffleComponents(data, values, width, shuffled.get());
+    index.Put(name, shuffled.get(), bytes);
+    index.FlushFrozen(stream);
+    return position;
+}
+
+} // namespace QelTnf

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <Qel/Tnf/Index.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+namespace QelTnf {
+
+/// The output file and the catalogue of its blocks. Constructed closed; opened, filled, written and closed
+/// once.
+class TnFile {
+public:
+    TnFile() = default;
+    TnFile(const TnFile&) = delete;
+    TnFile& operator=(const TnFile&) = delete;
+    /// Closes the file and frees all blocks.
+    virtual ~TnFile();
+
+    /// Closes the file if it is open. What closing reports is not examined.
+    virtual void CloseFile();
+
+    /// Opens a file for writing. An existing one is emptied at once if `overwrite` is set.
+    /// @throws Qel::Exception::FileOpenException "File exists." if the path exists and `overwrite` is not
+    /// set.
+    /// @throws Qel::Exception::MiscelleneousException "File stream is already in use" if a file is open,
+    /// which stays
+    ///         so, or with the path if it can't be opened.
+    void OpenFileForWriting(const std::string& path, bool overwrite);
+
+    /// Opens a file in one of `fopen`'s modes, without a buffer of the runtime's: what is written is on disk
+    /// at once.
+    void OpenFile(const std::string& path, const char* mode);
+
+    /// See Index::SetBlockFlags().
+    void SetBlockFlags(std::string name, unsigned flags);
+
+    /// Shuffles a copy of an array, appends it to a name's stream and writes out the full blocks of the
+    /// streams.
+    ///
+    /// The flags that let a block go out reach the blocks that exist before the array is put, so a block goes
+    /// out with the array after the one that filled it.
+    /// @param data  `count` elements of `width` values each, the values of one element adjacent.
+    /// @return the position of the array in the name's stream, before compression. An empty array gets a
+    /// position
+    ///         too, and changes nothing.
+    /// @throws std::bad_alloc if there is no memory for the copy; nothing went in.
+    /// @throws Qel::Exception::Exception what Index::Put() and Index::FlushFrozen() throw.
+    std::uint64_t PutDataset(const std::string& name, const float* data, std::uint32_t count,
+                             std::uint8_t width);
+    std::uint64_t PutDataset(const std::string& name, const unsigned int* data, std::uint32_t count,
+                             std::uint8_t width);
+
+    /// The open file, or null.
+    std::FILE* GetStream() const { return stream; }
+    Index& GetIndex() { return index; }
+
+private:
+    template <typename T>
+    std::uint64_t putShuffled(const std::string& name, const T* data, std::uint32_t count,
+                              std::uint8_t width);
+
+    std::FILE* stream = nullptr;
+    Index index;
+};
+
+} // namespace QelTnf
