@@ -63,9 +63,11 @@ std::uint64_t Geometry::FindOrAddDataset(const std::string& key) {
         return found->second;
     }
     const std::uint64_t added = datasets.size();
-    datasets.emplace_back().key = key;
+    auto entry = std::make_unique<DatasetEntry>();
+    entry->key = key;
+    datasets.push_back(std::move(entry));
     try {
-        indices.emplace(datasets.back().key, added);
+        indices.emplace(datasets.back()->key, added);
     } catch (...) {
         datasets.pop_back();
         throw;
@@ -83,7 +85,8 @@ void Geometry::WriteTn(QelTnf::TnFile& container, const std::string& lightData, 
     }
     QelTnf::Index& index = container.GetIndex();
     index.Put(lightData, static_cast<int>(datasets.size()));
-    for (const DatasetEntry& entry : datasets) {
+    for (const auto& dataset : datasets) {
+        const DatasetEntry& entry = *dataset;
         index.Put(lightData, entry.key);
         index.Put(lightData, taggedType(entry));
         index.Put(lightData, entry.isLink);
@@ -110,7 +113,8 @@ void Geometry::WriteTn_l05(QelTnf::TnFile& container, const std::string& lightDa
                            const std::string& attributes) const {
     QelTnf::Index& index = container.GetIndex();
     index.Put(lightData, static_cast<int>(datasets.size()));
-    for (const DatasetEntry& entry : datasets) {
+    for (const auto& dataset : datasets) {
+        const DatasetEntry& entry = *dataset;
         index.Put(lightData, entry.key);
         index.Put(lightData, entry.variableType);
         putSize(index, lightData, entry.values);

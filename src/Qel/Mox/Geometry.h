@@ -5,11 +5,12 @@
 #include <Qel/Mox/VariableType.h>
 
 #include <cstdint>
-#include <deque>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace QelTnf {
 class TnFile;
@@ -30,9 +31,10 @@ public:
     /// @return the index of the entry of this key, which is appended if it is new.
     std::uint64_t FindOrAddDataset(const std::string& key);
 
-    DatasetEntry& GetDataset(std::uint64_t datasetIndex) { return datasets[datasetIndex]; }
-    /// All entries, in order of the first use of their keys.
-    const std::deque<DatasetEntry>& GetDatasets() const { return datasets; }
+    /// Entries have indices from 0, in order of the first use of their keys.
+    std::uint64_t GetDatasetCount() const { return datasets.size(); }
+    DatasetEntry& GetDataset(std::uint64_t index) { return *datasets[index]; }
+    const DatasetEntry& GetDataset(std::uint64_t index) const { return *datasets[index]; }
 
     /// Where the numbers of each key stand in the stream of the datasets.
     std::map<std::string, std::uint64_t> positions;
@@ -48,8 +50,8 @@ public:
                      const std::string& attributes) const;
 
 private:
-    std::deque<DatasetEntry> datasets;
-    // Views of the entries' own keys.
+    std::vector<std::unique_ptr<DatasetEntry>> datasets;
+    // Views of the entries' own keys, which therefore stay where they are.
     std::unordered_map<std::string_view, std::uint64_t> indices;
 };
 

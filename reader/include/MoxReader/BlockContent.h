@@ -1,0 +1,30 @@
+#pragma once
+
+#include "MoxReader/BlockRecord.h"
+#include "MoxReader/Error.h"
+#include "MoxReader/Source.h"
+
+#include <optional>
+#include <vector>
+
+namespace MoxReader {
+
+/// What came out of a block.
+struct BlockContent {
+    std::vector<std::uint8_t> bytes; ///< The content; with damage, what was decompressed before it showed.
+    std::optional<ErrorCode> damage; ///< Empty for a sound block.
+};
+
+/// What can be said of a block without reading its payload: BlockBeyondFile, ContentLost,
+/// ContentLengthMissing, ContentLengthImplausible, or nothing.
+std::optional<ErrorCode> findLengthDamage(const BlockRecord& block, std::uint64_t fileSize);
+
+/// Reads a block and decompresses it if it is compressed. Damage is told in the result, not thrown.
+///
+/// Damage is one of findLengthDamage(), or ZlibDamaged, ZlibIncomplete, ContentTooShort, ContentTooLong,
+/// ChecksumMismatch, TrailingBytes. With TrailingBytes the content itself is complete.
+/// @throws Error    ReadFailed alone.
+/// @par Cost        Memory for the content and 64 KiB.
+BlockContent readBlockContent(Source& source, const BlockRecord& block);
+
+} // namespace MoxReader

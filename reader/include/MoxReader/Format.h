@@ -1,0 +1,130 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+/// The numbers and names of the file format, each once. Files on disk hold them, so they never change.
+/// All integers and floats in a file are little-endian; nothing is aligned.
+namespace MoxReader::Format {
+
+// --- The front of the file
+// -------------------------------------------------------------------------------------
+
+inline constexpr std::array<std::uint8_t, 8> Signature = {0x89, 'T', 'N', 'F', '\r', '\n', 0x1A, '\n'};
+inline constexpr std::uint32_t VersionSize = 4; ///< The version is a text, NUL-padded.
+inline constexpr std::string_view SupportedVersion = "1.3";
+inline constexpr std::uint32_t HeadLengthPosition = Signature.size() + VersionSize;
+
+// --- Index tables
+// ----------------------------------------------------------------------------------------------
+
+inline constexpr std::uint32_t NameSize =
+    128; ///< A block's name, NUL-padded; without NUL if it fills the field.
+inline constexpr std::uint32_t RecordSize =
+    1 /*number*/ + 4 /*name length*/ + NameSize + 4 /*stored length*/ + 1 /*flags*/ + 1 /*reserved*/;
+inline constexpr std::uint32_t HeadRecords = 20; ///< Records of the head index: ids 0 to 19.
+inline constexpr std::uint32_t IndexBlockRecords =
+    200; ///< Records of an Index Block: the 200 ids behind its own.
+
+/// Bytes of an index table: the record count, then the records.
+constexpr std::uint32_t tableSize(std::uint32_t records) {
+    return 4 + records * RecordSize;
+}
+
+inline constexpr std::uint32_t HeadTablePosition = HeadLengthPosition + 4 /*length word of the head index*/;
+inline constexpr std::uint32_t FirstBlockPosition = HeadTablePosition + tableSize(HeadRecords);
+static_assert(tableSize(HeadRecords) == 2784 && FirstBlockPosition == 2800);
+static_assert(tableSize(IndexBlockRecords) == 27804);
+
+/// A record whose name begins with this text is an Index Block; its payload is a bare index table.
+inline constexpr std::string_view IndexBlockName = "\x0B"
+                                                   "Index Block ";
+/// A record whose name begins with this text is claimed by no data and has no bytes in the file.
+inline constexpr std::string_view EmptyBlockName = "\x0B"
+                                                   "Empty Block ";
+
+// --- Blocks
+// ----------------------------------------------------------------------------------------------------
+
+inline constexpr std::uint8_t FlagCompressed = 0x01; ///< The payload is a content length and one zlib stream.
+inline constexpr std::uint8_t FlagFreezable =
+    0x20; ///< The block could go to disk before the file was closed.
+inline constexpr std::uint32_t ContentWordSize = 4; ///< The content length in front of a zlib stream.
+
+/// No zlib stream gives more than this many bytes for each of its own: two bits for 258 bytes.
+inline constexpr std::uint64_t ZlibMaxExpansion = 1032;
+
+// --- Streams: all blocks of one name, in ascending id, joined after decompression
+// --------------------------------
+
+inline constexpr std::string_view TreeStream = "Mox Tree";    ///< Node count, one record for each node.
+inline constexpr std::string_view LightStream = "Light Data"; ///< Descriptors of groups, geometries, sets.
+inline constexpr std::string_view HeavyStream = "Heavy Data"; ///< The numbers of datasets and node sets.
+inline constexpr std::string_view AttributesStream = "Attributes";     ///< Attributes of groups and datasets.
+inline constexpr std::string_view ResourcesStream = "Resources";       ///< One material for each shape.
+inline constexpr std::string_view GlobalStream = "Global Information"; ///< Who wrote the file.
+
+// --- Nodes
+// -----------------------------------------------------------------------------------------------------
+
+inline constexpr std::string_view PlainType = "Node";
+inline constexpr std::string_view GroupType = "Group";
+inline constexpr std::string_view ShapeType = "Shape";
+inline constexpr std::string_view GeometryType = "Geometry";
+inline constexpr std::string_view NodeSetsType = "NodeSets";
+inline constexpr std::string_view GroupVersion = "0.4";    ///< The only version with the layout read here.
+inline constexpr std::string_view GeometryVersion = "0.7"; ///< The only version with the layout read here.
+
+inline constexpr std::uint32_t NodeRecordMinSize = 6 * 4 /*links*/ + 3 * 4 /*empty strings*/ + 8 /*position*/;
+inline constexpr std::uint32_t DatasetMinSize =
+    4 /*empty key*/ + 4 /*type*/ + 1 /*is link*/ + 4 /*node*/ + 4 /*index*/ + 1 /*vibration*/;
+inline constexpr std::uint32_t VersionedRecordMinSize = 4 /*size word*/ + 4 /*empty version*/;
+inline constexpr std::uint32_t NodeSetsDescriptorSize = 4 /*sets*/ + 8 /*position*/ + 4 /*size*/;
+
+/// The material versions that lack fields of the present one: no shininess and no flag, no flag.
+inline constexpr std::string_view MaterialVersionWithoutShininess = "0.1";
+inline constexpr std::string_view MaterialVersionWithoutFlag = "0.2";
+
+// --- Datasets
+// --------------------------------------------------------------------------------------------------
+
+inline constexpr char StepSeparator = 0x1E; ///< Stands between a dataset's name and its step's name.
+
+inline constexpr std::uint32_t UntaggedType = 0xFFFFFFFF; ///< A type word without an element tag.
+inline constexpr std::uint32_t ElementTagShift = 24;      ///< The tag is the high byte of the type word.
+inline constexpr std::uint8_t FloatTag = 1;
+inline constexpr std::uint8_t UnsignedTag = 5;
+inline constexpr std::uint32_t ElementSize = 4; ///< Bytes of one number, of either element type.
+
+/// What a dataset's numbers are.
+struct VariableType {
+    std::uint32_t number;
+    std::string_view name;
+    std::uint8_t width; ///< Components for each item.
+};
+
+inline constexpr std::array VariableTypes = {
+    VariableType{1, "Coordinates", 3},    VariableType{4, "Connectivity0", 1},
+    VariableType{5, "Connectivity1", 1},  VariableType{6, "Connectivity2", 1},
+    VariableType{9, "Polylength", 1},     VariableType{12, "NodeScalar", 1},
+    VariableType{13, "NodeVector", 3},    VariableType{14, "NodeSixA", 6},
+    VariableType{15, "NodeSixB", 6},      VariableType{16, "ElementScalar", 1},
+    VariableType{17, "ElementVector", 3}, VariableType{18, "ElementSixA", 6},
+    VariableType{19, "ElementSixB", 6},   VariableType{20, "ThirdScalar", 1},
+    VariableType{21, "ThirdVector", 3},   VariableType{22, "ThirdSixA", 6},
+    VariableType{23, "ThirdSixB", 6},     VariableType{24, "FourthScalarA", 1},
+    VariableType{25, "FourthScalarB", 1}, VariableType{26, "FourthVector", 3},
+    VariableType{27, "FourthSixA", 6},    VariableType{28, "FourthSixB", 6},
+};
+
+/// The entry of a number in VariableTypes; null for a number that no file should hold.
+constexpr const VariableType* findVariableType(std::uint32_t number) {
+    for (const auto& type : VariableTypes) {
+        if (type.number == number)
+            return &type;
+    }
+    return nullptr;
+}
+
+} // namespace MoxReader::Format

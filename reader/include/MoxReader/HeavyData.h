@@ -1,0 +1,50 @@
+#pragma once
+
+#include "MoxReader/Model.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace MoxReader {
+
+/// A named set of pairs.
+struct NodeSet {
+    std::string name;
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> members;
+};
+
+/// Reads numbers from the stream "Heavy Data". Holds one decompressed block between calls, so datasets are
+/// best read in order of their positions.
+class HeavyData {
+public:
+    /// @param model  Resolves links; must outlive this object.
+    HeavyData(const File& file, const Model& model);
+
+    // A dataset may be a link: the numbers are then those of Model::resolve().
+    // All of the following throw Error: those of Model::resolve(), BadDatasetSize if the size is no whole
+    // number of items, EndOfStream if the numbers reach past the stream, and those of StreamReader.
+
+    /// The numbers, row-major: one row for each item, as many columns as the dataset is wide.
+    /// @throws Error  WrongElementType if they are not floats.
+    std::vector<float> readFloats(const Dataset& dataset);
+    /// Likewise for unsigned integers. @throws Error  WrongElementType
+    std::vector<std::uint32_t> readUnsigned(const Dataset& dataset);
+    /// The bytes as they stand in the stream: component by component, in four byte planes each.
+    std::vector<std::uint8_t> readBytes(const Dataset& dataset);
+
+    /// The sets of a NodeSets node. @throws Error  BadNodeSets, BadCount, EndOfStream, those of StreamReader.
+    std::vector<NodeSet> readNodeSets(const NodeSets& descriptor);
+
+    /// The cursor behind all this.
+    StreamReader& stream() { return stream_; }
+
+private:
+    std::vector<std::uint8_t> readPayload(const Dataset& holder);
+    const Dataset& holderOf(const Dataset& dataset, std::uint8_t elementTag) const;
+
+    const Model& model_;
+    StreamReader stream_;
+};
+
+} // namespace MoxReader

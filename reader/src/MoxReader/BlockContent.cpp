@@ -1,0 +1,43 @@
+#include "MoxReader/BlockContent.h"
+
+#include "MoxReader/Inflater.h"
+
+namespace MoxReader {
+
+namespace {
+
+BlockContent readPlain(Source& source, const BlockRecord& block) {
+    BlockContent content;
+    content.bytes.resize(block.length);
+    source.read(block.position, content.bytes);
+    return content;
+}
+
+} // namespace
+
+std::optional<ErrorCode> findLengthDamage(const BlockRecord& block, std::uint64_t fileSize) {
+    if (block.isCompressed() && block.length == 0)
+        return ErrorCode::ContentLost;
+    if (block.position > fileSize || block.length > fileSize - block.position)
+        return ErrorCode::BlockBeyondFile;
+    if (!block.isCompressed())
+        return std::nullopt;
+    if (!block.contentLength || block.length < Format::ContentWordSize)
+        return ErrorCode::ContentLengthMissing;
+    const std::uint64_t stored = block.length - Format::ContentWordSize;
+    if (*block.contentLength > stored * Format::ZlibMaxExpansion)
+        return ErrorCode::ContentLengthImplausible;
+    return std::nullopt;
+}
+
+BlockContent readBlockContent(Source& source, const BlockRecord& block) {
+    if (const auto damage = findLengthDamage(block, source.size()))
+        return {.bytes = {}, .damage = damage};
+    if (!block.isCompressed())
+        return readPlain(source, block);
+    Inflater inflater(source, block.position + Format::ContentWordSize,
+                      block.length - Format::ContentWordSize);
+    return inflater.run(*block.contentLength);
+}
+
+} // namespace MoxReader

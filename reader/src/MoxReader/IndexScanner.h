@@ -1,0 +1,31 @@
+#pragma once
+
+#include "MoxReader/RawIndex.h"
+
+namespace MoxReader {
+
+/// One walk along the front of a file and its chain of index tables; see scanIndex().
+class IndexScanner {
+public:
+    explicit IndexScanner(Source& source);
+
+    RawIndex scan();
+
+private:
+    bool readFront();
+    void walkTables();
+    void readSignature();
+    void readVersion();
+    bool readHeadLength();
+    bool readTable(IndexTable table, std::uint32_t expectedCount);
+    void addRecord(const IndexTable& table, std::uint32_t row,
+                   std::span<const std::uint8_t, Format::RecordSize> bytes);
+    void readContentLength(BlockRecord& record);
+    std::optional<IndexTable> findNextTable();
+    void addDamage(ErrorCode code, Place place);
+
+    Source& source_;
+    RawIndex index_;
+};
+
+} // namespace MoxReader

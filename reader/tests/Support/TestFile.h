@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Support/Bytes.h"
+
+#include "MoxReader/MemorySource.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+/// Lays out a whole file by hand: header, index tables, blocks.
+class TestFile {
+public:
+    /// A content length and a zlib stream, flags 0x01.
+    TestFile& compressed(const std::string& name, const std::vector<std::uint8_t>& content);
+    /// The content as it stands, flags 0x00.
+    TestFile& plain(const std::string& name, const std::vector<std::uint8_t>& content);
+    /// Any payload with any flags.
+    TestFile& raw(const std::string& name, const std::vector<std::uint8_t>& payload, unsigned flags);
+
+    /// The file. Index Blocks stand at ids 19, 219 and so on if there is a block behind them.
+    std::vector<std::uint8_t> bytes() const;
+    std::shared_ptr<MoxReader::MemorySource> source() const;
+
+private:
+    struct Block {
+        std::string name;
+        std::vector<std::uint8_t> payload;
+        unsigned flags;
+    };
+
+    std::vector<Block> withIndexBlocks() const;
+
+    std::vector<Block> blocks_;
+};
+
+/// One zlib stream of the content, level 6.
+std::vector<std::uint8_t> zlibStream(const std::vector<std::uint8_t>& content);
+
+/// A record of the index, 139 bytes.
+std::vector<std::uint8_t> indexRecord(unsigned number, const std::string& name, std::uint32_t length,
+                                      unsigned flags);
+
+std::shared_ptr<MoxReader::MemorySource> memory(std::vector<std::uint8_t> bytes);

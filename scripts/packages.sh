@@ -1,0 +1,21 @@
+# The Debian packages that a script of this folder needs, and how they are installed. Sourced, not run.
+
+MOXWRITER_BUILD_PACKAGES="g++ cmake ninja-build pkg-config zlib1g-dev libboost1.81-dev libeigen3-dev"
+MOXWRITER_TOOL_PACKAGES="libcli11-dev libfmt-dev nlohmann-json3-dev libexodusii-dev"
+MOXWRITER_TEST_PACKAGES="libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format"
+
+# install_packages PACKAGE...: installs those that are missing, and says which.
+install_packages() {
+    missing=
+    for package in "$@"; do
+        dpkg-query -W -f='${Status}' "$package" 2> /dev/null | grep -q 'install ok installed' ||
+            missing="$missing $package"
+    done
+    [ -n "$missing" ] || return 0
+    echo "Installing Debian packages:$missing" >&2
+    sudo=
+    [ "$(id -u)" -eq 0 ] || sudo=sudo
+    $sudo apt-get update -qq
+    # shellcheck disable=SC2086 # a list of words
+    $sudo env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing > /dev/null
+}

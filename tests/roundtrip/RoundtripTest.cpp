@@ -1,0 +1,140 @@
+// Models of random calls, saved with small and large blocks and read back through the independent reader.
+
+#include "Support/RandomModel.h"
+
+#include <MoxReader/HeavyData.h>
+#include <MoxReader/Model.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Roundtrip::AttributeMap;
+using Roundtrip::ExpectedDataset;
+using Roundtrip::ExpectedNode;
+using Roundtrip::RandomModel;
+
+constexpr const char* Variable = "MOXWRITER_DEFAULT_BLOCK_SIZE";
+
+void setBlockSize(const std::string& size) {
+    if (size.empty()) {
+        unsetenv(Variable);
+    } else {
+        setenv(Variable, size.c_str(), 1);
+    }
+}
+
+class Roundtrips : public testing::TestWithParam<std::string> {
+protected:
+    Roundtrips() {
+        // Ctest runs tests side by side, each in a process of its own.
+        std::string name = testing::UnitTest::GetInstance()->current_test_info()->name();
+        std::replace(name.begin(), name.end(), '/', '-');
+        path = (std::filesystem::temp_directory_path() / ("roundtrip-" + name + ".mox")).string();
+        std::filesystem::remove(path);
+        setBlockSize(GetParam());
+    }
+    ~Roundtrips() override {
+        setBlockSize("");
+        std::filesystem::remove(path);
+    }
+
+    void saveAndCompare(RandomModel& random) {
+        random.save(path);
+        const MoxReader::File file(path);
+        const MoxReader::Model model = MoxReader::readModel(file);
+        MoxReader::HeavyData numbers(file, model);
+        ASSERT_EQ(random.getNodes().size(), model.nodes().size());
+        for (std::size_t i = 0; i < model.nodes().size(); ++i) {
+            compareNode(random.getNodes()[i], model.nodes()[i], model, numbers);
+        }
+        std::filesystem::remove(path);
+    }
+
+private:
+    static void compareNode(const ExpectedNode& expected, const MoxReader::Node& node,
+                            const MoxReader::Model& model, MoxReader::HeavyData& numbers) {
+        EXPECT_EQ(expected.parent, node.parent);
+        EXPECT_EQ(expected.name, node.name);
+        ASSERT_EQ(expected.typeName, node.typeName);
+        if (const MoxReader::Group* const group = node.group()) {
+            EXPECT_EQ(expected.attributes, group->attributes);
+            EXPECT_TRUE(std::ranges::equal(expected.translation, group->translation));
+        }
+        if (const MoxReader::Shape* const shape = node.shape()) {
+            EXPECT_EQ(expected.diffuse[0], shape->material.diffuse[0]);
+            EXPECT_EQ(expected.diffuse[3], shape->material.diffuse[3]);
+            EXPECT_EQ(expected.transparency, shape->material.transparency);
+        }
+        if (const MoxReader::Geometry* const geometry = node.geometry()) {
+            ASSERT_EQ(expected.datasets.size(), geometry->datasets.size());
+            for (std::size_t i = 0; i < expected.datasets.size(); ++i) {
+                compareDataset(expected.datasets[i], geometry->datasets[i], model, numbers);
+            }
+        }
+    }
+
+    static void compareDataset(const ExpectedDataset& expected, const MoxReader::Dataset& dataset,
+                               const MoxReader::Model& model, MoxReader::HeavyData& numbers) {
+        const MoxReader::Dataset& holder = model.resolve(dataset);
+        EXPECT_EQ(expected.key, dataset.key);
+        EXPECT_EQ(expected.variableType, dataset.variableType);
+        EXPECT_EQ(expected.elementTag, dataset.elementTag);
+        EXPECT_EQ(expected.vibration, dataset.vibration);
+        EXPECT_EQ(expected.attributes, dataset.attributes);
+        EXPECT_EQ(expected.holderNode, holder.nodeId);
+        EXPECT_EQ(expected.holderIndex, holder.index);
+        EXPECT_EQ(expected.width, holder.width);
+        EXPECT_EQ(expected.bits, bitsOf(dataset, numbers));
+    }
+
+    static std::vector<std::uint32_t> bitsOf(const MoxReader::Dataset& dataset,
+                                             MoxReader::HeavyData& numbers) {
+        constexpr unsigned unsignedTag = 5;
+        if (dataset.elementTag == unsignedTag) {
+            return numbers.readUnsigned(dataset);
+        }
+        const std::vector<float> floats = numbers.readFloats(dataset);
+        std::vector<std::uint32_t> bits(floats.size());
+        std::memcpy(bits.data(), floats.data(), floats.size() * sizeof(float));
+        return bits;
+    }
+
+    std::string path;
+};
+
+// Arrays at the limit of a block are placed too low from the nineteenth block on, as tests of their own show;
+// fewer of them come back whole whatever the size of the blocks.
+TEST_P(Roundtrips, FewArraysOfAnySizeComeBackEqual) {
+    for (unsigned seed = 1; seed <= 12; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        RandomModel random(seed, 18, 400);
+        saveAndCompare(random);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(BlockSizes, Roundtrips, testing::Values("1", "4096", "1048576", ""),
+                         [](const auto& parameter) {
+                             return parameter.param.empty() ? std::string("Unset") : parameter.param;
+                         });
+
+class RoundtripsOfManyArrays : public Roundtrips {};
+
+// Below the limit of 4096 bytes: 100 rows of 6 columns take 2400.
+TEST_P(RoundtripsOfManyArrays, ArraysBelowTheLimitComeBackEqualAcrossManyBlocks) {
+    RandomModel random(77, 2000, 100);
+    saveAndCompare(random);
+}
+
+INSTANTIATE_TEST_SUITE_P(BlockSizes, RoundtripsOfManyArrays, testing::Values("4096", "1048576", ""),
+                         [](const auto& parameter) {
+                             return parameter.param.empty() ? std::string("Unset") : parameter.param;
+                         });
+
+} // namespace
