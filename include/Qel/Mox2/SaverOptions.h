@@ -9,11 +9,11 @@ struct SaverOptions {
     /// True: an existing file of that path is emptied and replaced. False: it makes saveTo() fail.
     bool overwrite = false;
     /// The application's name; goes into the file.
-    std::string sourceName;
+    std::string sourceName = {};
     /// The application's version; goes into the file, but only together with a sourceName.
-    std::string sourceVersion;
+    std::string sourceVersion = {};
     /// Accepted and not used.
-    std::string sourceComment;
+    std::string sourceComment = {};
 };
 
 } // namespace Qel::Mox2

@@ -10,9 +10,9 @@ namespace Qel::Mox2 {
 /// A step of an analysis, a time or a mode, that an array property belongs to.
 struct MOXWRITER_EXPORT Step {
     /// The step's label. Empty for numbers that belong to no step.
-    std::string name;
+    std::string name = {};
     /// What is to be known of the step, such as its time; see Model::addArrayProperty().
-    Attributes attributes;
+    Attributes attributes = {};
 };
 
 } // namespace Qel::Mox2

@@ -8,9 +8,8 @@ namespace QelUtil {
 /// The path of a source file from `Qel/` on and without extension, made while compiling, so that a class's
 /// header and source name the same place and nothing of the build machine gets into the library.
 template <std::size_t Size>
-class SourcePath {
-public:
-    consteval explicit SourcePath(const char (&file)[Size]) {
+struct SourcePath {
+    consteval SourcePath(const char (&file)[Size]) {
         constexpr std::string_view root = "Qel/";
         std::string_view path(file, Size - 1);
         if (const auto start = path.rfind(root); start != std::string_view::npos) {
@@ -20,17 +19,16 @@ public:
         path.copy(text, path.size());
     }
 
-    constexpr const char* c_str() const { return text; }
-
-private:
     char text[Size] = {};
 };
+
+/// A template's argument lives as long as the program, wherever it stands.
+template <SourcePath path>
+constexpr const char* sourcePathText() {
+    return path.text;
+}
 
 } // namespace QelUtil
 
 /// The SourcePath of the file that it stands in, as a text that lives as long as the program.
-#define QEL_SOURCE_PATH                                                                                      \
-    ([]() -> const char* {                                                                                   \
-        static constexpr ::QelUtil::SourcePath qelSourcePath(__FILE__);                                      \
-        return qelSourcePath.c_str();                                                                        \
-    }())
+#define QEL_SOURCE_PATH (::QelUtil::sourcePathText<__FILE__>())

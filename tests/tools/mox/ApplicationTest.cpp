@@ -1,0 +1,76 @@
+#include "Application.h"
+
+#include "Messages.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Outcome {
+    int exitCode;
+    std::string output;
+    std::string messages;
+};
+
+Outcome runMox(std::vector<const char*> arguments) {
+    arguments.insert(arguments.begin(), "mox");
+    Messages messages;
+    testing::internal::CaptureStdout();
+    const int exitCode =
+        MoxTool::Application(messages.terminal()).run(static_cast<int>(arguments.size()), arguments.data());
+    return {exitCode, testing::internal::GetCapturedStdout(), messages.text()};
+}
+
+bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+} // namespace
+
+TEST(Application, WithoutArgumentsItShowsItsHelp) {
+    const auto outcome = runMox({});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_TRUE(contains(outcome.output, "mox import bracket.e bracket.mox"));
+    EXPECT_EQ(outcome.messages, "");
+}
+
+TEST(Application, HelpListsTheCommandsAndExamples) {
+    const auto outcome = runMox({"--help"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_TRUE(contains(outcome.output, "import"));
+    EXPECT_TRUE(contains(outcome.output, "Examples:"));
+}
+
+TEST(Application, HelpOfACommandShowsItsExamples) {
+    const auto outcome = runMox({"import", "--help"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_TRUE(contains(outcome.output, "mox import --overwrite modes.exo modes.mox"));
+}
+
+TEST(Application, VersionGoesToStandardOutput) {
+    const auto outcome = runMox({"--version"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_TRUE(outcome.output.starts_with("mox "));
+}
+
+TEST(Application, UnknownCommandIsWrongUsage) {
+    const auto outcome = runMox({"embroider"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(outcome.messages, "mox: The following argument was not expected: embroider (see mox --help)\n");
+}
+
+TEST(Application, MissingArgumentIsWrongUsage) {
+    const auto outcome = runMox({"import", "model.e"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.messages, "mox import: OUT.mox is required (see mox import --help)\n");
+}
+
+TEST(Application, UnknownOptionIsWrongUsage) {
+    const auto outcome = runMox({"import", "--sideways", "model.e", "out.mox"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_TRUE(contains(outcome.messages, "--sideways"));
+}

@@ -1,0 +1,44 @@
+#include "import/ImportSummary.h"
+
+#include <gtest/gtest.h>
+
+using MoxTool::ImportSummary;
+using Lines = std::vector<std::string>;
+
+TEST(ImportSummary, CountsWhatWasTaken) {
+    ImportSummary summary("a.mox");
+    summary.shapes = 2;
+    summary.nodes = 12;
+    summary.elements = 5;
+    summary.steps = 3;
+    summary.datasets = 20;
+    EXPECT_EQ(summary.lines(), Lines{"a.mox: shapes: 2, nodes: 12, elements: 5, steps: 3, datasets: 20"});
+}
+
+TEST(ImportSummary, CountsAndNamesWhatWasLeft) {
+    ImportSummary summary("a.mox");
+    summary.leave("side sets", Lines{"top", "bottom"});
+    summary.leave("information records", 7);
+    const auto lines = summary.lines();
+    ASSERT_EQ(lines.size(), 3U);
+    EXPECT_EQ(lines[1], "not taken: side sets: 2 (top, bottom)");
+    EXPECT_EQ(lines[2], "not taken: information records: 7");
+}
+
+TEST(ImportSummary, SaysNothingOfKindsThatTheFileHasNot) {
+    ImportSummary summary("a.mox");
+    summary.leave("side sets", Lines{});
+    summary.leave("information records", 0);
+    EXPECT_EQ(summary.lines().size(), 1U);
+}
+
+TEST(ImportSummary, TellsAFactOnce) {
+    ImportSummary summary("a.mox");
+    summary.tell("one");
+    summary.tell("two");
+    summary.tell("one");
+    const auto lines = summary.lines();
+    ASSERT_EQ(lines.size(), 3U);
+    EXPECT_EQ(lines[1], "note: one");
+    EXPECT_EQ(lines[2], "note: two");
+}

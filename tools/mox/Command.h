@@ -1,0 +1,34 @@
+#pragma once
+
+#include <CLI/App.hpp>
+
+#include <string>
+
+namespace MoxTool {
+
+class Terminal;
+
+/// One subcommand of `mox`. A new one is a class of its own and one line in Commands.cpp.
+class Command {
+public:
+    Command() = default;
+    Command(const Command&) = delete;
+    Command& operator=(const Command&) = delete;
+    virtual ~Command() = default;
+
+    /// The word on the command line, such as "import".
+    virtual std::string name() const = 0;
+    /// One sentence for the list of commands.
+    virtual std::string summary() const = 0;
+    /// Declares options and arguments, bound to members of this object, and the examples at the end of the
+    /// help.
+    virtual void addOptions(CLI::App& app) = 0;
+
+    /// Does the work, with the members that the command line has filled. Data goes to stdout, all else to the
+    /// terminal.
+    /// @return the exit code, 0 for success.
+    /// @throws Failure (or any std::exception), which becomes one line "mox <name>: <what>" and exit code 1.
+    virtual int run(Terminal& terminal) = 0;
+};
+
+} // namespace MoxTool

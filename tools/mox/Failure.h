@@ -1,0 +1,16 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace MoxTool {
+
+/// Why a command can't do its work: a file and a reason, for a person, in one line.
+class Failure : public std::runtime_error {
+public:
+    /// @param file   The file's path as the person gave it.
+    /// @param reason What is wrong and, where it is not plain, what to do; no full stop.
+    Failure(const std::string& file, const std::string& reason) : std::runtime_error(file + ": " + reason) {}
+};
+
+} // namespace MoxTool

@@ -1,0 +1,77 @@
+#include "Terminal.h"
+
+#include <fmt/core.h>
+
+#include <cstdlib>
+
+// The one place that depends on the system: whether a stream is a terminal.
+#ifdef _WIN32
+#include <io.h>
+static bool isTerminal(std::FILE* stream) {
+    return _isatty(_fileno(stream)) != 0;
+}
+#else
+#include <unistd.h>
+static bool isTerminal(std::FILE* stream) {
+    return isatty(fileno(stream)) != 0;
+}
+#endif
+
+namespace MoxTool {
+
+namespace {
+
+constexpr std::chrono::milliseconds ProgressInterval{100};
+
+constexpr const char* Red = "\x1B[31m";
+constexpr const char* Plain = "\x1B[0m";
+constexpr const char* ClearLine = "\r\x1B[K";
+
+bool coloursWanted() {
+    const char* noColor = std::getenv("NO_COLOR");
+    return noColor == nullptr || *noColor == '\0';
+}
+
+} // namespace
+
+Terminal::Terminal(std::FILE* target, bool isInteractive, bool hasColours)
+    : stream(target), interactive(isInteractive), colours(hasColours) {}
+
+Terminal::~Terminal() {
+    clearProgress();
+}
+
+Terminal Terminal::standardError() {
+    const bool watched = isTerminal(stderr);
+    return Terminal(stderr, watched, watched && coloursWanted());
+}
+
+void Terminal::error(std::string_view line) {
+    clearProgress();
+    fmt::print(stream, "{}{}{}\n", colours ? Red : "", line, colours ? Plain : "");
+}
+
+void Terminal::note(std::string_view line) {
+    clearProgress();
+    fmt::print(stream, "{}\n", line);
+}
+
+void Terminal::progress(std::string_view work, double fraction) {
+    const auto now = std::chrono::steady_clock::now();
+    if (!interactive || now < nextProgress)
+        return;
+    nextProgress = now + ProgressInterval;
+    progressShows = true;
+    fmt::print(stream, "{}{} {:3.0f} %", ClearLine, work, 100 * fraction);
+    std::fflush(stream);
+}
+
+void Terminal::clearProgress() {
+    if (!progressShows)
+        return;
+    progressShows = false;
+    fmt::print(stream, "{}", ClearLine);
+    std::fflush(stream);
+}
+
+} // namespace MoxTool

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <chrono>
+#include <cstdio>
+#include <string_view>
+
+namespace MoxTool {
+
+/// The messages of a program for the person in front of it: errors, notes and the progress of long work.
+///
+/// Progress is one line that overwrites itself; it shows on an interactive stream alone and is gone before
+/// any other message comes.
+class Terminal {
+public:
+    /// @param stream      Stays open as long as this object; not owned.
+    /// @param interactive Whether a person watches the stream, so that progress makes sense.
+    /// @param colours     Whether errors are red.
+    Terminal(std::FILE* stream, bool interactive, bool colours);
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+    /// Clears the progress.
+    ~Terminal();
+
+    /// On stderr: interactive if that is a terminal, coloured if moreover `NO_COLOR` is unset or empty.
+    static Terminal standardError();
+
+    /// Writes one line.
+    void error(std::string_view line);
+    /// Writes one line.
+    void note(std::string_view line);
+
+    /// Shows how far the work is, at most ten times a second.
+    /// @param fraction From 0 to 1.
+    void progress(std::string_view work, double fraction);
+    void clearProgress();
+
+private:
+    std::FILE* stream;
+    bool interactive;
+    bool colours;
+    bool progressShows = false;
+    std::chrono::steady_clock::time_point nextProgress{};
+};
+
+} // namespace MoxTool

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+/// Cuts double numbers to float, as the files of the model hold them, and keeps account of what that costs.
+class FloatNarrowing {
+public:
+    /// The nearest float; infinite for numbers beyond its range.
+    float narrow(double value);
+
+    /// What was lost, one sentence for each kind of loss; empty if every number came through whole.
+    std::vector<std::string> report() const;
+
+private:
+    std::size_t rounded = 0;
+    std::size_t tooLarge = 0;
+    std::size_t tooSmall = 0;
+    double largestRelativeLoss = 0;
+};
+
+} // namespace MoxTool

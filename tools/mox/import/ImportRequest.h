@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace MoxTool {
+
+/// What `mox import` is asked to do.
+struct ImportRequest {
+    std::string input;
+    std::string output;
+    bool overwrite = false; ///< An existing output is replaced, once the new one is whole.
+};
+
+} // namespace MoxTool

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+class Terminal;
+
+/// What an import took, what it left, and what else the person should know.
+class ImportSummary {
+public:
+    /// @param output The file that the import makes, as the person named it.
+    explicit ImportSummary(std::string output);
+
+    // What was taken.
+    std::int64_t shapes = 0;
+    std::int64_t nodes = 0;
+    std::int64_t elements = 0;
+    std::int64_t steps = 0;
+    std::int64_t datasets = 0;
+
+    /// Notes that things of one kind were not taken. Does nothing for no names.
+    /// @param kind  In the plural, such as "side sets".
+    /// @param names One for each thing.
+    void leave(const std::string& kind, const std::vector<std::string>& names);
+    /// The same for things without names. Does nothing for 0.
+    void leave(const std::string& kind, std::int64_t count);
+    /// Notes a fact, one sentence without a full stop. Repetitions are dropped.
+    void tell(const std::string& sentence);
+
+    /// The whole summary, one line each.
+    std::vector<std::string> lines() const;
+    /// Writes the lines.
+    void print(Terminal& terminal) const;
+
+private:
+    std::string output;
+    std::vector<std::string> left;
+    std::vector<std::string> told;
+};
+
+} // namespace MoxTool

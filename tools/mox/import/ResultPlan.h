@@ -1,0 +1,48 @@
+#pragma once
+
+#include <Qel/Mox2/DatasetType.h>
+
+#include <cstddef>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+/// One result dataset of the model and the variables of the file that it is made of.
+struct ResultDataset {
+    std::string name;       ///< In the model; unique among the results of a geometry.
+    std::string wantedName; ///< What it would be named if no other had that name.
+    Qel::Mox2::DatasetType type;
+    std::size_t width;                  ///< Columns: 1, 3 or 6.
+    std::vector<std::size_t> variables; ///< For each column from the first on; a vector of two has no third.
+};
+
+/// Decides which results a geometry gets: groups components as ComponentGrouping does, chooses types and
+/// names.
+///
+/// A displacement is named "Displacement", since a file marks displacements by that name alone, and takes a
+/// rotation as its second three columns. Everything else keeps the name that the file gives. Where two want
+/// one name, a single variable goes before a group and the earlier before the later; the other gets " (2)"
+/// behind its name.
+///
+/// Datasets of nodes and of elements share the names of their geometry, so one plan makes both, nodes first.
+class ResultPlan {
+public:
+    /// @param dimension Of the model, from 1 to 3.
+    explicit ResultPlan(int modelDimension) : dimension(modelDimension) {}
+
+    /// @param variables Names in the file's order; ResultDataset::variables are places in this list.
+    std::vector<ResultDataset> nodeResults(const std::vector<std::string>& variables);
+    /// @see nodeResults
+    std::vector<ResultDataset> elementResults(const std::vector<std::string>& variables);
+
+private:
+    void makeUnique(std::vector<ResultDataset>& datasets, bool singles);
+    std::string uniqueName(const std::string& wanted);
+
+    int dimension;
+    std::set<std::string> taken;
+};
+
+} // namespace MoxTool
