@@ -18,5 +18,8 @@ install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/MoxWriterConfigVersion.cmake
     DESTINATION ${MOXWRITER_PACKAGE_DIR})
 
+# The installed tree can be moved as a whole.
+file(RELATIVE_PATH MOXWRITER_PREFIX_FROM_PC
+    ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(${CMAKE_SOURCE_DIR}/cmake/moxwriter.pc.in ${CMAKE_CURRENT_BINARY_DIR}/moxwriter.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/moxwriter.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
