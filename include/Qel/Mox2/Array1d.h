@@ -21,7 +21,8 @@ class MOXWRITER_EXPORT Array1d {
 public:
     /// `size` elements with undefined values.
     Array1d(std::size_t size = 0);
-    /// `size` elements of one value.
+    /// `size` elements of one value. In braces two numbers are the elements themselves: `(2, 7)` is 7, 7 and
+    /// `{2, 7}` is 2, 7.
     Array1d(std::size_t size, const T& value);
     /// The elements from `begin` up to `end`.
     Array1d(T* begin, T* end);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -22,6 +23,9 @@ struct BlockSizeLimiter {
     std::uint64_t closedBytes = 0;
     /// So many of the oldest blocks are known to be frozen.
     std::size_t frozenBlocks = 0;
+    /// For each bit, so many of the oldest blocks are known to be flagged with it. Not kept for the empty
+    /// name, whose ids come and go.
+    std::array<std::size_t, 8> flaggedBlocks = {};
 };
 
 } // namespace QelTnf

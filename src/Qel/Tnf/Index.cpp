@@ -144,15 +144,24 @@ void Index::Put(const std::string& name, const void* const& data, std::uint64_t 
     blocks[id].Put(data, static_cast<unsigned int>(size));
 }
 
-// Flags only ever reach all blocks of a name that exist, so a block that has them vouches for all older ones.
 void Index::SetBlockFlags(std::string name, unsigned char flags) {
     const auto found = limiters.find(name);
     if (found == limiters.end()) {
         return;
     }
-    const std::vector<std::uint64_t>& ids = found->second.blockIds;
-    for (auto id = ids.rbegin(); id != ids.rend() && (blockInfos[*id].flags & flags) != flags; ++id) {
-        blockInfos[*id].flags |= flags;
+    BlockSizeLimiter& limiter = found->second;
+    for (std::size_t bit = 0; bit < limiter.flaggedBlocks.size(); ++bit) {
+        const unsigned char flag = flags & (1U << bit);
+        if (flag != 0) {
+            flagFrom(IsEmptyBlockName(name) ? 0 : limiter.flaggedBlocks[bit], limiter.blockIds, flag);
+            limiter.flaggedBlocks[bit] = limiter.blockIds.size();
+        }
+    }
+}
+
+void Index::flagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag) {
+    for (std::size_t i = first; i < ids.size(); ++i) {
+        blockInfos[ids[i]].flags |= flag;
     }
 }
 

@@ -96,6 +96,7 @@ private:
     std::vector<BlockInfo> entriesFrom(std::uint64_t first, std::uint32_t count) const;
     void writeHeadIndex(std::FILE* stream) const;
 
+    void flagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag);
     void place(std::uint64_t id);
     void freeze(std::uint64_t id, std::uint32_t contentLength);
     std::uint64_t streamedSize(std::uint64_t id) const;
