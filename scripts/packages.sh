@@ -2,7 +2,7 @@
 
 MOXWRITER_BUILD_PACKAGES="g++ cmake ninja-build pkg-config zlib1g-dev libboost1.81-dev libeigen3-dev"
 MOXWRITER_TOOL_PACKAGES="libcli11-dev libfmt-dev nlohmann-json3-dev libexodusii-dev"
-MOXWRITER_TEST_PACKAGES="libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format"
+MOXWRITER_TEST_PACKAGES="python3 libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format"
 
 # install_packages PACKAGE...: installs those that are missing, and says which.
 install_packages() {

@@ -1,0 +1,781 @@
+#!/usr/bin/env python3
+"""Reads mox files with Python's standard library alone. The format is described in docs/format/.
+
+As a module:
+
+    import moxreader
+
+    with moxreader.File("model.mox") as file:
+        model = moxreader.Model(file)
+        for node in model.nodes:
+            if isinstance(node.content, moxreader.Geometry):
+                for dataset in node.content.datasets:
+                    print(dataset.name, dataset.step, model.numbers(dataset))
+
+As a script it prints a model as JSON:
+
+    python3 moxreader.py [--numbers] [--no-date] FILE
+
+Any bytes end in a value or in a MoxError. A length or a count is believed only as far as the file can justify it, and
+nothing but the block in use is held in memory beside the tree. Texts are UTF-8; bytes that are not are kept as
+surrogates (PEP 383), so that text.encode("utf-8", "surrogateescape") gives back what the file has.
+"""
+
+import argparse
+import array
+import bisect
+import io
+import json
+import math
+import os
+import struct
+import sys
+import zlib
+from dataclasses import dataclass, field
+from typing import Any, Dict, List, NamedTuple, Optional, Tuple
+
+SIGNATURE = b"\x89TNF\r\n\x1a\n"
+VERSION = b"1.3\0"
+HEAD_LENGTH_AT = 12
+HEAD_TABLE_AT = 16
+NAME_SIZE = 128
+RECORD = struct.Struct(f"<BI{NAME_SIZE}sIBB")
+HEAD_RECORDS = 20
+INDEX_BLOCK_RECORDS = 200
+INDEX_BLOCK = b"\x0bIndex Block "
+EMPTY_BLOCK = b"\x0bEmpty Block "
+COMPRESSED = 0x01
+LENGTH_WORD = 4
+MOST_BYTES_OF_ONE = 1032  # No byte of a zlib stream gives more bytes of content.
+
+STEP_SEPARATOR = "\x1e"
+UNTAGGED = 0xFFFFFFFF
+FLOAT_TAG = 1
+UNSIGNED_TAG = 5
+ARRAY_CODES = {FLOAT_TAG: "f", UNSIGNED_TAG: "I"}
+
+VARIABLE_TYPES = {
+    1: "Coordinates", 4: "Connectivity0", 5: "Connectivity1", 6: "Connectivity2", 9: "Polylength",
+    12: "NodeScalar", 13: "NodeVector", 14: "NodeSixA", 15: "NodeSixB",
+    16: "ElementScalar", 17: "ElementVector", 18: "ElementSixA", 19: "ElementSixB",
+    20: "ThirdScalar", 21: "ThirdVector", 22: "ThirdSixA", 23: "ThirdSixB",
+    24: "FourthScalarA", 25: "FourthScalarB", 26: "FourthVector", 27: "FourthSixA", 28: "FourthSixB",
+}
+
+
+class MoxError(Exception):
+    """The file is damaged, was never finished, or is of another format."""
+
+
+def require(is_sound: bool, complaint: str) -> None:
+    if not is_sound:
+        raise MoxError(complaint)
+
+
+def table_size(records: int) -> int:
+    return 4 + records * RECORD.size
+
+
+def little_endian(code: str, data: bytes) -> array.array:
+    """The numbers of an array of the given code ("B", "I", "f" or "d")."""
+    numbers = array.array(code)
+    numbers.frombytes(data)
+    if sys.byteorder == "big":
+        numbers.byteswap()
+    return numbers
+
+
+# --- The container: named blocks ------------------------------------------------------------------------------------
+
+
+class Block(NamedTuple):
+    """One record of the index, and where its block lies."""
+
+    id: int
+    number: int
+    name: str
+    length: int  # Bytes in the file.
+    flags: int
+    reserved: int
+    position: int  # File offset.
+    is_index_block: bool
+    is_empty_entry: bool
+
+    @property
+    def is_compressed(self) -> bool:
+        return bool(self.flags & COMPRESSED)
+
+    def __str__(self) -> str:
+        return f'block {self.id}, "{self.name}"'
+
+
+class File:
+    """An open file and its index. Opening reads the index; content is read when it is asked for."""
+
+    def __init__(self, source):
+        """source: a path, or the bytes of a whole file."""
+        self._stream = io.BytesIO(source) if isinstance(source, (bytes, bytearray)) else open(source, "rb")
+        try:
+            self.size = self._stream.seek(0, io.SEEK_END)
+            self.version = self._read_front()
+            self.blocks = self._read_index()
+        except BaseException:
+            self.close()
+            raise
+
+    def close(self) -> None:
+        self._stream.close()
+
+    def __enter__(self) -> "File":
+        return self
+
+    def __exit__(self, *_) -> None:
+        self.close()
+
+    def read_at(self, offset: int, size: int) -> bytes:
+        require(offset + size <= self.size, f"the file ends before offset {offset + size}")
+        self._stream.seek(offset)
+        data = self._stream.read(size)
+        require(len(data) == size, f"the file cannot be read at offset {offset}")
+        return data
+
+    def stream_names(self) -> List[str]:
+        """The names that have blocks, in the order of their first block."""
+        return list(dict.fromkeys(block.name for block in self.blocks if holds_data(block)))
+
+    def blocks_of(self, name: str) -> List[Block]:
+        return [block for block in self.blocks if block.name == name and holds_data(block)]
+
+    def content_length(self, block: Block) -> int:
+        """The bytes of a block's content, as stated and as far as that can be true."""
+        require(block.position + block.length <= self.size, f"{block} reaches past the end of the file")
+        if not block.is_compressed:
+            return block.length
+        require(block.length >= LENGTH_WORD, f"{block} has lost its content")
+        (length,) = struct.unpack("<I", self.read_at(block.position, LENGTH_WORD))
+        stored = block.length - LENGTH_WORD
+        require(length <= stored * MOST_BYTES_OF_ONE, f"{block} states more content than its bytes can give")
+        return length
+
+    def read_block(self, block: Block) -> bytes:
+        length = self.content_length(block)
+        if not block.is_compressed:
+            return self.read_at(block.position, block.length)
+        stored = self.read_at(block.position + LENGTH_WORD, block.length - LENGTH_WORD)
+        inflater = zlib.decompressobj()
+        try:
+            content = inflater.decompress(stored, length + 1)
+        except zlib.error as error:
+            raise MoxError(f"{block}: {error}") from None
+        is_whole = inflater.eof and len(content) == length and not inflater.unused_data
+        require(is_whole, f"{block} does not inflate to its stated length")
+        return content
+
+    def _read_front(self) -> str:
+        require(self.read_at(0, len(SIGNATURE)) == SIGNATURE, "the signature is that of another format")
+        version = self.read_at(len(SIGNATURE), len(VERSION))
+        require(version == VERSION, f"the version {version!r} is not known")
+        (length,) = struct.unpack("<I", self.read_at(HEAD_LENGTH_AT, 4))
+        require(length != 0, "the file was never closed by its writer")
+        require(length == table_size(HEAD_RECORDS), f"the head index cannot have a length of {length} bytes")
+        return version.rstrip(b"\0").decode()
+
+    def _read_index(self) -> List[Block]:
+        blocks: List[Block] = []
+        table_at, records = HEAD_TABLE_AT, HEAD_RECORDS
+        end = HEAD_TABLE_AT + table_size(HEAD_RECORDS)
+        while True:
+            end = self._read_table(table_at, records, end, blocks)
+            index_blocks = [block for block in blocks[-records:] if block.is_index_block]
+            if not index_blocks:
+                return blocks
+            block, records = index_blocks[0], INDEX_BLOCK_RECORDS
+            is_sound = block is blocks[-1] and block.length == table_size(records)
+            require(is_sound, f"block {block.id} cannot be an Index Block")
+            table_at = block.position
+
+    def _read_table(self, offset: int, records: int, end: int, blocks: List[Block]) -> int:
+        data = self.read_at(offset, table_size(records))
+        (count,) = struct.unpack_from("<I", data)
+        require(count == records, f"the index table at offset {offset} has {count} records instead of {records}")
+        for number, name_length, name, length, flags, reserved in RECORD.iter_unpack(data[4:]):
+            require(name_length == NAME_SIZE, f"the name of block {len(blocks)} has a length of {name_length}")
+            blocks.append(Block(len(blocks), number, to_text(name.split(b"\0")[0]), length, flags, reserved, end,
+                                name.startswith(INDEX_BLOCK), name.startswith(EMPTY_BLOCK)))
+            end += length
+        return end
+
+
+def holds_data(block: Block) -> bool:
+    return not block.is_index_block and not block.is_empty_entry
+
+
+def to_text(data: bytes) -> str:
+    return data.decode("utf-8", "surrogateescape")
+
+
+class Stream:
+    """A cursor over all blocks of one name, decompressed and joined. Holds one block's content."""
+
+    def __init__(self, file: File, name: str):
+        self.name = name
+        self._file = file
+        self._blocks = file.blocks_of(name)
+        self._starts = [0]
+        for block in self._blocks:
+            self._starts.append(self._starts[-1] + file.content_length(block))
+        self.size = self._starts[-1]
+        self.position = 0
+        self._loaded: Optional[Tuple[int, bytes]] = None
+
+    def __str__(self) -> str:
+        return f'"{self.name}" at {self.position}'
+
+    @property
+    def remaining(self) -> int:
+        return self.size - self.position
+
+    def seek(self, position: int) -> None:
+        require(position <= self.size, f'"{self.name}" ends before position {position}')
+        self.position = position
+
+    def require_end(self) -> None:
+        require(self.remaining == 0, f"{self}: {self.remaining} bytes too many")
+
+    def read(self, size: int) -> bytes:
+        require(size <= self.remaining, f"{self}: the stream ends inside a value of {size} bytes")
+        parts = []
+        while size > 0:
+            content, offset = self._content_here()
+            parts.append(content[offset:offset + size])
+            size -= len(parts[-1])
+            self.position += len(parts[-1])
+        return b"".join(parts)
+
+    def _content_here(self) -> Tuple[bytes, int]:
+        index = bisect.bisect_right(self._starts, self.position) - 1
+        if self._loaded is None or self._loaded[0] != index:
+            self._loaded = None  # The old content goes before the new one comes.
+            self._loaded = (index, self._file.read_block(self._blocks[index]))
+        return self._loaded[1], self.position - self._starts[index]
+
+    def number(self, code: str):
+        """One number, by its code in Python's struct: "B", "I", "Q" or "f"."""
+        return struct.unpack("<" + code, self.read(struct.calcsize("<" + code)))[0]
+
+    def truth(self) -> bool:
+        value = self.number("B")
+        require(value <= 1, f"{self}: a truth value of {value}")
+        return value == 1
+
+    def text(self) -> str:
+        return to_text(self.read(self.number("I")))
+
+    def count(self, smallest: int) -> int:
+        """A count of things of at least so many bytes each."""
+        count = self.number("I")
+        require(count * smallest <= self.remaining, f"{self}: a count of {count} is more than the stream can hold")
+        return count
+
+    def floats(self, count: int) -> array.array:
+        return little_endian("f", self.read(4 * count))
+
+    def numbers(self, code: str) -> array.array:
+        """A count and as many numbers."""
+        size = array.array(code).itemsize
+        return little_endian(code, self.read(self.count(size) * size))
+
+    def texts(self) -> List[str]:
+        return [self.text() for _ in range(self.count(4))]
+
+
+# --- The model: what stands in the streams --------------------------------------------------------------------------
+
+
+@dataclass
+class Group:
+    translation: array.array
+    rotation: array.array  # Axis, then angle.
+    scale: array.array
+    kind: int
+    attributes: Dict[str, Any] = field(default_factory=dict)
+
+
+@dataclass
+class Material:
+    version: str
+    diffuse: array.array  # Red, green, blue, alpha, as all colours.
+    specular: array.array
+    emissive: array.array  # The fourth value means nothing.
+    ambient: array.array
+    transparency: float
+    shininess: float
+    flag: int
+
+
+@dataclass
+class Shape:
+    material: Optional[Material] = None
+
+
+@dataclass
+class Dataset:
+    node_id: int
+    index: int  # Place in the geometry's list.
+    key: str
+    variable_type: int
+    element_tag: int
+    is_link: bool
+    link_node_id: int = 0
+    link_index: int = 0
+    size: int = 0  # Bytes of the numbers.
+    width: int = 0
+    reserved: tuple = ()  # Two truth values, two floats, a truth value; nothing sets them.
+    position: int = 0  # In "Heavy Data".
+    vibration: bool = False
+    attributes: Dict[str, Any] = field(default_factory=dict)
+
+    @property
+    def name(self) -> str:
+        return self.key.partition(STEP_SEPARATOR)[0]
+
+    @property
+    def step(self) -> str:
+        return self.key.partition(STEP_SEPARATOR)[2]
+
+    def __str__(self) -> str:
+        return f"dataset {self.index} of node {self.node_id}"
+
+
+@dataclass
+class Geometry:
+    datasets: List[Dataset]
+
+
+@dataclass
+class NodeSets:
+    count: int
+    position: int  # In "Heavy Data".
+    size: int
+
+
+@dataclass
+class Node:
+    id: int
+    parent: int
+    previous: int
+    next: int
+    first_child: int
+    last_child: int
+    name: str
+    type: str  # "" for a root that was never set.
+    version: str
+    light_position: int
+    content: Any = None  # Group, Shape, Geometry, NodeSets, or None.
+    children: List[int] = field(default_factory=list)
+
+
+@dataclass
+class Modifier:
+    """Who saved the file."""
+
+    version: str
+    source_name: str
+    source_version: str
+    format_version: str
+    date: str
+    computer: str
+    user: str
+    comment: str
+
+
+class Integer(int):
+    """An integer attribute: 32 bits, which a reader can take as unsigned (as here) or as signed."""
+
+
+class Float(float):
+    """An attribute of single precision; a plain float is one of double precision."""
+
+
+def read_attributes(stream: Stream) -> Dict[str, Any]:
+    """One attribute record. Values are Integer, Float, str or float."""
+    start = str(stream)
+    keys, kinds = stream.texts(), stream.numbers("B")
+    integers, floats, doubles, texts = stream.numbers("I"), stream.numbers("f"), stream.numbers("d"), stream.texts()
+    require(len(keys) == len(kinds), f"{start}: {len(keys)} keys have {len(kinds)} kinds")
+    values = [map(Integer, integers), map(Float, floats), iter(texts), iter(doubles)]
+    counts = [len(integers), len(floats), len(texts), len(doubles)]
+    require([kinds.count(kind) for kind in range(4)] == counts and max(kinds, default=0) < 4,
+            f"{start}: the kinds of the attributes do not match their values")
+    attributes = {key: next(values[kind]) for key, kind in zip(keys, kinds)}
+    require(len(attributes) == len(keys), f"{start}: two attributes of one key")
+    return attributes
+
+
+class VersionedRecord:
+    """A size and a version around fields, which a reader may know in part only."""
+
+    def __init__(self, stream: Stream):
+        self._stream = stream
+        self._start = str(stream)
+        begin = stream.position
+        self._end = begin + stream.number("I")
+        self.version = stream.text()
+
+    def __enter__(self) -> "VersionedRecord":
+        return self
+
+    def __exit__(self, kind, *_) -> None:
+        if kind is None:
+            require(self._stream.position <= self._end, f"{self._start}: the record is too small for its fields")
+            self._stream.seek(self._end)
+
+
+def read_material(stream: Stream) -> Material:
+    with VersionedRecord(stream) as record:
+        has_shininess = record.version != "0.1"
+        has_flag = has_shininess and record.version != "0.2"
+        colours = [stream.floats(4) for _ in range(4)]
+        transparency = stream.number("f")
+        shininess = stream.number("f") if has_shininess else 0.0
+        flag = stream.number("B") if has_flag else 0
+        return Material(record.version, *colours, transparency, shininess, flag)
+
+
+def read_modifier(stream: Stream) -> Modifier:
+    with VersionedRecord(stream) as record:
+        return Modifier(record.version, *(stream.text() for _ in range(7)))
+
+
+def read_dataset(light: Stream, node_id: int, index: int) -> Dataset:
+    key, word, is_link = light.text(), light.number("I"), light.truth()
+    variable_type, tag = (word, 0) if word == UNTAGGED else (word & 0xFFFFFF, word >> 24)
+    dataset = Dataset(node_id, index, key, variable_type, tag, is_link)
+    if is_link:
+        dataset.link_node_id, dataset.link_index = light.number("I"), light.number("I")
+    else:
+        dataset.size, dataset.width = light.number("I"), light.number("B")
+        dataset.reserved = (light.truth(), light.truth(), light.number("f"), light.number("f"), light.truth())
+        dataset.position = light.number("Q")
+    dataset.vibration = light.truth()
+    return dataset
+
+
+def read_group(light: Stream) -> Group:
+    return Group(light.floats(3), light.floats(4), light.floats(3), light.number("B"))
+
+
+def read_geometry(light: Stream, node_id: int) -> Geometry:
+    smallest = 18  # An empty key, a type word and a link.
+    return Geometry([read_dataset(light, node_id, index) for index in range(light.count(smallest))])
+
+
+def read_node_sets(light: Stream) -> NodeSets:
+    fields_size = 16
+    size = light.number("I")
+    require(size >= fields_size, f"{light}: the record is too small for its fields")
+    sets = NodeSets(light.number("I"), light.number("Q"), light.number("I"))
+    light.read(size - fields_size)
+    return sets
+
+
+def read_node(tree: Stream) -> Node:
+    ids = [tree.number("I") for _ in range(6)]
+    return Node(*ids, tree.text(), tree.text(), tree.text(), tree.number("Q"))
+
+
+class Model:
+    """The tree of a file with all that belongs to it. The file must stay open while numbers are read."""
+
+    def __init__(self, file: File):
+        self.nodes = self._read_tree(required_stream(file, "Mox Tree"))
+        self._link_family()
+        self._read_light_data(Stream(file, "Light Data"))
+        self._read_attributes(Stream(file, "Attributes"))
+        self._read_materials(Stream(file, "Resources"))
+        self._read_global_information(required_stream(file, "Global Information"))
+        self._heavy = Stream(file, "Heavy Data")
+        self._holders: Dict[Tuple[int, int], Optional[Dataset]] = {}
+
+    def node(self, node_id: int) -> Node:
+        require(1 <= node_id <= len(self.nodes), f"there is no node {node_id}")
+        return self.nodes[node_id - 1]
+
+    def datasets(self):
+        """All datasets of all geometries."""
+        for node in self.nodes:
+            if isinstance(node.content, Geometry):
+                yield from node.content.datasets
+
+    def holder(self, dataset: Dataset) -> Optional[Dataset]:
+        """The dataset that holds the numbers; None if the links lead nowhere or in a ring."""
+        walked = []
+        current: Optional[Dataset] = dataset
+        while current is not None and current.is_link:
+            key = (current.node_id, current.index)
+            if key in self._holders:
+                current = self._holders[key]
+                break
+            self._holders[key] = None  # What a walk finds that comes back here.
+            walked.append(key)
+            current = self._target(current)
+        self._holders.update((key, current) for key in walked)
+        return current
+
+    def numbers(self, dataset: Dataset) -> array.array:
+        """The numbers row by row, one row for each item, holder(dataset).width numbers in each."""
+        holder = self.holder(dataset)
+        if holder is None:
+            raise MoxError(f"{dataset} is a link without an end")
+        require(holder.element_tag in ARRAY_CODES, f"{holder} has numbers of an unknown type")
+        row = 4 * holder.width
+        require(holder.size % row == 0 if row else holder.size == 0, f"{holder} has no whole number of items")
+        self._heavy.seek(holder.position)
+        return unshuffle(self._heavy.read(holder.size), holder.width, ARRAY_CODES[holder.element_tag])
+
+    def node_sets(self, node: Node) -> List[Tuple[str, List[Tuple[int, int]]]]:
+        """The names and the members of a NodeSets node."""
+        heavy, sets = self._heavy, node.content
+        heavy.seek(sets.position)
+        names_at, names = heavy.numbers("I"), heavy.read(heavy.number("I"))
+        members_at, firsts, seconds = heavy.numbers("I"), heavy.numbers("I"), heavy.numbers("I")
+        is_sound = (heavy.position - sets.position == sets.size and len(firsts) == len(seconds)
+                    and are_offsets(names_at, sets.count, len(names))
+                    and are_offsets(members_at, sets.count, len(firsts)))
+        require(is_sound, f"the node sets of node {node.id} contradict themselves")
+        members = list(zip(firsts, seconds))
+        return [(to_text(names[names_at[i]:names_at[i + 1]]), members[members_at[i]:members_at[i + 1]])
+                for i in range(sets.count)]
+
+    def _target(self, link: Dataset) -> Optional[Dataset]:
+        if not 1 <= link.link_node_id <= len(self.nodes):
+            return None
+        content = self.nodes[link.link_node_id - 1].content
+        if not isinstance(content, Geometry) or link.link_index >= len(content.datasets):
+            return None
+        return content.datasets[link.link_index]
+
+    @staticmethod
+    def _read_tree(tree: Stream) -> List[Node]:
+        smallest = 44  # Six ids, three empty texts and a position.
+        nodes = [read_node(tree) for _ in range(tree.count(smallest))]
+        tree.require_end()
+        require(len(nodes) > 0, "the tree has no node")
+        for place, node in enumerate(nodes, 1):
+            require(node.id == place, f"node {place} has the id {node.id}")
+        return nodes
+
+    def _link_family(self) -> None:
+        """Makes the lists of children out of the parents' ids, then checks the other links against them."""
+        root = self.nodes[0]
+        require(root.parent == root.previous == root.next == 0, "the root has a parent or a sibling")
+        for node in self.nodes[1:]:
+            require(1 <= node.parent < node.id, f"the parent of node {node.id} does not stand before it")
+            self.nodes[node.parent - 1].children.append(node.id)
+        for node in self.nodes:
+            family = [0, *node.children, 0]
+            is_sound = (node.first_child, node.last_child) == (family[1], family[-2])
+            require(is_sound, f"the first or last child of node {node.id} is wrong")
+            for before, child, behind in zip(family, node.children, family[2:]):
+                links = (self.nodes[child - 1].previous, self.nodes[child - 1].next)
+                require(links == (before, behind), f"the siblings of node {child} are wrong")
+
+    def _read_light_data(self, light: Stream) -> None:
+        for node in self.nodes:
+            require(node.light_position == light.position, f"{light}: node {node.id} expects another position")
+            node.content = self._read_content(node, light)
+        light.require_end()
+
+    @staticmethod
+    def _read_content(node: Node, light: Stream) -> Any:
+        kind = (node.type, node.version)
+        if kind == ("Group", "0.4"):
+            return read_group(light)
+        if kind == ("Geometry", "0.7"):
+            return read_geometry(light, node.id)
+        if node.type == "Shape":
+            return Shape()
+        if node.type == "NodeSets":
+            return read_node_sets(light)
+        require(node.type in ("", "Node"), f'node {node.id} is a "{node.type}" of the unknown version "{node.version}"')
+        return None
+
+    def _read_attributes(self, stream: Stream) -> None:
+        for node in self.nodes:
+            if isinstance(node.content, Group):
+                node.content.attributes = read_attributes(stream)
+            elif isinstance(node.content, Geometry):
+                for dataset in node.content.datasets:
+                    dataset.attributes = read_attributes(stream)
+        stream.require_end()
+
+    def _read_materials(self, stream: Stream) -> None:
+        for node in self.nodes:
+            if isinstance(node.content, Shape):
+                node.content.material = read_material(stream)
+        stream.require_end()
+
+    def _read_global_information(self, stream: Stream) -> None:
+        smallest = 8  # A size and an empty version.
+        self.modifiers = [read_modifier(stream) for _ in range(stream.count(smallest))]
+        self.result_attribute_count = stream.number("I")
+        if self.result_attribute_count == 0:  # What any others would look like is not known.
+            stream.require_end()
+
+
+def required_stream(file: File, name: str) -> Stream:
+    require(bool(file.blocks_of(name)), f'there is no block "{name}"')
+    return Stream(file, name)
+
+
+def are_offsets(offsets: array.array, count: int, size: int) -> bool:
+    """Whether offsets divide a list of a size into so many parts."""
+    return (len(offsets) == count + 1 and offsets[0] == 0 and offsets[-1] == size
+            and all(offsets[i] <= offsets[i + 1] for i in range(count)))
+
+
+def unshuffle(payload: bytes, width: int, code: str) -> array.array:
+    """Brings the byte planes of a dataset's payload back into rows of numbers."""
+    row = 4 * width
+    items = len(payload) // row if row else 0
+    rows = bytearray(len(payload))
+    for plane in range(row):  # A row's bytes in their order: component by component, lowest byte first.
+        rows[plane::row] = payload[plane * items:(plane + 1) * items]
+    return little_endian(code, bytes(rows))
+
+
+# --- The script -----------------------------------------------------------------------------------------------------
+
+
+def shortest(value: float) -> float:
+    """The double with the fewest digits that gives back a value of single precision."""
+    for digits in range(6, 9):
+        rounded = float(f"{value:.{digits}g}")
+        if abs(rounded) <= 3.4028234663852886e38 and struct.pack("<f", rounded) == struct.pack("<f", value):
+            return rounded
+    return float(f"{value:.9g}")
+
+
+def json_float(value: float, is_single: bool = True):
+    """JSON has no numbers that are not finite; they become the texts "NaN", "Infinity" and "-Infinity"."""
+    if math.isnan(value):
+        return "NaN"
+    if math.isinf(value):
+        return "Infinity" if value > 0 else "-Infinity"
+    return shortest(value) if is_single else value
+
+
+def json_text(text: str) -> str:
+    """A text for people: bytes that are no UTF-8 become \\xNN."""
+    return text.encode("utf-8", "surrogateescape").decode("utf-8", "backslashreplace")
+
+
+def json_attribute(value: Any) -> Dict[str, Any]:
+    if isinstance(value, Integer):
+        return {"integer": int(value)}
+    if isinstance(value, str):
+        return {"text": json_text(value)}
+    is_single = isinstance(value, Float)
+    return {"float" if is_single else "double": json_float(value, is_single)}
+
+
+def json_attributes(attributes: Dict[str, Any]) -> Dict[str, Any]:
+    return {json_text(key): json_attribute(value) for key, value in attributes.items()}
+
+
+def json_floats(values: array.array) -> list:
+    return [json_float(value) for value in values]
+
+
+def json_rows(model: Model, dataset: Dataset) -> list:
+    """The numbers as a list of rows; of numbers if the rows have one column."""
+    numbers, holder = model.numbers(dataset), model.holder(dataset)
+    values = json_floats(numbers) if numbers.typecode == "f" else numbers.tolist()
+    width = holder.width if holder else 1
+    return values if width <= 1 else [values[i:i + width] for i in range(0, len(values), width)]
+
+
+def json_dataset(model: Model, dataset: Dataset, with_numbers: bool) -> Dict[str, Any]:
+    result: Dict[str, Any] = {
+        "name": json_text(dataset.name), "step": json_text(dataset.step),
+        "variableType": VARIABLE_TYPES.get(dataset.variable_type, dataset.variable_type),
+        "elementType": {FLOAT_TAG: "float", UNSIGNED_TAG: "unsigned"}.get(dataset.element_tag, dataset.element_tag),
+        "vibration": dataset.vibration, "attributes": json_attributes(dataset.attributes)}
+    if dataset.is_link:
+        holder = model.holder(dataset)
+        result["link"] = {"node": dataset.link_node_id, "index": dataset.link_index}
+        result["numbersOf"] = {"node": holder.node_id, "index": holder.index} if holder else None
+        return result
+    result.update(items=dataset.size // (4 * dataset.width) if dataset.width else 0, width=dataset.width,
+                  position=dataset.position)
+    if with_numbers:
+        result["numbers"] = json_rows(model, dataset)
+    return result
+
+
+def json_material(material: Material) -> Dict[str, Any]:
+    return {
+        "version": json_text(material.version), "diffuse": json_floats(material.diffuse),
+        "specular": json_floats(material.specular), "emissive": json_floats(material.emissive[:3]),
+        "ambient": json_floats(material.ambient), "transparency": json_float(material.transparency),
+        "shininess": json_float(material.shininess), "flag": material.flag}
+
+
+def json_content(model: Model, node: Node, with_numbers: bool) -> Dict[str, Any]:
+    content = node.content
+    if isinstance(content, Group):
+        return {"kind": content.kind, "translation": json_floats(content.translation),
+                "rotation": json_floats(content.rotation), "scale": json_floats(content.scale),
+                "attributes": json_attributes(content.attributes)}
+    if isinstance(content, Shape) and content.material:
+        return {"material": json_material(content.material)}
+    if isinstance(content, Geometry):
+        return {"datasets": [json_dataset(model, dataset, with_numbers) for dataset in content.datasets]}
+    if isinstance(content, NodeSets):
+        return {"sets": [{"name": json_text(name), "members": members} for name, members in model.node_sets(node)]}
+    return {}
+
+
+def json_modifier(modifier: Modifier, with_date: bool) -> Dict[str, Any]:
+    result = {
+        "sourceName": modifier.source_name, "sourceVersion": modifier.source_version,
+        "formatVersion": modifier.format_version, "date": modifier.date, "computer": modifier.computer,
+        "user": modifier.user, "comment": modifier.comment}
+    if not with_date:
+        del result["date"]
+    return {key: json_text(value) for key, value in result.items()}
+
+
+def to_json(file: File, model: Model, with_numbers: bool = False, with_date: bool = True) -> Dict[str, Any]:
+    """The model as values that the json module can print, also with allow_nan=False."""
+    nodes = [{"id": node.id, "parent": node.parent, "children": node.children, "name": json_text(node.name),
+              "type": node.type, "version": json_text(node.version), **json_content(model, node, with_numbers)}
+             for node in model.nodes]
+    return {"format": file.version, "modifiers": [json_modifier(each, with_date) for each in model.modifiers],
+            "nodes": nodes}
+
+
+def main(arguments: Optional[List[str]] = None) -> int:
+    parser = argparse.ArgumentParser(description="Prints the model in a mox file as JSON.")
+    parser.add_argument("file", metavar="FILE")
+    parser.add_argument("--numbers", action="store_true", help="print the numbers of the datasets as well")
+    parser.add_argument("--no-date", action="store_true", help="leave out when the file was saved")
+    options = parser.parse_args(arguments)
+    try:
+        with File(options.file) as file:
+            result = to_json(file, Model(file), options.numbers, not options.no_date)
+        json.dump(result, sys.stdout, indent=1, allow_nan=False)
+        sys.stdout.write("\n")
+        sys.stdout.flush()
+    except BrokenPipeError:
+        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())  # Or the exit would complain again.
+        return 1
+    except (MoxError, OSError) as error:
+        reason = error.strerror if isinstance(error, OSError) and error.strerror else error
+        print(f"moxreader.py: {options.file}: {reason}", file=sys.stderr)
+        return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,78 @@
+#include <Qel/Exception/Throw.h>
+
+#include <boost/exception/get_error_info.hpp>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr int ThrowLine = __LINE__ + 3;
+
+void throwWithMessage(long) {
+    QEL_THROW(Qel::Exception::InvalidObjectState("Not initialized"));
+}
+
+void throwWithoutMessage() {
+    QEL_THROW(Qel::Exception::KeyNotFound());
+}
+
+/// The wrapped exception that throwWithMessage() throws.
+boost::wrapexcept<Qel::Exception::InvalidObjectState> caughtWithMessage() {
+    try {
+        throwWithMessage(0);
+    } catch (const boost::wrapexcept<Qel::Exception::InvalidObjectState>& caught) {
+        return caught;
+    }
+    throw std::logic_error("nothing was thrown");
+}
+
+template <typename Info>
+typename Info::value_type infoOf(const boost::exception& caught) {
+    return *boost::get_error_info<Info>(caught);
+}
+
+TEST(Throw, TellsTheFileFromQelOnWithoutExtension) {
+    EXPECT_STREQ(infoOf<boost::throw_file>(caughtWithMessage()), "Qel/Exception/ThrowTest");
+}
+
+TEST(Throw, TellsTheFullSignatureOfTheFunction) {
+    const std::string_view function = infoOf<boost::throw_function>(caughtWithMessage());
+    EXPECT_TRUE(function.starts_with("void ")) << function;
+    EXPECT_NE(function.find("throwWithMessage(long"), std::string_view::npos) << function;
+}
+
+TEST(Throw, TellsTheLine) {
+    EXPECT_EQ(infoOf<boost::throw_line>(caughtWithMessage()), ThrowLine);
+}
+
+TEST(Throw, TextNeverHoldsThePlace) {
+    EXPECT_STREQ(caughtWithMessage().what(), "Not initialized");
+    EXPECT_EQ(caughtWithMessage().code(), 17);
+}
+
+TEST(Throw, WithoutAMessageTheTextIsTheDescription) {
+    try {
+        throwWithoutMessage();
+        FAIL() << "nothing was thrown";
+    } catch (const std::exception& caught) {
+        EXPECT_STREQ(caught.what(), "Key not found");
+    }
+}
+
+TEST(Throw, CloneAndRethrowKeepMessageAndPlace) {
+    const std::unique_ptr<const boost::exception_detail::clone_base> clone(caughtWithMessage().clone());
+    try {
+        clone->rethrow();
+        FAIL() << "nothing was thrown";
+    } catch (const Qel::Exception::InvalidObjectState& caught) {
+        EXPECT_STREQ(caught.what(), "Not initialized");
+        EXPECT_STREQ(infoOf<boost::throw_file>(caught), "Qel/Exception/ThrowTest");
+        EXPECT_EQ(infoOf<boost::throw_line>(caught), ThrowLine);
+    }
+}
+
+} // namespace

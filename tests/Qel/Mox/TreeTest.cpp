@@ -1,0 +1,586 @@
+#include <Qel/Mox/Tree.h>
+
+#include "Qel/Mox/StreamContent.h"
+#include "Qel/Support/Bytes.h"
+#include "Qel/Support/CapturedStream.h"
+#include "Qel/Support/TemporaryFolder.h"
+#include "Qel/Support/Thrown.h"
+
+#include <Qel/Mox/Geometry.h>
+#include <Qel/Mox/Group.h>
+#include <Qel/Mox/NodeSets.h>
+#include <Qel/Mox/Shape.h>
+#include <Qel/Util/Platform.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+using Qel::Exception::InvalidObjectState;
+using Qel::Exception::KeyNotFound;
+using QelMox::Geometry;
+using QelMox::Group;
+using QelMox::Node;
+using QelMox::NodeSets;
+using QelMox::Shape;
+using QelUtil::AttributeList;
+using QelUtil::AttributeValue;
+using Support::Bytes;
+using Support::ByteVector;
+using Support::Thrown;
+using Support::throws;
+
+const ByteVector TwelveBytes = {0x89, 0x54, 0x4E, 0x46, 0x0D, 0x0A, 0x1A, 0x0A, 0x31, 0x2E, 0x33, 0x00};
+
+constexpr std::uint32_t One = 0x3F800000;
+
+class MoxTree : public testing::Test {
+protected:
+    ByteVector stream(const std::string& name) { return Support::streamOf(tree.File.GetIndex(), name); }
+
+    const Node* data(unsigned int id) const { return tree.GetReqNode(id).data; }
+
+    void addGroup(const std::string& name) {
+        tree.AddChildNode(std::make_unique<Group>(name, AttributeList()));
+    }
+
+    QelMox::Tree tree;
+};
+
+class MoxTreeFile : public MoxTree {
+protected:
+    void open(int mode = 0) { tree.SetStreamFile(path, 0, &mode); }
+
+    Support::TemporaryFolder folder;
+    const std::string path = folder.path("model.mox");
+};
+
+// --- Construction
+
+TEST_F(MoxTree, NewTreeHasARootWithoutDataAndNoFileVersion) {
+    EXPECT_EQ(tree.GetCurrentId(), 1U);
+    EXPECT_EQ(tree.GetNextId(), 2U);
+    EXPECT_EQ(tree.GetCurrentNode().data, nullptr);
+    EXPECT_EQ(tree.FileVersion, "");
+    EXPECT_TRUE(tree.ModifierInfos.empty());
+    EXPECT_TRUE(tree.ResultAttributesList.empty());
+    EXPECT_EQ(tree.CurrentModifier.CollectHostInfo, 0);
+    EXPECT_EQ(tree.File.GetStream(), nullptr);
+}
+
+TEST_F(MoxTree, ConstructorSeedsTheRandomNumbersWithZero) {
+    std::srand(0);
+    const int first = std::rand();
+    std::srand(12345);
+    const QelMox::Tree another;
+    EXPECT_EQ(std::rand(), first);
+}
+
+TEST_F(MoxTree, DestructorDeletesTheDataOfEveryNode) {
+    class Noting final : public Node {
+    public:
+        explicit Noting(int& count) : Node("noting"), deleted(count) {}
+        ~Noting() override { ++deleted; }
+
+    private:
+        int& deleted;
+    };
+    int deleted = 0;
+    {
+        QelMox::Tree other;
+        other.GetCurrentNode().data = new Noting(deleted);
+        other.AddChildNode(std::make_unique<Noting>(deleted));
+        other.AddChildNode(std::make_unique<Noting>(deleted));
+    }
+    EXPECT_EQ(deleted, 3);
+}
+
+// --- The file
+
+TEST_F(MoxTreeFile, SetStreamFileWritesTheTwelveBytesAtOnce) {
+    open();
+    EXPECT_EQ(tree.FileVersion, "1.3");
+    EXPECT_NE(tree.File.GetStream(), nullptr);
+    EXPECT_EQ(Support::bytesOf(path), TwelveBytes);
+}
+
+TEST_F(MoxTreeFile, SetStreamFileWithANonZeroModeOpensNothingAndChangesNothing) {
+    open(1);
+    EXPECT_EQ(tree.FileVersion, "");
+    EXPECT_EQ(tree.File.GetStream(), nullptr);
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(MoxTreeFile, SetStreamFileOverwritesOnlyIfToldTo) {
+    std::ofstream(path) << "old";
+    const Thrown fileExists = {5, "File exists.", "Qel/Tnf/TnFile", "QelTnf::TnFile::OpenFileForWriting"};
+    EXPECT_TRUE(throws<Qel::Exception::FileOpenException>(fileExists, [&] { open(); }));
+    EXPECT_EQ(tree.FileVersion, "");
+    EXPECT_EQ(Support::bytesOf(path), (ByteVector{'o', 'l', 'd'}));
+    const int mode = 0;
+    tree.SetStreamFile(path, 1, &mode);
+    EXPECT_EQ(Support::bytesOf(path), TwelveBytes);
+}
+
+TEST_F(MoxTree, SaveFileWithoutOpenFileDoesNothing) {
+    EXPECT_NO_THROW(tree.SaveFile(tree.File, ""));
+    EXPECT_TRUE(tree.ModifierInfos.empty());
+    EXPECT_TRUE(tree.File.GetIndex().GetBlockInfos().empty());
+}
+
+TEST_F(MoxTreeFile, SaveFileDoesNothingWhenTheFileFailedToOpen) {
+    const int mode = 0;
+    const std::string unopenable = folder.path("missing/model.mox");
+    EXPECT_THROW(tree.SetStreamFile(unopenable, 1, &mode), Qel::Exception::MiscelleneousException);
+    EXPECT_NO_THROW(tree.SaveFile(tree.File, ""));
+    EXPECT_TRUE(tree.ModifierInfos.empty());
+}
+
+TEST_F(MoxTreeFile, SaveFileCompressesEveryNameAndClosesTheFile) {
+    open();
+    tree.SetRootGroup("root", {});
+    tree.AddShapeNode("part");
+    tree.SaveFile(tree.File, "");
+    EXPECT_EQ(tree.File.GetStream(), nullptr);
+    const auto& infos = tree.File.GetIndex().GetBlockInfos();
+    ASSERT_EQ(infos.size(), 20U);
+    const std::array<const char*, 5> names = {"Mox Tree", "Light Data", "Attributes", "Resources",
+                                              "Global Information"};
+    for (std::size_t id = 0; id < names.size(); ++id) {
+        EXPECT_EQ(infos[id].name, names[id]);
+        EXPECT_EQ(infos[id].flags, 0x01) << names[id];
+    }
+    EXPECT_EQ(infos[5].flags, 0x00);
+}
+
+TEST_F(MoxTreeFile, SaveFilePutsTheCommentIntoTheModifier) {
+    open();
+    tree.SaveFile(tree.File, "remark");
+    ASSERT_EQ(tree.ModifierInfos.size(), 1U);
+    EXPECT_EQ(tree.ModifierInfos[0].Comment, "remark");
+    EXPECT_EQ(tree.ModifierInfos[0].FormatVersion, "1.3");
+}
+
+// --- The root
+
+TEST_F(MoxTree, SetRootGroupMakesTheRootCurrentAndAGroup) {
+    const AttributeList attributes = {{"a", AttributeValue(1U)}};
+    tree.SetRootGroup("root", attributes);
+    const auto* const group = dynamic_cast<const Group*>(data(1));
+    ASSERT_NE(group, nullptr);
+    EXPECT_EQ(group->GetName(), "root");
+    EXPECT_EQ(group->GetGroupKind(), 0);
+    EXPECT_EQ(group->GetAttributes().at("a").integer, 1U);
+    EXPECT_EQ(tree.GetCurrentId(), 1U);
+}
+
+TEST_F(MoxTree, SetRootGroupWithAKindStoresIt) {
+    tree.SetRootGroup("root", 1, {});
+    EXPECT_EQ(dynamic_cast<const Group&>(*data(1)).GetGroupKind(), 1);
+}
+
+TEST_F(MoxTree, SetRootShapeMakesAShapeWithoutGeometry) {
+    tree.SetRootShape("root");
+    EXPECT_NE(dynamic_cast<const Shape*>(data(1)), nullptr);
+    EXPECT_EQ(tree.GetNodes().size(), 1U);
+}
+
+TEST_F(MoxTree, SecondRootLeavesTheFirstInPlaceAndMovesToTheRootBeforeItThrows) {
+    tree.SetRootGroup("root", {});
+    const auto alreadySetIn = [](std::string_view function) {
+        return Thrown{17, "Root node properties are already set", "Qel/Mox/Tree", function};
+    };
+    addGroup("child");
+    EXPECT_TRUE(throws<InvalidObjectState>(alreadySetIn("QelMox::Tree::SetRootGroup"),
+                                           [&] { tree.SetRootGroup("other", {}); }));
+    EXPECT_EQ(tree.GetCurrentId(), 1U);
+    tree.SetCurrentId(2);
+    EXPECT_TRUE(throws<InvalidObjectState>(alreadySetIn("QelMox::Tree::SetRootGroup"),
+                                           [&] { tree.SetRootGroup("other", 1, {}); }));
+    EXPECT_EQ(tree.GetCurrentId(), 1U);
+    tree.SetCurrentId(2);
+    EXPECT_TRUE(throws<InvalidObjectState>(alreadySetIn("QelMox::Tree::SetRootShape"),
+                                           [&] { tree.SetRootShape("other"); }));
+    EXPECT_EQ(tree.GetCurrentId(), 1U);
+    EXPECT_EQ(data(1)->GetName(), "root");
+    EXPECT_EQ(tree.GetNodes().size(), 2U);
+}
+
+// --- Merging
+
+TEST_F(MoxTree, AddGroupNodeAddsAGroupWithDefaultsAndMakesItCurrent) {
+    tree.SetRootGroup("root", {});
+    tree.AddGroupNode("a");
+    EXPECT_EQ(tree.GetCurrentId(), 2U);
+    const auto* const group = dynamic_cast<const Group*>(data(2));
+    ASSERT_NE(group, nullptr);
+    EXPECT_EQ(group->GetGroupKind(), 0);
+    EXPECT_TRUE(group->GetAttributes().empty());
+}
+
+TEST_F(MoxTree, AddGroupNodeMovesToAGroupOfTheNameButNotToAShape) {
+    tree.SetRootGroup("root", {});
+    tree.AddShapeNode("a"); // 2 and 3
+    tree.SetCurrentId(1);
+    tree.AddGroupNode("a");
+    EXPECT_EQ(tree.GetCurrentId(), 4U);
+    tree.SetCurrentId(1);
+    tree.AddGroupNode("a");
+    EXPECT_EQ(tree.GetCurrentId(), 4U);
+    EXPECT_EQ(tree.GetNodes().size(), 4U);
+}
+
+TEST_F(MoxTree, AddShapeNodeAddsAShapeAndItsGeometryAndMovesToTheGeometry) {
+    tree.SetRootGroup("root", {});
+    tree.AddShapeNode("a");
+    EXPECT_EQ(tree.GetCurrentId(), 3U);
+    EXPECT_NE(dynamic_cast<const Shape*>(data(2)), nullptr);
+    EXPECT_NE(dynamic_cast<const Geometry*>(data(3)), nullptr);
+    EXPECT_EQ(data(3)->GetName(), "a");
+    tree.SetCurrentId(1);
+    tree.AddShapeNode("a");
+    EXPECT_EQ(tree.GetCurrentId(), 3U);
+    EXPECT_EQ(tree.GetNodes().size(), 3U);
+}
+
+TEST_F(MoxTree, AddShapeNodeGivesAShapeWithoutGeometryOne) {
+    tree.SetRootGroup("root", {});
+    tree.AddChildNode(std::make_unique<Shape>("a"));
+    tree.SetCurrentId(1);
+    tree.AddShapeNode("a");
+    EXPECT_EQ(tree.GetCurrentId(), 3U);
+    EXPECT_EQ(tree.GetReqNode(3).parent, 2U);
+}
+
+TEST_F(MoxTree, MergeFindsTheOldestOfSeveralGroupsOfOneName) {
+    tree.SetRootGroup("root", {});
+    addGroup("a");
+    tree.SetCurrentId(1);
+    addGroup("a");
+    tree.SetCurrentId(1);
+    tree.AddGroupNode("a");
+    EXPECT_EQ(tree.GetCurrentId(), 2U);
+}
+
+TEST_F(MoxTree, AddChildNodeBelowAnUnknownCurrentNodeThrowsAndChangesNothing) {
+    const Thrown unknown = {14, "Key not found", "Qel/Adt/AdtTree", "::GetCurrentNode"};
+    tree.SetRootGroup("root", {});
+    tree.PutCurrentId(99);
+    EXPECT_TRUE(throws<KeyNotFound>(unknown, [&] { addGroup("a"); }));
+    EXPECT_EQ(tree.GetNodes().size(), 1U);
+    EXPECT_EQ(tree.GetNextId(), 2U);
+    EXPECT_EQ(tree.GetCurrentId(), 99U);
+}
+
+// --- Looking up
+
+TEST_F(MoxTree, FindNodeByPathFindsByNameAloneAndMovesToTheRoot) {
+    tree.SetRootGroup("a", {});
+    tree.AddShapeNode("b");
+    EXPECT_EQ(tree.FindNodeByPath("/a/b", "/"), 2U);
+    EXPECT_EQ(tree.GetCurrentId(), 1U);
+    EXPECT_EQ(tree.FindNodeByPath("/a/b/b", "/"), 3U);
+    EXPECT_EQ(tree.FindNodeByPath("/a/c", "/"), 0U);
+    EXPECT_EQ(tree.FindNodeByPath("/c/b", "/"), 0U);
+    EXPECT_EQ(tree.FindNodeByPath("/a/b/", "/"), 0U);
+    EXPECT_EQ(tree.FindNodeByPath("", "/"), 0U);
+    EXPECT_EQ(tree.GetCurrentId(), 1U);
+}
+
+TEST_F(MoxTree, FindNodeByPathOfTheRootAloneThrowsWithTheRootCurrent) {
+    tree.SetRootGroup("a", {});
+    addGroup("b");
+    try {
+        tree.FindNodeByPath("/a", "/");
+        FAIL() << "nothing was thrown";
+    } catch (const std::out_of_range& caught) {
+        EXPECT_STREQ(caught.what(), "invalid string position");
+    }
+    EXPECT_EQ(tree.GetCurrentId(), 1U);
+}
+
+TEST_F(MoxTree, FindNodeByPathSkipsAsManyCharactersBehindTheRootAsTheSeparatorHas) {
+    tree.SetRootGroup("a", {});
+    addGroup("b");
+    EXPECT_EQ(tree.FindNodeByPath("::aXYb", "::"), 2U);
+    EXPECT_EQ(tree.FindNodeByPath("::aXb", "::"), 0U);
+    EXPECT_THROW(tree.FindNodeByPath("::aX", "::"), std::out_of_range);
+}
+
+TEST_F(MoxTree, FindNodeByPathFindsAChildOfEmptyName) {
+    tree.SetRootGroup("a", {});
+    addGroup("");
+    EXPECT_EQ(tree.FindNodeByPath("/a/", "/"), 2U);
+}
+
+TEST_F(MoxTree, FindNodeByPathWithoutARootGivesZero) {
+    EXPECT_EQ(tree.FindNodeByPath("/a/b", "/"), 0U);
+    EXPECT_EQ(tree.GetCurrentId(), 1U);
+}
+
+// --- Datasets
+
+TEST_F(MoxTree, DatasetsFollowEachOtherInHeavyData) {
+    const std::array<float, 6> floats = {};
+    const std::array<unsigned int, 2> integers = {0xA3A2A1A0, 0xB3B2B1B0};
+    EXPECT_EQ(tree.WriteStreamDataset(floats.data(), 2, 3), 0U);
+    EXPECT_EQ(tree.WriteStreamDataset(integers.data(), 2, 1), 24U);
+    const ByteVector expected =
+        Bytes().zeros(24).u8(0xA0).u8(0xB0).u8(0xA1).u8(0xB1).u8(0xA2).u8(0xB2).u8(0xA3).u8(0xB3);
+    EXPECT_EQ(stream("Heavy Data"), expected);
+}
+
+TEST_F(MoxTree, EmptyDatasetHasAPositionAndMakesNoBlock) {
+    const float number = 1;
+    EXPECT_EQ(tree.WriteStreamDataset(&number, 0, 3), 0U);
+    EXPECT_EQ(tree.WriteStreamDataset(&number, 1, 0), 0U);
+    EXPECT_TRUE(tree.File.GetIndex().GetBlockInfos().empty());
+    EXPECT_EQ(tree.WriteStreamDataset(&number, 1, 1), 0U);
+    EXPECT_EQ(tree.WriteStreamDataset(&number, 0, 3), 4U);
+}
+
+// --- Attribute records
+
+class MoxTreeAttributes : public MoxTree {
+protected:
+    ByteVector recordOf(const AttributeList& list) {
+        QelMox::Tree::WriteAttributes(tree.File, "Attributes", list);
+        return stream("Attributes");
+    }
+};
+
+TEST_F(MoxTreeAttributes, EmptyListWritesSixEmptyLists) {
+    EXPECT_EQ(recordOf({}), ByteVector(24, 0));
+}
+
+TEST_F(MoxTreeAttributes, KeysStandInOrderAndTheirKindsTellWhereTheirValuesAre) {
+    const ByteVector expected = Bytes()
+                                    .u32(3)
+                                    .text("a")
+                                    .text("b")
+                                    .text("c")
+                                    .u32(3)
+                                    .u8(0)
+                                    .u8(2)
+                                    .u8(0)
+                                    .u32(2)
+                                    .u32(5)
+                                    .u32(0xFFFFFFFF)
+                                    .u32(0)
+                                    .u32(0)
+                                    .u32(1)
+                                    .text("x");
+    EXPECT_EQ(recordOf({{"b", AttributeValue(std::string_view("x"))},
+                        {"a", AttributeValue(5U)},
+                        {"c", AttributeValue(0xFFFFFFFFU)}}),
+              expected);
+}
+
+TEST_F(MoxTreeAttributes, ValuesOfEachKindFollowAsIntegersFloatsDoublesAndTexts) {
+    const ByteVector expected = Bytes()
+                                    .u32(4)
+                                    .text("a")
+                                    .text("b")
+                                    .text("c")
+                                    .text("d")
+                                    .u32(4)
+                                    .u8(2)
+                                    .u8(3)
+                                    .u8(1)
+                                    .u8(0)
+                                    .u32(1)
+                                    .u32(7)
+                                    .u32(1)
+                                    .bits({0x3FC00000})
+                                    .u32(1)
+                                    .u64(0x4004000000000000)
+                                    .u32(1)
+                                    .text("x");
+    EXPECT_EQ(recordOf({{"a", AttributeValue(std::string_view("x"))},
+                        {"b", AttributeValue(2.5)},
+                        {"c", AttributeValue(1.5F)},
+                        {"d", AttributeValue(7U)}}),
+              expected);
+}
+
+TEST_F(MoxTreeAttributes, TextOf256BytesIsWrittenWhole) {
+    const std::string text(256, 'x');
+    const ByteVector expected = Bytes().u32(1).text("a").u32(1).u8(2).zeros(12).u32(1).text(text);
+    EXPECT_EQ(recordOf({{"a", AttributeValue(std::string_view(text))}}), expected);
+}
+
+TEST_F(MoxTreeAttributes, UnknownKindIsListedWithoutAValue) {
+    AttributeValue value;
+    value.kind = AttributeValue::Kind(4);
+    const ByteVector expected = Bytes().u32(1).text("a").u32(1).u8(4).zeros(16);
+    EXPECT_EQ(recordOf({{"a", value}}), expected);
+}
+
+// --- Saving the tree
+
+struct NodeRecord {
+    std::array<std::uint32_t, 6> links; // Of the node, its parent, siblings, first and last child.
+    const char* name;
+    const char* type;
+    const char* version;
+    std::uint64_t lightPosition;
+};
+
+// The node count and a record for each node.
+ByteVector recordsOf(std::initializer_list<NodeRecord> records) {
+    Bytes bytes;
+    bytes.u32(static_cast<std::uint32_t>(records.size()));
+    for (const NodeRecord& record : records) {
+        for (const std::uint32_t link : record.links) {
+            bytes.u32(link);
+        }
+        bytes.text(record.name).text(record.type).text(record.version).u64(record.lightPosition);
+    }
+    return bytes;
+}
+
+TEST_F(MoxTree, TreeWithoutRootIsACountAndOneEmptyRecord) {
+    tree.SaveTree(tree.File);
+    const ByteVector expected = Bytes().u32(1).u32(1).zeros(20).zeros(12).u64(0);
+    EXPECT_EQ(stream("Mox Tree"), expected);
+    EXPECT_EQ(tree.File.GetIndex().GetBlockInfos()[1].name, "\x0b"
+                                                            "Empty Block ");
+}
+
+TEST_F(MoxTree, RecordsOfASmallTree) {
+    tree.SetRootGroup("r", 1, {});
+    tree.AddShapeNode("s");
+    tree.SetCurrentId(1);
+    addGroup("g");
+    tree.SaveTree(tree.File);
+    // The shape has nothing in the light data, its geometry a count of zero.
+    EXPECT_EQ(stream("Mox Tree"), recordsOf({{{1, 0, 0, 0, 2, 4}, "r", "Group", "0.4", 0},
+                                             {{2, 1, 0, 4, 3, 3}, "s", "Shape", "0.2", 41},
+                                             {{3, 2, 0, 0, 0, 0}, "s", "Geometry", "0.7", 41},
+                                             {{4, 1, 2, 0, 0, 0}, "g", "Group", "0.4", 45}}));
+}
+
+TEST_F(MoxTree, DescriptorOfAGroupTakes41BytesOfLightData) {
+    tree.SetRootGroup("r", 1, {});
+    auto& group = dynamic_cast<Group&>(*tree.GetCurrentNode().data);
+    group.SetTranslation({1, 2, 4});
+    tree.SaveTree(tree.File);
+    const ByteVector expected =
+        Bytes().bits({One, 0x40000000, 0x40800000}).bits({0, 0, One, 0}).bits({One, One, One}).u8(1);
+    EXPECT_EQ(expected.size(), 41U);
+    EXPECT_EQ(stream("Light Data"), expected);
+    EXPECT_EQ(stream("Attributes"), ByteVector(24, 0));
+}
+
+TEST_F(MoxTree, EachShapeHasAMaterialInTheResourcesInOrder) {
+    tree.SetRootShape("r");
+    tree.AddShapeNode("s");
+    dynamic_cast<Shape&>(*tree.GetReqNode(2).data).GetMaterial().SetTransparency(1);
+    tree.SaveTree(tree.File);
+    const ByteVector resources = stream("Resources");
+    ASSERT_EQ(resources.size(), 168U);
+    EXPECT_EQ(Support::slice(resources, 75, 4), (ByteVector{0, 0, 0, 0}));
+    EXPECT_EQ(Support::slice(resources, 159, 4), (ByteVector{0, 0, 0x80, 0x3F}));
+}
+
+TEST_F(MoxTree, ShapeWithoutDatasetsHasAGeometryThatWritesACountOfZero) {
+    tree.SetRootShape("r");
+    tree.AddShapeNode("s");
+    tree.SaveTree(tree.File);
+    EXPECT_EQ(stream("Light Data"), (ByteVector{0, 0, 0, 0}));
+}
+
+TEST_F(MoxTree, NodeSetsHaveADescriptorOf20BytesAndTheirPayloadInHeavyData) {
+    const float number = 1;
+    tree.WriteStreamDataset(&number, 1, 1);
+    tree.SetRootGroup("r", {});
+    auto nodeSets = std::make_unique<NodeSets>("sets");
+    nodeSets->sets = {{"ab", {{1, 10}}}};
+    tree.AddChildNode(std::move(nodeSets));
+    tree.SaveTree(tree.File);
+    // Behind the group's 41 bytes.
+    const ByteVector expected = Bytes().u32(16).u32(1).u64(4).u32(46);
+    EXPECT_EQ(Support::slice(stream("Light Data"), 41, 99), expected);
+    EXPECT_EQ(stream("Heavy Data").size(), 50U);
+}
+
+TEST_F(MoxTree, PlainNodeIsItsRecordAlone) {
+    tree.SetRootGroup("r", {});
+    tree.AddChildNode(std::make_unique<Node>("n"));
+    tree.SaveTree(tree.File);
+    // Behind the count and the record of the root, 24 + 5 + 9 + 7 + 8 bytes.
+    const ByteVector expected = Bytes().u32(2).u32(1).zeros(16).text("n").text("Node").text("0.1").u64(41);
+    EXPECT_EQ(Support::slice(stream("Mox Tree"), 57, 99), expected);
+    EXPECT_EQ(stream("Light Data").size(), 41U);
+}
+
+TEST_F(MoxTree, DatasetWithoutPositionEndsTheSave) {
+    tree.SetRootGroup("r", {});
+    tree.AddShapeNode("s");
+    dynamic_cast<Geometry&>(*tree.GetCurrentNode().data).FindOrAddDataset("key");
+    const Thrown missing = {14, "Key not found", "Qel/Mox/Geometry", "QelMox::Geometry::WriteTn"};
+    EXPECT_TRUE(throws<KeyNotFound>(missing, [&] { tree.SaveTree(tree.File); }));
+}
+
+// --- Saving the global information
+
+TEST_F(MoxTree, GlobalInformationIsOneModifierInfoAndNoResultAttributes) {
+    tree.FileVersion = "1.3";
+    tree.CurrentModifier.SourceName = "Solver";
+    tree.SaveGlobalInfo(tree.File, "remark");
+    ASSERT_EQ(tree.ModifierInfos.size(), 1U);
+    const std::string& date = tree.ModifierInfos[0].Date;
+    const ByteVector expected = Bytes()
+                                    .u32(1)
+                                    .u32(54 + static_cast<std::uint32_t>(date.size()))
+                                    .text("0.1")
+                                    .text("Solver")
+                                    .text("")
+                                    .text("1.3")
+                                    .text(date)
+                                    .text("")
+                                    .text("")
+                                    .text("remark")
+                                    .u32(0);
+    EXPECT_EQ(stream("Global Information"), expected);
+    EXPECT_EQ(tree.File.GetIndex().GetBlockInfos()[0].flags, 0x01);
+    EXPECT_EQ(tree.CurrentModifier.Comment, "remark");
+}
+
+TEST_F(MoxTree, DateIsTheLocalTimeWithYearAndZone) {
+    tree.SaveGlobalInfo(tree.File, "");
+    EXPECT_THAT(tree.CurrentModifier.Date,
+                testing::MatchesRegex(
+                    "[A-Z][a-z][a-z] [A-Z][a-z][a-z] [0-9][0-9] [0-9][0-9]:[0-9][0-9]:[0-9][0-9] [0-9]+ .+"));
+}
+
+TEST_F(MoxTree, ComputerAndUserAreCollectedOnlyWhenAskedFor) {
+    tree.SaveGlobalInfo(tree.File, "");
+    EXPECT_EQ(tree.CurrentModifier.Computer, "");
+    EXPECT_EQ(tree.CurrentModifier.User, "");
+    tree.CurrentModifier.CollectHostInfo = 1;
+    tree.SaveGlobalInfo(tree.File, "");
+    EXPECT_EQ(tree.CurrentModifier.Computer, QelUtil::Platform::computerName());
+    EXPECT_EQ(tree.CurrentModifier.User, QelUtil::Platform::userName());
+}
+
+TEST_F(MoxTreeFile, SavePrintsNothing) {
+    const Support::CapturedStream output(std::cout);
+    const Support::CapturedStream errors(std::cerr);
+    open();
+    tree.SaveFile(tree.File, "");
+    EXPECT_EQ(output.str(), "");
+    EXPECT_EQ(errors.str(), "");
+}
+
+} // namespace

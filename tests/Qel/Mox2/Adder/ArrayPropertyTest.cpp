@@ -1,0 +1,337 @@
+#include <Qel/Mox2/Adder/ArrayProperty.h>
+
+#include "Qel/Mox/StreamContent.h"
+#include "Qel/Mox2/OpenDatabase.h"
+#include "Qel/Mox2/StateFailures.h"
+#include "Qel/Support/Bytes.h"
+#include "Qel/Support/Thrown.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Qel::Exception::InvalidArguments;
+using Qel::Exception::KeyNotFound;
+using Qel::Exception::OverflowError;
+using Qel::Exception::UnderflowError;
+using Qel::Mox2::AttributeMap;
+using Qel::Mox2::ColumnArray;
+using Qel::Mox2::ColumnProperty;
+using Qel::Mox2::DatasetType;
+using Qel::Mox2::IdArray;
+using Qel::Mox2::StepData;
+using Qel::Mox2::TableArray;
+using Qel::Mox2::TableProperty;
+using QelMox::DatasetEntry;
+using QelMox::Geometry;
+using Support::Thrown;
+using Support::throws;
+using Steps = std::vector<StepData>;
+
+Thrown failureIn(int code, std::string_view text) {
+    return {code, text, "Qel/Mox2/Adder/ArrayProperty", "Qel::Mox2::Adder::ArrayProperty"};
+}
+
+const Thrown WrongColumns = failureIn(3, "Invalid arguments");
+const Thrown NegativeCount = failureIn(13, "Underflow error");
+const Thrown TooLargeCount = failureIn(12, "Overflow error");
+const Thrown UnknownId = {14, "Key not found", "Qel/Adt/AdtTree", "::GetCurrentNode"};
+const Thrown RefusedAttribute = {3, "Invalid arguments", "Qel/Mox2/Helper/Attributes",
+                                 "AttributeValueGetter"};
+
+IdArray idsOf(std::initializer_list<unsigned int> ids) {
+    IdArray array(static_cast<Eigen::Index>(ids.size()));
+    std::copy(ids.begin(), ids.end(), array.begin());
+    return array;
+}
+
+const Steps OneStep(1);
+
+// "T", a scalar of the numbers 1, 2 and 3 for each node.
+ColumnProperty<float> threeFloats(const AttributeMap& attributes = {}) {
+    ColumnProperty<float> property;
+    property.data.resize(3);
+    property.data << 1, 2, 3;
+    property.attributes = attributes;
+    property.name = "T";
+    property.type = Qel::Mox2::NodeScalar;
+    property.width = 1;
+    return property;
+}
+
+template <typename PropertyT>
+void apply(Qel::Mox2::Database& database, PropertyT property, const IdArray& ids, const Steps& steps) {
+    Qel::Mox2::Adder::ArrayProperty<PropertyT, IdArray, Steps>(std::move(property), ids, steps)
+        .update(database);
+}
+
+// A root group (1) with two shapes (2 and 4) and their geometries (3 and 5).
+class ArrayPropertyAdder : public Support::OpenDatabase {
+protected:
+    static constexpr unsigned int RootId = 1;
+    static constexpr unsigned int First = 3;
+    static constexpr unsigned int Second = 5;
+
+    ArrayPropertyAdder() {
+        addRootAndShape();
+        tree().SetCurrentId(RootId);
+        tree().AddShapeNode("other");
+        tree().SetCurrentId(2);
+    }
+
+    template <typename PropertyT>
+    void add(PropertyT property, const IdArray& ids, const Steps& steps = OneStep) {
+        apply(database, std::move(property), ids, steps);
+    }
+
+    std::uint64_t countOf(unsigned int id) { return dataOf<Geometry>(id).GetDatasetCount(); }
+    const DatasetEntry& entry(unsigned int id, std::uint64_t index = 0) {
+        return dataOf<Geometry>(id).GetDataset(index);
+    }
+    std::uint64_t streamed() { return tree().File.GetIndex().GetStreamSize("Heavy Data"); }
+};
+
+TEST(ArrayPropertyAdderState, NeedsWriteModeAlsoWithNothingToDo) {
+    Support::expectThatItNeedsWriteMode(
+        [](Qel::Mox2::Database& database) { apply(database, threeFloats(), idsOf({3}), OneStep); });
+    Support::expectThatItNeedsWriteMode(
+        [](Qel::Mox2::Database& database) { apply(database, ColumnProperty<float>(), IdArray(), OneStep); });
+}
+
+// --- Entries
+
+TEST_F(ArrayPropertyAdder, EntryDescribesTheNumbers) {
+    TableProperty<unsigned int> property;
+    property.data.resize(2, 3);
+    property.data << 1, 2, 3, 4, 5, 6;
+    property.name = "V";
+    property.type = Qel::Mox2::NodeVector;
+    property.width = 3;
+    add(std::move(property), idsOf({First}));
+    const DatasetEntry& added = entry(First);
+    EXPECT_EQ(added.key, "V");
+    EXPECT_EQ(static_cast<unsigned int>(added.variableType), 13U);
+    EXPECT_EQ(added.values.sizeInBytes, 24U);
+    EXPECT_EQ(added.values.width, 3);
+    EXPECT_EQ(added.values.elementTag, 5U);
+    EXPECT_EQ(added.values.widthFlag, 0);
+    EXPECT_EQ(added.values.descriptor, nullptr);
+    EXPECT_FALSE(added.values.boolA || added.values.boolB || added.values.boolC);
+    EXPECT_EQ(added.values.floatA, 0.0F);
+    EXPECT_EQ(added.values.floatB, 0.0F);
+    EXPECT_FALSE(added.isLink);
+    EXPECT_EQ(dataOf<Geometry>(First).positions.at("V"), 0U);
+}
+
+TEST_F(ArrayPropertyAdder, PositionsOfAllEntriesOfACallAreThatOfTheOneWrite) {
+    add(threeFloats(), idsOf({First}));
+    add(threeFloats(), idsOf({Second, First}), {StepData("A", {}), StepData("B", {})});
+    EXPECT_EQ(streamed(), 24U);
+    const std::string a = "T\x1e"
+                          "A";
+    const std::string b = "T\x1e"
+                          "B";
+    EXPECT_EQ(dataOf<Geometry>(First).positions,
+              (std::map<std::string, std::uint64_t>{{"T", 0}, {a, 12}, {b, 12}}));
+    EXPECT_EQ(dataOf<Geometry>(Second).positions, (std::map<std::string, std::uint64_t>{{a, 12}, {b, 12}}));
+}
+
+TEST_F(ArrayPropertyAdder, FirstPairHoldsTheNumbersAndAllLaterOnesLinkToIt) {
+    add(threeFloats({{"unit", 1}}), idsOf({First, Second}), {StepData("A", {}), StepData("B", {})});
+    EXPECT_FALSE(entry(First, 0).isLink);
+    EXPECT_EQ(entry(First, 0).attributes.size(), 1U);
+    const std::vector<const DatasetEntry*> links = {&entry(First, 1), &entry(Second, 0), &entry(Second, 1)};
+    for (const DatasetEntry* const link : links) {
+        EXPECT_TRUE(link->isLink);
+        EXPECT_EQ(link->linkNodeId, First);
+        EXPECT_EQ(link->linkIndex, 0U);
+        EXPECT_TRUE(link->attributes.empty());
+        EXPECT_EQ(link->values.sizeInBytes, 12U);
+    }
+}
+
+TEST_F(ArrayPropertyAdder, LinksNameTheIndexOfTheHolder) {
+    add(threeFloats(), idsOf({First}), {StepData("A", {}), StepData("B", {})});
+    add(threeFloats(), idsOf({First, Second}), {StepData("C", {})});
+    EXPECT_EQ(entry(Second).linkNodeId, First);
+    EXPECT_EQ(entry(Second).linkIndex, 2U);
+}
+
+TEST_F(ArrayPropertyAdder, StepsAttributesAreInsertedAndThePropertysWin) {
+    const Steps steps = {StepData("A", {{"both", 1}, {"time", 2}})};
+    add(threeFloats({{"both", 3}, {"own", 4}}), idsOf({First}), steps);
+    const QelUtil::AttributeList& attributes = entry(First).attributes;
+    ASSERT_EQ(attributes.size(), 3U);
+    EXPECT_EQ(attributes.at("both").integer, 3U);
+    EXPECT_EQ(attributes.at("own").integer, 4U);
+    EXPECT_EQ(attributes.at("time").integer, 2U);
+}
+
+TEST_F(ArrayPropertyAdder, EmptiedLinkKeepsItsVibration) {
+    add(threeFloats({{"Category", std::string("Vibration")}}), idsOf({First, Second}));
+    EXPECT_TRUE(entry(Second).vibration);
+    EXPECT_TRUE(entry(Second).attributes.empty());
+}
+
+TEST_F(ArrayPropertyAdder, NonGeometriesGetNothingAndDisturbNothing) {
+    add(threeFloats(), idsOf({RootId, First, 2, Second, 4}));
+    EXPECT_FALSE(entry(First).isLink);
+    EXPECT_EQ(entry(Second).linkNodeId, First);
+    EXPECT_EQ(tree().GetCurrentId(), 4U);
+}
+
+TEST_F(ArrayPropertyAdder, RootWithoutDataIsPassedOver) {
+    database.close();
+    database.open();
+    EXPECT_NO_THROW(add(threeFloats(), idsOf({RootId})));
+    EXPECT_EQ(streamed(), 12U);
+}
+
+TEST_F(ArrayPropertyAdder, GeometryAsRootTakesPartLikeAnyOther) {
+    database.close();
+    database.open();
+    tree().GetCurrentNode().data = std::make_unique<Geometry>("root").release();
+    add(threeFloats(), idsOf({RootId}));
+    EXPECT_EQ(countOf(RootId), 1U);
+    EXPECT_FALSE(entry(RootId).isLink);
+}
+
+TEST_F(ArrayPropertyAdder, IdZeroIsNotInTheTreeAlsoIfTheRootIsAGeometry) {
+    database.close();
+    database.open();
+    tree().GetCurrentNode().data = std::make_unique<Geometry>("root").release();
+    EXPECT_TRUE(throws<KeyNotFound>(UnknownId, [&] { add(threeFloats(), idsOf({0})); }));
+    EXPECT_EQ(countOf(RootId), 0U);
+    EXPECT_EQ(streamed(), 12U);
+    EXPECT_EQ(tree().GetCurrentId(), 0U);
+}
+
+TEST_F(ArrayPropertyAdder, ReusedLinkStaysALinkToItsOldTarget) {
+    add(threeFloats(), idsOf({First, Second}));
+    add(threeFloats({{"unit", 1}}), idsOf({Second}));
+    EXPECT_TRUE(entry(Second).isLink);
+    EXPECT_EQ(entry(Second).linkNodeId, First);
+    EXPECT_EQ(entry(Second).attributes.size(), 1U);
+    EXPECT_EQ(dataOf<Geometry>(Second).positions.at("T"), 12U);
+}
+
+TEST_F(ArrayPropertyAdder, ReusedEntryTakesANewTarget) {
+    add(threeFloats(), idsOf({Second}));
+    add(threeFloats(), idsOf({First, Second}));
+    EXPECT_TRUE(entry(Second).isLink);
+    EXPECT_EQ(entry(Second).linkNodeId, First);
+}
+
+TEST_F(ArrayPropertyAdder, OneKeyTwiceInACallLinksToItself) {
+    add(threeFloats(), idsOf({First}), Steps(2));
+    add(threeFloats(), idsOf({Second, Second}));
+    EXPECT_EQ(countOf(First), 1U);
+    EXPECT_EQ(entry(First).linkNodeId, First);
+    EXPECT_EQ(entry(First).linkIndex, 0U);
+    EXPECT_TRUE(entry(First).isLink);
+    EXPECT_TRUE(entry(Second).isLink);
+    EXPECT_EQ(entry(Second).linkNodeId, Second);
+}
+
+// --- Order of the checks
+
+TEST_F(ArrayPropertyAdder, NothingToDoComesBeforeEveryOtherCheck) {
+    ColumnProperty<float> noRows = threeFloats({{"a", 7U}});
+    noRows.data.resize(0);
+    noRows.width = 3;
+    noRows.type = DatasetType(31);
+    EXPECT_NO_THROW(add(std::move(noRows), idsOf({First})));
+    ColumnProperty<float> negativeRows = threeFloats();
+    negativeRows.data = ColumnArray<float>(-1);
+    EXPECT_NO_THROW(add(std::move(negativeRows), IdArray()));
+    TableProperty<float> rowsWithoutColumns;
+    rowsWithoutColumns.data = TableArray<float>(0, 5);
+    EXPECT_NO_THROW(add(std::move(rowsWithoutColumns), idsOf({First})));
+    EXPECT_EQ(tree().GetCurrentId(), 2U);
+    EXPECT_EQ(streamed(), 0U);
+}
+
+TEST_F(ArrayPropertyAdder, NegativeCountsAreAnUnderflow) {
+    ColumnProperty<float> column = threeFloats();
+    column.data = ColumnArray<float>(-1);
+    column.width = 3;
+    EXPECT_TRUE(throws<UnderflowError>(NegativeCount, [&] { add(std::move(column), idsOf({First})); }));
+    TableProperty<float> table;
+    table.data = TableArray<float>(-2147483648LL, 3);
+    EXPECT_TRUE(throws<UnderflowError>(NegativeCount, [&] { add(std::move(table), idsOf({First})); }));
+    const IdArray negativeIds(-1);
+    EXPECT_TRUE(throws<UnderflowError>(NegativeCount, [&] { add(threeFloats(), negativeIds); }));
+    EXPECT_EQ(streamed(), 0U);
+}
+
+TEST_F(ArrayPropertyAdder, RowsAbove31BitsAreAnOverflowBeforeTheColumnsAreLookedAt) {
+    // Without columns it takes no memory.
+    TableProperty<float> table;
+    table.data = TableArray<float>(0x80000000LL, 0);
+    EXPECT_TRUE(throws<OverflowError>(TooLargeCount, [&] { add(std::move(table), idsOf({First})); }));
+    EXPECT_EQ(streamed(), 0U);
+}
+
+TEST_F(ArrayPropertyAdder, LargestCountOfRowsIsNoOverflow) {
+    TableProperty<float> table;
+    table.data = TableArray<float>(0x7FFFFFFFLL, 0);
+    EXPECT_TRUE(throws<InvalidArguments>(WrongColumns, [&] { add(std::move(table), idsOf({First})); }));
+}
+
+TEST_F(ArrayPropertyAdder, ColumnsAreComparedWithTheWidthBeforeTheWrite) {
+    ColumnProperty<float> column = threeFloats();
+    column.width = 3;
+    EXPECT_TRUE(throws<InvalidArguments>(WrongColumns, [&] { add(std::move(column), idsOf({First})); }));
+    TableProperty<float> table;
+    table.data = TableArray<float>::Zero(2, 2);
+    table.width = 3;
+    EXPECT_TRUE(throws<InvalidArguments>(WrongColumns, [&] { add(std::move(table), idsOf({First})); }));
+    EXPECT_EQ(streamed(), 0U);
+    EXPECT_EQ(tree().GetCurrentId(), 2U);
+}
+
+TEST_F(ArrayPropertyAdder, VariableTypeIsLookedUpAfterTheWriteAndBeforeTheAttributes) {
+    ColumnProperty<float> property = threeFloats({{"a", 7U}});
+    property.type = DatasetType(31);
+    EXPECT_TRUE(throws<InvalidArguments>(
+        {3, "Can't guess result type for specified type", "Qel/Mox2/ArrayProperty", "geomTypeFrom"},
+        [&] { add(std::move(property), idsOf({First})); }));
+    EXPECT_EQ(streamed(), 12U);
+    EXPECT_EQ(countOf(First), 0U);
+}
+
+TEST_F(ArrayPropertyAdder, PropertysAttributesAreConvertedAfterTheWriteEvenWithoutSteps) {
+    EXPECT_TRUE(throws<InvalidArguments>(RefusedAttribute, [&] {
+        add(threeFloats({{"a", 7U}}), idsOf({First}), Steps());
+    }));
+    EXPECT_EQ(streamed(), 12U);
+    EXPECT_EQ(tree().GetCurrentId(), 2U);
+}
+
+TEST_F(ArrayPropertyAdder, StepsAttributesAreConvertedBeforeTheCurrentNodeMoves) {
+    const Steps steps = {StepData("A", {{"a", 7U}})};
+    EXPECT_TRUE(throws<InvalidArguments>(RefusedAttribute, [&] { add(threeFloats(), idsOf({99}), steps); }));
+    EXPECT_EQ(tree().GetCurrentId(), 2U);
+    EXPECT_EQ(streamed(), 12U);
+}
+
+TEST_F(ArrayPropertyAdder, UnknownIdLeavesItselfCurrentAndEarlierPairsRecorded) {
+    EXPECT_TRUE(throws<KeyNotFound>(UnknownId, [&] { add(threeFloats(), idsOf({First, 99, Second})); }));
+    EXPECT_EQ(tree().GetCurrentId(), 99U);
+    EXPECT_EQ(countOf(First), 1U);
+    EXPECT_EQ(countOf(Second), 0U);
+    EXPECT_EQ(streamed(), 12U);
+}
+
+TEST_F(ArrayPropertyAdder, EmptyStepListWritesAndRecordsNothing) {
+    add(threeFloats(), idsOf({First}), Steps());
+    EXPECT_EQ(streamed(), 12U);
+    EXPECT_EQ(countOf(First), 0U);
+    EXPECT_EQ(tree().GetCurrentId(), 2U);
+}
+
+} // namespace

@@ -1,0 +1,140 @@
+#include <Qel/Mox2/Adder/Components.h>
+
+#include "Qel/Mox2/OpenDatabase.h"
+#include "Qel/Mox2/StateFailures.h"
+#include "Qel/Support/Thrown.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Qel::Exception::InvalidArguments;
+using Qel::Exception::NotYetImplemented;
+using Qel::Mox2::AttributeMap;
+using Qel::Mox2::IdArray;
+using Support::Thrown;
+using Support::throws;
+using Ids = std::vector<unsigned int>;
+using Paths = std::vector<std::string>;
+using PathMap = std::map<std::string, AttributeMap>;
+
+const Thrown Relative = {3, "Relative paths not supported", "Qel/Mox2/Adder/Components",
+                         "Qel::Mox2::Adder::Components"};
+const Thrown OtherRoot = {20, "Not yet implemented", "Qel/Mox2/Adder/Components",
+                          "Qel::Mox2::Adder::Components"};
+const Thrown RefusedAttribute = {3, "Invalid arguments", "Qel/Mox2/Helper/Attributes",
+                                 "AttributeValueGetter"};
+
+template <typename PathsT>
+Ids merge(Qel::Mox2::Database& database, const PathsT& paths, const std::string& separator = "/") {
+    Qel::Mox2::Adder::Components<PathsT, IdArray> adder(paths, separator);
+    adder.update(database);
+    return Ids(adder.getResult().begin(), adder.getResult().end());
+}
+
+class ComponentsAdder : public Support::OpenDatabase {
+protected:
+    Ids add(const Paths& paths) { return merge(database, paths); }
+    Ids addMap(const PathMap& paths) { return merge(database, paths); }
+};
+
+TEST(ComponentsAdderState, NeedsWriteModeIfThereIsAnyPath) {
+    Support::expectThatItNeedsWriteMode([](Qel::Mox2::Database& database) { merge(database, Paths{""}); });
+    Support::expectThatItNeedsWriteMode([](Qel::Mox2::Database& database) {
+        merge(database, PathMap{{"", {}}});
+    });
+}
+
+TEST(ComponentsAdderState, NoPathsAreFineInAnyState) {
+    Qel::Mox2::Database database;
+    EXPECT_EQ(merge(database, Paths()), Ids());
+    EXPECT_EQ(merge(database, PathMap()), Ids());
+    database.open();
+    EXPECT_EQ(merge(database, Paths()), Ids());
+    Qel::Mox2::DatabasePeer::setOpenedForWriting(database, false);
+    EXPECT_EQ(merge(database, Paths()), Ids());
+}
+
+TEST_F(ComponentsAdder, RootMadeByAPathIsAPlainGroup) {
+    EXPECT_EQ(add({"/a/b/"}), (Ids{2}));
+    EXPECT_EQ(dataOf<QelMox::Group>(1).GetName(), "a");
+    EXPECT_EQ(dataOf<QelMox::Group>(1).GetGroupKind(), 0);
+    EXPECT_TRUE(dataOf<QelMox::Group>(1).GetAttributes().empty());
+}
+
+TEST_F(ComponentsAdder, TreeOfThreePathsAndAgainTheSame) {
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(add({"/a/b/c", "/a/b/d", "/a/e/"}), (Ids{4, 6, 7}));
+        EXPECT_EQ(tree().GetNodes().size(), 7U);
+        EXPECT_EQ(tree().GetCurrentId(), 7U);
+    }
+    EXPECT_EQ(dataOf<QelMox::Group>(2).GetName(), "b");
+    EXPECT_EQ(dataOf<QelMox::Shape>(3).GetName(), "c");
+    EXPECT_EQ(dataOf<QelMox::Geometry>(4).GetName(), "c");
+    EXPECT_EQ(dataOf<QelMox::Shape>(5).GetName(), "d");
+    EXPECT_EQ(dataOf<QelMox::Geometry>(6).GetName(), "d");
+    EXPECT_EQ(dataOf<QelMox::Group>(7).GetName(), "e");
+}
+
+TEST_F(ComponentsAdder, PathOfTheRootAloneMakesANodeOfItsNameBelowIt) {
+    EXPECT_EQ(add({"/a"}), (Ids{3}));
+    EXPECT_EQ(dataOf<QelMox::Shape>(2).GetName(), "a");
+    EXPECT_EQ(add({"/a/"}), (Ids{4}));
+    EXPECT_EQ(dataOf<QelMox::Group>(4).GetName(), "a");
+    EXPECT_EQ(tree().GetReqNode(4).parent, 1U);
+}
+
+TEST_F(ComponentsAdder, SkippedPathsLeaveTheCurrentNode) {
+    add({"/a/b/"});
+    EXPECT_EQ(add({"", "/"}), (Ids{0, 0}));
+    EXPECT_EQ(tree().GetCurrentId(), 2U);
+}
+
+TEST_F(ComponentsAdder, UnknownCurrentNodeDoesNotMatter) {
+    tree().PutCurrentId(99);
+    EXPECT_EQ(add({"/a/b/"}), (Ids{2}));
+}
+
+TEST_F(ComponentsAdder, RelativePathLeavesNothingOfItself) {
+    EXPECT_TRUE(throws<InvalidArguments>(Relative, [&] { add({"/a/b/", "a/c"}); }));
+    EXPECT_TRUE(throws<InvalidArguments>(Relative, [&] { addMap({{"a/c", {}}}); }));
+    EXPECT_EQ(tree().GetNodes().size(), 2U);
+    EXPECT_EQ(tree().GetCurrentId(), 2U);
+}
+
+TEST_F(ComponentsAdder, PathBelowAnotherRootLeavesNothingOfItself) {
+    EXPECT_TRUE(throws<NotYetImplemented>(OtherRoot, [&] { add({"/a/b/", "/x/c"}); }));
+    EXPECT_TRUE(throws<NotYetImplemented>(OtherRoot, [&] { addMap({{"/x/c", {}}}); }));
+    EXPECT_EQ(tree().GetNodes().size(), 2U);
+}
+
+TEST(ComponentsAdderOrigin, OtherRootIsRefusedByTheVisitor) {
+    Qel::Mox2::Database database;
+    database.open().SetRootGroup("a", {});
+    EXPECT_TRUE(throws<NotYetImplemented>(
+        {20, "Not yet implemented", "Qel/Mox2/Adder/Components", "Visitor::addMergeNode"},
+        [&] { merge(database, Paths{"/x/c"}); }));
+}
+
+TEST_F(ComponentsAdder, AttributesOfGroupPathsAreTestedAndDropped) {
+    EXPECT_EQ(addMap({{"/a/b/", {{"key", 1}}}}), (Ids{2}));
+    EXPECT_TRUE(dataOf<QelMox::Group>(2).GetAttributes().empty());
+    EXPECT_TRUE(throws<InvalidArguments>(RefusedAttribute, [&] { addMap({{"/a/c/d/", {{"key", 7U}}}}); }));
+    EXPECT_EQ(tree().GetNodes().size(), 4U);
+    EXPECT_EQ(tree().GetCurrentId(), 4U);
+}
+
+TEST_F(ComponentsAdder, AttributesOfShapePathsAreNotLookedAt) {
+    EXPECT_EQ(addMap({{"/a/b", {{"key", 7U}}}}), (Ids{3}));
+}
+
+TEST_F(ComponentsAdder, ResultOfAMapFollowsTheSortedKeys) {
+    EXPECT_EQ(addMap({{"/r/b", {}}, {"/r/a", {}}}), (Ids{3, 5}));
+    EXPECT_EQ(dataOf<QelMox::Geometry>(3).GetName(), "a");
+}
+
+} // namespace

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Qel/Support/EnvironmentGuard.h"
+
+#include <Qel/Tnf/Block.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace Support {
+
+/// Sets or removes MOXWRITER_DEFAULT_BLOCK_SIZE and starts from the growth step of a new process. Restores
+/// both at the end, so that no test leaves its sizes to the next.
+class BlockSizeGuard {
+public:
+    explicit BlockSizeGuard(const std::optional<std::string>& value = {})
+        : variable("MOXWRITER_DEFAULT_BLOCK_SIZE", value),
+          formerStep(std::exchange(QelTnf::defaultBlockSize, 10'485'760)) {}
+    BlockSizeGuard(const BlockSizeGuard&) = delete;
+    BlockSizeGuard& operator=(const BlockSizeGuard&) = delete;
+    ~BlockSizeGuard() { QelTnf::defaultBlockSize = formerStep; }
+
+    /// Changes the variable once more; nothing removes it.
+    void set(const std::optional<std::string>& value) { variable.set(value); }
+
+private:
+    EnvironmentGuard variable;
+    std::uint32_t formerStep;
+};
+
+} // namespace Support

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Support {
+
+using ByteVector = std::vector<std::uint8_t>;
+
+/// Little-endian bytes, written down value by value.
+class Bytes {
+public:
+    Bytes() = default;
+    Bytes(std::initializer_list<std::uint8_t> bytes) : content(bytes) {}
+
+    Bytes& u8(std::uint8_t value) { return number(value, 1); }
+    Bytes& u32(std::uint32_t value) { return number(value, 4); }
+    Bytes& u64(std::uint64_t value) { return number(value, 8); }
+    /// A float by its bit pattern, or several.
+    Bytes& bits(std::initializer_list<std::uint32_t> patterns);
+    /// Bytes without a length.
+    Bytes& raw(std::string_view bytes);
+    /// A text behind its length.
+    Bytes& text(std::string_view value);
+    /// The same byte so many times.
+    Bytes& fill(std::size_t count, std::uint8_t value);
+    Bytes& zeros(std::size_t count) { return fill(count, 0); }
+
+    operator const ByteVector&() const { return content; }
+    friend bool operator==(const Bytes& bytes, const ByteVector& others) { return bytes.content == others; }
+    friend void PrintTo(const Bytes& bytes, std::ostream* stream);
+
+private:
+    Bytes& number(std::uint64_t value, int size);
+
+    ByteVector content;
+};
+
+/// A file's bytes as they lie on disk; none if there is no such file.
+ByteVector bytesOf(const std::string& path);
+
+/// `count` bytes from `offset` on, or fewer where there are no more.
+ByteVector slice(const ByteVector& bytes, std::size_t offset, std::size_t count);
+
+/// What one zlib stream holds.
+/// @throws std::runtime_error if it is not a whole stream of `contentLength` bytes.
+ByteVector inflated(const ByteVector& zlibStream, std::size_t contentLength);
+
+} // namespace Support

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace Support {
+
+/// Sets or removes an environment variable, and restores it at the end.
+class EnvironmentGuard {
+public:
+    /// @param variableValue nothing to remove the variable.
+    explicit EnvironmentGuard(std::string variableName, const std::optional<std::string>& variableValue = {});
+    EnvironmentGuard(const EnvironmentGuard&) = delete;
+    EnvironmentGuard& operator=(const EnvironmentGuard&) = delete;
+    ~EnvironmentGuard();
+
+    /// Changes the variable once more; nothing removes it.
+    void set(const std::optional<std::string>& variableValue);
+
+private:
+    std::string name;
+    std::optional<std::string> former;
+};
+
+} // namespace Support

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Qel/Support/Bytes.h"
+
+#include <cstdio>
+
+namespace Support {
+
+/// A stream that takes bytes, some ten thousand of them, and can't be positioned.
+class Pipe {
+public:
+    /// Whether this system has pipes that refuse to be positioned; elsewhere a test has to be skipped.
+    static bool isAvailable();
+
+    Pipe();
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+    ~Pipe();
+
+    std::FILE* stream() const { return writeEnd; }
+
+    /// Closes the stream.
+    /// @return all that went in.
+    ByteVector drain();
+
+private:
+    void closeWriteEnd();
+
+    int readEnd = -1;
+    std::FILE* writeEnd = nullptr;
+};
+
+} // namespace Support

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <Qel/Tnf/Index.h>
+
+namespace QelTnf {
+
+/// Reaches into an index, to bring about what its own logic can't.
+struct IndexPeer {
+    static std::vector<BlockInfo>& entries(Index& index) { return index.blockInfos; }
+    static std::vector<Block>& blocks(Index& index) { return index.blocks; }
+    static std::map<std::string, BlockSizeLimiter>& limiters(Index& index) { return index.limiters; }
+    static unsigned int nextNumber(const Index& index) { return index.nextNumber; }
+    static std::uint64_t indexPosition(const Index& index) { return index.indexPosition; }
+    static std::uint64_t addEmptyBlocks(Index& index, std::uint64_t count) {
+        return index.AddEmptyBlocks(count);
+    }
+    static void putIndexTable(Block& block, const std::vector<BlockInfo>& entries) {
+        Index::PutIndexTable(block, entries);
+    }
+};
+
+} // namespace QelTnf

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <MoxReader/HeavyData.h>
+
+#include <concepts>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+/// All that a file says, as lines of text that another reader can be asked for as well: integers in decimal,
+/// floats and numbers as the bytes in the file, texts in quotes.
+class ModelText {
+public:
+    /// @throws MoxReader::Error  Whatever is wrong with the file, its model or its numbers; not for a link
+    ///                           without an end.
+    explicit ModelText(const MoxReader::File& file);
+
+    const std::string& text() const { return text_; }
+
+private:
+    void addBlocks();
+    void addStream(const std::string& name);
+    void addGlobalInformation();
+    void addNode(const MoxReader::Node& node);
+    void addContent(std::monostate) {}
+    void addContent(const MoxReader::Group& group);
+    void addContent(const MoxReader::Shape& shape);
+    void addContent(const MoxReader::Geometry& geometry);
+    void addContent(const MoxReader::NodeSets& descriptor);
+    void addDataset(const MoxReader::Dataset& dataset);
+    void addHolder(const MoxReader::Dataset& link);
+    void addNumbers(const MoxReader::Dataset& dataset);
+    void addAttributes(const MoxReader::Attributes& attributes);
+
+    template <class... Words>
+    void addLine(const Words&... words);
+    template <std::integral T>
+    void addWord(T number);
+    void addWord(std::string_view text);
+    void addWord(float number);
+    void addWord(double number);
+    void addWord(std::span<const float> numbers);
+    template <class T>
+    void addBytes(std::span<const T> numbers);
+
+    const MoxReader::File& file_;
+    MoxReader::Model model_;
+    MoxReader::HeavyData heavy_;
+    std::string text_;
+};

@@ -1,0 +1,182 @@
+"""Asks both readers for the same files, whole and damaged: they say the same, or both refuse.
+
+Needs in the environment: DUMP_MODEL and MAKE_CORPUS (the programs of this folder), MOX (the tool; without it no real
+models are compared) and MOXWRITER_DATA_DIR (real models).
+"""
+
+import os
+import random
+import subprocess
+import sys
+import tempfile
+import unittest
+import zlib
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+sys.path[:0] = [str(ROOT / "reader" / "python"), str(ROOT / "reader" / "python" / "tests")]
+
+import moxfile  # noqa: E402
+import moxreader  # noqa: E402
+from model_text import model_text  # noqa: E402
+
+REFUSED = 3  # How dump_model ends if the reader refuses a file.
+GOLDEN = ROOT / "tests" / "golden" / "golden.mox"
+DATA = Path(os.environ.get("MOXWRITER_DATA_DIR", ROOT.parent / "shared" / "data"))
+
+
+def run(*command, **options):
+    return subprocess.run([str(word) for word in command], capture_output=True, text=True, check=False, **options)
+
+
+def cpp_text(path):
+    result = run(os.environ["DUMP_MODEL"], path)
+    if result.returncode not in (0, REFUSED):
+        raise AssertionError(f"{path}: the C++ reader ended with {result.returncode}: {result.stderr}")
+    return result.stdout if result.returncode == 0 else None
+
+
+def python_text(source):
+    try:
+        with moxreader.File(source) as file:
+            return model_text(file)
+    except moxreader.MoxError:
+        return None
+
+
+def python_verdict(data):
+    text = python_text(data)
+    return "refused" if text is None else f"read {zlib.crc32(text.encode()):08x}"
+
+
+def damaged(data, damage):
+    verb, *numbers = damage.split()
+    if verb == "cut":
+        return data[:int(numbers[0])]
+    result = bytearray(data)
+    for offset, mask in zip(numbers[::2], numbers[1::2]):
+        result[int(offset)] ^= int(mask)
+    return bytes(result)
+
+
+def plain_copy(path):
+    """The same model in blocks that are not compressed, so that damage reaches the records."""
+    with moxreader.File(path) as file:
+        return moxfile.file([(block.name.encode(), file.read_block(block), 0) for block in file.blocks
+                             if moxreader.holds_data(block)])
+
+
+class Agreement(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+
+    def compare(self, path, must_be_read=True):
+        with self.subTest(file=path.name):
+            text = cpp_text(path)
+            self.assertEqual(text, python_text(path))
+            if must_be_read:
+                self.assertIsNotNone(text, "both readers refuse the file")
+
+    def save(self, name, data):
+        path = self.folder / name
+        path.write_bytes(data)
+        return path
+
+    def compare_damaged(self, data, damages):
+        """Returns how many of the damages both readers refuse."""
+        path = self.save("damaged.mox", data)
+        result = run(os.environ["DUMP_MODEL"], path, "damages", input="\n".join(damages) + "\n")
+        self.assertEqual(0, result.returncode, result.stderr)
+        verdicts = result.stdout.split("\n")[:-1]
+        self.assertEqual(len(damages), len(verdicts))
+        for damage, verdict in zip(damages, verdicts):
+            self.assertEqual(verdict, python_verdict(damaged(data, damage)), damage)
+        return verdicts.count("refused")
+
+
+class WholeFiles(Agreement):
+    def test_the_golden_file(self):
+        self.compare(GOLDEN)
+
+    def test_models_saved_with_small_and_large_blocks(self):
+        for size in ("1", "4096", ""):
+            folder = self.folder / f"blocks{size}"
+            folder.mkdir()
+            variable = {"MOXWRITER_DEFAULT_BLOCK_SIZE": size} if size else {}
+            result = run(os.environ["MAKE_CORPUS"], folder, env={**os.environ, **variable})
+            self.assertEqual(0, result.returncode, result.stderr)
+            for path in sorted(folder.iterdir()):
+                # Small blocks put an Index Block among the many, which can be damaged by that.
+                self.compare(path, must_be_read=size == "" or path.stem != "many")
+
+    def test_real_models(self):
+        mox = os.environ.get("MOX")
+        if not mox or not DATA.is_dir():
+            self.skipTest(f"there is no mox tool or no folder {DATA}")
+        read = 0
+        for model in sorted(DATA.iterdir()):
+            saved = self.folder / (model.name + ".mox")
+            if run(mox, "import", model, saved).returncode == 0:
+                self.compare(saved)
+                read += 1
+            else:
+                print(f"left out: mox import takes no {model.name}", file=sys.stderr)
+        if read == 0:
+            self.skipTest("mox import takes none of the models")
+
+    def test_what_no_writer_makes_today(self):
+        ring = moxfile.link(b"a", 0x05000006, 3, 3) + moxfile.link(b"b", 0x05000006, 3, 2)
+        lost = moxfile.link(b"a", 0x05000006, 9, 0) + moxfile.link(b"b", 0x05000006, 3, 4)
+        for name, links in (("chain", moxfile.SAMPLE_LINKS), ("ring", ring), ("lost", lost)):
+            streams = moxfile.sample(links)
+            self.compare(self.save(name + ".mox", moxfile.compressed_file(streams)))
+            self.compare(self.save(name + "-plain.mox", moxfile.plain_file(streams)))
+
+
+class DamagedFiles(Agreement):
+    def test_blocks_that_hold_something_else_than_they_state(self):
+        content = moxfile.sample()[b"Heavy Data"]
+        stream, size = zlib.compress(content), len(content)
+        wrong = {"lost": b"", "no-length": b"\x20\0", "no-stream": moxfile.u32(size),
+                 "short": moxfile.u32(size + 1) + stream, "long": moxfile.u32(size - 1) + stream,
+                 "nothing": moxfile.u32(0) + stream, "huge": moxfile.u32(0xFFFFFFFF) + stream,
+                 "behind": moxfile.u32(size) + stream + b"x", "cut": moxfile.u32(size) + stream[:-1],
+                 "checksum": moxfile.u32(size) + stream[:-1] + bytes([stream[-1] ^ 1])}
+        others = {name: stored for name, stored in moxfile.sample().items() if name != b"Heavy Data"}
+        for name, heavy in wrong.items():
+            blocks = [(b"Heavy Data", heavy, 1), *((key, stored, 0) for key, stored in others.items())]
+            path = self.save(name + ".mox", moxfile.file(blocks))
+            self.assertEqual((name, None, None), (name, cpp_text(path), python_text(path)))
+
+    def test_files_cut_short(self):
+        data = GOLDEN.read_bytes()
+        sizes = [*range(0, 40), *range(40, len(data), 19), len(data) - 1]
+        self.assertEqual(len(sizes), self.compare_damaged(data, [f"cut {size}" for size in sizes]))
+
+    def test_flipped_bits_in_the_index_and_the_compressed_blocks(self):
+        data = GOLDEN.read_bytes()
+        flips = [f"flip {offset} {1 << offset % 8}" for offset in range(len(data))]
+        flips += [f"flip {offset} {1 << bit}" for offset in range(20) for bit in range(8)]
+        refused = self.compare_damaged(data, flips)
+        # At least one bit of each byte of the blocks, the name lengths, and the first lengths of the blocks.
+        self.assertGreater(refused, len(data) - 2800)
+
+    def test_flipped_bits_in_records_that_are_not_compressed(self):
+        for data in (moxfile.plain_file(moxfile.sample()), plain_copy(GOLDEN)):
+            flips = [f"flip {offset} {1 << bit}" for offset in range(2800, len(data)) for bit in (offset % 7, 7)]
+            self.assertGreater(self.compare_damaged(data, flips), len(flips) // 4)
+
+    def test_several_damages_at_once(self):
+        chance = random.Random(20)
+        for data in (GOLDEN.read_bytes(), plain_copy(GOLDEN)):
+            damages = []
+            for _ in range(150):
+                places = [(chance.randrange(2800, len(data)), chance.randrange(1, 256)) for _ in range(2)]
+                damages.append("flip " + " ".join(f"{offset} {mask}" for offset, mask in places))
+            self.assertGreater(self.compare_damaged(data, damages), 0)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,35 @@
+#include "api/Support/Fifo.h"
+
+// The one place where systems differ.
+#if defined(_WIN32)
+
+namespace Api {
+
+Fifo::Fifo(const std::string&) {}
+Fifo::~Fifo() = default;
+
+} // namespace Api
+
+#else
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Api {
+
+Fifo::Fifo(const std::string& path) {
+    if (mkfifo(path.c_str(), S_IRUSR | S_IWUSR) == 0) {
+        reader = open(path.c_str(), O_RDWR | O_NONBLOCK);
+    }
+}
+
+Fifo::~Fifo() {
+    if (isOpen()) {
+        close(reader);
+    }
+}
+
+} // namespace Api
+
+#endif

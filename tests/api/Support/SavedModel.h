@@ -1,0 +1,48 @@
+#pragma once
+
+#include <MoxReader/File.h>
+#include <MoxReader/HeavyData.h>
+#include <MoxReader/Model.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Api {
+
+/// A finished file as the independent reader sees it.
+class SavedModel {
+public:
+    explicit SavedModel(const std::string& path);
+    SavedModel(const SavedModel&) = delete;
+    SavedModel& operator=(const SavedModel&) = delete;
+
+    const MoxReader::File& file() const { return opened; }
+    const MoxReader::Model& model() const { return tree; }
+    const MoxReader::Node& node(std::uint32_t id) const { return tree.node(id); }
+    std::size_t nodeCount() const { return tree.nodes().size(); }
+
+    // The node of this id, which must be of the kind asked for.
+    const MoxReader::Group& group(std::uint32_t id) const;
+    const MoxReader::Material& material(std::uint32_t id) const;
+    const std::vector<MoxReader::Dataset>& datasets(std::uint32_t id) const;
+
+    std::vector<float> floats(const MoxReader::Dataset& dataset) { return heavy.readFloats(dataset); }
+    std::vector<std::uint32_t> integers(const MoxReader::Dataset& dataset) {
+        return heavy.readUnsigned(dataset);
+    }
+
+    /// A whole stream, decompressed.
+    std::vector<std::uint8_t> stream(std::string_view name) const;
+
+private:
+    MoxReader::File opened;
+    MoxReader::Model tree;
+    MoxReader::HeavyData heavy;
+};
+
+/// A file's bytes as they lie on disk.
+std::vector<std::uint8_t> bytesOf(const std::string& path);
+
+} // namespace Api
