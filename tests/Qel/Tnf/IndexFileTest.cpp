@@ -2,6 +2,7 @@
 
 #include <Qel/Tnf/Index.h>
 
+#include "Qel/Support/AddressSpaceLimit.h"
 #include "Qel/Support/BlockSizeGuard.h"
 #include "Qel/Support/Blocks.h"
 #include "Qel/Support/Pipe.h"
@@ -462,6 +463,39 @@ TEST_F(IndexFile, StreamSizeCountsAnOrdinaryBlockByItsWritePositionAlsoOnceItIsC
     index.SetBlockFlags("a", compressed);
     writeAll();
     EXPECT_EQ(index.GetStreamSize("a"), std::uint64_t{entry(0).length} + entry(1).length);
+}
+
+TEST_F(IndexFile, StreamSizeDoesNotCountIndexBlocksThatOnlyTheTablesOfTheCloseFreeze) {
+    variable.set("8");
+    for (int dataset = 1; dataset <= 220; ++dataset) {
+        stream8(static_cast<std::uint8_t>(dataset));
+    }
+    EXPECT_EQ(index.GetStreamSize(indexName), 55608U);
+    writeAll();
+    EXPECT_TRUE(entry(219).frozen);
+    EXPECT_EQ(entry(219).uncompressedLength, 0U);
+    EXPECT_EQ(index.GetStreamSize(indexName), 0U);
+}
+
+TEST_F(IndexFile, StreamSizeDoesNotCountContentThatWasLostForWantOfMemory) {
+    if (!Support::AddressSpaceLimit::isAvailable()) {
+        GTEST_SKIP() << "needs a limit to the address space";
+    }
+    index.AddBlock("a");
+    auto* const content = static_cast<unsigned char*>(std::malloc(16));
+    IndexPeer::blocks(index)[0] = Support::blockOf({content, 3'000'000'000, 3'000'000'000, 3'000'000'000});
+    index.SetBlockFlags("a", compressed);
+    put("a", {1, 2, 3});
+    EXPECT_EQ(index.GetStreamSize("a"), 3'000'000'003U);
+    {
+        const Support::AddressSpaceLimit limit;
+        EXPECT_TRUE(Support::throws<Qel::Exception::MemoryAllocationException>(
+            {16, "Memory allocation error", "Qel/Tnf/BlockZlibCompressor",
+             "QelTnf::BlockZlibCompressor::operator()"},
+            [this] { index.WriteBufferToFileStream(0, stream); }));
+    }
+    EXPECT_EQ(block(0).GetPosition(), 0U);
+    EXPECT_EQ(index.GetStreamSize("a"), 3U);
 }
 
 // --- Flushing
