@@ -4,6 +4,7 @@
 
 #include <fmt/core.h>
 
+#include <cstdio>
 #include <iostream>
 #include <string>
 
@@ -13,7 +14,16 @@ namespace {
 
 constexpr const char* Examples = R"(Examples:
   mox import bracket.e bracket.mox     convert an Exodus II results file
-  mox import --help                    options of one command
+  mox info bracket.mox                 what is in it, and whether it is whole
+  mox tree bracket.mox                 its assembly and its datasets
+  mox stat bracket.mox                 where its bytes go
+  mox dump --no-date bracket.mox       all of it as JSON
+  mox check bracket.mox                every damage of it, rule by rule
+  mox diff before.mox after.mox        what differs between two files
+  mox extract bracket.mox --all out    its numbers as CSV, or for NumPy
+  mox export bracket.mox bracket.pvd   for ParaView, or back to Exodus II
+  mox salvage crashed.mox saved        what is left of a file that was never closed
+  mox info --help                      options of one command
   mox --version)";
 
 // The name of the program with the subcommand that stands on the command line, if any.
@@ -25,12 +35,27 @@ std::string calledAs(const CLI::App& app) {
 } // namespace
 
 Application::Application(Terminal& messages)
-    : terminal(messages), app("Works on MOX model files.", "mox"), commands(makeCommands()) {
+    : terminal(messages), app("Works on MOX model files", "mox"), commands(makeCommands()) {
     app.set_version_flag("--version", "mox " MOX_VERSION);
     app.footer(Examples);
     app.require_subcommand(0, 1);
-    for (const auto& command : commands)
-        command->addOptions(*app.add_subcommand(command->name(), command->summary()));
+    addCommonOptions(app);
+    for (const auto& command : commands) {
+        auto& level = *app.add_subcommand(command->name(), command->summary());
+        command->addOptions(level);
+        addCommonOptions(level);
+    }
+}
+
+// At each level, so that they may stand on either side of the subcommand and each help shows them.
+void Application::addCommonOptions(CLI::App& level) {
+    constexpr const char* Group = "Options of every command";
+    level
+        .add_flag("--no-color", noColor,
+                  "No colours, not even on a terminal; NO_COLOR in the environment does the same")
+        ->group(Group);
+    level.add_flag("--progress", showProgress, "Show on stderr, if that is a terminal, how far long work is")
+        ->group(Group);
 }
 
 int Application::run(int argc, const char* const* argv) {
@@ -47,17 +72,30 @@ int Application::run(int argc, const char* const* argv) {
 }
 
 int Application::runSelected() {
+    if (noColor)
+        terminal.dropColours();
+    if (!showProgress)
+        terminal.hideProgress();
     for (const auto& command : commands) {
         if (!app.got_subcommand(command->name()))
             continue;
         try {
-            return command->run(terminal);
+            return flushOutput(*command, command->run(terminal));
         } catch (const std::bad_alloc&) {
             reportFailure(*command, std::runtime_error("not enough memory"));
         } catch (const std::exception& failure) {
             reportFailure(*command, failure);
         }
     }
+    return Failed;
+}
+
+// A full disk or a closed pipe behind stdout shows at the latest here.
+int Application::flushOutput(const Command& command, int exitCode) {
+    std::cout.flush();
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0 && std::cout.good())
+        return exitCode;
+    reportFailure(command, std::runtime_error("stdout: the data can't be written; is the disk full?"));
     return Failed;
 }
 

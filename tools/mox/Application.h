@@ -25,13 +25,17 @@ public:
     int run(int argc, const char* const* argv);
 
 private:
+    void addCommonOptions(CLI::App& level);
     int runSelected();
+    int flushOutput(const Command& command, int exitCode);
     int reportUsage(const CLI::ParseError& error);
     void reportFailure(const Command& command, const std::exception& failure);
 
     Terminal& terminal;
     CLI::App app;
     std::vector<std::unique_ptr<Command>> commands;
+    bool noColor = false;
+    bool showProgress = false;
 };
 
 } // namespace MoxTool

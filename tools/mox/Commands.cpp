@@ -1,6 +1,17 @@
 #include "Commands.h"
 
+#include "check/CheckCommand.h"
+#include "completion/CompletionCommand.h"
+#include "diff/DiffCommand.h"
+#include "dump/DumpCommand.h"
+#include "export/ExportCommand.h"
+#include "extract/ExtractCommand.h"
 #include "import/ImportCommand.h"
+#include "info/InfoCommand.h"
+#include "man/ManCommand.h"
+#include "salvage/SalvageCommand.h"
+#include "stat/StatCommand.h"
+#include "tree/TreeCommand.h"
 
 namespace MoxTool {
 
@@ -14,7 +25,9 @@ std::unique_ptr<Command> make() {
 }
 
 constexpr Maker Makers[] = {
-    make<ImportCommand>,
+    make<ImportCommand>, make<InfoCommand>,    make<TreeCommand>,       make<StatCommand>,
+    make<DumpCommand>,   make<DiffCommand>,    make<ExtractCommand>,    make<ExportCommand>,
+    make<CheckCommand>,  make<SalvageCommand>, make<CompletionCommand>, make<ManCommand>,
 };
 
 } // namespace

@@ -34,8 +34,8 @@ bool coloursWanted() {
 
 } // namespace
 
-Terminal::Terminal(std::FILE* target, bool isInteractive, bool hasColours)
-    : stream(target), interactive(isInteractive), colours(hasColours) {}
+Terminal::Terminal(std::FILE* target, bool isInteractive, bool hasColours, bool hasOutputColours)
+    : stream(target), interactive(isInteractive), colours(hasColours), colouredOutput(hasOutputColours) {}
 
 Terminal::~Terminal() {
     clearProgress();
@@ -43,7 +43,17 @@ Terminal::~Terminal() {
 
 Terminal Terminal::standardError() {
     const bool watched = isTerminal(stderr);
-    return Terminal(stderr, watched, watched && coloursWanted());
+    return Terminal(stderr, watched, watched && coloursWanted(), isTerminal(stdout) && coloursWanted());
+}
+
+void Terminal::dropColours() {
+    colours = false;
+    colouredOutput = false;
+}
+
+void Terminal::hideProgress() {
+    clearProgress();
+    interactive = false;
 }
 
 void Terminal::error(std::string_view line) {

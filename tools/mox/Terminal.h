@@ -15,14 +15,23 @@ public:
     /// @param stream      Stays open as long as this object; not owned.
     /// @param interactive Whether a person watches the stream, so that progress makes sense.
     /// @param colours     Whether errors are red.
-    Terminal(std::FILE* stream, bool interactive, bool colours);
+    /// @param outputColours Whether data on stdout may be coloured.
+    Terminal(std::FILE* stream, bool interactive, bool colours, bool outputColours = false);
     Terminal(const Terminal&) = delete;
     Terminal& operator=(const Terminal&) = delete;
     /// Clears the progress.
     ~Terminal();
 
-    /// On stderr: interactive if that is a terminal, coloured if moreover `NO_COLOR` is unset or empty.
+    /// On stderr: interactive if that is a terminal, coloured if moreover `NO_COLOR` is unset or empty. The
+    /// same holds for stdout and its colours.
     static Terminal standardError();
+
+    /// Takes all colours away, on stderr and on stdout.
+    void dropColours();
+    /// Shows no progress from here on.
+    void hideProgress();
+    /// Whether data on stdout may be coloured.
+    bool outputColours() const { return colouredOutput; }
 
     /// Writes one line.
     void error(std::string_view line);
@@ -38,6 +47,7 @@ private:
     std::FILE* stream;
     bool interactive;
     bool colours;
+    bool colouredOutput;
     bool progressShows = false;
     std::chrono::steady_clock::time_point nextProgress{};
 };

@@ -199,8 +199,7 @@ void Index::WriteBufferToFileStream(std::uint64_t id, std::FILE* const stream) {
     }
     const std::uint64_t formerSize = streamedSize(id);
     if ((blockInfos[id].flags & Format::BlockCompressed) != 0) {
-        BlockZlibCompressor compress(Format::CompressionLevel);
-        compress(blocks[id]);
+        compress(id);
         QEL_LOG(sourceName, "Buffer length after transformations: " << blocks[id].GetSize());
     }
     place(id);
@@ -214,6 +213,18 @@ void Index::WriteBufferToFileStream(std::uint64_t id, std::FILE* const stream) {
     blocks[id].Write(stream, false);
     blocks[id].release();
     QEL_LOG(sourceName, "Buffer " << id << " written to stream.");
+}
+
+void Index::compress(std::uint64_t id) {
+    const std::uint64_t formerSize = streamedSize(id);
+    BlockZlibCompressor compressor(Format::CompressionLevel);
+    try {
+        compressor(blocks[id]);
+    } catch (...) {
+        // The content is lost then, and no longer counts.
+        followStreamedSize(id, formerSize);
+        throw;
+    }
 }
 
 // Puts a block behind the one ahead of it, as that one stands now.
@@ -235,6 +246,7 @@ void Index::WriteIndexBufferToFileStream(std::uint64_t id, std::FILE* const stre
     QEL_LOG(sourceName, "Writing index buffer " << id << " to stream.");
     BlockInfo& info = blockInfos[id];
     Block& block = blocks[id];
+    const std::uint64_t formerSize = streamedSize(id);
     const bool isFreezable = (info.flags & Format::BlockFreezable) != 0;
     if (info.frozen) {
         info.frozen = !isFreezable;
@@ -248,6 +260,7 @@ void Index::WriteIndexBufferToFileStream(std::uint64_t id, std::FILE* const stre
     PutIndexTable(block, entriesFrom(id + 1, Format::IndexBlockRecords));
     place(id);
     info.frozen = info.frozen || isFreezable;
+    followStreamedSize(id, formerSize);
     // A failed positioning is ignored for index tables: they then land wherever the stream stands.
     (void)QelUtil::Platform::seekTo(stream, info.position);
     block.Write(stream, false);

@@ -97,6 +97,7 @@ private:
     void writeHeadIndex(std::FILE* stream) const;
 
     void flagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag);
+    void compress(std::uint64_t id);
     void place(std::uint64_t id);
     void freeze(std::uint64_t id, std::uint32_t contentLength);
     std::uint64_t streamedSize(std::uint64_t id) const;

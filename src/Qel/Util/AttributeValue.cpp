@@ -8,7 +8,7 @@ namespace QelUtil {
 AttributeValue::AttributeValue(std::string_view value) : kind(Text) {
     std::memset(text, 0, TextSize);
     const std::size_t length = std::min(value.find('\0'), value.size());
-    std::memcpy(text, value.data(), std::min(length, TextSize));
+    value.copy(text, std::min(length, TextSize));
 }
 
 std::string_view AttributeValue::asText() const {

@@ -4,6 +4,7 @@
 #include "CharRows.h"
 #include "ElementType.h"
 #include "NetcdfLength.h"
+#include "checkIsFile.h"
 
 #include <fmt/core.h>
 
@@ -28,15 +29,6 @@ Container containerOf(std::istream& file) {
     if (start.starts_with("CDF"))
         return Container::Classic;
     return start == "\x89HDF" ? Container::Hdf5 : Container::Other;
-}
-
-void checkIsFile(const std::string& path) {
-    std::error_code error;
-    const auto status = fs::status(path, error);
-    if (!fs::exists(status))
-        throw Failure(path, "there is no such file");
-    if (!fs::is_regular_file(status))
-        throw Failure(path, "is no regular file");
 }
 
 void checkLength(const std::string& path, std::istream& file) {

@@ -1,16 +1,25 @@
 #include "ImportCommand.h"
 
-#include "../OutputFile.h"
+#include "../Failure.h"
 #include "../Terminal.h"
+#include "ModelFormat.h"
+#include "importCgns.h"
 #include "importExodus.h"
+#include "importGmsh.h"
 
 namespace MoxTool {
 
 namespace {
 
 constexpr const char* Details =
-    R"(Each element block becomes one shape. Variables whose names differ in their last letters become one
-dataset:
+    R"(The kind of file is told by its content:
+  Exodus II  each element block becomes one shape
+  CGNS       each zone becomes a group, each section of elements a shape in it (one for each element type
+             of a mixed section; one for the cells of a structured zone)
+  Gmsh .msh  each physical group becomes one shape for each element type, likewise each entity that is in
+             no physical group
+
+Variables whose names differ in their last letters become one dataset:
   x y z              a vector (disp_x, DispY, disp_Z; in a 2-D model x y, with 0 for z)
   xx yy zz xy yz zx  six values, in this order (stress_xx, sigma_XY; xz stands for zx)
 Either can have a number behind it: stress_xx_1 to stress_zx_1 become stress_1. Case does not matter,
@@ -21,7 +30,29 @@ What the file has and a model can't take is listed at the end.
 
 Examples:
   mox import bracket.e bracket.mox
-  mox import --overwrite modes.exo modes.mox)";
+  mox import --overwrite modes.exo modes.mox
+  mox import --check wing.cgns wing.mox
+  mox import horn.msh horn.mox)";
+
+using Importer = ImportSummary (*)(const ImportRequest&, Terminal&);
+
+ImportSummary refuseUnknown(const ImportRequest& request, Terminal&) {
+    throw Failure(request.input, "is no Exodus II, CGNS or Gmsh .msh file");
+}
+
+Importer importerOf(ModelFormat format) {
+    switch (format) {
+    case ModelFormat::Exodus:
+        return importExodus;
+    case ModelFormat::Cgns:
+        return importCgns;
+    case ModelFormat::Gmsh:
+        return importGmsh;
+    case ModelFormat::Unknown:
+        break;
+    }
+    return refuseUnknown;
+}
 
 } // namespace
 
@@ -30,18 +61,20 @@ std::string ImportCommand::name() const {
 }
 
 std::string ImportCommand::summary() const {
-    return "Convert an Exodus II results file";
+    return "Convert an Exodus II, CGNS or Gmsh file";
 }
 
 void ImportCommand::addOptions(CLI::App& app) {
-    app.add_option("MODEL.e", request.input, "The Exodus II file to read")->required();
+    app.add_option("MODEL", request.input, "The Exodus II, CGNS or Gmsh .msh file to read")->required();
     app.add_option("OUT.mox", request.output, "The file to write")->required();
     app.add_flag("--overwrite", request.overwrite, "Replace OUT.mox if it exists; else that is an error");
+    app.add_flag("--check", request.check,
+                 "Check the result as mox check does, before it gets its name; an error ends the import");
     app.footer(Details);
 }
 
 int ImportCommand::run(Terminal& terminal) {
-    importExodus(request, terminal).print(terminal);
+    importerOf(recogniseFormat(request.input))(request, terminal).print(terminal);
     return 0;
 }
 

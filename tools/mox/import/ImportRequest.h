@@ -9,6 +9,7 @@ struct ImportRequest {
     std::string input;
     std::string output;
     bool overwrite = false; ///< An existing output is replaced, once the new one is whole.
+    bool check = false;     ///< The new file gets its name only if `mox check` finds no error in it.
 };
 
 } // namespace MoxTool

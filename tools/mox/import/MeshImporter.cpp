@@ -2,13 +2,14 @@
 
 #include "../Failure.h"
 #include "ElementType.h"
-#include "blockColor.h"
+#include "checkNodeCount.h"
 #include "nameOrId.h"
+#include "narrowIds.h"
+#include "setNumber.h"
 
 #include <fmt/core.h>
 
 #include <filesystem>
-#include <limits>
 #include <string>
 
 namespace MoxTool {
@@ -16,29 +17,6 @@ namespace MoxTool {
 using Qel::Mox2::DatasetType;
 
 namespace {
-
-constexpr std::int64_t MostNodes = std::numeric_limits<std::int32_t>::max();
-
-// The dataset types of elements of one dimension.
-struct ElementDatasets {
-    DatasetType connectivity;
-    DatasetType polylength;
-};
-
-// By dimension, from 1.
-constexpr ElementDatasets DatasetsByDimension[] = {
-    {DatasetType::Connectivity0, DatasetType::Polylength0},
-    {DatasetType::Connectivity1, DatasetType::Polylength1},
-    {DatasetType::Connectivity2, DatasetType::Polylength2},
-};
-
-// Attributes can hold 32 bits with sign; a larger number becomes a text.
-void setNumber(Qel::Mox2::Attributes& attributes, const std::string& key, std::int64_t value) {
-    if (value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max())
-        attributes.set(key, static_cast<int>(value));
-    else
-        attributes.set(key, std::to_string(value));
-}
 
 void setQaRecords(Qel::Mox2::Attributes& attributes, const std::vector<QaRecord>& records) {
     for (std::size_t i = 0; i < records.size(); ++i) {
@@ -70,21 +48,20 @@ Qel::Mox2::Attributes blockAttributes(const ExodusBlock& block) {
 
 MeshImporter::MeshImporter(const ExodusFile& input, Qel::Mox2::Model& output, FloatNarrowing& toFloat,
                            ImportSummary& results)
-    : file(input), model(output), narrowing(toFloat), summary(results), writer(output, results) {}
+    : file(input),
+      model(output),
+      narrowing(toFloat),
+      summary(results),
+      writer(output, results),
+      shapes(output, results) {}
 
 ImportedMesh MeshImporter::run() {
-    checkNodeCount();
+    checkNodeCount(static_cast<std::uint64_t>(file.counts().num_nodes), file.path());
     addRoot();
     addParts();
     addNodes();
     addAllElements();
     return mesh;
-}
-
-void MeshImporter::checkNodeCount() const {
-    if (file.counts().num_nodes > MostNodes)
-        throw Failure(file.path(), fmt::format("has {} nodes, but a model can have {} at most",
-                                               file.counts().num_nodes, MostNodes));
 }
 
 void MeshImporter::addRoot() {
@@ -135,12 +112,7 @@ void MeshImporter::addParts() {
 
 ImportedPart MeshImporter::addPart(std::size_t blockIndex, int dimension) {
     const auto& block = file.blocks()[blockIndex];
-    model.setCurrentNodeId(1);
-    const auto geometry = model.addNode(Qel::Mox2::NodeType::Shape, nameOf(block));
-    Qel::Mox2::NodeProperties properties;
-    properties.set(Qel::Mox2::PropertyType::DiffuseColor, blockColor(blockIndex));
-    model.setNodeData(geometry, properties);
-    ++summary.shapes;
+    const auto geometry = shapes.addShape(1, nameOf(block), blockIndex);
     return {&block, blockIndex, dimension, geometry};
 }
 
@@ -154,7 +126,8 @@ void MeshImporter::addNodes() {
     for (int axis = 0; axis < file.dimension(); ++axis)
         coordinates.setColumn(static_cast<std::size_t>(axis), file.coordinates(axis), narrowing);
     writer.writeReals("Coordinates", DatasetType::Coordinates, coordinates, mesh.geometries, {});
-    writer.writeIntegers(DatasetType::NodeIds, narrowIds(file.idMap(EX_NODE_MAP, count)), mesh.geometries);
+    writer.writeIntegers(DatasetType::NodeIds, narrowIds(file.idMap(EX_NODE_MAP, count), file.path()),
+                         mesh.geometries);
     summary.nodes = count;
 }
 
@@ -163,17 +136,13 @@ void MeshImporter::addAllElements() {
     for (const auto& part : mesh.parts) {
         const auto first = static_cast<std::size_t>(part.block->firstElement);
         addElements(part, std::span(ids).subspan(first, static_cast<std::size_t>(part.block->elementCount)));
-        summary.elements += part.block->elementCount;
     }
 }
 
 void MeshImporter::addElements(const ImportedPart& part, std::span<const std::int64_t> ids) {
-    const auto& types = DatasetsByDimension[part.dimension - 1];
-    const DatasetWriter::Ids geometry(1, part.geometry);
-    writer.writeIntegers(types.connectivity, readConnectivity(*part.block), geometry,
-                         blockAttributes(*part.block));
-    writer.writeIntegers(types.polylength, readPolylength(*part.block), geometry);
-    writer.writeIntegers(DatasetType::ElementIds, narrowIds(ids), geometry);
+    const auto& block = *part.block;
+    shapes.addElements(part.geometry, {part.dimension, readConnectivity(block), readPolylength(block),
+                                       narrowIds(ids, file.path()), blockAttributes(block)});
 }
 
 std::vector<unsigned int> MeshImporter::readPolylength(const ExodusBlock& block) const {
@@ -195,18 +164,6 @@ std::vector<unsigned int> MeshImporter::readConnectivity(const ExodusBlock& bloc
         indices.push_back(static_cast<unsigned int>(node - 1));
     }
     return indices;
-}
-
-std::vector<unsigned int> MeshImporter::narrowIds(std::span<const std::int64_t> ids) const {
-    std::vector<unsigned int> narrow;
-    narrow.reserve(ids.size());
-    for (const auto id : ids) {
-        if (id < 0 || id > std::numeric_limits<unsigned int>::max())
-            throw Failure(file.path(), fmt::format("has the id {}, but a model keeps ids from 0 to {}", id,
-                                                   std::numeric_limits<unsigned int>::max()));
-        narrow.push_back(static_cast<unsigned int>(id));
-    }
-    return narrow;
 }
 
 } // namespace MoxTool

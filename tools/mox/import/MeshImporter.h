@@ -5,6 +5,7 @@
 #include "FloatNarrowing.h"
 #include "ImportSummary.h"
 #include "ImportedMesh.h"
+#include "ShapeWriter.h"
 
 #include <Qel/Mox2/Model.h>
 
@@ -28,7 +29,6 @@ public:
     ImportedMesh run();
 
 private:
-    void checkNodeCount() const;
     void addRoot();
     Qel::Mox2::Attributes rootAttributes() const;
     void addParts();
@@ -38,13 +38,13 @@ private:
     void addElements(const ImportedPart& part, std::span<const std::int64_t> ids);
     std::vector<unsigned int> readPolylength(const ExodusBlock& block) const;
     std::vector<unsigned int> readConnectivity(const ExodusBlock& block) const;
-    std::vector<unsigned int> narrowIds(std::span<const std::int64_t> ids) const;
 
     const ExodusFile& file;
     Qel::Mox2::Model& model;
     FloatNarrowing& narrowing;
     ImportSummary& summary;
     DatasetWriter writer;
+    ShapeWriter shapes;
     ImportedMesh mesh;
 };
 

@@ -2,6 +2,7 @@
 
 #include "../Terminal.h"
 #include "AnalysisSteps.h"
+#include "resultNotes.h"
 
 #include <fmt/core.h>
 
@@ -50,7 +51,7 @@ void ResultImporter::planBatches() {
     for (const auto& part : mesh.parts)
         planElements(part, truthTable, plan);
     for (const auto& batch : batches)
-        tellRenamed(batch.results);
+        tellRenamed(batch.results, summary);
     leaveUnused(truthTable);
 }
 
@@ -96,14 +97,6 @@ void ResultImporter::planElements(const ImportedPart& part, const std::vector<in
                        DatasetWriter::Ids(1, part.geometry), std::move(results)});
 }
 
-void ResultImporter::tellRenamed(const std::vector<ResultDataset>& results) {
-    for (const auto& result : results) {
-        if (result.name != result.wantedName)
-            summary.tell(fmt::format("\"{}\" is named \"{}\", since another result has its name",
-                                     result.wantedName, result.name));
-    }
-}
-
 void ResultImporter::addStep(std::size_t step) {
     const auto label = describeStep(step);
     for (const auto& batch : batches) {
@@ -128,19 +121,7 @@ void ResultImporter::addResult(const Batch& batch, const ResultDataset& result, 
         table.setColumn(column, values, narrowing);
     }
     writer.writeReals(result.name, result.type, table, batch.geometries, label,
-                      componentAttributes(batch, result));
-}
-
-// Where a dataset has the file's name for its one variable there is nothing to tell.
-Qel::Mox2::Attributes ResultImporter::componentAttributes(const Batch& batch,
-                                                          const ResultDataset& result) const {
-    Qel::Mox2::Attributes attributes;
-    const auto& names = variablesOf(batch.type);
-    if (result.width == 1 && result.name == result.wantedName)
-        return attributes;
-    for (std::size_t column = 0; column < result.variables.size(); ++column)
-        attributes.set(fmt::format("Component {}", column + 1), names[result.variables[column]]);
-    return attributes;
+                      componentAttributes(result, variablesOf(batch.type)));
 }
 
 const std::vector<std::string>& ResultImporter::variablesOf(ex_entity_type type) const {

@@ -46,12 +46,10 @@ private:
     ResultPlan planNodes();
     void planElements(const ImportedPart& part, const std::vector<int>& truthTable, ResultPlan plan);
     void leaveUnused(const std::vector<int>& truthTable);
-    void tellRenamed(const std::vector<ResultDataset>& results);
     Qel::Mox2::Step describeStep(std::size_t step) const;
     void addStep(std::size_t step);
     void addResult(const Batch& batch, const ResultDataset& result, std::size_t step,
                    const Qel::Mox2::Step& label);
-    Qel::Mox2::Attributes componentAttributes(const Batch& batch, const ResultDataset& result) const;
     const std::vector<std::string>& variablesOf(ex_entity_type type) const;
 
     const ExodusFile& file;

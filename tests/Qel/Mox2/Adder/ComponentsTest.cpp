@@ -88,6 +88,13 @@ TEST_F(ComponentsAdder, PathOfTheRootAloneMakesANodeOfItsNameBelowIt) {
     EXPECT_EQ(tree().GetReqNode(4).parent, 1U);
 }
 
+TEST_F(ComponentsAdder, WholeSeparatorDecidesStartAndEndAndEachOfItsCharactersSplits) {
+    EXPECT_EQ(merge(database, Paths{"::a::b", "::a:b:", "::a::b::"}, "::"), (Ids{3, 3, 4}));
+    EXPECT_EQ(dataOf<QelMox::Shape>(2).GetName(), "b");
+    EXPECT_EQ(dataOf<QelMox::Group>(4).GetName(), "b");
+    EXPECT_TRUE(throws<InvalidArguments>(Relative, [&] { merge(database, Paths{":a"}, "::"); }));
+}
+
 TEST_F(ComponentsAdder, SkippedPathsLeaveTheCurrentNode) {
     add({"/a/b/"});
     EXPECT_EQ(add({"", "/"}), (Ids{0, 0}));

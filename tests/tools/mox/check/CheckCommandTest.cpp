@@ -1,0 +1,165 @@
+#include "../TemporaryFolder.h"
+#include "../common/MoxRun.h"
+#include "SampleFiles.h"
+
+#include <Qel/Mox2/Model.h>
+#include <Qel/Support/EnvironmentGuard.h>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+namespace Mox = Qel::Mox2;
+constexpr const char* BlockSize = "MOXWRITER_DEFAULT_BLOCK_SIZE";
+
+class CheckCommand : public testing::Test {
+protected:
+    std::string write(const std::string& name, const std::vector<std::uint8_t>& bytes) const {
+        return folder.write(name, {bytes.begin(), bytes.end()});
+    }
+
+    // A cube of two geometries with some arrays of four numbers each.
+    std::string saveModel(unsigned arrays) const {
+        Mox::Model model;
+        const auto path = folder.path("model.mox");
+        model.saveTo(path, {.overwrite = true});
+        model.addNode(Mox::RootGroup, "root");
+        const auto ids = model.addAssemblyComponents(std::vector<std::string>{"/root/a", "/root/b"});
+        for (unsigned i = 0; i < arrays; ++i)
+            model.addArrayProperty("N" + std::to_string(i), Mox::NodeScalar, Mox::Array1d<float>{1, 2, 3, 4},
+                                   ids, Mox::Step{});
+        model.close();
+        return path;
+    }
+
+    TemporaryFolder folder;
+    std::string sound = write("sound.mox", soundSample().file().bytes());
+    std::string warned = write("warned.mox", SampleModel().file().bytes());
+    std::string broken = write("broken.mox", patched(soundSample().file().bytes(), 2804, {0x79}));
+};
+
+} // namespace
+
+TEST_F(CheckCommand, SaysThatASoundFileIsWhole) {
+    const auto run = runMox({"check", sound});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, sound + ": whole\n");
+    EXPECT_EQ(run.messages, "");
+}
+
+TEST_F(CheckCommand, EndsWith1ForWarningsAndWith2IfTheyCountAsErrors) {
+    const auto run = runMox({"check", warned});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(
+        run.output,
+        warned + ": warning 703 connectivity, node 3 /Root/Part/Part, dataset 1 \"Connectivity\": it names " +
+            "place 134678021, counted from 0, of 2 coordinates\n" + warned +
+            ": whole; 0 errors, 1 warning, 0 notes\n");
+    EXPECT_EQ(runMox({"check", "-W", warned}).exitCode, 2);
+}
+
+TEST_F(CheckCommand, NamesThePlaceOfAnErrorAndEndsWith2) {
+    const auto run = runMox({"check", broken});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_NE(
+        run.output.find(broken + ": error 204 compressed bytes, offset 2800, block 0, \"Heavy Data\": "),
+        std::string::npos)
+        << run.output;
+}
+
+TEST_F(CheckCommand, ChecksTheOtherFilesIfOneCannotBeOpenedAndEndsWith3) {
+    const auto missing = folder.path("missing.mox");
+    const auto run = runMox({"check", missing, sound});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.output, sound + ": whole\n");
+    EXPECT_EQ(run.messages.rfind("mox check: " + missing + ": ", 0), 0u) << run.messages;
+}
+
+TEST_F(CheckCommand, GivesItsFindingsAsJson) {
+    const auto run = runMox({"check", "--json", broken, warned, folder.path("missing.mox")});
+    EXPECT_EQ(run.exitCode, 3);
+    const auto files = nlohmann::json::parse(run.output).at("files");
+    ASSERT_EQ(files.size(), 3u);
+    EXPECT_EQ(files[0].at("verdict"), "errors");
+    EXPECT_EQ(files[0].at("findings").at(0).at("rule"), 204);
+    EXPECT_EQ(files[0].at("findings").at(0).at("offset"), 2800);
+    EXPECT_EQ(files[1].at("warnings"), 1);
+    EXPECT_EQ(files[1].at("findings").at(0).at("key"), "Connectivity");
+    EXPECT_EQ(files[2].at("verdict"), "unreadable");
+}
+
+TEST_F(CheckCommand, ListsItsRules) {
+    const auto run = runMox({"check", "--rules"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output.rfind("101  error    signature", 0), 0u);
+    const auto rules = nlohmann::json::parse(runMox({"check", "--rules", "--json"}).output);
+    EXPECT_EQ(rules.at(0).at("rule"), 101);
+    EXPECT_EQ(rules.at(0).at("meaning"), "The first eight bytes are the signature");
+}
+
+TEST_F(CheckCommand, ListsOnlySoManyFindingsOfARule) {
+    auto records = sampleRecords();
+    for (auto& record : records)
+        record.version = "9";
+    auto sample = soundSample();
+    sample.tree = treeStream(records);
+    const auto path = write("versions.mox", sample.file().bytes());
+    const auto run = runMox({"check", "--limit", "1", path});
+    EXPECT_NE(run.output.find(path + ": 3 more of rule 406; --limit 0 lists all\n"), std::string::npos)
+        << run.output;
+}
+
+TEST_F(CheckCommand, NeedsAFile) {
+    const auto run = runMox({"check"});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.messages, "mox check: FILE is required (see mox check --help)\n");
+}
+
+TEST_F(CheckCommand, ShowsExamplesInItsHelp) {
+    EXPECT_NE(runMox({"check", "--help"}).output.find("mox check -W results/*.mox"), std::string::npos);
+}
+
+TEST_F(CheckCommand, TakesWhatTheWriterMakesWithBlocksOfAnySize) {
+    for (const char* size : {"1", "20", "4096"}) {
+        const Support::EnvironmentGuard guard(BlockSize, std::string(size));
+        const auto run = runMox({"check", saveModel(12)});
+        EXPECT_EQ(run.exitCode, 0) << size << ": " << run.output;
+    }
+    EXPECT_EQ(runMox({"check", saveModel(12)}).exitCode, 0);
+}
+
+TEST_F(CheckCommand, TakesAModelWithoutNodes) {
+    Mox::Model model;
+    model.saveTo(folder.path("empty.mox"), {.overwrite = true});
+    model.close();
+    EXPECT_EQ(runMox({"check", folder.path("empty.mox")}).exitCode, 0);
+}
+
+TEST_F(CheckCommand, TakesAnIndexBlockBehindBlocksThatAreNotFilledSingly) {
+    const Support::EnvironmentGuard guard(BlockSize, std::string("20"));
+    const auto run = runMox({"check", saveModel(100)});
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+}
+
+// The known damage by arrays that fill the nineteenth block singly: those behind it are placed too low.
+TEST_F(CheckCommand, FindsBlocksThatWereMisplacedBehindAnIndexBlock) {
+    const Support::EnvironmentGuard guard(BlockSize, std::string("1"));
+    EXPECT_EQ(runMox({"check", saveModel(100)}).exitCode, 2);
+}
+
+// An id that is given twice makes the dataset a link to itself, so that its numbers are out of reach.
+TEST_F(CheckCommand, FindsALinkToItself) {
+    const auto path = folder.path("twice.mox");
+    Mox::Model model;
+    model.saveTo(path, {.overwrite = true});
+    model.addNode(Mox::RootGroup, "root");
+    const auto id = model.addNode(Mox::Shape, "part");
+    model.addArrayProperty("N", Mox::NodeScalar, Mox::Array1d<float>{1, 2},
+                           Mox::Array1d<unsigned int>{id, id}, Mox::Step{});
+    model.close();
+    const auto run = runMox({"check", path});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_NE(run.output.find("error 610 link cycle, node 3 /root/part/part, dataset 0 \"N\""),
+              std::string::npos)
+        << run.output;
+}

@@ -1,0 +1,257 @@
+// Every single bit of saved files, every length to which they can be cut, and damages at random.
+
+#include "../TemporaryFolder.h"
+#include "CheckedBytes.h"
+#include "SampleFiles.h"
+
+#include <MoxReader/File.h>
+#include <MoxReader/HeavyData.h>
+#include <MoxReader/Model.h>
+#include <Qel/Mox2/Model.h>
+#include <Qel/Support/EnvironmentGuard.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <map>
+#include <random>
+#include <span>
+
+namespace {
+
+using FileBytes = std::vector<std::uint8_t>;
+namespace Mox = Qel::Mox2;
+
+constexpr std::size_t FirstBlock = 2800;
+
+/// @param results Arrays of results at the end.
+FileBytes savedModel(unsigned results = 1) {
+    const TemporaryFolder folder;
+    const auto path = folder.path("small.mox");
+    Mox::Model model;
+    model.saveTo(path, {true, "Solver", "2.1", ""});
+    Mox::Attributes attributes;
+    attributes.set("Title", "small");
+    model.addNode(Mox::RootMarkedGroup, "root", attributes);
+    const auto part = model.addNode(Mox::Shape, "part");
+    const Mox::Array2d<float> points(3, 3, {0, 0, 0, 1.25F, 0, 0, 0, 1.75F, 0});
+    model.addArrayProperty(Mox::Coordinates, points, part, Mox::Step{});
+    model.addArrayProperty(Mox::Connectivity1, Mox::Array1d<unsigned int>{0, 1, 2}, part, Mox::Step{});
+    model.addArrayProperty(Mox::Polylength1, Mox::Array1d<unsigned int>{3}, part, Mox::Step{});
+    Mox::StepList steps(2);
+    steps.set(0, {"1", {}});
+    steps.set(1, {"2", {}});
+    for (unsigned i = 0; i < results; ++i)
+        model.addArrayProperty("T" + std::to_string(i), Mox::NodeScalar, Mox::Array1d<float>{20, 30, 40},
+                               part, steps);
+    model.close();
+    const auto text = folder.read("small.mox");
+    return {text.begin(), text.end()};
+}
+
+/// Bytes with some of them changed, without a copy of the rest.
+class ChangedSource : public MoxReader::Source {
+public:
+    ChangedSource(const FileBytes& original, std::size_t place, std::uint8_t mask)
+        : bytes(original), changed(place), change(mask) {}
+    std::uint64_t size() const override { return bytes.size(); }
+
+protected:
+    void readInside(std::uint64_t offset, std::span<std::uint8_t> target) override {
+        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(offset), target.size(), target.begin());
+        if (changed >= offset && changed - offset < target.size())
+            target[changed - static_cast<std::size_t>(offset)] ^= change;
+    }
+
+private:
+    const FileBytes& bytes;
+    std::size_t changed;
+    std::uint8_t change;
+};
+
+std::map<std::string, FileBytes> streamsOf(const std::shared_ptr<MoxReader::Source>& source) {
+    const MoxReader::File file(source);
+    std::map<std::string, FileBytes> streams;
+    for (const auto& name : file.streamNames()) {
+        auto stream = file.stream(name);
+        streams[name] = stream.readBytes(stream.size());
+    }
+    return streams;
+}
+
+/// Whether a place is in the compressed data of a block: behind the content length and the two bytes of the
+/// zlib header, in front of the four bytes of the checksum.
+bool isCompressedData(const MoxReader::File& file, std::size_t place) {
+    return std::ranges::any_of(file.blocks(), [&](const auto& block) {
+        return block.isCompressed() && place >= block.position + 4 + 2 &&
+               place + 4 < block.position + block.length;
+    });
+}
+
+} // namespace
+
+TEST(SavedFile, IsWhole) {
+    EXPECT_EQ(rulesIn(findingsIn(savedModel())), std::vector<int>{});
+}
+
+// Two kinds of bits can flip unseen, and both say nothing about the model. The last byte of compressed data
+// has bits behind its end, which are padding. And where data repeats with a short period, it is the same
+// whether it is copied from one period back or from two, so that a few bits choose between encodings of one
+// content. That every stream inflates to the very same bytes proves it for each of them.
+TEST(SavedFile, HasNoBitThatCanFlipUnseenUnlessItsStreamsStayTheSame) {
+    const auto bytes = savedModel();
+    const auto original = std::make_shared<MoxReader::MemorySource>(bytes);
+    const auto sound = streamsOf(original);
+    const MoxReader::File file(original);
+    std::size_t unseen = 0;
+    for (std::size_t bit = 0; bit < 8 * bytes.size(); ++bit) {
+        const auto source =
+            std::make_shared<ChangedSource>(bytes, bit / 8, static_cast<std::uint8_t>(1u << bit % 8));
+        if (!findingsIn(source).isEmpty())
+            continue;
+        ++unseen;
+        EXPECT_TRUE(isCompressedData(file, bit / 8)) << "bit " << bit % 8 << " of byte " << bit / 8;
+        EXPECT_EQ(streamsOf(source), sound) << "bit " << bit % 8 << " of byte " << bit / 8;
+    }
+    EXPECT_LT(unseen, bytes.size() / 20);
+}
+
+// A file with an Index Block is ten times as long, so that one bit of every 29th byte has to do. A record
+// has 139 bytes, so every byte of it has its turn in one of the 200.
+TEST(SavedFile, ShowsFlippedBitsInItsIndexBlockToo) {
+    const Support::EnvironmentGuard smallBlocks("MOXWRITER_DEFAULT_BLOCK_SIZE", "20");
+    const auto bytes = savedModel(30);
+    const MoxReader::File file(std::make_shared<MoxReader::MemorySource>(bytes));
+    ASSERT_EQ(file.index().tables.size(), 2u);
+    const auto table = static_cast<std::size_t>(file.index().tables.back().position);
+    EXPECT_EQ(rulesIn(findingsIn(bytes)), std::vector<int>{});
+    for (std::size_t place = table; place < table + 27804; place += 29) {
+        const auto mask = static_cast<std::uint8_t>(1u << place % 8);
+        ASSERT_FALSE(findingsIn(std::make_shared<ChangedSource>(bytes, place, mask)).isEmpty())
+            << place - table;
+    }
+}
+
+TEST(SavedFile, HasNoLengthToWhichItCanBeCutUnseen) {
+    auto bytes = savedModel();
+    while (!bytes.empty()) {
+        bytes.pop_back();
+        const auto findings = findingsIn(bytes);
+        ASSERT_GT(findings.count(MoxTool::Level::Error), 0u) << bytes.size() << " bytes";
+    }
+}
+
+namespace {
+
+/// Changes a copy of the bytes in one of many ways. The result differs from the original in more than
+/// padding.
+FileBytes damaged(FileBytes bytes, std::mt19937& random) {
+    const auto below = [&](std::size_t limit) { return static_cast<std::size_t>(random() % limit); };
+    const auto place = below(2) == 0 ? below(bytes.size()) : FirstBlock + below(bytes.size() - FirstBlock);
+    const auto at = bytes.begin() + static_cast<std::ptrdiff_t>(place);
+    const auto count = std::min<std::size_t>(1 + below(40), bytes.size() - place);
+    const auto behind = at + static_cast<std::ptrdiff_t>(count);
+    switch (below(6)) {
+    case 0: // a wrong byte
+        *at = static_cast<std::uint8_t>(*at + 1 + below(255));
+        break;
+    case 1: // a hole
+        std::fill(at, behind, std::uint8_t{0});
+        break;
+    case 2: // other bytes
+        std::generate(at, behind, [&] { return static_cast<std::uint8_t>(random()); });
+        break;
+    case 3: // bytes that are missing
+        bytes.erase(at, behind);
+        break;
+    case 4: { // bytes too many
+        const FileBytes copy(at, behind);
+        bytes.insert(at, copy.begin(), copy.end());
+        break;
+    }
+    default: // a cut
+        bytes.erase(at, bytes.end());
+    }
+    return bytes;
+}
+
+/// Whether nothing but the encoding of compressed data differs, so that no damage has been done.
+bool areEquivalent(const FileBytes& left, const FileBytes& right) {
+    if (left.size() != right.size() || !std::equal(left.begin(), left.begin() + FirstBlock, right.begin()))
+        return false;
+    try {
+        return streamsOf(std::make_shared<MoxReader::MemorySource>(left)) ==
+               streamsOf(std::make_shared<MoxReader::MemorySource>(right));
+    } catch (const MoxReader::Error&) {
+        return false;
+    }
+}
+
+} // namespace
+
+TEST(SavedFile, ShowsTwoHundredOfTwoHundredRandomDamages) {
+    const auto bytes = savedModel();
+    std::mt19937 random(20240229);
+    int made = 0;
+    int found = 0;
+    while (made < 200) {
+        const auto broken = damaged(bytes, random);
+        if (areEquivalent(broken, bytes))
+            continue;
+        ++made;
+        found += findingsIn(broken).count(MoxTool::Level::Error) > 0 ? 1 : 0;
+    }
+    EXPECT_EQ(found, 200);
+}
+
+namespace {
+
+/// Whether the reader takes a file with all its numbers and node sets.
+bool readerTakes(const std::shared_ptr<MoxReader::Source>& source) {
+    try {
+        const MoxReader::File file(source);
+        const auto model = MoxReader::readModel(file);
+        MoxReader::HeavyData heavy(file, model);
+        for (const auto& node : model.nodes()) {
+            if (node.nodeSets() != nullptr)
+                heavy.readNodeSets(*node.nodeSets());
+            if (node.geometry() == nullptr)
+                continue;
+            for (const auto& dataset : node.geometry()->datasets) {
+                if (model.resolve(dataset).elementTag == MoxReader::Format::FloatTag)
+                    heavy.readFloats(dataset);
+                else
+                    heavy.readUnsigned(dataset);
+            }
+        }
+        return true;
+    } catch (const MoxReader::Error&) {
+        return false;
+    }
+}
+
+constexpr FileBytes SampleModel::*Streams[] = {&SampleModel::heavy,     &SampleModel::tree,
+                                               &SampleModel::light,     &SampleModel::attributes,
+                                               &SampleModel::resources, &SampleModel::global};
+
+} // namespace
+
+// With checksums that are right: what a faulty writer could make.
+TEST(Streams, HaveNoBitThatTheReaderRefusesAndTheCheckDoesNot) {
+    int refused = 0;
+    for (const auto& stream : Streams) {
+        const auto size = (soundSample().*stream).size();
+        for (std::size_t bit = 0; bit < 8 * size; ++bit) {
+            auto sample = soundSample();
+            auto& byte = (sample.*stream)[bit / 8];
+            byte = static_cast<std::uint8_t>(byte ^ (1u << bit % 8));
+            const auto source = sample.file().source();
+            if (readerTakes(source))
+                continue;
+            ++refused;
+            ASSERT_GT(findingsIn(source).count(MoxTool::Level::Error), 0u)
+                << "stream " << &stream - Streams << ", bit " << bit;
+        }
+    }
+    EXPECT_GT(refused, 2000);
+}

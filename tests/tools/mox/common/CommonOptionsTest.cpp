@@ -1,0 +1,95 @@
+#include "../TemporaryFolder.h"
+#include "Commands.h"
+#include "MoxRun.h"
+#include "SampleModel.h"
+
+#include <cstdio>
+
+namespace {
+
+class CommonOptions : public testing::Test {
+protected:
+    void SetUp() override { saveSampleModel(path); }
+
+    TemporaryFolder folder;
+    std::string path = folder.path("two words ü.mox");
+};
+
+} // namespace
+
+TEST_F(CommonOptions, ProgressShowsOnATerminalWhereItIsAskedFor) {
+    const auto run = runMox({"info", "--progress", path}, true);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.messages.starts_with("\r\x1B[Kdecompressing")) << run.messages;
+}
+
+TEST_F(CommonOptions, ProgressMayBeAskedForBeforeTheCommand) {
+    EXPECT_NE(runMox({"--progress", "info", path}, true).messages, "");
+}
+
+TEST_F(CommonOptions, NoProgressShowsWithoutTheOptionOrWithoutATerminal) {
+    EXPECT_EQ(runMox({"info", path}, true).messages, "");
+    EXPECT_EQ(runMox({"info", "--progress", path}, false).messages, "");
+}
+
+TEST_F(CommonOptions, NoColorTakesTheColourFromErrorsAndOutput) {
+    Messages messages(true, true);
+    const char* line[] = {"mox", "info", "--no-color", "/nowhere.mox"};
+    EXPECT_EQ(MoxTool::Application(messages.terminal()).run(4, line), 1);
+    EXPECT_EQ(messages.text(),
+              "mox info: /nowhere.mox: no regular file that can be opened; check the path and the "
+              "permissions\n");
+}
+
+TEST(TerminalOptions, DropColoursTakesThemFromBothStreams) {
+    MoxTool::Terminal terminal(stderr, false, true, true);
+    EXPECT_TRUE(terminal.outputColours());
+    terminal.dropColours();
+    EXPECT_FALSE(terminal.outputColours());
+}
+
+TEST_F(CommonOptions, DashReadsStandardInput) {
+    for (const std::string command : {"info", "tree", "stat", "dump"}) {
+        ASSERT_NE(std::freopen(path.c_str(), "rb", stdin), nullptr);
+        const auto run = runMox({command, "-"});
+        EXPECT_EQ(run.exitCode, 0) << run.messages;
+        EXPECT_NE(run.output, "");
+    }
+}
+
+TEST_F(CommonOptions, FileOfAnotherKindIsOneLineOnStandardErrorAlone) {
+    const auto other = folder.write("other.txt", "This is no model, but a text of some length.");
+    for (const std::string command : {"info", "tree", "stat", "dump"}) {
+        const auto run = runMox({command, other});
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.output, "");
+        EXPECT_EQ(run.messages,
+                  "mox " + command + ": " + other +
+                      ": the first eight bytes are not the signature of this format (file offset 0); "
+                      "is this a MOX file?\n");
+    }
+}
+
+TEST_F(CommonOptions, HelpOfEveryCommandShowsExamplesAndTheCommonOptions) {
+    for (const auto& command : MoxTool::makeCommands()) {
+        const auto run = runMox({command->name(), "--help"});
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_NE(run.output.find("\nExamples:\n  mox "), std::string::npos) << command->name();
+        EXPECT_NE(run.output.find("--no-color"), std::string::npos) << command->name();
+        EXPECT_NE(run.output.find("--progress"), std::string::npos) << command->name();
+    }
+}
+
+// Whatever the bytes say, a command comes to an end with one of its exit codes. The commands take turns.
+TEST_F(CommonOptions, EveryDamagedByteEndsInAnExitCode) {
+    const auto whole = folder.read("two words ü.mox");
+    const auto file = folder.path("damaged.mox");
+    const std::vector<std::vector<std::string>> lines = {
+        {"info", file}, {"tree", file}, {"stat", file}, {"dump", "--numbers", file}};
+    for (std::size_t place = 0; place < whole.size(); ++place) {
+        auto damaged = whole;
+        damaged[place] = static_cast<char>(~damaged[place]);
+        folder.write("damaged.mox", damaged);
+        ASSERT_LE(runMox(lines[place % lines.size()]).exitCode, 1) << place;
+    }
+}

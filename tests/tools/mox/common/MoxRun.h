@@ -1,0 +1,28 @@
+#pragma once
+
+#include "../Messages.h"
+#include "Application.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+/// What a run of `mox` gave.
+struct MoxRun {
+    int exitCode;
+    std::string output;   ///< On stdout.
+    std::string messages; ///< On stderr.
+};
+
+/// Runs `mox` with these arguments.
+inline MoxRun runMox(const std::vector<std::string>& arguments, bool interactive = false) {
+    std::vector<const char*> line = {"mox"};
+    for (const auto& argument : arguments)
+        line.push_back(argument.c_str());
+    Messages messages(interactive);
+    testing::internal::CaptureStdout();
+    const int exitCode =
+        MoxTool::Application(messages.terminal()).run(static_cast<int>(line.size()), line.data());
+    return {exitCode, testing::internal::GetCapturedStdout(), messages.text()};
+}

@@ -1,0 +1,317 @@
+#include "../TemporaryFolder.h"
+#include "../common/MoxRun.h"
+#include "../common/SampleModel.h"
+#include "Support/SampleModel.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace {
+
+namespace Mox = Qel::Mox2;
+using Floats = std::vector<float>;
+
+class DiffCommand : public testing::Test {
+protected:
+    /// Saves a model with the Group 1 "root" and what fill adds below it.
+    std::string save(const std::string& name, const std::function<void(Mox::Model&)>& fill) const {
+        Mox::Model model;
+        model.saveTo(folder.path(name), {});
+        model.addNode(Mox::Group, "root");
+        fill(model);
+        model.close();
+        return folder.path(name);
+    }
+
+    /// Saves a model with one shape "part" and one dataset of it.
+    std::string saveDataset(const std::string& name, const Floats& values, std::size_t columns = 3,
+                            const Mox::Step& step = {"Load 1", {}}) const {
+        return save(name, [&](Mox::Model& model) {
+            const auto part = model.addNode(Mox::Shape, "part");
+            const Mox::Array2d<float> array(values.size() / columns, columns, values);
+            model.addArrayProperty("U", columns == 3 ? Mox::NodeVector : Mox::NodeScalar, array, part, step);
+        });
+    }
+
+    static void addGroup(Mox::Model& model, const std::string& name, const Floats& translation = {0, 0, 0},
+                         const Mox::Attributes& attributes = {}) {
+        model.setCurrentNodeId(1);
+        const auto group = model.addNode(Mox::Group, name, attributes);
+        Mox::NodeProperties properties;
+        properties.set(Mox::Translation, translation);
+        model.setNodeData(group, properties);
+    }
+
+    static void addShape(Mox::Model& model, const std::string& name) {
+        model.setCurrentNodeId(1);
+        model.addNode(Mox::Shape, name);
+    }
+
+    /// Compares the files a.mox and b.mox.
+    MoxRun diff(std::vector<std::string> options = {}) const {
+        options.insert(options.begin(), "diff");
+        options.push_back(folder.path("a.mox"));
+        options.push_back(folder.path("b.mox"));
+        return runMox(options);
+    }
+
+    void expectDifferences(const MoxRun& run, const std::string& lines) const {
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.output, lines);
+        EXPECT_EQ(run.messages, "");
+    }
+
+    void expectEqual(const MoxRun& run) const {
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.output + run.messages, "");
+    }
+
+    TemporaryFolder folder;
+};
+
+} // namespace
+
+TEST_F(DiffCommand, ModelSavedTwiceIsEqual) {
+    saveSampleModel(folder.path("a.mox"));
+    saveSampleModel(folder.path("b.mox"));
+    expectEqual(diff());
+    expectEqual(diff({"--links"}));
+}
+
+TEST_F(DiffCommand, TellsTheWorstNumberAndItsPlace) {
+    saveDataset("a.mox", {0, 0, 0, 1, 1, 1});
+    saveDataset("b.mox", {0, 0, 0, 1, 1.5F, 2});
+    expectDifferences(diff(), "/root/part, U, step \"Load 1\": numbers: 2 of 6 differ, "
+                              "worst at row 1, component 2: 1 != 2 (by 1)\n");
+}
+
+TEST_F(DiffCommand, AbsoluteToleranceAllowsDifferences) {
+    saveDataset("a.mox", {0, 0, 0, 1, 1, 1});
+    saveDataset("b.mox", {0, 0, 0, 1, 1.5F, 2});
+    expectDifferences(diff({"--abs", "0.5"}), "/root/part, U, step \"Load 1\": numbers: 1 of 6 differ, "
+                                              "worst at row 1, component 2: 1 != 2 (by 1)\n");
+    expectEqual(diff({"--abs", "1"}));
+    expectEqual(diff({"--rel", "0.5"}));
+}
+
+TEST_F(DiffCommand, NumbersReadBackEqualFromItsLines) {
+    saveDataset("a.mox", {0.1F}, 1, {});
+    saveDataset("b.mox", {0.100000024F}, 1, {});
+    expectDifferences(diff(), "/root/part, U: numbers: 1 of 1 differ, worst at row 0, component 0: "
+                              "0.1 != 0.100000024 (by 2.2351741790771484e-08)\n");
+}
+
+TEST_F(DiffCommand, DatasetsOfOtherShapesAreNotComparedNumberByNumber) {
+    saveDataset("a.mox", {0, 0, 0, 1, 1, 1});
+    saveDataset("b.mox", {1, 2, 3});
+    expectDifferences(diff(), "/root/part, U, step \"Load 1\": shape: \"2 x 3\" != \"1 x 3\"\n");
+}
+
+TEST_F(DiffCommand, TypesOfDatasetsCount) {
+    saveDataset("a.mox", {7}, 1, {});
+    save("b.mox", [](Mox::Model& model) {
+        const auto part = model.addNode(Mox::Shape, "part");
+        model.addArrayProperty("U", Mox::NodeIds, Mox::Array1d<unsigned>{7}, part, Mox::Step{});
+        model.addArrayProperty("V", Mox::ElementIds, Mox::Array1d<unsigned>{7}, part, Mox::Step{"s", {}});
+    });
+    expectDifferences(diff(), "/root/part, U: element type: \"float\" != \"unsigned\"\n"
+                              "/root/part, V, step \"s\": dataset: \"unsigned, 1 x 1\", only in " +
+                                  folder.path("b.mox") + "\n");
+}
+
+TEST_F(DiffCommand, StepsArePartOfTheKey) {
+    saveDataset("a.mox", {7}, 1, {"Load 1", {}});
+    saveDataset("b.mox", {7}, 1, {"Load 2", {}});
+    expectDifferences(diff(), "/root/part, U, step \"Load 1\": dataset: \"float, 1 x 1\", only in " +
+                                  folder.path("a.mox") + "\n/root/part, U, step \"Load 2\": dataset: " +
+                                  "\"float, 1 x 1\", only in " + folder.path("b.mox") + "\n");
+}
+
+TEST_F(DiffCommand, TellsNodesThatOneFileLacksAndTypesThatChanged) {
+    save("a.mox", [](Mox::Model& model) {
+        addGroup(model, "old");
+        addGroup(model, "both");
+    });
+    save("b.mox", [](Mox::Model& model) {
+        addShape(model, "both");
+        addShape(model, "new");
+    });
+    expectDifferences(diff(), "/root/old: node: \"Group\", only in " + folder.path("a.mox") +
+                                  "\n/root/new: node: \"Shape\", only in " + folder.path("b.mox") +
+                                  "\n/root/both: type: \"Group\" != \"Shape\"" +
+                                  "\n/root/both: node: \"Geometry\", only in " + folder.path("b.mox") + "\n");
+}
+
+TEST_F(DiffCommand, TellsTransformsMaterialsAndAttributes) {
+    const auto fill = [](float x, float red, int mass) {
+        return [=](Mox::Model& model) {
+            Mox::Attributes attributes;
+            attributes.set("Mass", mass);
+            addGroup(model, "g", {x, 0, 0}, attributes);
+            const auto shape = model.addNode(Mox::Shape, "s");
+            Mox::NodeProperties properties;
+            properties.set(Mox::DiffuseColor, Floats{red, 0, 0});
+            model.setNodeData(shape, properties);
+        };
+    };
+    save("a.mox", fill(0, 0.1F, 3));
+    save("b.mox", fill(1, 0.2F, 4));
+    expectDifferences(diff(), "/root/g: translation: [0.0,0.0,0.0] != [1.0,0.0,0.0]\n"
+                              "/root/g: attribute \"Mass\": 3 != 4\n"
+                              "/root/g/s: material: diffuse: [0.1,0.0,0.0,1.0] != [0.2,0.0,0.0,1.0]\n");
+    expectDifferences(diff({"--abs", "1"}), "/root/g: attribute \"Mass\": 3 != 4\n");
+}
+
+TEST_F(DiffCommand, SiblingsOfOneNameArePairedInOrder) {
+    save("a.mox", [](Mox::Model& model) {
+        addGroup(model, "g", {1, 0, 0});
+        addGroup(model, "other");
+        addGroup(model, "g", {2, 0, 0});
+    });
+    save("b.mox", [](Mox::Model& model) {
+        addGroup(model, "other");
+        addGroup(model, "g", {1, 0, 0});
+        addGroup(model, "g", {3, 0, 0});
+    });
+    expectDifferences(diff(), "/root/g: translation: [2.0,0.0,0.0] != [3.0,0.0,0.0]\n");
+}
+
+TEST_F(DiffCommand, LinksEqualStoredNumbersUnlessAsked) {
+    const auto fill = [](bool link) {
+        return [link](Mox::Model& model) {
+            const auto part = model.addNode(Mox::Shape, "part");
+            const Mox::Array1d<float> values{1, 2};
+            Mox::StepList steps(2);
+            steps.set(0, {"1", {}});
+            steps.set(1, {"2", {}});
+            if (link)
+                return model.addArrayProperty("T", Mox::NodeScalar, values, part, steps);
+            model.addArrayProperty("T", Mox::NodeScalar, values, part, steps[0]);
+            model.addArrayProperty("T", Mox::NodeScalar, values, part, steps[1]);
+        };
+    };
+    save("a.mox", fill(false));
+    save("b.mox", fill(true));
+    expectEqual(diff());
+    expectDifferences(diff({"--links"}), "/root/part, T, step \"2\": link: "
+                                         R"({"node":"/root/part","dataset":"T","step":"1"}, only in )" +
+                                             folder.path("b.mox") + "\n");
+}
+
+TEST_F(DiffCommand, SharedNumbersDifferForEachDatasetThatHasThem) {
+    const auto fill = [](float value) {
+        return [value](Mox::Model& model) {
+            const auto part = model.addNode(Mox::Shape, "part");
+            Mox::StepList steps(2);
+            steps.set(0, {"1", {}});
+            steps.set(1, {"2", {}});
+            model.addArrayProperty("T", Mox::NodeScalar, Mox::Array1d<float>{value}, part, steps);
+        };
+    };
+    save("a.mox", fill(1));
+    save("b.mox", fill(2));
+    const std::string body = "numbers: 1 of 1 differ, worst at row 0, component 0: 1 != 2 (by 1)\n";
+    expectDifferences(diff(), "/root/part, T, step \"1\": " + body + "/root/part, T, step \"2\": " + body);
+}
+
+TEST_F(DiffCommand, SourceOfTheFileCounts) {
+    saveSampleModel(folder.path("a.mox"));
+    Mox::Model().saveTo(folder.path("b.mox"), {});
+    const auto run = diff();
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.output.starts_with("file: save 1: source name: \"Solver\" != \"\"\n"
+                                       "file: save 1: source version: \"2.1\" != \"\"\n"
+                                       "/Assembly: name: \"Assembly\" != \"\"\n"
+                                       "/Assembly: type: \"Group\" != \"\"\n"))
+        << run.output;
+}
+
+TEST_F(DiffCommand, NodeSetsAreComparedMemberByMember) {
+    const auto write = [this](const std::string& name, const SampleModel& model) {
+        const auto bytes = model.file().bytes();
+        folder.write(name, std::string(bytes.begin(), bytes.end()));
+    };
+    SampleModel model;
+    write("a.mox", model);
+    model.heavy[model.heavy.size() - 4] = 7; // The second value of the last member, 6 before.
+    write("b.mox", model);
+    expectDifferences(diff(), "/Root/Sets: node set \"cde\", member 1: [3,6] != [3,7]\n");
+}
+
+TEST_F(DiffCommand, JsonHasAllOfIt) {
+    const auto a = saveDataset("a.mox", {1, 1, 1});
+    const auto b = saveDataset("b.mox", {1, 1, std::numeric_limits<float>::infinity()});
+    const auto run = diff({"--json", "--rel", "0.5"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.output, "{\n  \"files\": {\"a\":\"" + a + "\",\"b\":\"" + b +
+                              R"("},
+  "tolerance": {"absolute":0.0,"relative":0.5},
+  "equal": false,
+  "differences": [
+    {"what":"numbers","node":"/root/part","idA":3,"idB":3,"dataset":"U","step":"Load 1","numbers":{"differing":1,"count":3,"worst":{"row":0,"component":2,"a":1.0,"b":"inf","by":"inf"}}}
+  ]
+}
+)");
+}
+
+TEST_F(DiffCommand, JsonOfEqualFilesHasNoDifferences) {
+    saveDataset("a.mox", {1, 1, 1});
+    saveDataset("b.mox", {1, 1, 1});
+    const auto run = diff({"--json"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.output.ends_with("  \"equal\": true,\n  \"differences\": []\n}\n")) << run.output;
+}
+
+TEST_F(DiffCommand, QuietLeavesItToTheExitCode) {
+    saveDataset("a.mox", {1, 1, 1});
+    saveDataset("b.mox", {1, 1, 2});
+    const auto run = diff({"-q"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.output + run.messages, "");
+}
+
+TEST_F(DiffCommand, MissingOrDamagedFileIsTroubleAndNamed) {
+    saveDataset("a.mox", {1, 1, 1});
+    const auto missing = diff();
+    EXPECT_EQ(missing.exitCode, 2);
+    EXPECT_EQ(missing.output, "");
+    EXPECT_EQ(missing.messages,
+              "mox diff: " + folder.path("b.mox") +
+                  ": no regular file that can be opened; check the path and the permissions\n");
+    const auto whole = folder.read("a.mox");
+    folder.write("b.mox", whole.substr(0, whole.size() - 1));
+    const auto cut = diff();
+    EXPECT_EQ(cut.exitCode, 2);
+    EXPECT_TRUE(cut.messages.starts_with("mox diff: " + folder.path("b.mox") + ": ")) << cut.messages;
+}
+
+TEST_F(DiffCommand, NumbersThatCannotBeReadAreTroubleAndNoDifference) {
+    saveDataset("a.mox", {1, 1, 1});
+    auto damaged = folder.read("a.mox");
+    auto& byte =
+        damaged[2800 + 4 + 2 + 3]; // The first block holds the numbers: length word, zlib header, bytes.
+    byte = static_cast<char>(byte ^ 0x10);
+    folder.write("b.mox", damaged);
+    const auto run = diff();
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.output, "");
+    EXPECT_TRUE(run.messages.starts_with("mox diff: " + folder.path("b.mox") + ": ")) << run.messages;
+    EXPECT_EQ(std::count(run.messages.begin(), run.messages.end(), '\n'), 1);
+}
+
+TEST_F(DiffCommand, WrongUsageIsTrouble) {
+    EXPECT_EQ(runMox({"diff", "a.mox"}).exitCode, 2);
+    EXPECT_EQ(runMox({"diff", "-", "-"}).exitCode, 2);
+    for (const auto* number : {"-1", "nan", "inf", "little"}) {
+        const auto run = runMox({"diff", std::string("--abs=") + number, "a.mox", "b.mox"});
+        EXPECT_EQ(run.exitCode, 2) << number;
+        EXPECT_NE(run.messages.find("must be a number from 0 up"), std::string::npos) << run.messages;
+    }
+}
+
+TEST_F(DiffCommand, HelpExplainsTheToleranceAndShowsExamples) {
+    const auto run = runMox({"diff", "--help"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_NE(run.output.find("|a - b| <= max(abs, rel * max(|a|, |b|))"), std::string::npos);
+    EXPECT_NE(run.output.find("mox diff --rel 1e-5 --abs 1e-9 before.mox after.mox"), std::string::npos);
+}

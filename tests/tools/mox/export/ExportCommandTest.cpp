@@ -1,0 +1,136 @@
+#include "../TemporaryFolder.h"
+#include "../common/MoxRun.h"
+#include "ForeignModel.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Files = std::vector<std::string>;
+
+class ExportCommand : public testing::Test {
+protected:
+    ExportCommand() { saveForeignModel(model); }
+
+    void expectRefused(const std::vector<std::string>& arguments, const std::string& reason,
+                       int exitCode = 1) {
+        const auto before = folder.files();
+        auto line = arguments;
+        line.insert(line.begin(), "export");
+        const auto run = runMox(line);
+        EXPECT_EQ(run.exitCode, exitCode);
+        EXPECT_EQ(run.messages, "mox export: " + reason + "\n");
+        EXPECT_EQ(run.output, "");
+        EXPECT_EQ(folder.files(), before);
+    }
+
+    // A line of two nodes, whose elements the test gives.
+    std::string saveLine(const Qel::Mox2::Array1d<unsigned int>& nodes) const {
+        namespace Mox = Qel::Mox2;
+        Mox::Model lines;
+        lines.saveTo(folder.path("line.mox"), {true, "", "", ""});
+        lines.addNode(Mox::RootGroup, "line");
+        const auto shape = lines.addNode(Mox::Shape, "Line");
+        lines.addArrayProperty(Mox::Coordinates, Mox::Array2d<float>(2, 3, 0.0F), shape, Mox::Step{});
+        lines.addArrayProperty(Mox::Connectivity0, nodes, shape, Mox::Step{});
+        lines.addArrayProperty(Mox::Polylength0, Mox::Array1d<unsigned int>{2}, shape, Mox::Step{});
+        lines.close();
+        return folder.path("line.mox");
+    }
+
+    TemporaryFolder folder;
+    std::string model = folder.path("model.mox");
+};
+
+} // namespace
+
+TEST_F(ExportCommand, HelpShowsFormatsAndExamples) {
+    const auto run = runMox({"export", "--help"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_NE(run.output.find("mox export bracket.mox bracket.pvd"), std::string::npos);
+    EXPECT_NE(run.output.find(".vtu"), std::string::npos);
+}
+
+TEST_F(ExportCommand, UnknownExtensionIsWrongUsage) {
+    expectRefused({model, folder.path("out.stl")},
+                  "OUT: " + folder.path("out.stl") +
+                      ": the extension must be .e, .exo, .ex2, .g, .vtu or .pvd (see mox export --help)",
+                  2);
+    EXPECT_EQ(runMox({"export", model}).exitCode, 2);
+}
+
+TEST_F(ExportCommand, MissingAndForeignInputIsRefused) {
+    const auto missing = folder.path("none.mox");
+    expectRefused({missing, folder.path("out.vtu")},
+                  missing + ": no regular file that can be opened; check the path and the permissions");
+    const auto text = folder.write("text.mox", "no model, but a text of some length");
+    const auto run = runMox({"export", text, folder.path("out.pvd")});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.messages.starts_with("mox export: " + text + ": ")) << run.messages;
+    EXPECT_EQ(folder.files(), (Files{"model.mox", "text.mox"}));
+}
+
+TEST_F(ExportCommand, ModelWithoutMeshIsRefused) {
+    Qel::Mox2::Model empty;
+    empty.saveTo(folder.path("empty.mox"), {true, "", "", ""});
+    empty.addNode(Qel::Mox2::RootGroup, "nothing");
+    empty.close();
+    expectRefused({folder.path("empty.mox"), folder.path("out.vtu")},
+                  folder.path("empty.mox") +
+                      ": has no geometry with Coordinates, Connectivity and Polylength to export");
+}
+
+TEST_F(ExportCommand, ElementsThatContradictThemselvesAreRefused) {
+    expectRefused({saveLine({0, 2}), folder.path("out.vtu")},
+                  folder.path("line.mox") +
+                      ": geometry \"Line\": an element refers to node 2 of 2; mox check lists all damage");
+    expectRefused({saveLine({0, 1, 1}), folder.path("out.vtu")},
+                  folder.path("line.mox") +
+                      ": geometry \"Line\": its elements have 2 nodes by Polylength and 3 by "
+                      "Connectivity; mox check lists all damage");
+}
+
+TEST_F(ExportCommand, OneFileForSeveralStepsIsRefused) {
+    expectRefused({model, folder.path("out.vtu")},
+                  folder.path("out.vtu") +
+                      ": can't hold the model's 2 steps; name a .pvd file, or one step with --step");
+}
+
+TEST_F(ExportCommand, UnknownStepIsRefused) {
+    expectRefused({"--step", "Step 9", model, folder.path("out.pvd")},
+                  model + ": has no step \"Step 9\"; mox tree lists its steps");
+}
+
+TEST_F(ExportCommand, ExistingOutputIsKeptUnlessToBeOverwritten) {
+    const auto output = folder.write("out.vtu", "precious");
+    expectRefused({"--step", "Load", model, output}, output + ": exists already; --overwrite replaces it");
+    EXPECT_EQ(folder.read("out.vtu"), "precious");
+    EXPECT_EQ(runMox({"export", "--overwrite", "--step", "Load", model, output}).exitCode, 0);
+    EXPECT_TRUE(folder.read("out.vtu").starts_with("<?xml"));
+}
+
+TEST_F(ExportCommand, FolderOfStepsIsReplacedOnlyIfAskedForAndOnlyByItsLike) {
+    const auto output = folder.path("out.pvd");
+    const auto steps = folder.path("out_steps");
+    ASSERT_EQ(runMox({"export", model, output}).exitCode, 0);
+    fs::remove(output);
+    expectRefused({model, output}, steps + ": exists already; --overwrite replaces it");
+    EXPECT_EQ(runMox({"export", "--overwrite", "--step", "Load", model, output}).exitCode, 0);
+    EXPECT_EQ(std::distance(fs::directory_iterator(steps), {}), 1);
+    folder.write("out_steps/notes.txt", "precious");
+    expectRefused({"--overwrite", model, output},
+                  steps +
+                      ": holds more than .vtu files and is not replaced; remove it or choose another name");
+    EXPECT_EQ(folder.read("out_steps/notes.txt"), "precious");
+    EXPECT_EQ(folder.files(), (Files{"model.mox", "out.pvd", "out_steps"}));
+}
+
+TEST_F(ExportCommand, FolderOfTheOutputMustExist) {
+    const auto output = folder.path("none/out.pvd");
+    expectRefused({model, output}, output + ": the folder does not exist");
+}
+
+TEST_F(ExportCommand, InputIsNeverReplaced) {
+    const auto input = folder.write("model.e", folder.read("model.mox"));
+    expectRefused({"--overwrite", input, input}, input + ": is the input itself");
+}

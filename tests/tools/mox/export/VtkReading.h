@@ -1,0 +1,114 @@
+#pragma once
+
+#include "../TemporaryFolder.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// One array of a mesh that another program has read.
+struct VtkArrayRead {
+    std::string type;
+    std::size_t columns = 0;
+    std::vector<std::string> columnNames;
+    std::vector<double> numbers;
+};
+
+/// A mesh that another program has read.
+struct VtkMeshRead {
+    std::size_t points = 0;
+    std::size_t cells = 0;
+    std::map<std::string, VtkArrayRead> arrays; ///< By section and name, such as "PointData/Temperature".
+
+    const std::vector<double>& numbers(const std::string& name) const { return arrays.at(name).numbers; }
+    std::vector<std::string> texts(const std::string& name) const {
+        std::vector<std::string> found(1);
+        for (const auto byte : numbers(name)) {
+            if (byte == 0)
+                found.emplace_back();
+            else
+                found.back() += static_cast<char>(byte);
+        }
+        found.pop_back();
+        return found;
+    }
+};
+
+/// Reads VTK files by the Python script beside this file.
+class VtkReading {
+public:
+    static bool hasPython() { return !std::string(MOX_TEST_PYTHON).empty(); }
+
+    /// @param way "xml" or "vtk".
+    /// @return false if what the way needs is not installed.
+    /// @throws std::runtime_error if the file can't be read.
+    bool read(const std::string& way, const std::string& path, VtkMeshRead& mesh) const {
+        if (!run(way, path))
+            return false;
+        std::istringstream lines(folder.read("shown"));
+        std::string line;
+        std::getline(lines, line);
+        std::istringstream(line.substr(5)) >> mesh.points >> mesh.cells;
+        std::getline(lines, line);
+        while (std::getline(lines, line)) {
+            std::string numbers;
+            std::getline(lines, numbers);
+            addArray(split(line), numbers, mesh);
+        }
+        return true;
+    }
+
+    /// Value and path of each file of a series.
+    std::vector<std::pair<double, std::string>> series(const std::string& path) const {
+        run("series", path);
+        std::vector<std::pair<double, std::string>> files;
+        std::istringstream lines(folder.read("shown"));
+        for (std::string line; std::getline(lines, line);) {
+            const auto cells = split(line);
+            files.emplace_back(std::stod(cells.at(0)), cells.at(1));
+        }
+        return files;
+    }
+
+private:
+    static constexpr int NotInstalled = 77;
+
+    bool run(const std::string& way, const std::string& path) const {
+        const auto command = std::string("\"") + MOX_TEST_PYTHON + "\" \"" + MOX_TEST_READ_VTK + "\" " + way +
+                             " \"" + path + "\" > \"" + folder.path("shown") + "\"";
+        const int status = std::system(command.c_str());
+        if (status == 0)
+            return true;
+        if (status == NotInstalled || status == NotInstalled << 8)
+            return false;
+        throw std::runtime_error("this command failed: " + command);
+    }
+
+    static std::vector<std::string> split(const std::string& line) {
+        std::vector<std::string> cells;
+        std::istringstream stream(line);
+        for (std::string cell; std::getline(stream, cell, '\t');)
+            cells.push_back(cell);
+        return cells;
+    }
+
+    static void addArray(const std::vector<std::string>& head, const std::string& numbers,
+                         VtkMeshRead& mesh) {
+        VtkArrayRead array{head.at(2), std::stoul(head.at(3)), {head.begin() + 4, head.end()}, {}};
+        const char* rest = numbers.c_str();
+        for (char* end = nullptr;; rest = end) {
+            const double number = std::strtod(rest, &end);
+            if (end == rest)
+                break;
+            array.numbers.push_back(number);
+        }
+        mesh.arrays[head.at(0) + "/" + head.at(1)] = array;
+    }
+
+    TemporaryFolder folder;
+};

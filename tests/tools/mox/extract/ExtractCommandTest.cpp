@@ -1,0 +1,194 @@
+#include "../TemporaryFolder.h"
+#include "../common/MoxRun.h"
+#include "../common/SampleModel.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+namespace Mox = Qel::Mox2;
+
+class ExtractCommand : public testing::Test {
+protected:
+    void SetUp() override { saveSampleModel(model); }
+
+    MoxRun extract(std::vector<std::string> options) const {
+        options.insert(options.begin(), {"extract", model});
+        return runMox(options);
+    }
+
+    void expectOutput(const MoxRun& run, const std::string& output) const {
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.output, output);
+        EXPECT_EQ(run.messages, "");
+    }
+
+    void expectFailure(const MoxRun& run, const std::string& reason) const {
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.output, "");
+        EXPECT_EQ(run.messages, "mox extract: " + reason + "\n");
+    }
+
+    /// Saves a model whose names and numbers are out of the ordinary: Group 1 "a/b", Shape 2 with Geometry 3
+    /// "c", Shape 4 with Geometry 5 "c".
+    void saveOddModel() const {
+        Mox::Model odd;
+        odd.saveTo(model, {true, "", "", ""});
+        odd.addNode(Mox::Group, "a/b");
+        const auto first = odd.addNode(Mox::Shape, "c");
+        odd.addArrayProperty("Ids", Mox::NodeIds, Mox::Array1d<unsigned>{0, 16777217, 4294967295}, first,
+                             Mox::Step{});
+        odd.setCurrentNodeId(1);
+        const auto second = odd.addNode(Mox::Shape, "c");
+        odd.addArrayProperty("../T", Mox::NodeScalar, Mox::Array1d<float>{5}, second, Mox::Step{"t/1", {}});
+        odd.close();
+    }
+
+    TemporaryFolder folder;
+    std::string model = folder.path("model.mox");
+};
+
+} // namespace
+
+TEST_F(ExtractCommand, WritesOneLineForEachItem) {
+    expectOutput(extract({"--node", "/Assembly/Cube", "--data", "Coordinates"}),
+                 "0,0.1,1e+20\n-inf,nan,-0\n");
+}
+
+TEST_F(ExtractCommand, FollowsLinksToTheNumbers) {
+    expectOutput(extract({"--node", "/Assembly/Cube", "--data", "Temperature", "--step", "Step 2"}),
+                 "20\n80\n");
+}
+
+TEST_F(ExtractCommand, WritesForNumPy) {
+    expectOutput(extract({"--id", "3", "--data", "Temperature", "--step", "Step 1", "--format", "npy"}),
+                 std::string("\x93NUMPY\x01\x00\x76\x00", 10) +
+                     "{'descr': '<f4', 'fortran_order': False, 'shape': (2,), }" + std::string(60, ' ') +
+                     "\n" + std::string("\0\0\xA0\x41\0\0\xA0\x42", 8));
+}
+
+TEST_F(ExtractCommand, WritesRawNumbersItemByItem) {
+    const auto run = extract({"--id", "2", "--data", "Coordinates", "--format", "raw"});
+    expectOutput(run, std::string("\0\0\0\0\xCD\xCC\xCC\x3D\xEC\x78\xAD\x60"
+                                  "\0\0\x80\xFF\0\0\xC0\x7F\0\0\0\x80",
+                                  24));
+}
+
+TEST_F(ExtractCommand, IntegersStayWhole) {
+    saveOddModel();
+    expectOutput(extract({"--id", "2", "--data", "Ids"}), "0\n16777217\n4294967295\n");
+    expectOutput(extract({"--id", "2", "--data", "Ids", "--format", "raw"}),
+                 std::string("\0\0\0\0\x01\0\0\x01\xFF\xFF\xFF\xFF", 12));
+}
+
+TEST_F(ExtractCommand, SeparatorAndIdReachNodesThatSlashesDoNot) {
+    saveOddModel();
+    EXPECT_EQ(extract({"--node", "|a/b|c", "--separator", "|", "--data", "Ids"}).exitCode, 0);
+    expectOutput(extract({"--id", "4", "--data", "../T", "--step", "t/1"}), "5\n");
+    expectFailure(extract({"--node", "/a/b/c", "--data", "Ids"}),
+                  model + ": has no node \"/a/b/c\"; mox tree shows all nodes");
+}
+
+TEST_F(ExtractCommand, NameOfTheOutputDecidesTheFormat) {
+    const auto npy = folder.path("t.npy");
+    expectOutput(extract({"--id", "3", "--data", "Coordinates", "-o", npy}), "");
+    EXPECT_EQ(folder.read("t.npy").size(), 128U + 24U);
+    expectOutput(extract({"--id", "3", "--data", "Coordinates", "-o", folder.path("t.txt")}), "");
+    EXPECT_EQ(folder.read("t.txt"), "0,0.1,1e+20\n-inf,nan,-0\n");
+    EXPECT_EQ(folder.files(), (std::vector<std::string>{"model.mox", "t.npy", "t.txt"}));
+}
+
+TEST_F(ExtractCommand, ExistingFileIsKeptUnlessToBeOverwritten) {
+    const auto output = folder.write("t.csv", "precious");
+    const std::vector<std::string> options = {"--id",   "3",      "--data", "Temperature",
+                                              "--step", "Step 1", "-o",     output};
+    expectFailure(extract(options), output + ": exists already; --overwrite replaces it");
+    EXPECT_EQ(folder.read("t.csv"), "precious");
+    auto overwriting = options;
+    overwriting.emplace_back("--overwrite");
+    expectOutput(extract(overwriting), "");
+    EXPECT_EQ(folder.read("t.csv"), "20\n80\n");
+}
+
+TEST_F(ExtractCommand, InputIsNeverReplaced) {
+    expectFailure(extract({"--id", "3", "--data", "Coordinates", "--overwrite", "-o", model}),
+                  model + ": is the input itself");
+}
+
+TEST_F(ExtractCommand, TellsWhatThereIsInsteadOfAMissingDataset) {
+    expectFailure(extract({"--node", "/Assembly/Cube", "--data", "Stress"}),
+                  model + ": /Assembly/Cube has no dataset \"Stress\" without a step; the node has "
+                          "\"Coordinates\", \"Temperature\"");
+    expectFailure(extract({"--node", "/Assembly/Cube", "--data", "Temperature"}),
+                  model + ": /Assembly/Cube has no dataset \"Temperature\" without a step; it has the steps "
+                          "\"Step 1\", \"Step 2\" (option --step)");
+    expectFailure(extract({"--id", "1", "--data", "Temperature"}),
+                  model + ": node 1 \"Assembly\" has no datasets; name a shape or its geometry");
+    expectFailure(extract({"--id", "5", "--data", "Temperature"}),
+                  model + ": has no node 5; mox tree shows all ids");
+}
+
+TEST_F(ExtractCommand, AllGoesIntoAFolderWithAnIndex) {
+    expectOutput(extract({"--all", folder.path("out")}), "");
+    EXPECT_EQ(folder.files(), (std::vector<std::string>{"model.mox", "out"}));
+    EXPECT_EQ(folder.read("out/3-0-Coordinates.csv"), "0,0.1,1e+20\n-inf,nan,-0\n");
+    EXPECT_EQ(folder.read("out/3-1-Temperature-Step_1.csv"), "20\n80\n");
+    EXPECT_FALSE(std::filesystem::exists(folder.path("out/3-2-Temperature-Step_2.csv")));
+    EXPECT_EQ(nlohmann::json::parse(folder.read("out/index.json")), nlohmann::json::parse(R"({"format": "csv",
+        "datasets": [
+            {"file": "3-0-Coordinates.csv", "node": "/Assembly/Cube", "id": 3, "name": "Coordinates",
+             "type": "Coordinates", "element": "float", "items": 2, "components": 3, "link": false},
+            {"file": "3-1-Temperature-Step_1.csv", "node": "/Assembly/Cube", "id": 3, "name": "Temperature",
+             "step": "Step 1", "type": "NodeScalar", "element": "float", "items": 2, "components": 1,
+             "link": false},
+            {"file": "3-1-Temperature-Step_1.csv", "node": "/Assembly/Cube", "id": 3, "name": "Temperature",
+             "step": "Step 2", "type": "NodeScalar", "element": "float", "items": 2, "components": 1,
+             "link": true}]})"));
+}
+
+TEST_F(ExtractCommand, NamesOfDatasetsCannotLeaveTheFolder) {
+    saveOddModel();
+    expectOutput(extract({"--all", folder.path("out/"), "--format", "raw"}), "");
+    EXPECT_EQ(folder.read("out/5-0-.._T-t_1.raw"), std::string("\0\0\xA0\x40", 4));
+    EXPECT_EQ(folder.read("out/3-0-Ids.raw").size(), 12U);
+}
+
+TEST_F(ExtractCommand, ExistingFolderIsLeftAlone) {
+    std::filesystem::create_directory(folder.path("out"));
+    expectFailure(extract({"--all", folder.path("out")}),
+                  folder.path("out") + ": exists already; give the name of a new folder");
+    expectFailure(extract({"--all", folder.path("none/out")}),
+                  folder.path("none/out") + ": the folder that is to hold it does not exist");
+}
+
+TEST_F(ExtractCommand, DamagedNumbersLeaveNothingBehind) {
+    auto damaged = folder.read("model.mox");
+    auto& byte =
+        damaged[2800 + 4 + 2 + 3]; // The first block holds the numbers: length word, zlib header, bytes.
+    byte = static_cast<char>(byte ^ 0x10);
+    folder.write("model.mox", damaged);
+    const auto all = extract({"--all", folder.path("out")});
+    EXPECT_EQ(all.exitCode, 1);
+    EXPECT_TRUE(all.messages.starts_with("mox extract: " + model + ": ")) << all.messages;
+    EXPECT_EQ(extract({"--id", "3", "--data", "Coordinates", "-o", folder.path("c.csv")}).exitCode, 1);
+    EXPECT_EQ(extract({"--id", "3", "--data", "Coordinates"}).output, "");
+    EXPECT_EQ(folder.files(), std::vector<std::string>{"model.mox"});
+}
+
+TEST_F(ExtractCommand, WrongUsageIsToldApart) {
+    const auto noNode = extract({"--data", "Coordinates"});
+    EXPECT_EQ(noNode.exitCode, 2);
+    EXPECT_EQ(noNode.messages, "mox extract: --node, --id or --all is required (see mox extract --help)\n");
+    EXPECT_EQ(extract({"--id", "3"}).messages, "mox extract: --data is required (see mox extract --help)\n");
+    EXPECT_EQ(extract({"--id", "3", "--node", "/a", "--data", "b"}).exitCode, 2);
+    EXPECT_EQ(extract({"--all", folder.path("out"), "--data", "b"}).exitCode, 2);
+    EXPECT_EQ(extract({"--node", "/a", "--data", "b", "--separator", ""}).exitCode, 2);
+    EXPECT_EQ(extract({"--id", "3", "--data", "b", "--format", "docx"}).exitCode, 2);
+}
+
+TEST_F(ExtractCommand, HelpShowsFormatsAndExamples) {
+    const auto run = runMox({"extract", "--help"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_NE(run.output.find("mox extract bracket.mox --all numbers --format npy"), std::string::npos);
+    EXPECT_NE(run.output.find("for NumPy: float32 or uint32"), std::string::npos);
+}

@@ -1,0 +1,72 @@
+#include "../TemporaryFolder.h"
+#include "../common/MoxRun.h"
+#include "../common/SampleModel.h"
+
+namespace {
+
+class InfoCommand : public testing::Test {
+protected:
+    void SetUp() override { saveSampleModel(path); }
+
+    // The sample with a byte changed.
+    std::string damaged(std::size_t place) const {
+        auto bytes = folder.read("sample.mox");
+        bytes[place] = static_cast<char>(bytes[place] ^ 0x10);
+        return folder.write("damaged.mox", bytes);
+    }
+    static bool says(const MoxRun& run, const std::string& line) {
+        return ("\n" + run.output).find("\n" + line + "\n") != std::string::npos;
+    }
+
+    TemporaryFolder folder;
+    std::string path = folder.path("sample.mox");
+};
+
+constexpr std::size_t FirstBlock = 2800; // The numbers are the first thing that a model saves.
+
+} // namespace
+
+TEST_F(InfoCommand, ShowsWhatTheFileIs) {
+    const auto run = runMox({"info", path});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.messages, "");
+    EXPECT_TRUE(says(run, "version   1.3"));
+    EXPECT_TRUE(says(run, "source    Solver 2.1"));
+    EXPECT_TRUE(says(run, "blocks    6 (names: 6, index tables: 1)"));
+    EXPECT_TRUE(says(run, "nodes     4 (1 Geometry, 2 Group, 1 Shape)"));
+    EXPECT_TRUE(says(run, "depth     3 levels"));
+    EXPECT_TRUE(says(run, "datasets  3 (1 share the numbers of others)"));
+    EXPECT_TRUE(says(run, "steps     2 (\"Step 1\" to \"Step 2\")"));
+    EXPECT_TRUE(says(run, "whole     yes"));
+}
+
+TEST_F(InfoCommand, FindsADamagedNumberUnlessItIsToBeQuick) {
+    const auto file = damaged(FirstBlock + 20);
+    const auto run = runMox({"info", file});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.output.find("whole     no, block 0 at 2800: "), std::string::npos) << run.output;
+    EXPECT_EQ(runMox({"info", "--quick", file}).exitCode, 0);
+}
+
+TEST_F(InfoCommand, ShowsOfACutFileWhatIsLeft) {
+    const auto file = folder.write("cut.mox", folder.read("sample.mox").substr(0, FirstBlock + 10));
+    const auto run = runMox({"info", file});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(says(run, "blocks    6 (names: 6, index tables: 1)"));
+    EXPECT_TRUE(says(run, "whole     no, block 0 at 2800: the block reaches past the end of the file"));
+}
+
+TEST_F(InfoCommand, TellsThatAFileWasNeverClosed) {
+    const auto file = folder.write("open.mox", folder.read("sample.mox").substr(0, 12));
+    const auto run = runMox({"info", file});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.output.find("whole     no, the file was never closed by its writer"), std::string::npos)
+        << run.output;
+}
+
+TEST_F(InfoCommand, BytesBehindTheLastBlockAreAFlaw) {
+    const auto file = folder.write("long.mox", folder.read("sample.mox") + "xyz");
+    const auto run = runMox({"info", file});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(says(run, "whole     no, the file has 3 bytes behind its last block"));
+}

@@ -1,0 +1,76 @@
+#include "man/ManPage.h"
+
+#include "../TemporaryFolder.h"
+#include "../common/MoxRun.h"
+
+TEST(RoffText, KeepsRoffFromTakingCharactersForItsOwn) {
+    EXPECT_EQ(MoxTool::roffText("a\\n --b\n.SH\n'x"), "a\\(rsn \\-\\-b\n\\&.SH\n\\&'x");
+}
+
+TEST(ManPage, HasTheSectionsOfAManualFromWhatTheHelpShows) {
+    CLI::App program("Works", "tool");
+    auto& saw = *program.add_subcommand("saw", "Cut a board");
+    std::string board;
+    saw.add_option("BOARD", board, "What to cut")->required();
+    bool fine = false;
+    saw.add_flag("--fine", fine, "Slowly");
+    saw.footer("It is loud.\n\nExamples:\n  tool saw oak");
+    const auto text = MoxTool::ManPage(saw).text();
+    EXPECT_EQ(MoxTool::ManPage(saw).fileName(), "tool-saw.1");
+    EXPECT_TRUE(text.starts_with(".TH \"tool\\-saw\" 1 \"\" \"mox ")) << text;
+    EXPECT_EQ(text.substr(text.find(".SH")), R"(.SH NAME
+tool\-saw \- Cut a board
+.SH SYNOPSIS
+\fBtool saw\fR [OPTIONS] BOARD
+.SH DESCRIPTION
+.nf
+It is loud.
+.fi
+.SH OPTIONS
+.TP
+\fBBOARD\fR
+What to cut
+.TP
+\fB\-h,\-\-help\fR
+Print this help message and exit
+.TP
+\fB\-\-fine\fR
+Slowly
+.SH EXAMPLES
+.nf
+  tool saw oak
+.fi
+.SH SEE ALSO
+tool(1)
+)");
+}
+
+TEST(ManCommand, PrintsThePageOfACommand) {
+    const auto run = runMox({"man", "tree"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_NE(run.output.find("\\fB\\-\\-attributes\\fR\n"), std::string::npos) << run.output;
+    EXPECT_NE(run.output.find("  mox tree bracket.mox\n"), std::string::npos) << run.output;
+}
+
+TEST(ManCommand, PrintsThePageOfTheProgramWithItsShownCommandsAlone) {
+    const auto output = runMox({"man"}).output;
+    EXPECT_NE(output.find("mox\\-tree(1)"), std::string::npos) << output;
+    EXPECT_EQ(output.find("mox\\-man"), std::string::npos) << output;
+}
+
+TEST(ManCommand, WritesAllPagesIntoAFolder) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(runMox({"man", "--all", folder.path("")}).exitCode, 0);
+    EXPECT_TRUE(folder.read("mox.1").starts_with(".TH \"mox\" 1"));
+    EXPECT_TRUE(folder.read("mox-dump.1").starts_with(".TH \"mox\\-dump\" 1"));
+}
+
+TEST(ManCommand, UnknownCommandIsAFailure) {
+    const auto run = runMox({"man", "embroider"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.messages, "mox man: embroider: there is no such command; mox --help lists them\n");
+}
+
+TEST(ManCommand, DoesNotShowInTheHelp) {
+    EXPECT_EQ(runMox({"--help"}).output.find("\n  man "), std::string::npos);
+}

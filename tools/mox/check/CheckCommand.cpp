@@ -1,0 +1,106 @@
+#include "CheckCommand.h"
+
+#include "../Terminal.h"
+#include "../common/openSource.h"
+#include "../common/readFailure.h"
+#include "FileCheck.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+
+namespace MoxTool {
+
+namespace {
+
+constexpr const char* Details =
+    R"(Checks the index, each block with its checksum, the tree, each descriptor and each dataset, and goes on
+behind damage where it can. Then it looks at what the numbers say and warns of what can hardly be meant.
+
+A line of the result: the file, the level, the number and title of the rule, the place, the reason.
+Levels: an error is damage; a warning is about a file that can be read; a note is for your information.
+
+Exit codes, the highest of all files: 0 whole, 1 warnings, 2 errors (or wrong usage), 3 a file can't be
+opened or read at all.
+
+Examples:
+  mox check bracket.mox
+  mox check -W results/*.mox
+  mox check --json bracket.mox
+  mox check --rules
+  xz -dc bracket.mox.xz | mox check -)";
+
+} // namespace
+
+void CheckCommand::addOptions(CLI::App& app) {
+    app.add_option("FILE", paths, "The files to check; - for stdin");
+    app.add_flag("--rules", listRules, "List all rules: number, level, title, meaning");
+    app.add_flag("--json", asJson, "The result (or the rules) as JSON");
+    app.add_flag("-W,--strict", strict, "Warnings count as errors: exit code 2");
+    app.add_option("--limit", limit, "List so many findings of each rule at most; 0 for all")
+        ->capture_default_str();
+    app.footer(Details);
+    app.callback([this] {
+        if (paths.empty() && !listRules)
+            throw CLI::RequiredError("FILE");
+    });
+}
+
+int CheckCommand::run(Terminal& terminal) {
+    if (listRules)
+        return runRules();
+    JsonStream json(stdout);
+    if (asJson) {
+        json.beginObject();
+        json.key("files");
+        json.beginArray();
+    }
+    int worst = 0;
+    for (const auto& path : paths)
+        worst = std::max(worst, static_cast<int>(runFile(path, asJson ? &json : nullptr, terminal)));
+    if (asJson) {
+        json.endArray();
+        json.endObject();
+    }
+    return worst;
+}
+
+int CheckCommand::runRules() const {
+    if (!asJson) {
+        printRules(stdout);
+        return 0;
+    }
+    JsonStream json(stdout);
+    printRules(json);
+    return 0;
+}
+
+// A file that can't be read does not keep the next one from being checked.
+Verdict CheckCommand::runFile(const std::string& path, JsonStream* json, Terminal& terminal) const {
+    try {
+        FindingList findings(limit);
+        const auto progress = [&](double part) { terminal.progress("checking " + path, part); };
+        explainErrors(path, [&] { checkFile(openSource(path), findings, progress); });
+        terminal.clearProgress();
+        const auto verdict = judge(findings, strict);
+        if (json != nullptr)
+            printReport(*json, path, findings, verdict);
+        else
+            printReport(stdout, path, findings, Palette(terminal.outputColours()));
+        return verdict;
+    } catch (const std::bad_alloc&) {
+        terminal.error(fmt::format("mox check: {}: not enough memory to check it", path));
+        if (json != nullptr)
+            printUnreadable(*json, path, "not enough memory");
+    } catch (const std::exception& failure) {
+        terminal.error(fmt::format("mox check: {}", failure.what()));
+        if (json != nullptr)
+            printUnreadable(*json, path, failure.what());
+    }
+    return Verdict::Unreadable;
+}
+
+} // namespace MoxTool

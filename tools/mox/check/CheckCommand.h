@@ -1,0 +1,32 @@
+#pragma once
+
+#include "../Command.h"
+#include "../common/JsonStream.h"
+#include "CheckReport.h"
+
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+/// `mox check`: whether files are whole, rule by rule.
+class CheckCommand : public Command {
+public:
+    std::string name() const override { return "check"; }
+    std::string summary() const override { return "Find every damage of files, by numbered rules"; }
+    void addOptions(CLI::App& app) override;
+    /// @return 0 whole, 1 warnings, 2 errors, 3 unreadable; the highest of all files.
+    int run(Terminal& terminal) override;
+
+private:
+    int runRules() const;
+    Verdict runFile(const std::string& path, JsonStream* json, Terminal& terminal) const;
+
+    std::vector<std::string> paths;
+    bool listRules = false;
+    bool asJson = false;
+    bool strict = false;
+    std::size_t limit = 20;
+};
+
+} // namespace MoxTool

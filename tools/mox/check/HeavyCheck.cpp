@@ -1,0 +1,184 @@
+#include "HeavyCheck.h"
+
+#include "DatasetCheck.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace MoxTool {
+
+namespace {
+
+using MoxReader::Node;
+namespace Format = MoxReader::Format;
+
+MoxReader::Model rootAlone() {
+    Node root;
+    root.id = 1;
+    return {{root}, {}};
+}
+
+} // namespace
+
+HeavyCheck::HeavyCheck(const MoxReader::File& source, const std::vector<Node>& nodes, bool complete,
+                       const std::set<std::uint64_t>& damaged, FindingList& list)
+    : areComplete(complete),
+      damagedBlocks(damaged),
+      findings(list),
+      bare(rootAlone()),
+      data(source, bare),
+      heavy(data.stream()) {
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+        collect(nodes[i], static_cast<std::uint32_t>(i + 1));
+    std::ranges::stable_sort(ranges, {}, &Range::position);
+}
+
+void HeavyCheck::collect(const Node& node, std::uint32_t id) {
+    if (const auto* sets = node.nodeSets()) {
+        hasSets = true;
+        ranges.push_back({sets->heavyPosition, sets->heavySize, id, nullptr, sets});
+    }
+    if (node.geometry() == nullptr)
+        return;
+    for (const auto& dataset : node.geometry()->datasets) {
+        if (!dataset.isLink)
+            ranges.push_back({dataset.position, dataset.sizeInBytes, id, &dataset, nullptr});
+    }
+}
+
+// No byte is looked at twice, whatever the descriptors say, so the work stays in proportion to the file.
+FactsByHolder HeavyCheck::run(const CheckProgress& progress) {
+    std::uint64_t used = 0;
+    for (const auto& range : ranges) {
+        if (!isInside(range))
+            continue;
+        if (range.position < used) {
+            findings.add(RuleId::DatasetOverlap,
+                         fmt::format("its first {} bytes belong to another one",
+                                     std::min(used, range.end()) - range.position),
+                         range.place());
+        } else {
+            reportUnused(used, range.position);
+            look(range, progress);
+        }
+        used = std::max(used, range.end());
+    }
+    reportUnused(used, heavy.size());
+    checkStreamedFlags();
+    return std::move(facts);
+}
+
+FindingPlace HeavyCheck::Range::place() const {
+    return holder != nullptr ? placeOf(*holder) : FindingPlace{.node = node};
+}
+
+bool HeavyCheck::isInside(const Range& range) {
+    const bool inside = range.position <= heavy.size() && range.size <= heavy.size() - range.position;
+    if (!inside && heavy.damage())
+        findings.addError(*heavy.damage(), range.node);
+    else if (!inside)
+        findings.add(RuleId::DatasetInside,
+                     fmt::format("{} bytes at {} of {}", range.size, range.position, heavy.size()),
+                     range.place());
+    return inside;
+}
+
+void HeavyCheck::look(const Range& range, const CheckProgress& progress) {
+    if (range.size == 0)
+        return;
+    progress(static_cast<double>(range.position) / static_cast<double>(heavy.size()));
+    const auto block = blockAt(range.position);
+    if (blockAt(range.end() - 1) != block) {
+        findings.add(RuleId::DatasetOneBlock,
+                     fmt::format("{} bytes at {} reach into the next block", range.size, range.position),
+                     range.place());
+        return;
+    }
+    const bool isReadable = !damagedBlocks.contains(heavy.blocks()[block].id);
+    if (!isReadable)
+        findings.add(RuleId::NotChecked, "its numbers stand in a damaged block", range.place());
+    if (range.sets != nullptr && isReadable)
+        lookAtSets(range);
+    if (range.holder == nullptr || !hasSoundShape(*range.holder))
+        return;
+    facts[range.holder] = isReadable
+                              ? readFacts(heavy, *range.holder)
+                              : NumberFacts{.items = range.size / Format::ElementSize / range.holder->width};
+}
+
+// Without the look at the counts first, sets of a few bytes could each claim the whole stream.
+void HeavyCheck::lookAtSets(const Range& range) {
+    const auto reject = [&] {
+        findings.add(RuleId::NodeSetsRecord, "its lists contradict each other or its size", range.place());
+    };
+    if (!areListsWhole(range))
+        return reject();
+    try {
+        data.readNodeSets(*range.sets);
+    } catch (const MoxReader::Error& error) {
+        if (error.code() == MoxReader::ErrorCode::ReadFailed)
+            throw;
+        reject();
+    }
+}
+
+bool HeavyCheck::areListsWhole(const Range& range) {
+    constexpr std::array<std::uint64_t, 5> ElementSizes = {4, 1, 4, 4, 4};
+    heavy.seek(range.position);
+    for (const auto elementSize : ElementSizes) {
+        if (range.end() - heavy.position() < 4)
+            return false;
+        const auto bytes = heavy.readNumber<std::uint32_t>() * elementSize;
+        if (bytes > range.end() - heavy.position())
+            return false;
+        heavy.skip(bytes);
+    }
+    return heavy.position() == range.end();
+}
+
+std::size_t HeavyCheck::blockAt(std::uint64_t position) const {
+    std::size_t low = 0;
+    std::size_t high = heavy.blocks().size();
+    while (high - low > 1) {
+        const auto middle = low + (high - low) / 2;
+        const bool isBelow = heavy.blockStart(middle) <= position;
+        (isBelow ? low : high) = middle;
+    }
+    return low;
+}
+
+void HeavyCheck::reportUnused(std::uint64_t from, std::uint64_t to) {
+    if (areComplete && from < to)
+        findings.add(RuleId::UnusedNumbers, fmt::format("{} bytes", to - from),
+                     {.stream = std::string(Format::HeavyStream), .streamOffset = from});
+}
+
+// Node sets go into the stream without marking it, so with them nothing can be told.
+void HeavyCheck::checkStreamedFlags() {
+    if (hasSets || !areComplete || heavy.damage())
+        return;
+    for (std::size_t i = 0; i < heavy.blocks().size(); ++i) {
+        const auto& block = heavy.blocks()[i];
+        const auto expected = isStreamed(i);
+        if (expected && *expected != block.isFreezable())
+            findings.add(RuleId::StreamedFlag,
+                         *expected ? "it is not marked" : "it is marked, with one dataset",
+                         {.offset = block.recordPosition, .block = block.id, .stream = block.name});
+    }
+}
+
+/// Whether another dataset was written when the block existed; empty if that can't be told.
+std::optional<bool> HeavyCheck::isStreamed(std::size_t block) const {
+    if (block + 1 < heavy.blocks().size())
+        return true;
+    const auto start = heavy.blockStart(block);
+    const auto first = std::ranges::lower_bound(ranges, start, {}, &Range::position);
+    if (first == ranges.end() || first->position >= heavy.size())
+        return std::nullopt;
+    return first->position != start || first->end() != heavy.size();
+}
+
+} // namespace MoxTool

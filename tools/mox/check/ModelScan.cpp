@@ -1,0 +1,300 @@
+#include "ModelScan.h"
+
+#include "../common/visibleText.h"
+
+#include <MoxReader/Attributes.h>
+#include <MoxReader/Material.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace MoxTool {
+
+namespace {
+
+using MoxReader::Dataset;
+using MoxReader::Geometry;
+using MoxReader::Node;
+using MoxReader::StreamReader;
+namespace Format = MoxReader::Format;
+
+/// The node types, and the version of each where it is fixed.
+struct KnownType {
+    std::string_view name;
+    std::string_view version;
+};
+
+constexpr std::string_view AnyVersion = "*";
+constexpr std::array KnownTypes = {
+    KnownType{"", ""}, // a root that was never set
+    KnownType{Format::PlainType, "0.1"},
+    KnownType{Format::GroupType, Format::GroupVersion},
+    KnownType{Format::ShapeType, "0.2"},
+    KnownType{Format::GeometryType, Format::GeometryVersion},
+    KnownType{Format::NodeSetsType, AnyVersion},
+};
+
+constexpr std::string_view MaterialVersion = "0.3";
+constexpr std::uint64_t MaterialSize = 84;
+constexpr std::string_view ModifierVersion = "0.1";
+
+template <std::size_t Count>
+bool areFinite(const std::array<float, Count>& values, std::size_t count = Count) {
+    return std::all_of(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(count),
+                       [](float value) { return std::isfinite(value); });
+}
+
+// The fourth value of the emissive colour can be any bits.
+bool isFinite(const MoxReader::Material& material) {
+    return areFinite(material.diffuse) && areFinite(material.specular) && areFinite(material.emissive, 3) &&
+           areFinite(material.ambient) && std::isfinite(material.transparency) &&
+           std::isfinite(material.shininess);
+}
+
+FindingPlace placeIn(const StreamReader& stream, std::uint64_t offset,
+                     std::optional<std::uint32_t> node = {}) {
+    return {.stream = stream.name(), .streamOffset = offset, .node = node};
+}
+
+std::uint64_t sizeOf(const MoxReader::ModifierInfo& info) {
+    std::uint64_t size = 4;
+    for (const auto* text : {&info.version, &info.sourceName, &info.sourceVersion, &info.formatVersion,
+                             &info.date, &info.computer, &info.user, &info.comment})
+        size += 4 + text->size();
+    return size;
+}
+
+bool hasFixedForm(const MoxReader::GlobalInformation& global, std::uint64_t streamSize) {
+    std::uint64_t size = 4 + 4; // the two counts
+    for (const auto& info : global.modifiers) {
+        if (info.version != ModifierVersion || info.formatVersion != Format::SupportedVersion)
+            return false;
+        size += sizeOf(info);
+    }
+    return !global.modifiers.empty() && global.resultAttributeCount == 0 && size == streamSize;
+}
+
+} // namespace
+
+ModelScan::ModelScan(const MoxReader::File& source, FindingList& list) : file(source), findings(list) {}
+
+void ModelScan::run() {
+    scanTree();
+    scanLightData();
+    scanAttributes();
+    scanMaterials();
+    scanGlobalInformation();
+}
+
+/// @return whether the work came to its end.
+template <class Work>
+bool ModelScan::attempt(const Work& work, std::optional<std::uint32_t> node) {
+    try {
+        work();
+        return true;
+    } catch (const MoxReader::Error& error) {
+        if (error.code() == MoxReader::ErrorCode::ReadFailed)
+            throw;
+        blockFailed = isBlockDamage(error.code());
+        findings.addError(error, node);
+        return false;
+    }
+}
+
+void ModelScan::checkEnd(const StreamReader& stream) {
+    if (stream.damage())
+        findings.addError(*stream.damage());
+    else if (!stream.atEnd())
+        findings.add(RuleId::BytesLeftOver, fmt::format("{} bytes", stream.remaining()),
+                     placeIn(stream, stream.position()));
+}
+
+void ModelScan::scanTree() {
+    if (!file.hasStream(Format::TreeStream)) {
+        findings.add(RuleId::StreamMissing, "there is no tree", {.stream = std::string(Format::TreeStream)});
+        return;
+    }
+    auto tree = file.stream(Format::TreeStream);
+    treeWhole = attempt([&] {
+        const auto count = tree.readCount(Format::NodeRecordMinSize);
+        if (count == 0)
+            findings.add(RuleId::Count, "the tree has no node", placeIn(tree, 0));
+        for (std::uint32_t i = 0; i < count; ++i)
+            scanned.push_back(Node{MoxReader::readNodeRecord(tree), {}});
+        checkEnd(tree);
+    });
+    for (const auto& node : scanned)
+        checkKind(node);
+}
+
+void ModelScan::checkKind(const Node& node) {
+    const auto id = idOf(node);
+    const auto known = std::ranges::find(KnownTypes, std::string_view(node.typeName), &KnownType::name);
+    const bool isUnset = node.typeName.empty();
+    if (known == KnownTypes.end() || (isUnset && (id != 1 || !node.name.empty())))
+        findings.add(RuleId::NodeType, fmt::format("type \"{}\"", visibleText(node.typeName)), {.node = id});
+    else if (known->version != AnyVersion && node.version != known->version)
+        findings.add(RuleId::NodeVersion,
+                     fmt::format("version \"{}\" of a \"{}\"", visibleText(node.version), node.typeName),
+                     {.node = id});
+}
+
+// Behind a descriptor that can't be read the next node's own statement of its place is taken, as long as it
+// leads forward; so nothing is read twice.
+void ModelScan::scanLightData() {
+    auto light = file.stream(Format::LightStream);
+    descriptorsWhole = treeWhole;
+    bool inStep = true;
+    for (auto& node : scanned) {
+        const auto id = idOf(node);
+        if (inStep && node.lightPosition != light.position())
+            findings.add(RuleId::DescriptorPlace,
+                         fmt::format("it says {} instead of {}", node.lightPosition, light.position()),
+                         placeIn(light, light.position(), id));
+        if (!inStep && !seekDescriptor(light, node, id))
+            continue;
+        inStep = attempt([&] { scanDescriptor(light, node, id); }, id);
+        descriptorsWhole = descriptorsWhole && inStep;
+        if (!inStep && blockFailed)
+            return;
+    }
+    if (inStep && treeWhole)
+        checkEnd(light);
+}
+
+bool ModelScan::seekDescriptor(StreamReader& light, const Node& node, std::uint32_t id) {
+    if (node.lightPosition >= light.position() && node.lightPosition <= light.size()) {
+        light.seek(node.lightPosition);
+        return true;
+    }
+    findings.add(RuleId::NotChecked, "its descriptor could not be found", {.node = id});
+    return false;
+}
+
+void ModelScan::scanDescriptor(StreamReader& light, Node& node, std::uint32_t id) {
+    const auto start = light.position();
+    if (node.typeName == Format::GroupType) {
+        const auto group = MoxReader::readGroup(light);
+        if (group.kind > 1 || (group.kind == 1 && id != 1))
+            findings.add(RuleId::GroupKind, fmt::format("it is {}", group.kind), placeIn(light, start, id));
+        if (!areFinite(group.translation) || !areFinite(group.rotation) || !areFinite(group.scale))
+            findings.add(RuleId::LooksNotFinite, "a transform", placeIn(light, start, id));
+        node.content = group;
+    } else if (node.typeName == Format::ShapeType) {
+        node.content = MoxReader::Shape{};
+    } else if (node.typeName == Format::GeometryType) {
+        scanGeometry(light, node, id);
+    } else if (node.typeName == Format::NodeSetsType) {
+        node.content = MoxReader::readNodeSetsDescriptor(light);
+        if (light.position() - start != 4 + Format::NodeSetsDescriptorSize)
+            findings.add(RuleId::NodeSetsRecord, "the descriptor has not 16 bytes",
+                         placeIn(light, start, id));
+    } else if (!node.typeName.empty() && node.typeName != Format::PlainType) {
+        // Its type has been reported; without it nothing tells how long the descriptor is.
+        throw MoxReader::Error(MoxReader::ErrorCode::UnknownNodeType, light.place());
+    }
+}
+
+void ModelScan::scanGeometry(StreamReader& light, Node& node, std::uint32_t id) {
+    auto& datasets = node.content.emplace<Geometry>().datasets;
+    const auto count = light.readCount(Format::DatasetMinSize);
+    for (std::uint32_t index = 0; index < count; ++index) {
+        auto dataset = MoxReader::readDataset(light);
+        dataset.nodeId = id;
+        dataset.index = index;
+        datasets.push_back(std::move(dataset));
+    }
+}
+
+void ModelScan::scanAttributes() {
+    auto attributes = file.stream(Format::AttributesStream);
+    if (!descriptorsWhole) {
+        findings.add(RuleId::NotChecked, "without all descriptors the attributes can't be told apart",
+                     placeIn(attributes, 0));
+        return;
+    }
+    attempt([&] {
+        for (const auto& node : scanned)
+            scanNodeAttributes(attributes, node, idOf(node));
+        checkEnd(attributes);
+    });
+}
+
+void ModelScan::scanNodeAttributes(StreamReader& attributes, const Node& node, std::uint32_t id) {
+    if (node.group() != nullptr)
+        scanAttributeRecord(attributes, id, nullptr);
+    if (node.geometry() == nullptr)
+        return;
+    for (const auto& dataset : node.geometry()->datasets)
+        scanAttributeRecord(attributes, id, &dataset);
+}
+
+// Lists that contradict each other have been read to their end, so that the next record can follow.
+void ModelScan::scanAttributeRecord(StreamReader& attributes, std::uint32_t id, const Dataset* dataset) {
+    auto place = placeIn(attributes, attributes.position(), id);
+    if (dataset != nullptr) {
+        place.dataset = dataset->index;
+        place.key = dataset->key;
+    }
+    try {
+        const auto read = MoxReader::readAttributes(attributes);
+        if (dataset != nullptr && dataset->isLink && !read.empty())
+            findings.add(RuleId::LinkAttributes, fmt::format("it has {}", read.size()), place);
+    } catch (const MoxReader::Error& error) {
+        if (error.code() != MoxReader::ErrorCode::BadAttributes)
+            throw;
+        findings.add(RuleId::AttributeRecord, std::string(MoxReader::errorText(error.code())), place);
+    }
+}
+
+// All records are of one size, so that one that can't be read does not hide the next.
+void ModelScan::scanMaterials() {
+    auto resources = file.stream(Format::ResourcesStream);
+    for (const auto& node : scanned) {
+        if (node.typeName != Format::ShapeType)
+            continue;
+        const auto id = idOf(node);
+        const auto start = resources.position();
+        if (attempt([&] { scanMaterial(resources, id); }, id))
+            continue;
+        if (blockFailed || start + MaterialSize > resources.size())
+            return;
+        resources.seek(start + MaterialSize);
+    }
+    if (treeWhole)
+        checkEnd(resources);
+}
+
+void ModelScan::scanMaterial(StreamReader& resources, std::uint32_t id) {
+    const auto start = resources.position();
+    const auto material = MoxReader::readMaterial(resources);
+    const auto size = resources.position() - start;
+    const auto place = placeIn(resources, start, id);
+    if (material.version != MaterialVersion || size != MaterialSize || material.flag != 1)
+        findings.add(RuleId::MaterialRecord,
+                     fmt::format("version \"{}\", {} bytes, flag {}", visibleText(material.version), size,
+                                 material.flag),
+                     place);
+    if (!isFinite(material))
+        findings.add(RuleId::LooksNotFinite, "a material", place);
+}
+
+void ModelScan::scanGlobalInformation() {
+    if (!file.hasStream(Format::GlobalStream)) {
+        findings.add(RuleId::StreamMissing, "nothing tells who saved the file",
+                     {.stream = std::string(Format::GlobalStream)});
+        return;
+    }
+    auto global = file.stream(Format::GlobalStream);
+    attempt([&] {
+        const auto information = MoxReader::readGlobalInformation(global);
+        if (!hasFixedForm(information, global.size()))
+            findings.add(RuleId::GlobalRecord, "a record has another version, size or format version",
+                         placeIn(global, 0));
+    });
+}
+
+} // namespace MoxTool

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "FindingList.h"
+
+#include <MoxReader/File.h>
+#include <MoxReader/GlobalInformation.h>
+#include <MoxReader/Node.h>
+
+#include <vector>
+
+namespace MoxTool {
+
+/// Reads all streams but the numbers and goes on behind damage where it can. What it reads record by record
+/// is checked here; how the records fit each other is for other checks.
+class ModelScan {
+public:
+    ModelScan(const MoxReader::File& file, FindingList& findings);
+
+    /// @throws MoxReader::Error ReadFailed alone.
+    void run();
+
+    /// The nodes as far as they could be read. Their datasets are numbered by their place in this list.
+    const std::vector<MoxReader::Node>& nodes() const { return scanned; }
+    /// Whether the descriptors of all nodes could be read.
+    bool hasAllDescriptors() const { return descriptorsWhole; }
+
+private:
+    template <class Work>
+    bool attempt(const Work& work, std::optional<std::uint32_t> node = {});
+
+    void scanTree();
+    void checkKind(const MoxReader::Node& node);
+    void scanLightData();
+    bool seekDescriptor(MoxReader::StreamReader& light, const MoxReader::Node& node, std::uint32_t id);
+    void scanDescriptor(MoxReader::StreamReader& light, MoxReader::Node& node, std::uint32_t id);
+    void scanGeometry(MoxReader::StreamReader& light, MoxReader::Node& node, std::uint32_t id);
+    void scanAttributes();
+    void scanNodeAttributes(MoxReader::StreamReader& attributes, const MoxReader::Node& node,
+                            std::uint32_t id);
+    void scanAttributeRecord(MoxReader::StreamReader& attributes, std::uint32_t id,
+                             const MoxReader::Dataset* dataset);
+    void scanMaterials();
+    void scanMaterial(MoxReader::StreamReader& resources, std::uint32_t id);
+    void scanGlobalInformation();
+    void checkEnd(const MoxReader::StreamReader& stream);
+    std::uint32_t idOf(const MoxReader::Node& node) const {
+        return static_cast<std::uint32_t>(&node - scanned.data() + 1);
+    }
+
+    const MoxReader::File& file;
+    FindingList& findings;
+    std::vector<MoxReader::Node> scanned;
+    bool treeWhole = false; ///< If not, what belongs to the missing nodes is left over in the other streams.
+    bool descriptorsWhole = false;
+    bool blockFailed = false; ///< The last failed attempt met a damaged block.
+};
+
+} // namespace MoxTool

@@ -1,0 +1,54 @@
+#include "NumberFile.h"
+
+#include <MoxReader/Format.h>
+
+namespace MoxTool {
+
+namespace {
+
+std::uint64_t claimedBytes(const MoxReader::Node& node) {
+    if (const auto* sets = node.nodeSets())
+        return sets->heavySize;
+    std::uint64_t bytes = 0;
+    if (const auto* geometry = node.geometry()) {
+        for (const auto& dataset : geometry->datasets)
+            bytes += dataset.sizeInBytes;
+    }
+    return bytes;
+}
+
+} // namespace
+
+NumberFile::NumberFile(const std::string& path)
+    : name(path), opened(path), heavy(opened.file(), opened.model()) {
+    requireNumbersFit();
+}
+
+void NumberFile::requireNumbersFit() {
+    std::uint64_t bytes = 0;
+    for (const auto& node : model().nodes())
+        bytes += claimedBytes(node);
+    if (bytes <= heavy.stream().size())
+        return;
+    if (heavy.stream().damage())
+        throw readFailure(name, *heavy.stream().damage());
+    throw Failure(name, "its datasets claim more numbers than it holds; mox check lists all damage");
+}
+
+const MoxReader::Dataset& NumberFile::holder(const MoxReader::Dataset& dataset) const {
+    return *explainErrors(name, [&] { return &model().resolve(dataset); });
+}
+
+Numbers NumberFile::read(const MoxReader::Dataset& dataset) {
+    return explainErrors(name, [&]() -> Numbers {
+        if (model().resolve(dataset).elementTag == MoxReader::Format::UnsignedTag)
+            return heavy.readUnsigned(dataset);
+        return heavy.readFloats(dataset);
+    });
+}
+
+std::vector<MoxReader::NodeSet> NumberFile::readSets(const MoxReader::NodeSets& descriptor) {
+    return explainErrors(name, [&] { return heavy.readNodeSets(descriptor); });
+}
+
+} // namespace MoxTool

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "OpenModel.h"
+
+#include <MoxReader/HeavyData.h>
+
+#include <cstdint>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace MoxTool {
+
+/// The numbers of a dataset, row-major: one row for each item.
+using Numbers = std::variant<std::vector<float>, std::vector<std::uint32_t>>;
+
+/// A file with its model and its numbers, for commands that read both. Everything that is wrong with the file
+/// comes as a Failure that names it.
+class NumberFile {
+public:
+    /// @param path "-" stands for stdin.
+    /// @throws Failure also if the datasets claim more bytes in all than the file holds, since reading them
+    ///         all would then take time out of proportion to the file.
+    explicit NumberFile(const std::string& path);
+    NumberFile(const NumberFile&) = delete;
+    NumberFile& operator=(const NumberFile&) = delete;
+
+    const std::string& path() const { return name; }
+    const MoxReader::Model& model() const { return opened.model(); }
+
+    /// The dataset that holds the numbers: the given one or the end of its chain of links.
+    const MoxReader::Dataset& holder(const MoxReader::Dataset& dataset) const;
+    /// The numbers of a dataset or of what it links to. Best called in order of the holders' positions.
+    Numbers read(const MoxReader::Dataset& dataset);
+    std::vector<MoxReader::NodeSet> readSets(const MoxReader::NodeSets& descriptor);
+
+private:
+    void requireNumbersFit();
+
+    std::string name;
+    OpenModel opened;
+    MoxReader::HeavyData heavy;
+};
+
+} // namespace MoxTool

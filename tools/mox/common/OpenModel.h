@@ -1,0 +1,30 @@
+#pragma once
+
+#include "openSource.h"
+#include "readFailure.h"
+
+#include <MoxReader/File.h>
+#include <MoxReader/Model.h>
+
+#include <string>
+
+namespace MoxTool {
+
+/// A file with its model, for commands that need both whole.
+class OpenModel {
+public:
+    /// @param path "-" stands for stdin.
+    /// @throws Failure for everything that is wrong.
+    explicit OpenModel(const std::string& path)
+        : opened(explainErrors(path, [&] { return MoxReader::File(openSource(path)); })),
+          contents(explainErrors(path, [this] { return MoxReader::readModel(opened); })) {}
+
+    const MoxReader::File& file() const { return opened; }
+    const MoxReader::Model& model() const { return contents; }
+
+private:
+    MoxReader::File opened;
+    MoxReader::Model contents;
+};
+
+} // namespace MoxTool

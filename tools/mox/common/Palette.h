@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace MoxTool {
+
+/// Colours for text on stdout, or none.
+class Palette {
+public:
+    enum Colour { Dim, Bold, Red, Green, Cyan };
+
+    /// @param coloured Whether paint() does anything, see Terminal::outputColours().
+    explicit Palette(bool coloured) : on(coloured) {}
+
+    std::string paint(Colour colour, std::string_view text) const;
+
+private:
+    bool on;
+};
+
+} // namespace MoxTool

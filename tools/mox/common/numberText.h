@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace MoxTool {
+
+/// The shortest decimal text that reads back as the same float, such as 0.1, 1e+20 or -0; "nan", "inf" and
+/// "-inf" for the rest.
+std::string numberText(float number);
+/// Likewise for doubles.
+std::string numberText(double number);
+
+/// A count of bytes for a person: "812 B", "1.4 KiB", up to "TiB".
+std::string byteText(unsigned long long bytes);
+
+} // namespace MoxTool

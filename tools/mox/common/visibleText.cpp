@@ -1,0 +1,56 @@
+#include "visibleText.h"
+
+#include "utf8.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace MoxTool {
+
+namespace {
+
+// U+0080 to U+009F steer some terminals, as the control characters of ASCII do.
+bool isControl(std::string_view character) {
+    const auto first = static_cast<unsigned char>(character[0]);
+    return first < 0x20 || first == 0x7F ||
+           (first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0);
+}
+
+std::string escape(char byte) {
+    switch (byte) {
+    case '\n':
+        return "\\n";
+    case '\r':
+        return "\\r";
+    case '\t':
+        return "\\t";
+    case '\\':
+        return "\\\\";
+    default:
+        return fmt::format("\\x{:02X}", static_cast<unsigned char>(byte));
+    }
+}
+
+bool isVisible(std::string_view character) {
+    return !character.empty() && character != "\\" && !isControl(character);
+}
+
+} // namespace
+
+std::string visibleText(std::string_view text) {
+    std::string visible;
+    while (!text.empty()) {
+        const auto character = text.substr(0, utf8CharacterSize(text));
+        const auto bytes = text.substr(0, std::max<std::size_t>(character.size(), 1));
+        if (isVisible(character))
+            visible += character;
+        else
+            std::for_each(bytes.begin(), bytes.end(), [&](char byte) { visible += escape(byte); });
+        text.remove_prefix(bytes.size());
+    }
+    return visible;
+}
+
+} // namespace MoxTool

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace MoxTool {
+
+/// A text from a file, made fit for a terminal and for one line: control characters and bytes that are no
+/// UTF-8 become \n, \r, \t or \xNN for each byte, and a backslash becomes two, so that different texts stay
+/// different.
+std::string visibleText(std::string_view text);
+
+} // namespace MoxTool

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "../Command.h"
+#include "ModelComparison.h"
+
+#include <string>
+
+namespace MoxTool {
+
+/// `mox diff A B`: in what two models differ.
+class DiffCommand : public Command {
+public:
+    /// As diff has them.
+    enum ExitCode : int { Equal = 0, Different = 1, Trouble = 2 };
+
+    std::string name() const override;
+    std::string summary() const override;
+    void addOptions(CLI::App& app) override;
+    /// Reports what goes wrong itself, since only then the exit code tells it from a difference.
+    int run(Terminal& terminal) override;
+
+private:
+    int compare(Terminal& terminal) const;
+
+    std::string inputA;
+    std::string inputB;
+    ModelComparison::Options options;
+    bool asJson = false;
+    bool quiet = false;
+};
+
+} // namespace MoxTool

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "../common/NumberFile.h"
+#include "Difference.h"
+#include "Tolerance.h"
+
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+/// Puts the differences of two files on stdout.
+class DifferenceReport {
+public:
+    /// @param a,b Must outlive this object.
+    DifferenceReport(const NumberFile& a, const NumberFile& b) : fileA(a), fileB(b) {}
+
+    /// One line for each, such as: /car/door, Displacement, step "Load 1": numbers: 2 of 24 differ, ...
+    void writeText(const std::vector<Difference>& differences) const;
+
+    /// One object: "files", "tolerance", "equal" and "differences". Each of these has "what", and as far as
+    /// they make sense "node" (its path), "idA", "idB", "dataset", "step", "a", "b" and "numbers".
+    void writeJson(const std::vector<Difference>& differences, const Tolerance& tolerance) const;
+
+private:
+    std::string pathOf(const Difference& difference) const;
+    std::string placeText(const Difference& difference) const;
+    std::string bodyText(const Difference& difference) const;
+    Json json(const Difference& difference) const;
+
+    const NumberFile& fileA;
+    const NumberFile& fileB;
+};
+
+} // namespace MoxTool

@@ -1,0 +1,182 @@
+#include "ModelComparison.h"
+
+#include "../common/datasetText.h"
+#include "../common/nodePath.h"
+#include "compareProperties.h"
+#include "matchInOrder.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <tuple>
+
+namespace MoxTool {
+
+namespace {
+
+using MoxReader::Dataset;
+using MoxReader::Model;
+using MoxReader::Node;
+
+std::vector<std::string_view> childNames(const Model& model, const Node& node) {
+    std::vector<std::string_view> names;
+    for (const auto id : model.children(node.id))
+        names.push_back(model.node(id).name);
+    return names;
+}
+
+const Node& childAt(const Model& model, const Node& node, std::size_t place) {
+    return model.node(model.children(node.id)[place]);
+}
+
+std::vector<std::string_view> keysOf(const std::vector<Dataset>& datasets) {
+    std::vector<std::string_view> keys;
+    for (const auto& dataset : datasets)
+        keys.push_back(dataset.key);
+    return keys;
+}
+
+std::string description(const Dataset& holder) {
+    return fmt::format("{}, {}", elementTypeText(holder), shapeText(holder));
+}
+
+// A link whose entry has attributes of its own is rare; otherwise they stand where the numbers are.
+const MoxReader::Attributes& attributesOf(const Dataset& dataset, const Dataset& holder) {
+    return dataset.attributes.empty() ? holder.attributes : dataset.attributes;
+}
+
+// Only for links that lead to a holder, so that their targets are known to exist.
+std::optional<Json> linkTarget(const Model& model, const Dataset& dataset) {
+    if (!dataset.isLink)
+        return std::nullopt;
+    const auto& target = model.node(dataset.linkNodeId).geometry()->datasets[dataset.linkIndex];
+    return Json{{"node", jsonText(nodePath(model, dataset.linkNodeId))},
+                {"dataset", jsonText(target.name)},
+                {"step", jsonText(target.step)}};
+}
+
+} // namespace
+
+ModelComparison::ModelComparison(NumberFile& a, NumberFile& b, const Options& wanted, Terminal& terminal)
+    : fileA(a), fileB(b), options(wanted), messages(terminal), list(wanted.tolerance) {}
+
+std::vector<Difference> ModelComparison::run() {
+    compareSaves(list, fileA.model().globalInformation(), fileB.model().globalInformation(), options.date);
+    list.moveTo(&fileA.model().root(), &fileB.model().root());
+    list.compareTexts("name", fileA.model().root().name, fileB.model().root().name);
+    compareTrees();
+    compareNumbersOfAll();
+    return list.take();
+}
+
+// With a stack of its own, since a file can nest nodes deeper than calls can.
+void ModelComparison::compareTrees() {
+    std::vector<NodePair> waiting = {{&fileA.model().root(), &fileB.model().root()}};
+    while (!waiting.empty()) {
+        const auto [a, b] = waiting.back();
+        waiting.pop_back();
+        compareNodes(*a, *b);
+        const auto children = matchChildren(*a, *b);
+        waiting.insert(waiting.end(), children.rbegin(), children.rend());
+    }
+}
+
+void ModelComparison::compareNodes(const Node& a, const Node& b) {
+    list.moveTo(&a, &b);
+    list.compareTexts("type", a.typeName, b.typeName);
+    if (a.typeName == b.typeName)
+        compareContents(a, b);
+}
+
+std::vector<ModelComparison::NodePair> ModelComparison::matchChildren(const Node& a, const Node& b) {
+    const auto& modelA = fileA.model();
+    const auto& modelB = fileB.model();
+    std::vector<NodePair> pairs;
+    for (const auto& match : matchInOrder(childNames(modelA, a), childNames(modelB, b))) {
+        const auto* childA = match.a ? &childAt(modelA, a, *match.a) : nullptr;
+        const auto* childB = match.b ? &childAt(modelB, b, *match.b) : nullptr;
+        list.moveTo(childA, childB);
+        if (childB == nullptr)
+            list.add("node", jsonText(childA->typeName), std::nullopt);
+        else if (childA == nullptr)
+            list.add("node", std::nullopt, jsonText(childB->typeName));
+        else
+            pairs.emplace_back(childA, childB);
+    }
+    return pairs;
+}
+
+void ModelComparison::compareContents(const Node& a, const Node& b) {
+    if (a.group() != nullptr)
+        compareGroups(list, *a.group(), *b.group());
+    else if (a.shape() != nullptr)
+        compareMaterials(list, a.shape()->material, b.shape()->material);
+    else if (a.nodeSets() != nullptr)
+        compareNodeSets(list, fileA.readSets(*a.nodeSets()), fileB.readSets(*b.nodeSets()));
+    else if (a.geometry() != nullptr)
+        compareGeometries(a, b);
+}
+
+void ModelComparison::compareGeometries(const Node& a, const Node& b) {
+    const auto& inA = a.geometry()->datasets;
+    const auto& inB = b.geometry()->datasets;
+    for (const auto& match : matchInOrder(keysOf(inA), keysOf(inB))) {
+        list.moveTo(&a, &b, match.a ? &inA[*match.a] : &inB[*match.b]);
+        if (!match.b)
+            list.add("dataset", description(fileA.holder(inA[*match.a])), std::nullopt);
+        else if (!match.a)
+            list.add("dataset", std::nullopt, description(fileB.holder(inB[*match.b])));
+        else
+            compareDatasets(inA[*match.a], inB[*match.b]);
+    }
+}
+
+void ModelComparison::compareDatasets(const Dataset& a, const Dataset& b) {
+    const auto& holderA = fileA.holder(a);
+    const auto& holderB = fileB.holder(b);
+    list.compareTexts("type", variableTypeText(a), variableTypeText(b));
+    list.compareFlags("vibration", a.vibration, b.vibration);
+    if (options.links)
+        compareLinks(a, b);
+    list.compareAttributes(attributesOf(a, holderA), attributesOf(b, holderB));
+    compareHolders(holderA, holderB);
+}
+
+void ModelComparison::compareLinks(const Dataset& a, const Dataset& b) {
+    auto targetA = linkTarget(fileA.model(), a);
+    auto targetB = linkTarget(fileB.model(), b);
+    if (targetA != targetB)
+        list.add("link", std::move(targetA), std::move(targetB));
+}
+
+void ModelComparison::compareHolders(const Dataset& a, const Dataset& b) {
+    list.compareTexts("element type", elementTypeText(a), elementTypeText(b));
+    list.compareTexts("shape", shapeText(a), shapeText(b));
+    if (a.elementTag == b.elementTag && a.width == b.width && itemCount(a) == itemCount(b))
+        tasks.push_back({&a, &b, list.keepRoomForNumbers()});
+}
+
+// In the order of their positions each block of the files is inflated once; numbers that many datasets share
+// are compared once.
+void ModelComparison::compareNumbersOfAll() {
+    std::ranges::stable_sort(tasks, {}, [](const Task& task) {
+        return std::tuple(task.a->position, task.b->position, task.a->nodeId, task.a->index, task.b->nodeId,
+                          task.b->index);
+    });
+    const Task* last = nullptr;
+    std::optional<NumberDifference> difference;
+    for (const auto& task : tasks) {
+        messages.progress("comparing",
+                          static_cast<double>(&task - tasks.data()) / static_cast<double>(tasks.size()));
+        const bool isNew = last == nullptr || last->a != task.a || last->b != task.b;
+        if (isNew)
+            difference =
+                compareNumbers(fileA.read(*task.a), fileB.read(*task.b), task.a->width, options.tolerance);
+        if (difference)
+            list.fill(task.room, *difference);
+        last = &task;
+    }
+    messages.clearProgress();
+}
+
+} // namespace MoxTool

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "../Terminal.h"
+#include "../common/NumberFile.h"
+#include "DifferenceList.h"
+
+#include <utility>
+#include <vector>
+
+namespace MoxTool {
+
+/// Finds in what two models differ.
+///
+/// Nodes are paired by their paths and datasets by their keys; among siblings, or datasets, of one name the
+/// first is paired with the first and so on. The ids of nodes and the order of names don't count. A node or
+/// dataset without a partner is one difference, whatever is below it. Holds the numbers of one dataset of
+/// each file at a time.
+class ModelComparison {
+public:
+    struct Options {
+        Tolerance tolerance;
+        bool links = false; ///< Whether it counts that one dataset links to another.
+        bool date = false;  ///< Whether the date of saving counts.
+    };
+
+    /// @param a,b Must outlive this object and the differences.
+    ModelComparison(NumberFile& a, NumberFile& b, const Options& options, Terminal& terminal);
+
+    /// All differences, in the order of the first file's tree. May be called once.
+    /// @throws Failure if one of the files is damaged.
+    std::vector<Difference> run();
+
+private:
+    using NodePair = std::pair<const MoxReader::Node*, const MoxReader::Node*>;
+
+    /// Two datasets with numbers of one type and shape, to be read later.
+    struct Task {
+        const MoxReader::Dataset* a;
+        const MoxReader::Dataset* b;
+        std::size_t room; ///< See DifferenceList::keepRoomForNumbers().
+    };
+
+    void compareTrees();
+    void compareNodes(const MoxReader::Node& a, const MoxReader::Node& b);
+    std::vector<NodePair> matchChildren(const MoxReader::Node& a, const MoxReader::Node& b);
+    void compareContents(const MoxReader::Node& a, const MoxReader::Node& b);
+    void compareGeometries(const MoxReader::Node& a, const MoxReader::Node& b);
+    void compareDatasets(const MoxReader::Dataset& a, const MoxReader::Dataset& b);
+    void compareLinks(const MoxReader::Dataset& a, const MoxReader::Dataset& b);
+    void compareHolders(const MoxReader::Dataset& a, const MoxReader::Dataset& b);
+    void compareNumbersOfAll();
+
+    NumberFile& fileA;
+    NumberFile& fileB;
+    Options options;
+    Terminal& messages;
+    DifferenceList list;
+    std::vector<Task> tasks;
+};
+
+} // namespace MoxTool

@@ -1,0 +1,44 @@
+#include "DumpCommand.h"
+
+#include "../common/JsonStream.h"
+#include "../common/OpenModel.h"
+
+#include <cstdio>
+
+namespace MoxTool {
+
+namespace {
+
+constexpr const char* Details =
+    R"(The order is that of the file for nodes and datasets and that of the alphabet for attributes, and one value
+stands on one line, so that dumps can be kept in a version control system and compared. The same model
+saved twice dumps the same, but for the date. A dataset that shares the numbers of another shows where
+they are: "link" holds the other's node and its place in that node's list, from 0.
+
+Numbers print so that they read back equal. JSON has no number for what is not finite: "nan", "inf" and
+"-inf" stand for these, as texts. A text that is no UTF-8 shows as {"bytes": "<hexadecimal>"}.
+
+Examples:
+  mox dump bracket.mox
+  mox dump --numbers bracket.mox > bracket.json
+  diff <(mox dump --no-date old.mox) <(mox dump --no-date new.mox)
+  xz -dc bracket.mox.xz | mox dump -)";
+
+} // namespace
+
+void DumpCommand::addOptions(CLI::App& app) {
+    app.add_option("FILE", path, "The file to read; - for stdin")->required();
+    app.add_flag("--numbers", options.numbers,
+                 "With the numbers of all datasets and the members of node sets");
+    app.add_flag("--no-date", options.noDate, "Without the date on which the file was saved");
+    app.footer(Details);
+}
+
+int DumpCommand::run(Terminal& terminal) {
+    const OpenModel opened(path);
+    JsonStream json(stdout);
+    explainErrors(path, [&] { ModelDump(opened, options, json).write(terminal); });
+    return 0;
+}
+
+} // namespace MoxTool

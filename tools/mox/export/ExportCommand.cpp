@@ -1,0 +1,89 @@
+#include "ExportCommand.h"
+
+#include "../Failure.h"
+#include "../Terminal.h"
+#include "../import/lowerCase.h"
+#include "exportExodus.h"
+#include "exportVtk.h"
+
+#include <array>
+#include <filesystem>
+#include <map>
+
+namespace MoxTool {
+
+namespace {
+
+constexpr const char* Details =
+    R"(The extension of OUT decides the format:
+  .e .exo .ex2 .g   Exodus II. A model that mox import made of such a file comes back with the same
+                    numbers, names, ids, steps and times
+  .vtu              VTK's XML format, for ParaView: a mesh with the results of one step
+  .pvd              the same for all steps: a list of them, and a folder OUT_steps with a .vtu for each
+All parts go into one mesh. What the format can't take is listed at the end.
+
+Examples:
+  mox export bracket.mox bracket.e
+  mox export bracket.mox bracket.pvd
+  mox export --step "Step 3" bracket.mox third.vtu)";
+
+enum class Format { Exodus, Vtu, Pvd };
+
+const std::map<std::string, Format> Formats = {
+    {".e", Format::Exodus}, {".exo", Format::Exodus}, {".ex2", Format::Exodus},
+    {".g", Format::Exodus}, {".vtu", Format::Vtu},    {".pvd", Format::Pvd},
+};
+
+std::string extensionOf(const std::string& path) {
+    return lowerCase(std::filesystem::path(path).extension().string());
+}
+
+std::string checkExtension(const std::string& path) {
+    return Formats.contains(extensionOf(path))
+               ? ""
+               : path + ": the extension must be .e, .exo, .ex2, .g, .vtu or .pvd";
+}
+
+void refuseToReplaceInput(const ExportRequest& request) {
+    std::error_code missing;
+    if (std::filesystem::equivalent(request.input, request.output, missing))
+        throw Failure(request.output, "is the input itself");
+}
+
+} // namespace
+
+std::string ExportCommand::name() const {
+    return "export";
+}
+
+std::string ExportCommand::summary() const {
+    return "Write the model for ParaView (.vtu, .pvd) or as Exodus II";
+}
+
+void ExportCommand::addOptions(CLI::App& app) {
+    app.add_option("FILE", request.input, "The file to read; - for stdin")->required();
+    app.add_option("OUT", request.output, "The file to write")->required()->check(checkExtension);
+    app.add_option("--step", request.step, "Take this step alone")->type_name("NAME");
+    app.add_flag("--overwrite", request.overwrite, "Replace OUT if it exists; else that is an error");
+    app.footer(Details);
+}
+
+int ExportCommand::run(Terminal& terminal) {
+    refuseToReplaceInput(request);
+    exportModel(terminal).print(terminal);
+    return 0;
+}
+
+ImportSummary ExportCommand::exportModel(Terminal& terminal) const {
+    switch (Formats.at(extensionOf(request.output))) {
+    case Format::Exodus:
+        return exportExodus(request, terminal);
+    case Format::Vtu:
+        return exportVtu(request);
+    case Format::Pvd:
+        return exportPvd(request, terminal);
+    }
+    throw Failure(request.output, "has no known extension");
+}
+
+} // namespace MoxTool

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "../Command.h"
+#include "../import/ImportSummary.h"
+#include "ExportRequest.h"
+
+namespace MoxTool {
+
+/// `mox export FILE OUT`: writes a saved model in the format of another program.
+class ExportCommand : public Command {
+public:
+    std::string name() const override;
+    std::string summary() const override;
+    void addOptions(CLI::App& app) override;
+    int run(Terminal& terminal) override;
+
+private:
+    ImportSummary exportModel(Terminal& terminal) const;
+
+    ExportRequest request;
+};
+
+} // namespace MoxTool

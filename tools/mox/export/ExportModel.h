@@ -1,0 +1,41 @@
+#pragma once
+
+#include "../common/OpenModel.h"
+#include "ExportRequest.h"
+#include "ExportResults.h"
+#include "FieldReader.h"
+
+#include "../import/ImportSummary.h"
+
+#include <memory>
+
+namespace MoxTool {
+
+/// A saved model as an export needs it: its mesh and its results in one numbering, and the summary of what is
+/// taken and what is not.
+class ExportModel {
+public:
+    /// @throws Failure if the file can't be read, contradicts itself, has no mesh or lacks the wanted step.
+    explicit ExportModel(const ExportRequest& request);
+
+    const MoxReader::Model& model() const { return opened.model(); }
+    const ExportMesh& mesh() const { return parts; }
+    const ExportResults& results() const { return contents; }
+    /// The places of the steps that are wanted.
+    const std::vector<std::size_t>& wantedSteps() const { return wanted; }
+    FieldReader reader() { return FieldReader(parts, heavy); }
+    ImportSummary& summary() { return told; }
+
+private:
+    void read(const ExportRequest& request);
+    void chooseSteps(const ExportRequest& request);
+
+    OpenModel opened;
+    MoxReader::HeavyData heavy;
+    ImportSummary told;
+    ExportMesh parts;
+    ExportResults contents;
+    std::vector<std::size_t> wanted;
+};
+
+} // namespace MoxTool

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+namespace MoxTool {
+
+/// What `mox export` is asked to do.
+struct ExportRequest {
+    std::string input;
+    std::string output;     ///< Its extension decides the format.
+    std::string step;       ///< The one step to take; empty for all.
+    bool overwrite = false; ///< An existing output is replaced, once the new one is whole.
+};
+
+} // namespace MoxTool

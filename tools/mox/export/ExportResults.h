@@ -1,0 +1,69 @@
+#pragma once
+
+#include "ExportMesh.h"
+#include "meshDatasets.h"
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace MoxTool {
+
+/// A step of the model.
+struct ExportStep {
+    std::string name;
+    std::optional<double> time; ///< As precise as the file has it; likewise the frequency.
+    std::optional<double> mode;
+    std::optional<double> frequency;
+    bool vibration = false;
+
+    /// The time, or the frequency, or the given number.
+    double timeOr(double number) const { return time ? *time : frequency.value_or(number); }
+    /// For an animation: the frequency of a vibration goes before its time.
+    double valueOr(double number) const { return vibration && frequency ? *frequency : timeOr(number); }
+};
+
+/// One result: the datasets of one name, type and meaning, over all steps and parts.
+struct ExportField {
+    /// The place of the step; and of the node group, or of the part for results on elements.
+    using Source = std::pair<std::size_t, std::size_t>;
+    /// In place of a step, for a result that has none and is the same in all.
+    static constexpr std::size_t NoStep = static_cast<std::size_t>(-1);
+
+    ResultPlace place = ResultPlace::Nodes;
+    std::string name;
+    std::uint32_t variableType = 0;
+    std::size_t width = 1;
+    bool isInteger = false;
+    bool isStatic = false; ///< Without steps.
+    /// The variables of the columns from the first on, by the attributes "Component 1" and so on; empty if
+    /// there are none.
+    std::vector<std::string> components;
+    std::map<Source, const MoxReader::Dataset*> sources; ///< The holders of the numbers.
+    std::set<std::size_t> targets;                       ///< All that have numbers in any step.
+
+    /// The numbers in a step; null if the target has none there.
+    const MoxReader::Dataset* source(std::size_t step, std::size_t target) const {
+        const auto found = sources.find({isStatic ? NoStep : step, target});
+        return found == sources.end() ? nullptr : found->second;
+    }
+    /// Whether any target has numbers in a step.
+    bool stands(std::size_t step) const;
+};
+
+/// All results of the parts of a mesh, and their steps in the order in which they were written.
+struct ExportResults {
+    std::vector<ExportStep> steps;
+    std::vector<ExportField> fields;
+};
+
+/// The node groups or the parts: what the results of a place stand on.
+std::size_t targetCount(const ExportMesh& mesh, ResultPlace place);
+/// The nodes of a group, or the elements of a part.
+std::size_t itemsOf(const ExportMesh& mesh, ResultPlace place, std::size_t target);
+
+} // namespace MoxTool

@@ -1,0 +1,228 @@
+#include "MeshCollector.h"
+
+#include "../Failure.h"
+#include "../common/datasetText.h"
+#include "../common/visibleText.h"
+#include "../import/ElementType.h"
+#include "attributeValue.h"
+#include "groupTransforms.h"
+#include "meshDatasets.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <numeric>
+
+namespace MoxTool {
+
+using MoxReader::Dataset;
+using MoxReader::Node;
+
+namespace {
+
+using Integers = std::vector<std::uint32_t>;
+
+constexpr std::int64_t NoId = -1;
+constexpr std::size_t MostNodes = std::numeric_limits<std::int32_t>::max();
+
+bool isNodalResult(const Dataset& dataset) {
+    return resultPlaceOf(dataset) == ResultPlace::Nodes;
+}
+
+// A length that no known face has makes polygons of all.
+bool arePolygons(const std::string& type, int dimension, const Integers& lengths) {
+    if (isNsided(type))
+        return true;
+    return dimension == 2 && std::any_of(lengths.begin(), lengths.end(),
+                                         [](auto length) { return findElementShape(2, length) == nullptr; });
+}
+
+bool isUniform(const Integers& lengths) {
+    return std::adjacent_find(lengths.begin(), lengths.end(), std::not_equal_to<>()) == lengths.end();
+}
+
+// An import keeps large ids as texts.
+std::int64_t wantedId(const MoxReader::Attributes& attributes) {
+    constexpr double MostExact = 9007199254740992; // a double holds no larger integer safely
+    const auto wish = numberAttribute(attributes, "Block Id");
+    return wish && *wish >= 0 && *wish <= MostExact ? static_cast<std::int64_t>(*wish) : NoId;
+}
+
+const ElementShape& shapeOf(int dimension, std::size_t nodes) {
+    const auto* shape = findElementShape(dimension, nodes);
+    return shape == nullptr ? UnknownShape : *shape;
+}
+
+} // namespace
+
+MeshCollector::MeshCollector(std::string file, const MoxReader::Model& source, MoxReader::HeavyData& numbers,
+                             ImportSummary& results)
+    : path(std::move(file)),
+      model(source),
+      heavy(numbers),
+      summary(results),
+      transforms(groupTransforms(model)) {}
+
+ExportMesh MeshCollector::collect() {
+    std::vector<std::string> incomplete;
+    for (const auto& node : model.nodes()) {
+        if (node.geometry() == nullptr)
+            continue;
+        if (isComplete(node))
+            addPart(node);
+        else
+            incomplete.push_back(visibleText(node.name));
+    }
+    summary.leave("geometries without Coordinates, Connectivity and Polylength", incomplete);
+    for (std::size_t part = 0; part < mesh.parts.size(); ++part)
+        addElements(part);
+    numberBlocks();
+    tellUnknownShapes();
+    return std::move(mesh);
+}
+
+void MeshCollector::addPart(const Node& geometry) {
+    ExportPart part;
+    part.geometry = &geometry;
+    part.connectivity = findConnectivity(geometry);
+    part.polylength = findPolylength(geometry);
+    part.dimension = connectivityDimension(*part.connectivity);
+    part.nodeGroup = nodesOf(geometry, *findCoordinates(geometry));
+    mesh.parts.push_back(part);
+}
+
+std::size_t MeshCollector::nodesOf(const Node& geometry, const Dataset& coordinates) {
+    NodesKey key;
+    auto& [holder, matrix, results] = key;
+    holder = &model.resolve(coordinates);
+    const auto& transform = transforms[geometry.id - 1];
+    std::copy_n(transform.matrix().data(), matrix.size(), matrix.begin());
+    for (const auto& dataset : geometry.geometry()->datasets) {
+        if (isNodalResult(dataset))
+            results.emplace(dataset.key, &model.resolve(dataset));
+    }
+    const auto [place, isNew] = knownNodes.emplace(std::move(key), mesh.nodeGroups.size());
+    if (isNew) {
+        if (holder->width != 3)
+            fail(geometry, "its coordinates have not three columns");
+        mesh.nodeGroups.push_back({holder, transform, mesh.nodeCount(), itemCount(*holder)});
+        addPoints(mesh.nodeGroups.back());
+    }
+    return place->second;
+}
+
+void MeshCollector::addPoints(const ExportNodes& nodes) {
+    auto points = heavy.readFloats(*nodes.coordinates);
+    if (!nodes.transform.matrix().isIdentity(0)) {
+        for (std::size_t i = 0; i < points.size(); i += 3) {
+            Eigen::Map<Eigen::Vector3f> point(points.data() + i);
+            point = (nodes.transform * point.cast<double>()).cast<float>();
+        }
+        summary.tell("transforms of groups are applied to coordinates, not to results");
+    }
+    mesh.points.insert(mesh.points.end(), points.begin(), points.end());
+    if (mesh.nodeCount() > MostNodes)
+        throw Failure(path, fmt::format("has more than {} nodes", MostNodes));
+}
+
+void MeshCollector::addElements(std::size_t partIndex) {
+    auto& part = mesh.parts[partIndex];
+    const auto nodes = heavy.readUnsigned(*part.connectivity);
+    const auto lengths = heavy.readUnsigned(*part.polylength);
+    checkElements(part, nodes, lengths);
+    part.firstElement = elementCount;
+    part.elements = lengths.size();
+    part.firstBlock = mesh.blocks.size();
+    splitElements(partIndex, nodes, lengths);
+    part.endBlock = mesh.blocks.size();
+    nameBlocks(part);
+    elementCount += part.elements;
+}
+
+void MeshCollector::checkElements(const ExportPart& part, const Integers& nodes,
+                                  const Integers& lengths) const {
+    const auto sum = std::accumulate(lengths.begin(), lengths.end(), std::uint64_t{0});
+    if (sum != nodes.size())
+        fail(*part.geometry, fmt::format("its elements have {} nodes by Polylength and {} by Connectivity",
+                                         sum, nodes.size()));
+    if (std::find(lengths.begin(), lengths.end(), 0U) != lengths.end())
+        fail(*part.geometry, "it has an element without nodes");
+    const auto count = mesh.nodeGroups[part.nodeGroup].count;
+    const auto bad = std::find_if(nodes.begin(), nodes.end(), [=](auto node) { return node >= count; });
+    if (bad != nodes.end())
+        fail(*part.geometry, fmt::format("an element refers to node {} of {}", *bad, count));
+}
+
+void MeshCollector::splitElements(std::size_t partIndex, const Integers& nodes, const Integers& lengths) {
+    const auto& part = mesh.parts[partIndex];
+    const auto type = textAttribute(model.resolve(*part.connectivity).attributes, "Element Type");
+    const bool polygons = arePolygons(type, part.dimension, lengths);
+    const auto firstNode = static_cast<std::uint32_t>(mesh.nodeGroups[part.nodeGroup].first);
+    std::map<std::size_t, ExportBlock> blocks;
+    std::size_t place = 0;
+    for (std::size_t row = 0; row < lengths.size(); ++row) {
+        auto& block = blocks[polygons ? 0 : lengths[row]];
+        block.rows.push_back(row);
+        if (polygons)
+            block.lengths.push_back(lengths[row]);
+        for (std::uint32_t i = 0; i < lengths[row]; ++i)
+            block.nodes.push_back(firstNode + nodes[place++]);
+    }
+    const bool typeFits = !type.empty() && (polygons ? isNsided(type) : isUniform(lengths));
+    for (auto& [length, block] : blocks) {
+        block.part = partIndex;
+        block.nodesPerElement = length;
+        block.shape = polygons ? &PolygonShape : &shapeOf(part.dimension, length);
+        block.type = typeFits ? type : "";
+        mesh.blocks.push_back(std::move(block));
+    }
+}
+
+// A geometry that parts by length gives each block its own name.
+void MeshCollector::nameBlocks(const ExportPart& part) {
+    const auto& attributes = model.resolve(*part.connectivity).attributes;
+    const bool named = attributes.contains("Block Name");
+    const auto name = named ? textAttribute(attributes, "Block Name") : part.geometry->name;
+    const bool several = part.endBlock - part.firstBlock > 1;
+    for (auto i = part.firstBlock; i < part.endBlock; ++i) {
+        auto& block = mesh.blocks[i];
+        block.name = several ? fmt::format("{} {}", name, block.nodesPerElement) : name;
+    }
+}
+
+// The ids that the attributes wish for, as far as they are unique, then the lowest free ones.
+void MeshCollector::numberBlocks() {
+    std::set<std::int64_t> taken;
+    std::vector<ExportBlock*> others;
+    for (auto& block : mesh.blocks) {
+        const auto& connectivity = model.resolve(*mesh.parts[block.part].connectivity);
+        block.id = wantedId(connectivity.attributes);
+        if (block.id == NoId || !taken.insert(block.id).second)
+            others.push_back(&block);
+    }
+    std::int64_t next = 1;
+    for (auto* block : others) {
+        while (!taken.insert(next).second)
+            ++next;
+        block->id = next;
+    }
+}
+
+void MeshCollector::tellUnknownShapes() {
+    for (const auto& block : mesh.blocks) {
+        if (block.shape == &UnknownShape)
+            summary.tell(
+                fmt::format("\"{}\" has elements of {} nodes, of no known shape: type OTHER in Exodus, loose "
+                            "points in VTK",
+                            visibleText(block.name), block.nodesPerElement));
+    }
+}
+
+void MeshCollector::fail(const Node& geometry, const std::string& reason) const {
+    throw Failure(path, fmt::format("geometry \"{}\": {}; mox check lists all damage",
+                                    visibleText(geometry.name), reason));
+}
+
+} // namespace MoxTool

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "../import/ImportSummary.h"
+#include "ExportMesh.h"
+
+#include <MoxReader/HeavyData.h>
+
+#include <array>
+#include <map>
+#include <set>
+#include <tuple>
+#include <utility>
+
+namespace MoxTool {
+
+/// Gathers the geometries of a model into one mesh.
+///
+/// Geometries share nodes if they share their coordinates and all results on nodes and stand in the same
+/// place of the assembly; otherwise each gets its own copy of the nodes. Elements keep their order, but for
+/// those of a geometry with elements of several lengths, which part by length. Groups' transforms are
+/// applied.
+class MeshCollector {
+public:
+    /// @param file The model's file, as the person named it. All others must outlive the collector.
+    MeshCollector(std::string file, const MoxReader::Model& model, MoxReader::HeavyData& heavy,
+                  ImportSummary& summary);
+
+    /// To be called once.
+    /// @throws Failure if elements refer to nodes that are not there and the like; MoxReader::Error.
+    ExportMesh collect();
+
+private:
+    using NodesKey = std::tuple<const MoxReader::Dataset*, std::array<double, 16>,
+                                std::set<std::pair<std::string, const MoxReader::Dataset*>>>;
+
+    void addPart(const MoxReader::Node& geometry);
+    std::size_t nodesOf(const MoxReader::Node& geometry, const MoxReader::Dataset& coordinates);
+    void addPoints(const ExportNodes& nodes);
+    void addElements(std::size_t partIndex);
+    void checkElements(const ExportPart& part, const std::vector<std::uint32_t>& nodes,
+                       const std::vector<std::uint32_t>& lengths) const;
+    void splitElements(std::size_t partIndex, const std::vector<std::uint32_t>& nodes,
+                       const std::vector<std::uint32_t>& lengths);
+    void nameBlocks(const ExportPart& part);
+    void numberBlocks();
+    void tellUnknownShapes();
+    [[noreturn]] void fail(const MoxReader::Node& geometry, const std::string& reason) const;
+
+    std::string path;
+    const MoxReader::Model& model;
+    MoxReader::HeavyData& heavy;
+    ImportSummary& summary;
+    std::vector<Eigen::Affine3d> transforms;
+    std::map<NodesKey, std::size_t> knownNodes;
+    ExportMesh mesh;
+    std::size_t elementCount = 0;
+};
+
+} // namespace MoxTool

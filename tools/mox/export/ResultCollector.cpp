@@ -1,0 +1,148 @@
+#include "ResultCollector.h"
+
+#include "../common/datasetText.h"
+#include "../common/visibleText.h"
+#include "attributeValue.h"
+
+#include <MoxReader/Format.h>
+
+#include <fmt/core.h>
+
+#include <algorithm>
+
+namespace MoxTool {
+
+using MoxReader::Attributes;
+using MoxReader::Dataset;
+
+namespace {
+
+// The text of a double goes before the float that stands beside it.
+std::optional<double> preciseNumber(const Attributes& attributes, const std::string& key) {
+    const auto exact = numberAttribute(attributes, key + " (exact)");
+    return exact ? exact : numberAttribute(attributes, key);
+}
+
+// Of two datasets of a step either can be the one with the attributes.
+void describe(ExportStep& step, const Dataset& dataset) {
+    const auto& attributes = dataset.attributes;
+    if (!step.time)
+        step.time = preciseNumber(attributes, "Time");
+    if (!step.frequency)
+        step.frequency = preciseNumber(attributes, "Frequency");
+    if (!step.mode)
+        step.mode = numberAttribute(attributes, "Mode");
+    step.vibration = step.vibration || dataset.vibration;
+}
+
+std::vector<std::string> componentsOf(const Dataset& holder) {
+    std::vector<std::string> components;
+    for (;;) {
+        auto name = textAttribute(holder.attributes, fmt::format("Component {}", components.size() + 1));
+        if (name.empty() || components.size() == holder.width)
+            return components;
+        components.push_back(std::move(name));
+    }
+}
+
+bool fitsItsType(const Dataset& dataset, const Dataset& holder) {
+    const auto* type = MoxReader::Format::findVariableType(dataset.variableType);
+    return type != nullptr && holder.width == type->width;
+}
+
+struct FoundStep {
+    ExportStep step;
+    std::uint64_t position; // of its first numbers
+};
+
+} // namespace
+
+ResultCollector::ResultCollector(const MoxReader::Model& source, const ExportMesh& parts, ImportSummary& left)
+    : model(source), mesh(parts), summary(left) {}
+
+ExportResults ResultCollector::collect() {
+    collectSteps();
+    for (std::size_t part = 0; part < mesh.parts.size(); ++part)
+        addPart(part);
+    leave();
+    return std::move(results);
+}
+
+// A link from another step has numbers in common with it, but not its attributes.
+void ResultCollector::collectSteps() {
+    std::map<std::string, std::size_t> places;
+    std::vector<FoundStep> found;
+    for (const auto& part : mesh.parts) {
+        for (const auto& dataset : part.geometry->geometry()->datasets) {
+            if (dataset.step.empty() || resultPlaceOf(dataset) == ResultPlace::Nowhere)
+                continue;
+            const auto& holder = model.resolve(dataset);
+            const auto [place, isNew] = places.emplace(dataset.step, found.size());
+            if (isNew)
+                found.push_back({{dataset.step, {}, {}, {}, false}, holder.position});
+            auto& step = found[place->second];
+            step.position = std::min(step.position, holder.position);
+            if (holder.step == dataset.step)
+                describe(step.step, holder);
+        }
+    }
+    std::stable_sort(found.begin(), found.end(),
+                     [](const auto& left, const auto& right) { return left.position < right.position; });
+    for (const auto& step : found) {
+        stepPlaces.emplace(step.step.name, results.steps.size());
+        results.steps.push_back(step.step);
+    }
+}
+
+void ResultCollector::addPart(std::size_t partIndex) {
+    const auto& geometry = *mesh.parts[partIndex].geometry;
+    const std::set meshDatasets = {findCoordinates(geometry), findConnectivity(geometry),
+                                   findPolylength(geometry)};
+    for (const auto& dataset : geometry.geometry()->datasets) {
+        if (!meshDatasets.contains(&dataset))
+            addDataset(partIndex, dataset);
+    }
+}
+
+void ResultCollector::addDataset(std::size_t partIndex, const Dataset& dataset) {
+    const auto place = resultPlaceOf(dataset);
+    if (place == ResultPlace::Nowhere) {
+        others.insert(fmt::format("{} [{}]", visibleText(dataset.name), variableTypeText(dataset)));
+        return;
+    }
+    const auto& holder = model.resolve(dataset);
+    const auto target = place == ResultPlace::Nodes ? mesh.parts[partIndex].nodeGroup : partIndex;
+    if (!fitsItsType(dataset, holder) || itemCount(holder) != itemsOf(mesh, place, target)) {
+        misfits.insert(fmt::format("{} of {}", visibleText(dataset.name),
+                                   visibleText(mesh.parts[partIndex].geometry->name)));
+        return;
+    }
+    const auto step = dataset.step.empty() ? ExportField::NoStep : stepPlaces.at(dataset.step);
+    auto& field = results.fields[fieldOf(dataset, holder)];
+    field.sources.emplace(ExportField::Source{step, target}, &holder);
+    field.targets.insert(target);
+}
+
+std::size_t ResultCollector::fieldOf(const Dataset& dataset, const Dataset& holder) {
+    ExportField field;
+    field.place = resultPlaceOf(dataset);
+    field.name = dataset.name;
+    field.variableType = dataset.variableType;
+    field.width = holder.width;
+    field.isInteger = holder.elementTag == MoxReader::Format::UnsignedTag;
+    field.isStatic = dataset.step.empty();
+    field.components = componentsOf(holder);
+    const FieldKey key{field.place,       field.name,     (field.variableType << 8U) | holder.width,
+                       holder.elementTag, field.isStatic, field.components};
+    const auto [place, isNew] = fieldPlaces.emplace(key, results.fields.size());
+    if (isNew)
+        results.fields.push_back(std::move(field));
+    return place->second;
+}
+
+void ResultCollector::leave() {
+    summary.leave("datasets that are no results on nodes or elements", {others.begin(), others.end()});
+    summary.leave("results that fit neither nodes nor elements", {misfits.begin(), misfits.end()});
+}
+
+} // namespace MoxTool

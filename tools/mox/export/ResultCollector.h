@@ -1,0 +1,43 @@
+#pragma once
+
+#include "../import/ImportSummary.h"
+#include "ExportResults.h"
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <tuple>
+
+namespace MoxTool {
+
+/// Finds all results of a mesh and their steps, and notes the datasets that are no results.
+class ResultCollector {
+public:
+    /// All must outlive the collector.
+    ResultCollector(const MoxReader::Model& model, const ExportMesh& mesh, ImportSummary& summary);
+
+    /// To be called once. @throws MoxReader::Error for links that lead nowhere.
+    ExportResults collect();
+
+private:
+    using FieldKey =
+        std::tuple<ResultPlace, std::string, std::uint32_t, std::uint8_t, bool, std::vector<std::string>>;
+
+    void collectSteps();
+    void addPart(std::size_t partIndex);
+    void addDataset(std::size_t partIndex, const MoxReader::Dataset& dataset);
+    std::size_t fieldOf(const MoxReader::Dataset& dataset, const MoxReader::Dataset& holder);
+    void leave();
+
+    const MoxReader::Model& model;
+    const ExportMesh& mesh;
+    ImportSummary& summary;
+    std::map<std::string, std::size_t> stepPlaces;
+    std::map<FieldKey, std::size_t> fieldPlaces;
+    std::set<std::string> others;
+    std::set<std::string> misfits;
+    ExportResults results;
+};
+
+} // namespace MoxTool

@@ -1,0 +1,94 @@
+#include "VtuFile.h"
+
+#include "xmlText.h"
+
+#include <fmt/format.h>
+
+#include <bit>
+#include <ostream>
+
+namespace MoxTool {
+
+namespace {
+
+using LengthWord = std::uint64_t; // in front of each array's bytes; "UInt64" in the file's head
+
+std::uint64_t byteCount(const VtuArray& array) {
+    return std::uint64_t{array.wordSize} * array.columns * array.tuples;
+}
+
+std::string columnAttributes(const VtuArray& array) {
+    std::string text;
+    for (std::size_t i = 0; i < array.columnNames.size(); ++i)
+        text += fmt::format(" ComponentName{}=\"{}\"", i, xmlText(array.columnNames[i]));
+    return text;
+}
+
+// Texts stand as the numbers of their bytes, each with a zero behind it.
+std::string textNumbers(const std::vector<std::string>& texts) {
+    std::string numbers;
+    for (const auto& text : texts) {
+        for (const char letter : text)
+            numbers += fmt::format("{} ", static_cast<unsigned char>(letter));
+        numbers += "0 ";
+    }
+    return numbers;
+}
+
+} // namespace
+
+std::string vtkFileStart(const std::string& type) {
+    const auto* order = std::endian::native == std::endian::little ? "LittleEndian" : "BigEndian";
+    return fmt::format("<?xml version=\"1.0\"?>\n<VTKFile type=\"{}\" version=\"1.0\" byte_order=\"{}\" "
+                       "header_type=\"UInt64\">\n",
+                       type, order);
+}
+
+void VtuFile::addTexts(const std::string& name, const std::vector<std::string>& texts) {
+    fieldData +=
+        fmt::format("<DataArray type=\"String\" Name=\"{}\" NumberOfTuples=\"{}\" format=\"ascii\">{}"
+                    "</DataArray>\n",
+                    xmlText(name), texts.size(), textNumbers(texts));
+}
+
+void VtuFile::setTime(double time) {
+    fieldData +=
+        fmt::format("<DataArray type=\"Float64\" Name=\"TimeValue\" NumberOfTuples=\"1\" format=\"ascii\">{}"
+                    "</DataArray>\n",
+                    time);
+}
+
+void VtuFile::write(std::ostream& stream) const {
+    std::uint64_t offset = 0;
+    stream << vtkFileStart("UnstructuredGrid") << "<UnstructuredGrid>\n<FieldData>\n"
+           << fieldData << "</FieldData>\n"
+           << fmt::format("<Piece NumberOfPoints=\"{}\" NumberOfCells=\"{}\">\n", pointCount, cellCount);
+    writeSection(stream, "Points", points, offset);
+    writeSection(stream, "Cells", cells, offset);
+    writeSection(stream, "PointData", pointData, offset);
+    writeSection(stream, "CellData", cellData, offset);
+    stream << "</Piece>\n</UnstructuredGrid>\n<AppendedData encoding=\"raw\">\n_";
+    for (const auto* arrays : {&points, &cells, &pointData, &cellData}) {
+        for (const auto& array : *arrays) {
+            const LengthWord length = byteCount(array);
+            stream.write(reinterpret_cast<const char*>(&length), sizeof length);
+            array.write(stream);
+        }
+    }
+    stream << "\n</AppendedData>\n</VTKFile>\n";
+}
+
+void VtuFile::writeSection(std::ostream& stream, const char* name, const Arrays& arrays,
+                           std::uint64_t& offset) const {
+    stream << '<' << name << ">\n";
+    for (const auto& array : arrays) {
+        stream << fmt::format(
+            "<DataArray type=\"{}\" Name=\"{}\" NumberOfComponents=\"{}\"{} format=\"appended\" "
+            "offset=\"{}\"/>\n",
+            array.type, xmlText(array.name), array.columns, columnAttributes(array), offset);
+        offset += sizeof(LengthWord) + byteCount(array);
+    }
+    stream << "</" << name << ">\n";
+}
+
+} // namespace MoxTool

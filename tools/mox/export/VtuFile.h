@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace MoxTool {
+
+/// Numbers that a VTU file is to hold. They are made when they are written, one array at a time.
+struct VtuArray {
+    std::string name;
+    std::string type;     ///< Of a number: "Float32", "UInt32" and so on.
+    std::size_t wordSize; ///< Bytes of a number.
+    std::size_t columns;  ///< Numbers of a tuple.
+    std::size_t tuples;
+    std::vector<std::string> columnNames;     ///< Empty, or some from the first column on.
+    std::function<void(std::ostream&)> write; ///< Writes them in the machine's byte order.
+};
+
+/// One unstructured mesh in VTK's XML format: a piece with all numbers appended as raw bytes behind the
+/// markup.
+class VtuFile {
+public:
+    VtuFile(std::size_t pointsInAll, std::size_t cellsInAll)
+        : pointCount(pointsInAll), cellCount(cellsInAll) {}
+
+    /// Texts that belong to the whole mesh.
+    void addTexts(const std::string& name, const std::vector<std::string>& texts);
+    /// The time that the mesh stands for.
+    void setTime(double time);
+    void setPoints(VtuArray array) { points.push_back(std::move(array)); }
+    /// Connectivity, offsets and types.
+    void addCells(VtuArray array) { cells.push_back(std::move(array)); }
+    void addPointData(VtuArray array) { pointData.push_back(std::move(array)); }
+    void addCellData(VtuArray array) { cellData.push_back(std::move(array)); }
+
+    /// Writes it all. Failures show in the stream's state.
+    void write(std::ostream& stream) const;
+
+private:
+    using Arrays = std::vector<VtuArray>;
+
+    void writeSection(std::ostream& stream, const char* name, const Arrays& arrays,
+                      std::uint64_t& offset) const;
+
+    std::size_t pointCount;
+    std::size_t cellCount;
+    std::string fieldData;
+    Arrays points;
+    Arrays cells;
+    Arrays pointData;
+    Arrays cellData;
+};
+
+/// The beginning of a VTK XML file of a type, up to the line that opens the file's content.
+std::string vtkFileStart(const std::string& type);
+
+} // namespace MoxTool

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "../import/ImportSummary.h"
+
+#include <MoxReader/Model.h>
+
+namespace MoxTool {
+
+/// Notes what a mesh format can't take of a model's tree: groups, sets of nodes, materials, and the
+/// attributes that no export has a place for.
+void leaveTree(const MoxReader::Model& model, ImportSummary& summary);
+
+} // namespace MoxTool

@@ -1,0 +1,120 @@
+#include "ExtractCommand.h"
+
+#include "../OutputFile.h"
+#include "../common/NumberFile.h"
+#include "../common/makeBinary.h"
+#include "FolderExtraction.h"
+#include "findDataset.h"
+#include "writeFile.h"
+#include "writeNumbers.h"
+
+#include <filesystem>
+#include <iostream>
+
+namespace MoxTool {
+
+namespace {
+
+constexpr const char* Details =
+    R"(PATH is "/" and a name for each level from the root on. A shape's path stands for its geometry. Among
+siblings of one name the first is taken; --id reaches the others. For names with "/" in them choose another
+--separator, any text. mox tree shows paths, ids, datasets and steps.
+
+Formats:
+  csv  one line for each node or element, commas between its components, no title. Each number reads back
+       equal; what is no number stands as nan, inf or -inf
+  npy  for NumPy: float32 or uint32, of shape (items,) or (items, components)
+  raw  the numbers alone: 4 bytes each, lowest byte first, item by item
+Without --format the end of the name behind -o decides; otherwise it is csv.
+
+--all makes one file for each dataset with numbers of its own, and index.json, which tells for each dataset,
+links as well, its node, name, step, type, shape and file.
+
+Examples:
+  mox extract bracket.mox --node /bracket/rib --data Coordinates
+  mox extract bracket.mox --node /bracket/rib --data Displacement --step "Load 1" -o rib.npy
+  mox extract bracket.mox --node "|bracket|left/right" --separator "|" --data Stress
+  mox extract bracket.mox --all numbers --format npy)";
+
+} // namespace
+
+std::string ExtractCommand::name() const {
+    return "extract";
+}
+
+std::string ExtractCommand::summary() const {
+    return "Get the numbers of datasets out, as CSV, for NumPy, or raw";
+}
+
+void ExtractCommand::addOptions(CLI::App& app) {
+    app.add_option("FILE", input, "The file to read; - reads stdin")->required();
+    auto* node = app.add_option("--node", choice.path, "The path of the node, such as /bracket/rib");
+    node->type_name("PATH");
+    auto* id = app.add_option("--id", choice.id, "The id of the node, instead of its path");
+    id->type_name("N")->check(CLI::PositiveNumber)->excludes(node);
+    app.add_option("--separator", choice.separator, "What stands in front of each name in PATH; else \"/\"")
+        ->type_name("TEXT");
+    auto* data = app.add_option("--data", choice.name, "The name of the dataset, such as Displacement");
+    data->type_name("KEY");
+    auto* step = app.add_option("--step", choice.step, "Its step; without it, the dataset that has no step");
+    step->type_name("NAME");
+    app.add_option("--format", format, "csv, npy or raw")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember(NumberFormats));
+    auto* file = app.add_option("-o,--output", output, "The file to write; else stdout");
+    file->type_name("FILE");
+    app.add_flag("--overwrite", overwrite, "Replace the file behind -o if it exists; else that is an error");
+    app.add_option("--all", folder, "Write all datasets into a new folder")
+        ->type_name("OUTDIR")
+        ->excludes(node, id, data, step, file);
+    app.final_callback([this] { requireChoice(); });
+    app.footer(Details);
+}
+
+void ExtractCommand::requireChoice() const {
+    if (!folder.empty())
+        return;
+    if (choice.path.empty() && choice.id == 0)
+        throw CLI::RequiredError("--node, --id or --all");
+    if (choice.name.empty())
+        throw CLI::RequiredError("--data");
+    if (choice.separator.empty())
+        throw CLI::ValidationError("--separator", "must not be empty");
+}
+
+int ExtractCommand::run(Terminal& terminal) {
+    NumberFile file(input);
+    if (folder.empty())
+        extractOne(file);
+    else
+        FolderExtraction(file, formatName(), terminal).writeTo(folder);
+    return 0;
+}
+
+std::string ExtractCommand::formatName() const {
+    if (!format.empty())
+        return format;
+    const auto extension = std::filesystem::path(output).extension().string();
+    const auto known = NumberFormats.find(extension.empty() ? extension : extension.substr(1));
+    return known == NumberFormats.end() ? "csv" : known->first;
+}
+
+void ExtractCommand::extractOne(NumberFile& file) const {
+    const auto& dataset = findDataset(file, choice);
+    const auto width = file.holder(dataset).width;
+    const auto fill = [&](std::ostream& out) {
+        writeNumbers(out, file.read(dataset), width, NumberFormats.at(formatName()));
+    };
+    if (output.empty() || output == "-") {
+        makeBinary(stdout);
+        return fill(std::cout);
+    }
+    std::error_code missing;
+    if (std::filesystem::equivalent(input, output, missing))
+        throw Failure(output, "is the input itself");
+    OutputFile target(output, overwrite);
+    writeFile(target.temporaryPath(), output, fill);
+    target.commit();
+}
+
+} // namespace MoxTool

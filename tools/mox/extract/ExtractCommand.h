@@ -1,0 +1,33 @@
+#pragma once
+
+#include "../Command.h"
+#include "DatasetChoice.h"
+
+#include <string>
+
+namespace MoxTool {
+
+class NumberFile;
+
+/// `mox extract FILE --node PATH --data KEY`: the numbers of a dataset, or of all.
+class ExtractCommand : public Command {
+public:
+    std::string name() const override;
+    std::string summary() const override;
+    void addOptions(CLI::App& app) override;
+    int run(Terminal& terminal) override;
+
+private:
+    void requireChoice() const;
+    std::string formatName() const;
+    void extractOne(NumberFile& file) const;
+
+    std::string input;
+    DatasetChoice choice;
+    std::string format; ///< Empty if the name of the output decides.
+    std::string output; ///< Empty or "-" for stdout.
+    std::string folder; ///< Not empty if all datasets are wanted.
+    bool overwrite = false;
+};
+
+} // namespace MoxTool

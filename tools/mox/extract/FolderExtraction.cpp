@@ -1,0 +1,102 @@
+#include "FolderExtraction.h"
+
+#include "../common/OutputFolder.h"
+#include "../common/datasetText.h"
+#include "../common/nodePath.h"
+#include "safeFileName.h"
+#include "writeFile.h"
+#include "writeNumbers.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+namespace MoxTool {
+
+using MoxReader::Dataset;
+using MoxReader::Node;
+
+namespace {
+
+std::string pathIn(const std::string& folder, const std::string& name) {
+    return (std::filesystem::path(folder) / name).string();
+}
+
+} // namespace
+
+FolderExtraction::FolderExtraction(NumberFile& source, std::string format, Terminal& terminal)
+    : file(source), formatName(std::move(format)), messages(terminal) {}
+
+void FolderExtraction::writeTo(const std::string& name) {
+    OutputFolder folder(name);
+    const auto temporary = folder.temporaryPath().string();
+    writeDatasets(temporary);
+    writeIndex(temporary);
+    folder.commit();
+}
+
+void FolderExtraction::writeDatasets(const std::string& folder) const {
+    const auto format = NumberFormats.at(formatName);
+    const auto holders = holdersByPosition();
+    for (std::size_t i = 0; i < holders.size(); ++i) {
+        messages.progress("extracting", static_cast<double>(i) / static_cast<double>(holders.size()));
+        const auto numbers = file.read(*holders[i]);
+        const auto name = fileName(*holders[i]);
+        writeFile(pathIn(folder, name), name,
+                  [&](std::ostream& out) { writeNumbers(out, numbers, holders[i]->width, format); });
+    }
+    messages.clearProgress();
+}
+
+// In the order of their positions each block of the file is inflated once.
+std::vector<const Dataset*> FolderExtraction::holdersByPosition() const {
+    std::vector<const Dataset*> holders;
+    for (const auto& node : file.model().nodes()) {
+        if (node.geometry() == nullptr)
+            continue;
+        for (const auto& dataset : node.geometry()->datasets) {
+            if (!dataset.isLink)
+                holders.push_back(&dataset);
+        }
+    }
+    std::ranges::stable_sort(holders, {}, &Dataset::position);
+    return holders;
+}
+
+std::string FolderExtraction::fileName(const Dataset& holder) const {
+    const auto title = holder.step.empty() ? holder.name : holder.name + "-" + holder.step;
+    return fmt::format("{}-{}-{}.{}", holder.nodeId, holder.index, safeFileName(title), formatName);
+}
+
+void FolderExtraction::writeIndex(const std::string& folder) const {
+    auto entries = Json::array();
+    for (const auto& node : file.model().nodes()) {
+        if (node.geometry() == nullptr)
+            continue;
+        for (const auto& dataset : node.geometry()->datasets)
+            entries.push_back(indexEntry(node, dataset));
+    }
+    const Json index = {{"format", formatName}, {"datasets", std::move(entries)}};
+    writeFile(pathIn(folder, "index.json"), "index.json",
+              [&](std::ostream& out) { out << index.dump(2) << '\n'; });
+}
+
+Json FolderExtraction::indexEntry(const Node& node, const Dataset& dataset) const {
+    const auto& holder = file.holder(dataset);
+    Json entry = {{"file", fileName(holder)},
+                  {"node", jsonText(nodePath(file.model(), node.id))},
+                  {"id", node.id},
+                  {"name", jsonText(dataset.name)}};
+    if (!dataset.step.empty())
+        entry["step"] = jsonText(dataset.step);
+    entry["type"] = variableTypeText(dataset);
+    entry["element"] = elementTypeText(holder);
+    entry["items"] = itemCount(holder);
+    entry["components"] = holder.width;
+    entry["link"] = dataset.isLink;
+    return entry;
+}
+
+} // namespace MoxTool

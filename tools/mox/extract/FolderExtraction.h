@@ -1,0 +1,41 @@
+#pragma once
+
+#include "../Terminal.h"
+#include "../common/NumberFile.h"
+#include "../common/jsonValue.h"
+#include "NumberFormat.h"
+
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+/// Writes every dataset of a file into a folder of its own, and an index.
+///
+/// The files are named after the node's id, the dataset's place in the node, its name and its step, such as
+/// 4-2-Displacement-Load_1.csv. A dataset that links to another has no file of its own; the index says where
+/// its numbers are. The index is `index.json`: the datasets in order of nodes, each with its file, node,
+/// name, step, type and shape.
+class FolderExtraction {
+public:
+    /// @param source Must outlive this object.
+    /// @param format Of all files, by its name in NumberFormats.
+    FolderExtraction(NumberFile& source, std::string format, Terminal& terminal);
+
+    /// @param folder Must not exist; appears when it is complete.
+    /// @throws Failure
+    void writeTo(const std::string& folder);
+
+private:
+    void writeDatasets(const std::string& folder) const;
+    void writeIndex(const std::string& folder) const;
+    std::vector<const MoxReader::Dataset*> holdersByPosition() const;
+    std::string fileName(const MoxReader::Dataset& holder) const;
+    Json indexEntry(const MoxReader::Node& node, const MoxReader::Dataset& dataset) const;
+
+    NumberFile& file;
+    std::string formatName;
+    Terminal& messages;
+};
+
+} // namespace MoxTool

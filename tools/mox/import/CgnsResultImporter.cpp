@@ -1,0 +1,155 @@
+#include "CgnsResultImporter.h"
+
+#include "AnalysisSteps.h"
+#include "resultNotes.h"
+
+#include <algorithm>
+#include <set>
+
+namespace MoxTool {
+
+namespace {
+
+DatasetWriter::Ids geometriesOf(const std::vector<CgnsPart>& parts) {
+    std::vector<unsigned int> geometries;
+    for (const auto& part : parts)
+        geometries.push_back(part.geometry);
+    return geometries;
+}
+
+std::vector<unsigned int> cellsOf(const std::vector<CgnsPart>& parts) {
+    std::vector<unsigned int> cells;
+    for (const auto& part : parts) {
+        if (part.hasCells)
+            cells.insert(cells.end(), part.ids.begin(), part.ids.end());
+    }
+    std::sort(cells.begin(), cells.end());
+    return cells;
+}
+
+std::vector<const CgnsSolution*> named(const std::vector<CgnsSolution>& solutions,
+                                       const std::vector<std::string>& names) {
+    std::vector<const CgnsSolution*> found;
+    for (const auto& solution : solutions) {
+        if (std::find(names.begin(), names.end(), solution.name) != names.end())
+            found.push_back(&solution);
+    }
+    return found;
+}
+
+std::vector<const CgnsSolution*> withoutStep(const std::vector<CgnsSolution>& solutions,
+                                             const std::vector<std::vector<std::string>>& steps) {
+    std::set<std::string> stepped;
+    for (const auto& names : steps)
+        stepped.insert(names.begin(), names.end());
+    std::vector<const CgnsSolution*> found;
+    for (const auto& solution : solutions) {
+        if (!stepped.contains(solution.name))
+            found.push_back(&solution);
+    }
+    return found;
+}
+
+} // namespace
+
+void CgnsResultImporter::addZone(const CgnsBase& base, const CgnsZone& source,
+                                 const std::vector<CgnsPart>& targets) {
+    zone = &source;
+    parts = &targets;
+    cells = cellsOf(targets);
+    auto solutions = file.solutions(source);
+    std::erase_if(solutions, [&](const auto& solution) { return !canTake(source, solution); });
+    auto steps = file.solutionsOfSteps(source);
+    steps.resize(std::min(steps.size(), base.times.size()));
+    addStep(base, withoutStep(solutions, steps), {});
+    for (std::size_t step = 0; step < steps.size(); ++step)
+        addStep(base, named(solutions, steps[step]), makeStep(step, base.times[step], std::nullopt));
+    summary.steps = std::max(summary.steps, static_cast<std::int64_t>(steps.size()));
+}
+
+bool CgnsResultImporter::canTake(const CgnsZone& source, const CgnsSolution& solution) {
+    const bool isOnVertices = solution.location == CGNS_ENUMV(Vertex);
+    if (solution.isPartial || (!isOnVertices && solution.location != CGNS_ENUMV(CellCenter))) {
+        elsewhere.push_back(solution.name);
+        return false;
+    }
+    if (!isOnVertices && cells.size() != source.cells()) {
+        withoutCells.push_back(solution.name);
+        return false;
+    }
+    return true;
+}
+
+void CgnsResultImporter::addStep(const CgnsBase& base, const Solutions& solutions,
+                                 const Qel::Mox2::Step& step) {
+    ResultPlan plan(base.physicalDimension);
+    const auto onVertices = fieldsAt(CGNS_ENUMV(Vertex), solutions);
+    const auto vertexResults = plan.nodeResults(onVertices.names);
+    for (const auto& result : vertexResults)
+        addOnVertices(onVertices, result, step);
+    const auto onCells = fieldsAt(CGNS_ENUMV(CellCenter), solutions);
+    const auto cellResults = plan.elementResults(onCells.names);
+    for (const auto& result : cellResults)
+        addOnCells(onCells, result, step);
+    tellRenamed(vertexResults, summary);
+    tellRenamed(cellResults, summary);
+}
+
+CgnsResultImporter::Fields CgnsResultImporter::fieldsAt(CGNS_ENUMT(GridLocation_t) location,
+                                                        const Solutions& solutions) {
+    Fields fields;
+    for (const auto* solution : solutions) {
+        if (solution->location != location)
+            continue;
+        fields.names.insert(fields.names.end(), solution->fields.begin(), solution->fields.end());
+        fields.solutions.insert(fields.solutions.end(), solution->fields.size(), solution);
+    }
+    return fields;
+}
+
+std::vector<std::vector<double>> CgnsResultImporter::readColumns(const Fields& fields,
+                                                                 const ResultDataset& result) const {
+    std::vector<std::vector<double>> columns;
+    for (const auto variable : result.variables)
+        columns.push_back(file.field(*zone, *fields.solutions[variable], fields.names[variable]));
+    return columns;
+}
+
+void CgnsResultImporter::addOnVertices(const Fields& fields, const ResultDataset& result,
+                                       const Qel::Mox2::Step& step) {
+    if (parts->empty())
+        return;
+    const auto columns = readColumns(fields, result);
+    RealTable table(zone->vertices(), result.width);
+    for (std::size_t column = 0; column < columns.size(); ++column)
+        table.setColumn(column, columns[column], narrowing);
+    writer.writeReals(result.name, result.type, table, geometriesOf(*parts), step,
+                      componentAttributes(result, fields.names));
+}
+
+void CgnsResultImporter::addOnCells(const Fields& fields, const ResultDataset& result,
+                                    const Qel::Mox2::Step& step) {
+    const auto columns = readColumns(fields, result);
+    for (const auto& part : *parts) {
+        if (!part.hasCells)
+            continue;
+        RealTable table(part.ids.size(), result.width);
+        std::vector<double> values(part.ids.size());
+        for (std::size_t column = 0; column < columns.size(); ++column) {
+            std::transform(part.ids.begin(), part.ids.end(), values.begin(), [&](unsigned int id) {
+                const auto cell = std::lower_bound(cells.begin(), cells.end(), id) - cells.begin();
+                return columns[column][static_cast<std::size_t>(cell)];
+            });
+            table.setColumn(column, values, narrowing);
+        }
+        writer.writeReals(result.name, result.type, table, DatasetWriter::Ids(1, part.geometry), step,
+                          componentAttributes(result, fields.names));
+    }
+}
+
+void CgnsResultImporter::leaveTheRest() {
+    summary.leave("solutions elsewhere than on all vertices or all cell centres", elsewhere);
+    summary.leave("solutions on cells, since the zone's elements are not its cells", withoutCells);
+}
+
+} // namespace MoxTool

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace MoxTool {
+
+/// Finds the place of a tag in a list of tags.
+class TagIndex {
+public:
+    /// @param tags In any order. Of equal ones the first is found.
+    explicit TagIndex(const std::vector<std::size_t>& tags);
+
+    std::optional<std::size_t> find(std::size_t tag) const;
+
+private:
+    std::vector<std::pair<std::size_t, std::size_t>> places; // sorted pairs of tag and place
+};
+
+} // namespace MoxTool

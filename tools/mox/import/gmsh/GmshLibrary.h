@@ -1,0 +1,44 @@
+#pragma once
+
+#include "../GmshModel.h"
+#include "MshCheck.h"
+
+#include <string>
+
+namespace MoxTool {
+
+/// A Gmsh file, read by the Gmsh library. The library has one state for the whole process, so there can be
+/// one object at a time.
+class GmshLibrary : public GmshModel {
+public:
+    /// @throws Failure if it is no Gmsh file, or if it is damaged or cut off.
+    explicit GmshLibrary(const std::string& filePath);
+
+    std::string version() const override { return mesh.version(); }
+    std::vector<std::string> sections() const override { return mesh.sections(); }
+    std::uint64_t nodesInFile() const override { return mesh.nodeCount(); }
+    GmshNodes nodes() const override;
+    std::vector<GmshEntity> entities() const override;
+    std::string physicalName(int dimension, int tag) const override;
+    std::vector<GmshElements> elements(const GmshEntity& entity) const override;
+    std::vector<GmshView> views() const override;
+    std::optional<GmshViewStep> viewStep(const GmshView& view, int step) const override;
+
+private:
+    // The library's state.
+    struct LibraryState {
+        LibraryState();
+        LibraryState(const LibraryState&) = delete;
+        LibraryState& operator=(const LibraryState&) = delete;
+        ~LibraryState();
+    };
+
+    template <typename Function>
+    void call(Function function) const;
+
+    std::string path;
+    LibraryState state;
+    MshCheck mesh;
+};
+
+} // namespace MoxTool

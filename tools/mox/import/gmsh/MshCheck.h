@@ -1,0 +1,67 @@
+#pragma once
+
+#include "MshNumbers.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+/// Goes through a Gmsh mesh file before the Gmsh library reads it, since the library overlooks some damages
+/// and crashes at others.
+///
+/// Each section must have its end. In files of version 2 and 4.1 moreover the sections of nodes and elements
+/// must hold as many numbers as they say, and elements must refer to nodes that are there.
+class MshCheck {
+public:
+    /// The number of nodes of an element type; 0 or an exception for one that there is not.
+    using NodesOfType = std::function<int(int type)>;
+
+    MshCheck(const std::string& filePath, NodesOfType nodesOfElementType);
+
+    /// To be called once.
+    /// @throws Failure if the file is damaged or cut off.
+    void run();
+
+    // What run() has found.
+
+    /// Of the format, as the file has it.
+    const std::string& version() const { return formatVersion; }
+    const std::vector<std::string>& sections() const { return sectionNames; }
+    /// 0 if they were not counted.
+    std::uint64_t nodeCount() const { return nodeTags.size(); }
+
+private:
+    void readSections();
+    void readFormat();
+    void skipTo(const std::string& end);
+    bool isVersion2() const { return formatVersion.starts_with("2"); }
+    bool isVersion41() const { return formatVersion == "4.1"; }
+
+    MshNumbers numbers();
+    void readNodes2();
+    void readElements2();
+    void readElements2(MshNumbers& numbers, std::size_t count);
+    std::size_t readElementBlock2(MshNumbers& numbers);
+    void readNodes41();
+    void readElements41();
+    void addNode(std::uint64_t tag);
+    void checkNode(std::uint64_t tag) const;
+    void finishNodes();
+    std::size_t nodesOf(int type) const;
+    std::size_t countLine();
+
+    std::string path;
+    NodesOfType nodesOfType;
+    std::ifstream file;
+    MshNumbers::Form form = MshNumbers::Form::Words;
+    std::string formatVersion;
+    std::vector<std::string> sectionNames;
+    std::vector<std::uint64_t> nodeTags; // sorted, once the section is read
+};
+
+} // namespace MoxTool

@@ -1,0 +1,16 @@
+#include "importCgns.h"
+
+#include "CgnsFile.h"
+#include "CgnsImporter.h"
+#include "saveImported.h"
+
+namespace MoxTool {
+
+ImportSummary importCgns(const ImportRequest& request, Terminal& terminal) {
+    const CgnsFile input(request.input);
+    return saveImported(request, terminal, [&](Qel::Mox2::Model& model, ImportSummary& summary) {
+        CgnsImporter(input, model, terminal, summary).run();
+    });
+}
+
+} // namespace MoxTool

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "../Command.h"
+
+#include <MoxReader/File.h>
+#include <MoxReader/Model.h>
+
+#include <optional>
+#include <string>
+
+namespace MoxTool {
+
+/// `mox info`: a file on one screen.
+class InfoCommand : public Command {
+public:
+    std::string name() const override { return "info"; }
+    std::string summary() const override {
+        return "Tell on one screen what a file is and whether it is whole";
+    }
+    void addOptions(CLI::App& app) override;
+    int run(Terminal& terminal) override;
+
+private:
+    std::optional<std::string> printModel(const MoxReader::File& file) const;
+    std::optional<std::string> findFlaw(const MoxReader::File& file, Terminal& terminal) const;
+    void printVerdict(const std::optional<std::string>& flaw, Terminal& terminal) const;
+
+    std::string path;
+    bool quick = false;
+};
+
+} // namespace MoxTool

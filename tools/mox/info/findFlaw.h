@@ -1,0 +1,22 @@
+#pragma once
+
+#include <MoxReader/File.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace MoxTool {
+
+/// Called with the share of the work that is done, from 0 to 1.
+using ProgressReport = std::function<void(double)>;
+
+/// The first flaw of the file's index, its length or one of its blocks, in words; empty if there is none.
+/// Decompresses every block, one at a time, and compares its checksum.
+/// @throws MoxReader::Error ReadFailed alone.
+std::optional<std::string> findBlockFlaw(const MoxReader::File& file, const ProgressReport& report);
+
+/// Likewise without a look into the blocks.
+std::optional<std::string> findIndexFlaw(const MoxReader::File& file);
+
+} // namespace MoxTool

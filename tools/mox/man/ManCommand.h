@@ -1,0 +1,25 @@
+#pragma once
+
+#include "../Command.h"
+
+namespace MoxTool {
+
+/// `mox man`: the manual, made from what --help shows. Does not show in the list of commands; the build and
+/// the packager use it.
+class ManCommand : public Command {
+public:
+    std::string name() const override { return "man"; }
+    std::string summary() const override { return "Print a page of the manual, or write all pages"; }
+    void addOptions(CLI::App& app) override;
+    int run(Terminal& terminal) override;
+
+private:
+    void writeAll() const;
+    const CLI::App& pageOf(const std::string& command) const;
+
+    const CLI::App* program = nullptr; ///< The level above this command.
+    std::string command;
+    std::string folder;
+};
+
+} // namespace MoxTool

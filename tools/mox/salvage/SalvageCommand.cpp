@@ -1,0 +1,98 @@
+#include "SalvageCommand.h"
+
+#include "../Failure.h"
+#include "../Terminal.h"
+#include "../common/OutputFolder.h"
+#include "../common/openSource.h"
+#include "../common/readFailure.h"
+#include "../extract/writeFile.h"
+#include "../info/findFlaw.h"
+#include "BlockWalk.h"
+#include "SalvageReport.h"
+
+#include <MoxReader/File.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+namespace MoxTool {
+
+namespace {
+
+constexpr const char* Details =
+    R"(A file that was never closed, as after a crash, has no index; one that is cut short or damaged has blocks
+that can't be read. Every compressed block that is whole is inflated into a file of its own in the new
+folder OUTDIR, block-0001.raw and so on, and index.json lists them with their offsets and sizes, what
+stands between them, and what is lost. The same list goes to stdout.
+
+OUTDIR must not exist; it appears when it is complete. A file that is whole needs no salvaging: the command
+then says so and ends with 1, unless --force is given.
+
+Exit codes: 0 at least one block was saved, 1 none, or nothing to salvage, 2 wrong usage.
+
+Examples:
+  mox salvage crashed.mox saved
+  mox salvage --force bracket.mox blocks)";
+
+bool has(const MoxReader::RawIndex& index, MoxReader::ErrorCode code) {
+    return std::ranges::any_of(index.damage, [&](const auto& damage) { return damage.code() == code; });
+}
+
+} // namespace
+
+void SalvageCommand::addOptions(CLI::App& app) {
+    app.add_option("FILE", path, "The damaged file; - for stdin")->required();
+    app.add_option("OUTDIR", folder, "The folder to make")->required();
+    app.add_flag("--force", force, "Also if the file is whole, or is no MOX file by its first bytes");
+    app.footer(Details);
+}
+
+int SalvageCommand::run(Terminal& terminal) {
+    explainErrors(path, [&] {
+        const auto source = openSource(path);
+        const auto index = MoxReader::scanIndex(*source);
+        if (has(index, MoxReader::ErrorCode::BadSignature) && !force)
+            throw Failure(path, "is no MOX file by its first bytes; --force looks for blocks all the same");
+        const auto state = findState(source, index, terminal);
+        if (state.empty() && !force)
+            throw Failure(path,
+                          "is whole, nothing needs salvaging; --force takes its blocks out all the same");
+        salvage(*source, index, state.empty() ? "it is whole" : state, terminal);
+    });
+    return 0;
+}
+
+/// @return what is wrong with the file; empty if it is whole.
+std::string SalvageCommand::findState(const std::shared_ptr<MoxReader::Source>& source,
+                                      const MoxReader::RawIndex& index, Terminal& terminal) const {
+    if (has(index, MoxReader::ErrorCode::NotFinished))
+        return "it was never closed by its writer";
+    if (!index.blocks.empty() && index.end > index.fileSize)
+        return fmt::format("it is cut short: {} of {} bytes are missing", index.end - index.fileSize,
+                           index.end);
+    const MoxReader::File file(source, index);
+    const auto flaw =
+        findBlockFlaw(file, [&](double part) { terminal.progress("looking for damage", part); });
+    terminal.clearProgress();
+    return flaw ? "it is damaged: " + *flaw : "";
+}
+
+void SalvageCommand::salvage(MoxReader::Source& source, const MoxReader::RawIndex& index,
+                             const std::string& state, Terminal& terminal) const {
+    OutputFolder target(folder);
+    BlockWalk walk(source, index);
+    walk.run(target.temporaryPath(), [&](double part) { terminal.progress("inflating blocks", part); });
+    terminal.clearProgress();
+    if (walk.blocks().empty())
+        throw Failure(path, state + "; no block that is whole has reached the disk, so nothing can be saved");
+    const SalvageReport report(path, state, index, walk);
+    writeFile(target.temporaryPath() / "index.json", folder + "/index.json",
+              [&](std::ostream& out) { out << report.toJson().dump(2) << '\n'; });
+    target.commit();
+    report.print(stdout);
+}
+
+} // namespace MoxTool

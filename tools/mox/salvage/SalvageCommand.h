@@ -1,0 +1,33 @@
+#pragma once
+
+#include "../Command.h"
+
+#include <MoxReader/RawIndex.h>
+#include <MoxReader/Source.h>
+
+#include <memory>
+#include <string>
+
+namespace MoxTool {
+
+/// `mox salvage`: gets the blocks out of a file that was never closed, is cut short or is damaged.
+class SalvageCommand : public Command {
+public:
+    std::string name() const override { return "salvage"; }
+    std::string summary() const override { return "Get out of a damaged file what can still be inflated"; }
+    void addOptions(CLI::App& app) override;
+    /// @return 0; failures, among them a file that is whole and one of which nothing is left, are 1.
+    int run(Terminal& terminal) override;
+
+private:
+    std::string findState(const std::shared_ptr<MoxReader::Source>& source, const MoxReader::RawIndex& index,
+                          Terminal& terminal) const;
+    void salvage(MoxReader::Source& source, const MoxReader::RawIndex& index, const std::string& state,
+                 Terminal& terminal) const;
+
+    std::string path;
+    std::string folder;
+    bool force = false;
+};
+
+} // namespace MoxTool

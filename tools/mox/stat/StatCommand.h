@@ -1,0 +1,29 @@
+#pragma once
+
+#include "../Command.h"
+#include "FileStatistics.h"
+
+namespace MoxTool {
+
+/// `mox stat`: where the bytes of a file go.
+class StatCommand : public Command {
+public:
+    std::string name() const override { return "stat"; }
+    std::string summary() const override { return "Tell where the bytes of a file go"; }
+    void addOptions(CLI::App& app) override;
+    int run(Terminal& terminal) override;
+
+private:
+    void printBlocks(const TallyList& blocks) const;
+    void printDatasets(const char* title, const TallyList& groups) const;
+    void printLinks(const Tally& total) const;
+    TallyList firstRows(const TallyList& groups) const;
+    std::string bytes(std::uint64_t count) const;
+    std::string bytes(double count) const;
+
+    std::string path;
+    std::size_t rows = 20;
+    bool exact = false;
+};
+
+} // namespace MoxTool

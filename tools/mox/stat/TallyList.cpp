@@ -1,0 +1,32 @@
+#include "TallyList.h"
+
+#include <algorithm>
+
+namespace MoxTool {
+
+void TallyList::add(const std::string& name, const Tally& tally) {
+    const auto [place, isNew] = places.try_emplace(name, list.size());
+    if (isNew)
+        list.emplace_back(name, Tally{});
+    list[place->second].second += tally;
+}
+
+Tally TallyList::sum() const {
+    Tally total;
+    for (const auto& row : list)
+        total += row.second;
+    return total;
+}
+
+TallyList TallyList::sorted() const {
+    auto rows = list;
+    std::sort(rows.begin(), rows.end(), [](const Row& one, const Row& other) {
+        return std::pair(-one.second.stored, one.first) < std::pair(-other.second.stored, other.first);
+    });
+    TallyList result;
+    for (const auto& [name, tally] : rows)
+        result.add(name, tally);
+    return result;
+}
+
+} // namespace MoxTool

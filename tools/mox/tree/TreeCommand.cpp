@@ -1,0 +1,46 @@
+#include "TreeCommand.h"
+
+#include "../Terminal.h"
+#include "../common/OpenModel.h"
+
+namespace MoxTool {
+
+namespace {
+
+constexpr const char* Details =
+    R"(A line for each node: its name, its type and id, and what differs from the default of its transform or
+material. Below a Geometry its datasets: name, step, type, element type, items x components; or for a
+dataset that shares the numbers of another, where these are.
+
+Control characters and bytes that are no UTF-8 show as \n, \t or \xNN, a backslash as two. Below level 32
+the lines are no further indented and begin with their level.
+
+Examples:
+  mox tree bracket.mox
+  mox tree --attributes bracket.mox
+  mox tree --depth 2 car.mox
+  mox tree --name '*door*' car.mox)";
+
+} // namespace
+
+void TreeCommand::addOptions(CLI::App& app) {
+    app.add_option("FILE", path, "The file to read; - for stdin")->required();
+    app.add_flag("--attributes", options.attributes, "With the attributes of groups and datasets");
+    app.add_option("--depth", options.depth, "Only so many levels; the root is the first")
+        ->check(CLI::PositiveNumber);
+    app.add_option(
+        "--name", options.pattern,
+        "Only nodes whose names match, with the way to them: * stands for any text, ? for a character");
+    app.footer(Details);
+}
+
+int TreeCommand::run(Terminal& terminal) {
+    const OpenModel opened(path);
+    const TreePrinter printer(opened.model(), options, Palette(terminal.outputColours()), stdout);
+    if (printer.isEmpty())
+        throw Failure(path, "no node has such a name; mox tree without --name lists all");
+    printer.print();
+    return 0;
+}
+
+} // namespace MoxTool
