@@ -33,7 +33,7 @@ struct Dataset {
     bool boolC = false;            ///< Likewise; false.
     std::uint64_t position = 0;    ///< Of the numbers, in the stream "Heavy Data".
     bool vibration = false;        ///< The writer was told that the category is "Vibration".
-    Attributes attributes;         ///< Empty for a link.
+    Attributes attributes;         ///< Empty for a link, unless its key was given again.
 };
 
 /// Reads one entry of a geometry of version "0.7" from "Light Data". Attributes stay empty.
