@@ -1,4 +1,3 @@
-#include "api/Support/Bytes.h"
 #include "api/Support/Failures.h"
 #include "api/Support/OpenModel.h"
 #include "api/Support/PublicNames.h"

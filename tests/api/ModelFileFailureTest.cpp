@@ -1,8 +1,8 @@
+#include "Support/TemporaryFolder.h"
 #include "api/Support/Failures.h"
 #include "api/Support/Fifo.h"
 #include "api/Support/MeantLeak.h"
 #include "api/Support/PublicNames.h"
-#include "api/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +10,8 @@
 #include <memory>
 
 namespace Api {
+
+using Support::TemporaryFolder;
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "api/Support/Bytes.h"
+#include "Support/Bytes.h"
+#include "Support/TemporaryFolder.h"
 #include "api/Support/Failures.h"
 #include "api/Support/MeantLeak.h"
 #include "api/Support/OpenModel.h"
 #include "api/Support/PublicNames.h"
 #include "api/Support/SavedModel.h"
-#include "api/Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,6 +15,10 @@
 #include <type_traits>
 
 namespace Api {
+
+using Support::Bytes;
+using Support::bytesOf;
+using Support::TemporaryFolder;
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -1,8 +1,8 @@
-#include "api/Support/BlockSizeVariable.h"
-#include "api/Support/Bytes.h"
+#include "Support/Bytes.h"
+#include "Support/EnvironmentGuard.h"
+#include "Support/TemporaryFolder.h"
 #include "api/Support/PublicNames.h"
 #include "api/Support/SavedModel.h"
-#include "api/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,11 @@
 #include <vector>
 
 namespace Api {
+
+using Support::BlockSizeVariable;
+using Support::Bytes;
+using Support::EnvironmentGuard;
+using Support::TemporaryFolder;
 
 namespace {
 
@@ -211,11 +216,11 @@ TEST_P(SavedWithBlockSize, GivesTheSameStreamsAsWithoutTheVariable) {
     const std::string usual = folder.path("usual.mox");
     const std::string other = folder.path("other.mox");
     {
-        const BlockSizeVariable variable(std::nullopt);
+        const EnvironmentGuard variable(BlockSizeVariable);
         saveVariedModel(usual);
     }
     {
-        const BlockSizeVariable variable(GetParam());
+        const EnvironmentGuard variable(BlockSizeVariable, GetParam());
         saveVariedModel(other);
     }
     const SavedModel expected(usual);
@@ -235,7 +240,7 @@ INSTANTIATE_TEST_SUITE_P(OfBytes, SavedWithBlockSize,
 TEST(SavedWithBlockSizeOne, EachValueHasABlockOfItsOwnInAChainOfIndexTables) {
     const TemporaryFolder folder;
     const std::string path = folder.path("model.mox");
-    const BlockSizeVariable variable("1");
+    const EnvironmentGuard variable(BlockSizeVariable, "1");
     saveVariedModel(path);
     const SavedModel saved(path);
     EXPECT_GT(saved.file().index().tables.size(), 1U);

@@ -1,15 +1,17 @@
 // Models of random calls, saved with small and large blocks and read back through the independent reader.
 
+#include "Support/EnvironmentGuard.h"
 #include "Support/RandomModel.h"
+#include "Support/TemporaryFolder.h"
 
 #include <MoxReader/HeavyData.h>
 #include <MoxReader/Model.h>
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,31 +22,8 @@ using Roundtrip::ExpectedDataset;
 using Roundtrip::ExpectedNode;
 using Roundtrip::RandomModel;
 
-constexpr const char* Variable = "MOXWRITER_DEFAULT_BLOCK_SIZE";
-
-void setBlockSize(const std::string& size) {
-    if (size.empty()) {
-        unsetenv(Variable);
-    } else {
-        setenv(Variable, size.c_str(), 1);
-    }
-}
-
 class Roundtrips : public testing::TestWithParam<std::string> {
 protected:
-    Roundtrips() {
-        // Ctest runs tests side by side, each in a process of its own.
-        std::string name = testing::UnitTest::GetInstance()->current_test_info()->name();
-        std::replace(name.begin(), name.end(), '/', '-');
-        path = (std::filesystem::temp_directory_path() / ("roundtrip-" + name + ".mox")).string();
-        std::filesystem::remove(path);
-        setBlockSize(GetParam());
-    }
-    ~Roundtrips() override {
-        setBlockSize("");
-        std::filesystem::remove(path);
-    }
-
     void saveAndCompare(RandomModel& random) {
         random.save(path);
         const MoxReader::File file(path);
@@ -58,6 +37,11 @@ protected:
     }
 
 private:
+    // An empty text stands for a process without the variable.
+    static std::optional<std::string> sizeOrNone() {
+        return GetParam().empty() ? std::nullopt : std::optional(GetParam());
+    }
+
     static void compareNode(const ExpectedNode& expected, const MoxReader::Node& node,
                             const MoxReader::Model& model, MoxReader::HeavyData& numbers) {
         EXPECT_EQ(expected.parent, node.parent);
@@ -106,7 +90,9 @@ private:
         return bits;
     }
 
-    std::string path;
+    Support::TemporaryFolder folder;
+    std::string path = folder.path("model.mox");
+    Support::EnvironmentGuard blockSize{Support::BlockSizeVariable, sizeOrNone()};
 };
 
 // Arrays at the limit of a block are placed too low from the nineteenth block on, as tests of their own show;

@@ -1,6 +1,6 @@
 #include <Qel/Adt/AdtTree.h>
 
-#include "Qel/Support/Thrown.h"
+#include "Support/Thrown.h"
 
 #include <Qel/Mox/Group.h>
 #include <Qel/Mox/Node.h>

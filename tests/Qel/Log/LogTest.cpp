@@ -1,5 +1,5 @@
 #include "Qel/Support/CapturedStream.h"
-#include "Qel/Support/TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 #include <Qel/Log/Log.h>
 #include <Qel/Mox2/Model.h>

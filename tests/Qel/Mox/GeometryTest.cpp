@@ -1,8 +1,8 @@
 #include <Qel/Mox/Geometry.h>
 
 #include "Qel/Mox/StreamContent.h"
-#include "Qel/Support/Bytes.h"
-#include "Qel/Support/Thrown.h"
+#include "Support/Bytes.h"
+#include "Support/Thrown.h"
 
 #include <Qel/Tnf/TnFile.h>
 

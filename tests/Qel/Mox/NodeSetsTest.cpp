@@ -1,7 +1,7 @@
 #include <Qel/Mox/NodeSets.h>
 
 #include "Qel/Mox/StreamContent.h"
-#include "Qel/Support/Bytes.h"
+#include "Support/Bytes.h"
 
 #include <Qel/Tnf/TnFile.h>
 

@@ -1,5 +1,5 @@
 #include "Qel/Mox/StreamContent.h"
-#include "Qel/Support/Bytes.h"
+#include "Support/Bytes.h"
 
 #include <Qel/Mox/ModifierInfo.h>
 #include <Qel/Mox/ResultAttributes.h>

@@ -1,10 +1,10 @@
 #include <Qel/Mox/Tree.h>
 
 #include "Qel/Mox/StreamContent.h"
-#include "Qel/Support/Bytes.h"
 #include "Qel/Support/CapturedStream.h"
-#include "Qel/Support/TemporaryFolder.h"
-#include "Qel/Support/Thrown.h"
+#include "Support/Bytes.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/Thrown.h"
 
 #include <Qel/Mox/Geometry.h>
 #include <Qel/Mox/Group.h>

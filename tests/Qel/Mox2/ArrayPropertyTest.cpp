@@ -1,6 +1,6 @@
 #include <Qel/Mox2/ArrayProperty.h>
 
-#include "Qel/Support/Thrown.h"
+#include "Support/Thrown.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 #include <Qel/Mox2/Database.h>
 
 #include "Qel/Mox2/DatabasePeer.h"
-#include "Qel/Support/Bytes.h"
-#include "Qel/Support/TemporaryFolder.h"
-#include "Qel/Support/Thrown.h"
+#include "Support/Bytes.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/Thrown.h"
 
 #include <Qel/Mox/Geometry.h>
 

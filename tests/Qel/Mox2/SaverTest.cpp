@@ -1,8 +1,8 @@
 #include <Qel/Mox2/Saver.h>
 
-#include "Qel/Support/Bytes.h"
-#include "Qel/Support/TemporaryFolder.h"
-#include "Qel/Support/Thrown.h"
+#include "Support/Bytes.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/Thrown.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Qel/Mox2/DatabasePeer.h"
-#include "Qel/Support/Thrown.h"
+#include "Support/Thrown.h"
 
 #include <Qel/Mox2/Database.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Qel/Support/EnvironmentGuard.h"
+#include "Support/EnvironmentGuard.h"
 
 #include <Qel/Tnf/Block.h>
 
@@ -15,7 +15,7 @@ namespace Support {
 class BlockSizeGuard {
 public:
     explicit BlockSizeGuard(const std::optional<std::string>& value = {})
-        : variable("MOXWRITER_DEFAULT_BLOCK_SIZE", value),
+        : variable(BlockSizeVariable, value),
           formerStep(std::exchange(QelTnf::defaultBlockSize, 10'485'760)) {}
     BlockSizeGuard(const BlockSizeGuard&) = delete;
     BlockSizeGuard& operator=(const BlockSizeGuard&) = delete;

@@ -1,6 +1,6 @@
 #include <Qel/Tnf/BlockSizeVariable.h>
 
-#include "Qel/Support/EnvironmentGuard.h"
+#include "Support/EnvironmentGuard.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ void PrintTo(const Text& text, std::ostream* stream) {
 class BlockSizeVariable : public testing::TestWithParam<Text> {};
 
 TEST_P(BlockSizeVariable, GivesTheNumberOfTheText) {
-    const Support::EnvironmentGuard variable("MOXWRITER_DEFAULT_BLOCK_SIZE", GetParam().text);
+    const Support::EnvironmentGuard variable(Support::BlockSizeVariable, GetParam().text);
     EXPECT_EQ(QelTnf::blockSizeVariable(), GetParam().number);
 }
 
@@ -58,13 +58,13 @@ INSTANTIATE_TEST_SUITE_P(
 // Some systems can't hold an empty variable and remove it instead.
 #if !defined(_WIN32)
 TEST(BlockSizeVariableLookup, EmptyTextIsZero) {
-    const Support::EnvironmentGuard variable("MOXWRITER_DEFAULT_BLOCK_SIZE", "");
+    const Support::EnvironmentGuard variable(Support::BlockSizeVariable, "");
     EXPECT_EQ(QelTnf::blockSizeVariable(), 0U);
 }
 #endif
 
 TEST(BlockSizeVariableLookup, IsLookedUpAnewEachTime) {
-    Support::EnvironmentGuard variable("MOXWRITER_DEFAULT_BLOCK_SIZE", "1");
+    Support::EnvironmentGuard variable(Support::BlockSizeVariable, "1");
     EXPECT_EQ(QelTnf::blockSizeVariable(), 1U);
     variable.set("2");
     EXPECT_EQ(QelTnf::blockSizeVariable(), 2U);

@@ -3,9 +3,9 @@
 #include "Qel/Support/AddressSpaceLimit.h"
 #include "Qel/Support/BlockSizeGuard.h"
 #include "Qel/Support/Blocks.h"
-#include "Qel/Support/Bytes.h"
-#include "Qel/Support/TemporaryFolder.h"
-#include "Qel/Support/Thrown.h"
+#include "Support/Bytes.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/Thrown.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include "Qel/Support/AddressSpaceLimit.h"
 #include "Qel/Support/BlockSizeGuard.h"
 #include "Qel/Support/Blocks.h"
-#include "Qel/Support/Thrown.h"
+#include "Support/Thrown.h"
 
 #include <gtest/gtest.h>
 

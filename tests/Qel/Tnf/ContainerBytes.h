@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Qel/Support/Bytes.h"
+#include "Support/Bytes.h"
 
 #include <cstdint>
 #include <string>

@@ -6,10 +6,10 @@
 #include "Qel/Support/BlockSizeGuard.h"
 #include "Qel/Support/Blocks.h"
 #include "Qel/Support/Pipe.h"
-#include "Qel/Support/TemporaryFolder.h"
-#include "Qel/Support/Thrown.h"
 #include "Qel/Tnf/ContainerBytes.h"
 #include "Qel/Tnf/IndexPeer.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/Thrown.h"
 
 #include <gtest/gtest.h>
 

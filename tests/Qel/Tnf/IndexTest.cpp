@@ -2,9 +2,9 @@
 
 #include "Qel/Support/BlockSizeGuard.h"
 #include "Qel/Support/Blocks.h"
-#include "Qel/Support/Thrown.h"
 #include "Qel/Tnf/ContainerBytes.h"
 #include "Qel/Tnf/IndexPeer.h"
+#include "Support/Thrown.h"
 
 #include <gtest/gtest.h>
 

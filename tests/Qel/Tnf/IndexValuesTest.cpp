@@ -5,8 +5,8 @@
 #include "Qel/Support/AddressSpaceLimit.h"
 #include "Qel/Support/BlockSizeGuard.h"
 #include "Qel/Support/Blocks.h"
-#include "Qel/Support/Thrown.h"
 #include "Qel/Tnf/IndexPeer.h"
+#include "Support/Thrown.h"
 
 #include <Qel/Mox/Material.h>
 #include <Qel/Mox/ModifierInfo.h>

@@ -1,6 +1,6 @@
 #include <Qel/Tnf/Shuffle.h>
 
-#include "Qel/Support/Bytes.h"
+#include "Support/Bytes.h"
 
 #include <gtest/gtest.h>
 

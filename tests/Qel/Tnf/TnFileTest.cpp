@@ -4,8 +4,8 @@
 #include "Qel/Support/BlockSizeGuard.h"
 #include "Qel/Support/Blocks.h"
 #include "Qel/Support/CapturedStream.h"
-#include "Qel/Support/TemporaryFolder.h"
-#include "Qel/Support/Thrown.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/Thrown.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "Qel/Support/Bytes.h"
 #include "Qel/Support/Pipe.h"
-#include "Qel/Support/TemporaryFolder.h"
+#include "Support/Bytes.h"
+#include "Support/TemporaryFolder.h"
 
 #include <Qel/Util/Platform.h>
 

@@ -1,14 +1,16 @@
 #pragma once
 
+#include "Support/TemporaryFolder.h"
 #include "api/Support/PublicNames.h"
 #include "api/Support/SavedModel.h"
-#include "api/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
 namespace Api {
+
+using Support::TemporaryFolder;
 
 /// A test with a model that is open to a file of its own.
 class OpenModel : public testing::Test {

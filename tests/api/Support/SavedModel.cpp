@@ -1,7 +1,5 @@
 #include "api/Support/SavedModel.h"
 
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace Api {
@@ -36,11 +34,6 @@ const std::vector<MoxReader::Dataset>& SavedModel::datasets(std::uint32_t id) co
 std::vector<std::uint8_t> SavedModel::stream(std::string_view name) const {
     MoxReader::StreamReader reader = opened.stream(name);
     return reader.readBytes(reader.size());
-}
-
-std::vector<std::uint8_t> bytesOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 } // namespace Api

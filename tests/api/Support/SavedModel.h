@@ -42,7 +42,4 @@ private:
     MoxReader::HeavyData heavy;
 };
 
-/// A file's bytes as they lie on disk.
-std::vector<std::uint8_t> bytesOf(const std::string& path);
-
 } // namespace Api

@@ -3,8 +3,8 @@
 #include "Qel/Mox/StreamContent.h"
 #include "Qel/Mox2/OpenDatabase.h"
 #include "Qel/Mox2/StateFailures.h"
-#include "Qel/Support/Bytes.h"
-#include "Qel/Support/Thrown.h"
+#include "Support/Bytes.h"
+#include "Support/Thrown.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include <Qel/Mox2/Helper/Attributes.h>
 
-#include "Qel/Support/Thrown.h"
+#include "Support/Thrown.h"
 
 #include <boost/exception/get_error_info.hpp>
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 
 #include "Qel/Mox2/OpenDatabase.h"
 #include "Qel/Mox2/StateFailures.h"
-#include "Qel/Support/Thrown.h"
+#include "Support/Thrown.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include <Qel/Variant/Visitor/ValueGetter.h>
 
-#include "Qel/Support/Thrown.h"
+#include "Support/Thrown.h"
 
 #include <Qel/Mox2/PropertyMap.h>
 

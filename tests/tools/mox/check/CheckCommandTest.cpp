@@ -1,16 +1,15 @@
 #include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "SampleFiles.h"
+#include "Support/EnvironmentGuard.h"
 
 #include <Qel/Mox2/Model.h>
-#include <Qel/Support/EnvironmentGuard.h>
 
 #include <nlohmann/json.hpp>
 
 namespace {
 
 namespace Mox = Qel::Mox2;
-constexpr const char* BlockSize = "MOXWRITER_DEFAULT_BLOCK_SIZE";
 
 class CheckCommand : public testing::Test {
 protected:
@@ -121,7 +120,7 @@ TEST_F(CheckCommand, ShowsExamplesInItsHelp) {
 
 TEST_F(CheckCommand, TakesWhatTheWriterMakesWithBlocksOfAnySize) {
     for (const char* size : {"1", "20", "4096"}) {
-        const Support::EnvironmentGuard guard(BlockSize, std::string(size));
+        const Support::EnvironmentGuard guard(Support::BlockSizeVariable, std::string(size));
         const auto run = runMox({"check", saveModel(12)});
         EXPECT_EQ(run.exitCode, 0) << size << ": " << run.output;
     }
@@ -136,14 +135,14 @@ TEST_F(CheckCommand, TakesAModelWithoutNodes) {
 }
 
 TEST_F(CheckCommand, TakesAnIndexBlockBehindBlocksThatAreNotFilledSingly) {
-    const Support::EnvironmentGuard guard(BlockSize, std::string("20"));
+    const Support::EnvironmentGuard guard(Support::BlockSizeVariable, std::string("20"));
     const auto run = runMox({"check", saveModel(100)});
     EXPECT_EQ(run.exitCode, 0) << run.output;
 }
 
 // The known damage by arrays that fill the nineteenth block singly: those behind it are placed too low.
 TEST_F(CheckCommand, FindsBlocksThatWereMisplacedBehindAnIndexBlock) {
-    const Support::EnvironmentGuard guard(BlockSize, std::string("1"));
+    const Support::EnvironmentGuard guard(Support::BlockSizeVariable, std::string("1"));
     EXPECT_EQ(runMox({"check", saveModel(100)}).exitCode, 2);
 }
 

@@ -1,4 +1,4 @@
-#include "Qel/Support/Thrown.h"
+#include "Support/Thrown.h"
 
 #include <boost/exception/get_error_info.hpp>
 

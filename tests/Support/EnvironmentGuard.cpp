@@ -1,4 +1,4 @@
-#include "Qel/Support/EnvironmentGuard.h"
+#include "Support/EnvironmentGuard.h"
 
 #include <cstdlib>
 #include <utility>

@@ -20,17 +20,22 @@ public:
     Bytes& u8(std::uint8_t value) { return number(value, 1); }
     Bytes& u32(std::uint32_t value) { return number(value, 4); }
     Bytes& u64(std::uint64_t value) { return number(value, 8); }
+    Bytes& u32s(std::initializer_list<std::uint32_t> values);
     /// A float by its bit pattern, or several.
-    Bytes& bits(std::initializer_list<std::uint32_t> patterns);
+    Bytes& bits(std::initializer_list<std::uint32_t> patterns) { return u32s(patterns); }
     /// Bytes without a length.
     Bytes& raw(std::string_view bytes);
+    Bytes& append(const ByteVector& bytes);
     /// A text behind its length.
     Bytes& text(std::string_view value);
+    /// Texts behind their count.
+    Bytes& texts(std::initializer_list<std::string_view> values);
     /// The same byte so many times.
     Bytes& fill(std::size_t count, std::uint8_t value);
     Bytes& zeros(std::size_t count) { return fill(count, 0); }
 
     operator const ByteVector&() const { return content; }
+    friend bool operator==(const ByteVector& others, const Bytes& bytes) { return bytes.content == others; }
     friend bool operator==(const Bytes& bytes, const ByteVector& others) { return bytes.content == others; }
     friend void PrintTo(const Bytes& bytes, std::ostream* stream);
 

@@ -5,6 +5,9 @@
 
 namespace Support {
 
+/// The size at which blocks go to disk, in bytes.
+inline constexpr const char* BlockSizeVariable = "MOXWRITER_DEFAULT_BLOCK_SIZE";
+
 /// Sets or removes an environment variable, and restores it at the end.
 class EnvironmentGuard {
 public:

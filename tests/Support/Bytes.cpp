@@ -1,4 +1,4 @@
-#include "Qel/Support/Bytes.h"
+#include "Support/Bytes.h"
 
 #include <gtest/gtest-printers.h>
 #include <zlib.h>
@@ -11,9 +11,9 @@
 
 namespace Support {
 
-Bytes& Bytes::bits(std::initializer_list<std::uint32_t> patterns) {
-    for (const std::uint32_t pattern : patterns) {
-        u32(pattern);
+Bytes& Bytes::u32s(std::initializer_list<std::uint32_t> values) {
+    for (const std::uint32_t value : values) {
+        u32(value);
     }
     return *this;
 }
@@ -23,8 +23,21 @@ Bytes& Bytes::raw(std::string_view bytes) {
     return *this;
 }
 
+Bytes& Bytes::append(const ByteVector& bytes) {
+    content.insert(content.end(), bytes.begin(), bytes.end());
+    return *this;
+}
+
 Bytes& Bytes::text(std::string_view value) {
     return u32(static_cast<std::uint32_t>(value.size())).raw(value);
+}
+
+Bytes& Bytes::texts(std::initializer_list<std::string_view> values) {
+    u32(static_cast<std::uint32_t>(values.size()));
+    for (const std::string_view value : values) {
+        text(value);
+    }
+    return *this;
 }
 
 Bytes& Bytes::fill(std::size_t count, std::uint8_t value) {

@@ -1,4 +1,4 @@
-#include "Qel/Support/TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 #include <random>
 #include <stdexcept>
@@ -10,7 +10,7 @@ TemporaryFolder::TemporaryFolder() {
     constexpr int attempts = 100;
     std::random_device random;
     for (int i = 0; i < attempts; ++i) {
-        folder = std::filesystem::temp_directory_path() / ("moxwriter-unit-" + std::to_string(random()));
+        folder = std::filesystem::temp_directory_path() / ("moxwriter-test-" + std::to_string(random()));
         if (std::filesystem::create_directory(folder)) {
             return;
         }
