@@ -4,8 +4,11 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <exception>
 #include <iostream>
+#include <new>
 #include <string>
 
 namespace MoxTool {
@@ -26,10 +29,19 @@ constexpr const char* Examples = R"(Examples:
   mox info --help                      options of one command
   mox --version)";
 
+constexpr const char* OutputLost = "stdout: the data can't be written; is the disk full?";
+
 // The name of the program with the subcommand that stands on the command line, if any.
 std::string calledAs(const CLI::App& app) {
     const auto selected = app.get_subcommands();
     return selected.empty() ? app.get_name() : app.get_name() + " " + selected.front()->get_name();
+}
+
+// A full disk or a closed pipe behind stdout. Some writes throw then, in words of their own, and some are
+// silent.
+bool isOutputLost() {
+    std::cout.flush();
+    return std::fflush(stdout) != 0 || std::ferror(stdout) != 0 || !std::cout.good();
 }
 
 } // namespace
@@ -68,35 +80,27 @@ int Application::run(int argc, const char* const* argv) {
         std::cout << app.help();
         return Success;
     }
-    return runSelected();
+    return runCommand(selectedCommand());
 }
 
-int Application::runSelected() {
+Command& Application::selectedCommand() const {
+    return **std::ranges::find_if(
+        commands, [this](const auto& command) { return app.got_subcommand(command->name()); });
+}
+
+int Application::runCommand(Command& command) {
     if (noColor)
         terminal.dropColours();
     if (!showProgress)
         terminal.hideProgress();
-    for (const auto& command : commands) {
-        if (!app.got_subcommand(command->name()))
-            continue;
-        try {
-            return flushOutput(*command, command->run(terminal));
-        } catch (const std::bad_alloc&) {
-            reportFailure(*command, std::runtime_error("not enough memory"));
-        } catch (const std::exception& failure) {
-            reportFailure(*command, failure);
-        }
+    try {
+        const int exitCode = command.run(terminal);
+        return isOutputLost() ? reportFailure(command, OutputLost) : exitCode;
+    } catch (const std::bad_alloc&) {
+        return reportFailure(command, "not enough memory");
+    } catch (const std::exception& failure) {
+        return reportFailure(command, isOutputLost() ? OutputLost : failure.what());
     }
-    return Failed;
-}
-
-// A full disk or a closed pipe behind stdout shows at the latest here.
-int Application::flushOutput(const Command& command, int exitCode) {
-    std::cout.flush();
-    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0 && std::cout.good())
-        return exitCode;
-    reportFailure(command, std::runtime_error("stdout: the data can't be written; is the disk full?"));
-    return Failed;
 }
 
 // Requests for help and version come as exceptions too, with exit code 0.
@@ -108,8 +112,9 @@ int Application::reportUsage(const CLI::ParseError& error) {
     return WrongUsage;
 }
 
-void Application::reportFailure(const Command& command, const std::exception& failure) {
-    terminal.error(fmt::format("mox {}: {}", command.name(), failure.what()));
+int Application::reportFailure(const Command& command, std::string_view reason) {
+    terminal.error(fmt::format("mox {}: {}", command.name(), reason));
+    return command.failureCode();
 }
 
 } // namespace MoxTool

@@ -5,8 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include <exception>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 namespace MoxTool {
@@ -14,22 +14,22 @@ namespace MoxTool {
 /// The program `mox`: reads the command line, runs one subcommand and turns its outcome into an exit code.
 class Application {
 public:
-    enum ExitCode : int { Success = 0, Failed = 1, WrongUsage = 2 };
+    enum ExitCode : int { Success = 0, WrongUsage = 2 };
 
-    /// @param terminal Where messages go; must outlive the application.
-    explicit Application(Terminal& terminal);
+    /// @param messages Where messages go; must outlive the application.
+    explicit Application(Terminal& messages);
 
     /// Help and version go to stdout, one line for each failure to the terminal. Without a subcommand it
     /// shows the help. Never throws.
-    /// @return Success, Failed, WrongUsage, or what the subcommand returned.
+    /// @return Success, WrongUsage, or what the subcommand returned or has as its failure code.
     int run(int argc, const char* const* argv);
 
 private:
     void addCommonOptions(CLI::App& level);
-    int runSelected();
-    int flushOutput(const Command& command, int exitCode);
+    Command& selectedCommand() const;
+    int runCommand(Command& command);
     int reportUsage(const CLI::ParseError& error);
-    void reportFailure(const Command& command, const std::exception& failure);
+    int reportFailure(const Command& command, std::string_view reason);
 
     Terminal& terminal;
     CLI::App app;

@@ -27,8 +27,12 @@ public:
     /// Does the work, with the members that the command line has filled. Data goes to stdout, all else to the
     /// terminal.
     /// @return the exit code, 0 for success.
-    /// @throws Failure (or any std::exception), which becomes one line "mox <name>: <what>" and exit code 1.
+    /// @throws Failure (or any std::exception), which becomes one line "mox <name>: <what>" and the exit code
+    ///         failureCode().
     virtual int run(Terminal& terminal) = 0;
+
+    /// The exit code if run() throws or if what it wrote does not reach stdout.
+    virtual int failureCode() const { return 1; }
 };
 
 } // namespace MoxTool

@@ -1,21 +1,10 @@
 #include "Terminal.h"
 
+#include "Platform.h"
+
 #include <fmt/core.h>
 
 #include <cstdlib>
-
-// The one place that depends on the system: whether a stream is a terminal.
-#ifdef _WIN32
-#include <io.h>
-static bool isTerminal(std::FILE* stream) {
-    return _isatty(_fileno(stream)) != 0;
-}
-#else
-#include <unistd.h>
-static bool isTerminal(std::FILE* stream) {
-    return isatty(fileno(stream)) != 0;
-}
-#endif
 
 namespace MoxTool {
 
@@ -42,8 +31,9 @@ Terminal::~Terminal() {
 }
 
 Terminal Terminal::standardError() {
-    const bool watched = isTerminal(stderr);
-    return Terminal(stderr, watched, watched && coloursWanted(), isTerminal(stdout) && coloursWanted());
+    const bool watched = Platform::isTerminal(stderr);
+    return Terminal(stderr, watched, watched && coloursWanted(),
+                    Platform::isTerminal(stdout) && coloursWanted());
 }
 
 void Terminal::dropColours() {

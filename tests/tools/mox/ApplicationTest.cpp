@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -74,3 +76,28 @@ TEST(Application, UnknownOptionIsWrongUsage) {
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_TRUE(contains(outcome.messages, "--sideways"));
 }
+
+#ifdef __linux__
+
+namespace {
+
+// As from a shell with "> /dev/full": nothing written there arrives.
+[[noreturn]] void runOntoAFullDisk(const std::vector<const char*>& arguments) {
+    MoxTool::Terminal terminal(stderr, false, false);
+    const bool isOpen = std::freopen("/dev/full", "w", stdout) != nullptr;
+    std::_Exit(isOpen
+                   ? MoxTool::Application(terminal).run(static_cast<int>(arguments.size()), arguments.data())
+                   : -1);
+}
+
+} // namespace
+
+TEST(Application, OutputThatCanNotBeWrittenIsAFailureOfTheCommand) {
+    const std::string lost = "stdout: the data can't be written; is the disk full\\?";
+    EXPECT_EXIT(runOntoAFullDisk({"mox", "completion", "bash"}), testing::ExitedWithCode(1),
+                "mox completion: " + lost);
+    EXPECT_EXIT(runOntoAFullDisk({"mox", "check", "--rules"}), testing::ExitedWithCode(3),
+                "mox check: " + lost);
+}
+
+#endif

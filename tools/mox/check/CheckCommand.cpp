@@ -24,7 +24,7 @@ A line of the result: the file, the level, the number and title of the rule, the
 Levels: an error is damage; a warning is about a file that can be read; a note is for your information.
 
 Exit codes, the highest of all files: 0 whole, 1 warnings, 2 errors (or wrong usage), 3 a file can't be
-opened or read at all.
+opened or read at all, or the result can't be written.
 
 Examples:
   mox check bracket.mox

@@ -17,6 +17,7 @@ public:
     void addOptions(CLI::App& app) override;
     /// @return 0 whole, 1 warnings, 2 errors, 3 unreadable; the highest of all files.
     int run(Terminal& terminal) override;
+    int failureCode() const override { return static_cast<int>(Verdict::Unreadable); }
 
 private:
     int runRules() const;

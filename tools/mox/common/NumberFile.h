@@ -32,6 +32,11 @@ public:
     const MoxReader::Dataset& holder(const MoxReader::Dataset& dataset) const;
     /// The numbers of a dataset or of what it links to. Best called in order of the holders' positions.
     Numbers read(const MoxReader::Dataset& dataset);
+    /// The place, among the blocks of numbers, of the one in which a holder's numbers begin. Reading from one
+    /// block and then from another decompresses both.
+    std::size_t blockOf(const MoxReader::Dataset& holder) { return heavy.stream().blockAt(holder.position); }
+    /// Bytes of all numbers.
+    std::uint64_t numberBytes() { return heavy.stream().size(); }
     std::vector<MoxReader::NodeSet> readSets(const MoxReader::NodeSets& descriptor);
 
 private:

@@ -1,11 +1,7 @@
 #include "OutputFile.h"
 
-#include "Failure.h"
+#include "../Failure.h"
 
-#include <fmt/core.h>
-
-#include <random>
-#include <system_error>
 #include <utility>
 
 namespace MoxTool {
@@ -14,52 +10,32 @@ namespace fs = std::filesystem;
 
 namespace {
 
-fs::path unusedNameBeside(const fs::path& target) {
-    std::random_device random;
-    for (;;) {
-        auto candidate = target;
-        candidate += fmt::format(".{:08x}.part", random());
-        if (!fs::exists(candidate))
-            return candidate;
-    }
-}
-
 fs::path folderOf(const fs::path& path) {
     return path.has_parent_path() ? path.parent_path() : fs::path(".");
 }
 
 } // namespace
 
-OutputFile::OutputFile(fs::path path, bool mayOverwrite) : target(std::move(path)), overwrite(mayOverwrite) {
+OutputFile::OutputFile(fs::path path, bool mayOverwrite)
+    : target(std::move(path)), overwrite(mayOverwrite), temporary(checkedTarget()) {}
+
+void OutputFile::commit() {
+    checkedTarget();
+    temporary.moveToTarget();
+}
+
+/// @return the target, if a file may be put there.
+const fs::path& OutputFile::checkedTarget() const {
     if (!target.has_filename())
         throw Failure(target.string(), "names no file");
     if (!fs::is_directory(folderOf(target)))
         throw Failure(target.string(), "the folder does not exist");
-    checkTarget();
-    temporary = unusedNameBeside(target);
-}
-
-OutputFile::~OutputFile() {
-    std::error_code ignored;
-    fs::remove(temporary, ignored);
-}
-
-void OutputFile::commit() {
-    checkTarget();
-    std::error_code error;
-    fs::rename(temporary, target, error);
-    if (error)
-        throw Failure(target.string(), "can't be written: " + error.message());
-}
-
-void OutputFile::checkTarget() const {
     const auto status = fs::status(target);
-    if (!fs::exists(status))
-        return;
-    if (!fs::is_regular_file(status))
+    if (fs::exists(status) && !fs::is_regular_file(status))
         throw Failure(target.string(), "exists and is no regular file");
-    if (!overwrite)
+    if (fs::exists(status) && !overwrite)
         throw Failure(target.string(), "exists already; --overwrite replaces it");
+    return target;
 }
 
 } // namespace MoxTool

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TemporaryPath.h"
+
 #include <filesystem>
 
 namespace MoxTool {
@@ -10,29 +12,25 @@ class OutputFile {
 public:
     /// Chooses the temporary name. Creates nothing.
     ///
-    /// @param overwrite Whether commit() may replace an existing file.
+    /// @param path         The target.
+    /// @param mayOverwrite Whether commit() may replace an existing file.
     /// @throws Failure if the target exists and must not be replaced, if it is no regular file, or if its
-    /// folder
-    ///         does not exist.
-    OutputFile(std::filesystem::path target, bool overwrite);
-    OutputFile(const OutputFile&) = delete;
-    OutputFile& operator=(const OutputFile&) = delete;
-    /// Removes the temporary file, if there is one. Never throws.
-    ~OutputFile();
+    ///                 folder does not exist.
+    OutputFile(std::filesystem::path path, bool mayOverwrite);
 
     /// Where the file is to be written: no file of this name exists at first.
-    const std::filesystem::path& temporaryPath() const { return temporary; }
+    const std::filesystem::path& temporaryPath() const { return temporary.path(); }
 
     /// Gives the temporary file the target's name. The file must be closed.
     /// @throws Failure if the target has appeared meanwhile and must not be replaced, or if renaming fails.
     void commit();
 
 private:
-    void checkTarget() const;
+    const std::filesystem::path& checkedTarget() const;
 
     std::filesystem::path target;
-    std::filesystem::path temporary;
     bool overwrite;
+    TemporaryPath temporary;
 };
 
 } // namespace MoxTool

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TemporaryPath.h"
+
 #include <filesystem>
 
 namespace MoxTool {
@@ -9,25 +11,22 @@ namespace MoxTool {
 class OutputFolder {
 public:
     /// Creates the folder under its temporary name.
+    /// @param path The target.
     /// @throws Failure if the target exists, if the folder that is to hold it does not, or if it can't be
-    /// made.
-    explicit OutputFolder(std::filesystem::path target);
-    OutputFolder(const OutputFolder&) = delete;
-    OutputFolder& operator=(const OutputFolder&) = delete;
-    /// Removes the temporary folder, if it still has that name. Never throws.
-    ~OutputFolder();
+    ///                 made.
+    explicit OutputFolder(std::filesystem::path path);
 
-    const std::filesystem::path& temporaryPath() const { return temporary; }
+    const std::filesystem::path& temporaryPath() const { return temporary.path(); }
 
     /// Gives the folder the target's name. Its files must be closed.
     /// @throws Failure if the target has appeared meanwhile or if renaming fails.
     void commit();
 
 private:
-    void checkTarget() const;
+    const std::filesystem::path& checkedTarget() const;
 
     std::filesystem::path target;
-    std::filesystem::path temporary;
+    TemporaryPath temporary;
 };
 
 } // namespace MoxTool

@@ -1,6 +1,6 @@
 #include "openSource.h"
 
-#include "makeBinary.h"
+#include "../Platform.h"
 #include "readFailure.h"
 
 #include <MoxReader/FileSource.h>
@@ -15,7 +15,7 @@ namespace MoxTool {
 namespace {
 
 std::vector<std::uint8_t> readStandardInput() {
-    makeBinary(stdin);
+    Platform::makeBinary(stdin);
     std::vector<std::uint8_t> bytes;
     std::array<std::uint8_t, 65536> piece{};
     while (const auto count = std::fread(piece.data(), 1, piece.size(), stdin))

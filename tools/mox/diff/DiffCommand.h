@@ -16,12 +16,10 @@ public:
     std::string name() const override;
     std::string summary() const override;
     void addOptions(CLI::App& app) override;
-    /// Reports what goes wrong itself, since only then the exit code tells it from a difference.
     int run(Terminal& terminal) override;
+    int failureCode() const override { return Trouble; }
 
 private:
-    int compare(Terminal& terminal) const;
-
     std::string inputA;
     std::string inputB;
     ModelComparison::Options options;

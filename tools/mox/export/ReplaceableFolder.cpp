@@ -4,7 +4,6 @@
 
 #include <fmt/core.h>
 
-#include <random>
 #include <system_error>
 #include <utility>
 
@@ -13,16 +12,6 @@ namespace MoxTool {
 namespace fs = std::filesystem;
 
 namespace {
-
-fs::path unusedNameBeside(const fs::path& target) {
-    std::random_device random;
-    for (;;) {
-        auto candidate = target;
-        candidate += fmt::format(".{:08x}.part", random());
-        if (!fs::exists(candidate))
-            return candidate;
-    }
-}
 
 bool holdsOnly(const fs::path& folder, const std::string& extension) {
     for (const auto& entry : fs::directory_iterator(folder)) {
@@ -35,39 +24,40 @@ bool holdsOnly(const fs::path& folder, const std::string& extension) {
 } // namespace
 
 ReplaceableFolder::ReplaceableFolder(fs::path path, std::string extensionOfFiles, bool mayOverwrite)
-    : target(std::move(path)), extension(std::move(extensionOfFiles)), overwrite(mayOverwrite) {
-    checkTarget();
-    temporary = unusedNameBeside(target);
-    std::error_code error;
-    if (!fs::create_directory(temporary, error))
-        throw Failure(target.string(), "can't be made: " + error.message());
+    : target(std::move(path)),
+      extension(std::move(extensionOfFiles)),
+      overwrite(mayOverwrite),
+      temporary(checkedTarget()) {
+    temporary.createFolder();
 }
 
-ReplaceableFolder::~ReplaceableFolder() {
-    std::error_code ignored;
-    fs::remove_all(temporary, ignored);
-}
-
-// The old folder steps aside, so that there is one of the two at all times but for a moment.
+// The old folder steps aside, so that there is one of the two at all times but for a moment. Its other name
+// is no temporary one: if the worst comes, it is still there.
 void ReplaceableFolder::commit() {
-    checkTarget();
+    checkedTarget();
+    if (!fs::exists(target)) {
+        temporary.moveToTarget();
+        return;
+    }
+    const auto old = TemporaryPath::unusedBeside(target);
     std::error_code error;
-    const auto old = unusedNameBeside(target);
-    const bool replaces = fs::exists(target);
-    if (replaces)
-        fs::rename(target, old, error);
-    if (!error)
-        fs::rename(temporary, target, error);
+    fs::rename(target, old, error);
     if (error)
-        throw Failure(target.string(), "can't be written: " + error.message());
-    if (replaces)
-        fs::remove_all(old, error);
+        throw Failure(target.string(), "can't be replaced: " + error.message());
+    try {
+        temporary.moveToTarget();
+    } catch (const Failure&) {
+        fs::rename(old, target, error);
+        throw;
+    }
+    fs::remove_all(old, error);
 }
 
-void ReplaceableFolder::checkTarget() const {
+/// @return the target, if the folder may be put there.
+const fs::path& ReplaceableFolder::checkedTarget() const {
     const auto status = fs::status(target);
     if (!fs::exists(status))
-        return;
+        return target;
     if (!fs::is_directory(status))
         throw Failure(target.string(), "exists and is no folder");
     if (!overwrite)
@@ -77,6 +67,7 @@ void ReplaceableFolder::checkTarget() const {
             target.string(),
             fmt::format("holds more than {} files and is not replaced; remove it or choose another name",
                         extension));
+    return target;
 }
 
 } // namespace MoxTool

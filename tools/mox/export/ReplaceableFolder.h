@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../common/TemporaryPath.h"
+
 #include <filesystem>
 #include <string>
 
@@ -11,31 +13,27 @@ class ReplaceableFolder {
 public:
     /// Makes the temporary folder.
     ///
-    /// @param extension Of all files in it, such as ".vtu".
-    /// @param overwrite Whether commit() may replace an existing folder; one that holds anything but files of
-    /// the
-    ///                  extension is never replaced.
+    /// @param path             The target.
+    /// @param extensionOfFiles Such as ".vtu".
+    /// @param mayOverwrite     Whether commit() may replace an existing folder; one that holds anything but
+    ///                         files of the extension is never replaced.
     /// @throws Failure if the target exists and must not be replaced, or if the temporary folder can't be
-    /// made.
-    ReplaceableFolder(std::filesystem::path target, std::string extension, bool overwrite);
-    ReplaceableFolder(const ReplaceableFolder&) = delete;
-    ReplaceableFolder& operator=(const ReplaceableFolder&) = delete;
-    /// Removes the temporary folder, if it is still there. Never throws.
-    ~ReplaceableFolder();
+    ///                 made.
+    ReplaceableFolder(std::filesystem::path path, std::string extensionOfFiles, bool mayOverwrite);
 
-    const std::filesystem::path& temporaryPath() const { return temporary; }
+    const std::filesystem::path& temporaryPath() const { return temporary.path(); }
 
     /// Gives the temporary folder the target's name. The files must be closed.
     /// @throws Failure if the target has appeared meanwhile and must not be replaced, or if renaming fails.
     void commit();
 
 private:
-    void checkTarget() const;
+    const std::filesystem::path& checkedTarget() const;
 
     std::filesystem::path target;
     std::string extension;
-    std::filesystem::path temporary;
     bool overwrite;
+    TemporaryPath temporary;
 };
 
 } // namespace MoxTool

@@ -1,6 +1,6 @@
 #include "exportExodus.h"
 
-#include "../OutputFile.h"
+#include "../common/OutputFile.h"
 #include "ExodusExporter.h"
 #include "ExportModel.h"
 

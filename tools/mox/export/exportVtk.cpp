@@ -1,7 +1,7 @@
 #include "exportVtk.h"
 
-#include "../OutputFile.h"
 #include "../Terminal.h"
+#include "../common/OutputFile.h"
 #include "ReplaceableFolder.h"
 #include "VtuExporter.h"
 #include "xmlText.h"

@@ -1,8 +1,8 @@
 #include "ExtractCommand.h"
 
-#include "../OutputFile.h"
+#include "../Platform.h"
 #include "../common/NumberFile.h"
-#include "../common/makeBinary.h"
+#include "../common/OutputFile.h"
 #include "FolderExtraction.h"
 #include "findDataset.h"
 #include "writeFile.h"
@@ -106,7 +106,7 @@ void ExtractCommand::extractOne(NumberFile& file) const {
         writeNumbers(out, file.read(dataset), width, NumberFormats.at(formatName()));
     };
     if (output.empty() || output == "-") {
-        makeBinary(stdout);
+        Platform::makeBinary(stdout);
         return fill(std::cout);
     }
     std::error_code missing;

@@ -1,7 +1,7 @@
-#include "OutputFile.h"
+#include "common/OutputFile.h"
 
+#include "../TemporaryFolder.h"
 #include "Failure.h"
-#include "TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,113 @@
+#include "common/TemporaryPath.h"
+
+#include "../TemporaryFolder.h"
+#include "Failure.h"
+#include "Platform.h"
+#include "common/OutputFile.h"
+#include "common/OutputFolder.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <thread>
+
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
+using MoxTool::TemporaryPath;
+
+namespace {
+
+void fill(const std::filesystem::path& path) {
+    std::ofstream(path) << "half";
+}
+
+} // namespace
+
+TEST(TemporaryPath, StandsBesideItsTargetAndIsFree) {
+    const TemporaryFolder folder;
+    const std::filesystem::path target = folder.path("out.mox");
+    const TemporaryPath temporary(target);
+    EXPECT_EQ(temporary.path().parent_path(), target.parent_path());
+    EXPECT_TRUE(temporary.path().filename().string().starts_with("out.mox."));
+    EXPECT_TRUE(folder.files().empty());
+}
+
+TEST(TemporaryPath, TakesAwayWhatIsThereAtItsEnd) {
+    const TemporaryFolder folder;
+    {
+        const TemporaryPath file(folder.path("file"));
+        fill(file.path());
+        const TemporaryPath tree(folder.path("tree"));
+        tree.createFolder();
+        fill(tree.path() / "file");
+        EXPECT_EQ(folder.files().size(), 2u);
+    }
+    EXPECT_TRUE(folder.files().empty());
+}
+
+TEST(TemporaryPath, MovesToItsTarget) {
+    const TemporaryFolder folder;
+    {
+        const TemporaryPath temporary(folder.path("out"));
+        fill(temporary.path());
+        temporary.moveToTarget();
+    }
+    EXPECT_EQ(folder.files(), std::vector<std::string>{"out"});
+}
+
+TEST(TemporaryPath, TellsThatItCanNotMove) {
+    const TemporaryFolder folder;
+    const TemporaryPath temporary(folder.path("out"));
+    EXPECT_THROW(temporary.moveToTarget(), MoxTool::Failure);
+}
+
+TEST(TemporaryPath, AllCanBeTakenAwayAtOnceButForThoseThatMoved) {
+    const TemporaryFolder folder;
+    MoxTool::OutputFile ready(folder.path("ready.mox"), false);
+    fill(ready.temporaryPath());
+    ready.commit();
+    const MoxTool::OutputFile file(folder.path("out.mox"), false);
+    fill(file.temporaryPath());
+    const MoxTool::OutputFolder tree(folder.path("out"));
+    fill(tree.temporaryPath() / "file");
+    TemporaryPath::removeAll();
+    EXPECT_EQ(folder.files(), std::vector<std::string>{"ready.mox"});
+}
+
+#ifndef _WIN32
+
+namespace {
+
+// Waits for its end, which comes from the thread that takes the signal.
+void workUntil(int signal, const std::string& target) {
+    MoxTool::Platform::runAtInterruption(TemporaryPath::removeAll);
+    const MoxTool::OutputFile file(target, false);
+    fill(file.temporaryPath());
+    kill(getpid(), signal);
+    std::this_thread::sleep_for(std::chrono::minutes(1));
+    std::_Exit(0);
+}
+
+} // namespace
+
+TEST(Interruption, LeavesNoUnfinishedFileAndEndsTheProcessAsUsual) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const TemporaryFolder folder;
+        EXPECT_EXIT(workUntil(signal, folder.path("out.mox")), testing::KilledBySignal(signal), "");
+        EXPECT_TRUE(folder.files().empty());
+    }
+}
+
+TEST(Interruption, LeavesSignalsAloneThatTheProcessIgnores) {
+    const auto ignoreAndWork = [] {
+        std::signal(SIGHUP, SIG_IGN);
+        MoxTool::Platform::runAtInterruption([] { std::_Exit(1); });
+        kill(getpid(), SIGHUP);
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(ignoreAndWork(), testing::ExitedWithCode(0), "");
+}
+
+#endif
