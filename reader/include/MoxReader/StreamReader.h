@@ -24,6 +24,8 @@ public:
     const std::vector<BlockRecord>& blocks() const { return blocks_; }
     /// The stream position at which blocks()[index] begins.
     std::uint64_t blockStart(std::size_t index) const { return starts_[index]; }
+    /// The place in blocks() of the block that holds the byte at a position below size().
+    std::size_t blockAt(std::uint64_t position) const;
 
     /// Bytes of the stream. It ends before the first block whose length is damaged, see damage().
     std::uint64_t size() const { return starts_.back(); }
@@ -69,7 +71,6 @@ public:
 
 private:
     void require(std::uint64_t count) const;
-    std::size_t blockAt(std::uint64_t position) const;
     void load(std::size_t block);
 
     std::shared_ptr<Source> source_;

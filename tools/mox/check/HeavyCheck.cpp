@@ -90,8 +90,8 @@ void HeavyCheck::look(const Range& range, const CheckProgress& progress) {
     if (range.size == 0)
         return;
     progress(static_cast<double>(range.position) / static_cast<double>(heavy.size()));
-    const auto block = blockAt(range.position);
-    if (blockAt(range.end() - 1) != block) {
+    const auto block = heavy.blockAt(range.position);
+    if (heavy.blockAt(range.end() - 1) != block) {
         findings.add(RuleId::DatasetOneBlock,
                      fmt::format("{} bytes at {} reach into the next block", range.size, range.position),
                      range.place());
@@ -137,17 +137,6 @@ bool HeavyCheck::areListsWhole(const Range& range) {
         heavy.skip(bytes);
     }
     return heavy.position() == range.end();
-}
-
-std::size_t HeavyCheck::blockAt(std::uint64_t position) const {
-    std::size_t low = 0;
-    std::size_t high = heavy.blocks().size();
-    while (high - low > 1) {
-        const auto middle = low + (high - low) / 2;
-        const bool isBelow = heavy.blockStart(middle) <= position;
-        (isBelow ? low : high) = middle;
-    }
-    return low;
 }
 
 void HeavyCheck::reportUnused(std::uint64_t from, std::uint64_t to) {

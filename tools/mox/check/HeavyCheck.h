@@ -44,7 +44,6 @@ private:
     void look(const Range& range, const CheckProgress& progress);
     void lookAtSets(const Range& range);
     bool areListsWhole(const Range& range);
-    std::size_t blockAt(std::uint64_t position) const;
     void reportUnused(std::uint64_t from, std::uint64_t to);
     void checkStreamedFlags();
     std::optional<bool> isStreamed(std::size_t block) const;

@@ -13,7 +13,6 @@ namespace MoxTool {
 namespace {
 
 using MoxReader::BlockRecord;
-using MoxReader::ErrorCode;
 using MoxReader::RawIndex;
 namespace Format = MoxReader::Format;
 

@@ -14,7 +14,7 @@ namespace MoxTool {
 /// is checked here; how the records fit each other is for other checks.
 class ModelScan {
 public:
-    ModelScan(const MoxReader::File& file, FindingList& findings);
+    ModelScan(const MoxReader::File& source, FindingList& list);
 
     /// @throws MoxReader::Error ReadFailed alone.
     void run();

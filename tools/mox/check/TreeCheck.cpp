@@ -117,7 +117,7 @@ std::string pathText(const std::vector<Node>& nodes, std::uint32_t id) {
         if (level == MostLevels)
             return ".../" + path;
         const auto& node = nodes[id - 1];
-        path = path.empty() ? node.name : node.name + "/" + path;
+        path.insert(0, path.empty() ? node.name : node.name + "/");
         if (node.parent >= id)
             break;
         id = node.parent;

@@ -1,5 +1,6 @@
 #include "ModelComparison.h"
 
+#include "../Failure.h"
 #include "../common/datasetText.h"
 #include "../common/nodePath.h"
 #include "compareProperties.h"
@@ -156,20 +157,16 @@ void ModelComparison::compareHolders(const Dataset& a, const Dataset& b) {
         tasks.push_back({&a, &b, list.keepRoomForNumbers()});
 }
 
-// In the order of their positions each block of the files is inflated once; numbers that many datasets share
-// are compared once.
+// Numbers that many datasets share are compared once.
 void ModelComparison::compareNumbersOfAll() {
-    std::ranges::stable_sort(tasks, {}, [](const Task& task) {
-        return std::tuple(task.a->position, task.b->position, task.a->nodeId, task.a->index, task.b->nodeId,
-                          task.b->index);
-    });
+    sortTasks();
+    requireBoundedWork();
     const Task* last = nullptr;
     std::optional<NumberDifference> difference;
     for (const auto& task : tasks) {
         messages.progress("comparing",
                           static_cast<double>(&task - tasks.data()) / static_cast<double>(tasks.size()));
-        const bool isNew = last == nullptr || last->a != task.a || last->b != task.b;
-        if (isNew)
+        if (last == nullptr || !task.hasSameNumbersAs(*last))
             difference =
                 compareNumbers(fileA.read(*task.a), fileB.read(*task.b), task.a->width, options.tolerance);
         if (difference)
@@ -177,6 +174,33 @@ void ModelComparison::compareNumbersOfAll() {
         last = &task;
     }
     messages.clearProgress();
+}
+
+// So that each block of the first file is decompressed once, and of the second file each of its blocks once
+// for it, in whatever order the two were written.
+void ModelComparison::sortTasks() {
+    std::ranges::stable_sort(tasks, {}, [this](const Task& task) {
+        return std::tuple(fileA.blockOf(*task.a), task.b->position, task.b->nodeId, task.b->index,
+                          task.a->nodeId, task.a->index);
+    });
+}
+
+// Where both files share numbers, but not the same, a dataset is read once for each partner. Models that mean
+// something stay far below this; files made for it could pair everything with everything.
+void ModelComparison::requireBoundedWork() const {
+    constexpr std::uint64_t MostReadings = 16;
+    std::uint64_t bytes = 0;
+    const Task* last = nullptr;
+    for (const auto& task : tasks) {
+        if (last == nullptr || !task.hasSameNumbersAs(*last))
+            bytes += task.a->sizeInBytes;
+        last = &task;
+    }
+    if (bytes > MostReadings * (fileA.numberBytes() + fileB.numberBytes()))
+        throw Failure(fileB.path(),
+                      fmt::format("its links pair its numbers with those of {} in too many ways to "
+                                  "compare them all",
+                                  fileA.path()));
 }
 
 } // namespace MoxTool

@@ -27,7 +27,9 @@ public:
     ModelComparison(NumberFile& a, NumberFile& b, const Options& options, Terminal& terminal);
 
     /// All differences, in the order of the first file's tree. May be called once.
-    /// @throws Failure if one of the files is damaged.
+    /// @throws Failure if one of the files is damaged, or if their links pair so many datasets of one file
+    /// with
+    ///         so many of the other that the comparison would take time out of proportion to the files.
     std::vector<Difference> run();
 
 private:
@@ -38,6 +40,8 @@ private:
         const MoxReader::Dataset* a;
         const MoxReader::Dataset* b;
         std::size_t room; ///< See DifferenceList::keepRoomForNumbers().
+
+        bool hasSameNumbersAs(const Task& other) const { return a == other.a && b == other.b; }
     };
 
     void compareTrees();
@@ -49,6 +53,8 @@ private:
     void compareLinks(const MoxReader::Dataset& a, const MoxReader::Dataset& b);
     void compareHolders(const MoxReader::Dataset& a, const MoxReader::Dataset& b);
     void compareNumbersOfAll();
+    void sortTasks();
+    void requireBoundedWork() const;
 
     NumberFile& fileA;
     NumberFile& fileB;

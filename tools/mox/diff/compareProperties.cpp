@@ -46,6 +46,7 @@ constexpr std::array SaveTexts = {
 
 std::vector<std::string_view> namesOf(const std::vector<NodeSet>& sets) {
     std::vector<std::string_view> names;
+    names.reserve(sets.size());
     for (const auto& set : sets)
         names.push_back(set.name);
     return names;

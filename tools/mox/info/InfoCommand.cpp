@@ -47,7 +47,7 @@ void requireFormat(const MoxReader::RawIndex& index) {
         return;
     const auto code = index.damage.front().code();
     if (code == MoxReader::ErrorCode::BadSignature || code == MoxReader::ErrorCode::UnsupportedFileVersion)
-        throw index.damage.front();
+        throw MoxReader::Error(index.damage.front());
 }
 
 void printBlocks(const MoxReader::File& file) {

@@ -29,7 +29,7 @@ std::optional<std::string> findIndexFlaw(const MoxReader::File& file) {
 }
 
 std::optional<std::string> findBlockFlaw(const MoxReader::File& file, const ProgressReport& report) {
-    if (const auto flaw = findIndexFlaw(file))
+    if (auto flaw = findIndexFlaw(file))
         return flaw;
     for (const auto& block : file.blocks()) {
         report(static_cast<double>(block.position) / static_cast<double>(file.size()));

@@ -11,8 +11,8 @@ namespace MoxTool {
 /// --help shows.
 class ManPage {
 public:
-    /// @param level Must outlive this object.
-    explicit ManPage(const CLI::App& level);
+    /// @param shown Must outlive this object.
+    explicit ManPage(const CLI::App& shown);
 
     /// Such as "mox-import.1".
     std::string fileName() const;

@@ -315,3 +315,39 @@ TEST_F(DiffCommand, HelpExplainsTheToleranceAndShowsExamples) {
     EXPECT_NE(run.output.find("|a - b| <= max(abs, rel * max(|a|, |b|))"), std::string::npos);
     EXPECT_NE(run.output.find("mox diff --rel 1e-5 --abs 1e-9 before.mox after.mox"), std::string::npos);
 }
+
+namespace {
+
+/// One dataset of `steps` steps in all, which share the numbers of `holders` entries in turns.
+void addSharedNumbers(Mox::Model& model, unsigned holders, unsigned steps) {
+    const auto part = model.addNode(Mox::Shape, "part");
+    for (unsigned holder = 0; holder < holders; ++holder) {
+        const auto count = (steps - holder + holders - 1) / holders;
+        Mox::StepList sharing(count);
+        for (unsigned i = 0; i < count; ++i)
+            sharing.set(i, {std::to_string(holder + i * holders), {}});
+        const Mox::Array1d<float> values{static_cast<float>(holder), 0, 0, 0, 0, 0, 0, 0};
+        model.addArrayProperty("U", Mox::NodeScalar, values, part, sharing);
+    }
+}
+
+} // namespace
+
+TEST_F(DiffCommand, SharedNumbersMayBeSharedOtherwise) {
+    save("a.mox", [](Mox::Model& model) { addSharedNumbers(model, 3, 60); });
+    save("b.mox", [](Mox::Model& model) { addSharedNumbers(model, 60, 60); });
+    const auto run = diff();
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(std::ranges::count(run.output, '\n'), 60 - 3) << run.output;
+}
+
+// Each of 40 datasets with each of 41 would be read 1640 times, where both files together hold 81.
+TEST_F(DiffCommand, LinksThatPairEverythingWithEverythingAreRefused) {
+    save("a.mox", [](Mox::Model& model) { addSharedNumbers(model, 40, 40 * 41); });
+    save("b.mox", [](Mox::Model& model) { addSharedNumbers(model, 41, 40 * 41); });
+    const auto run = diff();
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.messages, "mox diff: " + folder.path("b.mox") +
+                                ": its links pair its numbers with those of " + folder.path("a.mox") +
+                                " in too many ways to compare them all\n");
+}
