@@ -1,6 +1,10 @@
 #pragma once
 
-#include "inflateStream.h"
+#include "AttemptBudget.h"
+#include "BlockInflater.h"
+#include "BlockSearch.h"
+#include "KnownPlaces.h"
+#include "SalvagedBlock.h"
 
 #include <MoxReader/RawIndex.h>
 
@@ -13,16 +17,7 @@
 
 namespace MoxTool {
 
-/// A block that could be inflated.
-struct SalvagedBlock {
-    std::uint64_t offset;  ///< In the file, of its content length word.
-    std::uint64_t stored;  ///< Bytes in the file, with that word.
-    std::uint64_t content; ///< Bytes after inflating.
-    std::string name;      ///< From the index; empty if that does not tell.
-    std::string file;      ///< The name of the file that holds its content.
-};
-
-/// Bytes between blocks that could be inflated.
+/// Bytes of the file of which nothing was saved.
 struct SalvageGap {
     std::uint64_t offset;
     std::uint64_t size;
@@ -30,40 +25,50 @@ struct SalvageGap {
 };
 
 /// Walks the compressed blocks of a file without believing its index: a block ends where its zlib stream
-/// does. Behind bytes that are no whole block the next one is searched for.
+/// does, and the next one begins there. Where none does, the walk goes on at the next place at which either
+/// a search finds a whole block or the index has one; up to there the beginning of a damaged block is saved.
+///
+/// What is saved and the gaps divide the file, from the first place of a block on, without overlap.
 class BlockWalk {
 public:
-    /// @param index Gives the blocks their names, as far as it can be read.
-    BlockWalk(MoxReader::Source& source, const MoxReader::RawIndex& index);
+    /// @param index  Gives places at which to look, as far as it can be read.
+    /// @param folder Exists, empty; gets the content of each block as a file of its own.
+    BlockWalk(MoxReader::Source& source, const MoxReader::RawIndex& index, std::filesystem::path folder);
 
-    /// Writes the content of each whole block to a file of its own.
-    /// @param folder   Exists; gets block-0001.raw and so on.
+    /// Once.
     /// @param progress Called with the share of the work that is done, from 0 to 1.
     /// @throws Failure if a file can't be written.
     /// @throws MoxReader::Error ReadFailed.
-    /// @par Cost Constant memory; time in proportion to the file, since attempts that fail have a budget.
-    /// When
-    ///           it is used up, the rest of the file is one gap.
-    void run(const std::filesystem::path& folder, const std::function<void(double)>& progress);
+    /// @par Cost Time in proportion to the file and to what its blocks hold; memory for the lists alone.
+    ///           Attempts that come to nothing have a budget. When it is used up, the walk ends.
+    void run(const std::function<void(double)>& progress);
 
-    const std::vector<SalvagedBlock>& blocks() const { return found; }
+    /// In the order of the file.
+    const std::vector<SalvagedBlock>& blocks() const { return saved; }
     const std::vector<SalvageGap>& gaps() const { return lost; }
+    /// From where on blocks can have been missed, because too much of the file looks like beginnings of
+    /// blocks; empty otherwise.
+    std::optional<std::uint64_t> unsearchedFrom() const { return unsearched; }
 
 private:
-    std::optional<std::uint64_t> take(std::uint64_t position, const std::filesystem::path& folder);
-    std::optional<std::uint64_t> findCandidate(std::uint64_t from);
-    void addGap(std::uint64_t from, std::uint64_t to, const std::string& what);
-    std::string describeFailure() const;
+    std::uint64_t step(std::uint64_t position);
+    BlockAttempt inflate(std::uint64_t position, std::uint64_t end);
+    void keep(const BlockAttempt& attempt);
+    void keepBeginning(BlockAttempt attempt, std::uint64_t end);
+    std::optional<std::uint64_t> findNext(const BlockAttempt& failed);
+    std::optional<std::string> findTable(std::uint64_t position);
     bool isZero(std::uint64_t from, std::uint64_t to);
-    std::string nameAt(std::uint64_t position) const;
+    void addGap(std::uint64_t from, std::uint64_t to, const std::string& what);
 
     MoxReader::Source& source;
-    const MoxReader::RawIndex& index;
-    std::vector<SalvagedBlock> found;
+    std::filesystem::path folder;
+    BlockInflater inflater;
+    AttemptBudget budget;
+    BlockSearch search;
+    KnownPlaces known;
+    std::vector<SalvagedBlock> saved;
     std::vector<SalvageGap> lost;
-    std::uint64_t stated = 0; ///< The content length of the last attempt.
-    InflateResult attempt;    ///< The last one.
-    std::uint64_t budget;     ///< Bytes that failing attempts may still use.
+    std::optional<std::uint64_t> unsearched;
 };
 
 } // namespace MoxTool

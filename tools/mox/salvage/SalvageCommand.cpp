@@ -9,14 +9,14 @@
 #include "../info/findFlaw.h"
 #include "BlockWalk.h"
 #include "SalvageReport.h"
+#include "indexState.h"
 
 #include <MoxReader/File.h>
+#include <MoxReader/Format.h>
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cstdio>
-#include <utility>
 
 namespace MoxTool {
 
@@ -25,21 +25,20 @@ namespace {
 constexpr const char* Details =
     R"(A file that was never closed, as after a crash, has no index; one that is cut short or damaged has blocks
 that can't be read. Every compressed block that is whole is inflated into a file of its own in the new
-folder OUTDIR, block-0001.raw and so on, and index.json lists them with their offsets and sizes, what
-stands between them, and what is lost. The same list goes to stdout.
+folder OUTDIR, block-0001.raw and so on. Of a block that is cut off or damaged the beginning is saved, in
+block-0007.part.raw or block-0007.damaged.raw: what could be inflated before the end came or the damage showed.
+Nothing vouches for it, since the checksum of a block stands at its end. index.json lists all files with their
+offsets and sizes, what stands between the blocks, and what is lost. The same list goes to stdout.
 
 OUTDIR must not exist; it appears when it is complete. A file that is whole needs no salvaging: the command
 then says so and ends with 1, unless --force is given.
 
-Exit codes: 0 at least one block was saved, 1 none, or nothing to salvage, 2 wrong usage.
+Exit codes: 0 a block was saved, or the beginning of one; 1 nothing was saved, or the file is whole; 2 wrong
+usage.
 
 Examples:
   mox salvage crashed.mox saved
   mox salvage --force bracket.mox blocks)";
-
-bool has(const MoxReader::RawIndex& index, MoxReader::ErrorCode code) {
-    return std::ranges::any_of(index.damage, [&](const auto& damage) { return damage.code() == code; });
-}
 
 } // namespace
 
@@ -54,8 +53,7 @@ int SalvageCommand::run(Terminal& terminal) {
     explainErrors(path, [&] {
         const auto source = openSource(path);
         const auto index = MoxReader::scanIndex(*source);
-        if (has(index, MoxReader::ErrorCode::BadSignature) && !force)
-            throw Failure(path, "is no MOX file by its first bytes; --force looks for blocks all the same");
+        checkFront(index);
         const auto state = findState(source, index, terminal);
         if (state.empty() && !force)
             throw Failure(path,
@@ -65,14 +63,26 @@ int SalvageCommand::run(Terminal& terminal) {
     return 0;
 }
 
+/// @throws Failure if this can't be a MOX file with blocks.
+void SalvageCommand::checkFront(const MoxReader::RawIndex& index) const {
+    if (index.fileSize == 0)
+        throw Failure(path, "is empty, so nothing can be saved");
+    if (hasDamage(index, MoxReader::ErrorCode::BadSignature) && !force)
+        throw Failure(path, "is no MOX file by its first bytes; --force looks for blocks all the same");
+    if (index.fileSize <= MoxReader::Format::FirstBlockPosition)
+        throw Failure(
+            path, fmt::format("ends after {} bytes, and blocks begin at offset {}, so nothing can be saved",
+                              index.fileSize, MoxReader::Format::FirstBlockPosition));
+}
+
 /// @return what is wrong with the file; empty if it is whole.
 std::string SalvageCommand::findState(const std::shared_ptr<MoxReader::Source>& source,
                                       const MoxReader::RawIndex& index, Terminal& terminal) const {
-    if (has(index, MoxReader::ErrorCode::NotFinished))
+    if (isUnfinished(index))
         return "it was never closed by its writer";
-    if (!index.blocks.empty() && index.end > index.fileSize)
-        return fmt::format("it is cut short: {} of {} bytes are missing", index.end - index.fileSize,
-                           index.end);
+    if (index.end > index.fileSize)
+        return fmt::format("it is cut short: {}{} of the bytes that its index lists are missing",
+                           isIncomplete(index) ? "at least " : "", index.end - index.fileSize);
     const MoxReader::File file(source, index);
     const auto flaw =
         findBlockFlaw(file, [&](double part) { terminal.progress("looking for damage", part); });
@@ -83,11 +93,12 @@ std::string SalvageCommand::findState(const std::shared_ptr<MoxReader::Source>& 
 void SalvageCommand::salvage(MoxReader::Source& source, const MoxReader::RawIndex& index,
                              const std::string& state, Terminal& terminal) const {
     OutputFolder target(folder);
-    BlockWalk walk(source, index);
-    walk.run(target.temporaryPath(), [&](double part) { terminal.progress("inflating blocks", part); });
+    BlockWalk walk(source, index, target.temporaryPath());
+    walk.run([&](double part) { terminal.progress("inflating blocks", part); });
     terminal.clearProgress();
     if (walk.blocks().empty())
-        throw Failure(path, state + "; no block that is whole has reached the disk, so nothing can be saved");
+        throw Failure(path,
+                      state + "; not even the beginning of a block can be inflated, so nothing can be saved");
     const SalvageReport report(path, state, index, walk);
     writeFile(target.temporaryPath() / "index.json", folder + "/index.json",
               [&](std::ostream& out) { out << report.toJson().dump(2) << '\n'; });

@@ -20,6 +20,7 @@ public:
     int run(Terminal& terminal) override;
 
 private:
+    void checkFront(const MoxReader::RawIndex& index) const;
     std::string findState(const std::shared_ptr<MoxReader::Source>& source, const MoxReader::RawIndex& index,
                           Terminal& terminal) const;
     void salvage(MoxReader::Source& source, const MoxReader::RawIndex& index, const std::string& state,

@@ -1,107 +1,142 @@
 #include "SalvageReport.h"
 
 #include "../common/visibleText.h"
+#include "describeLoss.h"
+#include "indexState.h"
 
 #include <MoxReader/Format.h>
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
-#include <set>
-#include <string_view>
+#include <iterator>
 #include <utility>
 
 namespace MoxTool {
 
 namespace {
 
-namespace Format = MoxReader::Format;
+constexpr const char* ClosingNote =
+    "a writer puts blocks of numbers on disk as they fill, and all else when it closes the file; if it was "
+    "stopped while it closed it, the last blocks can hold some of what is listed as lost";
 
-struct StreamMeaning {
-    std::string_view name;
-    std::string_view meaning;
-};
+constexpr const char* PartialNote =
+    "a file named .part.raw or .damaged.raw holds a block up to where it is cut off or its damage showed, "
+    "which can be long behind the damage itself; the checksum of a block stands at its end, so nothing "
+    "vouches for these bytes";
 
-constexpr std::array StreamMeanings = {
-    StreamMeaning{Format::HeavyStream, "the numbers of datasets"},
-    StreamMeaning{Format::TreeStream, "the tree: names, types and ids of nodes"},
-    StreamMeaning{Format::LightStream,
-                  "the descriptors: transforms, and name, step, type, size and place of each dataset"},
-    StreamMeaning{Format::AttributesStream, "the attributes of groups and datasets"},
-    StreamMeaning{Format::ResourcesStream, "the materials"},
-    StreamMeaning{Format::GlobalStream, "who saved the file, and when"},
-};
-
-constexpr std::string_view PayloadHint = "a raw file of numbers holds datasets one behind the other, each "
-                                         "component by component and each component "
-                                         "as its lowest bytes, then its second bytes and so on; without "
-                                         "descriptors nothing tells where one begins";
+constexpr const char* PayloadNote =
+    "a raw file of numbers holds datasets one behind the other, each component by component and each "
+    "component as its lowest bytes, then its second bytes and so on; without descriptors nothing tells "
+    "where one begins";
 
 } // namespace
 
-SalvageReport::SalvageReport(std::string path, std::string wrong, const MoxReader::RawIndex& index,
-                             const BlockWalk& walk)
-    : file(std::move(path)),
-      state(std::move(wrong)),
-      fileSize(index.fileSize),
-      blocks(walk.blocks()),
-      gaps(walk.gaps()) {
-    listLoss(index);
-}
+SalvageReport::SalvageReport(std::string file, std::string state, const MoxReader::RawIndex& fileIndex,
+                             const BlockWalk& blockWalk)
+    : path(std::move(file)),
+      wrong(std::move(state)),
+      index(fileIndex),
+      walk(blockWalk),
+      lost(describeLoss(index, walk.blocks())),
+      notes(listNotes()) {}
 
-// Without names the blocks of a file that was never closed are those that go out early, and these hold
-// numbers.
-void SalvageReport::listLoss(const MoxReader::RawIndex& index) {
-    const bool hasNames = !index.blocks.empty();
-    std::set<std::uint64_t> saved;
-    for (const auto& block : blocks)
-        saved.insert(block.offset);
-    for (const auto& stream : StreamMeanings) {
-        const bool isHeavy = stream.name == Format::HeavyStream;
-        std::size_t inFile = 0, missing = 0;
-        for (const auto& record : index.blocks) {
-            if (record.name != stream.name)
-                continue;
-            ++inFile;
-            missing += saved.contains(record.position) ? 0u : 1u;
-        }
-        if (hasNames && missing > 0)
-            lost.push_back(
-                fmt::format("{} of {} blocks of \"{}\": {}", missing, inFile, stream.name, stream.meaning));
-        else if (!hasNames && !isHeavy)
-            lost.push_back(
-                fmt::format("\"{}\", or where in the file it is: {}", stream.name, stream.meaning));
-    }
+std::vector<std::string> SalvageReport::listNotes() const {
+    std::vector<std::string> list;
+    if (const auto from = walk.unsearchedFrom())
+        list.push_back(fmt::format("from offset {} on no more blocks were searched for, because too much of "
+                                   "the file looks like beginnings of blocks",
+                                   *from));
+    if (isUnfinished(index))
+        list.emplace_back(ClosingNote);
+    if (const auto unnamed = countUnnamed(); unnamed > 0 && !index.blocks.empty())
+        list.push_back(fmt::format("the index has no block where {} of the saved ones stand; they can be "
+                                   "among those that are listed as lost",
+                                   unnamed));
+    if (countWhole() < walk.blocks().size())
+        list.emplace_back(PartialNote);
+    list.emplace_back(PayloadNote);
+    return list;
 }
 
 void SalvageReport::print(std::FILE* out) const {
-    fmt::print(out, "{}: {}\n", visibleText(file), state);
-    for (const auto& block : blocks)
-        fmt::print(out, "{}  offset {}, {} bytes, inflated {}{}\n", block.file, block.offset, block.stored,
-                   block.content, block.name.empty() ? "" : fmt::format(", \"{}\"", visibleText(block.name)));
-    for (const auto& gap : gaps)
-        fmt::print(out, "not saved       offset {}, {} bytes: {}\n", gap.offset, gap.size, gap.what);
+    fmt::print(out, "{}: {}\n", visibleText(path), wrong);
+    fmt::print(out, "saved: {} blocks whole, {} cut off or damaged\n", countWhole(),
+               walk.blocks().size() - countWhole());
+    for (const auto& block : walk.blocks())
+        fmt::print(out, "{}\n", lineOf(block));
+    for (const auto& gap : walk.gaps())
+        fmt::print(out, "not saved  offset {}, {} bytes: {}\n", gap.offset, gap.size, gap.what);
     for (const auto& line : lost)
         fmt::print(out, "lost: {}\n", line);
-    fmt::print(out, "note: {}\n", PayloadHint);
+    for (const auto& line : notes)
+        fmt::print(out, "note: {}\n", line);
+}
+
+std::string SalvageReport::lineOf(const SalvagedBlock& block) const {
+    const auto& extent = block.extent;
+    auto line = fmt::format("{}  offset {}, {} bytes, inflated {}", block.fileName(), extent.offset,
+                            extent.stored, extent.inflated);
+    if (const auto name = nameOf(block); !name.empty())
+        line += fmt::format(", \"{}\"", visibleText(name));
+    if (!block.isWhole())
+        line += fmt::format(", {} block of {}: {}", extent.isCutOff() ? "PART of a" : "DAMAGED",
+                            extent.stated, MoxReader::errorText(*extent.damage));
+    return line;
 }
 
 Json SalvageReport::toJson() const {
-    Json json = {{"file", jsonText(file)}, {"state", state}, {"fileSize", fileSize}};
-    json["blocks"] = Json::array();
-    for (const auto& block : blocks)
-        json["blocks"].push_back({{"file", block.file},
-                                  {"offset", block.offset},
-                                  {"stored", block.stored},
-                                  {"content", block.content},
-                                  {"name", block.name.empty() ? Json() : jsonText(block.name)}});
+    Json json = {{"file", jsonText(path)}, {"state", wrong}, {"fileSize", index.fileSize}};
+    json["blocks"] = entriesOf(true);
+    json["partial"] = entriesOf(false);
     json["notSaved"] = Json::array();
-    for (const auto& gap : gaps)
+    for (const auto& gap : walk.gaps())
         json["notSaved"].push_back({{"offset", gap.offset}, {"size", gap.size}, {"what", gap.what}});
     json["lost"] = lost;
-    json["note"] = PayloadHint;
+    json["notes"] = notes;
     return json;
+}
+
+Json SalvageReport::entriesOf(bool whole) const {
+    auto entries = Json::array();
+    for (const auto& block : walk.blocks()) {
+        if (block.isWhole() == whole)
+            entries.push_back(entryOf(block));
+    }
+    return entries;
+}
+
+Json SalvageReport::entryOf(const SalvagedBlock& block) const {
+    const auto name = nameOf(block);
+    Json entry = {{"file", block.fileName()},
+                  {"offset", block.extent.offset},
+                  {"stored", block.extent.stored},
+                  {"content", block.extent.stated}};
+    if (!block.isWhole()) {
+        entry["inflated"] = block.extent.inflated;
+        entry["damage"] = MoxReader::errorText(*block.extent.damage);
+    }
+    entry["name"] = name.empty() ? Json() : jsonText(name);
+    return entry;
+}
+
+std::size_t SalvageReport::countWhole() const {
+    return static_cast<std::size_t>(std::ranges::count_if(walk.blocks(), &SalvagedBlock::isWhole));
+}
+
+std::size_t SalvageReport::countUnnamed() const {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(walk.blocks(), [&](const auto& block) { return nameOf(block).empty(); }));
+}
+
+/// @return an empty text if the index has no block there. Among blocks at one place the last has the bytes.
+std::string SalvageReport::nameOf(const SalvagedBlock& block) const {
+    const auto place = block.extent.offset;
+    const auto behind = std::ranges::upper_bound(index.blocks, place, {}, &MoxReader::BlockRecord::position);
+    if (behind == index.blocks.begin())
+        return "";
+    const auto& record = *std::prev(behind);
+    return record.position == place && !record.isEmptyEntry() ? record.name : "";
 }
 
 } // namespace MoxTool

@@ -12,14 +12,12 @@
 namespace MoxTool {
 
 /// What the walk through a damaged file has saved and what it could not.
-struct SalvageReport {
-    std::string file;  ///< As the person gave it.
-    std::string state; ///< What is wrong with the file, in words.
-    std::uint64_t fileSize = 0;
-    std::vector<SalvagedBlock> blocks;
-    std::vector<SalvageGap> gaps;
-    std::vector<std::string> lost; ///< One line each.
-
+class SalvageReport {
+public:
+    /// @param file  As the person gave it.
+    /// @param state What is wrong with the file, in words.
+    /// @param index Gives the blocks their names, as far as it can be read. Stays alive, as does the walk,
+    /// which has run.
     SalvageReport(std::string file, std::string state, const MoxReader::RawIndex& index,
                   const BlockWalk& walk);
 
@@ -28,7 +26,20 @@ struct SalvageReport {
     Json toJson() const;
 
 private:
-    void listLoss(const MoxReader::RawIndex& index);
+    std::vector<std::string> listNotes() const;
+    std::string lineOf(const SalvagedBlock& block) const;
+    Json entryOf(const SalvagedBlock& block) const;
+    Json entriesOf(bool whole) const;
+    std::size_t countWhole() const;
+    std::size_t countUnnamed() const;
+    std::string nameOf(const SalvagedBlock& block) const;
+
+    std::string path;
+    std::string wrong;
+    const MoxReader::RawIndex& index;
+    const BlockWalk& walk;
+    std::vector<std::string> lost;
+    std::vector<std::string> notes;
 };
 
 } // namespace MoxTool

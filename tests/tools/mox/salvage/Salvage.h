@@ -1,0 +1,42 @@
+#pragma once
+
+#include "../TemporaryFolder.h"
+#include "../common/MoxRun.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// A run of `mox salvage` over a file of these bytes, and what it left.
+class Salvage {
+public:
+    explicit Salvage(const std::vector<std::uint8_t>& bytes, const std::vector<std::string>& options = {})
+        : run(runMox(commandLine(bytes, options))), index(readIndex()) {}
+
+    bool madeFolder() const { return std::filesystem::exists(folder.path("out")); }
+    std::string content(const nlohmann::json& entry) const {
+        return folder.read("out/" + entry.at("file").get<std::string>());
+    }
+    std::vector<std::string> lost() const { return index.at("lost").get<std::vector<std::string>>(); }
+
+private:
+    std::vector<std::string> commandLine(const std::vector<std::uint8_t>& bytes,
+                                         const std::vector<std::string>& options) const {
+        std::vector<std::string> line = {"salvage", folder.write("damaged.mox", {bytes.begin(), bytes.end()}),
+                                         folder.path("out")};
+        line.insert(line.end(), options.begin(), options.end());
+        return line;
+    }
+    nlohmann::json readIndex() const {
+        return madeFolder() ? nlohmann::json::parse(folder.read("out/index.json")) : nlohmann::json();
+    }
+
+    TemporaryFolder folder;
+
+public:
+    MoxRun run;
+    nlohmann::json index; ///< Null if there is none.
+};

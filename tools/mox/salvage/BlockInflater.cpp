@@ -1,0 +1,104 @@
+#include "BlockInflater.h"
+
+#include <MoxReader/Format.h>
+
+#include <algorithm>
+#include <new>
+#include <string_view>
+
+namespace MoxTool {
+
+using MoxReader::ErrorCode;
+
+namespace {
+
+constexpr std::size_t FirstPiece = 256; ///< Bytes that chance has put there seldom pass for more of a stream.
+constexpr std::size_t LargestPiece = 65536;
+
+} // namespace
+
+BlockInflater::BlockInflater(MoxReader::Source& bytes)
+    : source(bytes), input(LargestPiece), output(LargestPiece) {
+    if (inflateInit(&zlib) != Z_OK)
+        throw std::bad_alloc();
+}
+
+BlockInflater::~BlockInflater() {
+    inflateEnd(&zlib);
+}
+
+BlockAttempt BlockInflater::run(std::uint64_t offset, std::uint64_t end, const Sink& sink) {
+    startAt(offset, end);
+    BlockAttempt attempt{.offset = offset};
+    attempt.damage =
+        takeContentLength(attempt.stated) ? inflateContent(attempt, sink) : ErrorCode::ContentLengthMissing;
+    attempt.read = position - offset;
+    attempt.stored = attempt.read - zlib.avail_in;
+    return attempt;
+}
+
+void BlockInflater::startAt(std::uint64_t offset, std::uint64_t end) {
+    inflateReset(&zlib);
+    position = offset;
+    limit = end;
+    pieceSize = FirstPiece;
+    refill();
+}
+
+void BlockInflater::refill() {
+    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize, limit - position));
+    source.read(position, std::span(input).first(size));
+    position += size;
+    zlib.next_in = input.data();
+    zlib.avail_in = static_cast<uInt>(size);
+    pieceSize = std::min(2 * pieceSize, LargestPiece);
+}
+
+bool BlockInflater::takeContentLength(std::uint64_t& length) {
+    constexpr auto WordSize = MoxReader::Format::ContentWordSize;
+    if (zlib.avail_in < WordSize)
+        return false;
+    for (auto i = WordSize; i-- > 0;)
+        length = length << 8 | zlib.next_in[i];
+    zlib.next_in += WordSize;
+    zlib.avail_in -= WordSize;
+    return true;
+}
+
+// Once all of the content is there, one byte of room shows whether more comes.
+std::optional<ErrorCode> BlockInflater::inflateContent(BlockAttempt& attempt, const Sink& sink) {
+    int status = Z_OK;
+    while (status == Z_OK) {
+        if (zlib.avail_in == 0)
+            refill();
+        const auto missing = std::min<std::uint64_t>(output.size(), attempt.stated - attempt.inflated);
+        const auto room = static_cast<uInt>(std::max<std::uint64_t>(missing, 1));
+        zlib.next_out = output.data();
+        zlib.avail_out = room;
+        status = inflate(&zlib, Z_NO_FLUSH);
+        const auto count = room - zlib.avail_out;
+        if (count > missing)
+            return ErrorCode::ContentTooLong;
+        sink(std::span(output).first(count));
+        attempt.inflated += count;
+    }
+    return judge(status, attempt);
+}
+
+std::optional<ErrorCode> BlockInflater::judge(int status, const BlockAttempt& attempt) const {
+    // zlib tells a wrong checksum from other damage by its message alone.
+    constexpr std::string_view ChecksumMessage = "incorrect data check";
+    switch (status) {
+    case Z_STREAM_END:
+        return attempt.inflated < attempt.stated ? std::optional(ErrorCode::ContentTooShort) : std::nullopt;
+    case Z_BUF_ERROR: // neither is there more to read nor more to give
+        return ErrorCode::ZlibIncomplete;
+    case Z_MEM_ERROR:
+        throw std::bad_alloc();
+    default:
+        return zlib.msg != nullptr && zlib.msg == ChecksumMessage ? ErrorCode::ChecksumMismatch
+                                                                  : ErrorCode::ZlibDamaged;
+    }
+}
+
+} // namespace MoxTool

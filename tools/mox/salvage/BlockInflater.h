@@ -1,0 +1,49 @@
+#pragma once
+
+#include "BlockAttempt.h"
+
+#include <MoxReader/Source.h>
+
+#include <zlib.h>
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <vector>
+
+namespace MoxTool {
+
+/// Inflates blocks whose length is not known: each ends where its zlib stream does. Takes a constant amount
+/// of memory, and of a block that fails early it reads little.
+class BlockInflater {
+public:
+    /// Gets the content piece by piece.
+    using Sink = std::function<void(std::span<const std::uint8_t>)>;
+
+    explicit BlockInflater(MoxReader::Source& source);
+    BlockInflater(const BlockInflater&) = delete;
+    BlockInflater& operator=(const BlockInflater&) = delete;
+    ~BlockInflater();
+
+    /// @param offset Of the content length word, inside the source.
+    /// @param end    The block is cut off here; inside the source as well.
+    /// @throws MoxReader::Error ReadFailed.
+    BlockAttempt run(std::uint64_t offset, std::uint64_t end, const Sink& sink);
+
+private:
+    void startAt(std::uint64_t offset, std::uint64_t end);
+    void refill();
+    bool takeContentLength(std::uint64_t& length);
+    std::optional<MoxReader::ErrorCode> inflateContent(BlockAttempt& attempt, const Sink& sink);
+    std::optional<MoxReader::ErrorCode> judge(int status, const BlockAttempt& attempt) const;
+
+    MoxReader::Source& source;
+    std::vector<std::uint8_t> input;
+    std::vector<std::uint8_t> output;
+    z_stream zlib{};
+    std::uint64_t position = 0; ///< Of the next byte to read.
+    std::uint64_t limit = 0;    ///< None from here on is read.
+    std::size_t pieceSize = 0;  ///< Bytes to read next.
+};
+
+} // namespace MoxTool
