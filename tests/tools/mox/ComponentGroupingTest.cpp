@@ -144,3 +144,11 @@ TEST(ComponentGrouping, TensorNamedDispIsNoDisplacement) {
     EXPECT_FALSE(MoxTool::isDisplacement({"disp", GroupKind::Single, {0}}));
     EXPECT_TRUE(MoxTool::isDisplacement({"Displacement", GroupKind::Vector, {0, 1, 2}}));
 }
+
+TEST(ComponentGrouping, NamesMayHaveAnyLength) {
+    const std::string base(1'000'000, 'a');
+    EXPECT_EQ(ComponentGrouping::group({base + "_x", base + "_y", base + "_z"}, 3),
+              (Groups{{base, GroupKind::Vector, {0, 1, 2}}}));
+    const std::string blank(1'000'000, '_');
+    EXPECT_EQ(ComponentGrouping::group({blank + "x"}, 3), (Groups{{blank + "x", GroupKind::Single, {0}}}));
+}

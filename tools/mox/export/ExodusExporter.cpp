@@ -191,12 +191,22 @@ void ExodusExporter::writeSteps(ExodusOutput& output) {
 
 // An Exodus file has results in steps alone.
 void ExodusExporter::writeStaticStep(ExodusOutput& output) {
-    if (nodal->count() + elemental->count() == 0)
+    if (nodal->count() + elemental->count() == 0) {
+        writeBareTimes(output);
         return;
+    }
     source.summary().tell("results without steps stand in one step of time 0");
     output.time(0, 0);
     writeResults(output, ResultPlace::Nodes, 0, ExportField::NoStep);
     writeResults(output, ResultPlace::Elements, 0, ExportField::NoStep);
+}
+
+// Those that an import has kept of steps without results.
+void ExodusExporter::writeBareTimes(ExodusOutput& output) {
+    const auto& attributes = rootAttributes(source.model());
+    std::size_t row = 0;
+    while (const auto time = numberAttribute(attributes, fmt::format("Time of Step {}", row + 1)))
+        output.time(row++, *time);
 }
 
 void ExodusExporter::writeGlobals(ExodusOutput& output, std::size_t row, const ExportStep& step) {

@@ -50,6 +50,12 @@ std::int64_t wantedId(const MoxReader::Attributes& attributes) {
     return wish && *wish >= 0 && *wish <= MostExact ? static_cast<std::int64_t>(*wish) : NoId;
 }
 
+// Imports of other formats than Exodus keep the names of their types too, but no block id. Exodus does not
+// know these names.
+std::string exodusType(const MoxReader::Attributes& attributes) {
+    return attributes.contains("Block Id") ? textAttribute(attributes, "Element Type") : "";
+}
+
 const ElementShape& shapeOf(int dimension, std::size_t nodes) {
     const auto* shape = findElementShape(dimension, nodes);
     return shape == nullptr ? UnknownShape : *shape;
@@ -157,7 +163,7 @@ void MeshCollector::checkElements(const ExportPart& part, const Integers& nodes,
 
 void MeshCollector::splitElements(std::size_t partIndex, const Integers& nodes, const Integers& lengths) {
     const auto& part = mesh.parts[partIndex];
-    const auto type = textAttribute(model.resolve(*part.connectivity).attributes, "Element Type");
+    const auto type = exodusType(model.resolve(*part.connectivity).attributes);
     const bool polygons = arePolygons(type, part.dimension, lengths);
     const auto firstNode = static_cast<std::uint32_t>(mesh.nodeGroups[part.nodeGroup].first);
     std::map<std::size_t, ExportBlock> blocks;

@@ -2,8 +2,11 @@
 
 #include "../common/visibleText.h"
 
+#include <algorithm>
+#include <array>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace MoxTool {
@@ -25,7 +28,9 @@ bool isTaken(const std::string& key) {
                                "Time",           "Time (exact)",
                                "Frequency",      "Frequency (exact)",
                                "Category",       "Mode"};
-    return keys.contains(key) || key.starts_with("QA Record ") || key.starts_with("Component ");
+    static constexpr std::array<std::string_view, 3> Numbered = {"QA Record ", "Component ", "Time of Step "};
+    return keys.contains(key) ||
+           std::ranges::any_of(Numbered, [&](auto front) { return key.starts_with(front); });
 }
 
 void addKeys(const MoxReader::Attributes& attributes, Names& names) {

@@ -12,6 +12,7 @@
 #include <array>
 #include <filesystem>
 #include <numeric>
+#include <utility>
 
 namespace MoxTool {
 
@@ -51,7 +52,7 @@ CgnsImporter::CgnsImporter(const CgnsFile& input, Qel::Mox2::Model& target, Term
       summary(toFill),
       writer(target, toFill),
       sections(input, target, toFill),
-      results(input, target, narrowing, toFill) {}
+      results(input, target, narrowing, messages, toFill) {}
 
 void CgnsImporter::run() {
     const auto bases = file.bases();
@@ -85,15 +86,16 @@ void CgnsImporter::addZones(const CgnsBase& base, unsigned int group) {
                           static_cast<double>(zonesDone++) / static_cast<double>(zoneCount));
         addZone(base, zone, group);
     }
+    results.addSteps(base);
 }
 
 void CgnsImporter::addZone(const CgnsBase& base, const CgnsZone& zone, unsigned int baseGroup) {
     checkNodeCount(zone.vertices(), file.path());
     model.setCurrentNodeId(baseGroup);
     const auto group = model.addNode(Qel::Mox2::NodeType::Group, zone.name, zoneAttributes(zone));
-    const auto parts = sections.addZone(base, zone, group);
+    auto parts = sections.addZone(base, zone, group);
     addVertices(zone, parts);
-    results.addZone(base, zone, parts);
+    results.addZone(base, zone, std::move(parts));
 }
 
 void CgnsImporter::addVertices(const CgnsZone& zone, const std::vector<CgnsPart>& parts) {

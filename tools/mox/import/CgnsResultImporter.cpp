@@ -1,10 +1,12 @@
 #include "CgnsResultImporter.h"
 
+#include "../Terminal.h"
 #include "AnalysisSteps.h"
 #include "resultNotes.h"
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace MoxTool {
 
@@ -52,45 +54,54 @@ std::vector<const CgnsSolution*> withoutStep(const std::vector<CgnsSolution>& so
 
 } // namespace
 
-void CgnsResultImporter::addZone(const CgnsBase& base, const CgnsZone& source,
-                                 const std::vector<CgnsPart>& targets) {
-    zone = &source;
-    parts = &targets;
-    cells = cellsOf(targets);
-    auto solutions = file.solutions(source);
-    std::erase_if(solutions, [&](const auto& solution) { return !canTake(source, solution); });
-    auto steps = file.solutionsOfSteps(source);
-    steps.resize(std::min(steps.size(), base.times.size()));
-    addStep(base, withoutStep(solutions, steps), {});
-    for (std::size_t step = 0; step < steps.size(); ++step)
-        addStep(base, named(solutions, steps[step]), makeStep(step, base.times[step], std::nullopt));
-    summary.steps = std::max(summary.steps, static_cast<std::int64_t>(steps.size()));
+void CgnsResultImporter::addZone(const CgnsBase& base, const CgnsZone& source, std::vector<CgnsPart> parts) {
+    auto cells = cellsOf(parts);
+    Zone zone{source, std::move(parts), std::move(cells), file.solutions(source),
+              file.solutionsOfSteps(source)};
+    std::erase_if(zone.solutions, [&](const auto& solution) { return !canTake(zone, solution); });
+    zone.steps.resize(std::min(zone.steps.size(), base.times.size()));
+    addStep(base, zone, withoutStep(zone.solutions, zone.steps), {});
+    summary.steps = std::max(summary.steps, static_cast<std::int64_t>(zone.steps.size()));
+    zones.push_back(std::move(zone));
 }
 
-bool CgnsResultImporter::canTake(const CgnsZone& source, const CgnsSolution& solution) {
+void CgnsResultImporter::addSteps(const CgnsBase& base) {
+    for (std::size_t step = 0; step < base.times.size(); ++step) {
+        terminal.progress("importing steps",
+                          static_cast<double>(step) / static_cast<double>(base.times.size()));
+        for (const auto& zone : zones) {
+            if (step < zone.steps.size())
+                addStep(base, zone, named(zone.solutions, zone.steps[step]),
+                        makeStep(step, base.times[step], std::nullopt));
+        }
+    }
+    zones.clear();
+}
+
+bool CgnsResultImporter::canTake(const Zone& zone, const CgnsSolution& solution) {
     const bool isOnVertices = solution.location == CGNS_ENUMV(Vertex);
     if (solution.isPartial || (!isOnVertices && solution.location != CGNS_ENUMV(CellCenter))) {
         elsewhere.push_back(solution.name);
         return false;
     }
-    if (!isOnVertices && cells.size() != source.cells()) {
+    if (!isOnVertices && zone.cells.size() != zone.source.cells()) {
         withoutCells.push_back(solution.name);
         return false;
     }
     return true;
 }
 
-void CgnsResultImporter::addStep(const CgnsBase& base, const Solutions& solutions,
+void CgnsResultImporter::addStep(const CgnsBase& base, const Zone& zone, const Solutions& solutions,
                                  const Qel::Mox2::Step& step) {
     ResultPlan plan(base.physicalDimension);
     const auto onVertices = fieldsAt(CGNS_ENUMV(Vertex), solutions);
     const auto vertexResults = plan.nodeResults(onVertices.names);
     for (const auto& result : vertexResults)
-        addOnVertices(onVertices, result, step);
+        addOnVertices(zone, onVertices, result, step);
     const auto onCells = fieldsAt(CGNS_ENUMV(CellCenter), solutions);
     const auto cellResults = plan.elementResults(onCells.names);
     for (const auto& result : cellResults)
-        addOnCells(onCells, result, step);
+        addOnCells(zone, onCells, result, step);
     tellRenamed(vertexResults, summary);
     tellRenamed(cellResults, summary);
 }
@@ -107,37 +118,38 @@ CgnsResultImporter::Fields CgnsResultImporter::fieldsAt(CGNS_ENUMT(GridLocation_
     return fields;
 }
 
-std::vector<std::vector<double>> CgnsResultImporter::readColumns(const Fields& fields,
+std::vector<std::vector<double>> CgnsResultImporter::readColumns(const Zone& zone, const Fields& fields,
                                                                  const ResultDataset& result) const {
     std::vector<std::vector<double>> columns;
     for (const auto variable : result.variables)
-        columns.push_back(file.field(*zone, *fields.solutions[variable], fields.names[variable]));
+        columns.push_back(file.field(zone.source, *fields.solutions[variable], fields.names[variable]));
     return columns;
 }
 
-void CgnsResultImporter::addOnVertices(const Fields& fields, const ResultDataset& result,
+void CgnsResultImporter::addOnVertices(const Zone& zone, const Fields& fields, const ResultDataset& result,
                                        const Qel::Mox2::Step& step) {
-    if (parts->empty())
+    if (zone.parts.empty())
         return;
-    const auto columns = readColumns(fields, result);
-    RealTable table(zone->vertices(), result.width);
+    const auto columns = readColumns(zone, fields, result);
+    RealTable table(zone.source.vertices(), result.width);
     for (std::size_t column = 0; column < columns.size(); ++column)
         table.setColumn(column, columns[column], narrowing);
-    writer.writeReals(result.name, result.type, table, geometriesOf(*parts), step,
+    writer.writeReals(result.name, result.type, table, geometriesOf(zone.parts), step,
                       componentAttributes(result, fields.names));
 }
 
-void CgnsResultImporter::addOnCells(const Fields& fields, const ResultDataset& result,
+void CgnsResultImporter::addOnCells(const Zone& zone, const Fields& fields, const ResultDataset& result,
                                     const Qel::Mox2::Step& step) {
-    const auto columns = readColumns(fields, result);
-    for (const auto& part : *parts) {
+    const auto columns = readColumns(zone, fields, result);
+    for (const auto& part : zone.parts) {
         if (!part.hasCells)
             continue;
         RealTable table(part.ids.size(), result.width);
         std::vector<double> values(part.ids.size());
         for (std::size_t column = 0; column < columns.size(); ++column) {
             std::transform(part.ids.begin(), part.ids.end(), values.begin(), [&](unsigned int id) {
-                const auto cell = std::lower_bound(cells.begin(), cells.end(), id) - cells.begin();
+                const auto cell =
+                    std::lower_bound(zone.cells.begin(), zone.cells.end(), id) - zone.cells.begin();
                 return columns[column][static_cast<std::size_t>(cell)];
             });
             table.setColumn(column, values, narrowing);

@@ -4,10 +4,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <map>
 #include <optional>
-#include <regex>
 #include <set>
+#include <string_view>
 
 namespace MoxTool {
 
@@ -37,15 +38,44 @@ struct Part {
 
 using Columns = std::map<std::size_t, std::size_t>; // from a column to a variable
 
-std::optional<Part> parse(const std::string& name) {
-    static const std::regex tensor("(.*[^_])(_*)(xx|yy|zz|xy|yz|zx|xz)((_[0-9]+)?)", std::regex::icase);
-    static const std::regex vector("(.*[^_])(_*)(x|y|z)((_[0-9]+)?)", std::regex::icase);
-    std::smatch match;
-    const bool isTensor = std::regex_match(name, match, tensor);
-    if (!isTensor && !std::regex_match(name, match, vector))
-        return std::nullopt;
+// The end of a name that is an underscore and a number, perhaps empty.
+std::string_view numberBehind(std::string_view name) {
+    constexpr std::string_view Digits = "0123456789";
+    const auto end = name.find_last_not_of(Digits);
+    const bool isNumber = end != std::string_view::npos && end + 1 < name.size() && name[end] == '_';
+    return isNumber ? name.substr(end) : std::string_view();
+}
+
+// Two letters of different case are the end of a base and a component, as in "VelocityY".
+bool areOfOneCase(std::string_view letters) {
+    const auto isLower = [](unsigned char letter) { return std::islower(letter) != 0; };
+    return std::all_of(letters.begin(), letters.end(), isLower) ||
+           std::none_of(letters.begin(), letters.end(), isLower);
+}
+
+// The name is cut at its ends alone: a pattern would go through it letter by letter and, in some libraries,
+// call by call, and names from files can be of any length.
+std::optional<Part> parseAs(bool isTensor, std::string_view name, std::string_view number) {
     const auto& columns = isTensor ? TensorColumns : VectorColumns;
-    return Part{{match[1], match[2], match[4], isTensor}, columns.at(lowerCase(match[3]))};
+    const std::size_t length = isTensor ? 2 : 1;
+    if (name.size() < length)
+        return std::nullopt;
+    const auto front = name.substr(0, name.size() - length);
+    const auto letters = name.substr(front.size());
+    const auto column = columns.find(lowerCase(std::string(letters)));
+    const auto baseEnd = front.find_last_not_of('_');
+    if (column == columns.end() || !areOfOneCase(letters) || baseEnd == std::string_view::npos)
+        return std::nullopt;
+    const auto base = front.substr(0, baseEnd + 1);
+    return Part{{std::string(base), std::string(front.substr(base.size())), std::string(number), isTensor},
+                column->second};
+}
+
+std::optional<Part> parse(std::string_view name) {
+    const auto number = numberBehind(name);
+    name.remove_suffix(number.size());
+    const auto part = parseAs(true, name, number);
+    return part ? part : parseAs(false, name, number);
 }
 
 std::map<Quantity, Columns> collectQuantities(const std::vector<std::string>& names) {

@@ -29,7 +29,8 @@ struct VariableGroup {
 /// are one quantity, named by the base and the number: "stress", "Disp", "stress_3".
 /// - The letters xx, yy, zz, xy, yz, zx (or xz for zx) make six values, if all are there.
 /// - The letters x, y, z make a vector, if all are there, or if x and y are there in a two-dimensional model.
-/// - The case of the letters does not matter; the base must be the same to the letter and not be empty.
+/// - Letters are of either case, two of them of one: "VelocityY" is the y of "Velocity".
+/// - The base must be the same to the letter and not be empty.
 /// - A name that ends in two component letters is never a part of a vector.
 /// - What is no part of a complete quantity stays as it is. Of two names for one component the first is
 /// taken.

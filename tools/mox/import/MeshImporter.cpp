@@ -18,6 +18,16 @@ using Qel::Mox2::DatasetType;
 
 namespace {
 
+bool hasResults(const ExodusFile& file) {
+    return !file.variableNames(EX_NODAL).empty() || !file.variableNames(EX_ELEM_BLOCK).empty();
+}
+
+// A model knows steps by its results alone.
+void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times) {
+    for (std::size_t i = 0; i < times.size(); ++i)
+        attributes.set(fmt::format("Time of Step {}", i + 1), fmt::format("{}", times[i]));
+}
+
 void setQaRecords(Qel::Mox2::Attributes& attributes, const std::vector<QaRecord>& records) {
     for (std::size_t i = 0; i < records.size(); ++i) {
         const auto& record = records[i];
@@ -84,6 +94,8 @@ Qel::Mox2::Attributes MeshImporter::rootAttributes() const {
     setNumber(attributes, "Node Sets", counts.num_node_sets);
     setNumber(attributes, "Side Sets", counts.num_side_sets);
     setNumber(attributes, "Steps", static_cast<std::int64_t>(file.times().size()));
+    if (!hasResults(file))
+        setTimes(attributes, file.times());
     setQaRecords(attributes, file.qaRecords());
     return attributes;
 }

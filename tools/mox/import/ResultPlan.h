@@ -24,7 +24,7 @@ struct ResultDataset {
 /// A displacement is named "Displacement", since a file marks displacements by that name alone, and takes a
 /// rotation as its second three columns. Everything else keeps the name that the file gives. Where two want
 /// one name, a single variable goes before a group and the earlier before the later; the other gets " (2)"
-/// behind its name.
+/// behind its name. So does one that has the name of a dataset of the mesh.
 ///
 /// Datasets of nodes and of elements share the names of their geometry, so one plan makes both, nodes first.
 class ResultPlan {
@@ -42,7 +42,7 @@ private:
     std::string uniqueName(const std::string& wanted);
 
     int dimension;
-    std::set<std::string> taken;
+    std::set<std::string> taken = {"Connectivity", "Coordinates", "Element IDs", "Node Ids", "Polylength"};
 };
 
 } // namespace MoxTool

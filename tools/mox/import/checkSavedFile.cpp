@@ -1,7 +1,10 @@
 #include "checkSavedFile.h"
 
-#include <MoxReader/File.h>
+#include "../info/findFlaw.h"
+
 #include <MoxReader/Model.h>
+
+#include <fmt/core.h>
 
 #include <stdexcept>
 
@@ -9,8 +12,9 @@ namespace MoxTool {
 
 void checkSavedFile(const std::filesystem::path& path) {
     const MoxReader::File file(path);
-    if (file.index().end != file.size())
-        throw std::runtime_error("the saved file has not the size that it should have; is the disk full?");
+    if (const auto flaw = findIndexFlaw(file))
+        throw std::runtime_error(fmt::format(
+            "the saved file is not whole ({}); is the disk full, or a dataset larger than 3 GiB?", *flaw));
     MoxReader::readModel(file);
 }
 

@@ -1,9 +1,9 @@
 #include "saveImported.h"
 
 #include "../Failure.h"
-#include "../OutputFile.h"
 #include "../Terminal.h"
 #include "../check/FileCheck.h"
+#include "../common/OutputFile.h"
 #include "../common/openSource.h"
 #include "checkSavedFile.h"
 
@@ -51,7 +51,6 @@ void save(const std::string& path, const ModelFiller& fill, ImportSummary& summa
         closeOrAbandon(model);
         throw;
     }
-    checkSavedFile(path);
 }
 
 // Only the first finding is told: a file that is just made should have none.
@@ -78,6 +77,7 @@ ImportSummary saveImported(const ImportRequest& request, Terminal& terminal, con
         save(path, fill, summary);
         if (request.check)
             refuseErrors(path, request.output, terminal);
+        checkSavedFile(path);
     } catch (const Failure&) {
         throw;
     } catch (const std::bad_alloc&) {

@@ -18,10 +18,8 @@ protected:
         saveForeignModel(folder.path("model.mox"));
     }
 
-    VtkMeshRead read(const std::string& name) {
-        VtkMeshRead mesh;
-        reading.read("xml", folder.path(name), mesh);
-        return mesh;
+    VtkMeshRead read(const std::string& name) const {
+        return reading.read("xml", {folder.path(name)}).value().at(0);
     }
 
     TemporaryFolder folder;

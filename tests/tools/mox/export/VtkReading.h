@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <map>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -45,27 +46,30 @@ public:
     static bool hasPython() { return !std::string(MOX_TEST_PYTHON).empty(); }
 
     /// @param way "xml" or "vtk".
-    /// @return false if what the way needs is not installed.
-    /// @throws std::runtime_error if the file can't be read.
-    bool read(const std::string& way, const std::string& path, VtkMeshRead& mesh) const {
-        if (!run(way, path))
-            return false;
+    /// @return a mesh for each file; nothing if what the way needs is not installed.
+    /// @throws std::runtime_error if a file can't be read.
+    std::optional<std::vector<VtkMeshRead>> read(const std::string& way,
+                                                 const std::vector<std::string>& paths) const {
+        if (!run(way, paths))
+            return std::nullopt;
+        std::vector<VtkMeshRead> meshes;
         std::istringstream lines(folder.read("shown"));
-        std::string line;
-        std::getline(lines, line);
-        std::istringstream(line.substr(5)) >> mesh.points >> mesh.cells;
-        std::getline(lines, line);
-        while (std::getline(lines, line)) {
+        for (std::string head; std::getline(lines, head);) {
+            if (head.starts_with("size\t")) {
+                auto& mesh = meshes.emplace_back();
+                std::istringstream(head.substr(5)) >> mesh.points >> mesh.cells;
+                continue;
+            }
             std::string numbers;
             std::getline(lines, numbers);
-            addArray(split(line), numbers, mesh);
+            addArray(split(head), numbers, meshes.at(meshes.size() - 1));
         }
-        return true;
+        return meshes;
     }
 
     /// Value and path of each file of a series.
     std::vector<std::pair<double, std::string>> series(const std::string& path) const {
-        run("series", path);
+        run("series", {path});
         std::vector<std::pair<double, std::string>> files;
         std::istringstream lines(folder.read("shown"));
         for (std::string line; std::getline(lines, line);) {
@@ -78,9 +82,11 @@ public:
 private:
     static constexpr int NotInstalled = 77;
 
-    bool run(const std::string& way, const std::string& path) const {
-        const auto command = std::string("\"") + MOX_TEST_PYTHON + "\" \"" + MOX_TEST_READ_VTK + "\" " + way +
-                             " \"" + path + "\" > \"" + folder.path("shown") + "\"";
+    bool run(const std::string& way, const std::vector<std::string>& paths) const {
+        auto command = std::string("\"") + MOX_TEST_PYTHON + "\" \"" + MOX_TEST_READ_VTK + "\" " + way;
+        for (const auto& path : paths)
+            command += " \"" + path + "\"";
+        command += " > \"" + folder.path("shown") + "\"";
         const int status = std::system(command.c_str());
         if (status == 0)
             return true;

@@ -1,11 +1,12 @@
 """Shows what stands in a VTK XML file, for tests to compare.
 
-usage: read_vtk.py xml FILE.vtu     by the rules of the format, with the standard library alone
-       read_vtk.py vtk FILE.vtu     through VTK's own reader; exit code 77 if VTK is not installed
+usage: read_vtk.py xml FILE.vtu...  by the rules of the format, with the standard library alone
+       read_vtk.py vtk FILE.vtu...  through VTK's own reader; exit code 77 if VTK is not installed
        read_vtk.py series FILE.pvd
 
-Of a mesh each array gives two lines: section, name, type, number of components and names of the components,
-separated by tabs, and the numbers. Of a series each file gives one line: its value, a tab, its path.
+Each mesh begins with a line of its numbers of points and cells; then each array gives two lines: section, name,
+type, number of components and names of the components, separated by tabs, and the numbers. Of a series each file
+gives one line: its value, a tab, its path.
 """
 import struct
 import sys
@@ -54,7 +55,7 @@ def show_xml(path):
     order = {"LittleEndian": "<", "BigEndian": ">"}[root.get("byte_order")]
     grid = root.find("UnstructuredGrid")
     (piece,) = grid.findall("Piece")
-    print(f"size\t{piece.get('NumberOfPoints')}\t{piece.get('NumberOfCells')}\n")
+    print(f"size\t{piece.get('NumberOfPoints')}\t{piece.get('NumberOfCells')}")
     for section in list(grid.find("FieldData").iter("DataArray")):
         show_array("FieldData", section, order, raw)
     for section in piece:
@@ -83,7 +84,7 @@ def show_vtk(path):
     reader.Update()
     assert reader.GetErrorCode() == 0
     grid = reader.GetOutput()
-    print(f"size\t{grid.GetNumberOfPoints()}\t{grid.GetNumberOfCells()}\n")
+    print(f"size\t{grid.GetNumberOfPoints()}\t{grid.GetNumberOfCells()}")
     show_vtk_array("Points", grid.GetPoints().GetData(), "Points")
     show_vtk_array("Cells", grid.GetCells().GetConnectivityArray(), "connectivity")
     show("Cells", "types", "VTK", 1, [], [grid.GetCellType(i) for i in range(grid.GetNumberOfCells())])
@@ -111,4 +112,5 @@ def show_series(path):
 
 if __name__ == "__main__":
     sys.stdout.reconfigure(encoding="utf-8", newline="\n")
-    {"xml": show_xml, "vtk": show_vtk, "series": show_series}[sys.argv[1]](sys.argv[2])
+    for argument in sys.argv[2:]:
+        {"xml": show_xml, "vtk": show_vtk, "series": show_series}[sys.argv[1]](argument)

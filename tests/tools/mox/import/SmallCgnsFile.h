@@ -23,6 +23,7 @@ public:
     /// What follows goes into the base added last, and into the zone added last.
     void addBase(const std::string& name, int cellDimension) {
         require(cg_base_write(file, name.c_str(), cellDimension, 3, &base));
+        zoneWithSteps = 0;
     }
 
     void addZone(const std::string& name, cgsize_t vertices, cgsize_t cells) {
@@ -87,18 +88,20 @@ public:
         const auto count = static_cast<cgsize_t>(values.size());
         require(cg_array_write("TimeValues", CGNS_ENUMV(RealDouble), 1, &count, values.data()));
     }
-    /// One solution for each step.
-    void solutionsOfSteps(const std::vector<std::string>& names) {
+    /// One solution for each step, in an array of this name.
+    void solutionsOfSteps(const std::vector<std::string>& names,
+                          const std::string& array = "FlowSolutionPointers") {
         std::string texts;
         for (auto name : names) {
             name.resize(32, ' ');
             texts += name;
         }
-        require(cg_ziter_write(file, base, zone, "ZoneIteration"));
+        if (zoneWithSteps != zone)
+            require(cg_ziter_write(file, base, zone, "ZoneIteration"));
+        zoneWithSteps = zone;
         require(cg_goto(file, base, "Zone_t", zone, "ZoneIterativeData_t", 1, "end"));
         const std::array<cgsize_t, 2> extents = {32, static_cast<cgsize_t>(names.size())};
-        require(
-            cg_array_write("FlowSolutionPointers", CGNS_ENUMV(Character), 2, extents.data(), texts.data()));
+        require(cg_array_write(array.c_str(), CGNS_ENUMV(Character), 2, extents.data(), texts.data()));
     }
 
     static void require(int status) {
@@ -110,5 +113,6 @@ private:
     int file = 0;
     int base = 0;
     int zone = 0;
+    int zoneWithSteps = 0;
     int solutionNumber = 0;
 };
