@@ -1,5 +1,8 @@
 #include "Support/TemporaryFolder.h"
 
+#include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <random>
 #include <stdexcept>
 #include <system_error>
@@ -25,6 +28,25 @@ TemporaryFolder::~TemporaryFolder() {
 
 std::string TemporaryFolder::path(const std::string& name) const {
     return (folder / name).string();
+}
+
+std::string TemporaryFolder::write(const std::string& name, const std::string& content) const {
+    std::ofstream(path(name), std::ios::binary) << content;
+    return path(name);
+}
+
+std::string TemporaryFolder::read(const std::string& name) const {
+    std::ifstream file(path(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::vector<std::string> TemporaryFolder::files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 } // namespace Support

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace Support {
 
@@ -15,6 +16,14 @@ public:
 
     /// The path of a file in the folder; nothing is made there.
     std::string path(const std::string& name) const;
+
+    /// Makes a file.
+    /// @return its path.
+    std::string write(const std::string& name, const std::string& content) const;
+    /// All bytes of a file.
+    std::string read(const std::string& name) const;
+    /// The names of all that is in the folder, sorted.
+    std::vector<std::string> files() const;
 
 private:
     std::filesystem::path folder;

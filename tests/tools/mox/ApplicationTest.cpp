@@ -1,6 +1,6 @@
 #include "Application.h"
 
-#include "Messages.h"
+#include "common/MoxRun.h"
 
 #include <gtest/gtest.h>
 
@@ -10,21 +10,6 @@
 #include <vector>
 
 namespace {
-
-struct Outcome {
-    int exitCode;
-    std::string output;
-    std::string messages;
-};
-
-Outcome runMox(std::vector<const char*> arguments) {
-    arguments.insert(arguments.begin(), "mox");
-    Messages messages;
-    testing::internal::CaptureStdout();
-    const int exitCode =
-        MoxTool::Application(messages.terminal()).run(static_cast<int>(arguments.size()), arguments.data());
-    return {exitCode, testing::internal::GetCapturedStdout(), messages.text()};
-}
 
 bool contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;

@@ -28,7 +28,7 @@ std::string titleOf(const MoxReader::Model& model) {
     return attributes.contains("Title") ? textAttribute(attributes, "Title") : model.root().name;
 }
 
-std::string fitted(const std::string& text, std::size_t longest, ImportSummary& summary) {
+std::string fitted(const std::string& text, std::size_t longest, ConversionSummary& summary) {
     if (text.size() > longest)
         summary.tell(fmt::format("\"{}\" is cut to {} letters", visibleText(text), longest));
     return text.substr(0, longest);

@@ -74,7 +74,7 @@ int ExportCommand::run(Terminal& terminal) {
     return 0;
 }
 
-ImportSummary ExportCommand::exportModel(Terminal& terminal) const {
+ConversionSummary ExportCommand::exportModel(Terminal& terminal) const {
     switch (Formats.at(extensionOf(request.output))) {
     case Format::Exodus:
         return exportExodus(request, terminal);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "../Command.h"
-#include "../import/ImportSummary.h"
+#include "../common/ConversionSummary.h"
 #include "ExportRequest.h"
 
 namespace MoxTool {
@@ -15,7 +15,7 @@ public:
     int run(Terminal& terminal) override;
 
 private:
-    ImportSummary exportModel(Terminal& terminal) const;
+    ConversionSummary exportModel(Terminal& terminal) const;
 
     ExportRequest request;
 };

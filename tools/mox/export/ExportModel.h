@@ -5,7 +5,7 @@
 #include "ExportResults.h"
 #include "FieldReader.h"
 
-#include "../import/ImportSummary.h"
+#include "../common/ConversionSummary.h"
 
 #include <memory>
 
@@ -24,7 +24,7 @@ public:
     /// The places of the steps that are wanted.
     const std::vector<std::size_t>& wantedSteps() const { return wanted; }
     FieldReader reader() { return FieldReader(parts, heavy); }
-    ImportSummary& summary() { return told; }
+    ConversionSummary& summary() { return told; }
 
 private:
     void read(const ExportRequest& request);
@@ -32,7 +32,7 @@ private:
 
     OpenModel opened;
     MoxReader::HeavyData heavy;
-    ImportSummary told;
+    ConversionSummary told;
     ExportMesh parts;
     ExportResults contents;
     std::vector<std::size_t> wanted;

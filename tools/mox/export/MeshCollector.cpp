@@ -64,7 +64,7 @@ const ElementShape& shapeOf(int dimension, std::size_t nodes) {
 } // namespace
 
 MeshCollector::MeshCollector(std::string file, const MoxReader::Model& source, MoxReader::HeavyData& numbers,
-                             ImportSummary& results)
+                             ConversionSummary& results)
     : path(std::move(file)),
       model(source),
       heavy(numbers),

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../import/ImportSummary.h"
+#include "../common/ConversionSummary.h"
 #include "ExportMesh.h"
 
 #include <MoxReader/HeavyData.h>
@@ -23,7 +23,7 @@ class MeshCollector {
 public:
     /// @param file The model's file, as the person named it. All others must outlive the collector.
     MeshCollector(std::string file, const MoxReader::Model& model, MoxReader::HeavyData& heavy,
-                  ImportSummary& summary);
+                  ConversionSummary& summary);
 
     /// To be called once.
     /// @throws Failure if elements refer to nodes that are not there and the like; MoxReader::Error.
@@ -49,7 +49,7 @@ private:
     std::string path;
     const MoxReader::Model& model;
     MoxReader::HeavyData& heavy;
-    ImportSummary& summary;
+    ConversionSummary& summary;
     std::vector<Eigen::Affine3d> transforms;
     std::map<NodesKey, std::size_t> knownNodes;
     ExportMesh mesh;

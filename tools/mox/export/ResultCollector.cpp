@@ -57,7 +57,8 @@ struct FoundStep {
 
 } // namespace
 
-ResultCollector::ResultCollector(const MoxReader::Model& source, const ExportMesh& parts, ImportSummary& left)
+ResultCollector::ResultCollector(const MoxReader::Model& source, const ExportMesh& parts,
+                                 ConversionSummary& left)
     : model(source), mesh(parts), summary(left) {}
 
 ExportResults ResultCollector::collect() {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../import/ImportSummary.h"
+#include "../common/ConversionSummary.h"
 #include "ExportResults.h"
 
 #include <cstdint>
@@ -15,7 +15,7 @@ namespace MoxTool {
 class ResultCollector {
 public:
     /// All must outlive the collector.
-    ResultCollector(const MoxReader::Model& model, const ExportMesh& mesh, ImportSummary& summary);
+    ResultCollector(const MoxReader::Model& model, const ExportMesh& mesh, ConversionSummary& summary);
 
     /// To be called once. @throws MoxReader::Error for links that lead nowhere.
     ExportResults collect();
@@ -32,7 +32,7 @@ private:
 
     const MoxReader::Model& model;
     const ExportMesh& mesh;
-    ImportSummary& summary;
+    ConversionSummary& summary;
     std::map<std::string, std::size_t> stepPlaces;
     std::map<FieldKey, std::size_t> fieldPlaces;
     std::set<std::string> others;

@@ -6,7 +6,7 @@
 
 namespace MoxTool {
 
-ImportSummary exportExodus(const ExportRequest& request, Terminal& terminal) {
+ConversionSummary exportExodus(const ExportRequest& request, Terminal& terminal) {
     OutputFile output(request.output, request.overwrite);
     ExportModel model(request);
     explainErrors(request.input, [&] {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../import/ImportSummary.h"
+#include "../common/ConversionSummary.h"
 #include "ExportRequest.h"
 
 namespace MoxTool {
@@ -14,6 +14,6 @@ class Terminal;
 /// @throws Failure if the input can't be read or the output can't be written. The output's name is then as it
 /// was
 ///         before.
-ImportSummary exportExodus(const ExportRequest& request, Terminal& terminal);
+ConversionSummary exportExodus(const ExportRequest& request, Terminal& terminal);
 
 } // namespace MoxTool

@@ -31,7 +31,7 @@ double valueOf(const ExportModel& model, std::size_t step) {
 }
 
 // A series shows one file for each value, so values that repeat can't serve.
-void makeDistinct(std::vector<SeriesFile>& series, ImportSummary& summary) {
+void makeDistinct(std::vector<SeriesFile>& series, ConversionSummary& summary) {
     std::set<double> values;
     for (const auto& file : series)
         values.insert(file.value);
@@ -79,7 +79,7 @@ fs::path folderBeside(const fs::path& series) {
 
 } // namespace
 
-ImportSummary exportVtu(const ExportRequest& request) {
+ConversionSummary exportVtu(const ExportRequest& request) {
     OutputFile output(request.output, request.overwrite);
     ExportModel model(request);
     const auto& steps = model.wantedSteps();
@@ -96,7 +96,7 @@ ImportSummary exportVtu(const ExportRequest& request) {
     return model.summary();
 }
 
-ImportSummary exportPvd(const ExportRequest& request, Terminal& terminal) {
+ConversionSummary exportPvd(const ExportRequest& request, Terminal& terminal) {
     OutputFile output(request.output, request.overwrite);
     const auto folderPath = folderBeside(request.output);
     ReplaceableFolder folder(folderPath, ".vtu", request.overwrite);

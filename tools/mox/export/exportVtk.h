@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../import/ImportSummary.h"
+#include "../common/ConversionSummary.h"
 #include "ExportRequest.h"
 
 namespace MoxTool {
@@ -12,11 +12,11 @@ class Terminal;
 
 /// One mesh in one .vtu file.
 /// @throws Failure also if the model has several steps and none is chosen.
-ImportSummary exportVtu(const ExportRequest& request);
+ConversionSummary exportVtu(const ExportRequest& request);
 
 /// A .pvd file and, beside it, a folder of its name without extension and "_steps", with a .vtu file for each
 /// step.
 /// @param terminal Shows the progress.
-ImportSummary exportPvd(const ExportRequest& request, Terminal& terminal);
+ConversionSummary exportPvd(const ExportRequest& request, Terminal& terminal);
 
 } // namespace MoxTool

@@ -40,13 +40,13 @@ void addKeys(const MoxReader::Attributes& attributes, Names& names) {
     }
 }
 
-void leave(ImportSummary& summary, const char* kind, const Names& names) {
+void leave(ConversionSummary& summary, const char* kind, const Names& names) {
     summary.leave(kind, {names.begin(), names.end()});
 }
 
 } // namespace
 
-void leaveTree(const MoxReader::Model& model, ImportSummary& summary) {
+void leaveTree(const MoxReader::Model& model, ConversionSummary& summary) {
     std::int64_t groups = 0;
     std::int64_t materials = 0;
     Names nodeSets, groupKeys, datasetKeys;

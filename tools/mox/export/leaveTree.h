@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../import/ImportSummary.h"
+#include "../common/ConversionSummary.h"
 
 #include <MoxReader/Model.h>
 
@@ -8,6 +8,6 @@ namespace MoxTool {
 
 /// Notes what a mesh format can't take of a model's tree: groups, sets of nodes, materials, and the
 /// attributes that no export has a place for.
-void leaveTree(const MoxReader::Model& model, ImportSummary& summary);
+void leaveTree(const MoxReader::Model& model, ConversionSummary& summary);
 
 } // namespace MoxTool

@@ -4,7 +4,7 @@
 
 namespace MoxTool {
 
-ImportSummary exportExodus(const ExportRequest& request, Terminal&) {
+ConversionSummary exportExodus(const ExportRequest& request, Terminal&) {
     throw Failure(request.output,
                   "can't be written: this mox was built without the Exodus library (exodusII.h, "
                   "libexoIIv2c, on Debian libexodusii-dev); .vtu and .pvd can be");

@@ -45,7 +45,7 @@ Qel::Mox2::Attributes zoneAttributes(const CgnsZone& zone) {
 } // namespace
 
 CgnsImporter::CgnsImporter(const CgnsFile& input, Qel::Mox2::Model& target, Terminal& messages,
-                           ImportSummary& toFill)
+                           ConversionSummary& toFill)
     : file(input),
       model(target),
       terminal(messages),

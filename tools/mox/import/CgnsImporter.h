@@ -1,12 +1,12 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "CgnsFile.h"
 #include "CgnsPart.h"
 #include "CgnsResultImporter.h"
 #include "CgnsSectionImporter.h"
 #include "DatasetWriter.h"
 #include "FloatNarrowing.h"
-#include "ImportSummary.h"
 
 #include <Qel/Mox2/Model.h>
 
@@ -21,7 +21,8 @@ class Terminal;
 class CgnsImporter {
 public:
     /// @param model Open and without a node. All arguments must outlive the importer.
-    CgnsImporter(const CgnsFile& input, Qel::Mox2::Model& model, Terminal& terminal, ImportSummary& results);
+    CgnsImporter(const CgnsFile& input, Qel::Mox2::Model& model, Terminal& terminal,
+                 ConversionSummary& results);
 
     /// To be called once.
     /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.
@@ -37,7 +38,7 @@ private:
     const CgnsFile& file;
     Qel::Mox2::Model& model;
     Terminal& terminal;
-    ImportSummary& summary;
+    ConversionSummary& summary;
     FloatNarrowing narrowing;
     DatasetWriter writer;
     CgnsSectionImporter sections;

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "CgnsFile.h"
 #include "CgnsPart.h"
 #include "DatasetWriter.h"
 #include "FloatNarrowing.h"
-#include "ImportSummary.h"
 #include "ResultPlan.h"
 
 #include <Qel/Mox2/Model.h>
@@ -22,7 +22,7 @@ class CgnsResultImporter {
 public:
     /// All arguments must outlive the importer.
     CgnsResultImporter(const CgnsFile& input, Qel::Mox2::Model& model, FloatNarrowing& toFloat,
-                       Terminal& messages, ImportSummary& results)
+                       Terminal& messages, ConversionSummary& results)
         : file(input), terminal(messages), summary(results), narrowing(toFloat), writer(model, results) {}
 
     /// Adds the results without a step.
@@ -69,7 +69,7 @@ private:
 
     const CgnsFile& file;
     Terminal& terminal;
-    ImportSummary& summary;
+    ConversionSummary& summary;
     FloatNarrowing& narrowing;
     DatasetWriter writer;
     std::vector<Zone> zones;

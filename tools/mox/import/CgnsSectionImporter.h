@@ -1,8 +1,8 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "CgnsFile.h"
 #include "CgnsPart.h"
-#include "ImportSummary.h"
 #include "ShapeWriter.h"
 
 #include <Qel/Mox2/Model.h>
@@ -18,7 +18,7 @@ namespace MoxTool {
 class CgnsSectionImporter {
 public:
     /// All arguments must outlive the importer.
-    CgnsSectionImporter(const CgnsFile& input, Qel::Mox2::Model& model, ImportSummary& results)
+    CgnsSectionImporter(const CgnsFile& input, Qel::Mox2::Model& model, ConversionSummary& results)
         : file(input), summary(results), shapes(model, results) {}
 
     /// @param group The zone's node in the model.
@@ -35,7 +35,7 @@ private:
     CgnsPart addPart(const CgnsBase& base, const std::string& name, ElementTable table);
 
     const CgnsFile& file;
-    ImportSummary& summary;
+    ConversionSummary& summary;
     ShapeWriter shapes;
     unsigned int zoneGroup = 0;
     std::size_t partCount = 0;

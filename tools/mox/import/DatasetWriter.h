@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "FloatNarrowing.h"
-#include "ImportSummary.h"
 
 #include <Qel/Mox2/Model.h>
 
@@ -37,7 +37,7 @@ public:
     using Ids = Qel::Mox2::Array1d<unsigned int>;
 
     /// Both must outlive the writer.
-    DatasetWriter(Qel::Mox2::Model& target, ImportSummary& results) : model(target), summary(results) {}
+    DatasetWriter(Qel::Mox2::Model& target, ConversionSummary& results) : model(target), summary(results) {}
 
     // Both throw std::length_error for a dataset of 4 GiB or more, and what Model::addArrayProperty() throws.
     // They do nothing without ids or rows.
@@ -51,7 +51,7 @@ public:
 
 private:
     Qel::Mox2::Model& model;
-    ImportSummary& summary;
+    ConversionSummary& summary;
 };
 
 } // namespace MoxTool

@@ -56,7 +56,7 @@ GmshNodes sortedByTag(const GmshNodes& nodes) {
 } // namespace
 
 GmshImporter::GmshImporter(std::string filePath, const GmshModel& input, Qel::Mox2::Model& target,
-                           Terminal& messages, ImportSummary& results)
+                           Terminal& messages, ConversionSummary& results)
     : path(std::move(filePath)),
       source(input),
       model(target),

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "DatasetWriter.h"
 #include "FloatNarrowing.h"
 #include "GmshModel.h"
 #include "GmshPart.h"
-#include "ImportSummary.h"
 #include "ShapeWriter.h"
 #include "TagIndex.h"
 
@@ -28,7 +28,7 @@ public:
     /// @param filePath Of the Gmsh file.
     /// @param model Open and without a node. All arguments must outlive the importer.
     GmshImporter(std::string filePath, const GmshModel& source, Qel::Mox2::Model& model, Terminal& terminal,
-                 ImportSummary& results);
+                 ConversionSummary& results);
 
     /// To be called once.
     /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.
@@ -62,7 +62,7 @@ private:
     const GmshModel& source;
     Qel::Mox2::Model& model;
     Terminal& terminal;
-    ImportSummary& summary;
+    ConversionSummary& summary;
     DatasetWriter writer;
     ShapeWriter shapes;
     FloatNarrowing narrowing;

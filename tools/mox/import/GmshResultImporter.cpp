@@ -51,7 +51,7 @@ std::string variableName(const std::string& view, std::size_t components, std::s
 GmshResultImporter::GmshResultImporter(const GmshModel& input, const TagIndex& nodePlaces,
                                        std::size_t countOfNodes, const std::vector<GmshPart>& targets,
                                        DatasetWriter output, FloatNarrowing& toFloat, Terminal& messages,
-                                       ImportSummary& results)
+                                       ConversionSummary& results)
     : source(input),
       nodes(nodePlaces),
       nodeCount(countOfNodes),

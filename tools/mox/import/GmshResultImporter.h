@@ -1,10 +1,10 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "DatasetWriter.h"
 #include "FloatNarrowing.h"
 #include "GmshModel.h"
 #include "GmshPart.h"
-#include "ImportSummary.h"
 #include "ResultPlan.h"
 #include "TagIndex.h"
 
@@ -28,7 +28,7 @@ public:
     /// @param parts All shapes. All arguments must outlive the importer.
     GmshResultImporter(const GmshModel& source, const TagIndex& nodes, std::size_t nodeCount,
                        const std::vector<GmshPart>& parts, DatasetWriter writer, FloatNarrowing& narrowing,
-                       Terminal& terminal, ImportSummary& summary);
+                       Terminal& terminal, ConversionSummary& summary);
 
     /// To be called once.
     /// @throws Failure if Gmsh fails; what the model throws.
@@ -66,7 +66,7 @@ private:
     DatasetWriter writer;
     FloatNarrowing& narrowing;
     Terminal& terminal;
-    ImportSummary& summary;
+    ConversionSummary& summary;
     std::vector<GmshView> views;
 };
 

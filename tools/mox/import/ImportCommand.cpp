@@ -34,9 +34,9 @@ Examples:
   mox import --check wing.cgns wing.mox
   mox import horn.msh horn.mox)";
 
-using Importer = ImportSummary (*)(const ImportRequest&, Terminal&);
+using Importer = ConversionSummary (*)(const ImportRequest&, Terminal&);
 
-ImportSummary refuseUnknown(const ImportRequest& request, Terminal&) {
+ConversionSummary refuseUnknown(const ImportRequest& request, Terminal&) {
     throw Failure(request.input, "is no Exodus II, CGNS or Gmsh .msh file");
 }
 

@@ -57,7 +57,7 @@ Qel::Mox2::Attributes blockAttributes(const ExodusBlock& block) {
 } // namespace
 
 MeshImporter::MeshImporter(const ExodusFile& input, Qel::Mox2::Model& output, FloatNarrowing& toFloat,
-                           ImportSummary& results)
+                           ConversionSummary& results)
     : file(input),
       model(output),
       narrowing(toFloat),

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "DatasetWriter.h"
 #include "ExodusFile.h"
 #include "FloatNarrowing.h"
-#include "ImportSummary.h"
 #include "ImportedMesh.h"
 #include "ShapeWriter.h"
 
@@ -22,7 +22,7 @@ class MeshImporter {
 public:
     /// @param model Open and without a node. All arguments must outlive the importer.
     MeshImporter(const ExodusFile& file, Qel::Mox2::Model& model, FloatNarrowing& narrowing,
-                 ImportSummary& summary);
+                 ConversionSummary& summary);
 
     /// To be called once.
     /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.
@@ -42,7 +42,7 @@ private:
     const ExodusFile& file;
     Qel::Mox2::Model& model;
     FloatNarrowing& narrowing;
-    ImportSummary& summary;
+    ConversionSummary& summary;
     DatasetWriter writer;
     ShapeWriter shapes;
     ImportedMesh mesh;

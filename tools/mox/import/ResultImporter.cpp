@@ -23,7 +23,7 @@ void translate(std::vector<ResultDataset>& results, const std::vector<std::size_
 } // namespace
 
 ResultImporter::ResultImporter(const ExodusFile& input, const ImportedMesh& target, DatasetWriter output,
-                               FloatNarrowing& toFloat, Terminal& messages, ImportSummary& results)
+                               FloatNarrowing& toFloat, Terminal& messages, ConversionSummary& results)
     : file(input),
       mesh(target),
       writer(output),

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "DatasetWriter.h"
 #include "ExodusFile.h"
 #include "FloatNarrowing.h"
-#include "ImportSummary.h"
 #include "ImportedMesh.h"
 #include "ResultPlan.h"
 
@@ -24,7 +24,7 @@ class ResultImporter {
 public:
     /// All arguments must outlive the importer.
     ResultImporter(const ExodusFile& file, const ImportedMesh& mesh, DatasetWriter writer,
-                   FloatNarrowing& narrowing, Terminal& terminal, ImportSummary& summary);
+                   FloatNarrowing& narrowing, Terminal& terminal, ConversionSummary& summary);
 
     /// To be called once.
     /// @throws Failure if the file is damaged; std::length_error for a result that is too large; what the
@@ -57,7 +57,7 @@ private:
     DatasetWriter writer;
     FloatNarrowing& narrowing;
     Terminal& terminal;
-    ImportSummary& summary;
+    ConversionSummary& summary;
 
     std::vector<std::string> nodeVariables;
     std::vector<std::string> elementVariables;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "DatasetWriter.h"
-#include "ImportSummary.h"
 
 #include <Qel/Mox2/Model.h>
 
@@ -24,7 +24,7 @@ struct ElementTable {
 class ShapeWriter {
 public:
     /// Both must outlive the writer.
-    ShapeWriter(Qel::Mox2::Model& target, ImportSummary& results)
+    ShapeWriter(Qel::Mox2::Model& target, ConversionSummary& results)
         : model(target), summary(results), writer(target, results) {}
 
     /// @param parent The node of the group that gets the shape.
@@ -38,7 +38,7 @@ public:
 
 private:
     Qel::Mox2::Model& model;
-    ImportSummary& summary;
+    ConversionSummary& summary;
     DatasetWriter writer;
 };
 

@@ -6,9 +6,9 @@
 
 namespace MoxTool {
 
-ImportSummary importCgns(const ImportRequest& request, Terminal& terminal) {
+ConversionSummary importCgns(const ImportRequest& request, Terminal& terminal) {
     const CgnsFile input(request.input);
-    return saveImported(request, terminal, [&](Qel::Mox2::Model& model, ImportSummary& summary) {
+    return saveImported(request, terminal, [&](Qel::Mox2::Model& model, ConversionSummary& summary) {
         CgnsImporter(input, model, terminal, summary).run();
     });
 }

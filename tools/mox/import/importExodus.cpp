@@ -9,9 +9,9 @@
 
 namespace MoxTool {
 
-ImportSummary importExodus(const ImportRequest& request, Terminal& terminal) {
+ConversionSummary importExodus(const ImportRequest& request, Terminal& terminal) {
     const ExodusFile input(request.input);
-    return saveImported(request, terminal, [&](Qel::Mox2::Model& model, ImportSummary& summary) {
+    return saveImported(request, terminal, [&](Qel::Mox2::Model& model, ConversionSummary& summary) {
         FloatNarrowing narrowing;
         const auto mesh = MeshImporter(input, model, narrowing, summary).run();
         ResultImporter(input, mesh, DatasetWriter(model, summary), narrowing, terminal, summary).run();

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "ImportRequest.h"
-#include "ImportSummary.h"
 
 namespace MoxTool {
 
@@ -14,6 +14,6 @@ class Terminal;
 /// @throws Failure if the input can't be read or taken, or the output can't be written. The output's name is
 /// then
 ///         as it was before.
-ImportSummary importExodus(const ImportRequest& request, Terminal& terminal);
+ConversionSummary importExodus(const ImportRequest& request, Terminal& terminal);
 
 } // namespace MoxTool

@@ -6,9 +6,9 @@
 
 namespace MoxTool {
 
-ImportSummary importGmsh(const ImportRequest& request, Terminal& terminal) {
+ConversionSummary importGmsh(const ImportRequest& request, Terminal& terminal) {
     const auto input = loadGmshModel(request.input);
-    return saveImported(request, terminal, [&](Qel::Mox2::Model& model, ImportSummary& summary) {
+    return saveImported(request, terminal, [&](Qel::Mox2::Model& model, ConversionSummary& summary) {
         GmshImporter(request.input, *input, model, terminal, summary).run();
     });
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "ImportRequest.h"
-#include "ImportSummary.h"
 
 namespace MoxTool {
 
@@ -13,6 +13,6 @@ class Terminal;
 /// @return what was taken and what was not.
 /// @throws Failure if the input can't be read or taken, or the output can't be written. The output's name is
 ///         then as it was before.
-ImportSummary importGmsh(const ImportRequest& request, Terminal& terminal);
+ConversionSummary importGmsh(const ImportRequest& request, Terminal& terminal);
 
 } // namespace MoxTool

@@ -53,7 +53,7 @@ public:
         }
     }
 
-    void leave(ImportSummary& summary) const {
+    void leave(ConversionSummary& summary) const {
         for (const auto& [label, names] : namesByLabel) {
             const auto kind = Kinds.find(label);
             summary.leave(kind == Kinds.end() ? "nodes of the type " + label : kind->second, names);
@@ -67,7 +67,7 @@ private:
 
 } // namespace
 
-void leaveCgnsNodes(const CgnsFile& file, ImportSummary& summary) {
+void leaveCgnsNodes(const CgnsFile& file, ConversionSummary& summary) {
     Collector collector(file);
     collector.collect(file.root());
     collector.leave(summary);

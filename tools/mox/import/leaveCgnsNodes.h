@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "CgnsFile.h"
-#include "ImportSummary.h"
 
 namespace MoxTool {
 
@@ -9,6 +9,6 @@ namespace MoxTool {
 /// connections of zones, further grids, units, and whatever else stands in the file.
 ///
 /// @throws Failure if the file is damaged.
-void leaveCgnsNodes(const CgnsFile& file, ImportSummary& summary);
+void leaveCgnsNodes(const CgnsFile& file, ConversionSummary& summary);
 
 } // namespace MoxTool

@@ -61,7 +61,7 @@ constexpr Records LeftRecords[] = {
     {EX_INQ_COORD_FRAMES, "coordinate frames"},
 };
 
-void leaveEntities(const ExodusFile& file, ImportSummary& summary) {
+void leaveEntities(const ExodusFile& file, ConversionSummary& summary) {
     for (const auto& entities : LeftEntities) {
         const auto count = file.counts().*entities.count;
         const auto ids = file.ids(entities.type, count);
@@ -73,7 +73,7 @@ void leaveEntities(const ExodusFile& file, ImportSummary& summary) {
 }
 
 // Those that became attributes of the steps are taken.
-void leaveGlobalVariables(const ExodusFile& file, ImportSummary& summary) {
+void leaveGlobalVariables(const ExodusFile& file, ConversionSummary& summary) {
     const auto names = file.variableNames(EX_GLOBAL);
     const auto mode = findModeVariables(names);
     Names left;
@@ -84,13 +84,13 @@ void leaveGlobalVariables(const ExodusFile& file, ImportSummary& summary) {
     summary.leave("global variables", left);
 }
 
-void leaveVariables(const ExodusFile& file, ImportSummary& summary) {
+void leaveVariables(const ExodusFile& file, ConversionSummary& summary) {
     leaveGlobalVariables(file, summary);
     for (const auto& variables : LeftVariables)
         summary.leave(variables.kind, file.variableNames(variables.type));
 }
 
-void leaveElementAttributes(const ExodusFile& file, ImportSummary& summary) {
+void leaveElementAttributes(const ExodusFile& file, ConversionSummary& summary) {
     Names left;
     for (const auto& block : file.blocks()) {
         for (const auto& attribute : file.attributeNames(block))
@@ -99,7 +99,7 @@ void leaveElementAttributes(const ExodusFile& file, ImportSummary& summary) {
     summary.leave("element attributes", left);
 }
 
-void leaveCoordinateNames(const ExodusFile& file, ImportSummary& summary) {
+void leaveCoordinateNames(const ExodusFile& file, ConversionSummary& summary) {
     const Names usual = {"x", "y", "z"};
     const auto names = file.coordinateNames();
     const bool areUsual =
@@ -135,7 +135,7 @@ class NetcdfRest {
 public:
     explicit NetcdfRest(const ExodusFile& input) : file(input), netcdf(input.handle()) {}
 
-    void leave(ImportSummary& summary) {
+    void leave(ConversionSummary& summary) {
         for (const auto& variable : netcdf.all())
             sort(variable);
         for (const auto& attribute : netcdf.fileAttributes()) {
@@ -204,7 +204,7 @@ private:
 
 } // namespace
 
-void leaveTheRest(const ExodusFile& file, ImportSummary& summary) {
+void leaveTheRest(const ExodusFile& file, ConversionSummary& summary) {
     leaveEntities(file, summary);
     leaveVariables(file, summary);
     leaveElementAttributes(file, summary);

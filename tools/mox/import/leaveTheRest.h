@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../common/ConversionSummary.h"
 #include "ExodusFile.h"
-#include "ImportSummary.h"
 
 namespace MoxTool {
 
@@ -9,6 +9,6 @@ namespace MoxTool {
 /// element attributes, global and set variables, assemblies, records, and whatever else stands in the file.
 ///
 /// @throws Failure if the file is damaged.
-void leaveTheRest(const ExodusFile& file, ImportSummary& summary);
+void leaveTheRest(const ExodusFile& file, ConversionSummary& summary);
 
 } // namespace MoxTool

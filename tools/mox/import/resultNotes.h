@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ImportSummary.h"
+#include "../common/ConversionSummary.h"
 #include "ResultPlan.h"
 
 #include <Qel/Mox2/Attributes.h>
@@ -11,7 +11,7 @@
 namespace MoxTool {
 
 /// Tells which results could not keep their names.
-void tellRenamed(const std::vector<ResultDataset>& results, ImportSummary& summary);
+void tellRenamed(const std::vector<ResultDataset>& results, ConversionSummary& summary);
 
 /// "Component 1", "Component 2" and so on: the file's names of the variables that a dataset is made of. Empty
 /// where the dataset has the name of its one variable.

@@ -41,7 +41,7 @@ void closeOrAbandon(std::unique_ptr<Qel::Mox2::Model>& model) noexcept {
     }
 }
 
-void save(const std::string& path, const ModelFiller& fill, ImportSummary& summary) {
+void save(const std::string& path, const ModelFiller& fill, ConversionSummary& summary) {
     auto model = std::make_unique<Qel::Mox2::Model>();
     try {
         model->saveTo(path, saverOptions());
@@ -68,10 +68,10 @@ void refuseErrors(const std::string& path, const std::string& output, Terminal& 
 
 } // namespace
 
-ImportSummary saveImported(const ImportRequest& request, Terminal& terminal, const ModelFiller& fill) {
+ConversionSummary saveImported(const ImportRequest& request, Terminal& terminal, const ModelFiller& fill) {
     refuseToReplaceInput(request);
     OutputFile output(request.output, request.overwrite);
-    ImportSummary summary(request.output);
+    ConversionSummary summary(request.output);
     try {
         const auto path = output.temporaryPath().string();
         save(path, fill, summary);

@@ -4,7 +4,7 @@
 
 namespace MoxTool {
 
-ImportSummary importCgns(const ImportRequest& request, Terminal&) {
+ConversionSummary importCgns(const ImportRequest& request, Terminal&) {
     throw Failure(request.input, "can't be read: this mox was built without the CGNS library (cgnslib.h, "
                                  "libcgns, on Debian libcgns-dev and libhdf5-dev)");
 }

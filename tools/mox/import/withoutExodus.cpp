@@ -4,7 +4,7 @@
 
 namespace MoxTool {
 
-ImportSummary importExodus(const ImportRequest& request, Terminal&) {
+ConversionSummary importExodus(const ImportRequest& request, Terminal&) {
     throw Failure(request.input, "can't be read: this mox was built without the Exodus library (exodusII.h, "
                                  "libexoIIv2c, on Debian libexodusii-dev)");
 }

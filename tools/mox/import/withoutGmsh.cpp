@@ -4,7 +4,7 @@
 
 namespace MoxTool {
 
-ImportSummary importGmsh(const ImportRequest& request, Terminal&) {
+ConversionSummary importGmsh(const ImportRequest& request, Terminal&) {
     throw Failure(request.input, "can't be read: this mox was built without the Gmsh library (gmsh.h, "
                                  "libgmsh, on Debian libgmsh-dev)");
 }

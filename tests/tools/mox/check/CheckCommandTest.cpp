@@ -1,7 +1,7 @@
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "SampleFiles.h"
 #include "Support/EnvironmentGuard.h"
+#include "Support/TemporaryFolder.h"
 
 #include <Qel/Mox2/Model.h>
 
@@ -31,7 +31,7 @@ protected:
         return path;
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     std::string sound = write("sound.mox", soundSample().file().bytes());
     std::string warned = write("warned.mox", SampleModel().file().bytes());
     std::string broken = write("broken.mox", patched(soundSample().file().bytes(), 2804, {0x79}));

@@ -1,10 +1,10 @@
 // Every single bit of saved files, every length to which they can be cut, and damages at random.
 
-#include "../TemporaryFolder.h"
 #include "CheckedBytes.h"
 #include "DeflateBits.h"
 #include "SampleFiles.h"
 #include "Support/EnvironmentGuard.h"
+#include "Support/TemporaryFolder.h"
 
 #include <MoxReader/File.h>
 #include <MoxReader/HeavyData.h>
@@ -29,7 +29,7 @@ constexpr std::size_t FirstBlock = 2800;
 
 /// @param results Arrays of results at the end.
 FileBytes savedModel(unsigned results = 1) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     const auto path = folder.path("small.mox");
     Mox::Model model;
     model.saveTo(path, {true, "Solver", "2.1", ""});

@@ -1,7 +1,7 @@
-#include "../TemporaryFolder.h"
 #include "Commands.h"
 #include "MoxRun.h"
 #include "SampleModel.h"
+#include "Support/TemporaryFolder.h"
 
 #include <cstdio>
 
@@ -11,7 +11,7 @@ class CommonOptions : public testing::Test {
 protected:
     void SetUp() override { saveSampleModel(path); }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     std::string path = folder.path("two words ü.mox");
 };
 

@@ -13,6 +13,9 @@ struct MoxRun {
     int exitCode;
     std::string output;   ///< On stdout.
     std::string messages; ///< On stderr.
+
+    /// Whether a text stands among the messages.
+    bool says(const std::string& text) const { return messages.find(text) != std::string::npos; }
 };
 
 /// Runs `mox` with these arguments.

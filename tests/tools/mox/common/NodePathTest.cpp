@@ -1,6 +1,6 @@
 #include "common/nodePath.h"
 
-#include "../TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 #include "common/OpenModel.h"
 
 #include <Qel/Mox2/Model.h>
@@ -32,7 +32,7 @@ protected:
         return node == nullptr ? 0 : node->id;
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     MoxTool::OpenModel opened{save(folder.path("car.mox"))};
 };
 
@@ -68,7 +68,7 @@ TEST_F(NodePath, LeadsNowhereUnlessEveryNameIsThere) {
 }
 
 TEST(NodePathOfADeepTree, IsCutToItsEnd) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     Mox::Model file;
     file.saveTo(folder.path("deep.mox"), {});
     for (int level = 0; level < 2100; ++level)

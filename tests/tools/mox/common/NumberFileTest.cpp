@@ -1,13 +1,13 @@
 #include "common/NumberFile.h"
 
-#include "../TemporaryFolder.h"
 #include "Support/SampleModel.h"
+#include "Support/TemporaryFolder.h"
 
 #include <algorithm>
 
 namespace {
 
-std::string write(const TemporaryFolder& folder, const SampleModel& model) {
+std::string write(const Support::TemporaryFolder& folder, const SampleModel& model) {
     const auto bytes = model.file().bytes();
     return folder.write("model.mox", std::string(bytes.begin(), bytes.end()));
 }
@@ -28,7 +28,7 @@ std::string failureOf(const std::string& path) {
 } // namespace
 
 TEST(NumberFile, ReadsNumbersOfBothTypesAndThroughLinks) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     MoxTool::NumberFile file(write(folder, SampleModel()));
     EXPECT_EQ(file.read(dataset(file, 1)),
               (MoxTool::Numbers(std::vector<std::uint32_t>{0x04030201, 0x08070605})));
@@ -39,7 +39,7 @@ TEST(NumberFile, ReadsNumbersOfBothTypesAndThroughLinks) {
 TEST(NumberFile, DatasetsThatClaimTheSameBytesAreRefused) {
     constexpr std::size_t SizeOfCoordinates =
         41 /*group*/ + 4 /*count*/ + 4 + 11 /*key*/ + 4 /*type*/ + 1 /*link*/;
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     SampleModel model;
     ASSERT_EQ(model.light[SizeOfCoordinates], 24);
     model.light[SizeOfCoordinates] = 96;
@@ -49,7 +49,7 @@ TEST(NumberFile, DatasetsThatClaimTheSameBytesAreRefused) {
 }
 
 TEST(NumberFile, LinkThatLeadsNowhereIsAFailureOfTheFile) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     SampleModel model;
     const auto link = linkEntry("Stress\x1EStep2", 0x01000010, 3, 2);
     const auto entry = std::search(model.light.begin(), model.light.end(), link.begin(), link.end());

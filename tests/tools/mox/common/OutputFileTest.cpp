@@ -1,9 +1,11 @@
 #include "common/OutputFile.h"
 
-#include "../TemporaryFolder.h"
 #include "Failure.h"
+#include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+
+#include <fstream>
 
 using MoxTool::Failure;
 using MoxTool::OutputFile;
@@ -26,7 +28,7 @@ std::string failureOf(const std::string& target, bool overwrite) {
 } // namespace
 
 TEST(OutputFile, TargetAppearsAtCommitUnderItsName) {
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     {
         OutputFile output(folder.path("a.mox"), false);
         fill(output);
@@ -38,7 +40,7 @@ TEST(OutputFile, TargetAppearsAtCommitUnderItsName) {
 }
 
 TEST(OutputFile, NothingIsLeftWithoutCommit) {
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     {
         OutputFile output(folder.path("a.mox"), false);
         fill(output);
@@ -48,20 +50,20 @@ TEST(OutputFile, NothingIsLeftWithoutCommit) {
 }
 
 TEST(OutputFile, TemporaryFileStandsBesideTheTarget) {
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     OutputFile output(folder.path("a.mox"), false);
     EXPECT_EQ(output.temporaryPath().parent_path(),
               std::filesystem::path(folder.path("a.mox")).parent_path());
 }
 
 TEST(OutputFile, ExistingTargetIsRefused) {
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     const auto target = folder.write("a.mox", "old");
     EXPECT_EQ(failureOf(target, false), target + ": exists already; --overwrite replaces it");
 }
 
 TEST(OutputFile, ExistingTargetIsReplacedAtCommitIfAllowed) {
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     OutputFile output(folder.write("a.mox", "old"), true);
     fill(output);
     EXPECT_EQ(folder.read("a.mox"), "old");
@@ -70,7 +72,7 @@ TEST(OutputFile, ExistingTargetIsReplacedAtCommitIfAllowed) {
 }
 
 TEST(OutputFile, TargetThatAppearsMeanwhileIsNotReplaced) {
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     {
         OutputFile output(folder.path("a.mox"), false);
         fill(output);
@@ -82,13 +84,13 @@ TEST(OutputFile, TargetThatAppearsMeanwhileIsNotReplaced) {
 }
 
 TEST(OutputFile, FolderThatDoesNotExistIsRefused) {
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     const auto target = folder.path("none/a.mox");
     EXPECT_EQ(failureOf(target, false), target + ": the folder does not exist");
 }
 
 TEST(OutputFile, FolderAsTargetIsRefusedEvenForOverwriting) {
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     std::filesystem::create_directory(folder.path("a.mox"));
     EXPECT_EQ(failureOf(folder.path("a.mox"), true),
               folder.path("a.mox") + ": exists and is no regular file");

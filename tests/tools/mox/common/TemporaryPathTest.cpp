@@ -1,13 +1,16 @@
 #include "common/TemporaryPath.h"
 
-#include "../TemporaryFolder.h"
 #include "Failure.h"
 #include "Platform.h"
+#include "Support/TemporaryFolder.h"
 #include "common/OutputFile.h"
 #include "common/OutputFolder.h"
 
+#include <gtest/gtest.h>
+
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
 #include <thread>
 
 #ifndef _WIN32
@@ -25,7 +28,7 @@ void fill(const std::filesystem::path& path) {
 } // namespace
 
 TEST(TemporaryPath, StandsBesideItsTargetAndIsFree) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     const std::filesystem::path target = folder.path("out.mox");
     const TemporaryPath temporary(target);
     EXPECT_EQ(temporary.path().parent_path(), target.parent_path());
@@ -34,7 +37,7 @@ TEST(TemporaryPath, StandsBesideItsTargetAndIsFree) {
 }
 
 TEST(TemporaryPath, TakesAwayWhatIsThereAtItsEnd) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     {
         const TemporaryPath file(folder.path("file"));
         fill(file.path());
@@ -47,7 +50,7 @@ TEST(TemporaryPath, TakesAwayWhatIsThereAtItsEnd) {
 }
 
 TEST(TemporaryPath, MovesToItsTarget) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     {
         const TemporaryPath temporary(folder.path("out"));
         fill(temporary.path());
@@ -57,13 +60,13 @@ TEST(TemporaryPath, MovesToItsTarget) {
 }
 
 TEST(TemporaryPath, TellsThatItCanNotMove) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     const TemporaryPath temporary(folder.path("out"));
     EXPECT_THROW(temporary.moveToTarget(), MoxTool::Failure);
 }
 
 TEST(TemporaryPath, AllCanBeTakenAwayAtOnceButForThoseThatMoved) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     MoxTool::OutputFile ready(folder.path("ready.mox"), false);
     fill(ready.temporaryPath());
     ready.commit();
@@ -93,7 +96,7 @@ void workUntil(int signal, const std::string& target) {
 
 TEST(Interruption, LeavesNoUnfinishedFileAndEndsTheProcessAsUsual) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        const TemporaryFolder folder;
+        const Support::TemporaryFolder folder;
         EXPECT_EXIT(workUntil(signal, folder.path("out.mox")), testing::KilledBySignal(signal), "");
         EXPECT_TRUE(folder.files().empty());
     }

@@ -1,7 +1,7 @@
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "../common/SampleModel.h"
 #include "Support/SampleModel.h"
+#include "Support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <functional>
@@ -66,7 +66,7 @@ protected:
         EXPECT_EQ(run.output + run.messages, "");
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
 };
 
 } // namespace

@@ -1,6 +1,6 @@
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "../common/SampleModel.h"
+#include "Support/TemporaryFolder.h"
 
 #include <nlohmann/json.hpp>
 
@@ -10,7 +10,7 @@ class DumpCommand : public testing::Test {
 protected:
     void SetUp() override { saveSampleModel(path); }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     std::string path = folder.path("sample.mox");
 };
 

@@ -1,6 +1,6 @@
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "ForeignModel.h"
+#include "Support/TemporaryFolder.h"
 
 namespace {
 
@@ -38,7 +38,7 @@ protected:
         return folder.path("line.mox");
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     std::string model = folder.path("model.mox");
 };
 

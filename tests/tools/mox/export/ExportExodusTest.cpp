@@ -1,6 +1,6 @@
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "ForeignModel.h"
+#include "Support/TemporaryFolder.h"
 #include "import/ExodusFile.h"
 
 #include <cmath>
@@ -30,7 +30,7 @@ protected:
         return file->values(EX_ELEM_BLOCK, variable, elements.id, step, elements.elementCount);
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     MoxRun run{};
     std::unique_ptr<MoxTool::ExodusFile> file;
 };

@@ -1,6 +1,6 @@
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "ForeignModel.h"
+#include "Support/TemporaryFolder.h"
 #include "VtkReading.h"
 
 #include <cmath>
@@ -22,7 +22,7 @@ protected:
         return reading.read("xml", {folder.path(name)}).value().at(0);
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     VtkReading reading;
 };
 

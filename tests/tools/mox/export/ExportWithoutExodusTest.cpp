@@ -1,9 +1,9 @@
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "ForeignModel.h"
+#include "Support/TemporaryFolder.h"
 
 TEST(ExportWithoutExodus, SaysInOneLineWhatIsMissing) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     saveForeignModel(folder.path("model.mox"));
     const auto run = runMox({"export", folder.path("model.mox"), folder.path("out.e")});
     EXPECT_EQ(run.exitCode, 1);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -116,5 +116,5 @@ private:
         mesh.arrays[head.at(0) + "/" + head.at(1)] = array;
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
 };

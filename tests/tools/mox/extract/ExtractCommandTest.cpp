@@ -1,6 +1,6 @@
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "../common/SampleModel.h"
+#include "Support/TemporaryFolder.h"
 
 #include <nlohmann/json.hpp>
 
@@ -44,7 +44,7 @@ protected:
         odd.close();
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     std::string model = folder.path("model.mox");
 };
 

@@ -1,8 +1,8 @@
 // What the saving library can't save whole ends an import.
 
-#include "../ImportRun.h"
-#include "../SmallExodusFile.h"
-#include "../TemporaryFolder.h"
+#include "ImportRun.h"
+#include "SmallExodusFile.h"
+#include "Support/TemporaryFolder.h"
 
 #include "Support/EnvironmentGuard.h"
 
@@ -37,7 +37,7 @@ protected:
         EXPECT_EQ(folder.files(), Files{"model.e"});
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
 };
 
 } // namespace

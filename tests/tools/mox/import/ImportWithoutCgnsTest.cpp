@@ -1,10 +1,10 @@
-#include "../ImportRun.h"
-#include "../TemporaryFolder.h"
+#include "ImportRun.h"
+#include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 TEST(ImportWithoutCgns, SaysInOneLineWhatIsMissing) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     const auto input = folder.write("model", "\x89HDF\r\n\x1A\n CGNSLibraryVersion");
     const auto run = runImport({input, folder.path("out.mox")});
     EXPECT_EQ(run.exitCode, 1);

@@ -1,10 +1,10 @@
-#include "../ImportRun.h"
-#include "../TemporaryFolder.h"
+#include "ImportRun.h"
+#include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 TEST(ImportWithoutGmsh, SaysInOneLineWhatIsMissing) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     const auto input = folder.write("model", "$MeshFormat\n2.2 0 8\n");
     const auto run = runImport({input, folder.path("out.mox")});
     EXPECT_EQ(run.exitCode, 1);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "../ImportRun.h"
-#include "../ReadBack.h"
-#include "../TemporaryFolder.h"
+#include "ImportRun.h"
+#include "ReadBack.h"
+#include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -67,7 +67,7 @@ protected:
         return saved->model().resolve(dataset(place, name)).nodeId;
     }
 
-    TemporaryFolder folder;
-    ImportRun run{};
+    Support::TemporaryFolder folder;
+    MoxRun run{};
     std::unique_ptr<ReadBack> saved;
 };

@@ -1,12 +1,14 @@
 #include "import/saveImported.h"
 
 #include "../Messages.h"
-#include "../TemporaryFolder.h"
 #include "Failure.h"
+#include "Support/TemporaryFolder.h"
 
 #include <MoxReader/File.h>
 
 #include <gtest/gtest.h>
+
+#include <fstream>
 
 namespace {
 
@@ -42,7 +44,7 @@ protected:
     std::string saveDamaged(bool check) {
         try {
             saveImported({"model.e", folder.path("out.mox"), false, check}, messages.terminal(),
-                         [this](Qel::Mox2::Model& model, MoxTool::ImportSummary&) {
+                         [this](Qel::Mox2::Model& model, MoxTool::ConversionSummary&) {
                              fill(model);
                              damageNumbers();
                          });
@@ -52,7 +54,7 @@ protected:
         return "";
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     Messages messages;
 };
 

@@ -1,6 +1,6 @@
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "../common/SampleModel.h"
+#include "Support/TemporaryFolder.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ protected:
         return ("\n" + run.output).find("\n" + line + "\n") != std::string::npos;
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     std::string path = folder.path("sample.mox");
 };
 

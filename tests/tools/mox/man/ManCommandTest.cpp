@@ -1,7 +1,7 @@
 #include "man/ManPage.h"
 
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
+#include "Support/TemporaryFolder.h"
 
 TEST(RoffText, KeepsRoffFromTakingCharactersForItsOwn) {
     EXPECT_EQ(MoxTool::roffText("a\\n --b\n.SH\n'x"), "a\\(rsn \\-\\-b\n\\&.SH\n\\&'x");
@@ -59,7 +59,7 @@ TEST(ManCommand, PrintsThePageOfTheProgramWithItsShownCommandsAlone) {
 }
 
 TEST(ManCommand, WritesAllPagesIntoAFolder) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     EXPECT_EQ(runMox({"man", "--all", folder.path("")}).exitCode, 0);
     EXPECT_TRUE(folder.read("mox.1").starts_with(".TH \"mox\" 1"));
     EXPECT_TRUE(folder.read("mox-dump.1").starts_with(".TH \"mox\\-dump\" 1"));

@@ -71,7 +71,7 @@ void writeBlock(SmallCgnsFile& file) {
     file.solutionsOfSteps({"None", "Cells"}, "CellSolutionPointers");
 }
 
-std::string writeTwoZones(const TemporaryFolder& folder) {
+std::string writeTwoZones(const Support::TemporaryFolder& folder) {
     SmallCgnsFile file(folder.path("zones.cgns"));
     writeSolids(file);
     writeStep(file, "1", 1000);

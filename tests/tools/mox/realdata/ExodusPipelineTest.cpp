@@ -1,4 +1,4 @@
-#include "../SmallExodusFile.h"
+#include "../import/SmallExodusFile.h"
 #include "ExodusContent.h"
 #include "Pipeline.h"
 
@@ -70,7 +70,7 @@ std::vector<PipelineCase> realFiles() {
 
 // A plane of a triangle, a quadrilateral and a line, each of higher order, in which one block alone has a
 // variable.
-std::string writePlane(const TemporaryFolder& folder) {
+std::string writePlane(const Support::TemporaryFolder& folder) {
     SmallExodusFile file(folder.path("plane.e"), {2, 9, 3, 3});
     file.coordinates({0, 1, 1.1, 0, 0.5, 1.05, 0.55, 0, 0.3}, {0, 0.1, 1, 1, 0, 0.5, 1, 0.5, 0.7});
     file.block(7, "TRI6", 1, 6, {1, 3, 4, 9, 7, 8});

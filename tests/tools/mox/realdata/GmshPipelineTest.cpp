@@ -79,7 +79,7 @@ std::string onAllNodes(int step, double time) {
     return viewText("NodeData", "heat", step, time, values, 1);
 }
 
-std::string writeSolids(const TemporaryFolder& folder) {
+std::string writeSolids(const Support::TemporaryFolder& folder) {
     const auto first = elementTag(5);
     const auto second = elementTag(7);
     const auto last = elementTag(14);

@@ -27,12 +27,12 @@ std::vector<PipelineCase> casesOfData(const std::set<std::string>& extensions,
         const auto path = entry.path();
         if (extensions.contains(path.extension().string()))
             cases.push_back(
-                {nameOfFile(path), [path](const TemporaryFolder&) { return path.string(); }, read});
+                {nameOfFile(path), [path](const Support::TemporaryFolder&) { return path.string(); }, read});
     }
     std::sort(cases.begin(), cases.end(),
               [](const auto& left, const auto& right) { return left.name < right.name; });
     if (cases.empty())
-        cases.push_back({"none", [](const TemporaryFolder&) { return ""; }, read});
+        cases.push_back({"none", [](const Support::TemporaryFolder&) { return ""; }, read});
     return cases;
 }
 

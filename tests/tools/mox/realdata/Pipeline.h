@@ -1,9 +1,9 @@
 #pragma once
 
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "../export/VtkReading.h"
 #include "ModelContent.h"
+#include "Support/TemporaryFolder.h"
 
 #include <functional>
 #include <ostream>
@@ -15,7 +15,7 @@
 struct PipelineCase {
     std::string name; ///< Of the tests.
     /// Gives the path, perhaps of a file that it has just written into the folder; empty if there is none.
-    std::function<std::string(const TemporaryFolder&)> file;
+    std::function<std::string(const Support::TemporaryFolder&)> file;
     std::function<ModelContent(const std::string&)> read;
 
     friend std::ostream& operator<<(std::ostream& stream, const PipelineCase& shown) {
@@ -47,7 +47,7 @@ protected:
     /// Its files in the order of time, after a look at their times.
     std::vector<std::string> vtkFiles();
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     VtkReading reading;
     ModelContent original;
 };

@@ -1,6 +1,6 @@
 // Bytes laid out to keep a walk busy. The work is counted, not timed.
 
-#include "../TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 #include <Support/TestFile.h>
 #include <salvage/BlockWalk.h>
@@ -57,7 +57,7 @@ public:
     }
 
 private:
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     CountingSource source;
     MoxReader::RawIndex index;
     MoxTool::BlockWalk walk;

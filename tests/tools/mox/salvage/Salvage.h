@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
+#include "Support/TemporaryFolder.h"
 
 #include <nlohmann/json.hpp>
 
@@ -34,7 +34,7 @@ private:
         return madeFolder() ? nlohmann::json::parse(folder.read("out/index.json")) : nlohmann::json();
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
 
 public:
     MoxRun run;

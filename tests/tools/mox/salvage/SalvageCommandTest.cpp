@@ -341,7 +341,7 @@ TEST(SalvageCommand, LeavesAWholeFileAloneUnlessForced) {
 }
 
 TEST(SalvageCommand, MakesNoFolderIfNothingIsLeft) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     const std::vector<std::uint8_t> bytes = neverClosed().raw({1, 2, 3});
     const auto file = folder.write("damaged.mox", {bytes.begin(), bytes.end()});
     const auto run = runMox({"salvage", file, folder.path("out")});
@@ -361,7 +361,7 @@ TEST(SalvageCommand, RefusesWhatIsNoModelFile) {
 }
 
 TEST(SalvageCommand, DoesNotTouchAFolderThatExists) {
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     const std::vector<std::uint8_t> bytes = neverClosed().raw(Whole);
     std::filesystem::create_directory(folder.path("out"));
     const auto run =

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int Died = 7;
 
-std::vector<std::uint8_t> bytesOf(const TemporaryFolder& folder) {
+std::vector<std::uint8_t> bytesOf(const Support::TemporaryFolder& folder) {
     const auto text = folder.read("saved.mox");
     return {text.begin(), text.end()};
 }
@@ -57,7 +57,7 @@ void limitFileSize(std::size_t size) {
 
 class SalvageCrashDeathTest : public testing::Test {
 protected:
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     const std::string path = folder.path("saved.mox");
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 #include "inflatedByZlib.h"
 
 #include "Support/EnvironmentGuard.h"
@@ -61,7 +61,7 @@ inline void open(Qel::Mox2::Model& model, const std::string& path) {
 /// The bytes of a finished file.
 inline std::vector<std::uint8_t> bytes(unsigned arrays) {
     const Support::EnvironmentGuard smallBlocks(Support::BlockSizeVariable, BlockSize);
-    const TemporaryFolder folder;
+    const Support::TemporaryFolder folder;
     Qel::Mox2::Model model;
     open(model, folder.path("saved.mox"));
     addArrays(model, arrays);

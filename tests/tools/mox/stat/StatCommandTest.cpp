@@ -1,9 +1,9 @@
 #include "stat/StoredShare.h"
 #include "stat/TallyList.h"
 
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "../common/SampleModel.h"
+#include "Support/TemporaryFolder.h"
 
 #include <MoxReader/MemorySource.h>
 
@@ -77,7 +77,7 @@ class StatCommand : public testing::Test {
 protected:
     void SetUp() override { saveSampleModel(path); }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     std::string path = folder.path("sample.mox");
 };
 

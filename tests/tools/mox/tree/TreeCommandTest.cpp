@@ -1,6 +1,6 @@
-#include "../TemporaryFolder.h"
 #include "../common/MoxRun.h"
 #include "../common/SampleModel.h"
+#include "Support/TemporaryFolder.h"
 
 namespace {
 
@@ -8,7 +8,7 @@ class TreeCommand : public testing::Test {
 protected:
     void SetUp() override { saveSampleModel(path); }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     std::string path = folder.path("sample.mox");
 };
 

@@ -1,12 +1,12 @@
+#include "../Messages.h"
 #include "Failure.h"
-#include "Messages.h"
-#include "TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 #include "import/importExodus.h"
 
 #include <gtest/gtest.h>
 
 TEST(ImportWithoutExodus, SaysInOneLineWhatIsMissing) {
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     Messages messages;
     try {
         MoxTool::importExodus({"model.e", folder.path("out.mox")}, messages.terminal());

@@ -1,4 +1,4 @@
-#include "ImportSummary.h"
+#include "ConversionSummary.h"
 
 #include "../Terminal.h"
 
@@ -9,24 +9,24 @@
 
 namespace MoxTool {
 
-ImportSummary::ImportSummary(std::string outputFile) : output(std::move(outputFile)) {}
+ConversionSummary::ConversionSummary(std::string outputFile) : output(std::move(outputFile)) {}
 
-void ImportSummary::leave(const std::string& kind, const std::vector<std::string>& names) {
+void ConversionSummary::leave(const std::string& kind, const std::vector<std::string>& names) {
     if (!names.empty())
         left.push_back(fmt::format("{}: {} ({})", kind, names.size(), fmt::join(names, ", ")));
 }
 
-void ImportSummary::leave(const std::string& kind, std::int64_t count) {
+void ConversionSummary::leave(const std::string& kind, std::int64_t count) {
     if (count != 0)
         left.push_back(fmt::format("{}: {}", kind, count));
 }
 
-void ImportSummary::tell(const std::string& sentence) {
+void ConversionSummary::tell(const std::string& sentence) {
     if (std::find(told.begin(), told.end(), sentence) == told.end())
         told.push_back(sentence);
 }
 
-std::vector<std::string> ImportSummary::lines() const {
+std::vector<std::string> ConversionSummary::lines() const {
     std::vector<std::string> all;
     all.push_back(fmt::format("{}: shapes: {}, nodes: {}, elements: {}, steps: {}, datasets: {}", output,
                               shapes, nodes, elements, steps, datasets));
@@ -37,7 +37,7 @@ std::vector<std::string> ImportSummary::lines() const {
     return all;
 }
 
-void ImportSummary::print(Terminal& terminal) const {
+void ConversionSummary::print(Terminal& terminal) const {
     for (const auto& line : lines())
         terminal.note(line);
 }

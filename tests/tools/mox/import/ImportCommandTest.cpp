@@ -1,6 +1,6 @@
 #include "ImportRun.h"
 #include "SmallExodusFile.h"
-#include "TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -32,7 +32,7 @@ protected:
         EXPECT_EQ(folder.files(), before);
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     std::string input = folder.path("model.e");
 };
 

@@ -3,7 +3,7 @@
 #include "ImportRun.h"
 #include "ReadBack.h"
 #include "SmallExodusFile.h"
-#include "TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -33,8 +33,8 @@ protected:
         return saved->integers(ReadBack::dataset(geometry(place), name));
     }
 
-    TemporaryFolder folder;
-    ImportRun run{};
+    Support::TemporaryFolder folder;
+    MoxRun run{};
     std::unique_ptr<ReadBack> saved;
 };
 

@@ -3,7 +3,7 @@
 
 #include "ImportRun.h"
 #include "ReadBack.h"
-#include "TemporaryFolder.h"
+#include "Support/TemporaryFolder.h"
 
 #include <exodusII.h>
 #include <gtest/gtest.h>
@@ -217,7 +217,7 @@ protected:
         return expected;
     }
 
-    TemporaryFolder folder;
+    Support::TemporaryFolder folder;
     std::unique_ptr<Original> original;
     std::unique_ptr<ReadBack> saved;
     std::vector<Block> blocks;
@@ -394,8 +394,8 @@ protected:
         return componentsOf(saved->attributes(dataset), name);
     }
 
-    TemporaryFolder folder;
-    ImportRun run{};
+    Support::TemporaryFolder folder;
+    MoxRun run{};
     std::unique_ptr<ReadBack> saved;
 };
 

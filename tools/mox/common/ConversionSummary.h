@@ -8,11 +8,11 @@ namespace MoxTool {
 
 class Terminal;
 
-/// What an import took, what it left, and what else the person should know.
-class ImportSummary {
+/// What an import or an export took, what it left, and what else the person should know.
+class ConversionSummary {
 public:
-    /// @param output The file that the import makes, as the person named it.
-    explicit ImportSummary(std::string output);
+    /// @param output The file that is made, as the person named it.
+    explicit ConversionSummary(std::string output);
 
     // What was taken.
     std::int64_t shapes = 0;

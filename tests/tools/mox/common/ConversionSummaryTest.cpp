@@ -1,12 +1,12 @@
-#include "import/ImportSummary.h"
+#include "common/ConversionSummary.h"
 
 #include <gtest/gtest.h>
 
-using MoxTool::ImportSummary;
+using MoxTool::ConversionSummary;
 using Lines = std::vector<std::string>;
 
-TEST(ImportSummary, CountsWhatWasTaken) {
-    ImportSummary summary("a.mox");
+TEST(ConversionSummary, CountsWhatWasTaken) {
+    ConversionSummary summary("a.mox");
     summary.shapes = 2;
     summary.nodes = 12;
     summary.elements = 5;
@@ -15,8 +15,8 @@ TEST(ImportSummary, CountsWhatWasTaken) {
     EXPECT_EQ(summary.lines(), Lines{"a.mox: shapes: 2, nodes: 12, elements: 5, steps: 3, datasets: 20"});
 }
 
-TEST(ImportSummary, CountsAndNamesWhatWasLeft) {
-    ImportSummary summary("a.mox");
+TEST(ConversionSummary, CountsAndNamesWhatWasLeft) {
+    ConversionSummary summary("a.mox");
     summary.leave("side sets", Lines{"top", "bottom"});
     summary.leave("information records", 7);
     const auto lines = summary.lines();
@@ -25,15 +25,15 @@ TEST(ImportSummary, CountsAndNamesWhatWasLeft) {
     EXPECT_EQ(lines[2], "not taken: information records: 7");
 }
 
-TEST(ImportSummary, SaysNothingOfKindsThatTheFileHasNot) {
-    ImportSummary summary("a.mox");
+TEST(ConversionSummary, SaysNothingOfKindsThatTheFileHasNot) {
+    ConversionSummary summary("a.mox");
     summary.leave("side sets", Lines{});
     summary.leave("information records", 0);
     EXPECT_EQ(summary.lines().size(), 1U);
 }
 
-TEST(ImportSummary, TellsAFactOnce) {
-    ImportSummary summary("a.mox");
+TEST(ConversionSummary, TellsAFactOnce) {
+    ConversionSummary summary("a.mox");
     summary.tell("one");
     summary.tell("two");
     summary.tell("one");
