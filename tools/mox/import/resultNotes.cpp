@@ -7,7 +7,7 @@ namespace MoxTool {
 void tellRenamed(const std::vector<ResultDataset>& results, ConversionSummary& summary) {
     for (const auto& result : results) {
         if (result.name != result.wantedName)
-            summary.tell(fmt::format("\"{}\" is named \"{}\", since another result has its name",
+            summary.tell(fmt::format("\"{}\" is named \"{}\", since another dataset has its name",
                                      result.wantedName, result.name));
     }
 }

@@ -52,6 +52,13 @@ TEST(ComponentGrouping, SixComponentsMakeATensorInItsOrder) {
               (Groups{{"s", GroupKind::Tensor, {3, 4, 5, 0, 1, 2}}}));
 }
 
+TEST(ComponentGrouping, TwoLettersOfDifferentCaseAreTheEndOfABaseAndAComponent) {
+    EXPECT_EQ(ComponentGrouping::group({"VelocityX", "VelocityY", "VelocityZ"}, 3),
+              (Groups{{"Velocity", GroupKind::Vector, {0, 1, 2}}}));
+    EXPECT_EQ(ComponentGrouping::group({"SXX", "SYY", "SZZ", "SXY", "SYZ", "SZX"}, 3),
+              (Groups{{"S", GroupKind::Tensor, {0, 1, 2, 3, 4, 5}}}));
+}
+
 TEST(ComponentGrouping, XzStandsForZx) {
     EXPECT_EQ(ComponentGrouping::group({"sxx", "syy", "szz", "sxy", "syz", "sxz"}, 3),
               (Groups{{"s", GroupKind::Tensor, {0, 1, 2, 3, 4, 5}}}));

@@ -153,7 +153,7 @@ TEST_F(ImportSmallModels, ResultsOfOneNameAreKeptApart) {
     import();
     EXPECT_EQ(floats(0, "t", "Step 1"), (Floats{1, 2, 3}));
     EXPECT_EQ(floats(0, "t (2)", "Step 1"), (Floats{4}));
-    EXPECT_TRUE(run.says("note: \"t\" is named \"t (2)\", since another result has its name"));
+    EXPECT_TRUE(run.says("note: \"t\" is named \"t (2)\", since another dataset has its name"));
 }
 
 TEST_F(ImportSmallModels, VariablesWithoutStepsAreTold) {

@@ -86,3 +86,11 @@ TEST(ResultPlan, CopiesOfAPlanDoNotShareNames) {
     EXPECT_EQ(first.elementResults({"p"})[0].name, "p");
     EXPECT_EQ(second.elementResults({"p"})[0].name, "p");
 }
+
+TEST(ResultPlan, NamesOfTheMeshAreTaken) {
+    const auto plan = ResultPlan(3).nodeResults({"Coordinates", "Node Ids", "Polylength"});
+    ASSERT_EQ(plan.size(), 3U);
+    EXPECT_EQ(plan[0].name, "Coordinates (2)");
+    EXPECT_EQ(plan[1].name, "Node Ids (2)");
+    EXPECT_EQ(plan[2].name, "Polylength (2)");
+}

@@ -30,7 +30,8 @@ protected:
     // The last byte of the numbers' block belongs to its checksum.
     void damageNumbers() const {
         const auto path = folder.path(folder.files().at(0));
-        const auto& blocks = MoxReader::File(path).blocks();
+        const MoxReader::File saved(path);
+        const auto& blocks = saved.blocks();
         const auto heavy = std::find_if(blocks.begin(), blocks.end(),
                                         [](const auto& block) { return block.name == "Heavy Data"; });
         std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
