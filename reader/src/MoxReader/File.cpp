@@ -11,7 +11,7 @@ namespace {
 RawIndex soundIndex(Source& source) {
     auto index = scanIndex(source);
     if (!index.damage.empty())
-        throw index.damage.front();
+        throw Error(index.damage.front());
     return index;
 }
 

@@ -35,6 +35,7 @@ complete -o filenames -F _{0} {0}
 
 std::string joinedNames(const std::vector<const CLI::App*>& commands) {
     std::vector<std::string> names;
+    names.reserve(commands.size());
     for (const auto* command : commands)
         names.push_back(command->get_name());
     return fmt::format("{}", fmt::join(names, " "));

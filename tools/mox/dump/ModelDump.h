@@ -18,7 +18,7 @@ public:
     };
 
     /// All arguments must outlive this object.
-    ModelDump(const OpenModel& opened, const Options& options, JsonStream& json);
+    ModelDump(const OpenModel& openModel, const Options& dumpOptions, JsonStream& target);
 
     /// @param terminal For the progress.
     /// @throws MoxReader::Error if numbers can't be read; what stands before them is written then.

@@ -22,9 +22,9 @@ public:
     /// @param format Of all files, by its name in NumberFormats.
     FolderExtraction(NumberFile& source, std::string format, Terminal& terminal);
 
-    /// @param folder Must not exist; appears when it is complete.
+    /// @param name Of a folder that must not exist; it appears when it is complete.
     /// @throws Failure
-    void writeTo(const std::string& folder);
+    void writeTo(const std::string& name);
 
 private:
     void writeDatasets(const std::string& folder) const;

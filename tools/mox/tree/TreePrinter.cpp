@@ -12,6 +12,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <ranges>
 
 namespace MoxTool {
 
@@ -74,12 +75,11 @@ std::vector<bool> TreePrinter::chooseNodes() const {
     std::vector<bool> choice(nodes.size(), !options.pattern);
     if (!options.pattern)
         return choice;
-    for (auto node = nodes.rbegin(); node != nodes.rend(); ++node) {
-        const bool matches =
-            levels[node->id - 1] <= options.depth && matchesGlob(*options.pattern, node->name);
-        choice[node->id - 1] = choice[node->id - 1] || matches;
-        if (choice[node->id - 1] && node->parent != 0)
-            choice[node->parent - 1] = true;
+    for (const auto& node : nodes | std::views::reverse) {
+        const bool matches = levels[node.id - 1] <= options.depth && matchesGlob(*options.pattern, node.name);
+        choice[node.id - 1] = choice[node.id - 1] || matches;
+        if (choice[node.id - 1] && node.parent != 0)
+            choice[node.parent - 1] = true;
     }
     return choice;
 }
@@ -136,7 +136,7 @@ std::string TreePrinter::hiddenChildren(const MoxReader::Node& node) const {
 std::string TreePrinter::numbersText(const MoxReader::Dataset& dataset) const {
     try {
         const auto& holder = model.resolve(dataset);
-        const auto numbers = elementTypeText(holder) + " " + shapeText(holder);
+        auto numbers = elementTypeText(holder) + " " + shapeText(holder);
         if (!dataset.isLink)
             return numbers;
         return fmt::format("{}  -> {} of node {}", numbers, datasetTitle(holder), holder.nodeId);

@@ -22,8 +22,8 @@ public:
         std::optional<std::string> pattern{};                            ///< See matchesGlob().
     };
 
-    /// @param model, options, file Must outlive this object.
-    TreePrinter(const MoxReader::Model& model, const Options& options, Palette palette, std::FILE* file);
+    /// @param shown, treeOptions, file Must outlive this object.
+    TreePrinter(const MoxReader::Model& shown, const Options& treeOptions, Palette colours, std::FILE* file);
 
     /// Whether the pattern fits no node.
     bool isEmpty() const { return !chosen.front(); }
