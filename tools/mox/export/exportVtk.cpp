@@ -48,6 +48,7 @@ std::vector<SeriesFile> planSeries(ExportModel& model) {
     if (steps.empty())
         steps.push_back(ExportField::NoStep);
     std::vector<SeriesFile> series;
+    series.reserve(steps.size());
     for (const auto step : steps)
         series.push_back({step, valueOf(model, step), fmt::format("step_{:05}.vtu", series.size() + 1)});
     makeDistinct(series, model.summary());

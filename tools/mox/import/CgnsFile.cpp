@@ -318,6 +318,7 @@ std::vector<CgnsNode> CgnsFile::children(const CgnsNode& node) const {
         return {};
     check(cgio_children_ids(treeHandle(), node.id, 1, count, &count, ids.data()), "its tree");
     std::vector<CgnsNode> nodes;
+    nodes.reserve(ids.size());
     for (const auto id : ids)
         nodes.push_back(describe(id));
     return nodes;

@@ -114,6 +114,7 @@ void CgnsImporter::addVertices(const CgnsZone& zone, const std::vector<CgnsPart>
         return;
     }
     std::vector<unsigned int> geometries;
+    geometries.reserve(parts.size());
     for (const auto& part : parts)
         geometries.push_back(part.geometry);
     std::vector<unsigned int> ids(zone.vertices());

@@ -124,7 +124,7 @@ void ExodusFile::readTimes() {
 std::string ExodusFile::blockName(std::int64_t block) const {
     std::string name(nameLength + 1, '\0');
     check(ex_get_name(file.id, EX_ELEM_BLOCK, block, name.data()), "the name of an element block");
-    return name.c_str();
+    return name.substr(0, name.find('\0'));
 }
 
 float ExodusFile::apiVersion() const {

@@ -42,7 +42,7 @@ std::string NetcdfVariables::text(const NetcdfVariable& variable, const std::str
         return {};
     std::string result(length, '\0');
     nc_get_att_text(file, variable.id, attribute.c_str(), result.data());
-    return result.c_str();
+    return result.substr(0, result.find('\0'));
 }
 
 long long NetcdfVariables::number(const NetcdfVariable& variable, const std::string& attribute) const {
@@ -62,8 +62,8 @@ std::vector<std::string> NetcdfVariables::rows(const NetcdfVariable& variable) c
     std::array<int, 2> dimensions{};
     nc_inq_vardimid(file, variable.id, dimensions.data());
     std::array<std::size_t, 2> lengths{};
-    nc_inq_dimlen(file, dimensions[0], &lengths[0]);
-    nc_inq_dimlen(file, dimensions[1], &lengths[1]);
+    for (std::size_t i = 0; i < lengths.size(); ++i)
+        nc_inq_dimlen(file, dimensions[i], &lengths[i]);
     std::string text(lengths[0] * lengths[1], '\0');
     nc_get_var_text(file, variable.id, text.data());
     std::vector<std::string> result;

@@ -1,5 +1,7 @@
 #include "leaveCgnsNodes.h"
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <set>
 #include <string>
@@ -41,15 +43,13 @@ class Collector {
 public:
     explicit Collector(const CgnsFile& input) : file(input) {}
 
-    void collect(const CgnsNode& parent) {
-        bool hasGrid = false;
-        for (const auto& node : file.children(parent)) {
-            if (Inner.contains(node.label))
-                collect(node);
-            const bool isFirstGrid = node.label == "GridCoordinates_t" && !hasGrid;
-            hasGrid = hasGrid || isFirstGrid;
-            if (!isFirstGrid && !Known.contains(node.label))
-                namesByLabel[node.label].push_back(node.name);
+    // With a stack of its own, since a file can nest nodes deeper than calls can.
+    void collect() {
+        waiting.push_back(file.root());
+        while (!waiting.empty()) {
+            const auto parent = waiting.back();
+            waiting.pop_back();
+            collectBelow(parent);
         }
     }
 
@@ -61,7 +61,21 @@ public:
     }
 
 private:
+    void collectBelow(const CgnsNode& parent) {
+        bool hasGrid = false;
+        const auto children = file.children(parent);
+        std::copy_if(children.rbegin(), children.rend(), std::back_inserter(waiting),
+                     [](const auto& node) { return Inner.contains(node.label); });
+        for (const auto& node : children) {
+            const bool isFirstGrid = node.label == "GridCoordinates_t" && !hasGrid;
+            hasGrid = hasGrid || isFirstGrid;
+            if (!isFirstGrid && !Known.contains(node.label))
+                namesByLabel[node.label].push_back(node.name);
+        }
+    }
+
     const CgnsFile& file;
+    std::vector<CgnsNode> waiting;
     std::map<std::string, std::vector<std::string>> namesByLabel;
 };
 
@@ -69,7 +83,7 @@ private:
 
 void leaveCgnsNodes(const CgnsFile& file, ConversionSummary& summary) {
     Collector collector(file);
-    collector.collect(file.root());
+    collector.collect();
     collector.leave(summary);
 }
 
