@@ -12,7 +12,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <ranges>
 
 namespace MoxTool {
 
@@ -75,7 +74,8 @@ std::vector<bool> TreePrinter::chooseNodes() const {
     std::vector<bool> choice(nodes.size(), !options.pattern);
     if (!options.pattern)
         return choice;
-    for (const auto& node : nodes | std::views::reverse) {
+    for (std::size_t i = nodes.size(); i-- > 0;) {
+        const auto& node = nodes[i];
         const bool matches = levels[node.id - 1] <= options.depth && matchesGlob(*options.pattern, node.name);
         choice[node.id - 1] = choice[node.id - 1] || matches;
         if (choice[node.id - 1] && node.parent != 0)
