@@ -13,8 +13,7 @@ class ChildTable {
 public:
     /// @param nodes   Ids 1, 2, 3 and so on in this order.
     /// @throws Error  BadTreeLink if the root has a parent or a sibling, if a parent's id is not below its
-    /// child's
-    ///                (so that there is no cycle), or if a link contradicts the parents.
+    ///                child's (so that there is no cycle), or if a link contradicts the parents.
     explicit ChildTable(const std::vector<Node>& nodes);
 
     /// The ids of a node's children in their order. REQUIRES an id of the tree.

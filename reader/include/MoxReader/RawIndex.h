@@ -36,8 +36,7 @@ struct RawIndex {
 /// Blocks that reach past the end of the file are listed like all others and are no damage of the index.
 /// @throws Error    ReadFailed alone.
 /// @par Cost        One read for each table, one of four bytes for each compressed block. Each table lies
-/// behind
-///                  the one before it, so the walk ends.
+///                  behind the one before it, so the walk ends.
 RawIndex scanIndex(Source& source);
 
 } // namespace MoxReader

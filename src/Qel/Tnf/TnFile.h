@@ -43,8 +43,7 @@ public:
     /// out with the array after the one that filled it.
     /// @param data  `count` elements of `width` values each, the values of one element adjacent.
     /// @return the position of the array in the name's stream, before compression. An empty array gets a
-    /// position
-    ///         too, and changes nothing.
+    ///         position too, and changes nothing.
     /// @throws std::bad_alloc if there is no memory for the copy; nothing went in.
     /// @throws Qel::Exception::Exception what Index::Put() and Index::FlushFrozen() throw.
     std::uint64_t PutDataset(const std::string& name, const float* data, std::uint32_t count,

@@ -28,8 +28,7 @@ public:
 
     /// All differences, in the order of the first file's tree. May be called once.
     /// @throws Failure if one of the files is damaged, or if their links pair so many datasets of one file
-    /// with
-    ///         so many of the other that the comparison would take time out of proportion to the files.
+    ///         with so many of the other that the comparison would take time out of proportion to the files.
     std::vector<Difference> run();
 
 private:

@@ -39,8 +39,7 @@ public:
     /// @param names     Variables of one kind, in the file's order.
     /// @param dimension Of the model, from 1 to 3.
     /// @return every variable in exactly one group, in the order of the groups' first variables in the file.
-    /// Names of
-    ///         groups are not made unique.
+    ///         Names of groups are not made unique.
     static std::vector<VariableGroup> group(const std::vector<std::string>& names, int dimension);
 };
 

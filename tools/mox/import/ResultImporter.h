@@ -28,8 +28,7 @@ public:
 
     /// To be called once.
     /// @throws Failure if the file is damaged; std::length_error for a result that is too large; what the
-    /// model
-    ///         throws.
+    ///         model throws.
     void run();
 
 private:

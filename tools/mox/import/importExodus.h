@@ -12,8 +12,7 @@ class Terminal;
 /// @param terminal Shows the progress.
 /// @return what was taken and what was not.
 /// @throws Failure if the input can't be read or taken, or the output can't be written. The output's name is
-/// then
-///         as it was before.
+///         then as it was before.
 ConversionSummary importExodus(const ImportRequest& request, Terminal& terminal);
 
 } // namespace MoxTool
