@@ -27,10 +27,14 @@ inline constexpr std::string_view NodeSetsType = "NodeSets";
 /// The record versions of the node classes, texts that are compared for equality only.
 inline constexpr std::string_view NodeVersion = "0.1";
 inline constexpr std::string_view GroupVersion = "0.4";
-inline constexpr std::string_view MaterialVersion = "0.3";
 inline constexpr std::string_view ShapeVersion = "0.2";
 inline constexpr std::string_view NodeSetsVersion = "0.1";
 inline constexpr std::string_view ModifierInfoVersion = "0.1";
+
+/// The material's: without shininess, without the flag, and as all files have it.
+inline constexpr std::string_view MaterialWithoutShininess = "0.1";
+inline constexpr std::string_view MaterialWithoutFlag = "0.2";
+inline constexpr std::string_view MaterialVersion = "0.3";
 
 /// The geometry's: with the numbers in the geometry, with narrow positions, and as all files have it.
 inline constexpr std::string_view GeometryWithNumbers = "0.5";

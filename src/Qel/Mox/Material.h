@@ -9,7 +9,7 @@
 namespace QelMox {
 
 /// The looks of a shape. Never a node of the tree by itself: each shape has one of its own.
-class Material final : public Node {
+class Material : public Node {
 public:
     /// Red, green, blue and alpha.
     using Color = std::array<float, 4>;

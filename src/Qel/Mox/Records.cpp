@@ -61,9 +61,9 @@ void Block::Put(const QelMox::Material& material) {
             Put(material.GetTransparency());
         },
         [&](std::string_view rung) {
-            if (rung == "0.1") {
+            if (rung == QelMox::Format::MaterialWithoutShininess) {
                 Put(material.GetShininess());
-            } else if (rung == "0.2") {
+            } else if (rung == QelMox::Format::MaterialWithoutFlag) {
                 Put(material.GetMaterialFlag());
             }
         });

@@ -45,7 +45,7 @@ Array1d<T>::Array1d(const Array1d& other) : storage(new Storage(*other.storage))
 
 template <typename T>
 const Array1d<T>& Array1d<T>::operator=(const Array1d& other) {
-    *storage = *other.storage;
+    assignStorage(*storage, *other.storage);
     return *this;
 }
 

@@ -49,7 +49,7 @@ Array2d<T>::Array2d(const Array2d& other) : storage(new Storage(*other.storage))
 
 template <typename T>
 const Array2d<T>& Array2d<T>::operator=(const Array2d& other) {
-    *storage = *other.storage;
+    assignStorage(*storage, *other.storage);
     return *this;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <Qel/Mox2/VariantMap.h>
+
 #include <cstdint>
-#include <map>
 #include <string>
 #include <variant>
 #include <vector>
@@ -19,8 +20,8 @@ using AttributeVariant =
 
 /// The pairs of an Attributes, in byte order of their keys. A class of its own so that Attributes can name it
 /// without showing what is in it.
-struct AttributeMap : std::map<std::string, AttributeVariant> {
-    using map::map;
+struct AttributeMap : VariantMap<std::string, AttributeVariant> {
+    using VariantMap::VariantMap;
 };
 
 } // namespace Qel::Mox2

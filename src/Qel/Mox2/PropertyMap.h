@@ -1,8 +1,8 @@
 #pragma once
 
 #include <Qel/Mox2/PropertyType.h>
+#include <Qel/Mox2/VariantMap.h>
 
-#include <map>
 #include <string>
 #include <variant>
 #include <vector>
@@ -14,8 +14,8 @@ using PropertyValue = std::variant<int, float, std::string, std::vector<int>, st
 
 /// The properties of a NodeProperties, in ascending order of their signed numbers. A class of its own so that
 /// NodeProperties can name it without showing what is in it.
-struct PropertyMap : std::map<PropertyType, PropertyValue> {
-    using map::map;
+struct PropertyMap : VariantMap<PropertyType, PropertyValue> {
+    using VariantMap::VariantMap;
 };
 
 } // namespace Qel::Mox2

@@ -31,7 +31,9 @@ StepList::StepList(std::size_t count) : steps(new std::vector<StepData>(checkedC
 StepList::StepList(const StepList& other) : steps(new std::vector<StepData>(*other.steps)) {}
 
 const StepList& StepList::operator=(const StepList& other) {
-    *steps = *other.steps;
+    if (this != &other) {
+        *steps = std::vector<StepData>(*other.steps);
+    }
     return *this;
 }
 

@@ -5,11 +5,13 @@
 #include <Qel/Tnf/BlockZlibCompressor.h>
 #include <Qel/Tnf/Format.h>
 #include <Qel/Tnf/Index.inl>
+#include <Qel/Tnf/TemporaryBlock.h>
 #include <Qel/Util/Platform.h>
 
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace QelTnf {
 
@@ -38,6 +40,15 @@ bool IsEmptyBlockName(const std::string& name) {
 
 bool IsIndexBlockName(const std::string& name) {
     return beginsLike(name, Format::IndexBlockName);
+}
+
+// Room for so many more elements, at the cost that adding them one by one would have.
+template <typename T>
+void makeRoom(std::vector<T>& elements, std::uint64_t count) {
+    const std::size_t needed = elements.size() + static_cast<std::size_t>(count);
+    if (needed > elements.capacity()) {
+        elements.reserve(std::max(needed, 2 * elements.capacity()));
+    }
 }
 
 } // namespace
@@ -69,40 +80,59 @@ std::uint64_t Index::AddBlock(const std::string& name) {
     if (freeIds.empty()) {
         QEL_THROW(Qel::Exception::InvalidObjectState("This point should not be reached"));
     }
-    BlockSizeLimiter& limiter = limiters.try_emplace(name).first->second;
-    std::uint64_t id = takeFreeId();
-    if (freeIds.empty()) {
-        turnIntoIndexBlock(id);
-        id = takeFreeId();
+    std::string entryName = name;
+    BlockSizeLimiter& limiter = limiterWithRoom(name, 1);
+    if (freeIds.size() == 1) {
+        addIndexBlock();
     }
+    // Nothing fails from here on.
+    const std::uint64_t id = takeFreeId();
     appendTo(limiter, id);
-    blockInfos[id].name = name;
+    blockInfos[id].name.swap(entryName);
     return id;
 }
 
-std::uint64_t Index::takeFreeId() {
-    std::vector<std::uint64_t>& freeIds = limiters.at(Format::EmptyBlockName).blockIds;
+std::uint64_t Index::takeFreeId() noexcept {
+    std::vector<std::uint64_t>& freeIds = limiters.find(Format::EmptyBlockName)->second.blockIds;
     const std::uint64_t id = freeIds.back();
     freeIds.pop_back();
     return id;
 }
 
-// The table goes out in place of the block's content: once as it is here, and at the close with final
-// records.
-void Index::turnIntoIndexBlock(std::uint64_t id) {
-    const std::uint64_t tableSize = AddEmptyBlocks(Format::IndexBlockRecords);
-    const auto entry =
-        limiters.try_emplace(Format::IndexBlockName, static_cast<std::uint32_t>(tableSize)).first;
-    appendTo(entry->second, id);
-    blockInfos[id].name = Format::IndexBlockName;
-    SetBlockFlags(Format::IndexBlockName, Format::BlockFreezable);
-    PutIndexTable(blocks[id], entriesFrom(id + 1, Format::IndexBlockRecords));
+// Makes the last free id an Index Block, and adds the free ids that its table describes. The table goes out
+// in place of the block's content: once as it is here, and at the close with final records.
+void Index::addIndexBlock() {
+    TemporaryBlock table;
+    PutIndexTable(table.get(), newEntries(Format::EmptyBlockName, Format::IndexBlockRecords));
+    std::string entryName = Format::IndexBlockName;
+    constexpr auto tableSize = static_cast<std::uint32_t>(Format::indexTableSize(Format::IndexBlockRecords));
+    BlockSizeLimiter& indexBlocks = limiterWithRoom(Format::IndexBlockName, 1, tableSize);
+    AddEmptyBlocks(Format::IndexBlockRecords);
+    // Nothing fails from here on.
+    const std::uint64_t id = takeFreeId();
+    appendTo(indexBlocks, id);
+    blockInfos[id].name.swap(entryName);
+    addFlags(indexBlocks, Format::BlockFreezable, false);
+    blocks[id] = table.take();
     // The place is as good as the entries ahead are now. If the block just ahead has not been written yet, it
     // is wrong, and so are those of the blocks that go out behind this one before the close.
     place(id);
 }
 
-void Index::appendTo(BlockSizeLimiter& limiter, std::uint64_t id) {
+// The limiter of a name, made with `limit` if there is none, with room for so many more ids.
+template <typename... LimitT>
+BlockSizeLimiter& Index::limiterWithRoom(const std::string& name, std::uint64_t count, LimitT... limit) {
+    if (const auto found = limiters.find(name); found != limiters.end()) {
+        makeRoom(found->second.blockIds, count);
+        return found->second;
+    }
+    BlockSizeLimiter limiter(limit...);
+    makeRoom(limiter.blockIds, count);
+    return limiters.emplace(name, std::move(limiter)).first->second;
+}
+
+// There must be room for the id.
+void Index::appendTo(BlockSizeLimiter& limiter, std::uint64_t id) noexcept {
     limiter.blockIds.push_back(id);
     if (limiter.blockIds.size() > 1) {
         limiter.closedBytes += streamedSize(*(limiter.blockIds.end() - 2));
@@ -110,20 +140,37 @@ void Index::appendTo(BlockSizeLimiter& limiter, std::uint64_t id) {
 }
 
 std::uint64_t Index::AddEmptyBlocks(std::uint64_t count) {
-    for (std::uint64_t i = 0; i < count; ++i) {
-        AppendBlockInfo(Format::EmptyBlockName);
-    }
-    std::ranges::reverse(limiters[Format::EmptyBlockName].blockIds);
+    std::ranges::reverse(appendEntries(Format::EmptyBlockName, count).blockIds);
     return Format::indexTableSize(count);
 }
 
 std::uint64_t Index::AppendBlockInfo(const std::string& name) {
-    const std::uint64_t id = blockInfos.size();
-    blockInfos.push_back(BlockInfo{.number = nextNumber, .name = name});
-    blocks.emplace_back();
-    appendTo(limiters[name], id);
-    ++nextNumber;
-    return id;
+    return appendEntries(name, 1).blockIds.back();
+}
+
+std::vector<BlockInfo> Index::newEntries(const std::string& name, std::uint64_t count) const {
+    std::vector<BlockInfo> entries;
+    entries.reserve(count);
+    for (std::uint64_t i = 0; i < count; ++i) {
+        entries.push_back(BlockInfo{.number = static_cast<std::uint8_t>(nextNumber + i), .name = name});
+    }
+    return entries;
+}
+
+BlockSizeLimiter& Index::appendEntries(const std::string& name, std::uint64_t count) {
+    std::vector<BlockInfo> entries = newEntries(name, count);
+    makeRoom(blockInfos, count);
+    makeRoom(blocks, count);
+    BlockSizeLimiter& limiter = limiterWithRoom(name, count);
+    // Nothing fails from here on.
+    for (BlockInfo& entry : entries) {
+        const std::uint64_t id = blockInfos.size();
+        blockInfos.push_back(std::move(entry));
+        blocks.emplace_back();
+        appendTo(limiter, id);
+        ++nextNumber;
+    }
+    return limiter;
 }
 
 BlockSizeLimiter& Index::GetBlockSizeLimiter(const std::string& name) {
@@ -145,21 +192,22 @@ void Index::Put(const std::string& name, const void* const& data, std::uint64_t 
 }
 
 void Index::SetBlockFlags(std::string name, unsigned char flags) {
-    const auto found = limiters.find(name);
-    if (found == limiters.end()) {
-        return;
+    if (const auto found = limiters.find(name); found != limiters.end()) {
+        addFlags(found->second, flags, IsEmptyBlockName(name));
     }
-    BlockSizeLimiter& limiter = found->second;
+}
+
+void Index::addFlags(BlockSizeLimiter& limiter, unsigned char flags, bool fromFirst) noexcept {
     for (std::size_t bit = 0; bit < limiter.flaggedBlocks.size(); ++bit) {
         const unsigned char flag = flags & (1U << bit);
         if (flag != 0) {
-            flagFrom(IsEmptyBlockName(name) ? 0 : limiter.flaggedBlocks[bit], limiter.blockIds, flag);
+            flagFrom(fromFirst ? 0 : limiter.flaggedBlocks[bit], limiter.blockIds, flag);
             limiter.flaggedBlocks[bit] = limiter.blockIds.size();
         }
     }
 }
 
-void Index::flagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag) {
+void Index::flagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag) noexcept {
     for (std::size_t i = first; i < ids.size(); ++i) {
         blockInfos[ids[i]].flags |= flag;
     }
@@ -347,11 +395,10 @@ void Index::PutIndexTable(Block& block, const std::vector<BlockInfo>& entries) {
 }
 
 void Index::writeHeadIndex(std::FILE* const stream) const {
-    Block table;
-    PutIndexTable(table, entriesFrom(0, Format::HeadRecords));
+    TemporaryBlock table;
+    PutIndexTable(table.get(), entriesFrom(0, Format::HeadRecords));
     (void)QelUtil::Platform::seekTo(stream, indexPosition);
-    table.Write(stream, true);
-    table.release();
+    table.get().Write(stream, true);
 }
 
 } // namespace QelTnf

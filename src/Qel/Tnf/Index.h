@@ -20,6 +20,8 @@ namespace QelTnf {
 /// blocks; a block that has reached its name's limit is followed by a new one.
 ///
 /// Entries are reached by id: references to them die when entries are added.
+///
+/// A block is added whole or, if memory runs out, not at all.
 class Index {
 public:
     Index() = default;
@@ -86,17 +88,22 @@ private:
     friend struct IndexPeer;
 
     std::uint64_t chooseBlock(const std::string& name);
-    std::uint64_t takeFreeId();
-    void turnIntoIndexBlock(std::uint64_t id);
-    void appendTo(BlockSizeLimiter& limiter, std::uint64_t id);
+    std::uint64_t takeFreeId() noexcept;
+    void addIndexBlock();
+    template <typename... LimitT>
+    BlockSizeLimiter& limiterWithRoom(const std::string& name, std::uint64_t count, LimitT... limit);
+    void appendTo(BlockSizeLimiter& limiter, std::uint64_t id) noexcept;
     std::uint64_t AddEmptyBlocks(std::uint64_t count);
     std::uint64_t AppendBlockInfo(const std::string& name);
+    std::vector<BlockInfo> newEntries(const std::string& name, std::uint64_t count) const;
+    BlockSizeLimiter& appendEntries(const std::string& name, std::uint64_t count);
 
     static void PutIndexTable(Block& block, const std::vector<BlockInfo>& entries);
     std::vector<BlockInfo> entriesFrom(std::uint64_t first, std::uint32_t count) const;
     void writeHeadIndex(std::FILE* stream) const;
 
-    void flagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag);
+    void addFlags(BlockSizeLimiter& limiter, unsigned char flags, bool fromFirst) noexcept;
+    void flagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag) noexcept;
     void compress(std::uint64_t id);
     void place(std::uint64_t id);
     void freeze(std::uint64_t id, std::uint32_t contentLength);

@@ -35,6 +35,8 @@ bool seekTo(std::FILE* stream, std::uint64_t offset) {
 }
 
 std::tm localTime(std::time_t time) {
+    // Only this reads a time zone that the application has set since the process began.
+    _tzset();
     std::tm result{};
     localtime_s(&result, &time);
     return result;
@@ -68,6 +70,8 @@ bool seekTo(std::FILE* stream, std::uint64_t offset) {
 }
 
 std::tm localTime(std::time_t time) {
+    // Only this reads a time zone that the application has set since the process began.
+    tzset();
     std::tm result{};
     localtime_r(&time, &result);
     return result;

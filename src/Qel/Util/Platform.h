@@ -18,7 +18,7 @@ bool pathExists(const std::string& path);
 /// @return whether it did; a null stream can't be moved.
 bool seekTo(std::FILE* stream, std::uint64_t offset);
 
-/// The local calendar time of `time`.
+/// The local calendar time of `time`, in the time zone that the environment names now.
 std::tm localTime(std::time_t time);
 
 /// The host's name, cut to 79 bytes; empty if it can't be found out.

@@ -1,6 +1,7 @@
 #include "Qel/Mox/StreamContent.h"
 #include "Support/Bytes.h"
 
+#include <Qel/Mox/Material.h>
 #include <Qel/Mox/ModifierInfo.h>
 #include <Qel/Mox/ResultAttributes.h>
 #include <Qel/Mox/VariableType.h>
@@ -8,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -26,6 +29,26 @@ protected:
 
     QelTnf::Index index;
 };
+
+/// A material that is written in another version of its record.
+class VersionedMaterial : public QelMox::Material {
+public:
+    explicit VersionedMaterial(std::string recordVersion) : Material(""), version(std::move(recordVersion)) {}
+
+    std::string GetRecordVersion() const override { return version; }
+
+private:
+    const std::string version;
+};
+
+// The colours and the transparency of a new material, as far as the first version has them.
+Bytes firstFields() {
+    constexpr std::uint32_t one = 0x3F800000;
+    Bytes fields;
+    fields.bits({0x3F4CCCCD, 0x3F4CCCCD, 0x3F4CCCCD, one, 0, 0, 0, one, 0, 0, 0, 0});
+    fields.bits({0x3E23D70B, 0x3E23D70B, 0x3E23D70B, 0x3E4CCCCD, 0});
+    return fields;
+}
 
 TEST_F(Records, VariableTypeTakesFourBytes) {
     EXPECT_EQ(written(QelMox::VariableType::FourthSixB), (ByteVector{28, 0, 0, 0}));
@@ -58,6 +81,29 @@ TEST_F(Records, ModifierInfoIsItsSizeItsVersionAndSevenTexts) {
 TEST_F(Records, ModifierInfosStandBehindTheirCount) {
     const ByteVector expected = Bytes().u32(2).u32(39).text("0.1").zeros(28).u32(39).text("0.1").zeros(28);
     EXPECT_EQ(written(std::vector<ModifierInfo>(2)), expected);
+}
+
+TEST_F(Records, MaterialOfTheFirstVersionEndsWithItsTransparency) {
+    const ByteVector expected = Bytes().u32(79).text("0.1").append(firstFields());
+    EXPECT_EQ(written<QelMox::Material>(VersionedMaterial("0.1")), expected);
+}
+
+TEST_F(Records, MaterialOfTheSecondVersionEndsWithItsShininess) {
+    const ByteVector expected = Bytes().u32(83).text("0.2").append(firstFields()).u32(0x3E4CCCCD);
+    EXPECT_EQ(written<QelMox::Material>(VersionedMaterial("0.2")), expected);
+}
+
+TEST_F(Records, MaterialOfEachLaterVersionEndsWithItsFlag) {
+    for (const std::string version : {"0.3", "0.4", "0.5", "0.6", "0.7"}) {
+        index.Put(version, static_cast<const QelMox::Material&>(VersionedMaterial(version)));
+        const ByteVector expected = Bytes().u32(84).text(version).append(firstFields()).u32(0x3E4CCCCD).u8(1);
+        EXPECT_EQ(Support::streamOf(index, version), expected) << version;
+    }
+}
+
+TEST_F(Records, MaterialOfAVersionThatIsNoRungHasTheFieldsOfAllRungs) {
+    const ByteVector expected = Bytes().u32(83).text("10").append(firstFields()).u32(0x3E4CCCCD).u8(1);
+    EXPECT_EQ(written<QelMox::Material>(VersionedMaterial("10")), expected);
 }
 
 TEST_F(Records, NoResultAttributesAreACountOfZero) {

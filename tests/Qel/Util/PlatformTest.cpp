@@ -1,5 +1,6 @@
 #include "Qel/Support/Pipe.h"
 #include "Support/Bytes.h"
+#include "Support/EnvironmentGuard.h"
 #include "Support/TemporaryFolder.h"
 
 #include <Qel/Util/Platform.h>
@@ -74,6 +75,15 @@ TEST(Platform, LocalTimeIsTheCalendarTimeThatMeansTheSameSecond) {
     EXPECT_EQ(calendar.tm_mon, 1);
     EXPECT_EQ(calendar.tm_sec, 30);
     EXPECT_EQ(std::mktime(&calendar), time);
+}
+
+TEST(Platform, LocalTimeFollowsAZoneThatIsSetWithinTheProcess) {
+    Support::EnvironmentGuard zone("TZ", "UTC0");
+    EXPECT_EQ(Platform::localTime(0).tm_hour, 0);
+    zone.set("XXX-5");
+    EXPECT_EQ(Platform::localTime(0).tm_hour, 5);
+    zone.set("YYY-7");
+    EXPECT_EQ(Platform::localTime(0).tm_hour, 7);
 }
 
 TEST(Platform, NamesHaveAtMost79BytesAndNoZeroByte) {

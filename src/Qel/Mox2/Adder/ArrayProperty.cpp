@@ -61,9 +61,15 @@ void ArrayProperty<PropertyT, IdsT, StepsT>::record(QelMox::Tree& tree, std::uin
             if (geometry == nullptr) {
                 continue;
             }
+            // The position's place is made ahead of the entry, and the attributes come last: when memory runs
+            // out, every entry has its position and its numbers, without which the model could never be
+            // closed.
+            std::uint64_t& place = geometry->positions[key];
             const std::uint64_t index = geometry->FindOrAddDataset(key);
-            fill(geometry->GetDataset(index), variableType, attributes);
-            geometry->positions[key] = position;
+            QelMox::DatasetEntry& entry = geometry->GetDataset(index);
+            describeNumbers(entry, variableType);
+            place = position;
+            entry.SetAttributes(attributes);
             // No node has the id 0; an entry that were there could be neither a link nor linked to.
             if (id != 0) {
                 linkTo(holder, tree, id, index);
@@ -78,12 +84,10 @@ std::string ArrayProperty<PropertyT, IdsT, StepsT>::keyOf(const StepData& step) 
 }
 
 template <typename PropertyT, typename IdsT, typename StepsT>
-void ArrayProperty<PropertyT, IdsT, StepsT>::fill(QelMox::DatasetEntry& entry,
-                                                  QelMox::VariableType variableType,
-                                                  const QelUtil::AttributeList& attributes) const {
+void ArrayProperty<PropertyT, IdsT, StepsT>::describeNumbers(QelMox::DatasetEntry& entry,
+                                                             QelMox::VariableType variableType) const {
     const auto rows = static_cast<std::uint32_t>(property.data.rows());
     entry.variableType = variableType;
-    entry.SetAttributes(attributes);
     entry.values = QelMox::NumericArray();
     entry.values.data = property.data.data();
     entry.values.sizeInBytes = std::uint64_t{property.width} * rows * sizeof(*property.data.data());

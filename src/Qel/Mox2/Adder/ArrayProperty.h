@@ -34,8 +34,7 @@ private:
 
     void record(QelMox::Tree& tree, std::uint64_t position, QelMox::VariableType variableType) const;
     std::string keyOf(const StepData& step) const;
-    void fill(QelMox::DatasetEntry& entry, QelMox::VariableType variableType,
-              const QelUtil::AttributeList& attributes) const;
+    void describeNumbers(QelMox::DatasetEntry& entry, QelMox::VariableType variableType) const;
     static void linkTo(Holder& holder, QelMox::Tree& tree, unsigned int id, std::uint64_t index);
 
     PropertyT property;

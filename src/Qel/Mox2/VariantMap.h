@@ -1,0 +1,48 @@
+#pragma once
+
+#include <map>
+#include <utility>
+#include <variant>
+
+namespace Qel::Mox2 {
+
+/// An ordered map of variants whose copies are made value by value, so that memory can run out in the middle.
+///
+/// Some standard libraries take a variant of texts and vectors for one that always holds a value, and destroy
+/// what is not there when copying such a variant fails. Here a copied variant first holds a number and then
+/// gets its value, which is made before the number goes.
+template <typename Key, typename VariantT>
+class VariantMap : public std::map<Key, VariantT> {
+public:
+    using std::map<Key, VariantT>::map;
+
+    VariantMap() = default;
+    VariantMap(const VariantMap& other) : std::map<Key, VariantT>() {
+        for (const auto& [key, value] : other) {
+            appendCopy(key, value);
+        }
+    }
+    VariantMap(VariantMap&&) noexcept = default;
+    /// If memory runs out, this map stays as it was.
+    VariantMap& operator=(const VariantMap& other) {
+        if (this != &other) {
+            VariantMap copy(other);
+            this->swap(copy);
+        }
+        return *this;
+    }
+    VariantMap& operator=(VariantMap&&) noexcept = default;
+    ~VariantMap() = default;
+
+private:
+    void appendCopy(const Key& key, const VariantT& value) {
+        if (value.valueless_by_exception()) {
+            this->emplace_hint(this->end(), key, value);
+            return;
+        }
+        VariantT& copy = this->emplace_hint(this->end(), key, VariantT())->second;
+        std::visit([&](const auto& held) { copy = held; }, value);
+    }
+};
+
+} // namespace Qel::Mox2
