@@ -2,9 +2,8 @@
 //
 //   dumpModel FILE            prints the text of the file; ends with 3 if the reader refuses it
 //   dumpModel FILE damages    reads one damage from each line of stdin and tells what becomes of the file
-//   with
-//                             it: "refused", or "read" and the checksum of its text. A damage is "cut SIZE",
-//                             or "flip OFFSET MASK" with one or more pairs.
+//                             with it: "refused", or "read" and the checksum of its text. A damage is
+//                             "cut SIZE", or "flip OFFSET MASK" with one or more pairs.
 
 #include "ModelText.h"
 

@@ -63,6 +63,7 @@ public:
     /// @throws Qel::Exception::InvalidObjectState "Not Empty" if the model is Open. Nothing changes.
     /// @throws Qel::Exception::FileOpenException "File exists." if the file exists and must not be replaced.
     /// @throws Qel::Exception::MiscelleneousException with the path if the file can't be opened.
+    ///
     /// After the last two the model is Open without a file: all calls work, close() writes nothing and makes
     /// the model Empty.
     void saveTo(const std::string& path, const SaverOptions& options);
@@ -72,8 +73,11 @@ public:
     ///
     /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the file can't be positioned.
     /// @throws Qel::Exception::MemoryAllocationException if a block can't be compressed for lack of memory.
+    ///
     /// After an exception the model is still Open, the file is incomplete, and close() can be called again.
-    /// @par Cost One pass over the tree; every block still in memory is compressed on this thread.
+    ///
+    /// @par Cost
+    /// One pass over the tree; every block still in memory is compressed on this thread.
     void close();
 
     /// The separator "/" of paths.
@@ -93,6 +97,7 @@ public:
     /// @throws Qel::Exception::InvalidArguments "Invalid node type for root node" or "Invalid node type".
     /// @throws Qel::Exception::InvalidArguments if an attribute is of a kind that a file can't keep.
     /// @throws Qel::Exception::KeyNotFound if addArrayProperty() left an unknown id current.
+    ///
     /// No node is added by a call that fails.
     unsigned int addNode(NodeType type, const std::string& name,
                          const Attributes& attributes = emptyAttributes());
@@ -128,17 +133,17 @@ public:
     /// node current; for the geometry of a shape it works on the shape and makes that current.
     ///
     /// @param id         A group, for transforms and attributes, or a shape or its geometry, for the
-    /// material.
+    ///                   material.
     /// @param properties See PropertyType for what each needs.
     /// @param attributes Added to those of a group, replacing those of the same key; ignored for other nodes.
     /// @throws Qel::Exception::InvalidObjectState "File not open." if the model is Empty.
     /// @throws Qel::Exception::OutOfBounds if there is no node of this id.
     /// @throws Qel::Exception::InvalidArguments "Invalid properties" for a property of no known number,
-    /// "Invalid
-    ///         property type" for one that the node doesn't have, "invalid array size" for a wrong length,
-    ///         and without a message for an attribute of a kind that a file can't keep.
+    ///         "Invalid property type" for one that the node doesn't have, "invalid array size" for a wrong
+    ///         length, and without a message for an attribute of a kind that a file can't keep.
     /// @throws Qel::Exception::TemplateSpecializationNotDefined for a value of the wrong type, and always for
     ///         ShapeSwitch on a shape.
+    ///
     /// Properties before the failing one stay set, and the current node stays moved.
     void setNodeData(unsigned int id, const NodeProperties& properties,
                      const Attributes& attributes = emptyAttributes());
@@ -154,9 +159,9 @@ public:
     /// @return one id for each path, in order: of the group, or of the shape's geometry; 0 for an empty path.
     /// @throws Qel::Exception::InvalidObjectState "File not open." if the model is Empty and there is a path.
     /// @throws Qel::Exception::InvalidArguments "Relative paths not supported" for a path that does not begin
-    /// with
-    ///         the separator.
+    ///         with the separator.
     /// @throws Qel::Exception::NotYetImplemented for a path below another root.
+    ///
     /// Nodes of the paths before the failing one stay; merging the same paths again finds them.
     Array1d<unsigned int> addAssemblyComponents(const std::vector<std::string>& paths,
                                                 const std::string& separator = defaultPathSeparator());
@@ -184,20 +189,22 @@ public:
     /// @param data       One row for each node or element, row-major.
     /// @param ids        Geometries, as addNode() and addAssemblyComponents() return them.
     /// @param attributes Describe the dataset. A step's attributes are added to them; where both have a key,
-    /// these
-    ///                   win. "Category" = "Vibration" marks mode shapes. "Complex", "Contents",
+    ///                   these win. "Category" = "Vibration" marks mode shapes. "Complex", "Contents",
     ///                   "DataSource", "DataType", "Structure" and keys that begin with "Link." are dropped.
-    /// @throws Qel::Exception::InvalidArguments "Can't guess result name for specified type" or "Can't guess
-    ///         result width for specified type"; without a message if the columns are not those of the type
-    ///         or if an attribute is of a kind that a file can't keep.
+    /// @throws Qel::Exception::InvalidArguments "Can't guess result name for specified type" or
+    ///         "Can't guess result width for specified type"; without a message if the columns are not those
+    ///         of the type or if an attribute is of a kind that a file can't keep.
     /// @throws Qel::Exception::InvalidObjectState "File not open." if the model is Empty.
     /// @throws Qel::Exception::UnderflowError for a negative number of rows or ids.
     /// @throws Qel::Exception::KeyNotFound for an id that is not in the tree; it is then the current one.
     /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the file can't be positioned.
+    ///
     /// After the last two, and after a refused attribute, the numbers are in the file, and the ids and steps
     /// before the failing one refer to them.
-    /// @par Cost One pass over the numbers, whatever the number of ids and steps; full blocks are compressed
-    /// and written on this thread.
+    ///
+    /// @par Cost
+    /// One pass over the numbers, whatever the number of ids and steps; full blocks are compressed and
+    /// written on this thread.
     template <typename ArrayT, typename IdsT, typename StepsT>
     void addArrayProperty(DatasetType type, const ArrayT& data, const IdsT& ids, const StepsT& steps,
                           const Attributes& attributes = emptyAttributes());

@@ -23,8 +23,9 @@ std::optional<ErrorCode> findLengthDamage(const BlockRecord& block, std::uint64_
 ///
 /// Damage is one of findLengthDamage(), or ZlibDamaged, ZlibIncomplete, ContentTooShort, ContentTooLong,
 /// ChecksumMismatch, TrailingBytes. With TrailingBytes the content itself is complete.
-/// @throws Error    ReadFailed alone.
-/// @par Cost        Memory for the content and 64 KiB.
+/// @throws Error  ReadFailed alone.
+/// @par Cost
+/// Memory for the content and 64 KiB.
 BlockContent readBlockContent(Source& source, const BlockRecord& block);
 
 } // namespace MoxReader

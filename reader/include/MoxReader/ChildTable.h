@@ -25,8 +25,8 @@ private:
     void checkFamily(const std::vector<Node>& nodes, const Node& parent) const;
 
     std::vector<std::uint32_t> children_; ///< Of node 1, then of node 2 and so on.
-    std::vector<std::size_t>
-        first_; ///< For each node the place of its first child in children_, then the end.
+    /// For each node the place of its first child in children_, then the end.
+    std::vector<std::size_t> first_;
 };
 
 } // namespace MoxReader

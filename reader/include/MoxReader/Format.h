@@ -8,24 +8,22 @@
 /// All integers and floats in a file are little-endian; nothing is aligned.
 namespace MoxReader::Format {
 
-// --- The front of the file
-// -------------------------------------------------------------------------------------
+// --- The front of the file ---------------------------------------------------------------------------------
 
 inline constexpr std::array<std::uint8_t, 8> Signature = {0x89, 'T', 'N', 'F', '\r', '\n', 0x1A, '\n'};
 inline constexpr std::uint32_t VersionSize = 4; ///< The version is a text, NUL-padded.
 inline constexpr std::string_view SupportedVersion = "1.3";
 inline constexpr std::uint32_t HeadLengthPosition = Signature.size() + VersionSize;
 
-// --- Index tables
-// ----------------------------------------------------------------------------------------------
+// --- Index tables ------------------------------------------------------------------------------------------
 
-inline constexpr std::uint32_t NameSize =
-    128; ///< A block's name, NUL-padded; without NUL if it fills the field.
+/// A block's name, NUL-padded; without NUL if it fills the field.
+inline constexpr std::uint32_t NameSize = 128;
 inline constexpr std::uint32_t RecordSize =
     1 /*number*/ + 4 /*name length*/ + NameSize + 4 /*stored length*/ + 1 /*flags*/ + 1 /*reserved*/;
 inline constexpr std::uint32_t HeadRecords = 20; ///< Records of the head index: ids 0 to 19.
-inline constexpr std::uint32_t IndexBlockRecords =
-    200; ///< Records of an Index Block: the 200 ids behind its own.
+/// Records of an Index Block: the 200 ids behind its own.
+inline constexpr std::uint32_t IndexBlockRecords = 200;
 
 /// Bytes of an index table: the record count, then the records.
 constexpr std::uint32_t tableSize(std::uint32_t records) {
@@ -44,19 +42,17 @@ inline constexpr std::string_view IndexBlockName = "\x0B"
 inline constexpr std::string_view EmptyBlockName = "\x0B"
                                                    "Empty Block ";
 
-// --- Blocks
-// ----------------------------------------------------------------------------------------------------
+// --- Blocks ------------------------------------------------------------------------------------------------
 
 inline constexpr std::uint8_t FlagCompressed = 0x01; ///< The payload is a content length and one zlib stream.
-inline constexpr std::uint8_t FlagFreezable =
-    0x20; ///< The block could go to disk before the file was closed.
+/// The block could go to disk before the file was closed.
+inline constexpr std::uint8_t FlagFreezable = 0x20;
 inline constexpr std::uint32_t ContentWordSize = 4; ///< The content length in front of a zlib stream.
 
 /// No zlib stream gives more than this many bytes for each of its own: two bits for 258 bytes.
 inline constexpr std::uint64_t ZlibMaxExpansion = 1032;
 
-// --- Streams: all blocks of one name, in ascending id, joined after decompression
-// --------------------------------
+// --- Streams: all blocks of one name, in ascending id, joined after decompression --------------------------
 
 inline constexpr std::string_view TreeStream = "Mox Tree";    ///< Node count, one record for each node.
 inline constexpr std::string_view LightStream = "Light Data"; ///< Descriptors of groups, geometries, sets.
@@ -65,8 +61,7 @@ inline constexpr std::string_view AttributesStream = "Attributes";     ///< Attr
 inline constexpr std::string_view ResourcesStream = "Resources";       ///< One material for each shape.
 inline constexpr std::string_view GlobalStream = "Global Information"; ///< Who wrote the file.
 
-// --- Nodes
-// -----------------------------------------------------------------------------------------------------
+// --- Nodes -------------------------------------------------------------------------------------------------
 
 inline constexpr std::string_view PlainType = "Node";
 inline constexpr std::string_view GroupType = "Group";
@@ -86,8 +81,7 @@ inline constexpr std::uint32_t NodeSetsDescriptorSize = 4 /*sets*/ + 8 /*positio
 inline constexpr std::string_view MaterialVersionWithoutShininess = "0.1";
 inline constexpr std::string_view MaterialVersionWithoutFlag = "0.2";
 
-// --- Datasets
-// --------------------------------------------------------------------------------------------------
+// --- Datasets ----------------------------------------------------------------------------------------------
 
 inline constexpr char StepSeparator = 0x1E; ///< Stands between a dataset's name and its step's name.
 

@@ -21,9 +21,9 @@ public:
     /// @param model  Resolves links; must outlive this object.
     HeavyData(const File& file, const Model& model);
 
-    // A dataset may be a link: the numbers are then those of Model::resolve().
-    // All of the following throw Error: those of Model::resolve(), BadDatasetSize if the size is no whole
-    // number of items, EndOfStream if the numbers reach past the stream, and those of StreamReader.
+    // A dataset may be a link: the numbers are then those of Model::resolve(). All of the following throw
+    // Error: those of Model::resolve(), BadDatasetSize if the size is no whole number of items, EndOfStream
+    // if the numbers reach past the stream, and those of StreamReader.
 
     /// The numbers, row-major: one row for each item, as many columns as the dataset is wide.
     /// @throws Error  WrongElementType if they are not floats.

@@ -15,8 +15,7 @@ public:
     using Resolution = std::variant<const Dataset*, ErrorCode>;
 
     /// @param nodes  Ids 1, 2, 3 and so on in this order; nodeId and index of each dataset set. The table
-    /// points at
-    ///               the datasets, so their lists must live as long and must not change.
+    ///               points at the datasets, so their lists must live as long and must not change.
     explicit LinkTable(const std::vector<Node>& nodes);
 
     /// @throws Error  NoSuchNode if the model has no dataset of that node and index.

@@ -51,11 +51,10 @@ private:
 
 /// Reads the tree, the descriptors, the attributes, the materials and the global information of a file.
 ///
-/// @throws Error   MissingStream, UnknownNodeType, UnsupportedRecordVersion, BadPosition,
-/// TrailingStreamBytes, and
-///                 those of the record readers and of Model's constructor.
-/// @par Cost       One pass over each stream but "Heavy Data", with one decompressed block in memory at a
-/// time.
+/// @throws Error  MissingStream, UnknownNodeType, UnsupportedRecordVersion, BadPosition,
+///                TrailingStreamBytes, and those of the record readers and of Model's constructor.
+/// @par Cost
+/// One pass over each stream but "Heavy Data", with one decompressed block in memory at a time.
 Model readModel(const File& file);
 
 } // namespace MoxReader

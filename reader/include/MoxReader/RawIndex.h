@@ -34,9 +34,10 @@ struct RawIndex {
 /// Reads the front of a file and walks the chain of index tables. Damage is noted, not thrown.
 ///
 /// Blocks that reach past the end of the file are listed like all others and are no damage of the index.
-/// @throws Error    ReadFailed alone.
-/// @par Cost        One read for each table, one of four bytes for each compressed block. Each table lies
-///                  behind the one before it, so the walk ends.
+/// @throws Error  ReadFailed alone.
+/// @par Cost
+/// One read for each table, one of four bytes for each compressed block. Each table lies behind the one
+/// before it, so the walk ends.
 RawIndex scanIndex(Source& source);
 
 } // namespace MoxReader

@@ -32,8 +32,7 @@ public:
 
     /// Makes the root current, and a group its payload.
     /// @throws Qel::Exception::InvalidObjectState "Root node properties are already set", after the root has
-    /// become
-    ///         current.
+    ///         become current.
     void SetRootGroup(const std::string& name, const QelUtil::AttributeList& attributes);
     void SetRootGroup(const std::string& name, unsigned char groupKind,
                       const QelUtil::AttributeList& attributes);
@@ -52,8 +51,7 @@ public:
 
     /// Looks a node up by its path from the root on, and makes the root current.
     /// @param path The separator and a name for each level. The character behind the root's name counts for
-    /// the
-    ///             separator's first, whatever it is.
+    ///             the separator's first, whatever it is.
     /// @return the node's id, 0 if there is none or the root has no payload.
     /// @throws std::out_of_range "invalid string position" for a path of the root alone.
     unsigned int FindNodeByPath(const std::string& path, const std::string& separator);

@@ -27,8 +27,7 @@ public:
 
     /// The default name of a type.
     /// @throws Exception::InvalidArguments "Can't guess result name for specified type" for an unknown type
-    /// and for
-    ///         one without a default name.
+    ///         and for one without a default name.
     static std::string nameFrom(DatasetType type);
 
     /// What files call a type.

@@ -23,9 +23,8 @@ public:
     void assertEmpty() const;
     /// @throws Exception::InvalidObjectState "Not initialized" if there is no tree.
     void assertNotEmpty() const;
-    /// @throws Exception::InvalidObjectState "File not open." if there is no tree, "File not opened in write
-    /// mode" if
-    ///         there is one that is not to be written.
+    /// @throws Exception::InvalidObjectState "File not open." if there is no tree,
+    ///         "File not opened in write mode" if there is one that is not to be written.
     void assertOpenedForWriting() const;
 
     /// @pre The database is not Empty.

@@ -13,8 +13,7 @@ public:
 
     /// @throws Exception::InvalidObjectState "Not Empty" if the database is Open.
     /// @throws Exception::Exception what QelMox::Tree::SetStreamFile() throws; the database is then Open
-    /// without a
-    ///         file.
+    ///         without a file.
     virtual void open(Database& database);
 };
 

@@ -68,8 +68,7 @@ public:
     /// Writes the content, behind its length in 32 bits if asked for, where the stream stands. The results of
     /// the writes are not examined.
     /// @throws Qel::Exception::FileWriteException "Unable to write to file" if the stream's end-of-file
-    /// indicator is
-    ///         set, which no stream that is written to has.
+    ///         indicator is set, which no stream that is written to has.
     void Write(std::FILE* stream, bool withLength) const;
 
     /// Frees the buffer. The other fields stay: they then describe a buffer that is gone.

@@ -11,8 +11,7 @@ public:
 
     /// If zlib fails, the block is left empty and its content is lost without a report.
     /// @throws Qel::Exception::MemoryAllocationException if there is no memory for the compressed content;
-    /// the block
-    ///         is then empty and its content lost.
+    ///         the block is then empty and its content lost.
     void operator()(Block& block) override;
 
 private:

@@ -59,17 +59,16 @@ public:
 
     /// Writes out every full block that is freezable and frees its memory. Costs the number of such blocks.
     /// @throws Qel::Exception::NotYetImplemented if a block ahead of one is still in memory: a block's place
-    /// rests on
-    ///         the lengths of all blocks ahead of it.
+    ///         rests on the lengths of all blocks ahead of it.
     /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the stream can't be
-    /// positioned.
+    ///         positioned.
     void FlushFrozen(std::FILE* stream);
 
     /// Compresses a block if it is flagged so, writes it at its place and frees its memory. A freezable block
     /// is frozen from then on.
     /// @throws Qel::Exception::InvalidObjectState for a frozen block.
     /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the stream can't be
-    /// positioned.
+    ///         positioned.
     void WriteBufferToFileStream(std::uint64_t id, std::FILE* stream);
 
     /// Writes an Index Block with the present state of the 200 entries behind it.

@@ -23,10 +23,9 @@ public:
 
     /// Opens a file for writing. An existing one is emptied at once if `overwrite` is set.
     /// @throws Qel::Exception::FileOpenException "File exists." if the path exists and `overwrite` is not
-    /// set.
+    ///         set.
     /// @throws Qel::Exception::MiscelleneousException "File stream is already in use" if a file is open,
-    /// which stays
-    ///         so, or with the path if it can't be opened.
+    ///         which stays so, or with the path if it can't be opened.
     void OpenFileForWriting(const std::string& path, bool overwrite);
 
     /// Opens a file in one of `fopen`'s modes, without a buffer of the runtime's: what is written is on disk

@@ -29,8 +29,8 @@ enum : std::uint32_t {
     LastElementResult = 19
 };
 
-constexpr std::string_view PartElements =
-    "Part Elements"; ///< Of the types of connectivity, but ids of elements.
+/// Of the types of connectivity, but ids of elements.
+constexpr std::string_view PartElements = "Part Elements";
 
 bool isWithin(const Dataset& dataset, std::uint32_t first, std::uint32_t last) {
     return dataset.variableType >= first && dataset.variableType <= last;

@@ -20,8 +20,8 @@ class ExodusOutput {
 public:
     static constexpr std::size_t LongestName = 255; ///< Of a block or a variable.
     static constexpr std::size_t LongestTitle = MAX_LINE_LENGTH;
-    static constexpr std::size_t LongestText =
-        MAX_STR_LENGTH; ///< Of an element type or a field of a QA record.
+    /// Of an element type or a field of a QA record.
+    static constexpr std::size_t LongestText = MAX_STR_LENGTH;
 
     struct Layout {
         std::string title;

@@ -102,7 +102,7 @@ std::optional<std::uint64_t> BlockWalk::findNext(const BlockAttempt& failed) {
 }
 
 /// @return what stands there, if it is an index table, or the zeros of one that was never filled in, with a
-/// block behind.
+///         block behind.
 std::optional<std::string> BlockWalk::findTable(std::uint64_t position) {
     const auto end = position + TableSize;
     if (!canBeginBlock(source, end))

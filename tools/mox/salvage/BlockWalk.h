@@ -39,8 +39,9 @@ public:
     /// @param progress Called with the share of the work that is done, from 0 to 1.
     /// @throws Failure if a file can't be written.
     /// @throws MoxReader::Error ReadFailed.
-    /// @par Cost Time in proportion to the file and to what its blocks hold; memory for the lists alone.
-    ///           Attempts that come to nothing have a budget. When it is used up, the walk ends.
+    /// @par Cost
+    /// Time in proportion to the file and to what its blocks hold; memory for the lists alone. Attempts that
+    /// come to nothing have a budget. When it is used up, the walk ends.
     void run(const std::function<void(double)>& progress);
 
     /// In the order of the file.

@@ -17,7 +17,7 @@ public:
     /// @param file  As the person gave it.
     /// @param state What is wrong with the file, in words.
     /// @param index Gives the blocks their names, as far as it can be read. Stays alive, as does the walk,
-    /// which has run.
+    ///              which has run.
     SalvageReport(std::string file, std::string state, const MoxReader::RawIndex& index,
                   const BlockWalk& walk);
 

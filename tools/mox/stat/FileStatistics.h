@@ -10,8 +10,8 @@ namespace MoxTool {
 /// Where the bytes of a file go. Reads the index and the model's descriptors, no numbers.
 struct FileStatistics {
     TallyList blocks; ///< By block name, and one row for the header and the index. Adds up to the file.
-    TallyList
-        datasets; ///< By dataset name over all geometries and steps, and what else the numbers' stream has.
+    /// By dataset name over all geometries and steps, and what else the numbers' stream has.
+    TallyList datasets;
     TallyList steps; ///< By step name; datasets without a step have the empty name.
 
     static constexpr const char* Index = "(header and index)";

@@ -10,8 +10,8 @@ struct Tally {
     std::uint64_t links = 0;   ///< Datasets that share the numbers of others.
     std::uint64_t content = 0; ///< Bytes before compression.
     double stored = 0;         ///< Bytes in the file.
-    std::uint64_t shared =
-        0; ///< Bytes before compression that the links would take with numbers of their own.
+    /// Bytes before compression that the links would take with numbers of their own.
+    std::uint64_t shared = 0;
 
     Tally& operator+=(const Tally& other);
 };

@@ -13,7 +13,7 @@ namespace Qel::Mox2::Adder {
 
 /// Merges a list of paths into the tree; see Model::addAssemblyComponents().
 /// @tparam Paths  `std::vector<std::string>`, or `std::map<std::string, AttributeMap>` for paths with
-/// attributes.
+///                attributes.
 /// @tparam Result IdArray.
 template <typename Paths, typename Result>
 class Components final : public Base::Modifier<Database> {

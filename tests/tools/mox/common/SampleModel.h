@@ -10,7 +10,7 @@
 ///     Assembly, Group 1, moved by (1, 2, 3), with three attributes
 ///         Cube, Shape 2, red
 ///             Cube, Geometry 3: Coordinates (with numbers that are not finite); Temperature at two steps,
-///             the second a link
+///                 the second a link
 ///         a Group 4 whose name has control characters and a letter of two bytes
 inline void saveSampleModel(const std::string& path) {
     namespace Mox = Qel::Mox2;

@@ -288,8 +288,8 @@ TEST_F(DiffCommand, MissingOrDamagedFileIsTroubleAndNamed) {
 TEST_F(DiffCommand, NumbersThatCannotBeReadAreTroubleAndNoDifference) {
     saveDataset("a.mox", {1, 1, 1});
     auto damaged = folder.read("a.mox");
-    auto& byte =
-        damaged[2800 + 4 + 2 + 3]; // The first block holds the numbers: length word, zlib header, bytes.
+    // The first block holds the numbers: length word, zlib header, bytes.
+    auto& byte = damaged[2800 + 4 + 2 + 3];
     byte = static_cast<char>(byte ^ 0x10);
     folder.write("b.mox", damaged);
     const auto run = diff();

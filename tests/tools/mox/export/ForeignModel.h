@@ -9,9 +9,10 @@
 ///
 ///     Assembly
 ///         Faces, moved by (10, 0, 0) and stretched by 2 along x: a quadrangle, a triangle and a quadrangle,
-///         with the result Thickness that has no step Cube, of eight nodes: Stress of six values at the step
-///         "Load" of time 0.1 (exactly); Displacement of six values at the step "Mode 1" of 12.5 Hz Empty,
-///         without anything
+///             with the result Thickness that has no step
+///         Cube, of eight nodes: Stress of six values at the step "Load" of time 0.1 (exactly);
+///             Displacement of six values at the step "Mode 1" of 12.5 Hz
+///         Empty, without anything
 inline void saveForeignModel(const std::string& path) {
     namespace Mox = Qel::Mox2;
     Mox::Model model;

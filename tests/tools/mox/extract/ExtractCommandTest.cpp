@@ -163,8 +163,8 @@ TEST_F(ExtractCommand, ExistingFolderIsLeftAlone) {
 
 TEST_F(ExtractCommand, DamagedNumbersLeaveNothingBehind) {
     auto damaged = folder.read("model.mox");
-    auto& byte =
-        damaged[2800 + 4 + 2 + 3]; // The first block holds the numbers: length word, zlib header, bytes.
+    // The first block holds the numbers: length word, zlib header, bytes.
+    auto& byte = damaged[2800 + 4 + 2 + 3];
     byte = static_cast<char>(byte ^ 0x10);
     folder.write("model.mox", damaged);
     const auto all = extract({"--all", folder.path("out")});
