@@ -8,7 +8,8 @@ namespace MoxTool {
 
 class Terminal;
 
-/// One subcommand of `mox`. A new one is a class of its own and one line in Commands.cpp.
+/// One subcommand of `mox`. A new one is a class in a folder of its own, a name in the list of Commands.cpp,
+/// sources in CMakeLists.txt, and examples in Application.cpp.
 class Command {
 public:
     Command() = default;

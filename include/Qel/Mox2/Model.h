@@ -36,6 +36,9 @@ class Database;
 /// failure is an exception of Qel/Exception/Exception.h or of the standard library. The result of writing to
 /// the disk is not examined: check the finished file.
 ///
+/// When memory runs out, a call throws `std::bad_alloc` or Qel::Exception::MemoryAllocationException and can
+/// be made again; addArrayProperty() and close() say what can be lost.
+///
 /// @par Threads
 /// One thread at a time for a model. addArrayProperty() must not run on two threads at once, not even for two
 /// models.
@@ -64,8 +67,9 @@ public:
     /// @throws Qel::Exception::FileOpenException "File exists." if the file exists and must not be replaced.
     /// @throws Qel::Exception::MiscelleneousException with the path if the file can't be opened.
     ///
-    /// After the last two the model is Open without a file: all calls work, close() writes nothing and makes
-    /// the model Empty.
+    /// After the last two the model is Open without a file: close() writes nothing and makes the model Empty.
+    /// Until then nodes can be added, and arrays too, but once these fill a block of the file,
+    /// addArrayProperty() throws Qel::Exception::FileWriteException "Saving the buffer failed".
     void saveTo(const std::string& path, const SaverOptions& options);
 
     /// Writes all that is still in memory, completes the file and closes it. The model is then Empty. Does
@@ -74,7 +78,12 @@ public:
     /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the file can't be positioned.
     /// @throws Qel::Exception::MemoryAllocationException if a block can't be compressed for lack of memory.
     ///
-    /// After an exception the model is still Open, the file is incomplete, and close() can be called again.
+    /// After an exception the model is still Open and its file can't be saved any more. close() can be called
+    /// again, but what comes out is damaged, and once blocks have gone out it fails each time; the destructor
+    /// then ends the process. Save anew, through another model.
+    ///
+    /// If zlib itself gets no memory for a block, the block's content is lost without an exception; the
+    /// finished file shows a compressed block of length 0.
     ///
     /// @par Cost
     /// One pass over the tree; every block still in memory is compressed on this thread.
@@ -98,7 +107,8 @@ public:
     /// @throws Qel::Exception::InvalidArguments if an attribute is of a kind that a file can't keep.
     /// @throws Qel::Exception::KeyNotFound if addArrayProperty() left an unknown id current.
     ///
-    /// No node is added by a call that fails.
+    /// No node is added by a call that fails, except that a Shape below another node stays, without its
+    /// geometry, as the current node when there is memory for the one and not for the other.
     unsigned int addNode(NodeType type, const std::string& name,
                          const Attributes& attributes = emptyAttributes());
 
@@ -198,9 +208,15 @@ public:
     /// @throws Qel::Exception::UnderflowError for a negative number of rows or ids.
     /// @throws Qel::Exception::KeyNotFound for an id that is not in the tree; it is then the current one.
     /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the file can't be positioned.
+    /// @throws Qel::Exception::MemoryAllocationException if there is no memory for the numbers, or for
+    ///         compressing a block that earlier calls have filled.
     ///
-    /// After the last two, and after a refused attribute, the numbers are in the file, and the ids and steps
-    /// before the failing one refer to them.
+    /// After KeyNotFound and after a refused attribute the numbers are in the file, and the ids and steps
+    /// before the failing one refer to them. After FileWriteException nothing refers to them.
+    ///
+    /// Arrays that earlier calls gave are lost when memory runs out while their block is compressed, here or
+    /// in close(): with MemoryAllocationException, or without any exception if zlib itself gets no memory.
+    /// Nothing in the file needs to show it: the numbers of later arrays can take their place. Save anew.
     ///
     /// @par Cost
     /// One pass over the numbers, whatever the number of ids and steps; full blocks are compressed and

@@ -9,7 +9,8 @@ struct NodesWithSameName {
     bool operator()(const Node* left, const Node* right) const;
 };
 
-/// Takes two nodes for equal if their names are, so that a plain Node can be looked for.
+/// Takes two nodes for equal if their names are, so that a plain Node can serve as the probe of
+/// QelAdt::Tree::MoveToChild(). Lookups by path don't come here: they ask the ChildIndex.
 struct VirtualNodesWithSameName {
     bool operator()(const Node* left, const Node* right) const;
 };
