@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Qel/Tnf/Format.h>
+
 #include <array>
 #include <string>
 #include <string_view>
@@ -41,8 +43,8 @@ inline constexpr std::string_view GeometryWithNumbers = "0.5";
 inline constexpr std::string_view GeometryWithNarrowPositions = "0.6";
 inline constexpr std::string_view GeometryVersion = "0.7";
 
-/// The version of the file format.
-inline constexpr std::string_view FileVersion = "1.3";
+/// The version of the file format, which the container writes.
+inline constexpr std::string_view FileVersion = QelTnf::Format::Version;
 /// The last file version whose positions had 32 bits.
 inline constexpr std::string_view NarrowFileVersion = "0.6";
 

@@ -2,8 +2,7 @@
 
 #include <Qel/Exception/Throw.h>
 
-#include <array>
-#include <cstddef>
+#include <optional>
 #include <string_view>
 
 namespace Qel::Mox2 {
@@ -18,55 +17,91 @@ struct DatasetTypeRow {
     VariableType variableType;
 };
 
-// By the numbers of DatasetType.
-constexpr std::array<DatasetTypeRow, 31> DatasetTypes = {{
-    {1, "Connectivity", VariableType::Connectivity0},
-    {1, "Connectivity", VariableType::Connectivity1},
-    {1, "Connectivity", VariableType::Connectivity2},
-    {1, "Polylength", VariableType::Polylength},
-    {1, "Polylength", VariableType::Polylength},
-    {1, "Polylength", VariableType::Polylength},
-    {1, "Part Elements", VariableType::Connectivity0},
-    {1, "Part Elements", VariableType::Connectivity1},
-    {1, "Part Elements", VariableType::Connectivity2},
-    {3, "Coordinates", VariableType::Coordinates},
-    {1, {}, VariableType::NodeScalar},
-    {3, {}, VariableType::NodeVector},
-    {6, {}, VariableType::NodeSixA},
-    {6, {}, VariableType::NodeSixB},
-    {1, {}, VariableType::ElementScalar},
-    {3, {}, VariableType::ElementVector},
-    {6, {}, VariableType::ElementSixA},
-    {6, {}, VariableType::ElementSixB},
-    {1, {}, VariableType::ThirdScalar},
-    {3, {}, VariableType::ThirdVector},
-    {6, {}, VariableType::ThirdSixA},
-    {6, {}, VariableType::ThirdSixB},
-    {1, {}, VariableType::FourthScalarA},
-    {1, {}, VariableType::FourthScalarB},
-    {3, {}, VariableType::FourthVector},
-    {6, {}, VariableType::FourthSixA},
-    {6, {}, VariableType::FourthSixB},
-    {1, "Node Ids", VariableType::NodeScalar},
-    {1, "Element IDs", VariableType::ElementScalar},
-    {3, "Displacement", VariableType::NodeVector},
-    {6, "Displacement", VariableType::NodeSixA},
-}};
+// A dataset type without its row does not compile.
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic error "-Wswitch"
+#endif
 
-// The row of a type, null for an unknown one.
-constexpr const DatasetTypeRow* rowOf(DatasetType type) {
-    const auto number = static_cast<std::size_t>(static_cast<unsigned int>(type));
-    return number < DatasetTypes.size() ? &DatasetTypes[number] : nullptr;
+// Nothing for a number that is none of a type.
+constexpr std::optional<DatasetTypeRow> rowOf(DatasetType type) {
+    switch (type) {
+    case Connectivity0:
+        return DatasetTypeRow{1, "Connectivity", VariableType::Connectivity0};
+    case Connectivity1:
+        return DatasetTypeRow{1, "Connectivity", VariableType::Connectivity1};
+    case Connectivity2:
+        return DatasetTypeRow{1, "Connectivity", VariableType::Connectivity2};
+    case Polylength0:
+        return DatasetTypeRow{1, "Polylength", VariableType::Polylength};
+    case Polylength1:
+        return DatasetTypeRow{1, "Polylength", VariableType::Polylength};
+    case Polylength2:
+        return DatasetTypeRow{1, "Polylength", VariableType::Polylength};
+    case PartElements0:
+        return DatasetTypeRow{1, "Part Elements", VariableType::Connectivity0};
+    case PartElements1:
+        return DatasetTypeRow{1, "Part Elements", VariableType::Connectivity1};
+    case PartElements2:
+        return DatasetTypeRow{1, "Part Elements", VariableType::Connectivity2};
+    case Coordinates:
+        return DatasetTypeRow{3, "Coordinates", VariableType::Coordinates};
+    case NodeScalar:
+        return DatasetTypeRow{1, {}, VariableType::NodeScalar};
+    case NodeVector:
+        return DatasetTypeRow{3, {}, VariableType::NodeVector};
+    case NodeSixA:
+        return DatasetTypeRow{6, {}, VariableType::NodeSixA};
+    case NodeSixB:
+        return DatasetTypeRow{6, {}, VariableType::NodeSixB};
+    case ElementScalar:
+        return DatasetTypeRow{1, {}, VariableType::ElementScalar};
+    case ElementVector:
+        return DatasetTypeRow{3, {}, VariableType::ElementVector};
+    case ElementSixA:
+        return DatasetTypeRow{6, {}, VariableType::ElementSixA};
+    case ElementSixB:
+        return DatasetTypeRow{6, {}, VariableType::ElementSixB};
+    case ThirdScalar:
+        return DatasetTypeRow{1, {}, VariableType::ThirdScalar};
+    case ThirdVector:
+        return DatasetTypeRow{3, {}, VariableType::ThirdVector};
+    case ThirdSixA:
+        return DatasetTypeRow{6, {}, VariableType::ThirdSixA};
+    case ThirdSixB:
+        return DatasetTypeRow{6, {}, VariableType::ThirdSixB};
+    case FourthScalarA:
+        return DatasetTypeRow{1, {}, VariableType::FourthScalarA};
+    case FourthScalarB:
+        return DatasetTypeRow{1, {}, VariableType::FourthScalarB};
+    case FourthVector:
+        return DatasetTypeRow{3, {}, VariableType::FourthVector};
+    case FourthSixA:
+        return DatasetTypeRow{6, {}, VariableType::FourthSixA};
+    case FourthSixB:
+        return DatasetTypeRow{6, {}, VariableType::FourthSixB};
+    case NodeIds:
+        return DatasetTypeRow{1, "Node Ids", VariableType::NodeScalar};
+    case ElementIds:
+        return DatasetTypeRow{1, "Element IDs", VariableType::ElementScalar};
+    case DisplacementVector:
+        return DatasetTypeRow{3, "Displacement", VariableType::NodeVector};
+    case DisplacementSix:
+        return DatasetTypeRow{6, "Displacement", VariableType::NodeSixA};
+    }
+    return std::nullopt;
 }
 
-static_assert(rowOf(DisplacementSix) == &DatasetTypes.back());
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
 
 } // namespace
 
 template <typename DataT>
 unsigned char ArrayProperty<DataT>::widthFrom(DatasetType type) {
-    const DatasetTypeRow* const row = rowOf(type);
-    if (row == nullptr) {
+    const std::optional<DatasetTypeRow> row = rowOf(type);
+    if (!row) {
         QEL_THROW(Exception::InvalidArguments("Can't guess result width for specified type"));
     }
     return row->width;
@@ -74,8 +109,8 @@ unsigned char ArrayProperty<DataT>::widthFrom(DatasetType type) {
 
 template <typename DataT>
 std::string ArrayProperty<DataT>::nameFrom(DatasetType type) {
-    const DatasetTypeRow* const row = rowOf(type);
-    if (row == nullptr || row->defaultName.empty()) {
+    const std::optional<DatasetTypeRow> row = rowOf(type);
+    if (!row || row->defaultName.empty()) {
         QEL_THROW(Exception::InvalidArguments("Can't guess result name for specified type"));
     }
     return std::string(row->defaultName);
@@ -83,8 +118,8 @@ std::string ArrayProperty<DataT>::nameFrom(DatasetType type) {
 
 template <typename DataT>
 QelMox::Geometry::VariableType ArrayProperty<DataT>::geomTypeFrom(DatasetType type) {
-    const DatasetTypeRow* const row = rowOf(type);
-    if (row == nullptr) {
+    const std::optional<DatasetTypeRow> row = rowOf(type);
+    if (!row) {
         QEL_THROW(Exception::InvalidArguments("Can't guess result type for specified type"));
     }
     return row->variableType;
