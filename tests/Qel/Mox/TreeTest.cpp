@@ -2,6 +2,7 @@
 
 #include "Qel/Mox/StreamContent.h"
 #include "Qel/Support/CapturedStream.h"
+#include "Qel/Support/RecordedLog.h"
 #include "Support/Bytes.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Thrown.h"
@@ -347,6 +348,75 @@ TEST_F(MoxTree, EmptyDatasetHasAPositionAndMakesNoBlock) {
     EXPECT_TRUE(tree.File.GetIndex().GetBlockInfos().empty());
     EXPECT_EQ(tree.WriteStreamDataset(&number, 1, 1), 0U);
     EXPECT_EQ(tree.WriteStreamDataset(&number, 0, 3), 4U);
+}
+
+// --- The log
+
+Support::LogLines linesOf(const std::string& function, const std::vector<std::string>& texts) {
+    return Support::linesOf("Qel/Mox/Tree", "QelMox::Tree::" + function, texts);
+}
+
+TEST_F(MoxTreeFile, SetStreamFileLogsThePathBeforeItOpensTheFile) {
+    const Support::RecordedLog log;
+    open(1);
+    EXPECT_EQ(log.lines(), Support::LogLines());
+    const int mode = 0;
+    const std::string unopenable = folder.path("missing/model.mox");
+    EXPECT_THROW(tree.SetStreamFile(unopenable, 1, &mode), Qel::Exception::MiscelleneousException);
+    open();
+    EXPECT_EQ(log.lines(), linesOf("SetStreamFile", {"Setting mox file \"" + unopenable + "\"",
+                                                     "Setting mox file \"" + path + "\""}));
+}
+
+TEST_F(MoxTree, DatasetIsLoggedWithTheNumberOfItsValuesItsWidthAndTheirSize) {
+    const std::array<float, 195> floats = {};
+    const std::array<unsigned int, 2> integers = {};
+    const Support::RecordedLog log;
+    tree.WriteStreamDataset(floats.data(), 3, 65); // "A", were it taken for a character.
+    ASSERT_GE(log.lines().size(), 1U);
+    EXPECT_EQ(Support::LogLines{log.lines().front()},
+              linesOf("WriteStreamDataset", {"Writing Dataset of size 195 width 65 datatype size 4"}));
+    const std::size_t first = log.lines().size();
+    tree.WriteStreamDataset(integers.data(), 2, 1);
+    ASSERT_GT(log.lines().size(), first);
+    EXPECT_EQ(Support::LogLines{log.lines()[first]},
+              linesOf("WriteStreamDataset", {"Writing Dataset of size 2 width 1 datatype size 4"}));
+}
+
+TEST_F(MoxTree, EmptyDatasetIsLoggedAsAnyOther) {
+    const float number = 1;
+    const Support::RecordedLog log;
+    tree.WriteStreamDataset(&number, 0, 3);
+    EXPECT_EQ(log.lines(),
+              linesOf("WriteStreamDataset", {"Writing Dataset of size 0 width 3 datatype size 4"}));
+}
+
+TEST_F(MoxTree, SaveOfTheTreeIsLoggedAtItsStartAndItsEndWithTrailingBlanks) {
+    const Support::RecordedLog log;
+    tree.SaveTree(tree.File);
+    EXPECT_EQ(log.lines(), linesOf("SaveTree", {"Saving mox tree ... ", "Mox tree saved. "}));
+}
+
+TEST_F(MoxTree, SaveOfTheTreeThatFailsLogsItsStartAlone) {
+    tree.SetRootGroup("r", {});
+    tree.AddShapeNode("s");
+    dynamic_cast<Geometry&>(*tree.GetCurrentNode().data).FindOrAddDataset("key");
+    const Support::RecordedLog log;
+    EXPECT_THROW(tree.SaveTree(tree.File), KeyNotFound);
+    EXPECT_EQ(log.lines(), linesOf("SaveTree", {"Saving mox tree ... "}));
+}
+
+TEST_F(MoxTree, SaveOfTheGlobalInformationIsLoggedAtItsStartAndItsEnd) {
+    const Support::RecordedLog log;
+    tree.SaveGlobalInfo(tree.File, "");
+    EXPECT_EQ(log.lines(),
+              linesOf("SaveGlobalInfo", {"Saving global information ...", "Global information saved."}));
+}
+
+TEST_F(MoxTree, SaveFileWithoutOpenFileLogsNothing) {
+    const Support::RecordedLog log;
+    tree.SaveFile(tree.File, "");
+    EXPECT_EQ(log.lines(), Support::LogLines());
 }
 
 // --- Attribute records

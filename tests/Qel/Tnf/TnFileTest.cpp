@@ -4,6 +4,7 @@
 #include "Qel/Support/BlockSizeGuard.h"
 #include "Qel/Support/Blocks.h"
 #include "Qel/Support/CapturedStream.h"
+#include "Qel/Support/RecordedLog.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Thrown.h"
 
@@ -111,9 +112,31 @@ TEST_F(TnFile, PathThatCanNotBeOpenedIsNamedAndAnotherCanBeOpened) {
     EXPECT_NO_THROW(file.OpenFileForWriting(path, false));
 }
 
-TEST_F(TnFile, CloseOfAClosedFileDoesNothing) {
+Support::LogLines closing(const std::vector<std::string>& texts) {
+    return Support::linesOf("Qel/Tnf/TnFile", "QelTnf::TnFile::CloseFile", texts);
+}
+
+TEST_F(TnFile, CloseOfAClosedFileLogsItsStartAndDoesNothing) {
+    const Support::RecordedLog log;
     EXPECT_NO_THROW(file.CloseFile());
     EXPECT_EQ(file.GetStream(), nullptr);
+    EXPECT_EQ(log.lines(), closing({"Closing file ..."}));
+}
+
+TEST_F(TnFile, CloseOfAnOpenFileLogsItsStartAndItsEndAndOpeningNothing) {
+    const Support::RecordedLog log;
+    file.OpenFileForWriting(path, false);
+    EXPECT_EQ(log.lines(), Support::LogLines());
+    file.CloseFile();
+    EXPECT_EQ(log.lines(), closing({"Closing file ...", "File closed."}));
+}
+
+TEST_F(TnFile, DestructorClosesTheFileOnce) {
+    auto other = std::make_unique<QelTnf::TnFile>();
+    other->OpenFileForWriting(path, false);
+    const Support::RecordedLog log;
+    other.reset();
+    EXPECT_EQ(log.lines(), closing({"Closing file ...", "File closed."}));
 }
 
 TEST_F(TnFile, CloseTwiceIsSafe) {
