@@ -5,6 +5,7 @@
 #include "Qel/Support/Blocks.h"
 #include "Qel/Support/CapturedStream.h"
 #include "Qel/Support/RecordedLog.h"
+#include "Support/AddressSanitizer.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Thrown.h"
 
@@ -329,13 +330,7 @@ TEST_F(TnFile, FullDiskPassesUnseen) {
 }
 
 // The address sanitizer ends the process where operator new fails.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool operatorNewCanFail = false;
-#elif defined(__has_feature)
-constexpr bool operatorNewCanFail = !__has_feature(address_sanitizer);
-#else
-constexpr bool operatorNewCanFail = true;
-#endif
+constexpr bool operatorNewCanFail = SUPPORT_ADDRESS_SANITIZER == 0;
 
 TEST_F(TnFileDatasets, CopyThatGetsNoMemoryIsBadAllocWithTheFlagsSetAndNothingPut) {
     if (!Support::AddressSpaceLimit::isAvailable() || !operatorNewCanFail) {
