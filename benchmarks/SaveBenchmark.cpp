@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -22,7 +23,10 @@ using namespace Qel::Mox2;
 
 class TemporaryFile {
 public:
-    TemporaryFile() : path((std::filesystem::temp_directory_path() / "moxwriter-benchmark.mox").string()) {}
+    TemporaryFile()
+        : path((std::filesystem::temp_directory_path() /
+                ("moxwriter-benchmark-" + std::to_string(std::random_device()()) + ".mox"))
+                   .string()) {}
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile() { std::filesystem::remove(path); }

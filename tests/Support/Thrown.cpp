@@ -41,6 +41,9 @@ testing::AssertionResult matches(const Qel::Exception::Exception& caught, const 
     if (infoOr<boost::throw_line>(caught, 0) <= 0) {
         differences << "no line\n";
     }
+    if (boost::get_throw_location(caught).column() == 0) {
+        differences << "no column\n";
+    }
     return differences.str().empty() ? testing::AssertionSuccess()
                                      : testing::AssertionFailure() << differences.str();
 }

@@ -312,15 +312,42 @@ TEST_F(ArrayProperty, NumbersAreWrittenOnceForManyIdsAndSteps) {
 }
 
 TEST_F(ArrayProperty, CallersObjectsAreNotChanged) {
-    Numbers data({1, 2, 3});
+    const std::string name = "T";
+    const Numbers column({1, 2, 3});
+    const Array2d<unsigned int> table(2, 3, {10, 20, 30, 40, 50, 60});
     const Ids ids({First, Second});
-    StepList steps = stepsOf({"A"});
-    model.addArrayProperty("T", NodeScalar, data, ids, steps, attribute("unit", "mm"));
-    EXPECT_EQ(data[0], 1.0F);
-    EXPECT_EQ(data[2], 3.0F);
+    Step step = stepOf("A");
+    step.attributes.set("time", 0.5F);
+    step.attributes.set("Link.dropped", 1);
+    StepList steps(1);
+    steps.set(0, step);
+    Attributes attributes = attribute("unit", "mm");
+    attributes.set("Complex", 1);
+    model.addArrayProperty(name, NodeScalar, column, ids, steps, attributes);
+    model.addArrayProperty("U", NodeVector, table, ids, step, attributes);
+    EXPECT_EQ(name, "T");
+    ASSERT_EQ(column.size(), 3U);
+    EXPECT_EQ(std::vector<float>(&column[0], &column[0] + 3), (std::vector<float>{1, 2, 3}));
+    ASSERT_EQ(table.rows(), 2U);
+    ASSERT_EQ(table.cols(), 3U);
+    EXPECT_EQ(std::vector<unsigned int>(&table(0, 0), &table(0, 0) + 6),
+              (std::vector<unsigned int>{10, 20, 30, 40, 50, 60}));
+    ASSERT_EQ(ids.size(), 2U);
     EXPECT_EQ(ids[0], 3U);
     EXPECT_EQ(ids[1], 5U);
     EXPECT_EQ(steps[0].name, "A");
+    EXPECT_EQ(step.name, "A");
+    // Groups keep all attributes, and so tell what the objects still hold.
+    model.setCurrentNodeId(RootId);
+    const std::vector<Attributes> held = {attributes, step.attributes, steps[0].attributes};
+    for (const Attributes& each : held) {
+        model.addNode(Group, "probe", each);
+    }
+    const SavedModel file = saved();
+    const MoxReader::Attributes ofStep = {{"Link.dropped", 1U}, {"time", 0.5F}};
+    EXPECT_EQ(file.group(6).attributes, (MoxReader::Attributes{{"Complex", 1U}, {"unit", "mm"}}));
+    EXPECT_EQ(file.group(7).attributes, ofStep);
+    EXPECT_EQ(file.group(8).attributes, ofStep);
 }
 
 TEST_F(ArrayProperty, NumbersHaveLeftTheCallersHandsWhenTheCallReturns) {
@@ -482,10 +509,32 @@ TEST_F(ArrayProperty, EntryThatWasALinkStaysOneWithItsOldTarget) {
 
 TEST_F(ArrayProperty, EntryThatWasALinkTakesANewTargetAsALaterPair) {
     model.addArrayProperty("T", NodeScalar, three, Ids({First, Second}), Step());
-    model.addArrayProperty("U", NodeScalar, three, First, Step());
-    model.addArrayProperty("T", NodeScalar, three, Ids({First, Second}), stepsOf({"", ""}));
+    model.addArrayProperty("T", ElementScalar, Numbers({7, 8}), Second, stepsOf({"S", ""}));
+    SavedModel file = saved();
+    ASSERT_THAT(file.datasets(Second), SizeIs(2));
+    const Dataset& former = file.datasets(Second)[0];
+    EXPECT_EQ(former.key, "T");
+    expectLink(former, Second, 1);
+    EXPECT_EQ(former.variableType, 16U);
+    EXPECT_THAT(file.floats(former), ElementsAre(7, 8));
+}
+
+// What the test above starts from.
+TEST_F(ArrayProperty, LinkThatIsNotUsedAgainKeepsItsTarget) {
+    model.addArrayProperty("T", NodeScalar, three, Ids({First, Second}), Step());
+    model.addArrayProperty("T", ElementScalar, Numbers({7, 8}), Second, stepsOf({"S", "R"}));
     const SavedModel file = saved();
     expectLink(file.datasets(Second).at(0), First, 0);
+}
+
+TEST_F(ArrayProperty, EmptyNameGivesAKeyOfTheSeparatorAndTheStepOrAnEmptyOne) {
+    model.addArrayProperty("", NodeScalar, three, First, stepOf("A"));
+    model.addArrayProperty("", NodeScalar, three, First, Step());
+    const SavedModel file = saved();
+    ASSERT_THAT(file.datasets(First), SizeIs(2));
+    EXPECT_EQ(file.datasets(First)[0].key, std::string("\x1e"
+                                                       "A"));
+    EXPECT_EQ(file.datasets(First)[1].key, "");
 }
 
 TEST_F(ArrayProperty, TwoUnnamedStepsGiveAnEntryThatLinksToItself) {

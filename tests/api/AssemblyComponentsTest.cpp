@@ -118,9 +118,12 @@ TEST_F(AssemblyComponents, NodesMadeHereHaveDefaultsAndNoAttributes) {
     const SavedModel file = saved();
     for (const unsigned int id : {1U, 2U}) {
         EXPECT_EQ(file.group(id).kind, 0);
+        EXPECT_EQ(file.group(id).translation, (std::array<float, 3>{0, 0, 0}));
+        EXPECT_EQ(file.group(id).rotation, (std::array<float, 4>{0, 0, 1, 0}));
         EXPECT_EQ(file.group(id).scale, (std::array<float, 3>{1, 1, 1}));
         EXPECT_THAT(file.group(id).attributes, IsEmpty());
     }
+    EXPECT_EQ(file.material(3).diffuse, (std::array<float, 4>{0.8F, 0.8F, 0.8F, 1}));
     EXPECT_THAT(file.datasets(4), IsEmpty());
 }
 
@@ -203,9 +206,15 @@ TEST_F(AssemblyComponents, RunsOfSeparatorsNameOneNode) {
     EXPECT_THAT(add({"/a//b", "/a/b", "/a/b//", "/a/b/"}), ElementsAre(3U, 3U, 4U, 4U));
 }
 
-TEST_F(AssemblyComponents, EachCharacterOfTheSeparatorSplits) {
+TEST_F(AssemblyComponents, RepeatedCharacterOfTheSeparatorSplitsAlsoAlone) {
     EXPECT_THAT(add({"::a::b", "::a:b", "::a::c::"}, "::"), ElementsAre(3U, 3U, 4U));
     EXPECT_THAT(savedNodes(), ElementsAre("0:Group a", "1:Shape b", "2:Geometry b", "1:Group c"));
+}
+
+TEST_F(AssemblyComponents, EachCharacterOfTheSeparatorSplits) {
+    EXPECT_THAT(add({"|:a|b:c|:d", "|:a:b|c|:e|:", "|:a|:b|:c|:f:g"}, "|:"), ElementsAre(5U, 6U, 9U));
+    EXPECT_THAT(savedNodes(), ElementsAre("0:Group a", "1:Group b", "2:Group c", "3:Shape d", "4:Geometry d",
+                                          "3:Group e", "3:Group f", "7:Shape g", "8:Geometry g"));
 }
 
 TEST_F(AssemblyComponents, StartIsComparedWithTheWholeSeparator) {
@@ -241,7 +250,8 @@ TEST_F(AssemblyComponents, RelativePathMakesNoRoot) {
 TEST_F(AssemblyComponents, PathBelowAnotherRootIsNotYetImplementedAndLeavesNothing) {
     model.addNode(Group, "a");
     EXPECT_TRUE(fails([&] { add({"/a/x/", "/x/y"}); }, otherRoot()));
-    EXPECT_THAT(savedNodes(), ElementsAre("0:Group a", "1:Group x"));
+    EXPECT_EQ(model.addNode(Group, "below x"), 3U);
+    EXPECT_THAT(savedNodes(), ElementsAre("0:Group a", "1:Group x", "2:Group below x"));
 }
 
 TEST_F(AssemblyComponents, RootMadeByAnEarlierPathIsKnownToTheLaterOnes) {
@@ -290,11 +300,20 @@ TEST_F(AssemblyComponents, AttributesOfAShapePathAreNotLookedAt) {
 TEST_F(AssemblyComponents, ArgumentsAreNotChanged) {
     Attributes attributes;
     attributes.set("unit", "mm");
-    const PathMap paths = {{"/a/b/", attributes}};
-    addMap(paths);
-    Attributes stillThere(paths.at("/a/b/"));
-    model.setNodeData(2, NodeProperties(), stillThere);
-    EXPECT_EQ(std::get<std::string>(saved().group(2).attributes.at("unit")), "mm");
+    const PathMap map = {{"/a/b/", attributes}, {"/a/c", Attributes()}};
+    const Paths paths = {"::a::d::", "", "::a::e", "::a::d::"};
+    const std::string separator = "::";
+    addMap(map);
+    add(paths, separator);
+    EXPECT_EQ(paths, (Paths{"::a::d::", "", "::a::e", "::a::d::"}));
+    EXPECT_EQ(separator, "::");
+    ASSERT_EQ(map.size(), 2U);
+    ASSERT_TRUE(map.contains("/a/c"));
+    model.setNodeData(1, NodeProperties(), map.at("/a/c"));
+    model.setNodeData(2, NodeProperties(), map.at("/a/b/"));
+    const SavedModel file = saved();
+    EXPECT_THAT(file.group(1).attributes, IsEmpty());
+    EXPECT_EQ(file.group(2).attributes, (MoxReader::Attributes{{"unit", "mm"}}));
 }
 
 } // namespace Api

@@ -56,7 +56,14 @@ TEST_F(AttributesValue, KeySetAgainHoldsTheLaterValueOfWhateverType) {
     Attributes attributes;
     attributes.set("k", 1.5F);
     attributes.set("k", "text");
-    EXPECT_EQ(savedFrom(attributes), (MoxReader::Attributes{{"k", "text"}}));
+    attributes.set("l", "text");
+    attributes.set("l", 1.5F);
+    attributes.set("m", std::vector<int>{1});
+    attributes.set("m", 7);
+    attributes.set("n", std::string("text"));
+    attributes.set("n", "literal");
+    EXPECT_EQ(savedFrom(attributes),
+              (MoxReader::Attributes{{"k", "text"}, {"l", 1.5F}, {"m", 7U}, {"n", "literal"}}));
 }
 
 TEST_F(AttributesValue, RefusedValueReplacedByAnotherGoesThrough) {
@@ -125,6 +132,8 @@ TEST_F(AttributesValue, OrderOfInsertionDoesNotMatter) {
     model.addNode(Group, "root", forward);
     model.addNode(Group, "child", backward);
     const std::vector<std::uint8_t> records = saved().stream("Attributes");
+    // Two keys, two kinds, one integer and one float, and no double and text, twice.
+    ASSERT_EQ(records.size(), 2 * (14U + 6U + 8U + 8U + 4U + 4U));
     const auto half = static_cast<std::ptrdiff_t>(records.size() / 2);
     EXPECT_EQ(std::vector<std::uint8_t>(records.begin(), records.begin() + half),
               std::vector<std::uint8_t>(records.begin() + half, records.end()));
@@ -136,7 +145,20 @@ TEST_F(AttributesValue, CopyIsDeep) {
     Attributes copy(original);
     copy.set("k", 2);
     copy.set("added", 3);
-    EXPECT_EQ(savedFrom(original), (MoxReader::Attributes{{"k", 1U}}));
+    model.addNode(Group, "root", original);
+    model.addNode(Group, "child", copy);
+    const SavedModel file = saved();
+    EXPECT_EQ(file.group(1).attributes, (MoxReader::Attributes{{"k", 1U}}));
+    EXPECT_EQ(file.group(2).attributes, (MoxReader::Attributes{{"added", 3U}, {"k", 2U}}));
+}
+
+TEST_F(AttributesValue, CopyHoldsAllThatTheOriginalHeld) {
+    Attributes original;
+    original.set("a", 1);
+    original.set("b", "text");
+    const Attributes copy(original);
+    original.set("a", 2);
+    EXPECT_EQ(savedFrom(copy), (MoxReader::Attributes{{"a", 1U}, {"b", "text"}}));
 }
 
 TEST_F(AttributesValue, AssignmentClearsTheTargetAndCopiesDeeply) {

@@ -88,7 +88,7 @@ TEST_F(ModelInPipeDeathTest, FailingCloseInTheDestructorEndsTheProcess) {
             model->saveTo(path, overwriting());
             model.reset();
         },
-        "");
+        "Saving the buffer failed");
 }
 
 TEST(ModelOnFullDevice, FailedWritesStayUnseen) {

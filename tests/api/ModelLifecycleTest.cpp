@@ -322,8 +322,8 @@ TEST_F(ModelLifecycle, SourceNameOfAnEarlierSaveIsForgotten) {
 
 // --- Assignment
 
-TEST_F(ModelLifecycle, AssignedModelReachesTheSameDatabaseAndOnlyOneOfThemIsDestroyed) {
-    // Neither is destroyed here, and assignment neither closes nor frees the former database of its target.
+// Of models that share a database only one may be destroyed; here none is.
+TEST_F(ModelLifecycle, AssignedModelReachesTheSameDatabase) {
     const MeantLeak meant;
     Model& target = *new Model;
     Model& source = *new Model;
@@ -334,6 +334,31 @@ TEST_F(ModelLifecycle, AssignedModelReachesTheSameDatabaseAndOnlyOneOfThemIsDest
     target.close();
     EXPECT_TRUE(fails([&] { source.addNode(Group, "root"); }, fileNotOpen()));
     EXPECT_EQ(SavedModel(path).nodeCount(), 2U);
+}
+
+TEST_F(ModelLifecycle, AssignmentNeitherClosesNorFreesTheFormerDatabase) {
+    const MeantLeak meant;
+    Model& target = *new Model;
+    Model& sharing = *new Model;
+    Model& source = *new Model;
+    target.saveTo(path, SaverOptions());
+    target.addNode(Group, "root");
+    sharing = target;
+    target = source;
+    EXPECT_EQ(bytesOf(path), TwelveBytes);
+    EXPECT_TRUE(fails([&] { target.addNode(Group, "child"); }, fileNotOpen()));
+    EXPECT_EQ(sharing.addNode(Group, "child"), 2U);
+    sharing.close();
+    EXPECT_EQ(SavedModel(path).nodeCount(), 2U);
+}
+
+TEST_F(ModelLifecycle, AssignmentToItselfChangesNothing) {
+    model.saveTo(path, SaverOptions());
+    const Model& same = model;
+    model = same;
+    EXPECT_EQ(model.addNode(Group, "root"), 1U);
+    model.close();
+    EXPECT_EQ(SavedModel(path).nodeCount(), 1U);
 }
 
 } // namespace Api

@@ -81,6 +81,31 @@ TEST_F(NodeData, EmptyPropertiesAndAttributesCheckTheIdAndMoveTheCurrentNode) {
     EXPECT_EQ(currentNode(), RootId);
 }
 
+TEST_F(NodeData, EmptyPropertiesAndAttributesLeaveTheDataOfEveryNode) {
+    Attributes attributes;
+    attributes.set("unit", "mm");
+    model.setNodeData(RootId, only(Translation, Floats{1, 2, 3}), attributes);
+    model.setNodeData(ShapeId, only(AmbientIntensity, 0.5F));
+    for (const unsigned int id : {RootId, ShapeId, GeometryId}) {
+        model.setNodeData(id, NodeProperties());
+        model.setNodeData(id, NodeProperties(), Attributes());
+    }
+    const SavedModel file = saved();
+    EXPECT_EQ(file.nodeCount(), 3U);
+    EXPECT_EQ(file.group(RootId).translation, (Vector3{1, 2, 3}));
+    EXPECT_EQ(file.group(RootId).rotation, (Color{0, 0, 1, 0}));
+    EXPECT_EQ(file.group(RootId).scale, (Vector3{1, 1, 1}));
+    EXPECT_EQ(file.group(RootId).attributes, (MoxReader::Attributes{{"unit", "mm"}}));
+    const MoxReader::Material& material = file.material(ShapeId);
+    EXPECT_EQ(material.diffuse, (Color{0.8F, 0.8F, 0.8F, 1}));
+    EXPECT_EQ(material.specular, (Color{0, 0, 0, 1}));
+    EXPECT_EQ(material.emissive, (Color{0, 0, 0, 0}));
+    EXPECT_EQ(material.ambient, (Color{0.4F, 0.4F, 0.4F, 0.5F}));
+    EXPECT_EQ(material.transparency, 0.0F);
+    EXPECT_EQ(material.shininess, 0.2F);
+    EXPECT_TRUE(file.datasets(GeometryId).empty());
+}
+
 TEST_F(NodeData, ShapeIsCurrentAfterACallForTheShape) {
     model.setNodeData(ShapeId, NodeProperties());
     EXPECT_EQ(currentNode(), ShapeId);
@@ -168,10 +193,8 @@ TEST_F(NodeData, NewShapeHasTheDefaultMaterial) {
     EXPECT_EQ(material.version, "0.3");
     EXPECT_EQ(material.diffuse, (Color{0.8F, 0.8F, 0.8F, 1.0F}));
     EXPECT_EQ(material.specular, (Color{0, 0, 0, 1}));
-    EXPECT_EQ(material.emissive[0], 0.0F);
-    EXPECT_EQ(material.emissive[1], 0.0F);
-    EXPECT_EQ(material.emissive[2], 0.0F);
-    EXPECT_EQ(material.ambient[3], 0.2F);
+    EXPECT_EQ(material.emissive, (Color{0, 0, 0, 0}));
+    EXPECT_EQ(material.ambient, (Color{0.8F * 0.2F, 0.8F * 0.2F, 0.8F * 0.2F, 0.2F}));
     EXPECT_EQ(material.transparency, 0.0F);
     EXPECT_EQ(material.shininess, 0.2F);
     EXPECT_EQ(material.flag, 1);
@@ -185,7 +208,7 @@ TEST_F(NodeData, ShapesIdAndItsGeometrysIdSetTheSameMaterial) {
     EXPECT_EQ(file.material(ShapeId).shininess, 0.75F);
 }
 
-TEST_F(NodeData, AllMaterialPropertiesAreStored) {
+TEST_F(NodeData, ColorsTransparencyAndShininessAreStored) {
     NodeProperties properties;
     properties.set(DiffuseColor, Floats{0.1F, 0.2F, 0.3F});
     properties.set(SpecularColor, Floats{0.4F, 0.5F, 0.6F});
@@ -198,8 +221,7 @@ TEST_F(NodeData, AllMaterialPropertiesAreStored) {
     const MoxReader::Material& material = file.material(ShapeId);
     EXPECT_EQ(material.diffuse, (Color{0.1F, 0.2F, 0.3F, 1}));
     EXPECT_EQ(material.specular, (Color{0.4F, 0.5F, 0.6F, 1}));
-    EXPECT_EQ((Vector3{material.emissive[0], material.emissive[1], material.emissive[2]}),
-              (Vector3{0.7F, 0.8F, 0.9F}));
+    EXPECT_EQ(material.emissive, (Color{0.7F, 0.8F, 0.9F, 0}));
     EXPECT_EQ(material.ambient, (Color{1, 2, 3, 0.2F}));
     EXPECT_EQ(material.transparency, 0.25F);
     EXPECT_EQ(material.shininess, 0.5F);
@@ -277,6 +299,22 @@ TEST_F(NodeData, TranslationSetAsFloatOrIntegersFails) {
     EXPECT_TRUE(fails([&] { set(RootId, Translation, 1.0F); }, wrongAlternative()));
     EXPECT_TRUE(fails([&] { set(RootId, Translation, std::vector<int>{1, 2, 3}); }, wrongAlternative()));
     EXPECT_TRUE(fails([&] { set(RootId, Translation, std::string("1 2 3")); }, wrongAlternative()));
+}
+
+// It is kept as an integer.
+TEST_F(NodeData, TruthValueSuitsNoProperty) {
+    for (const bool value : {true, false}) {
+        for (const PropertyType key : {Translation, Rotation, Scale}) {
+            EXPECT_TRUE(fails([&] { set(RootId, key, value); }, wrongAlternative())) << key;
+        }
+        for (const PropertyType key : {DiffuseColor, SpecularColor, EmissiveColor, AmbientColor, Transparency,
+                                       AmbientIntensity, Shininess, ShapeSwitch}) {
+            EXPECT_TRUE(fails([&] { set(ShapeId, key, value); }, wrongAlternative())) << key;
+        }
+    }
+    const SavedModel file = saved();
+    EXPECT_EQ(file.material(ShapeId).transparency, 0.0F);
+    EXPECT_EQ(file.material(ShapeId).shininess, 0.2F);
 }
 
 TEST_F(NodeData, ShapeSwitchOnAShapeFailsWhateverItsValue) {
@@ -387,8 +425,15 @@ TEST_F(NodeData, RefusedAttributesComeAfterThePropertiesAndNoneIsStored) {
 
 TEST_F(NodeDataWithoutRoot, RootPassesRefusesAnyPropertyAndDropsAttributes) {
     EXPECT_NO_THROW(model.setNodeData(1, NodeProperties()));
-    EXPECT_TRUE(fails([&] { model.setNodeData(1, only(Translation, Floats(3))); }, invalidPropertyType()));
-    EXPECT_TRUE(fails([&] { model.setNodeData(1, only(Transparency, 0.5F)); }, invalidPropertyType()));
+    for (const PropertyType key :
+         {Translation, Rotation, Scale, DiffuseColor, SpecularColor, EmissiveColor, AmbientColor}) {
+        EXPECT_TRUE(fails([&] { model.setNodeData(1, only(key, Floats(key == Rotation ? 4 : 3))); },
+                          invalidPropertyType()))
+            << key;
+    }
+    for (const PropertyType key : {Transparency, AmbientIntensity, Shininess, ShapeSwitch}) {
+        EXPECT_TRUE(fails([&] { model.setNodeData(1, only(key, 0.5F)); }, invalidPropertyType())) << key;
+    }
     Attributes attributes;
     attributes.set("lost", 7U);
     EXPECT_NO_THROW(model.setNodeData(1, NodeProperties(), attributes));

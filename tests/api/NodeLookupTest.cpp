@@ -118,11 +118,38 @@ TEST_F(NodeLookup, SeparatorIsOneTextThatStandsWholeBetweenComponents) {
     EXPECT_EQ(model.getNodeId("/a/b", "::"), 0U);
 }
 
+TEST_F(NodeLookup, NamesMayHoldOneCharacterOfALongerSeparator) {
+    EXPECT_EQ(model.addNode(Group, "c:d"), 3U);
+    EXPECT_EQ(model.addNode(Group, "e|f"), 4U);
+    EXPECT_EQ(model.getNodeId("|:a|:b|:c:d", "|:"), 3U);
+    EXPECT_EQ(model.getNodeId("|:a|:b|:c:d|:e|f", "|:"), 4U);
+    EXPECT_EQ(model.getNodeId("|:a|:b|:c|:d|:e|f", "|:"), 0U);
+}
+
 TEST_F(NodeLookup, NamesInAVectorMayHoldAnySeparator) {
     EXPECT_EQ(model.addNode(Group, "c/d"), 3U);
     EXPECT_EQ(model.addNode(Group, "e::f"), 4U);
     EXPECT_EQ(model.getNodeId(Names{"a", "b", "c/d", "e::f"}), 4U);
     EXPECT_EQ(model.getNodeId("/a/b/c/d"), 0U);
+    EXPECT_EQ(model.addNode(Group, "\x1d\x1f"), 5U);
+    EXPECT_EQ(model.getNodeId(Names{"a", "\x1d\x1f"}), 5U);
+}
+
+TEST_F(NodeLookup, Byte1EInANameOfAVectorSeparatesTwoNames) {
+    EXPECT_EQ(model.getNodeId(Names{"a\x1e"
+                                    "b"}),
+              2U);
+}
+
+TEST_F(NodeLookup, EmptyNamesInAVectorStandForNodesWithoutName) {
+    EXPECT_EQ(model.getNodeId(Names{"a", "", "b"}), 0U);
+    EXPECT_EQ(model.getNodeId(Names{"", "a", "b"}), 0U);
+    EXPECT_EQ(model.getNodeId(Names{"a", "b", ""}), 0U);
+    EXPECT_EQ(model.addNode(Group, ""), 3U);
+    EXPECT_EQ(model.addNode(Group, "b"), 4U);
+    EXPECT_EQ(model.getNodeId(Names{"a", ""}), 3U);
+    EXPECT_EQ(model.getNodeId(Names{"a", "", "b"}), 4U);
+    EXPECT_EQ(model.getNodeId(Names{"a", "b"}), 2U);
 }
 
 TEST_F(NodeLookup, RootOfEmptyNameIsFoundByASeparatorAlone) {

@@ -43,9 +43,13 @@ TEST_F(NodePropertiesValue, CopyIsDeep) {
 TEST_F(NodePropertiesValue, CopyHoldsAllThatTheOriginalHeld) {
     NodeProperties original;
     original.set(Translation, Floats{1, 2, 3});
+    original.set(Scale, Floats{7, 8, 9});
     const NodeProperties copy(original);
     original.set(Translation, Floats{4, 5, 6});
-    EXPECT_EQ(translationFrom(copy), (Vector3{1, 2, 3}));
+    model.setNodeData(1, copy);
+    const SavedModel file = saved();
+    EXPECT_EQ(file.group(1).translation, (Vector3{1, 2, 3}));
+    EXPECT_EQ(file.group(1).scale, (Vector3{7, 8, 9}));
 }
 
 TEST_F(NodePropertiesValue, AssignmentReplacesTheContentByADeepCopy) {

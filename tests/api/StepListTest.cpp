@@ -112,7 +112,10 @@ TEST_F(StepListValue, AssignmentToItselfChangesNothing) {
 TEST_F(StepListValue, CopyOfAStepIsDeep) {
     const Step original = makeStep("Step1", 7);
     Step copy = original;
+    EXPECT_EQ(copy.name, "Step1");
+    copy.name = "other";
     copy.attributes.set("number", 8);
+    EXPECT_EQ(original.name, "Step1");
     EXPECT_EQ(attributesOf(original), Number7);
 }
 

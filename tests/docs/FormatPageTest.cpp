@@ -1,6 +1,7 @@
 // What docs/format says of a whole file holds for the file that is saved today, and for the reader.
 
 #include "HexDump.h"
+#include "Support/TemporaryFolder.h"
 #include "saveExample.h"
 
 #include <MoxReader/File.h>
@@ -70,12 +71,10 @@ Bytes streamOf(const MoxReader::File& file, const std::string& name) {
 class FormatPage : public testing::Test {
 protected:
     FormatPage() {
-        const auto saved =
-            std::filesystem::temp_directory_path() /
-            (std::string("format-page-") + testing::UnitTest::GetInstance()->current_test_info()->name());
-        saveExample(saved.string());
+        const Support::TemporaryFolder folder;
+        const std::string saved = folder.path("model.mox");
+        saveExample(saved);
         today = bytesOf(saved);
-        std::filesystem::remove(saved);
     }
 
     static MoxReader::File open(const Bytes& bytes) {

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <filesystem>
 #include <optional>
@@ -50,10 +52,11 @@ private:
         if (const MoxReader::Group* const group = node.group()) {
             EXPECT_EQ(expected.attributes, group->attributes);
             EXPECT_TRUE(std::ranges::equal(expected.translation, group->translation));
+            EXPECT_EQ((std::array<float, 4>{0, 0, 1, 0}), group->rotation);
+            EXPECT_EQ((std::array<float, 3>{1, 1, 1}), group->scale);
         }
         if (const MoxReader::Shape* const shape = node.shape()) {
-            EXPECT_EQ(expected.diffuse[0], shape->material.diffuse[0]);
-            EXPECT_EQ(expected.diffuse[3], shape->material.diffuse[3]);
+            EXPECT_TRUE(std::ranges::equal(expected.diffuse, shape->material.diffuse));
             EXPECT_EQ(expected.transparency, shape->material.transparency);
         }
         if (const MoxReader::Geometry* const geometry = node.geometry()) {

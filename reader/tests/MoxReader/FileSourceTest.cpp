@@ -8,18 +8,20 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <random>
+#include <string>
 
 using MoxReader::ErrorCode;
 using MoxReader::FileSource;
 
 namespace {
 
-/// A file in the temporary folder that goes with the test.
+/// A file in the temporary folder that goes with the test. Tests that run at the same time have others.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const std::vector<std::uint8_t>& bytes)
         : path_(std::filesystem::path(testing::TempDir()) /
-                (std::string("moxreader_") + testing::UnitTest::GetInstance()->current_test_info()->name())) {
+                ("moxreader_" + std::to_string(std::random_device()()))) {
         std::ofstream(path_, std::ios::binary)
             .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     }

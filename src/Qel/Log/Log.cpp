@@ -1,10 +1,25 @@
 #include <Qel/Log/Log.h>
 
+#include <utility>
+
 namespace Qel::Log {
 
-LogSystem& processLog() {
+namespace {
+
+LogSystem*& currentSystem() {
     static LogSystem system;
-    return system;
+    static LogSystem* current = &system;
+    return current;
+}
+
+} // namespace
+
+LogSystem& processLog() {
+    return *currentSystem();
+}
+
+LogSystem& replaceProcessLog(LogSystem& replacement) {
+    return *std::exchange(currentSystem(), &replacement);
 }
 
 } // namespace Qel::Log

@@ -9,6 +9,12 @@ namespace Qel::Log {
 /// The log system of the process, which takes the records of all sites.
 LogSystem& processLog();
 
+/// Makes another log system that of the process, and thereby shows what sites log. No other thread may log
+/// meanwhile.
+/// @param replacement Must live until it is replaced in turn.
+/// @return the former one.
+LogSystem& replaceProcessLog(LogSystem& replacement);
+
 } // namespace Qel::Log
 
 /// Logs one record of severity Info. `sourceName` is the site's qualified name; `message` is what is streamed

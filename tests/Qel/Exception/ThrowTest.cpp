@@ -49,6 +49,30 @@ TEST(Throw, TellsTheLine) {
     EXPECT_EQ(infoOf<boost::throw_line>(caughtWithMessage()), ThrowLine);
 }
 
+// clang-format off
+void throwAtTheLeftOrAtTheRight(bool left) {
+    if (left) { QEL_THROW(Qel::Exception::KeyNotFound()); }             QEL_THROW(Qel::Exception::KeyNotFound());
+}
+// clang-format on
+
+boost::source_location placeOf(bool left) {
+    try {
+        throwAtTheLeftOrAtTheRight(left);
+    } catch (const boost::exception& caught) {
+        return boost::get_throw_location(caught);
+    }
+    return boost::source_location();
+}
+
+// Compilers take different characters of the statement for its column.
+TEST(Throw, TellsTheColumn) {
+    const auto column = boost::get_throw_location(caughtWithMessage()).column();
+    EXPECT_GE(column, 5U);
+    EXPECT_LE(column, 68U);
+    EXPECT_EQ(placeOf(true).line(), placeOf(false).line());
+    EXPECT_EQ(placeOf(false).column() - placeOf(true).column(), 56U);
+}
+
 TEST(Throw, TextNeverHoldsThePlace) {
     EXPECT_STREQ(caughtWithMessage().what(), "Not initialized");
     EXPECT_EQ(caughtWithMessage().code(), 17);
@@ -72,6 +96,10 @@ TEST(Throw, CloneAndRethrowKeepMessageAndPlace) {
         EXPECT_STREQ(caught.what(), "Not initialized");
         EXPECT_STREQ(infoOf<boost::throw_file>(caught), "Qel/Exception/ThrowTest");
         EXPECT_EQ(infoOf<boost::throw_line>(caught), ThrowLine);
+        const std::string_view function = infoOf<boost::throw_function>(caught);
+        EXPECT_NE(function.find("throwWithMessage(long"), std::string_view::npos) << function;
+        EXPECT_EQ(boost::get_throw_location(caught).column(),
+                  boost::get_throw_location(caughtWithMessage()).column());
     }
 }
 

@@ -95,6 +95,7 @@ TEST_F(DatasetEntry, LaterAttributesAreAddedAndReplaceThoseOfTheirKeys) {
     EXPECT_EQ(keys(), (Keys{"a", "b", "c"}));
     EXPECT_EQ(entry.attributes.at("a").integer, 1U);
     EXPECT_EQ(entry.attributes.at("b").asText(), "x");
+    EXPECT_EQ(entry.attributes.at("c").integer, 3U);
 }
 
 } // namespace

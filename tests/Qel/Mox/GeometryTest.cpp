@@ -87,6 +87,8 @@ TEST_F(MoxGeometry, NewKeyAppendsAnEntryWithDefaults) {
     EXPECT_EQ(geometry.FindOrAddDataset("b"), 1U);
     const DatasetEntry& entry = geometry.GetDataset(1);
     EXPECT_EQ(entry.key, "b");
+    EXPECT_EQ(static_cast<unsigned int>(entry.variableType), 0U);
+    EXPECT_FALSE(entry.vibration);
     EXPECT_FALSE(entry.isLink);
     EXPECT_EQ(entry.linkNodeId, 0U);
     EXPECT_EQ(entry.linkIndex, 0U);

@@ -1,8 +1,12 @@
 #include <Qel/Mox/NumericArray.h>
 
+#include "Support/AddressSanitizer.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -35,11 +39,44 @@ TEST(NumericArray, WidthIsGivenByReference) {
     EXPECT_EQ(&array.GetWidth(), &array.width);
 }
 
-TEST(NumericArray, DescriptorIsOwned) {
+TEST(NumericArray, NewDescriptorHoldsZeroAndNoText) {
+    const QelMox::NumericArray::Descriptor descriptor;
+    EXPECT_EQ(descriptor.number, 0);
+    EXPECT_EQ(descriptor.text, "");
+}
+
+// The array frees its descriptor, so that no two can have the same.
+static_assert(std::is_same_v<decltype(QelMox::NumericArray::descriptor),
+                             std::unique_ptr<QelMox::NumericArray::Descriptor>>);
+static_assert(!std::is_copy_constructible_v<QelMox::NumericArray>);
+static_assert(!std::is_copy_assignable_v<QelMox::NumericArray>);
+
+TEST(NumericArray, DescriptorMovesToTheArrayThatItsOwnIsMovedTo) {
     QelMox::NumericArray array;
     array.descriptor = std::make_unique<QelMox::NumericArray::Descriptor>();
-    EXPECT_EQ(array.descriptor->number, 0);
-    EXPECT_EQ(array.descriptor->text, "");
+    array.descriptor->number = 7;
+    const auto* const descriptor = array.descriptor.get();
+    const QelMox::NumericArray moved = std::move(array);
+    EXPECT_EQ(moved.descriptor.get(), descriptor);
+    EXPECT_EQ(moved.descriptor->number, 7);
+    EXPECT_EQ(array.descriptor, nullptr); // NOLINT(bugprone-use-after-move)
+}
+
+TEST(NumericArray, DescriptorIsFreedWithItsArrayAndWhenItIsReplaced) {
+#if SUPPORT_ADDRESS_SANITIZER
+    const auto makeDescriptor = [] { return std::make_unique<QelMox::NumericArray::Descriptor>(); };
+    auto array = std::make_unique<QelMox::NumericArray>();
+    array->descriptor = makeDescriptor();
+    const auto* const first = array->descriptor.get();
+    EXPECT_FALSE(__asan_address_is_poisoned(first));
+    array->descriptor = makeDescriptor();
+    EXPECT_TRUE(__asan_address_is_poisoned(first));
+    const auto* const second = array->descriptor.get();
+    array.reset();
+    EXPECT_TRUE(__asan_address_is_poisoned(second));
+#else
+    GTEST_SKIP() << "needs the address sanitizer, which knows what is freed";
+#endif
 }
 
 } // namespace

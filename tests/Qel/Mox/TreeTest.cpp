@@ -2,25 +2,30 @@
 
 #include "Qel/Mox/StreamContent.h"
 #include "Qel/Support/CapturedStream.h"
+#include "Qel/Support/HostNames.h"
+#include "Qel/Support/RecordedLog.h"
 #include "Support/Bytes.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Thrown.h"
+#include "Support/TimeZoneGuard.h"
 
 #include <Qel/Mox/Geometry.h>
 #include <Qel/Mox/Group.h>
 #include <Qel/Mox/NodeSets.h>
 #include <Qel/Mox/Shape.h>
-#include <Qel/Util/Platform.h>
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <regex>
+#include <set>
 #include <stdexcept>
 #include <string>
 
@@ -150,17 +155,20 @@ TEST_F(MoxTreeFile, SaveFileCompressesEveryNameAndClosesTheFile) {
     open();
     tree.SetRootGroup("root", {});
     tree.AddShapeNode("part");
+    const float number = 1;
+    tree.WriteStreamDataset(&number, 1, 1);
+    tree.File.GetIndex().AddBlock("View Points");
     tree.SaveFile(tree.File, "");
     EXPECT_EQ(tree.File.GetStream(), nullptr);
     const auto& infos = tree.File.GetIndex().GetBlockInfos();
     ASSERT_EQ(infos.size(), 20U);
-    const std::array<const char*, 5> names = {"Mox Tree", "Light Data", "Attributes", "Resources",
-                                              "Global Information"};
+    const std::array<const char*, 7> names = {"Heavy Data", "View Points", "Mox Tree",          "Light Data",
+                                              "Attributes", "Resources",   "Global Information"};
     for (std::size_t id = 0; id < names.size(); ++id) {
         EXPECT_EQ(infos[id].name, names[id]);
         EXPECT_EQ(infos[id].flags, 0x01) << names[id];
     }
-    EXPECT_EQ(infos[5].flags, 0x00);
+    EXPECT_EQ(infos[7].flags, 0x00);
 }
 
 TEST_F(MoxTreeFile, SaveFilePutsTheCommentIntoTheModifier) {
@@ -317,6 +325,17 @@ TEST_F(MoxTree, FindNodeByPathSkipsAsManyCharactersBehindTheRootAsTheSeparatorHa
     EXPECT_THROW(tree.FindNodeByPath("::aX", "::"), std::out_of_range);
 }
 
+TEST_F(MoxTree, FindNodeByPathSplitsAtTheWholeSeparatorSoThatNamesMayHoldItsCharacters) {
+    tree.SetRootGroup("a|", {});
+    addGroup("b:c");
+    addGroup("d|e");
+    addGroup(":|");
+    EXPECT_EQ(tree.FindNodeByPath("|:a||:b:c", "|:"), 2U);
+    EXPECT_EQ(tree.FindNodeByPath("|:a||:b:c|:d|e", "|:"), 3U);
+    EXPECT_EQ(tree.FindNodeByPath("|:a||:b:c|:d|e|::|", "|:"), 4U);
+    EXPECT_EQ(tree.FindNodeByPath("|:a||:b:c:|d|e", "|:"), 0U);
+}
+
 TEST_F(MoxTree, FindNodeByPathFindsAChildOfEmptyName) {
     tree.SetRootGroup("a", {});
     addGroup("");
@@ -347,6 +366,75 @@ TEST_F(MoxTree, EmptyDatasetHasAPositionAndMakesNoBlock) {
     EXPECT_TRUE(tree.File.GetIndex().GetBlockInfos().empty());
     EXPECT_EQ(tree.WriteStreamDataset(&number, 1, 1), 0U);
     EXPECT_EQ(tree.WriteStreamDataset(&number, 0, 3), 4U);
+}
+
+// --- The log
+
+Support::LogLines linesOf(const std::string& function, const std::vector<std::string>& texts) {
+    return Support::linesOf("Qel/Mox/Tree", "QelMox::Tree::" + function, texts);
+}
+
+TEST_F(MoxTreeFile, SetStreamFileLogsThePathBeforeItOpensTheFile) {
+    const Support::RecordedLog log;
+    open(1);
+    EXPECT_EQ(log.lines(), Support::LogLines());
+    const int mode = 0;
+    const std::string unopenable = folder.path("missing/model.mox");
+    EXPECT_THROW(tree.SetStreamFile(unopenable, 1, &mode), Qel::Exception::MiscelleneousException);
+    open();
+    EXPECT_EQ(log.lines(), linesOf("SetStreamFile", {"Setting mox file \"" + unopenable + "\"",
+                                                     "Setting mox file \"" + path + "\""}));
+}
+
+TEST_F(MoxTree, DatasetIsLoggedWithTheNumberOfItsValuesItsWidthAndTheirSize) {
+    const std::array<float, 195> floats = {};
+    const std::array<unsigned int, 2> integers = {};
+    const Support::RecordedLog log;
+    tree.WriteStreamDataset(floats.data(), 3, 65); // "A", were it taken for a character.
+    ASSERT_GE(log.lines().size(), 1U);
+    EXPECT_EQ(Support::LogLines{log.lines().front()},
+              linesOf("WriteStreamDataset", {"Writing Dataset of size 195 width 65 datatype size 4"}));
+    const std::size_t first = log.lines().size();
+    tree.WriteStreamDataset(integers.data(), 2, 1);
+    ASSERT_GT(log.lines().size(), first);
+    EXPECT_EQ(Support::LogLines{log.lines()[first]},
+              linesOf("WriteStreamDataset", {"Writing Dataset of size 2 width 1 datatype size 4"}));
+}
+
+TEST_F(MoxTree, EmptyDatasetIsLoggedAsAnyOther) {
+    const float number = 1;
+    const Support::RecordedLog log;
+    tree.WriteStreamDataset(&number, 0, 3);
+    EXPECT_EQ(log.lines(),
+              linesOf("WriteStreamDataset", {"Writing Dataset of size 0 width 3 datatype size 4"}));
+}
+
+TEST_F(MoxTree, SaveOfTheTreeIsLoggedAtItsStartAndItsEndWithTrailingBlanks) {
+    const Support::RecordedLog log;
+    tree.SaveTree(tree.File);
+    EXPECT_EQ(log.lines(), linesOf("SaveTree", {"Saving mox tree ... ", "Mox tree saved. "}));
+}
+
+TEST_F(MoxTree, SaveOfTheTreeThatFailsLogsItsStartAlone) {
+    tree.SetRootGroup("r", {});
+    tree.AddShapeNode("s");
+    dynamic_cast<Geometry&>(*tree.GetCurrentNode().data).FindOrAddDataset("key");
+    const Support::RecordedLog log;
+    EXPECT_THROW(tree.SaveTree(tree.File), KeyNotFound);
+    EXPECT_EQ(log.lines(), linesOf("SaveTree", {"Saving mox tree ... "}));
+}
+
+TEST_F(MoxTree, SaveOfTheGlobalInformationIsLoggedAtItsStartAndItsEnd) {
+    const Support::RecordedLog log;
+    tree.SaveGlobalInfo(tree.File, "");
+    EXPECT_EQ(log.lines(),
+              linesOf("SaveGlobalInfo", {"Saving global information ...", "Global information saved."}));
+}
+
+TEST_F(MoxTree, SaveFileWithoutOpenFileLogsNothing) {
+    const Support::RecordedLog log;
+    tree.SaveFile(tree.File, "");
+    EXPECT_EQ(log.lines(), Support::LogLines());
 }
 
 // --- Attribute records
@@ -557,12 +645,29 @@ TEST_F(MoxTree, GlobalInformationIsOneModifierInfoAndNoResultAttributes) {
     EXPECT_EQ(tree.CurrentModifier.Comment, "remark");
 }
 
+// The date of a second in a zone called FAR, 13:45 hours ahead of UTC.
+std::string dateInFar(std::time_t time) {
+    const std::time_t shifted = time + 13 * 3600 + 45 * 60;
+    const std::tm* const calendar = std::gmtime(&shifted);
+    std::array<char, 100> text{};
+    std::strftime(text.data(), text.size(), "%a %b %d %H:%M:%S %Y FAR", calendar);
+    return text.data();
+}
+
 TEST_F(MoxTree, DateIsTheLocalTimeWithYearAndZone) {
+    const Support::TimeZoneGuard zone("FAR-13:45");
+    const std::time_t before = std::time(nullptr);
     tree.SaveGlobalInfo(tree.File, "");
+    const std::time_t after = std::time(nullptr);
+    std::set<std::string> possible;
+    for (std::time_t time = before; time <= after; ++time) {
+        possible.insert(dateInFar(time));
+    }
+    EXPECT_TRUE(possible.contains(tree.CurrentModifier.Date))
+        << tree.CurrentModifier.Date << " instead of " << *possible.begin();
     const std::regex form(
-        "[A-Z][a-z][a-z] [A-Z][a-z][a-z] [0-9][0-9] [0-9][0-9]:[0-9][0-9]:[0-9][0-9] [0-9]+ .+");
-    const std::string date = tree.CurrentModifier.Date;
-    EXPECT_TRUE(std::regex_match(date, form)) << date;
+        "[A-Z][a-z][a-z] [A-Z][a-z][a-z] [0-9][0-9] [0-9][0-9]:[0-9][0-9]:[0-9][0-9] [0-9]+ FAR");
+    EXPECT_TRUE(std::regex_match(tree.CurrentModifier.Date, form)) << tree.CurrentModifier.Date;
 }
 
 TEST_F(MoxTree, ComputerAndUserAreCollectedOnlyWhenAskedFor) {
@@ -571,8 +676,17 @@ TEST_F(MoxTree, ComputerAndUserAreCollectedOnlyWhenAskedFor) {
     EXPECT_EQ(tree.CurrentModifier.User, "");
     tree.CurrentModifier.CollectHostInfo = 1;
     tree.SaveGlobalInfo(tree.File, "");
-    EXPECT_EQ(tree.CurrentModifier.Computer, QelUtil::Platform::computerName());
-    EXPECT_EQ(tree.CurrentModifier.User, QelUtil::Platform::userName());
+    const std::optional<std::string> computer = Support::hostName();
+    const std::optional<std::string> user = Support::nameOfUser();
+    if (!computer || !user) {
+        GTEST_SKIP() << "needs a system that tells its names in another way";
+    }
+    EXPECT_EQ(tree.CurrentModifier.Computer, computer->substr(0, 79));
+    EXPECT_EQ(tree.CurrentModifier.User, user->substr(0, 79));
+    ASSERT_EQ(tree.ModifierInfos.size(), 2U);
+    EXPECT_EQ(tree.ModifierInfos[0].Computer, "");
+    EXPECT_EQ(tree.ModifierInfos[1].Computer, computer->substr(0, 79));
+    EXPECT_EQ(tree.ModifierInfos[1].User, user->substr(0, 79));
 }
 
 TEST_F(MoxTreeFile, SavePrintsNothing) {

@@ -6,6 +6,7 @@
 #include "Qel/Support/BlockSizeGuard.h"
 #include "Qel/Support/Blocks.h"
 #include "Qel/Support/Pipe.h"
+#include "Qel/Support/RecordedLog.h"
 #include "Qel/Tnf/ContainerBytes.h"
 #include "Qel/Tnf/IndexPeer.h"
 #include "Support/TemporaryFolder.h"
@@ -13,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -545,6 +547,31 @@ TEST_F(IndexFile, FlushSkipsIndexBlocksThoughTheyAreFullAndFreezable) {
     EXPECT_EQ(file(), ByteVector());
 }
 
+TEST_F(IndexFile, FlushSkipsANameThatBeginsLikeThatOfIndexBlocks) {
+    variable.set("2");
+    put(indexName + "2", {1, 2});
+    put("z", {3, 4});
+    index.SetBlockFlags(indexName + "2", freezable);
+    index.SetBlockFlags("z", freezable);
+    flush();
+    EXPECT_FALSE(entry(0).frozen);
+    EXPECT_NE(block(0).GetData(), nullptr);
+    // It doesn't stop the block behind it, which can't know its length yet.
+    EXPECT_TRUE(entry(1).frozen);
+    EXPECT_EQ(entry(1).position, 0U);
+    EXPECT_EQ(file(), (ByteVector{3, 4}));
+}
+
+TEST_F(IndexFile, WritingOfAllPassesAFirstBlockWhoseNameBeginsLikeThatOfIndexBlocks) {
+    put(indexName + "2", {1, 2});
+    put("a", {3});
+    writeAll();
+    EXPECT_NE(block(0).GetData(), nullptr);
+    EXPECT_EQ(entry(0).position, 0U);
+    EXPECT_EQ(entry(0).length, 0U);
+    EXPECT_EQ(block(1).GetData(), nullptr);
+}
+
 TEST_F(IndexFile, FlushSkipsFreeEntriesThoughTheyAreFullAndFreezable) {
     variable.set("0");
     put("a", {1});
@@ -640,6 +667,8 @@ TEST_F(IndexFile, IndexBlockThatIsFrozenGetsANewBufferOnceAndStaysFrozen) {
     writeAll();
     EXPECT_TRUE(entry(19).frozen);
     EXPECT_TRUE(entry(19).released);
+    EXPECT_EQ(entry(19).length, 27804U);
+    EXPECT_EQ(entry(19).position, 2819U);
     EXPECT_EQ(block(19).GetSize(), 27804U);
     EXPECT_NE(block(19).GetData(), nullptr);
     const ByteVector first = file();
@@ -655,9 +684,13 @@ TEST_F(IndexFile, IndexBlockAheadOfTheFirstUnwrittenBlockIsWrittenOnceOnly) {
         stream8(value);
     }
     EXPECT_FALSE(entry(19).frozen);
+    const Support::RecordedLog log;
     writeAll();
     EXPECT_TRUE(entry(19).frozen);
     EXPECT_FALSE(entry(19).released);
+    const std::vector<std::string> texts = log.texts();
+    EXPECT_EQ(std::ranges::count(texts, "Writing index buffer 19 to stream."), 1);
+    EXPECT_EQ(std::ranges::count(texts, "Writing buffer 19 to stream."), 0);
 }
 
 TEST_F(IndexFile, CloseDoesNotWriteFrozenBlocksAgain) {

@@ -91,6 +91,15 @@ TYPED_TEST(Shuffle, ValuesBeyondTheLastWholeElementStay) {
               (ByteVector{0xA0, 0xA1, 0xA2, 0xA3, 0xB0, 0xB1, 0xB2, 0xB3, 0xC0, 0xC1, 0xC2, 0xC3}));
 }
 
+TYPED_TEST(Shuffle, ValuesBeyondTheLastWholeElementAreCopiedToTheDestination) {
+    const std::vector<TypeParam> source = valuesOf<TypeParam>({A, B, C, D, A});
+    ByteVector destination(24, 0xEE);
+    QelTnf::shuffleComponents(source.data(), source.size(), 3, destination.data());
+    EXPECT_EQ(destination, (ByteVector{0xA0, 0xA1, 0xA2, 0xA3, 0xB0, 0xB1, 0xB2, 0xB3, //
+                                       0xC0, 0xC1, 0xC2, 0xC3, 0xD0, 0xD1, 0xD2, 0xD3, //
+                                       0xA0, 0xA1, 0xA2, 0xA3, 0xEE, 0xEE, 0xEE, 0xEE}));
+}
+
 TYPED_TEST(Shuffle, LargestWidthPutsEachComponentByItself) {
     std::vector<TypeParam> values(510);
     values[254] = std::bit_cast<TypeParam>(A);

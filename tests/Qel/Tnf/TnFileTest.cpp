@@ -4,6 +4,8 @@
 #include "Qel/Support/BlockSizeGuard.h"
 #include "Qel/Support/Blocks.h"
 #include "Qel/Support/CapturedStream.h"
+#include "Qel/Support/RecordedLog.h"
+#include "Support/AddressSanitizer.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Thrown.h"
 
@@ -111,9 +113,31 @@ TEST_F(TnFile, PathThatCanNotBeOpenedIsNamedAndAnotherCanBeOpened) {
     EXPECT_NO_THROW(file.OpenFileForWriting(path, false));
 }
 
-TEST_F(TnFile, CloseOfAClosedFileDoesNothing) {
+Support::LogLines closing(const std::vector<std::string>& texts) {
+    return Support::linesOf("Qel/Tnf/TnFile", "QelTnf::TnFile::CloseFile", texts);
+}
+
+TEST_F(TnFile, CloseOfAClosedFileLogsItsStartAndDoesNothing) {
+    const Support::RecordedLog log;
     EXPECT_NO_THROW(file.CloseFile());
     EXPECT_EQ(file.GetStream(), nullptr);
+    EXPECT_EQ(log.lines(), closing({"Closing file ..."}));
+}
+
+TEST_F(TnFile, CloseOfAnOpenFileLogsItsStartAndItsEndAndOpeningNothing) {
+    const Support::RecordedLog log;
+    file.OpenFileForWriting(path, false);
+    EXPECT_EQ(log.lines(), Support::LogLines());
+    file.CloseFile();
+    EXPECT_EQ(log.lines(), closing({"Closing file ...", "File closed."}));
+}
+
+TEST_F(TnFile, DestructorClosesTheFileOnce) {
+    auto other = std::make_unique<QelTnf::TnFile>();
+    other->OpenFileForWriting(path, false);
+    const Support::RecordedLog log;
+    other.reset();
+    EXPECT_EQ(log.lines(), closing({"Closing file ...", "File closed."}));
 }
 
 TEST_F(TnFile, CloseTwiceIsSafe) {
@@ -306,13 +330,7 @@ TEST_F(TnFile, FullDiskPassesUnseen) {
 }
 
 // The address sanitizer ends the process where operator new fails.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool operatorNewCanFail = false;
-#elif defined(__has_feature)
-constexpr bool operatorNewCanFail = !__has_feature(address_sanitizer);
-#else
-constexpr bool operatorNewCanFail = true;
-#endif
+constexpr bool operatorNewCanFail = SUPPORT_ADDRESS_SANITIZER == 0;
 
 TEST_F(TnFileDatasets, CopyThatGetsNoMemoryIsBadAllocWithTheFlagsSetAndNothingPut) {
     if (!Support::AddressSpaceLimit::isAvailable() || !operatorNewCanFail) {

@@ -1,16 +1,6 @@
 #pragma once
 
-#if defined(__SANITIZE_ADDRESS__)
-#define API_LEAKS_ARE_LOOKED_FOR
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define API_LEAKS_ARE_LOOKED_FOR
-#endif
-#endif
-
-#if defined(API_LEAKS_ARE_LOOKED_FOR)
-#include <sanitizer/lsan_interface.h>
-#endif
+#include "Support/AddressSanitizer.h"
 
 namespace Api {
 
@@ -22,7 +12,7 @@ public:
     MeantLeak& operator=(const MeantLeak&) = delete;
     ~MeantLeak() {}
 
-#if defined(API_LEAKS_ARE_LOOKED_FOR)
+#if SUPPORT_ADDRESS_SANITIZER
 private:
     __lsan::ScopedDisabler disabler;
 #endif

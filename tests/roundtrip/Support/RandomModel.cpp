@@ -155,11 +155,12 @@ void RandomModel::setData(Model& model) {
     }
     for (const unsigned id : geometries) {
         NodeProperties properties;
-        properties.set(DiffuseColor, std::vector<float>{0.5F, 0.25F, static_cast<float>(anyBelow(2))});
+        const float blue = static_cast<float>(anyBelow(2));
+        properties.set(DiffuseColor, std::vector<float>{0.5F, 0.25F, blue});
         properties.set(Transparency, 0.125F);
         model.setNodeData(id, properties);
         ExpectedNode& shape = nodes[nodes[id - 1].parent - 1];
-        shape.diffuse = {0.5F, 0.25F, 0.0F, 1.0F};
+        shape.diffuse = {0.5F, 0.25F, blue, 1.0F};
         shape.transparency = 0.125F;
     }
 }

@@ -224,6 +224,29 @@ TEST_F(ArrayPropertyAdder, ReusedEntryTakesANewTarget) {
     add(threeFloats(), idsOf({First, Second}));
     EXPECT_TRUE(entry(Second).isLink);
     EXPECT_EQ(entry(Second).linkNodeId, First);
+    EXPECT_EQ(entry(Second).linkIndex, 0U);
+}
+
+TEST_F(ArrayPropertyAdder, ReusedLinkTakesANewTarget) {
+    add(threeFloats(), idsOf({First, Second}));
+    ASSERT_EQ(entry(Second).linkNodeId, First);
+    ASSERT_EQ(entry(Second).linkIndex, 0U);
+    add(threeFloats({{"unit", 1}}), idsOf({Second}), {StepData("A", {}), StepData()});
+    EXPECT_FALSE(entry(Second, 1).isLink);
+    EXPECT_TRUE(entry(Second).isLink);
+    EXPECT_EQ(entry(Second).linkNodeId, Second);
+    EXPECT_EQ(entry(Second).linkIndex, 1U);
+    EXPECT_TRUE(entry(Second).attributes.empty());
+}
+
+TEST_F(ArrayPropertyAdder, KeyOfAPropertyWithoutNameBeginsWithTheSeparatorOrIsEmpty) {
+    ColumnProperty<float> property = threeFloats();
+    property.name.clear();
+    add(std::move(property), idsOf({First}), {StepData("A", {}), StepData()});
+    ASSERT_EQ(countOf(First), 2U);
+    EXPECT_EQ(entry(First, 0).key, "\x1e"
+                                   "A");
+    EXPECT_EQ(entry(First, 1).key, "");
 }
 
 TEST_F(ArrayPropertyAdder, OneKeyTwiceInACallLinksToItself) {
@@ -235,6 +258,7 @@ TEST_F(ArrayPropertyAdder, OneKeyTwiceInACallLinksToItself) {
     EXPECT_TRUE(entry(First).isLink);
     EXPECT_TRUE(entry(Second).isLink);
     EXPECT_EQ(entry(Second).linkNodeId, Second);
+    EXPECT_EQ(entry(Second).linkIndex, 0U);
 }
 
 // --- Order of the checks

@@ -95,6 +95,18 @@ TEST_F(ComponentsAdder, WholeSeparatorDecidesStartAndEndAndEachOfItsCharactersSp
     EXPECT_TRUE(throws<InvalidArguments>(Relative, [&] { merge(database, Paths{":a"}, "::"); }));
 }
 
+TEST_F(ComponentsAdder, EachOfTwoDifferentSeparatorCharactersSplits) {
+    EXPECT_EQ(merge(database, Paths{"|:a|:b:c|d", "|:a:b|c|:e|:", "|:a||b:c:f|"}, "|:"), (Ids{5, 6, 8}));
+    EXPECT_EQ(dataOf<QelMox::Group>(1).GetName(), "a");
+    EXPECT_EQ(dataOf<QelMox::Group>(2).GetName(), "b");
+    EXPECT_EQ(dataOf<QelMox::Group>(3).GetName(), "c");
+    EXPECT_EQ(dataOf<QelMox::Shape>(4).GetName(), "d");
+    EXPECT_EQ(dataOf<QelMox::Group>(6).GetName(), "e");
+    EXPECT_EQ(dataOf<QelMox::Shape>(7).GetName(), "f");
+    EXPECT_EQ(tree().GetNodes().size(), 8U);
+    EXPECT_TRUE(throws<InvalidArguments>(Relative, [&] { merge(database, Paths{":|a"}, "|:"); }));
+}
+
 TEST_F(ComponentsAdder, SkippedPathsLeaveTheCurrentNode) {
     add({"/a/b/"});
     EXPECT_EQ(add({"", "/"}), (Ids{0, 0}));
@@ -115,7 +127,9 @@ TEST_F(ComponentsAdder, RelativePathLeavesNothingOfItself) {
 
 TEST_F(ComponentsAdder, PathBelowAnotherRootLeavesNothingOfItself) {
     EXPECT_TRUE(throws<NotYetImplemented>(OtherRoot, [&] { add({"/a/b/", "/x/c"}); }));
+    EXPECT_EQ(tree().GetCurrentId(), 2U);
     EXPECT_TRUE(throws<NotYetImplemented>(OtherRoot, [&] { addMap({{"/x/c", {}}}); }));
+    EXPECT_EQ(tree().GetCurrentId(), 2U);
     EXPECT_EQ(tree().GetNodes().size(), 2U);
 }
 

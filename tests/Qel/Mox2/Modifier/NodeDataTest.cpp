@@ -129,6 +129,7 @@ TEST_F(NodeDataModifier, EachPropertyTakesItsAlternativeAlone) {
                 })) << key;
             }
         }
+        EXPECT_NO_THROW(set(id, only(key, fitting(key)))) << key;
     }
 }
 

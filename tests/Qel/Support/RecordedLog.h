@@ -1,0 +1,76 @@
+#pragma once
+
+#include <Qel/Log/Log.h>
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace Support {
+
+/// A log record but for its line and its time, which differ from run to run.
+struct LogLine {
+    std::string file;
+    std::string source;
+    std::string text;
+    int severity = 1;
+
+    friend bool operator==(const LogLine&, const LogLine&) = default;
+    friend void PrintTo(const LogLine& line, std::ostream* stream) {
+        *stream << '[' << line.severity << "] " << line.file << ' ' << line.source << " \"" << line.text
+                << '"';
+    }
+};
+
+using LogLines = std::vector<LogLine>;
+
+/// The lines of one site, which has a name.
+inline LogLines linesOf(const std::string& file, const std::string& source,
+                        const std::vector<std::string>& texts) {
+    LogLines lines;
+    for (const std::string& text : texts) {
+        lines.push_back({file, source, text});
+    }
+    return lines;
+}
+
+/// Keeps the records of the library instead of the process's log system, as long as it lives.
+class RecordedLog final : private Qel::Log::LogSystem {
+public:
+    RecordedLog() : former(Qel::Log::replaceProcessLog(*this)) {}
+    RecordedLog(const RecordedLog&) = delete;
+    RecordedLog& operator=(const RecordedLog&) = delete;
+    ~RecordedLog() override { Qel::Log::replaceProcessLog(former); }
+
+    const LogLines& lines() const { return recorded; }
+    /// The texts alone.
+    std::vector<std::string> texts() const {
+        std::vector<std::string> result;
+        for (const LogLine& line : recorded) {
+            result.push_back(line.text);
+        }
+        return result;
+    }
+    /// The lines of the sites in their files, and the seconds since the epoch.
+    const std::vector<unsigned long>& sourceLines() const { return lineNumbers; }
+    const std::vector<std::int64_t>& times() const { return seconds; }
+    /// How often a text was printed instead.
+    int printed() const { return prints; }
+
+private:
+    void operator+=(const Qel::Log::Record<char>& record) override {
+        recorded.push_back({record.origin.file, record.origin.function, record.str(), int{record.severity}});
+        lineNumbers.push_back(record.origin.line);
+        seconds.push_back(record.origin.time);
+    }
+    void operator+=(const std::ostream&) override { ++prints; }
+
+    LogSystem& former;
+    LogLines recorded;
+    std::vector<unsigned long> lineNumbers;
+    std::vector<std::int64_t> seconds;
+    int prints = 0;
+};
+
+} // namespace Support

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Support/EnvironmentGuard.h"
+
+#include <string>
+
+namespace Support {
+
+/// Moves the process into a time zone, and back at the end.
+class TimeZoneGuard {
+public:
+    /// @param zone As the variable `TZ` has it: "FAR-13:45" is a zone called FAR, 13:45 hours ahead of UTC.
+    explicit TimeZoneGuard(const std::string& zone);
+    TimeZoneGuard(const TimeZoneGuard&) = delete;
+    TimeZoneGuard& operator=(const TimeZoneGuard&) = delete;
+    ~TimeZoneGuard();
+
+private:
+    std::optional<EnvironmentGuard> variable;
+};
+
+} // namespace Support
