@@ -51,7 +51,7 @@ public:
     virtual const char* description() const noexcept;
 
 private:
-    std::string message;
+    std::string message_;
 };
 
 // Declares one concrete class. Codes and descriptions stand in one table, in Exception.cpp.

@@ -48,7 +48,7 @@ private:
     friend class Model;
     struct Storage;
 
-    Storage* storage;
+    Storage* storage_;
 };
 
 extern template class Array1d<unsigned int>;

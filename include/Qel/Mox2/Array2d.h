@@ -52,7 +52,7 @@ private:
     friend class Model;
     struct Storage;
 
-    Storage* storage;
+    Storage* storage_;
 };
 
 extern template class Array2d<unsigned int>;

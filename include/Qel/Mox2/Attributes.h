@@ -36,7 +36,7 @@ private:
     friend class Model;
     friend class StepList;
 
-    AttributeMap* map;
+    AttributeMap* map_;
 };
 
 } // namespace Qel::Mox2

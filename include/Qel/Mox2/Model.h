@@ -233,7 +233,7 @@ public:
 private:
     static const Attributes& emptyAttributes();
 
-    Database* database;
+    Database* database_;
 };
 
 } // namespace Qel::Mox2

@@ -35,7 +35,7 @@ public:
 private:
     friend class Model;
 
-    PropertyMap* map;
+    PropertyMap* map_;
 };
 
 } // namespace Qel::Mox2

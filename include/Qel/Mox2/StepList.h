@@ -30,7 +30,7 @@ public:
 private:
     friend class Model;
 
-    std::vector<StepData>* steps;
+    std::vector<StepData>* steps_;
 };
 
 } // namespace Qel::Mox2

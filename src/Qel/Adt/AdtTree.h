@@ -27,46 +27,46 @@ template <typename T>
 class Tree {
 public:
     /// A root without payload, which is current.
-    Tree() { nodes.push_back({.id = RootId}); }
+    Tree() { nodes_.push_back({.id = RootId}); }
 
     /// @throws Qel::Exception::KeyNotFound if there is no such id.
     const TreeNode<T>& GetReqNode(const unsigned int& id) const {
         if (!contains(id)) {
             QEL_THROW(Qel::Exception::KeyNotFound());
         }
-        return nodes[id - RootId];
+        return nodes_[id - RootId];
     }
 
     /// @throws Qel::Exception::KeyNotFound if the current id is none of a node.
     TreeNode<T>& GetCurrentNode() {
-        if (!contains(currentId)) {
+        if (!contains(currentId_)) {
             QEL_THROW(Qel::Exception::KeyNotFound());
         }
-        return nodes[currentId - RootId];
+        return nodes_[currentId_ - RootId];
     }
 
     /// Moves the cursor. Id 0 passes, and the next use of the cursor fails.
     /// @throws Qel::Exception::KeyNotFound for an id that has not been given out.
     void SetCurrentId(unsigned int id) {
-        if (id >= nextId) {
+        if (id >= nextId_) {
             QEL_THROW(Qel::Exception::KeyNotFound());
         }
-        currentId = id;
+        currentId_ = id;
     }
 
     /// Adds a child without payload behind the current node's last, and makes it current.
     /// @throws Qel::Exception::KeyNotFound if the current id is none of a node; nothing changes.
     void AddChild() {
         TreeNode<T>& parent = GetCurrentNode();
-        nodes.push_back({.id = nextId, .parent = currentId, .previous = parent.lastChild});
+        nodes_.push_back({.id = nextId_, .parent = currentId_, .previous = parent.lastChild});
         if (parent.lastChild != 0) {
-            nodes[parent.lastChild - RootId].next = nextId;
+            nodes_[parent.lastChild - RootId].next = nextId_;
         } else {
-            parent.firstChild = nextId;
+            parent.firstChild = nextId_;
         }
-        parent.lastChild = nextId;
-        currentId = nextId;
-        ++nextId;
+        parent.lastChild = nextId_;
+        currentId_ = nextId_;
+        ++nextId_;
     }
 
     /// Moves to the oldest child of the current node whose payload the policy finds equal to the probe. The
@@ -75,33 +75,33 @@ public:
     /// @throws Qel::Exception::KeyNotFound if there is none; the cursor stays.
     template <typename Policy>
     void MoveToChild(const T& probe, Policy policy) {
-        const auto match = std::ranges::find_if(nodes, [&](const TreeNode<T>& node) {
-            return policy(node.data, probe) && node.parent == currentId;
+        const auto match = std::ranges::find_if(nodes_, [&](const TreeNode<T>& node) {
+            return policy(node.data, probe) && node.parent == currentId_;
         });
-        if (match == nodes.end()) {
+        if (match == nodes_.end()) {
             QEL_THROW(Qel::Exception::KeyNotFound());
         }
-        currentId = match->id;
+        currentId_ = match->id;
     }
 
-    unsigned int GetCurrentId() const { return currentId; }
+    unsigned int GetCurrentId() const { return currentId_; }
     /// Moves the cursor without any check.
-    void PutCurrentId(unsigned int id) { currentId = id; }
+    void PutCurrentId(unsigned int id) { currentId_ = id; }
     /// The id of the node that is added next.
-    unsigned int GetNextId() const { return nextId; }
+    unsigned int GetNextId() const { return nextId_; }
     /// All nodes in ascending id.
-    const std::deque<TreeNode<T>>& GetNodes() const { return nodes; }
+    const std::deque<TreeNode<T>>& GetNodes() const { return nodes_; }
 
 protected:
     static constexpr unsigned int RootId = 1;
 
 private:
-    bool contains(unsigned int id) const { return id >= RootId && id < nextId; }
+    bool contains(unsigned int id) const { return id >= RootId && id < nextId_; }
 
     // The node of id 1 first: ids have no gaps.
-    std::deque<TreeNode<T>> nodes;
-    unsigned int nextId = RootId + 1;
-    unsigned int currentId = RootId;
+    std::deque<TreeNode<T>> nodes_;
+    unsigned int nextId_ = RootId + 1;
+    unsigned int currentId_ = RootId;
 };
 
 } // namespace QelAdt

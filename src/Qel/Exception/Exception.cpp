@@ -14,12 +14,12 @@ int Base::code() const noexcept {
     return 1;
 }
 
-Exception::Exception(std::string text) : message(std::move(text)) {}
+Exception::Exception(std::string text) : message_(std::move(text)) {}
 
 Exception::~Exception() = default;
 
 const char* Exception::what() const noexcept {
-    return message.empty() ? description() : message.c_str();
+    return message_.empty() ? description() : message_.c_str();
 }
 
 const char* Exception::description() const noexcept {

@@ -16,27 +16,27 @@ std::size_t ChildIndex::KeyHash::operator()(const Key& key) const {
 
 void ChildIndex::add(unsigned int parent, unsigned int id, const Node& node) {
     if (findLike(parent, node) == 0) {
-        children.emplace(Key(parent, node.GetName()), Child{id, &node});
+        children_.emplace(Key(parent, node.GetName()), Child{id, &node});
     }
 }
 
 void ChildIndex::remove(unsigned int parent, unsigned int id, const Node& node) {
-    const auto [first, last] = children.equal_range(Key(parent, node.GetName()));
+    const auto [first, last] = children_.equal_range(Key(parent, node.GetName()));
     const auto match = std::find_if(first, last, [&](const auto& entry) { return entry.second.id == id; });
     if (match != last) {
-        children.erase(match);
+        children_.erase(match);
     }
 }
 
 unsigned int ChildIndex::find(unsigned int parent, std::string_view name) const {
-    const auto [first, last] = children.equal_range(Key(parent, name));
+    const auto [first, last] = children_.equal_range(Key(parent, name));
     const auto oldest = std::min_element(
         first, last, [](const auto& left, const auto& right) { return left.second.id < right.second.id; });
     return oldest == last ? 0 : oldest->second.id;
 }
 
 unsigned int ChildIndex::findLike(unsigned int parent, const Node& probe) const {
-    const auto [first, last] = children.equal_range(Key(parent, probe.GetName()));
+    const auto [first, last] = children_.equal_range(Key(parent, probe.GetName()));
     const auto match = std::find_if(
         first, last, [&](const auto& entry) { return NodesWithSameName()(entry.second.node, &probe); });
     return match == last ? 0 : match->second.id;

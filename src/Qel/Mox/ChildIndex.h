@@ -36,7 +36,7 @@ private:
     };
 
     // One child of each class at most under a key. The names are views of the nodes' own.
-    std::unordered_multimap<Key, Child, KeyHash> children;
+    std::unordered_multimap<Key, Child, KeyHash> children_;
 };
 
 } // namespace QelMox

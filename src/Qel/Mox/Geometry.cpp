@@ -46,7 +46,7 @@ void putPosition(QelTnf::Index& index, const std::string& lightData, std::uint64
 
 } // namespace
 
-Geometry::Geometry(std::string geometryName) : Node(std::move(geometryName)) {}
+Geometry::Geometry(std::string name) : Node(std::move(name)) {}
 
 std::string Geometry::GetTypeName() const {
     return std::string(Format::GeometryType);
@@ -59,17 +59,17 @@ std::string Geometry::GetVersion() const {
 }
 
 std::uint64_t Geometry::FindOrAddDataset(const std::string& key) {
-    if (const auto found = indices.find(key); found != indices.end()) {
+    if (const auto found = indices_.find(key); found != indices_.end()) {
         return found->second;
     }
-    const std::uint64_t added = datasets.size();
+    const std::uint64_t added = datasets_.size();
     auto entry = std::make_unique<DatasetEntry>();
     entry->key = key;
-    datasets.push_back(std::move(entry));
+    datasets_.push_back(std::move(entry));
     try {
-        indices.emplace(datasets.back()->key, added);
+        indices_.emplace(datasets_.back()->key, added);
     } catch (...) {
-        datasets.pop_back();
+        datasets_.pop_back();
         throw;
     }
     return added;
@@ -84,8 +84,8 @@ void Geometry::WriteTn(QelTnf::TnFile& container, const std::string& lightData, 
         return;
     }
     QelTnf::Index& index = container.GetIndex();
-    index.Put(lightData, static_cast<int>(datasets.size()));
-    for (const auto& dataset : datasets) {
+    index.Put(lightData, static_cast<int>(datasets_.size()));
+    for (const auto& dataset : datasets_) {
         const DatasetEntry& entry = *dataset;
         index.Put(lightData, entry.key);
         index.Put(lightData, taggedType(entry));
@@ -112,8 +112,8 @@ void Geometry::WriteTn(QelTnf::TnFile& container, const std::string& lightData, 
 void Geometry::WriteTn_l05(QelTnf::TnFile& container, const std::string& lightData, const std::string&,
                            const std::string& attributes) const {
     QelTnf::Index& index = container.GetIndex();
-    index.Put(lightData, static_cast<int>(datasets.size()));
-    for (const auto& dataset : datasets) {
+    index.Put(lightData, static_cast<int>(datasets_.size()));
+    for (const auto& dataset : datasets_) {
         const DatasetEntry& entry = *dataset;
         index.Put(lightData, entry.key);
         index.Put(lightData, entry.variableType);

@@ -23,7 +23,7 @@ class Geometry : public Node {
 public:
     using VariableType = QelMox::VariableType;
 
-    explicit Geometry(std::string geometryName);
+    explicit Geometry(std::string name);
 
     std::string GetTypeName() const override;
     std::string GetVersion() const override;
@@ -32,9 +32,9 @@ public:
     std::uint64_t FindOrAddDataset(const std::string& key);
 
     /// Entries have indices from 0, in order of the first use of their keys.
-    std::uint64_t GetDatasetCount() const { return datasets.size(); }
-    DatasetEntry& GetDataset(std::uint64_t index) { return *datasets[index]; }
-    const DatasetEntry& GetDataset(std::uint64_t index) const { return *datasets[index]; }
+    std::uint64_t GetDatasetCount() const { return datasets_.size(); }
+    DatasetEntry& GetDataset(std::uint64_t index) { return *datasets_[index]; }
+    const DatasetEntry& GetDataset(std::uint64_t index) const { return *datasets_[index]; }
 
     /// Where the numbers of each key stand in the stream of the datasets.
     std::map<std::string, std::uint64_t> positions;
@@ -50,9 +50,9 @@ public:
                      const std::string& attributes) const;
 
 private:
-    std::vector<std::unique_ptr<DatasetEntry>> datasets;
+    std::vector<std::unique_ptr<DatasetEntry>> datasets_;
     // Views of the entries' own keys, which therefore stay where they are.
-    std::unordered_map<std::string_view, std::uint64_t> indices;
+    std::unordered_map<std::string_view, std::uint64_t> indices_;
 };
 
 } // namespace QelMox

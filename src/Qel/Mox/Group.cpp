@@ -8,8 +8,8 @@
 
 namespace QelMox {
 
-Group::Group(std::string groupName, QelUtil::AttributeList groupAttributes, unsigned char kind)
-    : Node(std::move(groupName)), attributes(std::move(groupAttributes)), groupKind(kind) {}
+Group::Group(std::string name, QelUtil::AttributeList attributes, unsigned char kind)
+    : Node(std::move(name)), attributes_(std::move(attributes)), groupKind_(kind) {}
 
 std::string Group::GetTypeName() const {
     return std::string(Format::GroupType);
@@ -20,24 +20,24 @@ std::string Group::GetVersion() const {
 }
 
 void Group::SetTranslation(const std::vector<float>& values) {
-    if (values.size() != translation.size()) {
+    if (values.size() != translation_.size()) {
         QEL_THROW(Qel::Exception::InvalidArguments("invalid array size"));
     }
-    std::ranges::copy(values, translation.begin());
+    std::ranges::copy(values, translation_.begin());
 }
 
 void Group::SetRotation(const std::vector<float>& values) {
-    if (values.size() != rotation.size()) {
+    if (values.size() != rotation_.size()) {
         QEL_THROW(Qel::Exception::InvalidArguments("invalid array size"));
     }
-    std::ranges::copy(values, rotation.begin());
+    std::ranges::copy(values, rotation_.begin());
 }
 
 void Group::SetScale(const std::vector<float>& values) {
-    if (values.size() != scale.size()) {
+    if (values.size() != scale_.size()) {
         QEL_THROW(Qel::Exception::InvalidArguments("invalid array size"));
     }
-    std::ranges::copy(values, scale.begin());
+    std::ranges::copy(values, scale_.begin());
 }
 
 } // namespace QelMox

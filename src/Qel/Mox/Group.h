@@ -13,7 +13,7 @@ namespace QelMox {
 class Group final : public Node {
 public:
     /// A group that changes nothing: no translation, no rotation, scale 1.
-    Group(std::string groupName, QelUtil::AttributeList groupAttributes, unsigned char kind = 0);
+    Group(std::string name, QelUtil::AttributeList attributes, unsigned char kind = 0);
 
     std::string GetTypeName() const override;
     std::string GetVersion() const override;
@@ -26,20 +26,20 @@ public:
     /// @throws Qel::Exception::InvalidArguments "invalid array size" unless there are 3 values.
     void SetScale(const std::vector<float>& values);
 
-    const std::array<float, 3>& GetTranslation() const { return translation; }
-    const std::array<float, 4>& GetRotation() const { return rotation; }
-    const std::array<float, 3>& GetScale() const { return scale; }
-    const QelUtil::AttributeList& GetAttributes() const { return attributes; }
-    QelUtil::AttributeList& GetAttributes() { return attributes; }
+    const std::array<float, 3>& GetTranslation() const { return translation_; }
+    const std::array<float, 4>& GetRotation() const { return rotation_; }
+    const std::array<float, 3>& GetScale() const { return scale_; }
+    const QelUtil::AttributeList& GetAttributes() const { return attributes_; }
+    QelUtil::AttributeList& GetAttributes() { return attributes_; }
     /// 1 for a first node that was asked to be marked, 0 for all others.
-    unsigned char GetGroupKind() const { return groupKind; }
+    unsigned char GetGroupKind() const { return groupKind_; }
 
 private:
-    std::array<float, 3> translation = {0.0F, 0.0F, 0.0F};
-    std::array<float, 4> rotation = {0.0F, 0.0F, 1.0F, 0.0F};
-    std::array<float, 3> scale = {1.0F, 1.0F, 1.0F};
-    QelUtil::AttributeList attributes;
-    unsigned char groupKind;
+    std::array<float, 3> translation_ = {0.0F, 0.0F, 0.0F};
+    std::array<float, 4> rotation_ = {0.0F, 0.0F, 1.0F, 0.0F};
+    std::array<float, 3> scale_ = {1.0F, 1.0F, 1.0F};
+    QelUtil::AttributeList attributes_;
+    unsigned char groupKind_;
 };
 
 } // namespace QelMox

@@ -19,7 +19,7 @@ void copyWithoutAlpha(const std::vector<float>& values, Material::Color& color) 
 
 } // namespace
 
-Material::Material(std::string materialName) : Node(std::move(materialName)) {}
+Material::Material(std::string name) : Node(std::move(name)) {}
 
 std::string Material::GetTypeName() const {
     return std::string(Format::MaterialType);
@@ -37,32 +37,33 @@ void Material::SetDiffuseColor(const std::vector<float>& values) {
     if (values.size() != WithoutAlpha && values.size() != WithAlpha) {
         QEL_THROW(Qel::Exception::InvalidArguments("invalid array size"));
     }
-    copyWithoutAlpha(values, diffuse);
+    copyWithoutAlpha(values, diffuse_);
 }
 
 void Material::SetSpecularColor(const std::vector<float>& values) {
     if (values.size() != WithoutAlpha && values.size() != WithAlpha) {
         QEL_THROW(Qel::Exception::InvalidArguments("invalid array size"));
     }
-    copyWithoutAlpha(values, specular);
+    copyWithoutAlpha(values, specular_);
 }
 
 void Material::SetEmissiveColor(const std::vector<float>& values) {
     if (values.size() != WithoutAlpha) {
         QEL_THROW(Qel::Exception::InvalidArguments("invalid array size"));
     }
-    copyWithoutAlpha(values, emissive);
+    copyWithoutAlpha(values, emissive_);
 }
 
 void Material::SetAmbientColor(const std::vector<float>& values) {
     if (values.size() != WithoutAlpha) {
         QEL_THROW(Qel::Exception::InvalidArguments("invalid array size"));
     }
-    copyWithoutAlpha(values, ambient);
+    copyWithoutAlpha(values, ambient_);
 }
 
 void Material::SetAmbientIntensity(float intensity) {
-    std::ranges::transform(diffuse, ambient.begin(), [=](float component) { return component * intensity; });
+    std::ranges::transform(diffuse_, ambient_.begin(),
+                           [=](float component) { return component * intensity; });
 }
 
 } // namespace QelMox

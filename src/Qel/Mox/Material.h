@@ -14,7 +14,7 @@ public:
     /// Red, green, blue and alpha.
     using Color = std::array<float, 4>;
 
-    explicit Material(std::string materialName);
+    explicit Material(std::string name);
 
     std::string GetTypeName() const override;
     std::string GetVersion() const override;
@@ -32,31 +32,31 @@ public:
     /// As SetEmissiveColor().
     void SetAmbientColor(const std::vector<float>& values);
 
-    void SetTransparency(float value) { Transparency = value; }
-    void SetShininess(float value) { Shininess = value; }
+    void SetTransparency(float value) { Transparency_ = value; }
+    void SetShininess(float value) { Shininess_ = value; }
     /// Makes the ambient colour the diffuse one times `intensity`, in all four components.
     void SetAmbientIntensity(float intensity);
 
-    const Color& GetDiffuse() const { return diffuse; }
-    const Color& GetSpecular() const { return specular; }
-    const Color& GetEmissive() const { return emissive; }
-    const Color& GetAmbient() const { return ambient; }
-    float GetTransparency() const { return Transparency; }
-    float GetShininess() const { return Shininess; }
-    unsigned char GetMaterialFlag() const { return materialFlag; }
+    const Color& GetDiffuse() const { return diffuse_; }
+    const Color& GetSpecular() const { return specular_; }
+    const Color& GetEmissive() const { return emissive_; }
+    const Color& GetAmbient() const { return ambient_; }
+    float GetTransparency() const { return Transparency_; }
+    float GetShininess() const { return Shininess_; }
+    unsigned char GetMaterialFlag() const { return materialFlag_; }
 
 private:
     static constexpr float DefaultAmbientIntensity = 0.2F;
 
-    Color diffuse = {0.8F, 0.8F, 0.8F, 1.0F};
-    Color specular = {0.0F, 0.0F, 0.0F, 1.0F};
-    Color emissive = {0.0F, 0.0F, 0.0F, 0.0F};
+    Color diffuse_ = {0.8F, 0.8F, 0.8F, 1.0F};
+    Color specular_ = {0.0F, 0.0F, 0.0F, 1.0F};
+    Color emissive_ = {0.0F, 0.0F, 0.0F, 0.0F};
     // The product in single precision, which is another number than 0.16.
-    Color ambient = {diffuse[0] * DefaultAmbientIntensity, diffuse[1] * DefaultAmbientIntensity,
-                     diffuse[2] * DefaultAmbientIntensity, diffuse[3] * DefaultAmbientIntensity};
-    float Transparency = 0.0F;
-    float Shininess = 0.2F;
-    unsigned char materialFlag = 1;
+    Color ambient_ = {diffuse_[0] * DefaultAmbientIntensity, diffuse_[1] * DefaultAmbientIntensity,
+                      diffuse_[2] * DefaultAmbientIntensity, diffuse_[3] * DefaultAmbientIntensity};
+    float Transparency_ = 0.0F;
+    float Shininess_ = 0.2F;
+    unsigned char materialFlag_ = 1;
 };
 
 } // namespace QelMox

@@ -6,7 +6,7 @@
 
 namespace QelMox {
 
-Node::Node(std::string nodeName) : name(std::move(nodeName)) {}
+Node::Node(std::string name) : name_(std::move(name)) {}
 
 Node::~Node() = default;
 
@@ -19,7 +19,7 @@ std::string Node::GetVersion() const {
 }
 
 bool Node::GetFlag() const {
-    return flagA;
+    return flagA_;
 }
 
 } // namespace QelMox

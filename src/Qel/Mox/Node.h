@@ -8,7 +8,7 @@ namespace QelMox {
 /// tell readers by these texts what follows.
 class Node {
 public:
-    explicit Node(std::string nodeName);
+    explicit Node(std::string name);
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
     virtual ~Node();
@@ -22,11 +22,11 @@ public:
     virtual void Reserved6() {}
     virtual void Reserved7() {}
 
-    const std::string& GetName() const { return name; }
+    const std::string& GetName() const { return name_; }
 
 private:
-    const std::string name;
-    bool flagA = false;
+    const std::string name_;
+    bool flagA_ = false;
 };
 
 } // namespace QelMox

@@ -5,7 +5,7 @@
 
 namespace QelMox {
 
-NodeSets::NodeSets(std::string nodeName) : Node(std::move(nodeName)) {}
+NodeSets::NodeSets(std::string name) : Node(std::move(name)) {}
 
 std::string NodeSets::GetTypeName() const {
     return std::string(Format::NodeSetsType);

@@ -22,7 +22,7 @@ public:
         std::vector<std::pair<unsigned int, unsigned int>> members;
     };
 
-    explicit NodeSets(std::string nodeName);
+    explicit NodeSets(std::string name);
 
     std::string GetTypeName() const override;
     std::string GetVersion() const override;

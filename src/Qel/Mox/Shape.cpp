@@ -6,7 +6,7 @@
 
 namespace QelMox {
 
-Shape::Shape(std::string shapeName) : Node(std::move(shapeName)), material(std::string()) {}
+Shape::Shape(std::string name) : Node(std::move(name)), material_(std::string()) {}
 
 std::string Shape::GetTypeName() const {
     return std::string(Format::ShapeType);

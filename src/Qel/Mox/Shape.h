@@ -11,16 +11,16 @@ namespace QelMox {
 class Shape final : public Node {
 public:
     /// A shape with a material of default looks and without a name.
-    explicit Shape(std::string shapeName);
+    explicit Shape(std::string name);
 
     std::string GetTypeName() const override;
     std::string GetVersion() const override;
 
-    const Material& GetMaterial() const { return material; }
-    Material& GetMaterial() { return material; }
+    const Material& GetMaterial() const { return material_; }
+    Material& GetMaterial() { return material_; }
 
 private:
-    Material material;
+    Material material_;
 };
 
 } // namespace QelMox

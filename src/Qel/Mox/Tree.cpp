@@ -107,11 +107,11 @@ void Tree::SetRootShape(const std::string& name) {
 void Tree::AddChildNode(std::unique_ptr<Node> payload) {
     const unsigned int parent = GetCurrentId();
     const unsigned int id = GetNextId();
-    children.add(parent, id, *payload);
+    children_.add(parent, id, *payload);
     try {
         AddChild();
     } catch (...) {
-        children.remove(parent, id, *payload);
+        children_.remove(parent, id, *payload);
         throw;
     }
     GetCurrentNode().data = payload.release();
@@ -119,7 +119,7 @@ void Tree::AddChildNode(std::unique_ptr<Node> payload) {
 
 template <typename NodeClass>
 void Tree::moveToOrAdd(std::unique_ptr<NodeClass> node) {
-    if (const unsigned int found = children.findLike(GetCurrentId(), *node); found != 0) {
+    if (const unsigned int found = children_.findLike(GetCurrentId(), *node); found != 0) {
         SetCurrentId(found);
     } else {
         AddChildNode(std::move(node));
@@ -153,7 +153,7 @@ unsigned int Tree::FindNodeByPath(const std::string& path, const std::string& se
             throw std::out_of_range("invalid string position");
         }
         separatorPlace = path.find(separator, start);
-        id = children.find(id, std::string_view(path).substr(start, separatorPlace - start));
+        id = children_.find(id, std::string_view(path).substr(start, separatorPlace - start));
     }
     return id;
 }

@@ -85,7 +85,7 @@ private:
     static void saveDescriptor(QelTnf::TnFile& container, Node& payload);
     void fillCurrentModifier(const std::string& comment);
 
-    ChildIndex children;
+    ChildIndex children_;
 };
 
 } // namespace QelMox

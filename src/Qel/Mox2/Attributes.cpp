@@ -6,26 +6,26 @@
 
 namespace Qel::Mox2 {
 
-Attributes::Attributes() : map(new AttributeMap) {}
+Attributes::Attributes() : map_(new AttributeMap) {}
 
-Attributes::Attributes(const Attributes& other) : map(new AttributeMap(*other.map)) {}
+Attributes::Attributes(const Attributes& other) : map_(new AttributeMap(*other.map_)) {}
 
 const Attributes& Attributes::operator=(const Attributes& other) {
-    *map = *other.map;
+    *map_ = *other.map_;
     return *this;
 }
 
 Attributes::~Attributes() {
-    delete std::exchange(map, nullptr);
+    delete std::exchange(map_, nullptr);
 }
 
 void Attributes::set(const std::string& key, const char* const value) {
-    (*map)[key] = std::string(value);
+    (*map_)[key] = std::string(value);
 }
 
 template <typename T>
 void Attributes::set(const std::string& key, const T& value) {
-    (*map)[key] = value;
+    (*map_)[key] = value;
 }
 
 template MOXWRITER_EXPORT void Attributes::set(const std::string&, const float&);

@@ -11,48 +11,48 @@ Database::~Database() {
 }
 
 void Database::close() {
-    if (tree == nullptr) {
+    if (tree_ == nullptr) {
         return;
     }
-    if (openedForWriting) {
-        tree->SaveFile(tree->File, std::string());
+    if (openedForWriting_) {
+        tree_->SaveFile(tree_->File, std::string());
     }
-    tree->File.CloseFile();
-    for (const auto& node : tree->GetNodes()) {
+    tree_->File.CloseFile();
+    for (const auto& node : tree_->GetNodes()) {
         if (auto* const geometry = dynamic_cast<QelMox::Geometry*>(node.data)) {
             geometry->positions.clear();
         }
     }
-    tree.reset();
-    modeWord = ClosedMode;
-    openedForReading = false;
-    openedForWriting = false;
+    tree_.reset();
+    modeWord_ = ClosedMode;
+    openedForReading_ = false;
+    openedForWriting_ = false;
 }
 
 QelMox::Tree& Database::open() {
-    openedForReading = false;
-    openedForWriting = true;
-    tree = std::make_shared<QelMox::Tree>();
-    return *tree;
+    openedForReading_ = false;
+    openedForWriting_ = true;
+    tree_ = std::make_shared<QelMox::Tree>();
+    return *tree_;
 }
 
 void Database::assertEmpty() const {
-    if (tree != nullptr) {
+    if (tree_ != nullptr) {
         QEL_THROW(Exception::InvalidObjectState("Not Empty"));
     }
 }
 
 void Database::assertNotEmpty() const {
-    if (tree == nullptr) {
+    if (tree_ == nullptr) {
         QEL_THROW(Exception::InvalidObjectState("Not initialized"));
     }
 }
 
 void Database::assertOpenedForWriting() const {
-    if (tree == nullptr) {
+    if (tree_ == nullptr) {
         QEL_THROW(Exception::InvalidObjectState("File not open."));
     }
-    if (!openedForWriting) {
+    if (!openedForWriting_) {
         QEL_THROW(Exception::InvalidObjectState("File not opened in write mode"));
     }
 }

@@ -28,16 +28,16 @@ public:
     void assertOpenedForWriting() const;
 
     /// @pre The database is not Empty.
-    QelMox::Tree& getTree() const { return *tree; }
+    QelMox::Tree& getTree() const { return *tree_; }
 
 private:
     // Brings about the state that no operation leads to.
     friend struct DatabasePeer;
 
-    std::shared_ptr<QelMox::Tree> tree;
-    bool openedForReading = false;
-    bool openedForWriting = false;
-    unsigned int modeWord = ClosedMode;
+    std::shared_ptr<QelMox::Tree> tree_;
+    bool openedForReading_ = false;
+    bool openedForWriting_ = false;
+    unsigned int modeWord_ = ClosedMode;
 
     static constexpr unsigned int ClosedMode = 1;
 };

@@ -61,23 +61,23 @@ Array1d<unsigned int> mergePaths(Database& database, const Paths& paths, const s
 
 } // namespace
 
-Model::Model() : database(new Database) {}
+Model::Model() : database_(new Database) {}
 
 // The former database is left as it is: nothing counts who shares one.
 Model& Model::operator=(const Model& other) = default;
 
 Model::~Model() {
-    database->close();
-    delete std::exchange(database, nullptr);
+    database_->close();
+    delete std::exchange(database_, nullptr);
 }
 
 void Model::saveTo(const std::string& path, const SaverOptions& options) {
     const std::string format = "qeli_mox";
-    Saver(Base::SaveTarget{.path = path, .format = format}, options).open(*database);
+    Saver(Base::SaveTarget{.path = path, .format = format}, options).open(*database_);
 }
 
 void Model::close() {
-    database->close();
+    database_->close();
 }
 
 const std::string& Model::defaultPathSeparator() {
@@ -91,21 +91,21 @@ const Attributes& Model::emptyAttributes() {
 }
 
 unsigned int Model::addNode(NodeType type, const std::string& name, const Attributes& attributes) {
-    Adder::Node adder(type, name, *attributes.map);
-    adder.update(*database);
+    Adder::Node adder(type, name, *attributes.map_);
+    adder.update(*database_);
     return adder.getResult();
 }
 
 void Model::setCurrentNodeId(unsigned int id) {
-    Modifier::CurrentNodeId(id).update(*database);
+    Modifier::CurrentNodeId(id).update(*database_);
 }
 
 void Model::moveToParentNode() {
-    Modifier::UpMover().update(*database);
+    Modifier::UpMover().update(*database_);
 }
 
 unsigned int Model::getNodeId(const std::string& path, const std::string& separator) {
-    return Extractor::NodeId(path, separator).extract(*database);
+    return Extractor::NodeId(path, separator).extract(*database_);
 }
 
 unsigned int Model::getNodeId(const std::vector<std::string>& components) {
@@ -117,21 +117,21 @@ unsigned int Model::getNodeId(const std::vector<std::string>& components) {
 }
 
 void Model::setNodeData(unsigned int id, const NodeProperties& properties, const Attributes& attributes) {
-    Modifier::NodeData(id, *properties.map, *attributes.map).update(*database);
+    Modifier::NodeData(id, *properties.map_, *attributes.map_).update(*database_);
 }
 
 Array1d<unsigned int> Model::addAssemblyComponents(const std::vector<std::string>& paths,
                                                    const std::string& separator) {
-    return mergePaths(*database, paths, separator);
+    return mergePaths(*database_, paths, separator);
 }
 
 Array1d<unsigned int> Model::addAssemblyComponents(const std::map<std::string, Attributes>& paths,
                                                    const std::string& separator) {
     std::map<std::string, AttributeMap> maps;
     for (const auto& [path, attributes] : paths) {
-        maps.emplace_hint(maps.end(), path, *attributes.map);
+        maps.emplace_hint(maps.end(), path, *attributes.map_);
     }
-    return mergePaths(*database, maps, separator);
+    return mergePaths(*database_, maps, separator);
 }
 
 template <typename ArrayT, typename IdsT, typename StepsT>
@@ -145,8 +145,8 @@ void Model::addArrayProperty(const std::string& name, DatasetType type, const Ar
                              const StepsT& steps, const Attributes& attributes) {
     using Property = typename PropertyFor<ArrayT>::Type;
     Property property;
-    property.data = *data.storage;
-    property.attributes = *attributes.map;
+    property.data = *data.storage_;
+    property.attributes = *attributes.map_;
     property.name = name;
     property.type = type;
     property.width = Property::widthFrom(type);
@@ -155,18 +155,18 @@ void Model::addArrayProperty(const std::string& name, DatasetType type, const Ar
         if constexpr (std::is_same_v<IdsT, unsigned int>) {
             return oneId(ids);
         } else {
-            return *ids.storage;
+            return *ids.storage_;
         }
     }();
     const std::vector<StepData>& allSteps = [&]() -> const std::vector<StepData>& {
         if constexpr (std::is_same_v<StepsT, Step>) {
-            return oneStep(steps.name, *steps.attributes.map);
+            return oneStep(steps.name, *steps.attributes.map_);
         } else {
-            return *steps.steps;
+            return *steps.steps_;
         }
     }();
     Adder::ArrayProperty<Property, IdArray, std::vector<StepData>>(std::move(property), allIds, allSteps)
-        .update(*database);
+        .update(*database_);
 }
 
 #define MOXWRITER_ARRAY_PROPERTY(ArrayT, IdsT, StepsT)                                                       \

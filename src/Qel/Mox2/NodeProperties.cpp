@@ -6,32 +6,32 @@
 
 namespace Qel::Mox2 {
 
-NodeProperties::NodeProperties() : map(new PropertyMap) {}
+NodeProperties::NodeProperties() : map_(new PropertyMap) {}
 
-NodeProperties::NodeProperties(const NodeProperties& other) : map(new PropertyMap(*other.map)) {}
+NodeProperties::NodeProperties(const NodeProperties& other) : map_(new PropertyMap(*other.map_)) {}
 
 const NodeProperties& NodeProperties::operator=(const NodeProperties& other) {
-    *map = *other.map;
+    *map_ = *other.map_;
     return *this;
 }
 
 NodeProperties::~NodeProperties() {
-    delete std::exchange(map, nullptr);
+    delete std::exchange(map_, nullptr);
 }
 
 void NodeProperties::set(PropertyType key, const char* const value) {
-    (*map)[key] = std::string(value);
+    (*map_)[key] = std::string(value);
 }
 
 template <typename T>
 void NodeProperties::set(PropertyType key, const T& value) {
-    (*map)[key] = value;
+    (*map_)[key] = value;
 }
 
 // No property value is a truth value, so one is kept as a number.
 template <>
 MOXWRITER_EXPORT void NodeProperties::set(PropertyType key, const bool& value) {
-    (*map)[key] = value ? 1 : 0;
+    (*map_)[key] = value ? 1 : 0;
 }
 
 template MOXWRITER_EXPORT void NodeProperties::set(PropertyType, const int&);

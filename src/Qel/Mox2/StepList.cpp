@@ -26,31 +26,31 @@ std::size_t checkedCount(std::size_t count) {
 
 } // namespace
 
-StepList::StepList(std::size_t count) : steps(new std::vector<StepData>(checkedCount(count))) {}
+StepList::StepList(std::size_t count) : steps_(new std::vector<StepData>(checkedCount(count))) {}
 
-StepList::StepList(const StepList& other) : steps(new std::vector<StepData>(*other.steps)) {}
+StepList::StepList(const StepList& other) : steps_(new std::vector<StepData>(*other.steps_)) {}
 
 const StepList& StepList::operator=(const StepList& other) {
     if (this != &other) {
-        *steps = std::vector<StepData>(*other.steps);
+        *steps_ = std::vector<StepData>(*other.steps_);
     }
     return *this;
 }
 
 StepList::~StepList() {
-    delete std::exchange(steps, nullptr);
+    delete std::exchange(steps_, nullptr);
 }
 
 Step StepList::operator[](std::size_t index) const {
-    const StepData& data = (*steps)[index];
+    const StepData& data = (*steps_)[index];
     Step step;
     step.name = data.name;
-    *step.attributes.map = data.attributes;
+    *step.attributes.map_ = data.attributes;
     return step;
 }
 
 void StepList::set(std::size_t index, const Step& step) {
-    (*steps)[index] = StepData(step.name, *step.attributes.map);
+    (*steps_)[index] = StepData(step.name, *step.attributes.map_);
 }
 
 } // namespace Qel::Mox2

@@ -31,10 +31,10 @@ void Block::append(const void* const source, std::uint32_t count) {
     restoreReleasedBuffer();
     growFor(count);
     if (count != 0) {
-        std::memcpy(data + position, source, count);
+        std::memcpy(data_ + position_, source, count);
     }
-    position += count;
-    size = std::max(size, position);
+    position_ += count;
+    size_ = std::max(size_, position_);
 }
 
 void Block::append(const std::string& text) {
@@ -48,50 +48,50 @@ void Block::append(const std::string& text) {
 // The sum is formed in 64 bits: near 4 GiB the position wraps, and the bytes ahead of that need room all the
 // same.
 void Block::growFor(std::uint32_t count) {
-    if (std::uint64_t{position} + count >= capacity) {
+    if (std::uint64_t{position_} + count >= capacity_) {
         AllocateAdditionalMemory(std::max(count, defaultBlockSize));
     }
 }
 
 // Values reach a block that has already been written only when a close is repeated after a failure.
 void Block::restoreReleasedBuffer() {
-    if (data == nullptr && capacity != 0) {
+    if (data_ == nullptr && capacity_ != 0) {
         AllocateAdditionalMemory(0);
-        std::memset(data, 0, size);
+        std::memset(data_, 0, size_);
     }
 }
 
 void Block::AllocateAdditionalMemory(const std::uint64_t& additional) {
     constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max();
-    const std::uint64_t total = additional > largest - capacity ? largest : capacity + additional;
+    const std::uint64_t total = additional > largest - capacity_ ? largest : capacity_ + additional;
     // Some platforms answer a request for nothing with a null pointer, which is no failure.
     if (total == 0) {
         return;
     }
     void* const grown = total > std::numeric_limits<std::size_t>::max()
                             ? nullptr
-                            : std::realloc(data, static_cast<std::size_t>(total));
+                            : std::realloc(data_, static_cast<std::size_t>(total));
     if (grown == nullptr) {
         QEL_THROW(Qel::Exception::MemoryAllocationException());
     }
-    data = static_cast<unsigned char*>(grown);
-    capacity += additional;
+    data_ = static_cast<unsigned char*>(grown);
+    capacity_ += additional;
 }
 
 void Block::SetPosition(const unsigned int& newPosition) {
-    if (newPosition > size) {
+    if (newPosition > size_) {
         QEL_THROW(Qel::Exception::OutOfBounds("Invalid block position"));
     }
-    position = newPosition;
+    position_ = newPosition;
 }
 
 void Block::Write(std::FILE* const stream, bool withLength) const {
     // Deliberately blind to failed writes: applications check the finished file.
     if (withLength) {
-        (void)std::fwrite(&size, sizeof(size), 1, stream);
+        (void)std::fwrite(&size_, sizeof(size_), 1, stream);
     }
-    if (size != 0 && data != nullptr) {
-        (void)std::fwrite(data, size, 1, stream);
+    if (size_ != 0 && data_ != nullptr) {
+        (void)std::fwrite(data_, size_, 1, stream);
     }
     if (std::feof(stream) != 0) {
         QEL_THROW(Qel::Exception::FileWriteException("Unable to write to file"));
@@ -99,11 +99,11 @@ void Block::Write(std::FILE* const stream, bool withLength) const {
 }
 
 void Block::release() {
-    std::free(std::exchange(data, nullptr));
+    std::free(std::exchange(data_, nullptr));
 }
 
 unsigned char* Block::detach() {
-    return std::exchange(*this, Block()).data;
+    return std::exchange(*this, Block()).data_;
 }
 
 } // namespace QelTnf

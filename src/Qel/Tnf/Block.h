@@ -74,10 +74,10 @@ public:
     /// Frees the buffer. The other fields stay: they then describe a buffer that is gone.
     void release();
 
-    std::uint32_t GetSize() const { return size; }
-    std::uint32_t GetPosition() const { return position; }
-    std::uint64_t GetCapacity() const { return capacity; }
-    const unsigned char* GetData() const { return data; }
+    std::uint32_t GetSize() const { return size_; }
+    std::uint32_t GetPosition() const { return position_; }
+    std::uint64_t GetCapacity() const { return capacity_; }
+    const unsigned char* GetData() const { return data_; }
 
     /// Hands the buffer, which is to be freed with `free`, to the caller, and leaves an empty block.
     unsigned char* detach();
@@ -95,10 +95,10 @@ private:
     void growFor(std::uint32_t count);
     void restoreReleasedBuffer();
 
-    unsigned char* data = nullptr;
-    std::uint64_t capacity = 0;
-    std::uint32_t size = 0;
-    std::uint32_t position = 0;
+    unsigned char* data_ = nullptr;
+    std::uint64_t capacity_ = 0;
+    std::uint32_t size_ = 0;
+    std::uint32_t position_ = 0;
 };
 
 static_assert(std::is_trivially_copyable_v<Block>);

@@ -34,7 +34,7 @@ void BlockZlibCompressor::operator()(Block& block) {
     if (compressed == nullptr) {
         QEL_THROW(Qel::Exception::MemoryAllocationException());
     }
-    if (compress2(compressed.get(), &compressedLength, content.get(), contentLength, level) != Z_OK) {
+    if (compress2(compressed.get(), &compressedLength, content.get(), contentLength, level_) != Z_OK) {
         // Not reported, and the content is not given back either: the block goes out empty.
         (void)content.release();
         return;

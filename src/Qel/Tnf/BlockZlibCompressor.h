@@ -7,7 +7,7 @@ namespace QelTnf {
 /// Replaces a block's content by its length in 32 bits and one zlib stream (RFC 1950) of it.
 class BlockZlibCompressor final : public BlockTransformation {
 public:
-    explicit BlockZlibCompressor(int compressionLevel) : level(compressionLevel) {}
+    explicit BlockZlibCompressor(int level) : level_(level) {}
 
     /// If zlib fails, the block is left empty and its content is lost without a report.
     /// @throws Qel::Exception::MemoryAllocationException if there is no memory for the compressed content;
@@ -15,7 +15,7 @@ public:
     void operator()(Block& block) override;
 
 private:
-    int level;
+    int level_;
 };
 
 } // namespace QelTnf

@@ -54,29 +54,29 @@ void makeRoom(std::vector<T>& elements, std::uint64_t count) {
 } // namespace
 
 Index::~Index() {
-    std::ranges::for_each(blocks, &Block::release);
+    std::ranges::for_each(blocks_, &Block::release);
 }
 
 // --- Choosing and adding blocks
 
 std::uint64_t Index::chooseBlock(const std::string& name) {
-    const auto found = limiters.find(name);
-    if (found == limiters.end() || found->second.blockIds.empty()) {
+    const auto found = limiters_.find(name);
+    if (found == limiters_.end() || found->second.blockIds.empty()) {
         return AddBlock(name);
     }
     const std::uint64_t last = found->second.blockIds.back();
-    const bool isFull = blocks[last].GetSize() >= found->second.limit;
-    return blockInfos[last].frozen || isFull ? AddBlock(name) : last;
+    const bool isFull = blocks_[last].GetSize() >= found->second.limit;
+    return blockInfos_[last].frozen || isFull ? AddBlock(name) : last;
 }
 
 std::uint64_t Index::AddBlock(const std::string& name) {
     if (IsEmptyBlockName(name)) {
         return AppendBlockInfo(name);
     }
-    if (!limiters.contains(Format::EmptyBlockName)) {
-        indexSize = AddEmptyBlocks(Format::HeadRecords) + Format::LengthWordSize;
+    if (!limiters_.contains(Format::EmptyBlockName)) {
+        indexSize_ = AddEmptyBlocks(Format::HeadRecords) + Format::LengthWordSize;
     }
-    const std::vector<std::uint64_t>& freeIds = limiters.at(Format::EmptyBlockName).blockIds;
+    const std::vector<std::uint64_t>& freeIds = limiters_.at(Format::EmptyBlockName).blockIds;
     if (freeIds.empty()) {
         QEL_THROW(Qel::Exception::InvalidObjectState("This point should not be reached"));
     }
@@ -88,12 +88,12 @@ std::uint64_t Index::AddBlock(const std::string& name) {
     // Nothing fails from here on.
     const std::uint64_t id = takeFreeId();
     appendTo(limiter, id);
-    blockInfos[id].name.swap(entryName);
+    blockInfos_[id].name.swap(entryName);
     return id;
 }
 
 std::uint64_t Index::takeFreeId() noexcept {
-    std::vector<std::uint64_t>& freeIds = limiters.find(Format::EmptyBlockName)->second.blockIds;
+    std::vector<std::uint64_t>& freeIds = limiters_.find(Format::EmptyBlockName)->second.blockIds;
     const std::uint64_t id = freeIds.back();
     freeIds.pop_back();
     return id;
@@ -111,9 +111,9 @@ void Index::addIndexBlock() {
     // Nothing fails from here on.
     const std::uint64_t id = takeFreeId();
     appendTo(indexBlocks, id);
-    blockInfos[id].name.swap(entryName);
+    blockInfos_[id].name.swap(entryName);
     addFlags(indexBlocks, Format::BlockFreezable, false);
-    blocks[id] = table.take();
+    blocks_[id] = table.take();
     // The place is as good as the entries ahead are now. If the block just ahead has not been written yet, it
     // is wrong, and so are those of the blocks that go out behind this one before the close.
     place(id);
@@ -122,13 +122,13 @@ void Index::addIndexBlock() {
 // The limiter of a name, made with `limit` if there is none, with room for so many more ids.
 template <typename... LimitT>
 BlockSizeLimiter& Index::limiterWithRoom(const std::string& name, std::uint64_t count, LimitT... limit) {
-    if (const auto found = limiters.find(name); found != limiters.end()) {
+    if (const auto found = limiters_.find(name); found != limiters_.end()) {
         makeRoom(found->second.blockIds, count);
         return found->second;
     }
     BlockSizeLimiter limiter(limit...);
     makeRoom(limiter.blockIds, count);
-    return limiters.emplace(name, std::move(limiter)).first->second;
+    return limiters_.emplace(name, std::move(limiter)).first->second;
 }
 
 // There must be room for the id.
@@ -152,30 +152,30 @@ std::vector<BlockInfo> Index::newEntries(const std::string& name, std::uint64_t 
     std::vector<BlockInfo> entries;
     entries.reserve(count);
     for (std::uint64_t i = 0; i < count; ++i) {
-        entries.push_back(BlockInfo{.number = static_cast<std::uint8_t>(nextNumber + i), .name = name});
+        entries.push_back(BlockInfo{.number = static_cast<std::uint8_t>(nextNumber_ + i), .name = name});
     }
     return entries;
 }
 
 BlockSizeLimiter& Index::appendEntries(const std::string& name, std::uint64_t count) {
     std::vector<BlockInfo> entries = newEntries(name, count);
-    makeRoom(blockInfos, count);
-    makeRoom(blocks, count);
+    makeRoom(blockInfos_, count);
+    makeRoom(blocks_, count);
     BlockSizeLimiter& limiter = limiterWithRoom(name, count);
     // Nothing fails from here on.
     for (BlockInfo& entry : entries) {
-        const std::uint64_t id = blockInfos.size();
-        blockInfos.push_back(std::move(entry));
-        blocks.emplace_back();
+        const std::uint64_t id = blockInfos_.size();
+        blockInfos_.push_back(std::move(entry));
+        blocks_.emplace_back();
         appendTo(limiter, id);
-        ++nextNumber;
+        ++nextNumber_;
     }
     return limiter;
 }
 
 BlockSizeLimiter& Index::GetBlockSizeLimiter(const std::string& name) {
-    const auto found = limiters.find(name);
-    if (found == limiters.end()) {
+    const auto found = limiters_.find(name);
+    if (found == limiters_.end()) {
         QEL_THROW(Qel::Exception::KeyNotFound());
     }
     return found->second;
@@ -185,14 +185,14 @@ BlockSizeLimiter& Index::GetBlockSizeLimiter(const std::string& name) {
 
 void Index::Put(const std::string& name, const void* const& data, std::uint64_t size) {
     const std::uint64_t id = chooseBlock(name);
-    if (blockInfos[id].frozen) {
+    if (blockInfos_[id].frozen) {
         QEL_THROW(Qel::Exception::KeyNotFound());
     }
-    blocks[id].Put(data, static_cast<unsigned int>(size));
+    blocks_[id].Put(data, static_cast<unsigned int>(size));
 }
 
 void Index::SetBlockFlags(std::string name, unsigned char flags) {
-    if (const auto found = limiters.find(name); found != limiters.end()) {
+    if (const auto found = limiters_.find(name); found != limiters_.end()) {
         addFlags(found->second, flags, IsEmptyBlockName(name));
     }
 }
@@ -209,13 +209,13 @@ void Index::addFlags(BlockSizeLimiter& limiter, unsigned char flags, bool fromFi
 
 void Index::flagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag) noexcept {
     for (std::size_t i = first; i < ids.size(); ++i) {
-        blockInfos[ids[i]].flags |= flag;
+        blockInfos_[ids[i]].flags |= flag;
     }
 }
 
 std::uint64_t Index::GetStreamSize(const std::string& name) {
-    const auto found = limiters.find(name);
-    if (found == limiters.end() || found->second.blockIds.empty()) {
+    const auto found = limiters_.find(name);
+    if (found == limiters_.end() || found->second.blockIds.empty()) {
         return 0;
     }
     return found->second.closedBytes + streamedSize(found->second.blockIds.back());
@@ -223,11 +223,11 @@ std::uint64_t Index::GetStreamSize(const std::string& name) {
 
 // What a block counts for in its name's stream.
 std::uint64_t Index::streamedSize(std::uint64_t id) const {
-    return blockInfos[id].frozen ? blockInfos[id].uncompressedLength : blocks[id].GetPosition();
+    return blockInfos_[id].frozen ? blockInfos_[id].uncompressedLength : blocks_[id].GetPosition();
 }
 
 void Index::followStreamedSize(std::uint64_t id, std::uint64_t formerSize) {
-    BlockSizeLimiter& limiter = limiters.at(blockInfos[id].name);
+    BlockSizeLimiter& limiter = limiters_.at(blockInfos_[id].name);
     if (limiter.blockIds.back() != id) {
         limiter.closedBytes += streamedSize(id) - formerSize;
     }
@@ -238,28 +238,28 @@ void Index::followStreamedSize(std::uint64_t id, std::uint64_t formerSize) {
 void Index::WriteBufferToFileStream(std::uint64_t id, std::FILE* const stream) {
     constexpr const char* sourceName = "QelTnf::Index::WriteBufferToFileStream";
     QEL_LOG(sourceName, "Writing buffer " << id << " to stream.");
-    if (blockInfos[id].frozen) {
+    if (blockInfos_[id].frozen) {
         QEL_THROW(Qel::Exception::InvalidObjectState());
     }
-    const std::uint32_t contentLength = blocks[id].GetSize();
+    const std::uint32_t contentLength = blocks_[id].GetSize();
     if (contentLength != 0) {
         QEL_LOG(sourceName, "Buffer length: " << contentLength);
     }
     const std::uint64_t formerSize = streamedSize(id);
-    if ((blockInfos[id].flags & Format::BlockCompressed) != 0) {
+    if ((blockInfos_[id].flags & Format::BlockCompressed) != 0) {
         compress(id);
-        QEL_LOG(sourceName, "Buffer length after transformations: " << blocks[id].GetSize());
+        QEL_LOG(sourceName, "Buffer length after transformations: " << blocks_[id].GetSize());
     }
     place(id);
     freeze(id, contentLength);
     followStreamedSize(id, formerSize);
-    QEL_LOG(sourceName, "Writing buffer at position: " << blockInfos[id].position);
-    if (!QelUtil::Platform::seekTo(stream, blockInfos[id].position)) {
+    QEL_LOG(sourceName, "Writing buffer at position: " << blockInfos_[id].position);
+    if (!QelUtil::Platform::seekTo(stream, blockInfos_[id].position)) {
         QEL_LOG(sourceName, "File positioning failed");
         QEL_THROW(Qel::Exception::FileWriteException("Saving the buffer failed"));
     }
-    blocks[id].Write(stream, false);
-    blocks[id].release();
+    blocks_[id].Write(stream, false);
+    blocks_[id].release();
     QEL_LOG(sourceName, "Buffer " << id << " written to stream.");
 }
 
@@ -267,7 +267,7 @@ void Index::compress(std::uint64_t id) {
     const std::uint64_t formerSize = streamedSize(id);
     BlockZlibCompressor compressor(Format::CompressionLevel);
     try {
-        compressor(blocks[id]);
+        compressor(blocks_[id]);
     } catch (...) {
         // The content is lost then, and no longer counts.
         followStreamedSize(id, formerSize);
@@ -277,23 +277,23 @@ void Index::compress(std::uint64_t id) {
 
 // Puts a block behind the one ahead of it, as that one stands now.
 void Index::place(std::uint64_t id) {
-    blockInfos[id].length = blocks[id].GetSize();
-    blockInfos[id].position =
-        id == 0 ? indexSize + indexPosition : blockInfos[id - 1].position + blockInfos[id - 1].length;
+    blockInfos_[id].length = blocks_[id].GetSize();
+    blockInfos_[id].position =
+        id == 0 ? indexSize_ + indexPosition_ : blockInfos_[id - 1].position + blockInfos_[id - 1].length;
 }
 
 void Index::freeze(std::uint64_t id, std::uint32_t contentLength) {
-    if ((blockInfos[id].flags & Format::BlockFreezable) != 0) {
-        blockInfos[id].frozen = true;
-        blockInfos[id].uncompressedLength = contentLength;
+    if ((blockInfos_[id].flags & Format::BlockFreezable) != 0) {
+        blockInfos_[id].frozen = true;
+        blockInfos_[id].uncompressedLength = contentLength;
     }
 }
 
 void Index::WriteIndexBufferToFileStream(std::uint64_t id, std::FILE* const stream) {
     constexpr const char* sourceName = "QelTnf::Index::WriteIndexBufferToFileStream";
     QEL_LOG(sourceName, "Writing index buffer " << id << " to stream.");
-    BlockInfo& info = blockInfos[id];
-    Block& block = blocks[id];
+    BlockInfo& info = blockInfos_[id];
+    Block& block = blocks_[id];
     const std::uint64_t formerSize = streamedSize(id);
     const bool isFreezable = (info.flags & Format::BlockFreezable) != 0;
     if (info.frozen) {
@@ -319,14 +319,14 @@ void Index::WriteAllBuffersToFileStream(std::FILE* const stream) {
     constexpr const char* sourceName = "QelTnf::Index::WriteAllBuffersToFileStream";
     QEL_LOG(sourceName, "Writing all buffers to file stream ...");
     std::uint64_t id = 0;
-    while (id < blockInfos.size() && hasGoneOut(id)) {
+    while (id < blockInfos_.size() && hasGoneOut(id)) {
         ++id;
     }
-    for (; id < blockInfos.size(); ++id) {
+    for (; id < blockInfos_.size(); ++id) {
         WriteBufferToFileStream(id, stream);
     }
     writeHeadIndex(stream);
-    if (const auto indexBlocks = limiters.find(Format::IndexBlockName); indexBlocks != limiters.end()) {
+    if (const auto indexBlocks = limiters_.find(Format::IndexBlockName); indexBlocks != limiters_.end()) {
         for (const std::uint64_t indexBlock : indexBlocks->second.blockIds) {
             WriteIndexBufferToFileStream(indexBlock, stream);
         }
@@ -337,12 +337,12 @@ void Index::WriteAllBuffersToFileStream(std::FILE* const stream) {
 void Index::FlushFrozen(std::FILE* const stream) {
     constexpr const char* sourceName = "QelTnf::Index::FlushFrozen";
     QEL_LOG(sourceName, "Flushing frozen blocks ... ");
-    for (auto& [name, limiter] : limiters) {
+    for (auto& [name, limiter] : limiters_) {
         if (IsEmptyBlockName(name) || IsIndexBlockName(name)) {
             continue;
         }
         const std::vector<std::uint64_t>& ids = limiter.blockIds;
-        while (limiter.frozenBlocks < ids.size() && blockInfos[ids[limiter.frozenBlocks]].frozen) {
+        while (limiter.frozenBlocks < ids.size() && blockInfos_[ids[limiter.frozenBlocks]].frozen) {
             ++limiter.frozenBlocks;
         }
         for (std::size_t i = limiter.frozenBlocks; i < ids.size(); ++i) {
@@ -358,25 +358,25 @@ void Index::FlushFrozen(std::FILE* const stream) {
 }
 
 bool Index::isToBeFlushed(std::uint64_t id, std::uint32_t limit) const {
-    const BlockInfo& info = blockInfos[id];
-    return !info.frozen && (info.flags & Format::BlockFreezable) != 0 && blocks[id].GetSize() >= limit;
+    const BlockInfo& info = blockInfos_[id];
+    return !info.frozen && (info.flags & Format::BlockFreezable) != 0 && blocks_[id].GetSize() >= limit;
 }
 
 bool Index::hasGoneOut(std::uint64_t id) const {
-    return blockInfos[id].frozen || IsIndexBlockName(blockInfos[id].name);
+    return blockInfos_[id].frozen || IsIndexBlockName(blockInfos_[id].name);
 }
 
 bool Index::haveAllGoneOutAhead(std::uint64_t id) {
-    while (firstInMemory < id && hasGoneOut(firstInMemory)) {
-        ++firstInMemory;
+    while (firstInMemory_ < id && hasGoneOut(firstInMemory_)) {
+        ++firstInMemory_;
     }
-    return firstInMemory >= id;
+    return firstInMemory_ >= id;
 }
 
 // --- Index tables
 
 std::vector<BlockInfo> Index::entriesFrom(std::uint64_t first, std::uint32_t count) const {
-    const auto begin = blockInfos.begin() + static_cast<std::ptrdiff_t>(first);
+    const auto begin = blockInfos_.begin() + static_cast<std::ptrdiff_t>(first);
     return {begin, begin + count};
 }
 
@@ -397,7 +397,7 @@ void Index::PutIndexTable(Block& block, const std::vector<BlockInfo>& entries) {
 void Index::writeHeadIndex(std::FILE* const stream) const {
     TemporaryBlock table;
     PutIndexTable(table.get(), entriesFrom(0, Format::HeadRecords));
-    (void)QelUtil::Platform::seekTo(stream, indexPosition);
+    (void)QelUtil::Platform::seekTo(stream, indexPosition_);
     table.get().Write(stream, true);
 }
 

@@ -78,9 +78,9 @@ public:
     /// @pre There is a block.
     void WriteAllBuffersToFileStream(std::FILE* stream);
 
-    const std::vector<BlockInfo>& GetBlockInfos() const { return blockInfos; }
-    const std::vector<Block>& GetBlocks() const { return blocks; }
-    std::uint64_t GetIndexSize() const { return indexSize; }
+    const std::vector<BlockInfo>& GetBlockInfos() const { return blockInfos_; }
+    const std::vector<Block>& GetBlocks() const { return blocks_; }
+    std::uint64_t GetIndexSize() const { return indexSize_; }
 
 private:
     // Brings the states about that the safeguards against this class's own faults wait for.
@@ -113,14 +113,14 @@ private:
     bool haveAllGoneOutAhead(std::uint64_t id);
     bool isToBeFlushed(std::uint64_t id, std::uint32_t limit) const;
 
-    std::vector<BlockInfo> blockInfos;
-    std::vector<Block> blocks;
-    std::map<std::string, BlockSizeLimiter> limiters;
-    std::uint8_t nextNumber = 1;
-    std::uint64_t indexPosition = Format::HeadIndexPosition;
-    std::uint64_t indexSize = 0;
+    std::vector<BlockInfo> blockInfos_;
+    std::vector<Block> blocks_;
+    std::map<std::string, BlockSizeLimiter> limiters_;
+    std::uint8_t nextNumber_ = 1;
+    std::uint64_t indexPosition_ = Format::HeadIndexPosition;
+    std::uint64_t indexSize_ = 0;
     // All blocks ahead of this one are known to have gone out.
-    std::uint64_t firstInMemory = 0;
+    std::uint64_t firstInMemory_ = 0;
 };
 
 } // namespace QelTnf

@@ -10,10 +10,10 @@ namespace QelTnf {
 template <typename T>
 void Index::Put(const std::string& name, const T& value) {
     const std::uint64_t id = chooseBlock(name);
-    if (blockInfos[id].frozen) {
+    if (blockInfos_[id].frozen) {
         QEL_THROW(Qel::Exception::MiscelleneousException("Attempt to write into a frozen block"));
     }
-    blocks[id].Put(value);
+    blocks_[id].Put(value);
 }
 
 } // namespace QelTnf

@@ -12,15 +12,15 @@ public:
     TemporaryBlock() = default;
     TemporaryBlock(const TemporaryBlock&) = delete;
     TemporaryBlock& operator=(const TemporaryBlock&) = delete;
-    ~TemporaryBlock() { block.release(); }
+    ~TemporaryBlock() { block_.release(); }
 
-    Block& get() { return block; }
+    Block& get() { return block_; }
 
     /// Hands the block with its buffer to the caller.
-    Block take() noexcept { return std::exchange(block, Block()); }
+    Block take() noexcept { return std::exchange(block_, Block()); }
 
 private:
-    Block block;
+    Block block_;
 };
 
 } // namespace QelTnf

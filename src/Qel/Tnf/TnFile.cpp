@@ -18,8 +18,8 @@ TnFile::~TnFile() {
 void TnFile::CloseFile() {
     constexpr const char* sourceName = "QelTnf::TnFile::CloseFile";
     QEL_LOG(sourceName, "Closing file ...");
-    if (stream != nullptr) {
-        (void)std::fclose(std::exchange(stream, nullptr));
+    if (stream_ != nullptr) {
+        (void)std::fclose(std::exchange(stream_, nullptr));
         QEL_LOG(sourceName, "File closed.");
     }
 }
@@ -32,20 +32,20 @@ void TnFile::OpenFileForWriting(const std::string& path, bool overwrite) {
 }
 
 void TnFile::OpenFile(const std::string& path, const char* const mode) {
-    if (stream != nullptr) {
+    if (stream_ != nullptr) {
         QEL_THROW(Qel::Exception::MiscelleneousException("File stream is already in use"));
     }
-    stream = std::fopen(path.c_str(), mode);
-    if (stream == nullptr) {
+    stream_ = std::fopen(path.c_str(), mode);
+    if (stream_ == nullptr) {
         QEL_THROW(Qel::Exception::MiscelleneousException("Unable to open file \"" + path + "\""));
     }
     // Writes are large, and a buffer would hold the first bytes back and report a failed write at the next
     // seek.
-    (void)std::setvbuf(stream, nullptr, _IONBF, 0);
+    (void)std::setvbuf(stream_, nullptr, _IONBF, 0);
 }
 
 void TnFile::SetBlockFlags(std::string name, unsigned flags) {
-    index.SetBlockFlags(std::move(name), static_cast<unsigned char>(flags));
+    index_.SetBlockFlags(std::move(name), static_cast<unsigned char>(flags));
 }
 
 std::uint64_t TnFile::PutDataset(const std::string& name, const float* const data, std::uint32_t count,
@@ -61,7 +61,7 @@ std::uint64_t TnFile::PutDataset(const std::string& name, const unsigned int* co
 template <typename T>
 std::uint64_t TnFile::putShuffled(const std::string& name, const T* const data, std::uint32_t count,
                                   std::uint8_t width) {
-    const std::uint64_t position = index.GetStreamSize(name);
+    const std::uint64_t position = index_.GetStreamSize(name);
     if (count == 0 || width == 0) {
         return position;
     }
@@ -73,8 +73,8 @@ std::uint64_t TnFile::putShuffled(const std::string& name, const T* const data, 
     const std::uint64_t bytes = std::uint64_t{values} * sizeof(T);
     const std::unique_ptr<unsigned char[]> shuffled(new unsigned char[bytes]);
     shuffleComponents(data, values, width, shuffled.get());
-    index.Put(name, shuffled.get(), bytes);
-    index.FlushFrozen(stream);
+    index_.Put(name, shuffled.get(), bytes);
+    index_.FlushFrozen(stream_);
     return position;
 }
 

@@ -51,16 +51,16 @@ public:
                              std::uint8_t width);
 
     /// The open file, or null.
-    std::FILE* GetStream() const { return stream; }
-    Index& GetIndex() { return index; }
+    std::FILE* GetStream() const { return stream_; }
+    Index& GetIndex() { return index_; }
 
 private:
     template <typename T>
     std::uint64_t putShuffled(const std::string& name, const T* data, std::uint32_t count,
                               std::uint8_t width);
 
-    std::FILE* stream = nullptr;
-    Index index;
+    std::FILE* stream_ = nullptr;
+    Index index_;
 };
 
 } // namespace QelTnf

@@ -14,10 +14,10 @@ using Helper::Attributes::toAttributeList;
 // The ids are assigned: an array of negative size can't be copy-constructed, and is to be refused by
 // update().
 template <typename PropertyT, typename IdsT, typename StepsT>
-ArrayProperty<PropertyT, IdsT, StepsT>::ArrayProperty(PropertyT arrayProperty, const IdsT& nodeIds,
-                                                      const StepsT& arraySteps)
-    : property(std::move(arrayProperty)), steps(arraySteps) {
-    ids = nodeIds;
+ArrayProperty<PropertyT, IdsT, StepsT>::ArrayProperty(PropertyT property, const IdsT& ids,
+                                                      const StepsT& steps)
+    : property_(std::move(property)), steps_(steps) {
+    ids_ = ids;
 }
 
 template <typename PropertyT, typename IdsT, typename StepsT>
@@ -25,33 +25,33 @@ void ArrayProperty<PropertyT, IdsT, StepsT>::update(Database& database) {
     constexpr Eigen::Index largestCount = std::numeric_limits<std::int32_t>::max();
     database.assertOpenedForWriting();
     database.assertNotEmpty();
-    const Eigen::Index rows = property.data.rows();
-    if (ids.size() == 0 || rows == 0) {
+    const Eigen::Index rows = property_.data.rows();
+    if (ids_.size() == 0 || rows == 0) {
         return;
     }
-    if (ids.size() < 0 || rows < 0) {
+    if (ids_.size() < 0 || rows < 0) {
         QEL_THROW(Exception::UnderflowError());
     }
-    if (ids.size() > largestCount || rows > largestCount) {
+    if (ids_.size() > largestCount || rows > largestCount) {
         QEL_THROW(Exception::OverflowError());
     }
     // Columns count by their low 32 bits. An array of one dimension has one.
-    if (static_cast<std::uint32_t>(property.data.cols()) != property.width) {
+    if (static_cast<std::uint32_t>(property_.data.cols()) != property_.width) {
         QEL_THROW(Exception::InvalidArguments());
     }
     QelMox::Tree& tree = database.getTree();
     const std::uint64_t position =
-        tree.WriteStreamDataset(property.data.data(), static_cast<std::uint32_t>(rows), property.width);
-    record(tree, position, PropertyT::geomTypeFrom(property.type));
+        tree.WriteStreamDataset(property_.data.data(), static_cast<std::uint32_t>(rows), property_.width);
+    record(tree, position, PropertyT::geomTypeFrom(property_.type));
 }
 
 template <typename PropertyT, typename IdsT, typename StepsT>
 void ArrayProperty<PropertyT, IdsT, StepsT>::record(QelMox::Tree& tree, std::uint64_t position,
                                                     QelMox::VariableType variableType) const {
-    const QelUtil::AttributeList propertyAttributes = toAttributeList(property.attributes);
+    const QelUtil::AttributeList propertyAttributes = toAttributeList(property_.attributes);
     Holder holder;
-    for (const unsigned int id : ids) {
-        for (const StepData& step : steps) {
+    for (const unsigned int id : ids_) {
+        for (const StepData& step : steps_) {
             const std::string key = keyOf(step);
             QelUtil::AttributeList attributes = propertyAttributes;
             attributes.merge(toAttributeList(step.attributes));
@@ -80,18 +80,18 @@ void ArrayProperty<PropertyT, IdsT, StepsT>::record(QelMox::Tree& tree, std::uin
 
 template <typename PropertyT, typename IdsT, typename StepsT>
 std::string ArrayProperty<PropertyT, IdsT, StepsT>::keyOf(const StepData& step) const {
-    return step.name.empty() ? property.name : property.name + QelMox::Format::StepSeparator + step.name;
+    return step.name.empty() ? property_.name : property_.name + QelMox::Format::StepSeparator + step.name;
 }
 
 template <typename PropertyT, typename IdsT, typename StepsT>
 void ArrayProperty<PropertyT, IdsT, StepsT>::describeNumbers(QelMox::DatasetEntry& entry,
                                                              QelMox::VariableType variableType) const {
-    const auto rows = static_cast<std::uint32_t>(property.data.rows());
+    const auto rows = static_cast<std::uint32_t>(property_.data.rows());
     entry.variableType = variableType;
     entry.values = QelMox::NumericArray();
-    entry.values.data = property.data.data();
-    entry.values.sizeInBytes = std::uint64_t{property.width} * rows * sizeof(*property.data.data());
-    entry.values.width = property.width;
+    entry.values.data = property_.data.data();
+    entry.values.sizeInBytes = std::uint64_t{property_.width} * rows * sizeof(*property_.data.data());
+    entry.values.width = property_.width;
     entry.values.elementTag = PropertyT::Traits::elementTag;
 }
 

@@ -20,7 +20,7 @@ namespace Qel::Mox2::Adder {
 template <typename PropertyT, typename IdsT, typename StepsT>
 class ArrayProperty final : public Base::Modifier<Database> {
 public:
-    ArrayProperty(PropertyT arrayProperty, const IdsT& nodeIds, const StepsT& arraySteps);
+    ArrayProperty(PropertyT property, const IdsT& ids, const StepsT& steps);
 
     void update(Database& database) override;
 
@@ -37,9 +37,9 @@ private:
     void describeNumbers(QelMox::DatasetEntry& entry, QelMox::VariableType variableType) const;
     static void linkTo(Holder& holder, QelMox::Tree& tree, unsigned int id, std::uint64_t index);
 
-    PropertyT property;
-    IdsT ids;
-    StepsT steps;
+    PropertyT property_;
+    IdsT ids_;
+    StepsT steps_;
 };
 
 extern template class ArrayProperty<ColumnProperty<unsigned int>, IdArray, std::vector<StepData>>;

@@ -99,18 +99,18 @@ struct Components<Paths, Result>::Visitor {
 
 template <typename Paths, typename Result>
 void Components<Paths, Result>::update(Database& database) {
-    if (paths.empty()) {
+    if (paths_.empty()) {
         return;
     }
     database.assertOpenedForWriting();
-    result.setZero(static_cast<Eigen::Index>(paths.size()));
+    result_.setZero(static_cast<Eigen::Index>(paths_.size()));
     database.assertNotEmpty();
     QelMox::Tree& tree = database.getTree();
     std::optional<std::string> knownRootName = rootName(tree);
-    const Visitor visitor{tree, separator, knownRootName};
+    const Visitor visitor{tree, separator_, knownRootName};
     Eigen::Index i = 0;
-    for (const auto& entry : paths) {
-        result[i] = visitor.merge(pathOf(entry), attributesOf(entry));
+    for (const auto& entry : paths_) {
+        result_[i] = visitor.merge(pathOf(entry), attributesOf(entry));
         ++i;
     }
 }

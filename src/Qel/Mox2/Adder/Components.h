@@ -18,20 +18,19 @@ namespace Qel::Mox2::Adder {
 template <typename Paths, typename Result>
 class Components final : public Base::Modifier<Database> {
 public:
-    Components(const Paths& componentPaths, const std::string& pathSeparator)
-        : paths(componentPaths), separator(pathSeparator) {}
+    Components(const Paths& paths, const std::string& separator) : paths_(paths), separator_(separator) {}
 
     void update(Database& database) override;
 
     /// The id of each path's last node, in order; 0 for a path without components.
-    const Result& getResult() const { return result; }
+    const Result& getResult() const { return result_; }
 
 private:
     struct Visitor;
 
-    Paths paths;
-    std::string separator;
-    Result result;
+    Paths paths_;
+    std::string separator_;
+    Result result_;
 };
 
 extern template class Components<std::vector<std::string>, IdArray>;

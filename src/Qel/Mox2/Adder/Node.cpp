@@ -17,8 +17,8 @@ constexpr unsigned int RootId = 1;
 constexpr unsigned char MarkedGroupKind = 1;
 } // namespace
 
-Node::Node(NodeType nodeType, const std::string& nodeName, const AttributeMap& nodeAttributes)
-    : type(nodeType), name(nodeName), attributes(nodeAttributes) {}
+Node::Node(NodeType type, const std::string& name, const AttributeMap& attributes)
+    : type_(type), name_(name), attributes_(attributes) {}
 
 void Node::update(Database& database) {
     database.assertOpenedForWriting();
@@ -29,20 +29,20 @@ void Node::update(Database& database) {
     } else {
         addNonRootNode(tree);
     }
-    result = tree.GetCurrentId();
+    result_ = tree.GetCurrentId();
 }
 
 void Node::addRootNode(QelMox::Tree& tree) {
-    switch (type) {
+    switch (type_) {
     case RootMarkedGroup:
-        tree.SetRootGroup(name, MarkedGroupKind, toAttributeList(attributes));
+        tree.SetRootGroup(name_, MarkedGroupKind, toAttributeList(attributes_));
         break;
     case RootGroup:
     case Group:
-        tree.SetRootGroup(name, toAttributeList(attributes));
+        tree.SetRootGroup(name_, toAttributeList(attributes_));
         break;
     case Shape:
-        tree.SetRootShape(name);
+        tree.SetRootShape(name_);
         break;
     default:
         QEL_THROW(Exception::InvalidArguments("Invalid node type for root node"));
@@ -50,13 +50,13 @@ void Node::addRootNode(QelMox::Tree& tree) {
 }
 
 void Node::addNonRootNode(QelMox::Tree& tree) {
-    switch (type) {
+    switch (type_) {
     case Group:
-        tree.AddChildNode(std::make_unique<QelMox::Group>(name, toAttributeList(attributes)));
+        tree.AddChildNode(std::make_unique<QelMox::Group>(name_, toAttributeList(attributes_)));
         break;
     case Shape:
-        tree.AddChildNode(std::make_unique<QelMox::Shape>(name));
-        tree.AddChildNode(std::make_unique<QelMox::Geometry>(name));
+        tree.AddChildNode(std::make_unique<QelMox::Shape>(name_));
+        tree.AddChildNode(std::make_unique<QelMox::Geometry>(name_));
         break;
     default:
         QEL_THROW(Exception::InvalidArguments("Invalid node type"));

@@ -13,21 +13,21 @@ namespace Qel::Mox2::Adder {
 class Node final : public Base::Modifier<Database> {
 public:
     Node() = default;
-    Node(NodeType nodeType, const std::string& nodeName, const AttributeMap& nodeAttributes);
+    Node(NodeType type, const std::string& name, const AttributeMap& attributes);
 
     void update(Database& database) override;
 
     /// The node that is current after update().
-    unsigned int getResult() const { return result; }
+    unsigned int getResult() const { return result_; }
 
 private:
     void addRootNode(QelMox::Tree& tree);
     void addNonRootNode(QelMox::Tree& tree);
 
-    NodeType type = RootGroup;
-    std::string name;
-    AttributeMap attributes;
-    unsigned int result = 0;
+    NodeType type_ = RootGroup;
+    std::string name_;
+    AttributeMap attributes_;
+    unsigned int result_ = 0;
 };
 
 } // namespace Qel::Mox2::Adder

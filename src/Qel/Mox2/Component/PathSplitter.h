@@ -16,16 +16,16 @@ public:
 
     /// @param path Must live as long as the splitter.
     PathSplitter(const std::string& path, const char* separators)
-        : first(path.begin()), last(path.end()), splitting(separators, "", boost::drop_empty_tokens) {}
+        : first_(path.begin()), last_(path.end()), splitting_(separators, "", boost::drop_empty_tokens) {}
     virtual ~PathSplitter() = default;
 
-    Iterator begin() const { return Iterator(splitting, first, last); }
-    Iterator end() const { return Iterator(splitting, last, last); }
+    Iterator begin() const { return Iterator(splitting_, first_, last_); }
+    Iterator end() const { return Iterator(splitting_, last_, last_); }
 
 private:
-    std::string::const_iterator first;
-    std::string::const_iterator last;
-    Separators splitting;
+    std::string::const_iterator first_;
+    std::string::const_iterator last_;
+    Separators splitting_;
 };
 
 } // namespace Qel::Mox2::Component

@@ -10,15 +10,14 @@ namespace Qel::Mox2::Extractor {
 /// Looks a node up by its path; see Model::getNodeId().
 class NodeId final : public Base::Extractor<Database, unsigned int> {
 public:
-    NodeId(const std::string& nodePath, const std::string& pathSeparator)
-        : path(nodePath), separator(pathSeparator) {}
+    NodeId(const std::string& path, const std::string& separator) : path_(path), separator_(separator) {}
 
     /// @return the node's id, 0 for an empty path and for a node that is not there.
     unsigned int extract(Database& database) override;
 
 private:
-    std::string path;
-    std::string separator;
+    std::string path_;
+    std::string separator_;
 };
 
 } // namespace Qel::Mox2::Extractor

@@ -7,10 +7,10 @@ namespace Qel::Mox2::Modifier {
 void CurrentNodeId::update(Database& database) {
     database.assertNotEmpty();
     QelMox::Tree& tree = database.getTree();
-    if (id == 0 || id > tree.GetNodes().size()) {
+    if (id_ == 0 || id_ > tree.GetNodes().size()) {
         QEL_THROW(Exception::OutOfBounds());
     }
-    tree.SetCurrentId(id);
+    tree.SetCurrentId(id_);
 }
 
 } // namespace Qel::Mox2::Modifier

@@ -67,17 +67,17 @@ constexpr std::array<Setter, 11> Setters = {
 
 } // namespace
 
-NodeData::NodeData(unsigned int nodeId, const PropertyMap& nodeProperties, const AttributeMap& nodeAttributes)
-    : id(nodeId), properties(nodeProperties), attributes(nodeAttributes) {}
+NodeData::NodeData(unsigned int id, const PropertyMap& properties, const AttributeMap& attributes)
+    : id_(id), properties_(properties), attributes_(attributes) {}
 
 void NodeData::update(Database& database) {
     database.assertOpenedForWriting();
     database.assertNotEmpty();
     QelMox::Tree& tree = database.getTree();
-    if (id == 0 || id > tree.GetNodes().size()) {
+    if (id_ == 0 || id_ > tree.GetNodes().size()) {
         QEL_THROW(Exception::OutOfBounds());
     }
-    tree.SetCurrentId(id);
+    tree.SetCurrentId(id_);
 
     NodeView view = viewOf(tree.GetCurrentNode().data);
     const unsigned int parent = tree.GetCurrentNode().parent;
@@ -86,15 +86,15 @@ void NodeData::update(Database& database) {
         tree.PutCurrentId(parent);
         view.shape = viewOf(tree.GetCurrentNode().data).shape;
     }
-    for (const auto& [key, value] : properties) {
+    for (const auto& [key, value] : properties_) {
         const auto number = static_cast<std::size_t>(key);
         if (number >= Setters.size()) {
             QEL_THROW(Exception::InvalidArguments("Invalid properties"));
         }
         Setters[number](view, value);
     }
-    if (!attributes.empty() && view.group != nullptr) {
-        for (const auto& [key, value] : Helper::Attributes::toAttributeList(attributes)) {
+    if (!attributes_.empty() && view.group != nullptr) {
+        for (const auto& [key, value] : Helper::Attributes::toAttributeList(attributes_)) {
             view.group->GetAttributes().insert_or_assign(key, value);
         }
     }

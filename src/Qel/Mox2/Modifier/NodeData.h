@@ -16,7 +16,7 @@ namespace Qel::Mox2::Modifier {
 /// Sets properties and attributes of a node; see Model::setNodeData().
 class NodeData final : public Base::Modifier<Database> {
 public:
-    NodeData(unsigned int nodeId, const PropertyMap& nodeProperties, const AttributeMap& nodeAttributes);
+    NodeData(unsigned int id, const PropertyMap& properties, const AttributeMap& attributes);
 
     void update(Database& database) override;
 
@@ -31,9 +31,9 @@ public:
     }
 
 private:
-    unsigned int id;
-    PropertyMap properties;
-    AttributeMap attributes;
+    unsigned int id_;
+    PropertyMap properties_;
+    AttributeMap attributes_;
 };
 
 } // namespace Qel::Mox2::Modifier
