@@ -73,6 +73,7 @@ public:
     /// policy is asked about nodes anywhere in the tree, up to the match, and has to be able to take the
     /// payload of each.
     /// @throws Qel::Exception::KeyNotFound if there is none; the cursor stays.
+    // Kept though nothing calls it; see docs/oddities.md.
     template <typename Policy>
     void MoveToChild(const T& probe, Policy policy) {
         const auto match = std::ranges::find_if(nodes_, [&](const TreeNode<T>& node) {

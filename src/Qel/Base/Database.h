@@ -10,6 +10,7 @@ public:
     Database& operator=(const Database&) = delete;
     virtual ~Database() = default;
 
+    // Kept though nothing calls it; see docs/oddities.md.
     virtual void close() {}
 };
 

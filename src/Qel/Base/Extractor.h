@@ -11,6 +11,7 @@ public:
     Extractor& operator=(const Extractor&) = delete;
     virtual ~Extractor() = default;
 
+    // Kept though nothing calls it; see docs/oddities.md.
     virtual T extract(Db&) { return T(); }
 };
 

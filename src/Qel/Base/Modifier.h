@@ -12,6 +12,7 @@ public:
     Modifier& operator=(const Modifier&) = delete;
     virtual ~Modifier() = default;
 
+    // Kept though nothing calls it; see docs/oddities.md.
     virtual void update(Db&) {}
 };
 

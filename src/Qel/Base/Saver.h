@@ -14,7 +14,9 @@ public:
     Saver(SaveTarget saveTarget, Options saveOptions)
         : target(std::move(saveTarget)), options(std::move(saveOptions)) {}
 
+    // Kept though nothing calls it; see docs/oddities.md.
     void extract(Db&) override {}
+    // Kept though nothing calls it; see docs/oddities.md.
     virtual void save() {}
 
 protected:

@@ -15,6 +15,7 @@ LogSystem::~LogSystem() = default;
 
 void LogSystem::operator+=(const Record<char>&) {}
 
+// Kept though nothing calls it; see docs/oddities.md.
 void LogSystem::operator+=(const std::ostream& stream) {
     if (const auto* const text = dynamic_cast<const std::ostringstream*>(&stream)) {
         std::cout << text->str() << '\n';

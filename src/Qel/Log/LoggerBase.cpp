@@ -2,6 +2,7 @@
 
 namespace Qel::Log {
 
+// Kept though nothing calls it; see docs/oddities.md.
 LoggerBase::LoggerBase() = default;
 
 LoggerBase::LoggerBase(const LoggerBase&) = default;

@@ -40,6 +40,7 @@ void putPosition(QelTnf::Index& index, const std::string& lightData, std::uint64
     if (version == Format::GeometryVersion) {
         index.Put(lightData, position);
     } else {
+        // Kept though nothing calls it; see docs/oddities.md.
         index.Put(lightData, static_cast<unsigned int>(position));
     }
 }
@@ -101,6 +102,7 @@ void Geometry::WriteTn(QelTnf::TnFile& container, const std::string& lightData, 
             }
             putPosition(index, lightData, position->second, version);
             if (version == Format::GeometryWithNumbers) {
+                // Kept though nothing calls it; see docs/oddities.md.
                 index.Put(heavyData, entry.values.data, entry.values.sizeInBytes);
             }
         }
@@ -109,6 +111,7 @@ void Geometry::WriteTn(QelTnf::TnFile& container, const std::string& lightData, 
     }
 }
 
+// Kept though nothing calls it; see docs/oddities.md.
 void Geometry::WriteTn_l05(QelTnf::TnFile& container, const std::string& lightData, const std::string&,
                            const std::string& attributes) const {
     QelTnf::Index& index = container.GetIndex();

@@ -21,10 +21,12 @@ void copyWithoutAlpha(const std::vector<float>& values, Material::Color& color) 
 
 Material::Material(std::string name) : Node(std::move(name)) {}
 
+// Kept though nothing calls it; see docs/oddities.md.
 std::string Material::GetTypeName() const {
     return std::string(Format::MaterialType);
 }
 
+// Kept though nothing calls it; see docs/oddities.md.
 std::string Material::GetVersion() const {
     return std::string(Format::MaterialVersion);
 }

@@ -17,6 +17,7 @@ public:
     virtual std::string GetVersion() const;
     virtual bool GetFlag() const;
     // Without effect; they keep their places in the order of the virtual operations.
+    // Kept though nothing calls it; see docs/oddities.md.
     virtual void Reserved4() {}
     virtual void Reserved5() {}
     virtual void Reserved6() {}

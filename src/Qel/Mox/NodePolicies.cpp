@@ -9,6 +9,7 @@ bool NodesWithSameName::operator()(const Node* const left, const Node* const rig
            left->GetVersion() == right->GetVersion();
 }
 
+// Kept though nothing calls it; see docs/oddities.md.
 bool VirtualNodesWithSameName::operator()(const Node* const left, const Node* const right) const {
     return left->GetName() == right->GetName();
 }

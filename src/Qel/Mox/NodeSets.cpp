@@ -5,6 +5,7 @@
 
 namespace QelMox {
 
+// Kept though nothing calls it; see docs/oddities.md.
 NodeSets::NodeSets(std::string name) : Node(std::move(name)) {}
 
 std::string NodeSets::GetTypeName() const {

@@ -9,6 +9,7 @@ namespace QelMox {
 /// Describes a flat array of 4-byte values whose numbers are elsewhere.
 class NumericArray final {
 public:
+    // Kept though nothing calls it; see docs/oddities.md.
     struct Descriptor {
         int number = 0;
         std::string text;
@@ -16,6 +17,7 @@ public:
 
     virtual const std::uint8_t& GetWidth() const { return width; }
     /// The number of values.
+    // Kept though nothing calls it; see docs/oddities.md.
     virtual std::uint64_t GetCount() const { return sizeInBytes >> 2U; }
 
     /// The caller's numbers. Not owned, and gone as soon as they have been streamed.

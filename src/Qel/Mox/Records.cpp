@@ -16,6 +16,7 @@
 
 namespace QelTnf {
 
+// Kept though nothing calls it; see docs/oddities.md.
 template void Index::Put(const std::string&, const QelMox::VariableType&);
 template void Index::Put(const std::string&, const QelMox::Material&);
 template void Index::Put(const std::string&, const std::vector<QelMox::ModifierInfo>&);

@@ -6,6 +6,7 @@
 namespace QelMox {
 
 /// Has a list in the file that is always empty.
+// Kept though nothing calls it; see docs/oddities.md.
 struct ResultAttributes {
     std::map<std::string, std::string> first;
     std::map<std::string, std::string> second;

@@ -38,6 +38,7 @@ void saveGroup(QelTnf::TnFile& container, const Group& group) {
     index.Put(Format::LightData, group.GetGroupKind());
 }
 
+// Kept though nothing calls it; see docs/oddities.md.
 void saveNodeSets(QelTnf::TnFile& container, NodeSets& nodeSets) {
     nodeSets.WriteHeavy(container, Format::HeavyData);
     QelTnf::Index& index = container.GetIndex();
@@ -208,6 +209,7 @@ void Tree::saveNode(QelTnf::TnFile& container, const QelAdt::TreeNode<Node*>& no
     // The comparison can't succeed with the present file version: all files have 64-bit positions.
     const std::uint64_t lightPosition = index.GetStreamSize(Format::LightData);
     if (Format::FileVersion == Format::NarrowFileVersion) {
+        // Kept though nothing calls it; see docs/oddities.md.
         index.Put(Format::MoxTree, static_cast<unsigned int>(lightPosition));
     } else {
         index.Put(Format::MoxTree, lightPosition);

@@ -71,6 +71,7 @@ std::uint64_t Index::chooseBlock(const std::string& name) {
 
 std::uint64_t Index::AddBlock(const std::string& name) {
     if (IsEmptyBlockName(name)) {
+        // Kept though nothing calls it; see docs/oddities.md.
         return AppendBlockInfo(name);
     }
     if (!limiters_.contains(Format::EmptyBlockName)) {
@@ -144,6 +145,7 @@ std::uint64_t Index::AddEmptyBlocks(std::uint64_t count) {
     return Format::indexTableSize(count);
 }
 
+// Kept though nothing calls it; see docs/oddities.md.
 std::uint64_t Index::AppendBlockInfo(const std::string& name) {
     return appendEntries(name, 1).blockIds.back();
 }
@@ -173,6 +175,7 @@ BlockSizeLimiter& Index::appendEntries(const std::string& name, std::uint64_t co
     return limiter;
 }
 
+// Kept though nothing calls it; see docs/oddities.md.
 BlockSizeLimiter& Index::GetBlockSizeLimiter(const std::string& name) {
     const auto found = limiters_.find(name);
     if (found == limiters_.end()) {

@@ -43,6 +43,7 @@ void shuffleComponents(const T* const source, std::size_t count, std::size_t wid
     std::memcpy(destination + whole * sizeof(T), source + whole, (count - whole) * sizeof(T));
 }
 
+// Kept though nothing calls it; see docs/oddities.md.
 template <typename T>
 void ComponentShuffle(std::vector<T>& values, unsigned char width) {
     if (width == 0 || values.empty()) {
@@ -52,6 +53,7 @@ void ComponentShuffle(std::vector<T>& values, unsigned char width) {
     shuffleComponents(source.data(), source.size(), width, reinterpret_cast<unsigned char*>(values.data()));
 }
 
+// Kept though nothing calls it; see docs/oddities.md.
 template <typename T>
 void ByteShuffle(std::vector<T>& values) {
     ComponentShuffle(values, 1);

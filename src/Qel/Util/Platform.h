@@ -22,9 +22,11 @@ bool seekTo(std::FILE* stream, std::uint64_t offset);
 std::tm localTime(std::time_t time);
 
 /// The host's name, cut to 79 bytes; empty if it can't be found out.
+// Kept though nothing calls it; see docs/oddities.md.
 std::string computerName();
 
 /// The name of the user who runs the process, cut to 79 bytes; empty if it can't be found out.
+// Kept though nothing calls it; see docs/oddities.md.
 std::string userName();
 
 // The column of the call that leaves the argument to its default.

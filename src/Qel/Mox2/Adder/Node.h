@@ -12,6 +12,7 @@ namespace Qel::Mox2::Adder {
 /// Adds the first node, or one below the current node; see Model::addNode().
 class Node final : public Base::Modifier<Database> {
 public:
+    // Kept though nothing calls it; see docs/oddities.md.
     Node() = default;
     Node(NodeType type, const std::string& name, const AttributeMap& attributes);
 

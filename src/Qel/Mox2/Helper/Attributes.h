@@ -16,10 +16,12 @@ namespace Qel::Mox2::Helper::Attributes {
 /// 64-bit integer, and text. Everything else is refused, `unsigned int` and all lists included.
 struct AttributeValueGetter {
     QelUtil::AttributeValue operator()(float value) const { return QelUtil::AttributeValue(value); }
+    // Kept though nothing calls it; see docs/oddities.md.
     QelUtil::AttributeValue operator()(double value) const { return QelUtil::AttributeValue(value); }
     QelUtil::AttributeValue operator()(int value) const {
         return QelUtil::AttributeValue(static_cast<std::uint32_t>(value));
     }
+    // Kept though nothing calls it; see docs/oddities.md.
     QelUtil::AttributeValue operator()(std::int64_t value) const {
         return QelUtil::AttributeValue(static_cast<std::uint32_t>(value));
     }
