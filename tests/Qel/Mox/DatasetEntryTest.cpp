@@ -78,8 +78,12 @@ TEST_F(DatasetEntry, CategoryInLowerCaseOrOfAnotherKindIsNoVibration) {
     EXPECT_FALSE(entry.vibration);
     entry.SetAttributes({{"Category", text("Vibrations")}});
     EXPECT_FALSE(entry.vibration);
-    entry.SetAttributes({{"Category", AttributeValue(1U)}});
-    EXPECT_FALSE(entry.vibration);
+    AttributeValue number = text("Vibration");
+    for (const auto kind : {AttributeValue::Integer, AttributeValue::Float, AttributeValue::Double}) {
+        number.kind = kind; // Of the bytes of the text.
+        entry.SetAttributes({{"Category", number}});
+        EXPECT_FALSE(entry.vibration) << kind;
+    }
 }
 
 TEST_F(DatasetEntry, VibrationIsSettledAnewByEachCall) {

@@ -165,6 +165,29 @@ TEST_F(MoxGeometry, LinkTakes14BytesBehindItsKeyAndNeedsNoPosition) {
     EXPECT_EQ(attributes(), EmptyRecord);
 }
 
+TEST_F(MoxGeometry, FieldsBehindTheWidthStandInTheirOrder) {
+    for (const char* const version : {"0.7", "0.4"}) {
+        QelTnf::TnFile other;
+        VersionedGeometry either("part", version);
+        QelMox::NumericArray& values = addVectors(either).values;
+        values.boolA = true;
+        values.floatA = 1;
+        values.floatB = 2;
+        either.WriteTn(other, "Light Data", "Heavy Data", "Attributes");
+        values.boolA = false;
+        values.boolB = true;
+        values.boolC = true;
+        either.WriteTn(other, "Light Data", "Heavy Data", "Attributes");
+        const ByteVector light = Support::streamOf(other.GetIndex(), "Light Data");
+        // The count, the key, the type, the link's mark in the newer layout, the size and the width.
+        const std::size_t ahead = 4U + 6U + 4U + (version == std::string("0.7") ? 1U : 0U) + 4U + 1U;
+        const ByteVector first = Bytes().u8(1).u8(0).bits({0x3F800000, 0x40000000}).u8(0);
+        const ByteVector second = Bytes().u8(0).u8(1).bits({0x3F800000, 0x40000000}).u8(1);
+        EXPECT_EQ(Support::slice(light, ahead, 11), first) << version;
+        EXPECT_EQ(Support::slice(light, light.size() / 2 + ahead, 11), second) << version;
+    }
+}
+
 TEST_F(MoxGeometry, ElementTagStandsInTheHighByteOfTheType) {
     DatasetEntry& entry = addEntry(geometry, "", VariableType::NodeVector);
     entry.values.elementTag = 1;

@@ -3,6 +3,7 @@
 #include <Qel/Mox/Geometry.h>
 #include <Qel/Mox/Group.h>
 #include <Qel/Mox/Node.h>
+#include <Qel/Mox/NodeSets.h>
 #include <Qel/Mox/Shape.h>
 
 #include <gtest/gtest.h>
@@ -35,6 +36,9 @@ TEST(NodesWithSameName, NeedsNameTypeAndVersion) {
     EXPECT_TRUE(NodesWithSameName()(&group, &sameGroup));
     EXPECT_FALSE(NodesWithSameName()(&group, &otherGroup));
     EXPECT_FALSE(NodesWithSameName()(&group, &shape));
+    const QelMox::NodeSets nodeSets("a");
+    ASSERT_EQ(nodeSets.GetVersion(), plain.GetVersion());
+    EXPECT_FALSE(NodesWithSameName()(&nodeSets, &plain));
     const QelMox::Geometry geometry("a");
     const OlderGeometry older("a");
     EXPECT_FALSE(NodesWithSameName()(&geometry, &older));

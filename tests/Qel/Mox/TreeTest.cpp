@@ -1,6 +1,7 @@
 #include <Qel/Mox/Tree.h>
 
 #include "Qel/Mox/StreamContent.h"
+#include "Qel/Support/BlockSizeGuard.h"
 #include "Qel/Support/CapturedStream.h"
 #include "Qel/Support/HostNames.h"
 #include "Qel/Support/RecordedLog.h"
@@ -120,10 +121,12 @@ TEST_F(MoxTreeFile, SetStreamFileWritesTheTwelveBytesAtOnce) {
 }
 
 TEST_F(MoxTreeFile, SetStreamFileWithANonZeroModeOpensNothingAndChangesNothing) {
-    open(1);
-    EXPECT_EQ(tree.FileVersion, "");
-    EXPECT_EQ(tree.File.GetStream(), nullptr);
-    EXPECT_FALSE(std::filesystem::exists(path));
+    for (const int mode : {1, 2, -1}) {
+        open(mode);
+        EXPECT_EQ(tree.FileVersion, "") << mode;
+        EXPECT_EQ(tree.File.GetStream(), nullptr) << mode;
+        EXPECT_FALSE(std::filesystem::exists(path)) << mode;
+    }
 }
 
 TEST_F(MoxTreeFile, SetStreamFileOverwritesOnlyIfToldTo) {
@@ -135,6 +138,8 @@ TEST_F(MoxTreeFile, SetStreamFileOverwritesOnlyIfToldTo) {
     const int mode = 0;
     tree.SetStreamFile(path, 1, &mode);
     EXPECT_EQ(Support::bytesOf(path), TwelveBytes);
+    QelMox::Tree other;
+    EXPECT_NO_THROW(other.SetStreamFile(path, 2, &mode));
 }
 
 TEST_F(MoxTree, SaveFileWithoutOpenFileDoesNothing) {
@@ -303,6 +308,14 @@ TEST_F(MoxTree, FindNodeByPathFindsByNameAloneAndMovesToTheRoot) {
     EXPECT_EQ(tree.FindNodeByPath("/a/b/", "/"), 0U);
     EXPECT_EQ(tree.FindNodeByPath("", "/"), 0U);
     EXPECT_EQ(tree.GetCurrentId(), 1U);
+}
+
+TEST_F(MoxTree, FindNodeByPathLooksForTheRootAtTheBeginningAlone) {
+    tree.SetRootGroup("a", {});
+    addGroup("b");
+    addGroup("a");
+    EXPECT_EQ(tree.FindNodeByPath("/a/b/a", "/"), 3U);
+    EXPECT_EQ(tree.FindNodeByPath("/x/b/a", "/"), 0U);
 }
 
 TEST_F(MoxTree, FindNodeByPathOfTheRootAloneThrowsWithTheRootCurrent) {
@@ -602,6 +615,32 @@ TEST_F(MoxTree, NodeSetsHaveADescriptorOf20BytesAndTheirPayloadInHeavyData) {
     EXPECT_EQ(stream("Heavy Data").size(), 50U);
 }
 
+// Each value has a block of its own, and the blocks stand in the order in which the values came.
+TEST_F(MoxTree, ValuesOfAllDescriptorsComeInTheirOrder) {
+    const Support::BlockSizeGuard oneValueEach("0");
+    tree.SetRootGroup("r", {});
+    auto nodeSets = std::make_unique<NodeSets>("sets");
+    tree.AddChildNode(std::move(nodeSets));
+    tree.SetCurrentId(1);
+    tree.AddShapeNode("s");
+    auto& geometry = dynamic_cast<Geometry&>(*tree.GetCurrentNode().data);
+    auto& entry = geometry.GetDataset(geometry.FindOrAddDataset("key"));
+    entry.isLink = true;
+    tree.SaveTree(tree.File);
+    // The first letters of the names: Mox Tree, Light Data, Attributes, Heavy Data, Resources.
+    std::string names;
+    for (const auto& info : tree.File.GetIndex().GetBlockInfos()) {
+        if (info.name[0] != '\x0b') {
+            names += info.name[0];
+        }
+    }
+    const std::string record = "MMMMMMMMMM";
+    EXPECT_EQ(names, "M" + record + "LLL" + "AAAAAA" + "L" // the group
+                         + record + "HHHHH" + "LLLL"       // the node sets
+                         + record + "R"                    // the shape
+                         + record + "LLLLLLL" + "AAAAAA"); // the geometry and its link
+}
+
 TEST_F(MoxTree, PlainNodeIsItsRecordAlone) {
     tree.SetRootGroup("r", {});
     tree.AddChildNode(std::make_unique<Node>("n"));
@@ -687,6 +726,10 @@ TEST_F(MoxTree, ComputerAndUserAreCollectedOnlyWhenAskedFor) {
     EXPECT_EQ(tree.ModifierInfos[0].Computer, "");
     EXPECT_EQ(tree.ModifierInfos[1].Computer, computer->substr(0, 79));
     EXPECT_EQ(tree.ModifierInfos[1].User, user->substr(0, 79));
+    tree.CurrentModifier.Computer = "another";
+    tree.CurrentModifier.CollectHostInfo = 0xFF;
+    tree.SaveGlobalInfo(tree.File, "");
+    EXPECT_EQ(tree.CurrentModifier.Computer, computer->substr(0, 79));
 }
 
 TEST_F(MoxTreeFile, SavePrintsNothing) {

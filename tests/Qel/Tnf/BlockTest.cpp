@@ -251,6 +251,20 @@ TEST_F(Block, PositionWrapsUnreportedAt4GiBAndTheSizeStays) {
     EXPECT_EQ(buffer.get()[0x10000000F], 0xAB);
 }
 
+// The buffer is far smaller than the block believes: the growth that is due fails before anything is copied.
+TEST_F(Block, PutThatPasses4GiBNeedsRoomForAllOfItsBytes) {
+    if (!Support::AddressSpaceLimit::isAvailable()) {
+        GTEST_SKIP() << "needs a limit to the address space";
+    }
+    const std::unique_ptr<unsigned char, void (*)(void*)> buffer(static_cast<unsigned char*>(std::malloc(16)),
+                                                                 std::free);
+    QelTnf::Block large = Support::blockOf({buffer.get(), 0xFFFFFFF8, 0xFFFFFFF0, 0xFFFFFFF0});
+    const Support::AddressSpaceLimit limit;
+    EXPECT_TRUE(Support::throws<Qel::Exception::MemoryAllocationException>(
+        noMemory, [&] { Support::putInto(large, Bytes().fill(32, 0xAB)); }));
+    EXPECT_EQ(large.GetPosition(), 0xFFFFFFF0U);
+}
+
 // --- No memory
 
 TEST_F(Block, FailedAllocationOfAPutLeavesTheBlockAndStoresNothing) {

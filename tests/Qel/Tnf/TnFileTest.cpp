@@ -56,6 +56,14 @@ TEST_F(TnFile, OpensANewFile) {
     EXPECT_TRUE(std::filesystem::exists(path));
 }
 
+TEST_F(TnFile, OpensForWritingAlone) {
+    file.OpenFileForWriting(path, false);
+    std::fputs("abc", file.GetStream());
+    std::rewind(file.GetStream());
+    EXPECT_EQ(std::fgetc(file.GetStream()), EOF);
+    EXPECT_NE(std::ferror(file.GetStream()), 0);
+}
+
 TEST_F(TnFile, ExistingFileIsUntouchedWithoutOverwriteAndAnotherCanBeOpened) {
     makeExistingFile();
     EXPECT_TRUE(Support::throws<Qel::Exception::FileOpenException>(

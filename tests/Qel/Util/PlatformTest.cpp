@@ -1,3 +1,4 @@
+#include "Qel/Support/FakeNames.h"
 #include "Qel/Support/HostNames.h"
 #include "Qel/Support/Pipe.h"
 #include "Support/Bytes.h"
@@ -9,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
@@ -36,6 +38,11 @@ TEST_F(PlatformFile, ExistsIfAFileBearsThePath) {
 
 TEST_F(PlatformFile, ExistsIfAFolderBearsThePath) {
     EXPECT_TRUE(Platform::pathExists(folder.path("")));
+}
+
+TEST_F(PlatformFile, ExistsThoughItCanNotBeRead) {
+    std::filesystem::permissions(path, std::filesystem::perms::none);
+    EXPECT_TRUE(Platform::pathExists(path));
 }
 
 TEST_F(PlatformFile, SeeksFromTheStart) {
@@ -125,6 +132,27 @@ TEST(Platform, UserNameIsThatOfTheProcess) {
         GTEST_SKIP() << "needs a system that tells its user in another way";
     }
     EXPECT_EQ(Platform::userName(), name->substr(0, 79));
+}
+
+TEST(Platform, NamesAreCutTo79Bytes) {
+    if (!Support::FakeNames::isAvailable()) {
+        GTEST_SKIP() << "needs a system whose answers can be replaced";
+    }
+    for (const std::size_t length : {0U, 1U, 78U, 79U, 80U, 81U, 1000U}) {
+        const Support::FakeNames names(std::string(length, 'n'));
+        const std::string expected(std::min<std::size_t>(length, 79), 'n');
+        EXPECT_EQ(Platform::computerName(), expected) << length;
+        EXPECT_EQ(Platform::userName(), expected) << length;
+    }
+}
+
+TEST(Platform, NamesThatTheSystemDoesNotKnowAreEmpty) {
+    if (!Support::FakeNames::isAvailable()) {
+        GTEST_SKIP() << "needs a system whose answers can be replaced";
+    }
+    const Support::FakeNames none(std::nullopt);
+    EXPECT_EQ(Platform::computerName(), "");
+    EXPECT_EQ(Platform::userName(), "");
 }
 
 TEST(Platform, CallColumnIsThatOfTheCall) {

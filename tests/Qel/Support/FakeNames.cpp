@@ -1,0 +1,81 @@
+// The test program's own functions stand in front of those of the C library.
+
+#include "Qel/Support/FakeNames.h"
+
+// The one place where systems differ.
+#if defined(__linux__)
+
+#include <dlfcn.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstring>
+
+namespace {
+
+bool isFake = false;
+std::optional<std::string> fakeName;
+
+template <typename Function>
+Function* ofTheSystem(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+extern "C" int gethostname(char* name, std::size_t size) noexcept {
+    if (!isFake) {
+        return ofTheSystem<int(char*, std::size_t)>("gethostname")(name, size);
+    }
+    if (!fakeName) {
+        return -1;
+    }
+    // Like that of POSIX: a name that is too long ends without a zero byte.
+    std::strncpy(name, fakeName->c_str(), size);
+    return 0;
+}
+
+extern "C" passwd* getpwuid(uid_t id) {
+    static passwd user;
+    if (!isFake) {
+        return ofTheSystem<passwd*(uid_t)>("getpwuid")(id);
+    }
+    if (!fakeName || id != geteuid()) {
+        return nullptr;
+    }
+    user.pw_name = fakeName->data();
+    return &user;
+}
+
+namespace Support {
+
+bool FakeNames::isAvailable() {
+    return true;
+}
+
+FakeNames::FakeNames(const std::optional<std::string>& name) {
+    fakeName = name;
+    isFake = true;
+}
+
+FakeNames::~FakeNames() {
+    isFake = false;
+}
+
+} // namespace Support
+
+#else
+
+namespace Support {
+
+bool FakeNames::isAvailable() {
+    return false;
+}
+
+FakeNames::FakeNames(const std::optional<std::string>&) {}
+
+FakeNames::~FakeNames() = default;
+
+} // namespace Support
+
+#endif
