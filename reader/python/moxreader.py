@@ -340,7 +340,7 @@ def other_shift(before: Table, blocks: List[Block]) -> Optional[int]:
 def marked(block: Block, cover: Cover) -> Block:
     if not block.holds_data or not cover.touches(block.position, block.end):
         return block
-    has_word = not cover.touches(block.position, block.position + LENGTH_WORD)
+    has_word = block.length >= LENGTH_WORD and not cover.touches(block.position, block.position + LENGTH_WORD)
     return block._replace(is_overwritten=True, has_length_word=has_word)
 
 

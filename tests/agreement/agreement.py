@@ -14,8 +14,10 @@ import zlib
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
-sys.path[:0] = [str(ROOT / "reader" / "python"), str(ROOT / "reader" / "python" / "tests")]
+sys.path[:0] = [str(ROOT / "reader" / "python"), str(ROOT / "reader" / "python" / "tests"),
+                str(ROOT / "tests" / "conformance")]
 
+import make  # noqa: E402
 import moxfile  # noqa: E402
 import moxreader  # noqa: E402
 from model_text import LOST, model_text  # noqa: E402
@@ -172,6 +174,17 @@ class DamagedFiles(Agreement):
         for data in (moxfile.plain_file(moxfile.sample()), plain_copy(GOLDEN)):
             flips = [f"flip {offset} {1 << bit}" for offset in range(2800, len(data)) for bit in (offset % 7, 7)]
             self.assertGreater(self.compare_damaged(data, flips), len(flips) // 4)
+
+    def test_files_with_lost_blocks(self):
+        chance = random.Random(4)
+        files = make.make_files()
+        for name in ("low-blocks-over-earlier-ones", "low-blocks-twice", "lost-blocks-in-a-row"):
+            data = files[name]
+            # Mostly what the index says, for it decides where blocks lie.
+            places = [chance.randrange(2800) for _ in range(60)] + [chance.randrange(len(data)) for _ in range(40)]
+            damages = [f"flip {place} {1 << chance.randrange(8)}" for place in places]
+            damages += [f"cut {len(data) - chance.randrange(1, len(data))}" for _ in range(20)]
+            self.assertEqual(len(damages), self.compare_damaged(data, damages), name)
 
     def test_several_damages_at_once(self):
         chance = random.Random(20)

@@ -1,5 +1,7 @@
 #include "MoxReader/BlockLengths.h"
 
+#include "MoxReader/BlockContent.h"
+
 #include <algorithm>
 #include <limits>
 #include <optional>
@@ -32,6 +34,11 @@ std::vector<Range> collectArrays(const std::vector<Node>& nodes) {
 
 bool hasLostLength(const BlockRecord& block) {
     return block.isCompressed() && (block.length == 0 || (block.isOverwritten && !block.contentLength));
+}
+
+bool hasWrongLength(const BlockRecord& block, std::uint64_t fileSize) {
+    const auto damage = findLengthDamage(block, fileSize);
+    return damage && damage != ErrorCode::BlockOverwritten;
 }
 
 using Lengths = std::vector<std::optional<std::uint64_t>>;
@@ -126,14 +133,16 @@ std::optional<Starts> findStarts(const std::vector<Range>& arrays, const Lengths
 
 } // namespace
 
-bool findLostLengths(std::vector<BlockRecord>& blocks, const std::vector<Node>& nodes) {
+bool findLostLengths(std::vector<BlockRecord>& blocks, const std::vector<Node>& nodes,
+                     std::uint64_t fileSize) {
     if (std::ranges::none_of(blocks, hasLostLength))
         return false;
     Lengths known;
     for (const auto& block : blocks) {
-        if (!hasLostLength(block) && !block.contentLength)
+        const bool isLost = hasLostLength(block);
+        if (!isLost && hasWrongLength(block, fileSize))
             return false;
-        known.push_back(hasLostLength(block) ? std::nullopt : Lengths::value_type(block.contentLength));
+        known.push_back(isLost ? std::nullopt : Lengths::value_type(block.contentLength));
     }
     const auto starts = findStarts(collectArrays(nodes), known);
     if (!starts)

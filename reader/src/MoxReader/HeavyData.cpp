@@ -66,7 +66,7 @@ NodeSet makeSet(const SetLists& lists, std::size_t index) {
 StreamReader openHeavyStream(const File& file, const std::vector<Node>& nodes) {
     auto stream = file.stream(Format::HeavyStream);
     auto blocks = stream.blocks();
-    if (!findLostLengths(blocks, nodes))
+    if (!findLostLengths(blocks, nodes, file.size()))
         return stream;
     return {file.shareSource(), stream.name(), std::move(blocks)};
 }
