@@ -17,7 +17,8 @@ As a script it prints a model as JSON:
     python3 moxreader.py [--numbers] [--no-date] FILE
 
 Any bytes end in a value or in a MoxError. A length or a count is believed only as far as the file can justify it, and
-nothing but the block in use is held in memory beside the tree. Texts are UTF-8; bytes that are not are kept as
+nothing but the block in use is held in memory beside the tree. Numbers that are lost raise it when they are asked for;
+all others can be read. Texts are UTF-8; bytes that are not are kept as
 surrogates (PEP 383), so that text.encode("utf-8", "surrogateescape") gives back what the file has.
 """
 
@@ -32,7 +33,7 @@ import struct
 import sys
 import zlib
 from dataclasses import dataclass, field
-from typing import Any, Dict, List, NamedTuple, Optional, Tuple
+from typing import Any, Callable, Dict, List, NamedTuple, Optional, Tuple
 
 SIGNATURE = b"\x89TNF\r\n\x1a\n"
 VERSION = b"1.3\0"
@@ -45,8 +46,13 @@ INDEX_BLOCK_RECORDS = 200
 INDEX_BLOCK = b"\x0bIndex Block "
 EMPTY_BLOCK = b"\x0bEmpty Block "
 COMPRESSED = 0x01
+STREAMED = 0x21
 LENGTH_WORD = 4
+MOST_CONTENT = 0xFFFFFFFF
 MOST_BYTES_OF_ONE = 1032  # No byte of a zlib stream gives more bytes of content.
+
+HEAVY_DATA = "Heavy Data"
+MOST_LIMITS = 100  # How many block sizes are tried to find where blocks of unknown length end.
 
 STEP_SEPARATOR = "\x1e"
 UNTAGGED = 0xFFFFFFFF
@@ -100,13 +106,57 @@ class Block(NamedTuple):
     position: int  # File offset.
     is_index_block: bool
     is_empty_entry: bool
+    is_overwritten: bool = False  # A part of it was written over with something else.
+    has_length_word: bool = True  # But its content length still stands.
 
     @property
     def is_compressed(self) -> bool:
         return bool(self.flags & COMPRESSED)
 
+    @property
+    def holds_data(self) -> bool:
+        return not self.is_index_block and not self.is_empty_entry
+
+    @property
+    def end(self) -> int:
+        return self.position + self.length
+
+    def moved(self, shift: int) -> "Block":
+        return self._replace(position=self.position - shift)
+
     def __str__(self) -> str:
         return f'block {self.id}, "{self.name}"'
+
+
+@dataclass
+class Table:
+    """An index table of the chain. Its blocks stand `shift` bytes before the places that the lengths add up to."""
+
+    position: int  # File offset.
+    blocks: List[Block]  # At the places that the lengths add up to.
+    shift: int
+    other_shift: Optional[int] = None  # What it is if the writer took the Index Block of this table to stand at 0.
+
+
+class Cover:
+    """Ranges of bytes, joined where they touch."""
+
+    def __init__(self):
+        self._starts: List[int] = []
+        self._ends: List[int] = []
+
+    def add(self, start: int, end: int) -> None:
+        if start >= end:
+            return
+        first = bisect.bisect_left(self._ends, start)
+        last = bisect.bisect_right(self._starts, end)
+        if first < last:
+            start, end = min(start, self._starts[first]), max(end, self._ends[last - 1])
+        self._starts[first:last], self._ends[first:last] = [start], [end]
+
+    def touches(self, start: int, end: int) -> bool:
+        index = bisect.bisect_right(self._ends, start)
+        return index < len(self._starts) and self._starts[index] < end
 
 
 class File:
@@ -141,23 +191,28 @@ class File:
 
     def stream_names(self) -> List[str]:
         """The names that have blocks, in the order of their first block."""
-        return list(dict.fromkeys(block.name for block in self.blocks if holds_data(block)))
+        return list(dict.fromkeys(block.name for block in self.blocks if block.holds_data))
 
     def blocks_of(self, name: str) -> List[Block]:
-        return [block for block in self.blocks if block.name == name and holds_data(block)]
+        return [block for block in self.blocks if block.name == name and block.holds_data]
 
     def content_length(self, block: Block) -> int:
         """The bytes of a block's content, as stated and as far as that can be true."""
-        require(block.position + block.length <= self.size, f"{block} reaches past the end of the file")
+        require(block.length > 0 or not block.is_compressed, f"{block} has lost its content")
+        require(block.end <= self.size, f"{block} reaches past the end of the file")
         if not block.is_compressed:
             return block.length
-        require(block.length >= LENGTH_WORD, f"{block} has lost its content")
+        require(block.has_length_word, f"{block} was written over")
+        require(block.length >= LENGTH_WORD, f"{block} is too short for its content length")
         (length,) = struct.unpack("<I", self.read_at(block.position, LENGTH_WORD))
+        if block.is_overwritten:
+            return length
         stored = block.length - LENGTH_WORD
         require(length <= stored * MOST_BYTES_OF_ONE, f"{block} states more content than its bytes can give")
         return length
 
     def read_block(self, block: Block) -> bytes:
+        require(not block.is_overwritten, f"{block} was written over")
         length = self.content_length(block)
         if not block.is_compressed:
             return self.read_at(block.position, block.length)
@@ -181,33 +236,112 @@ class File:
         return version.rstrip(b"\0").decode()
 
     def _read_index(self) -> List[Block]:
-        blocks: List[Block] = []
-        table_at, records = HEAD_TABLE_AT, HEAD_RECORDS
-        end = HEAD_TABLE_AT + table_size(HEAD_RECORDS)
+        first_block = HEAD_TABLE_AT + table_size(HEAD_RECORDS)
+        tables = [Table(HEAD_TABLE_AT, self._read_table(HEAD_TABLE_AT, HEAD_RECORDS, 0, first_block), 0)]
         while True:
-            end = self._read_table(table_at, records, end, blocks)
-            index_blocks = [block for block in blocks[-records:] if block.is_index_block]
+            table = tables[-1]
+            index_blocks = [block for block in table.blocks if block.is_index_block]
             if not index_blocks:
-                return blocks
-            block, records = index_blocks[0], INDEX_BLOCK_RECORDS
-            is_sound = block is blocks[-1] and block.length == table_size(records)
+                break
+            block = index_blocks[0]
+            is_sound = block is table.blocks[-1] and block.length == table_size(INDEX_BLOCK_RECORDS)
             require(is_sound, f"block {block.id} cannot be an Index Block")
-            table_at = block.position
+            self._settle_by_table(table, block)
+            position = block.position - table.shift
+            blocks = self._read_table(position, INDEX_BLOCK_RECORDS, block.id + 1, block.end)
+            tables.append(Table(position, blocks, table.shift, other_shift(table, blocks)))
+        self._settle_by_size(tables)
+        self.is_displaced = any(table.shift for table in tables)
+        return self._marked(tables) if self.is_displaced else [block for table in tables for block in table.blocks]
 
-    def _read_table(self, offset: int, records: int, end: int, blocks: List[Block]) -> int:
+    def _read_table(self, offset: int, records: int, first_id: int, end: int) -> List[Block]:
+        """The blocks of a table, one behind the other from a place on."""
         data = self.read_at(offset, table_size(records))
         (count,) = struct.unpack_from("<I", data)
         require(count == records, f"the index table at offset {offset} has {count} records instead of {records}")
+        blocks: List[Block] = []
         for number, name_length, name, length, flags, reserved in RECORD.iter_unpack(data[4:]):
-            require(name_length == NAME_SIZE, f"the name of block {len(blocks)} has a length of {name_length}")
-            blocks.append(Block(len(blocks), number, to_text(name.split(b"\0")[0]), length, flags, reserved, end,
+            block_id = first_id + len(blocks)
+            require(name_length == NAME_SIZE, f"the name of block {block_id} has a length of {name_length}")
+            blocks.append(Block(block_id, number, to_text(name.split(b"\0")[0]), length, flags, reserved, end,
                                 name.startswith(INDEX_BLOCK), name.startswith(EMPTY_BLOCK)))
             end += length
-        return end
+        return blocks
+
+    def _settle_by_table(self, table: Table, block: Block) -> None:
+        """Where the blocks of a table stand, if another table follows: where that one stands."""
+        if table.other_shift is None or self._is_table(block.position - table.shift, block.id + 1):
+            return
+        if self._is_table(block.position - table.other_shift, block.id + 1):
+            table.shift = table.other_shift
+
+    def _is_table(self, offset: int, first_id: int) -> bool:
+        size = table_size(INDEX_BLOCK_RECORDS)
+        if offset + size > self.size:
+            return False
+        data = self.read_at(offset, size)
+        records = list(RECORD.iter_unpack(data[4:]))
+        return data[:4] == struct.pack("<I", INDEX_BLOCK_RECORDS) and all(
+            record[0] == (first_id + i + 1) % 256 and record[1] == NAME_SIZE and record[5] == 0
+            for i, record in enumerate(records))
+
+    def _settle_by_size(self, tables: List[Table]) -> None:
+        """Where the blocks of the last table stand: where the file ends, and what inflates there."""
+        table = tables[-1]
+        if table.other_shift is None:
+            return
+        ends_of_tables = [each.position + table_size(INDEX_BLOCK_RECORDS) for each in tables[1:]]
+
+        def fits(shift: int) -> bool:
+            return self.size == max(table.blocks[-1].end - shift, *ends_of_tables)
+
+        is_as_before = fits(table.shift) and (table.shift == 0 or self._inflates(tables, table.shift))
+        if not is_as_before and fits(table.other_shift) and self._inflates(tables, table.other_shift):
+            table.shift = table.other_shift
+
+    def _inflates(self, tables: List[Table], shift: int) -> bool:
+        """Whether all streams but Heavy Data are whole in the last table, as far as no table was written over them."""
+        cover = Cover()
+        for table in tables[1:]:
+            cover.add(table.position, table.position + table_size(INDEX_BLOCK_RECORDS))
+        blocks = [block.moved(shift) for block in tables[-1].blocks
+                  if block.holds_data and block.name != HEAVY_DATA and block.length > 0]
+        whole = [block for block in blocks if not cover.touches(block.position, block.end)]
+        return bool(whole) and all(self._is_whole(block) for block in whole)
+
+    def _is_whole(self, block: Block) -> bool:
+        try:
+            self.read_block(block)
+            return True
+        except MoxError:
+            return False
+
+    @staticmethod
+    def _marked(tables: List[Table]) -> List[Block]:
+        """All blocks where they stand. Later blocks were written over earlier ones, and the tables over all."""
+        cover = Cover()
+        for table in tables[1:]:
+            cover.add(table.position, table.position + table_size(INDEX_BLOCK_RECORDS))
+        parts = []
+        for table in reversed(tables):
+            placed = [block.moved(table.shift) for block in table.blocks]
+            parts.append([marked(block, cover) for block in placed])
+            cover.add(placed[0].position, placed[-1].end)
+        return [block for part in reversed(parts) for block in part]
 
 
-def holds_data(block: Block) -> bool:
-    return not block.is_index_block and not block.is_empty_entry
+def other_shift(before: Table, blocks: List[Block]) -> Optional[int]:
+    """See Table. Datasets stand on both sides of an Index Block that was ever taken to stand at 0."""
+    last, index_block = before.blocks[-2:]
+    is_possible = last.name == HEAVY_DATA and last.flags == STREAMED and blocks[0].name == HEAVY_DATA
+    return index_block.position if is_possible else None
+
+
+def marked(block: Block, cover: Cover) -> Block:
+    if not block.holds_data or not cover.touches(block.position, block.end):
+        return block
+    has_word = block.length >= LENGTH_WORD and not cover.touches(block.position, block.position + LENGTH_WORD)
+    return block._replace(is_overwritten=True, has_length_word=has_word)
 
 
 def to_text(data: bytes) -> str:
@@ -215,15 +349,25 @@ def to_text(data: bytes) -> str:
 
 
 class Stream:
-    """A cursor over all blocks of one name, decompressed and joined. Holds one block's content."""
+    """A cursor over all blocks of one name, decompressed and joined. Holds one block's content.
 
-    def __init__(self, file: File, name: str):
+    The stream ends before the first block whose length is not known; reading on raises why.
+    """
+
+    def __init__(self, file: File, name: str, lengths: Optional[Dict[int, int]] = None):
+        """lengths: content lengths, by block id, that the blocks themselves do not tell."""
         self.name = name
         self._file = file
         self._blocks = file.blocks_of(name)
         self._starts = [0]
+        self._damage: Optional[MoxError] = None
         for block in self._blocks:
-            self._starts.append(self._starts[-1] + file.content_length(block))
+            try:
+                length = lengths[block.id] if lengths and block.id in lengths else file.content_length(block)
+            except MoxError as damage:
+                self._damage = damage
+                break
+            self._starts.append(self._starts[-1] + length)
         self.size = self._starts[-1]
         self.position = 0
         self._loaded: Optional[Tuple[int, bytes]] = None
@@ -236,14 +380,15 @@ class Stream:
         return self.size - self.position
 
     def seek(self, position: int) -> None:
-        require(position <= self.size, f'"{self.name}" ends before position {position}')
+        self._require(position <= self.size, f'"{self.name}" ends before position {position}')
         self.position = position
 
     def require_end(self) -> None:
         require(self.remaining == 0, f"{self}: {self.remaining} bytes too many")
+        self._require(self._damage is None, "")
 
     def read(self, size: int) -> bytes:
-        require(size <= self.remaining, f"{self}: the stream ends inside a value of {size} bytes")
+        self._require(size <= self.remaining, f"{self}: the stream ends inside a value of {size} bytes")
         parts = []
         while size > 0:
             content, offset = self._content_here()
@@ -251,6 +396,11 @@ class Stream:
             size -= len(parts[-1])
             self.position += len(parts[-1])
         return b"".join(parts)
+
+    def _require(self, is_sound: bool, complaint: str) -> None:
+        """A stream that is too short is so for its damage, if it has any."""
+        if not is_sound:
+            raise self._damage or MoxError(complaint)
 
     def _content_here(self) -> Tuple[bytes, int]:
         index = bisect.bisect_right(self._starts, self.position) - 1
@@ -274,7 +424,8 @@ class Stream:
     def count(self, smallest: int) -> int:
         """A count of things of at least so many bytes each."""
         count = self.number("I")
-        require(count * smallest <= self.remaining, f"{self}: a count of {count} is more than the stream can hold")
+        is_possible = count * smallest <= self.remaining
+        self._require(is_possible, f"{self}: a count of {count} is more than the stream can hold")
         return count
 
     def floats(self, count: int) -> array.array:
@@ -494,7 +645,7 @@ class Model:
         self._read_attributes(Stream(file, "Attributes"))
         self._read_materials(Stream(file, "Resources"))
         self._read_global_information(required_stream(file, "Global Information"))
-        self._heavy = Stream(file, "Heavy Data")
+        self._heavy = Stream(file, HEAVY_DATA, lost_lengths(file, list(self.datasets())))
         self._holders: Dict[Tuple[int, int], Optional[Dataset]] = {}
 
     def node(self, node_id: int) -> Node:
@@ -623,6 +774,69 @@ class Model:
             stream.require_end()
 
 
+def lost_lengths(file: File, datasets: List[Dataset]) -> Dict[int, int]:
+    """The content lengths of blocks of Heavy Data that have lost their own, by id; empty if they can't be told.
+
+    A writer puts one dataset behind the other into a block until it has a limit or more, then begins the next. The
+    limit is not in the file: of all that it can be, those count with which every known block comes out right.
+    """
+    blocks = file.blocks_of(HEAVY_DATA)
+    known: List[Optional[int]] = []
+    for block in blocks:
+        is_lost = block.is_compressed and (block.length == 0 or not block.has_length_word)
+        try:
+            known.append(None if is_lost else file.content_length(block))
+        except MoxError:
+            return {}
+    if None not in known:
+        return {}
+    sizes = [length for length in known[:-1] if length is not None]
+    limit = min(sizes, default=1 << 64)
+    arrays = sorted((dataset.position, dataset.size) for dataset in datasets if not dataset.is_link and dataset.size)
+    solution: Optional[List[int]] = None
+    for _ in range(MOST_LIMITS):
+        if limit == 0:
+            break
+        lengths, limit = divide(arrays, known, limit)
+        if lengths is not None and solution is not None and starts(lengths, known) != starts(solution, known):
+            return {}
+        solution = solution or lengths
+    if solution is None or limit > 0:
+        return {}
+    return {block.id: length for block, length, own in zip(blocks, solution, known) if own is None}
+
+
+def divide(arrays: List[Tuple[int, int]], known: List[Optional[int]], limit: int) -> Tuple[Optional[List[int]], int]:
+    """Divides arrays, each a position and a size, among blocks as a writer with a limit does.
+
+    known: the lengths of the blocks, None for those to be found.
+    Returns all lengths, None if there are none, and the next lower limit that can come to others; 0 if none can.
+    """
+    lengths: List[int] = []
+    end = place = lower = 0
+    for index, length in enumerate(known):
+        start = end
+        while place < len(arrays) and end - start < (limit if length is None else length):
+            position, size = arrays[place]
+            if position != end or end - start >= limit:
+                return None, lower
+            if length is None:
+                lower = max(lower, end - start)
+            end += size
+            place += 1
+        is_last = index + 1 == len(known)
+        is_enough = end - start >= limit or is_last and end > start
+        if not (is_enough and end - start <= MOST_CONTENT if length is None else end - start == length):
+            return None, lower
+        lengths.append(end - start)
+    return (lengths if place == len(arrays) else None), lower
+
+
+def starts(lengths: List[int], known: List[Optional[int]]) -> List[int]:
+    """Where the blocks of known length begin."""
+    return [sum(lengths[:i]) for i, length in enumerate(known) if length is not None]
+
+
 def required_stream(file: File, name: str) -> Stream:
     require(bool(file.blocks_of(name)), f'there is no block "{name}"')
     return Stream(file, name)
@@ -709,8 +923,16 @@ def json_dataset(model: Model, dataset: Dataset, with_numbers: bool) -> Dict[str
     result.update(items=dataset.size // (4 * dataset.width) if dataset.width else 0, width=dataset.width,
                   position=dataset.position)
     if with_numbers:
-        result["numbers"] = json_rows(model, dataset)
+        result.update(json_or_error("numbers", lambda: json_rows(model, dataset)))
     return result
+
+
+def json_or_error(key: str, make: Callable[[], list]) -> Dict[str, Any]:
+    """What a part of a file that can be damaged alone comes to; "error" tells why if it can't be read."""
+    try:
+        return {key: make()}
+    except MoxError as error:
+        return {"error": str(error)}
 
 
 def json_material(material: Material) -> Dict[str, Any]:
@@ -732,7 +954,8 @@ def json_content(model: Model, node: Node, with_numbers: bool) -> Dict[str, Any]
     if isinstance(content, Geometry):
         return {"datasets": [json_dataset(model, dataset, with_numbers) for dataset in content.datasets]}
     if isinstance(content, NodeSets):
-        return {"sets": [{"name": json_text(name), "members": members} for name, members in model.node_sets(node)]}
+        return json_or_error("sets", lambda: [{"name": json_text(name), "members": members}
+                                              for name, members in model.node_sets(node)])
     return {}
 
 
@@ -755,6 +978,13 @@ def to_json(file: File, model: Model, with_numbers: bool = False, with_date: boo
             "nodes": nodes}
 
 
+def require_no_errors(result: Dict[str, Any]) -> None:
+    parts = [part for node in result["nodes"] for part in (node, *node.get("datasets", []))]
+    errors = [part["error"] for part in parts if "error" in part]
+    if errors:
+        raise MoxError(errors[0] + (f", and {len(errors) - 1} more" if len(errors) > 1 else ""))
+
+
 def main(arguments: Optional[List[str]] = None) -> int:
     parser = argparse.ArgumentParser(description="Prints the model in a mox file as JSON.")
     parser.add_argument("file", metavar="FILE")
@@ -767,6 +997,7 @@ def main(arguments: Optional[List[str]] = None) -> int:
         json.dump(result, sys.stdout, indent=1, allow_nan=False)
         sys.stdout.write("\n")
         sys.stdout.flush()
+        require_no_errors(result)
     except BrokenPipeError:
         os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())  # Or the exit would complain again.
         return 1

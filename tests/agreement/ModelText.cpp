@@ -30,16 +30,32 @@ ModelText::ModelText(const MoxReader::File& file)
 void ModelText::addBlocks() {
     for (const auto& block : file_.blocks()) {
         addLine(block.id, block.number, block.length, block.flags, block.reserved, block.position,
-                std::string_view(block.name));
+                block.isOverwritten, std::string_view(block.name));
     }
 }
 
 void ModelText::addStream(const std::string& name) {
-    auto stream = file_.stream(name);
-    if (stream.damage())
-        throw *stream.damage();
-    const auto content = stream.readBytes(stream.size());
-    addLine(name, content.size(), checksum(content));
+    const auto add = [&] {
+        auto stream = file_.stream(name);
+        if (stream.damage())
+            throw *stream.damage();
+        const auto content = stream.readBytes(stream.size());
+        addLine(name, content.size(), checksum(content));
+    };
+    if (name == MoxReader::Format::HeavyStream)
+        addIfWhole(add);
+    else
+        add();
+}
+
+template <class Add>
+void ModelText::addIfWhole(const Add& add) {
+    try {
+        add();
+    } catch (const MoxReader::Error&) {
+        isWhole_ = false;
+        addLine(std::string_view("lost"));
+    }
 }
 
 void ModelText::addGlobalInformation() {
@@ -80,11 +96,13 @@ void ModelText::addContent(const MoxReader::Geometry& geometry) {
 
 void ModelText::addContent(const MoxReader::NodeSets& descriptor) {
     addLine(descriptor.setCount, descriptor.heavyPosition, descriptor.heavySize);
-    for (const auto& set : heavy_.readNodeSets(descriptor)) {
-        addLine(set.name);
-        for (const auto& [first, second] : set.members)
-            addLine(first, second);
-    }
+    addIfWhole([&] {
+        for (const auto& set : heavy_.readNodeSets(descriptor)) {
+            addLine(set.name);
+            for (const auto& [first, second] : set.members)
+                addLine(first, second);
+        }
+    });
 }
 
 void ModelText::addDataset(const MoxReader::Dataset& dataset) {
@@ -109,11 +127,13 @@ void ModelText::addHolder(const MoxReader::Dataset& link) {
 }
 
 void ModelText::addNumbers(const MoxReader::Dataset& dataset) {
-    if (dataset.elementTag == MoxReader::Format::FloatTag)
-        addBytes(std::span<const float>(heavy_.readFloats(dataset)));
-    else
-        addBytes(std::span<const std::uint32_t>(heavy_.readUnsigned(dataset)));
-    text_ += '\n';
+    addIfWhole([&] {
+        if (dataset.elementTag == MoxReader::Format::FloatTag)
+            addBytes(std::span<const float>(heavy_.readFloats(dataset)));
+        else
+            addBytes(std::span<const std::uint32_t>(heavy_.readUnsigned(dataset)));
+        text_ += '\n';
+    });
 }
 
 void ModelText::addAttributes(const MoxReader::Attributes& attributes) {

@@ -12,11 +12,14 @@
 /// floats and numbers as the bytes in the file, texts in quotes.
 class ModelText {
 public:
-    /// @throws MoxReader::Error  Whatever is wrong with the file, its model or its numbers; not for a link
-    ///                           without an end.
+    /// @throws MoxReader::Error  Whatever is wrong with the file or its model. Numbers that can't be read
+    /// stand in
+    ///                           the text as such.
     explicit ModelText(const MoxReader::File& file);
 
     const std::string& text() const { return text_; }
+    /// Whether all numbers could be read.
+    bool isWhole() const { return isWhole_; }
 
 private:
     void addBlocks();
@@ -31,6 +34,8 @@ private:
     void addDataset(const MoxReader::Dataset& dataset);
     void addHolder(const MoxReader::Dataset& link);
     void addNumbers(const MoxReader::Dataset& dataset);
+    template <class Add>
+    void addIfWhole(const Add& add);
     void addAttributes(const MoxReader::Attributes& attributes);
 
     template <class... Words>
@@ -48,4 +53,5 @@ private:
     MoxReader::Model model_;
     MoxReader::HeavyData heavy_;
     std::string text_;
+    bool isWhole_ = true;
 };

@@ -2,8 +2,10 @@
 //
 //   dumpModel FILE            prints the text of the file; ends with 3 if the reader refuses it
 //   dumpModel FILE damages    reads one damage from each line of stdin and tells what becomes of the file
-//                             with it: "refused", or "read" and the checksum of its text. A damage is
-//                             "cut SIZE", or "flip OFFSET MASK" with one or more pairs.
+//                             with it: "refused", or "read" or "in part" and the checksum of its text. A
+//                             damage is "cut SIZE", or "flip OFFSET MASK" with one or more pairs.
+//   dumpModel FILE outcome    prints a line for each dataset and each node of sets, its place, then its
+//                             numbers as bits, or "refused"; ends with 3 if the reader refuses the file
 
 #include "ModelText.h"
 
@@ -12,6 +14,7 @@
 #include <fmt/format.h>
 #include <zlib.h>
 
+#include <bit>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -51,7 +54,8 @@ std::string verdict(Bytes bytes) {
         const MoxReader::File file(std::make_shared<MoxReader::MemorySource>(std::move(bytes)));
         const ModelText model(file);
         const auto* text = reinterpret_cast<const Bytef*>(model.text().data());
-        return fmt::format("read {:08x}", crc32(0, text, static_cast<uInt>(model.text().size())));
+        return fmt::format("{} {:08x}", model.isWhole() ? "read" : "in part",
+                           crc32(0, text, static_cast<uInt>(model.text().size())));
     } catch (const MoxReader::Error&) {
         return "refused";
     }
@@ -62,14 +66,62 @@ void judgeDamages(const Bytes& bytes) {
         std::cout << verdict(damaged(bytes, line)) << '\n';
 }
 
+std::vector<std::uint32_t> bitsOf(const std::vector<float>& numbers) {
+    std::vector<std::uint32_t> bits;
+    for (const auto number : numbers)
+        bits.push_back(std::bit_cast<std::uint32_t>(number));
+    return bits;
+}
+
+void printNumbers(const std::vector<std::uint32_t>& numbers) {
+    for (const auto number : numbers)
+        std::cout << ' ' << number;
+}
+
+void printNumbers(const std::vector<MoxReader::NodeSet>& sets) {
+    for (const auto& set : sets)
+        std::cout << ' ' << set.members.size();
+}
+
+template <class Read>
+void printOutcome(const std::string& place, const Read& read) {
+    std::cout << place;
+    try {
+        printNumbers(read());
+    } catch (const MoxReader::Error&) {
+        std::cout << " refused";
+    }
+    std::cout << '\n';
+}
+
+void printOutcomes(const MoxReader::File& file) {
+    const auto model = MoxReader::readModel(file);
+    MoxReader::HeavyData heavy(file, model);
+    for (const auto& node : model.nodes()) {
+        if (const auto* sets = node.nodeSets())
+            printOutcome(std::to_string(node.id), [&] { return heavy.readNodeSets(*sets); });
+        if (node.geometry() == nullptr)
+            continue;
+        for (const auto& dataset : node.geometry()->datasets)
+            printOutcome(fmt::format("{}/{}", node.id, dataset.index), [&] {
+                const auto isFloat = [&] {
+                    return model.resolve(dataset).elementTag == MoxReader::Format::FloatTag;
+                };
+                return isFloat() ? bitsOf(heavy.readFloats(dataset)) : heavy.readUnsigned(dataset);
+            });
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) try {
     if (argc < 2) {
-        std::cerr << "usage: dumpModel FILE [damages]\n";
+        std::cerr << "usage: dumpModel FILE [damages | outcome]\n";
         return 2;
     }
-    if (argc > 2)
+    if (argc > 2 && argv[2] == std::string("outcome"))
+        printOutcomes(MoxReader::File(argv[1]));
+    else if (argc > 2)
         judgeDamages(bytesOf(argv[1]));
     else
         std::cout << ModelText(MoxReader::File(argv[1])).text();

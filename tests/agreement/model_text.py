@@ -10,12 +10,14 @@ import moxreader
 
 
 def model_text(file):
-    """The text of an open file. Raises moxreader.MoxError for whatever is wrong with it."""
+    """The text of an open file. Raises moxreader.MoxError for whatever is wrong with it but the numbers."""
     model = moxreader.Model(file)
     lines = [line(file.version)]
-    lines += [line(block.id, block.number, block.length, block.flags, block.reserved, block.position, block.name)
+    lines += [line(block.id, block.number, block.length, block.flags, block.reserved, block.position,
+                   block.is_overwritten, block.name)
               for block in file.blocks]
-    lines += [stream_line(file, name) for name in file.stream_names()]
+    for name in file.stream_names():
+        lines += numbers_or_lost(lambda: [stream_line(file, name)]) if name == "Heavy Data" else [stream_line(file, name)]
     lines += [line(info.version, info.source_name, info.source_version, info.format_version, info.date,
                    info.computer, info.user, info.comment) for info in model.modifiers]
     lines.append(line(model.result_attribute_count))
@@ -24,9 +26,17 @@ def model_text(file):
     return "".join(lines)
 
 
+def numbers_or_lost(make_lines):
+    try:
+        return list(make_lines())
+    except moxreader.MoxError:
+        return [LOST]
+
+
 def stream_line(file, name):
     stream = moxreader.Stream(file, name)
     content = stream.read(stream.size)
+    stream.require_end()
     return line(name, stream.size, zlib.crc32(content))
 
 
@@ -46,10 +56,14 @@ def node_lines(model, node):
             yield from dataset_lines(model, dataset)
     elif isinstance(content, moxreader.NodeSets):
         yield line(content.count, content.position, content.size)
-        for name, members in model.node_sets(node):
-            yield line(name)
-            for first, second in members:
-                yield line(first, second)
+        yield from numbers_or_lost(lambda: set_lines(model, node))
+
+
+def set_lines(model, node):
+    for name, members in model.node_sets(node):
+        yield line(name)
+        for first, second in members:
+            yield line(first, second)
 
 
 def material_line(material):
@@ -67,7 +81,7 @@ def dataset_lines(model, dataset):
         holder = model.holder(dataset)
         yield line(holder.node_id, holder.index) if holder else line("no end")
     else:
-        yield big_endian(model.numbers(dataset)).hex() + "\n"
+        yield from numbers_or_lost(lambda: [big_endian(model.numbers(dataset)).hex() + "\n"])
 
 
 def big_endian(numbers):
@@ -110,3 +124,6 @@ def word(value):
 
 def to_bytes(text):
     return text.encode("utf-8", "surrogateescape")
+
+
+LOST = line("lost")

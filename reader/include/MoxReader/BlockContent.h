@@ -15,7 +15,12 @@ struct BlockContent {
     std::optional<ErrorCode> damage; ///< Empty for a sound block.
 };
 
-/// What can be said of a block without reading its payload: BlockBeyondFile, ContentLost,
+/// The bytes of content that a block states: for a compressed one its content length word, empty if the block
+/// or the file is too short to hold it; for any other its length.
+/// @throws Error    ReadFailed alone.
+std::optional<std::uint32_t> readContentLength(Source& source, const BlockRecord& block);
+
+/// What can be said of a block without reading its payload: BlockBeyondFile, ContentLost, BlockOverwritten,
 /// ContentLengthMissing, ContentLengthImplausible, or nothing.
 std::optional<ErrorCode> findLengthDamage(const BlockRecord& block, std::uint64_t fileSize);
 

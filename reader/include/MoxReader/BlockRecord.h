@@ -21,12 +21,15 @@ struct BlockRecord {
     std::uint32_t length = 0;                             ///< Bytes in the file.
     std::uint8_t flags = 0;                               ///< Format::FlagCompressed, Format::FlagFreezable.
     std::uint8_t reserved = 0;                            ///< Always 0 in a sound file.
-    std::uint64_t position = 0; ///< File offset of the block: the sum of the lengths before it.
+    std::uint64_t position = 0; ///< File offset of the block, see IndexTable::displacement.
+    bool isOverwritten = false; ///< Something was written over a part of it later; its content is lost.
 
     /// Bytes of content: for a compressed block its content length word (empty if the block or the file is
-    /// too short to hold one), for any other block its length. Not yet checked against what the block really
-    /// holds.
+    /// too short to hold one, or if it was written over), for any other block its length. Not yet checked
+    /// against what the block really holds.
     std::optional<std::uint32_t> contentLength;
+
+    std::uint64_t end() const { return position + length; }
 
     bool isCompressed() const { return (flags & Format::FlagCompressed) != 0; }
     bool isFreezable() const { return (flags & Format::FlagFreezable) != 0; }

@@ -33,6 +33,7 @@ enum class ErrorCode {
     ContentTooLong,           ///< The zlib stream gives more bytes than stated.
     ChecksumMismatch,         ///< The content does not have the checksum behind the zlib stream.
     TrailingBytes,            ///< The block goes on behind its zlib stream.
+    BlockOverwritten,         ///< The writer wrote something else over a part of the block.
     // Streams and records
     MissingStream,            ///< The file has no block of a name that every file has.
     EndOfStream,              ///< A value reaches past the end of its stream.

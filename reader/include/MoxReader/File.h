@@ -27,6 +27,7 @@ public:
     File(std::shared_ptr<Source> source, RawIndex index);
 
     Source& source() const { return *source_; }
+    std::shared_ptr<Source> shareSource() const { return source_; }
     std::uint64_t size() const { return source_->size(); }
     const std::string& version() const { return index_.version; }
     const RawIndex& index() const { return index_; }

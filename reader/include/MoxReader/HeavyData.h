@@ -14,12 +14,23 @@ struct NodeSet {
     std::vector<std::pair<std::uint32_t, std::uint32_t>> members;
 };
 
+/// A cursor over the stream "Heavy Data".
+///
+/// Where blocks are lost with their content lengths, the arrays tell where the blocks behind them begin: a
+/// writer puts one array behind the other into a block until that holds a limit or more. Of all limits those
+/// count with which every block of known length comes out right. If none does, if several give different
+/// beginnings, or if bytes of the stream belong to no array, the stream ends before the first lost block.
+/// @param nodes Their datasets tell what arrays there are.
+StreamReader openHeavyStream(const File& file, const std::vector<Node>& nodes);
+
 /// Reads numbers from the stream "Heavy Data". Holds one decompressed block between calls, so datasets are
 /// best read in order of their positions.
 class HeavyData {
 public:
     /// @param model  Resolves links; must outlive this object.
     HeavyData(const File& file, const Model& model);
+    /// Reads from any cursor over the stream.
+    HeavyData(StreamReader heavy, const Model& model);
 
     // A dataset may be a link: the numbers are then those of Model::resolve(). All of the following throw
     // Error: those of Model::resolve(), BadDatasetSize if the size is no whole number of items, EndOfStream

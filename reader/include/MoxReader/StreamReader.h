@@ -17,7 +17,8 @@ namespace MoxReader {
 /// A read that fails leaves the position anywhere between where it began and where it would have ended.
 class StreamReader {
 public:
-    /// @param blocks  The blocks of the stream in ascending id. They need not come from an index.
+    /// @param blocks  The blocks of the stream in ascending id. They need not come from an index. One whose
+    ///                content is lost but whose contentLength is known keeps its place in the stream.
     StreamReader(std::shared_ptr<Source> source, std::string name, std::vector<BlockRecord> blocks);
 
     const std::string& name() const { return name_; }
@@ -27,7 +28,7 @@ public:
     /// The place in blocks() of the block that holds the byte at a position below size().
     std::size_t blockAt(std::uint64_t position) const;
 
-    /// Bytes of the stream. It ends before the first block whose length is damaged, see damage().
+    /// Bytes of the stream. It ends before the first block whose length is not known, see damage().
     std::uint64_t size() const { return starts_.back(); }
     /// Why the stream ends before its last block; empty if it does not. Reads past size() raise this error.
     const std::optional<Error>& damage() const { return damage_; }

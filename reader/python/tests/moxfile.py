@@ -55,6 +55,52 @@ def file(blocks):
     return head + b"".join(stored for _, stored, _ in blocks)
 
 
+INDEX_BLOCK = b"\x0bIndex Block "
+TABLE_SIZE = 4 + 200 * 139
+
+
+def with_index_blocks(blocks):
+    """Puts an Index Block at id 19, 219 and so on, if there is a block behind it; its bytes are not filled in."""
+    result = []
+    for block in blocks:
+        if len(result) >= 19 and (len(result) - 19) % 200 == 0:
+            result.append((INDEX_BLOCK, bytes(TABLE_SIZE), 0x20))
+        result.append(block)
+    return result
+
+
+def table(blocks, first, count):
+    """The table of so many records from an id on."""
+    records = [record(i + 1, blocks[i][0], len(blocks[i][1]), blocks[i][2]) if i < len(blocks) else empty_record(i + 1)
+               for i in range(first, first + count)]
+    return u32(count) + b"".join(records)
+
+
+def chained_file(blocks, restarts=()):
+    """A file of any number of blocks, each a name, the bytes in the file, and the flags.
+
+    restarts: the ids of Index Blocks that the writer takes to lie at 0 when it places the blocks behind them. It writes
+    all blocks in the order of their ids, then the tables.
+    """
+    blocks = with_index_blocks(blocks)
+    data = bytearray(SIGNATURE + b"1.3\0" + u32(2784) + table(blocks, 0, 20))
+    place, tables = len(data), []
+    for i, (name, stored, _) in enumerate(blocks):
+        if name == INDEX_BLOCK:
+            tables.append((i, place))
+        else:
+            write_at(data, place, stored)
+        place = (0 if i in restarts else place) + len(stored)
+    for i, at in tables:
+        write_at(data, at, table(blocks, i + 1, 200))
+    return bytes(data)
+
+
+def write_at(data, place, part):
+    data.extend(bytes(max(0, place + len(part) - len(data))))
+    data[place:place + len(part)] = part
+
+
 def compressed_file(streams):
     """A file of one compressed block for each stream; streams are contents by name."""
     return file([(name, compressed(content), 0x01) for name, content in streams.items()])

@@ -120,6 +120,64 @@ class Blocks(MoxTest):
         self.refused_block(u32(0xFFFFFFFF) + zlib.compress(b""), "more content")
 
 
+class LowBlocks(MoxTest):
+    """Files whose writer took an Index Block to lie at 0, so that the blocks behind it lie over others."""
+
+    COUNT = 105
+
+    @staticmethod
+    def payload(i):
+        return bytes((i * 37 + row * row * 11 + row) % 251 for row in range(600))
+
+    def save(self, restarts):
+        keys = [b"T%d" % i for i in range(self.COUNT)]
+        light = u32(self.COUNT) + b"".join(moxfile.dataset(key, 0x0500000C, 600, 1, 600 * i)
+                                           for i, key in enumerate(keys))
+        tree = u32(1) + moxfile.node((1, 0, 0, 0, 0, 0), b"G", b"Geometry", b"0.7", 0)
+        others = {b"Mox Tree": tree, b"Light Data": light, b"Attributes": moxfile.NO_ATTRIBUTES * self.COUNT,
+                  b"Global Information": moxfile.sample()[b"Global Information"]}
+        blocks = [(b"Heavy Data", compressed(self.payload(i)), 0x21) for i in range(self.COUNT)]
+        blocks += [(name, compressed(content), 0x01) for name, content in others.items()]
+        return moxfile.chained_file(blocks, restarts)
+
+    def numbers(self, data):
+        """The bytes of each dataset, None for those that are lost."""
+        with moxreader.File(data) as file:
+            model = moxreader.Model(file)
+            result = []
+            for dataset in model.datasets():
+                try:
+                    numbers = model.numbers(dataset)
+                    result.append(b"".join(bytes(n >> 8 * plane & 0xFF for n in numbers) for plane in range(4)))
+                except moxreader.MoxError as error:
+                    self.assertRegex(str(error), "was written over")
+                    result.append(None)
+            return result
+
+    def test_all_but_the_blocks_under_others_are_read(self):
+        data = self.save(restarts=[19])
+        with moxreader.File(data) as file:
+            self.assertTrue(file.is_displaced)
+            self.assertEqual(27804, file.blocks[20].position)
+            lost = [block.id - (block.id > 19) for block in file.blocks if block.is_overwritten]
+        expected = [None if i in lost else self.payload(i) for i in range(self.COUNT)]
+        self.assertEqual(expected, self.numbers(data))
+        self.assertTrue(0 < len(lost) < self.COUNT)
+
+    def test_a_sound_file_is_read_whole(self):
+        data = self.save(restarts=[])
+        with moxreader.File(data) as file:
+            self.assertFalse(file.is_displaced)
+        self.assertEqual([self.payload(i) for i in range(self.COUNT)], self.numbers(data))
+
+    def test_a_file_that_is_cut_is_refused(self):
+        for restarts in ([], [19]):
+            with moxreader.File(self.save(restarts)[:-1]) as file:
+                self.assertFalse(file.is_displaced)
+                with self.assertRaisesRegex(moxreader.MoxError, "reaches past the end"):
+                    moxreader.Model(file)
+
+
 class TheModel(MoxTest):
     def setUp(self):
         self.file, self.model = open_sample()
@@ -165,6 +223,11 @@ class TheModel(MoxTest):
         (modifier,) = self.model.modifiers
         self.assertEqual(("app", "2.0", "1.3", "today"), (modifier.source_name, modifier.source_version,
                                                           modifier.format_version, modifier.date))
+
+
+    def test_the_first_separator_divides_a_key(self):
+        dataset = moxreader.Dataset(1, 0, "A\x1eB\x1eC", 12, 5, False)
+        self.assertEqual(("A", "B\x1eC"), (dataset.name, dataset.step))
 
 
 class Links(MoxTest):

@@ -1,6 +1,9 @@
 #include "MoxReader/BlockContent.h"
 
 #include "MoxReader/Inflater.h"
+#include "MoxReader/LittleEndian.h"
+
+#include <array>
 
 namespace MoxReader {
 
@@ -15,11 +18,25 @@ BlockContent readPlain(Source& source, const BlockRecord& block) {
 
 } // namespace
 
+std::optional<std::uint32_t> readContentLength(Source& source, const BlockRecord& block) {
+    if (!block.isCompressed() || block.isIndexBlock())
+        return block.length;
+    const bool inFile =
+        block.position <= source.size() && Format::ContentWordSize <= source.size() - block.position;
+    if (block.length < Format::ContentWordSize || !inFile)
+        return std::nullopt;
+    std::array<std::uint8_t, Format::ContentWordSize> bytes{};
+    source.read(block.position, bytes);
+    return littleEndian<std::uint32_t>(bytes.data());
+}
+
 std::optional<ErrorCode> findLengthDamage(const BlockRecord& block, std::uint64_t fileSize) {
     if (block.isCompressed() && block.length == 0)
         return ErrorCode::ContentLost;
     if (block.position > fileSize || block.length > fileSize - block.position)
         return ErrorCode::BlockBeyondFile;
+    if (block.isOverwritten)
+        return ErrorCode::BlockOverwritten;
     if (!block.isCompressed())
         return std::nullopt;
     if (!block.contentLength || block.length < Format::ContentWordSize)

@@ -36,6 +36,7 @@ constexpr std::array Entries = {
     Entry{ErrorCode::ContentTooLong, "ContentTooLong", "the content is longer than stated"},
     Entry{ErrorCode::ChecksumMismatch, "ChecksumMismatch", "the content does not match its checksum"},
     Entry{ErrorCode::TrailingBytes, "TrailingBytes", "there are bytes behind the compressed content"},
+    Entry{ErrorCode::BlockOverwritten, "BlockOverwritten", "the block's writer wrote over it later"},
     Entry{ErrorCode::MissingStream, "MissingStream", "the file lacks a stream that every file has"},
     Entry{ErrorCode::EndOfStream, "EndOfStream", "the stream ends before the value does"},
     Entry{ErrorCode::BadCount, "BadCount", "a count does not fit its stream"},

@@ -1,5 +1,6 @@
 #include "MoxReader/HeavyData.h"
 
+#include "MoxReader/BlockLengths.h"
 #include "MoxReader/ReadHelpers.h"
 #include "MoxReader/Shuffle.h"
 
@@ -62,8 +63,18 @@ NodeSet makeSet(const SetLists& lists, std::size_t index) {
 
 } // namespace
 
+StreamReader openHeavyStream(const File& file, const std::vector<Node>& nodes) {
+    auto stream = file.stream(Format::HeavyStream);
+    auto blocks = stream.blocks();
+    if (!findLostLengths(blocks, nodes, file.size()))
+        return stream;
+    return {file.shareSource(), stream.name(), std::move(blocks)};
+}
+
 HeavyData::HeavyData(const File& file, const Model& model)
-    : model_(model), stream_(file.stream(Format::HeavyStream)) {}
+    : HeavyData(openHeavyStream(file, model.nodes()), model) {}
+
+HeavyData::HeavyData(StreamReader heavy, const Model& model) : model_(model), stream_(std::move(heavy)) {}
 
 std::vector<float> HeavyData::readFloats(const Dataset& dataset) {
     const auto& holder = holderOf(dataset, Format::FloatTag);

@@ -1,5 +1,6 @@
 #include "MoxReader/IndexScanner.h"
 
+#include "MoxReader/Displacement.h"
 #include "MoxReader/LittleEndian.h"
 
 #include <algorithm>
@@ -13,8 +14,12 @@ IndexScanner::IndexScanner(Source& source) : source_(source) {
 }
 
 RawIndex IndexScanner::scan() {
-    if (readFront())
+    if (readFront()) {
         walkTables();
+        if (isBroken_)
+            settleByBlocks(source_, index_);
+        settlePlaces(source_, index_);
+    }
     return std::move(index_);
 }
 
@@ -35,7 +40,9 @@ bool IndexScanner::readFront() {
 void IndexScanner::walkTables() {
     std::optional<IndexTable> table = IndexTable{.position = Format::HeadTablePosition};
     auto expectedCount = Format::HeadRecords;
-    while (table && readTable(*table, expectedCount)) {
+    while (table) {
+        if (!readTable(*table, expectedCount))
+            return;
         table = findNextTable();
         expectedCount = Format::IndexBlockRecords;
     }
@@ -101,26 +108,11 @@ void IndexScanner::addRecord(const IndexTable& table, std::uint32_t row,
     auto record = parseBlockRecord(bytes);
     record.id = index_.blocks.size();
     record.recordPosition = table.position + Format::tableSize(row);
-    record.position = index_.end;
-    index_.end += record.length;
-    readContentLength(record);
+    record.position = sum_;
+    sum_ += record.length;
     if (record.nameLength != Format::NameSize)
         addDamage(ErrorCode::BadIndexRecord, {.fileOffset = record.recordPosition, .blockId = record.id});
     index_.blocks.push_back(std::move(record));
-}
-
-void IndexScanner::readContentLength(BlockRecord& record) {
-    if (!record.isCompressed() || record.isIndexBlock()) {
-        record.contentLength = record.length;
-        return;
-    }
-    const bool inFile =
-        record.position <= index_.fileSize && Format::ContentWordSize <= index_.fileSize - record.position;
-    if (record.length < Format::ContentWordSize || !inFile)
-        return;
-    std::array<std::uint8_t, Format::ContentWordSize> bytes{};
-    source_.read(record.position, bytes);
-    record.contentLength = littleEndian<std::uint32_t>(bytes.data());
 }
 
 // The records behind an Index Block's own stand in its table, so it is always the last of the table that
@@ -129,17 +121,25 @@ std::optional<IndexTable> IndexScanner::findNextTable() {
     const auto first = index_.blocks.begin() + static_cast<std::ptrdiff_t>(index_.tables.back().firstId);
     const auto found =
         std::find_if(first, index_.blocks.end(), [](const auto& block) { return block.isIndexBlock(); });
-    if (found == index_.blocks.end())
+    if (found == index_.blocks.end()) {
+        settleBySize(source_, index_);
         return std::nullopt;
+    }
     const bool isLast = std::next(found) == index_.blocks.end();
     if (!isLast || found->length != Format::tableSize(Format::IndexBlockRecords)) {
         addDamage(ErrorCode::BadIndexTable, {.fileOffset = found->recordPosition, .blockId = found->id});
         return std::nullopt;
     }
-    return IndexTable{.position = found->position, .blockId = found->id};
+    auto& table = index_.tables.back();
+    settleByNextTable(source_, index_, table, *found);
+    return IndexTable{.position = found->position - table.displacement,
+                      .blockId = found->id,
+                      .displacement = table.displacement};
 }
 
 void IndexScanner::addDamage(ErrorCode code, Place place) {
+    isBroken_ = isBroken_ || code == ErrorCode::Truncated || code == ErrorCode::BadIndexTable ||
+                code == ErrorCode::BadIndexRecord;
     index_.damage.emplace_back(code, std::move(place));
 }
 

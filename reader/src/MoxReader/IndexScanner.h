@@ -20,12 +20,13 @@ private:
     bool readTable(IndexTable table, std::uint32_t expectedCount);
     void addRecord(const IndexTable& table, std::uint32_t row,
                    std::span<const std::uint8_t, Format::RecordSize> bytes);
-    void readContentLength(BlockRecord& record);
     std::optional<IndexTable> findNextTable();
     void addDamage(ErrorCode code, Place place);
 
     Source& source_;
     RawIndex index_;
+    bool isBroken_ = false;                          ///< A table can't be read or has a wrong record.
+    std::uint64_t sum_ = Format::FirstBlockPosition; ///< Where the lengths so far add up to.
 };
 
 } // namespace MoxReader

@@ -16,12 +16,18 @@ Error blockError(ErrorCode code, const BlockRecord& block) {
     return Error(code, {.fileOffset = block.position, .blockId = block.id, .name = block.name});
 }
 
+/// Whether a block with this damage can have a content length that is right.
+bool leavesLength(ErrorCode damage) {
+    return damage == ErrorCode::ContentLost || damage == ErrorCode::BlockOverwritten;
+}
+
 } // namespace
 
 StreamReader::StreamReader(std::shared_ptr<Source> source, std::string name, std::vector<BlockRecord> blocks)
     : source_(std::move(source)), name_(std::move(name)), blocks_(std::move(blocks)), starts_{0} {
     for (const auto& block : blocks_) {
-        if (const auto damage = findLengthDamage(block, source_->size())) {
+        const auto damage = findLengthDamage(block, source_->size());
+        if (damage && !(leavesLength(*damage) && block.contentLength)) {
             damage_ = blockError(*damage, block);
             return;
         }

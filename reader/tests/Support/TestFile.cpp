@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -66,28 +67,49 @@ std::vector<TestFile::Block> TestFile::withIndexBlocks() const {
     return all;
 }
 
-std::vector<std::uint8_t> TestFile::bytes() const {
-    const auto blocks = withIndexBlocks();
-    const auto record = [&](std::size_t id) {
+std::vector<std::uint8_t> TestFile::table(const std::vector<Block>& blocks, std::size_t first,
+                                          std::size_t count) const {
+    Bytes bytes;
+    bytes.u32(static_cast<std::uint32_t>(count));
+    for (std::size_t id = first; id < first + count; ++id) {
         const auto number = static_cast<unsigned>(id + 1) & 0xFFu;
-        if (id >= blocks.size())
-            return indexRecord(number, EmptyName, 0, 0);
-        return indexRecord(number, blocks[id].name, static_cast<std::uint32_t>(blocks[id].payload.size()),
-                           blocks[id].flags);
-    };
-    Bytes file;
-    file.raw({0x89, 0x54, 0x4E, 0x46, 0x0D, 0x0A, 0x1A, 0x0A}).raw("1.3").u8(0).u32(2784).u32(20);
-    for (std::size_t id = 0; id < 20; ++id)
-        file.raw(record(id));
-    for (std::size_t id = 0; id < blocks.size(); ++id) {
-        if (blocks[id].name != IndexName) {
-            file.raw(blocks[id].payload);
-            continue;
-        }
-        file.u32(200);
-        for (std::size_t row = id + 1; row <= id + 200; ++row)
-            file.raw(record(row));
+        if (id < blocks.size())
+            bytes.raw(indexRecord(number, blocks[id].name,
+                                  static_cast<std::uint32_t>(blocks[id].payload.size()), blocks[id].flags));
+        else
+            bytes.raw(indexRecord(number, EmptyName, 0, 0));
     }
+    return bytes;
+}
+
+std::vector<std::uint8_t> TestFile::bytes() const {
+    return displacedBytes({});
+}
+
+std::vector<std::uint8_t> TestFile::displacedBytes(const std::set<std::size_t>& restarts) const {
+    const auto blocks = withIndexBlocks();
+    std::vector<std::uint8_t> file = Bytes()
+                                         .raw({0x89, 0x54, 0x4E, 0x46, 0x0D, 0x0A, 0x1A, 0x0A})
+                                         .raw("1.3")
+                                         .u8(0)
+                                         .u32(2784)
+                                         .raw(table(blocks, 0, 20));
+    const auto write = [&](std::size_t place, const std::vector<std::uint8_t>& bytes) {
+        file.resize(std::max(file.size(), place + bytes.size()));
+        std::ranges::copy(bytes, file.begin() + static_cast<std::ptrdiff_t>(place));
+    };
+    std::vector<std::pair<std::size_t, std::size_t>> indexBlocks; // id and place
+    std::size_t place = file.size();
+    for (std::size_t id = 0; id < blocks.size(); ++id) {
+        const bool isIndexBlock = blocks[id].name == IndexName;
+        if (isIndexBlock)
+            indexBlocks.emplace_back(id, place);
+        else
+            write(place, blocks[id].payload);
+        place = (restarts.contains(id) ? 0 : place) + blocks[id].payload.size();
+    }
+    for (const auto& [id, at] : indexBlocks)
+        write(at, table(blocks, id + 1, 200));
     return file;
 }
 

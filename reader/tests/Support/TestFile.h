@@ -5,6 +5,7 @@
 #include "MoxReader/MemorySource.h"
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,9 @@ public:
 
     /// The file. Index Blocks stand at ids 19, 219 and so on if there is a block behind them.
     std::vector<std::uint8_t> bytes() const;
+    /// The file as its writer makes it if it takes these Index Blocks to lie at offset 0 when it places the
+    /// blocks behind them: all blocks are written in ascending id, then the tables.
+    std::vector<std::uint8_t> displacedBytes(const std::set<std::size_t>& restarts) const;
     std::shared_ptr<MoxReader::MemorySource> source() const;
 
 private:
@@ -30,6 +34,8 @@ private:
     };
 
     std::vector<Block> withIndexBlocks() const;
+    std::vector<std::uint8_t> table(const std::vector<Block>& blocks, std::size_t first,
+                                    std::size_t count) const;
 
     std::vector<Block> blocks_;
 };

@@ -29,7 +29,7 @@ HeavyCheck::HeavyCheck(const MoxReader::File& source, const std::vector<Node>& n
       damagedBlocks(damaged),
       findings(list),
       bare(rootAlone()),
-      data(source, bare),
+      data(MoxReader::openHeavyStream(source, nodes), bare),
       heavy(data.stream()) {
     for (std::size_t i = 0; i < nodes.size(); ++i)
         collect(nodes[i], static_cast<std::uint32_t>(i + 1));

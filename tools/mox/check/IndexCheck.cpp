@@ -1,5 +1,6 @@
 #include "IndexCheck.h"
 
+#include "../common/displacementText.h"
 #include "../common/visibleText.h"
 
 #include <fmt/format.h>
@@ -93,9 +94,20 @@ void checkSize(const RawIndex& index, FindingList& findings) {
                  {.offset = std::min(index.end, index.fileSize)});
 }
 
+void checkPlaces(const RawIndex& index, FindingList& findings) {
+    for (const auto* table : findRestarts(index))
+        findings.add(
+            RuleId::BlockPlaces,
+            fmt::format("the blocks behind this Index Block lie {} bytes too low, since a single dataset "
+                        "filled the block before it; they can be read unless others lie over them",
+                        table->displacement),
+            {.offset = table->position, .block = table->blockId});
+}
+
 } // namespace
 
 void checkIndex(const RawIndex& index, FindingList& findings) {
+    checkPlaces(index, findings);
     for (const auto& damage : index.damage) {
         const bool isHead = damage.place().fileOffset == Format::HeadLengthPosition;
         findings.add(isHead ? RuleId::HeadIndex : brokenRule(damage.code()),

@@ -32,6 +32,10 @@ constexpr std::array Rules = {
          "Free entries have no bytes, and no block in use stands behind one"},
     Rule{StreamedFlag, Warning, "streamed flag",
          "A block of Heavy Data is marked as streamed if another dataset was written after its first"},
+    Rule{BlockPlaces, Error, "block places",
+         "Every block lies where the one before it ends; a single dataset that fills the block before an "
+         "Index "
+         "Block makes writers place what is behind it too low"},
     // Single blocks
     Rule{BlockInside, Error, "block inside", "Every block lies inside the file"},
     Rule{ContentLost, Error, "content lost", "No compressed block is empty; its writer lost its content"},
@@ -40,6 +44,7 @@ constexpr std::array Rules = {
     Rule{ContentSize, Error, "content size", "A block decompresses to exactly the length it states"},
     Rule{Checksum, Error, "checksum", "The content of a block has the checksum behind it"},
     Rule{BytesBehindStream, Error, "bytes behind stream", "A block ends where its zlib stream does"},
+    Rule{BlockOverwritten, Error, "block written over", "No block lies over a part of another one"},
     // Streams
     Rule{StreamMissing, Error, "stream missing", "Mox Tree and Global Information are there"},
     Rule{StreamTooShort, Error, "stream too short", "No record reaches past the end of its stream"},
@@ -80,7 +85,8 @@ constexpr std::array Rules = {
          "A link does not lead back to itself; its numbers would be out of reach"},
     Rule{LinkChain, Warning, "link chain", "A link names a dataset that is no link"},
     Rule{LinkType, Warning, "link type", "A link has the type of the dataset whose numbers it shares"},
-    Rule{LinkAttributes, Warning, "link attributes", "A link has no attributes"},
+    Rule{LinkAttributes, Warning, "link attributes",
+         "A link has no attributes, unless its key was given again"},
     Rule{FixedFields, Warning, "fixed fields", "The fields of a dataset without a known meaning are 0"},
     // What the model says
     Rule{NotFinite, Warning, "not finite", "The numbers of datasets are finite"},
@@ -117,6 +123,7 @@ constexpr std::array Mappings = {
     Mapping{ErrorCode::ContentTooLong, ContentSize, true},
     Mapping{ErrorCode::ChecksumMismatch, Checksum, true},
     Mapping{ErrorCode::TrailingBytes, BytesBehindStream, true},
+    Mapping{ErrorCode::BlockOverwritten, BlockOverwritten, true},
     Mapping{ErrorCode::MissingStream, StreamMissing},
     Mapping{ErrorCode::EndOfStream, StreamTooShort},
     Mapping{ErrorCode::BadCount, Count},

@@ -33,6 +33,7 @@ enum class RuleId : std::uint16_t {
     ReservedByte = 111,
     FreeEntries = 112,
     StreamedFlag = 113,
+    BlockPlaces = 114,
 
     BlockInside = 201,
     ContentLost = 202,
@@ -41,6 +42,7 @@ enum class RuleId : std::uint16_t {
     ContentSize = 205,
     Checksum = 206,
     BytesBehindStream = 207,
+    BlockOverwritten = 208,
 
     StreamMissing = 301,
     StreamTooShort = 302,

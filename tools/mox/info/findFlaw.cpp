@@ -1,5 +1,7 @@
 #include "findFlaw.h"
 
+#include "../common/displacementText.h"
+
 #include <MoxReader/BlockContent.h>
 #include <MoxReader/Error.h>
 
@@ -17,6 +19,8 @@ std::string flawText(const MoxReader::BlockRecord& block, MoxReader::ErrorCode d
 
 std::optional<std::string> findIndexFlaw(const MoxReader::File& file) {
     const auto& index = file.index();
+    if (auto text = displacementText(index))
+        return text;
     if (!index.damage.empty())
         return index.damage.front().what();
     for (const auto& block : index.blocks) {

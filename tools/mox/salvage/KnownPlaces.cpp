@@ -2,6 +2,8 @@
 
 #include "zlibHeader.h"
 
+#include <algorithm>
+
 namespace MoxTool {
 
 KnownPlaces::KnownPlaces(MoxReader::Source& bytes, const MoxReader::RawIndex& index) : source(bytes) {
@@ -9,6 +11,7 @@ KnownPlaces::KnownPlaces(MoxReader::Source& bytes, const MoxReader::RawIndex& in
         if (block.isCompressed() && block.length > 0)
             places.push_back(block.position);
     }
+    std::ranges::sort(places); // Displaced blocks begin before others of lower ids.
 }
 
 std::optional<std::uint64_t> KnownPlaces::find(std::uint64_t from) {

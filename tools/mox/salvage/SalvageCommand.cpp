@@ -3,6 +3,7 @@
 #include "../Failure.h"
 #include "../Terminal.h"
 #include "../common/OutputFolder.h"
+#include "../common/displacementText.h"
 #include "../common/openSource.h"
 #include "../common/readFailure.h"
 #include "../extract/writeFile.h"
@@ -80,6 +81,8 @@ std::string SalvageCommand::findState(const std::shared_ptr<MoxReader::Source>& 
                                       const MoxReader::RawIndex& index, Terminal& terminal) const {
     if (isUnfinished(index))
         return "it was never closed by its writer";
+    if (const auto text = displacementText(index))
+        return "it was " + *text;
     if (index.end > index.fileSize)
         return fmt::format("it is cut short: {}{} of the bytes that its index lists are missing",
                            isIncomplete(index) ? "at least " : "", index.end - index.fileSize);

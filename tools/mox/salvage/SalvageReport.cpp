@@ -9,7 +9,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace MoxTool {
@@ -30,6 +29,13 @@ constexpr const char* PayloadNote =
     "component as its lowest bytes, then its second bytes and so on; without descriptors nothing tells "
     "where one begins";
 
+std::map<std::uint64_t, const MoxReader::BlockRecord*> recordsByPlace(const MoxReader::RawIndex& index) {
+    std::map<std::uint64_t, const MoxReader::BlockRecord*> records;
+    for (const auto& record : index.blocks)
+        records[record.position] = &record;
+    return records;
+}
+
 } // namespace
 
 SalvageReport::SalvageReport(std::string file, std::string state, const MoxReader::RawIndex& fileIndex,
@@ -38,6 +44,7 @@ SalvageReport::SalvageReport(std::string file, std::string state, const MoxReade
       wrong(std::move(state)),
       index(fileIndex),
       walk(blockWalk),
+      records(recordsByPlace(index)),
       lost(describeLoss(index, walk.blocks())),
       notes(listNotes()) {}
 
@@ -129,14 +136,10 @@ std::size_t SalvageReport::countUnnamed() const {
         std::ranges::count_if(walk.blocks(), [&](const auto& block) { return nameOf(block).empty(); }));
 }
 
-/// @return an empty text if the index has no block there. Among blocks at one place the last has the bytes.
+/// @return an empty text if the index has no block there.
 std::string SalvageReport::nameOf(const SalvagedBlock& block) const {
-    const auto place = block.extent.offset;
-    const auto behind = std::ranges::upper_bound(index.blocks, place, {}, &MoxReader::BlockRecord::position);
-    if (behind == index.blocks.begin())
-        return "";
-    const auto& record = *std::prev(behind);
-    return record.position == place && !record.isEmptyEntry() ? record.name : "";
+    const auto found = records.find(block.extent.offset);
+    return found != records.end() && !found->second->isEmptyEntry() ? found->second->name : "";
 }
 
 } // namespace MoxTool

@@ -6,6 +6,7 @@
 #include <MoxReader/RawIndex.h>
 
 #include <cstdio>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,8 @@ private:
     std::string wrong;
     const MoxReader::RawIndex& index;
     const BlockWalk& walk;
+    std::map<std::uint64_t, const MoxReader::BlockRecord*>
+        records; ///< By place. Of several the last has the bytes.
     std::vector<std::string> lost;
     std::vector<std::string> notes;
 };

@@ -7,13 +7,13 @@ namespace MoxTool {
 
 namespace {
 
-// A block without bytes has lost its content, whatever stands at its place.
+// A block without bytes has lost its content, as has one that was written over, whatever stands at its place.
 const SalvagedBlock* findSaved(const std::vector<SalvagedBlock>& saved,
                                const MoxReader::BlockRecord& record) {
     const auto offsetOf = [](const SalvagedBlock& block) { return block.extent.offset; };
     const auto found = std::ranges::lower_bound(saved, record.position, {}, offsetOf);
     const bool isThere = found != saved.end() && offsetOf(*found) == record.position;
-    return isThere && record.length > 0 ? &*found : nullptr;
+    return isThere && record.length > 0 && !record.isOverwritten ? &*found : nullptr;
 }
 
 void count(StreamLoss& loss, const MoxReader::BlockRecord& record, const SalvagedBlock* saved) {

@@ -3,6 +3,7 @@
 #include "StoredShare.h"
 
 #include <MoxReader/Format.h>
+#include <MoxReader/HeavyData.h>
 
 #include <algorithm>
 
@@ -61,7 +62,7 @@ void tallyUnclaimed(FileStatistics& statistics, std::uint64_t streamSize, double
 } // namespace
 
 FileStatistics collectStatistics(const MoxReader::File& file, const MoxReader::Model& model) {
-    const auto heavy = file.stream(Format::HeavyStream);
+    const auto heavy = MoxReader::openHeavyStream(file, model.nodes());
     const StoredShare share(heavy);
     FileStatistics statistics;
     statistics.blocks = tallyBlocks(file);

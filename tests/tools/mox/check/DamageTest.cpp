@@ -139,6 +139,46 @@ TEST(SavedFile, HasNoBitThatCanFlipUnseenButPaddingAndDistancesOfEqualCopies) {
     EXPECT_EQ(unseenPadding, spare.padding.size());
 }
 
+namespace {
+
+constexpr std::size_t FlagsOfBlock0 = 20 + 137;
+constexpr std::uint8_t Freezable = 0x20;
+
+/// A geometry with one array of 8 bytes, and an array that no dataset names in a block of its own.
+FileBytes unnamedLastArray() {
+    TestFile file;
+    const FileBytes numbers(8);
+    file.raw("Heavy Data", Bytes().u32(8).raw(zlibStream(numbers)), 0x21);
+    file.raw("Heavy Data", Bytes().u32(8).raw(zlibStream(numbers)), 0x01);
+    file.compressed("Mox Tree", treeStream({{1, 0, 0, 0, 0, 0, "G", "Geometry", "0.7", 0}}));
+    file.compressed("Light Data", Bytes().u32(1).raw(fullEntry("N", 0x0100000C, 8, 1, 0)));
+    file.compressed("Attributes", Bytes().noAttributes())
+        .compressed("Global Information", SampleModel().global);
+    return file.bytes();
+}
+
+std::vector<int> rulesWithFlip(const FileBytes& bytes, std::size_t record) {
+    return rulesIn(
+        findingsIn(std::make_shared<ChangedSource>(bytes, FlagsOfBlock0 + 139 * record, Freezable)));
+}
+
+} // namespace
+
+// The one flag that can be right either way: of a last block of numbers whose arrays nothing names.
+TEST(FreezableFlag, OfNumbersCanFlipUnseenOnlyWhereNothingTellsHowManyArraysTheLastBlockHolds) {
+    EXPECT_EQ(rulesWithFlip(savedModel(), 0), std::vector<int>{113});
+    EXPECT_EQ(rulesWithFlip(unnamedLastArray(), 0), (std::vector<int>{708, 113}));
+    EXPECT_EQ(rulesWithFlip(unnamedLastArray(), 1), std::vector<int>{708});
+    EXPECT_EQ(rulesWithFlip(soundSample().file().bytes(), 0), std::vector<int>{}); // It has node sets.
+}
+
+// Of any other block it is an error.
+TEST(FreezableFlag, OfAnyOtherBlockNeverFlipsUnseen) {
+    const auto bytes = savedModel();
+    for (std::size_t record = 1; record < 20; ++record)
+        EXPECT_EQ(rulesWithFlip(bytes, record), std::vector<int>{110}) << record;
+}
+
 // "aaaaa": two literals, a copy of three bytes from one byte back, the end. Codes stand with their highest
 // bit first, all else with the lowest: 1 10 | 10010001 | 10010001 | 0000001 00000 | 0000000 | padding.
 TEST(DeflateBits, TellWhatEachBitOfASmallStreamMeans) {

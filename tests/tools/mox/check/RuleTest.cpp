@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <random>
 #include <set>
 
 namespace {
@@ -52,6 +54,28 @@ FileBytes firstBlockEnd(int change) {
     return withByte(FirstBlock + payload.size() - 1, payload.back() ^ static_cast<unsigned>(change));
 }
 
+// Datasets of 600 bytes that each fill a block, so that those behind the Index Block lie too low.
+FileBytes lowBlocks() {
+    constexpr unsigned Count = 60;
+    constexpr unsigned Size = 600;
+    std::mt19937 random(1);
+    TestFile file;
+    Bytes light;
+    Bytes attributes;
+    light.u32(Count);
+    for (unsigned i = 0; i < Count; ++i) {
+        FileBytes numbers(Size);
+        std::ranges::generate(numbers, [&] { return static_cast<std::uint8_t>(random()); });
+        file.raw("Heavy Data", Bytes().u32(Size).raw(zlibStream(numbers)), i + 1 < Count ? 0x21 : 0x01);
+        light.raw(fullEntry(std::to_string(i), 0x0500000C, Size, 1, std::uint64_t{Size} * i));
+        attributes.noAttributes();
+    }
+    file.compressed("Mox Tree", treeStream({{1, 0, 0, 0, 0, 0, "G", "Geometry", "0.7", 0}}));
+    file.compressed("Light Data", light).compressed("Attributes", attributes);
+    file.compressed("Global Information", SampleModel().global);
+    return file.displacedBytes({19});
+}
+
 struct Case {
     int rule;
     FileBytes (*file)();
@@ -87,6 +111,7 @@ const Case Cases[] = {
     {111, [] { return withByte(FirstRecord + 138, 1); }},
     {112, [] { return withByte(FreeRecord + 133, 1); }},
     {113, [] { return loneGeometry({fullEntry("N", 0x0100000C, 8, 1, 0)}, FileBytes(8), 0x21).bytes(); }},
+    {114, lowBlocks},
     {201,
      [] {
          auto bytes = soundSample().file().bytes();
@@ -100,6 +125,7 @@ const Case Cases[] = {
     {206, [] { return firstBlockEnd(1); }},
     {207,
      [] { return withHeavyBlocks(TestFile().raw("Heavy Data", Bytes().raw(heavyPayload()).u8(0), 0x01)); }},
+    {208, lowBlocks},
     {301, [] { return TestFile().compressed("Global Information", soundSample().global).bytes(); }},
     {302,
      [] {

@@ -2,6 +2,7 @@
 
 #include "../Messages.h"
 #include "Failure.h"
+#include "Support/NumberedArrays.h"
 #include "Support/TemporaryFolder.h"
 
 #include <MoxReader/File.h>
@@ -73,4 +74,31 @@ TEST_F(SaveImported, ErrorOfTheCheckLeavesNothingBehind) {
 TEST_F(SaveImported, NumbersAreLookedAtByTheCheckAlone) {
     EXPECT_EQ(saveDamaged(false), "");
     EXPECT_EQ(folder.files(), Files{"out.mox"});
+}
+
+TEST_F(SaveImported, BlocksTooSmallForTheDatasetsAreSaidToBeThat) {
+    const Support::EnvironmentGuard smallBlocks(Support::BlockSizeVariable, "512");
+    for (const bool check : {false, true}) {
+        try {
+            saveImported({"model.e", folder.path("out.mox"), false, check}, messages.terminal(),
+                         [](Qel::Mox2::Model& model, MoxTool::ConversionSummary&) {
+                             model.addNode(Qel::Mox2::RootGroup, "model");
+                             const auto shape = model.addNode(Qel::Mox2::Shape, "Shape");
+                             for (unsigned i = 0; i < 105; ++i) {
+                                 const auto numbers = Support::numbersOfArray(i, 150);
+                                 Qel::Mox2::Array1d<unsigned> array(numbers.size());
+                                 array.copy_from(numbers.data());
+                                 model.addArrayProperty("T" + std::to_string(i), Qel::Mox2::NodeScalar, array,
+                                                        shape, Qel::Mox2::Step{});
+                             }
+                         });
+            FAIL() << "nothing was wrong";
+        } catch (const MoxTool::Failure& failure) {
+            const std::string text = failure.what();
+            EXPECT_NE(text.find("a single dataset filled the block before"), std::string::npos) << text;
+            EXPECT_EQ(text.find("disk full"), std::string::npos) << text;
+            EXPECT_EQ(text.find('\n'), std::string::npos);
+        }
+        EXPECT_EQ(folder.files(), Files{});
+    }
 }

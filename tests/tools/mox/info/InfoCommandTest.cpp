@@ -1,5 +1,6 @@
 #include "../common/MoxRun.h"
 #include "../common/SampleModel.h"
+#include "Support/NumberedArrays.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {
@@ -69,4 +70,31 @@ TEST_F(InfoCommand, BytesBehindTheLastBlockAreAFlaw) {
     const auto run = runMox({"info", file});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_TRUE(says(run, "whole     no, the file has 3 bytes behind its last block"));
+}
+
+TEST_F(InfoCommand, TellsThatBlocksLieTooLow) {
+    const auto file = folder.path("low.mox");
+    Support::saveNumberedArrays(file, "512", 105, [](unsigned) { return 150u; });
+    for (const auto& arguments :
+         {std::vector<std::string>{"info", file}, std::vector<std::string>{"info", "--quick", file}}) {
+        const auto run = runMox(arguments);
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_NE(run.output.find(
+                      "whole     no, saved with blocks too small: a single dataset filled the block "
+                      "before Index Block 19, and the writer then placed those behind it over others; "),
+                  std::string::npos)
+            << run.output;
+        EXPECT_NE(run.output.find(" blocks are lost, the rest can be read\n"), std::string::npos)
+            << run.output;
+        EXPECT_NE(run.output.find("datasets  105 "), std::string::npos) << run.output;
+    }
+}
+
+TEST_F(InfoCommand, TellsThatATableIsLostAmongBlocksThatLieTooLow) {
+    const auto file = folder.path("low.mox");
+    Support::saveNumberedArrays(file, "512", 460, [](unsigned) { return 200u; });
+    const auto run = runMox({"info", file});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.output.find("over others; an index table is among what is lost\n"), std::string::npos)
+        << run.output;
 }
