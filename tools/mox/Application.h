@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Command.h"
-#include "Terminal.h"
+#include "common/Command.h"
+#include "common/Terminal.h"
 
 #include <CLI/CLI.hpp>
 

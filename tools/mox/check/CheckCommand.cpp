@@ -1,6 +1,6 @@
 #include "CheckCommand.h"
 
-#include "../Terminal.h"
+#include "../common/Terminal.h"
 #include "../common/openSource.h"
 #include "../common/readFailure.h"
 #include "FileCheck.h"

@@ -1,6 +1,6 @@
 #include "ConversionSummary.h"
 
-#include "../Terminal.h"
+#include "Terminal.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "DiffCommand.h"
 
-#include "../Terminal.h"
+#include "../common/Terminal.h"
 #include "DifferenceReport.h"
 
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "ModelComparison.h"
 
-#include "../Failure.h"
+#include "../common/Failure.h"
 #include "../common/datasetText.h"
 #include "../common/nodePath.h"
 #include "compareProperties.h"

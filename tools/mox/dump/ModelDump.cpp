@@ -1,6 +1,6 @@
 #include "ModelDump.h"
 
-#include "../Terminal.h"
+#include "../common/Terminal.h"
 #include "../common/datasetText.h"
 #include "../common/numberText.h"
 

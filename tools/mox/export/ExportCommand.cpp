@@ -1,10 +1,10 @@
 #include "ExportCommand.h"
 
-#include "../Failure.h"
-#include "../Terminal.h"
-#include "../import/lowerCase.h"
-#include "exportExodus.h"
-#include "exportVtk.h"
+#include "../common/Failure.h"
+#include "../common/Terminal.h"
+#include "../common/lowerCase.h"
+#include "exodus/exportExodus.h"
+#include "vtk/exportVtk.h"
 
 #include <array>
 #include <filesystem>

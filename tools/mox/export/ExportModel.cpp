@@ -3,7 +3,7 @@
 #include "../common/visibleText.h"
 #include "MeshCollector.h"
 #include "ResultCollector.h"
-#include "leaveTree.h"
+#include "listSkippedTreeContent.h"
 
 #include <fmt/core.h>
 

@@ -1,12 +1,12 @@
 #include "MeshCollector.h"
 
-#include "../Failure.h"
+#include "../common/Failure.h"
 #include "../common/datasetText.h"
 #include "../common/visibleText.h"
-#include "../import/ElementType.h"
+#include "../mesh/ElementType.h"
+#include "../mesh/meshDatasets.h"
 #include "attributeValue.h"
 #include "groupTransforms.h"
-#include "meshDatasets.h"
 
 #include <fmt/core.h>
 

@@ -1,11 +1,11 @@
 #include "ExtractCommand.h"
 
-#include "../Platform.h"
 #include "../common/NumberFile.h"
 #include "../common/OutputFile.h"
+#include "../common/Platform.h"
+#include "../common/writeFile.h"
 #include "FolderExtraction.h"
 #include "findDataset.h"
-#include "writeFile.h"
 #include "writeNumbers.h"
 
 #include <filesystem>

@@ -1,11 +1,11 @@
 #include "ImportCommand.h"
 
-#include "../Failure.h"
-#include "../Terminal.h"
+#include "../common/Failure.h"
+#include "../common/Terminal.h"
 #include "ModelFormat.h"
-#include "importCgns.h"
-#include "importExodus.h"
-#include "importGmsh.h"
+#include "cgns/importCgns.h"
+#include "exodus/importExodus.h"
+#include "gmsh/importGmsh.h"
 
 namespace MoxTool {
 

@@ -1,13 +1,13 @@
 #include "InfoCommand.h"
 
-#include "../Terminal.h"
 #include "../common/Palette.h"
+#include "../common/Terminal.h"
+#include "../common/findFlaw.h"
 #include "../common/numberText.h"
 #include "../common/openSource.h"
 #include "../common/readFailure.h"
 #include "../common/visibleText.h"
 #include "ModelSummary.h"
-#include "findFlaw.h"
 
 #include <MoxReader/Format.h>
 #include <MoxReader/RawIndex.h>

@@ -1,6 +1,6 @@
 #include "ManCommand.h"
 
-#include "../Failure.h"
+#include "../common/Failure.h"
 #include "../common/helpContents.h"
 #include "ManPage.h"
 

@@ -1,7 +1,7 @@
 #include "TreeCommand.h"
 
-#include "../Terminal.h"
 #include "../common/OpenModel.h"
+#include "../common/Terminal.h"
 
 namespace MoxTool {
 

@@ -1,0 +1,73 @@
+#include "listSkippedTreeContent.h"
+
+#include "../common/visibleText.h"
+
+#include <algorithm>
+#include <array>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace MoxTool {
+
+namespace {
+
+using Names = std::set<std::string>;
+
+// Attributes that an export takes, or that say what it tells in its own way.
+bool isTaken(const std::string& key) {
+    static const Names keys = {"Title",          "Dimensions",
+                               "Nodes",          "Elements",
+                               "Element Blocks", "Node Sets",
+                               "Side Sets",      "Steps",
+                               "Source Program", "Source Version",
+                               "Source Date",    "Source Time",
+                               "Block Id",       "Block Name",
+                               "Element Type",   "Nodes per Element",
+                               "Time",           "Time (exact)",
+                               "Frequency",      "Frequency (exact)",
+                               "Category",       "Mode"};
+    static constexpr std::array<std::string_view, 3> Numbered = {"QA Record ", "Component ", "Time of Step "};
+    return keys.contains(key) ||
+           std::ranges::any_of(Numbered, [&](auto front) { return key.starts_with(front); });
+}
+
+void addKeys(const MoxReader::Attributes& attributes, Names& names) {
+    for (const auto& [key, value] : attributes) {
+        if (!isTaken(key))
+            names.insert(visibleText(key));
+    }
+}
+
+void leave(ConversionSummary& summary, const char* kind, const Names& names) {
+    summary.leave(kind, {names.begin(), names.end()});
+}
+
+} // namespace
+
+void leaveTree(const MoxReader::Model& model, ConversionSummary& summary) {
+    std::int64_t groups = 0;
+    std::int64_t materials = 0;
+    Names nodeSets, groupKeys, datasetKeys;
+    for (const auto& node : model.nodes()) {
+        if (const auto* group = node.group()) {
+            groups += node.parent == 0 ? 0 : 1;
+            addKeys(group->attributes, groupKeys);
+        }
+        materials += node.shape() == nullptr ? 0 : 1;
+        if (node.nodeSets() != nullptr)
+            nodeSets.insert(visibleText(node.name));
+        if (const auto* geometry = node.geometry()) {
+            for (const auto& dataset : geometry->datasets)
+                addKeys(dataset.attributes, datasetKeys);
+        }
+    }
+    summary.leave("groups below the root, since the blocks stand in one list", groups);
+    summary.leave("materials of shapes", materials);
+    leave(summary, "sets of nodes", nodeSets);
+    leave(summary, "attributes of groups", groupKeys);
+    leave(summary, "attributes of datasets", datasetKeys);
+}
+
+} // namespace MoxTool

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "../../common/ConversionSummary.h"
+#include "../model/DatasetWriter.h"
+#include "../model/FloatNarrowing.h"
+#include "CgnsFile.h"
+#include "CgnsPart.h"
+#include "CgnsResultImporter.h"
+#include "CgnsSectionImporter.h"
+
+#include <Qel/Mox2/Model.h>
+
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+class Terminal;
+
+/// Carries a CGNS file into a model: a group for each base and each zone, with its shapes and results.
+class CgnsImporter {
+public:
+    /// @param model Open and without a node. All arguments must outlive the importer.
+    CgnsImporter(const CgnsFile& input, Qel::Mox2::Model& model, Terminal& terminal,
+                 ConversionSummary& results);
+
+    /// To be called once.
+    /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.
+    void run();
+
+private:
+    unsigned int addGroup(const CgnsBase& base, unsigned int root);
+    void addZones(const CgnsBase& base, unsigned int group);
+    void addZone(const CgnsBase& base, const CgnsZone& zone, unsigned int baseGroup);
+    void addVertices(const CgnsZone& zone, const std::vector<CgnsPart>& parts);
+    void leaveTheRest();
+
+    const CgnsFile& file;
+    Qel::Mox2::Model& model;
+    Terminal& terminal;
+    ConversionSummary& summary;
+    FloatNarrowing narrowing;
+    DatasetWriter writer;
+    CgnsSectionImporter sections;
+    CgnsResultImporter results;
+    std::size_t zoneCount = 0;
+    std::size_t zonesDone = 0;
+    std::vector<std::string> otherCoordinates;
+};
+
+} // namespace MoxTool

@@ -1,0 +1,16 @@
+#include "importCgns.h"
+
+#include "../model/saveImported.h"
+#include "CgnsFile.h"
+#include "CgnsImporter.h"
+
+namespace MoxTool {
+
+ConversionSummary importCgns(const ImportRequest& request, Terminal& terminal) {
+    const CgnsFile input(request.input);
+    return saveImported(request, terminal, [&](Qel::Mox2::Model& model, ConversionSummary& summary) {
+        CgnsImporter(input, model, terminal, summary).run();
+    });
+}
+
+} // namespace MoxTool

@@ -1,0 +1,181 @@
+#include "ExodusMeshImporter.h"
+
+#include "../../common/Failure.h"
+#include "../../mesh/ElementType.h"
+#include "../model/checkNodeCount.h"
+#include "../model/narrowIds.h"
+#include "../model/setNumber.h"
+#include "nameOrId.h"
+
+#include <fmt/core.h>
+
+#include <filesystem>
+#include <string>
+
+namespace MoxTool {
+
+using Qel::Mox2::DatasetType;
+
+namespace {
+
+bool hasResults(const ExodusFile& file) {
+    return !file.variableNames(EX_NODAL).empty() || !file.variableNames(EX_ELEM_BLOCK).empty();
+}
+
+// A model knows steps by its results alone.
+void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times) {
+    for (std::size_t i = 0; i < times.size(); ++i)
+        attributes.set(fmt::format("Time of Step {}", i + 1), fmt::format("{}", times[i]));
+}
+
+void setQaRecords(Qel::Mox2::Attributes& attributes, const std::vector<QaRecord>& records) {
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const auto& record = records[i];
+        attributes.set(
+            fmt::format("QA Record {}", i + 1),
+            fmt::format("{}, {}, {}, {}", record.program, record.version, record.date, record.time));
+    }
+    if (records.empty())
+        return;
+    attributes.set("Source Program", records.front().program);
+    attributes.set("Source Version", records.front().version);
+    attributes.set("Source Date", records.front().date);
+    attributes.set("Source Time", records.front().time);
+}
+
+Qel::Mox2::Attributes blockAttributes(const ExodusBlock& block) {
+    Qel::Mox2::Attributes attributes;
+    setNumber(attributes, "Block Id", block.id);
+    attributes.set("Block Name", block.name);
+    attributes.set("Element Type", block.elementType);
+    setNumber(attributes, "Elements", block.elementCount);
+    if (!isNsided(block.elementType))
+        setNumber(attributes, "Nodes per Element", block.nodesPerElement);
+    return attributes;
+}
+
+} // namespace
+
+MeshImporter::MeshImporter(const ExodusFile& input, Qel::Mox2::Model& output, FloatNarrowing& toFloat,
+                           ConversionSummary& results)
+    : file(input),
+      model(output),
+      narrowing(toFloat),
+      summary(results),
+      writer(output, results),
+      shapes(output, results) {}
+
+ImportedMesh MeshImporter::run() {
+    checkNodeCount(static_cast<std::uint64_t>(file.counts().num_nodes), file.path());
+    addRoot();
+    addParts();
+    addNodes();
+    addAllElements();
+    return mesh;
+}
+
+void MeshImporter::addRoot() {
+    const std::string title = file.counts().title;
+    const auto stem = std::filesystem::path(file.path()).stem().string();
+    model.addNode(Qel::Mox2::NodeType::RootGroup, title.empty() ? stem : title, rootAttributes());
+}
+
+Qel::Mox2::Attributes MeshImporter::rootAttributes() const {
+    const auto& counts = file.counts();
+    Qel::Mox2::Attributes attributes;
+    attributes.set("Title", counts.title);
+    attributes.set("Source File", std::filesystem::path(file.path()).filename().string());
+    attributes.set("Exodus API Version", fmt::format("{:.2f}", file.apiVersion()));
+    attributes.set("Exodus File Version", fmt::format("{:.2f}", file.fileVersion()));
+    setNumber(attributes, "Dimensions", counts.num_dim);
+    setNumber(attributes, "Nodes", counts.num_nodes);
+    setNumber(attributes, "Elements", counts.num_elem);
+    setNumber(attributes, "Element Blocks", counts.num_elem_blk);
+    setNumber(attributes, "Node Sets", counts.num_node_sets);
+    setNumber(attributes, "Side Sets", counts.num_side_sets);
+    setNumber(attributes, "Steps", static_cast<std::int64_t>(file.times().size()));
+    if (!hasResults(file))
+        setTimes(attributes, file.times());
+    setQaRecords(attributes, file.qaRecords());
+    return attributes;
+}
+
+void MeshImporter::addParts() {
+    std::vector<std::string> empty;
+    std::vector<std::string> unknown;
+    std::vector<unsigned int> geometries;
+    for (std::size_t i = 0; i < file.blocks().size(); ++i) {
+        const auto& block = file.blocks()[i];
+        const auto dimension = elementDimension(block.elementType, block.nodesPerElement, file.dimension());
+        if (block.elementCount == 0)
+            empty.push_back(nameOf(block));
+        else if (!dimension)
+            unknown.push_back(fmt::format("{}: {} elements of type {}", nameOf(block), block.elementCount,
+                                          block.elementType));
+        else {
+            mesh.parts.push_back(addPart(i, *dimension));
+            geometries.push_back(mesh.parts.back().geometry);
+        }
+    }
+    mesh.geometries = geometries;
+    summary.leave("empty element blocks", empty);
+    summary.leave("element blocks of other types", unknown);
+}
+
+ImportedPart MeshImporter::addPart(std::size_t blockIndex, int dimension) {
+    const auto& block = file.blocks()[blockIndex];
+    const auto geometry = shapes.addShape(1, nameOf(block), blockIndex);
+    return {&block, blockIndex, dimension, geometry};
+}
+
+void MeshImporter::addNodes() {
+    const auto count = file.counts().num_nodes;
+    if (mesh.parts.empty()) {
+        summary.leave("nodes, since there is no element block to hold them", count);
+        return;
+    }
+    RealTable coordinates(static_cast<std::size_t>(count), 3);
+    for (int axis = 0; axis < file.dimension(); ++axis)
+        coordinates.setColumn(static_cast<std::size_t>(axis), file.coordinates(axis), narrowing);
+    writer.writeReals("Coordinates", DatasetType::Coordinates, coordinates, mesh.geometries, {});
+    writer.writeIntegers(DatasetType::NodeIds, narrowIds(file.idMap(EX_NODE_MAP, count), file.path()),
+                         mesh.geometries);
+    summary.nodes = count;
+}
+
+void MeshImporter::addAllElements() {
+    const auto ids = file.idMap(EX_ELEM_MAP, file.counts().num_elem);
+    for (const auto& part : mesh.parts) {
+        const auto first = static_cast<std::size_t>(part.block->firstElement);
+        addElements(part, std::span(ids).subspan(first, static_cast<std::size_t>(part.block->elementCount)));
+    }
+}
+
+void MeshImporter::addElements(const ImportedPart& part, std::span<const std::int64_t> ids) {
+    const auto& block = *part.block;
+    shapes.addElements(part.geometry, {part.dimension, readConnectivity(block), readPolylength(block),
+                                       narrowIds(ids, file.path()), blockAttributes(block)});
+}
+
+std::vector<unsigned int> MeshImporter::readPolylength(const ExodusBlock& block) const {
+    if (!isNsided(block.elementType))
+        return std::vector<unsigned int>(static_cast<std::size_t>(block.elementCount),
+                                         static_cast<unsigned int>(block.nodesPerElement));
+    const auto counts = file.nodesOfEachElement(block);
+    return {counts.begin(), counts.end()};
+}
+
+std::vector<unsigned int> MeshImporter::readConnectivity(const ExodusBlock& block) const {
+    const auto nodes = file.connectivity(block);
+    std::vector<unsigned int> indices;
+    indices.reserve(nodes.size());
+    for (const auto node : nodes) {
+        if (node < 1 || node > file.counts().num_nodes)
+            throw Failure(file.path(), fmt::format("damaged: {} refers to node {} of {}", nameOf(block), node,
+                                                   file.counts().num_nodes));
+        indices.push_back(static_cast<unsigned int>(node - 1));
+    }
+    return indices;
+}
+
+} // namespace MoxTool
