@@ -1,16 +1,22 @@
 #pragma once
 
-#include <CLI/App.hpp>
-
+#include <optional>
 #include <string>
 
 namespace MoxTool {
 
+class CommandLine;
 class Terminal;
 
-/// One subcommand of `mox`. A new one is a class of its own and one line in Commands.cpp.
+/// One subcommand of `mox`. A new one is a class in a folder of its own, registered in Commands.cpp.
 class Command {
 public:
+    /// A line for the examples in the program's help.
+    struct Example {
+        std::string line;    ///< What to type.
+        std::string purpose; ///< What it is good for.
+    };
+
     Command() = default;
     Command(const Command&) = delete;
     Command& operator=(const Command&) = delete;
@@ -20,9 +26,11 @@ public:
     virtual std::string name() const = 0;
     /// One sentence for the list of commands.
     virtual std::string summary() const = 0;
+    /// How the program's help shows the command among its examples; nothing if it does not.
+    virtual std::optional<Example> example() const { return std::nullopt; }
     /// Declares options and arguments, bound to members of this object, and the examples at the end of the
     /// help.
-    virtual void addOptions(CLI::App& app) = 0;
+    virtual void addOptions(CommandLine& line) = 0;
 
     /// Does the work, with the members that the command line has filled. Data goes to stdout, all else to the
     /// terminal.

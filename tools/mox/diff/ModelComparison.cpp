@@ -58,7 +58,8 @@ std::optional<Json> linkTarget(const Model& model, const Dataset& dataset) {
 
 } // namespace
 
-ModelComparison::ModelComparison(NumberFile& a, NumberFile& b, const Options& wanted, Terminal& terminal)
+ModelComparison::ModelComparison(NumberFile& a, NumberFile& b, const ComparisonOptions& wanted,
+                                 Terminal& terminal)
     : fileA(a), fileB(b), options(wanted), messages(terminal), list(wanted.tolerance) {}
 
 std::vector<Difference> ModelComparison::run() {

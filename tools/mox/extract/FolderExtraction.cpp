@@ -8,6 +8,7 @@
 #include "writeNumbers.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <filesystem>

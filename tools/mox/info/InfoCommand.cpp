@@ -1,5 +1,6 @@
 #include "InfoCommand.h"
 
+#include "../common/CommandLine.h"
 #include "../common/Palette.h"
 #include "../common/Terminal.h"
 #include "../common/findFlaw.h"
@@ -96,10 +97,10 @@ std::string stepsText(const std::vector<std::string>& steps) {
 
 } // namespace
 
-void InfoCommand::addOptions(CLI::App& app) {
-    app.add_option("FILE", path, "The file to read; - for stdin")->required();
-    app.add_flag("--quick", quick, "Don't decompress the numbers");
-    app.footer(Details);
+void InfoCommand::addOptions(CommandLine& line) {
+    line.add("FILE", path, "The file to read; - for stdin").required();
+    line.addFlag("--quick", quick, "Don't decompress the numbers");
+    line.setDetails(Details);
 }
 
 int InfoCommand::run(Terminal& terminal) {

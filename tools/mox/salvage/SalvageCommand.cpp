@@ -1,5 +1,6 @@
 #include "SalvageCommand.h"
 
+#include "../common/CommandLine.h"
 #include "../common/Failure.h"
 #include "../common/OutputFolder.h"
 #include "../common/Terminal.h"
@@ -15,6 +16,7 @@
 #include <MoxReader/Format.h>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <cstdio>
 
@@ -42,11 +44,11 @@ Examples:
 
 } // namespace
 
-void SalvageCommand::addOptions(CLI::App& app) {
-    app.add_option("FILE", path, "The damaged file; - for stdin")->required();
-    app.add_option("OUTDIR", folder, "The folder to make")->required();
-    app.add_flag("--force", force, "Also if the file is whole, or is no MOX file by its first bytes");
-    app.footer(Details);
+void SalvageCommand::addOptions(CommandLine& line) {
+    line.add("FILE", path, "The damaged file; - for stdin").required();
+    line.add("OUTDIR", folder, "The folder to make").required();
+    line.addFlag("--force", force, "Also if the file is whole, or is no MOX file by its first bytes");
+    line.setDetails(Details);
 }
 
 int SalvageCommand::run(Terminal& terminal) {

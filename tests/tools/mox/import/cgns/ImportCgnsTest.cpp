@@ -3,6 +3,7 @@
 
 #include <bit>
 #include <filesystem>
+#include <fstream>
 
 namespace {
 
