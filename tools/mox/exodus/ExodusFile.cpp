@@ -166,8 +166,8 @@ std::vector<std::int64_t> ExodusFile::idMap(ex_entity_type type, std::int64_t co
 }
 
 std::vector<std::int64_t> ExodusFile::connectivity(const ExodusBlock& block) const {
-    const auto count =
-        isNsided(block.elementType) ? block.nodesPerElement : block.elementCount * block.nodesPerElement;
+    const auto count = ElementType(block.elementType).isNsided() ? block.nodesPerElement
+                                                                 : block.elementCount * block.nodesPerElement;
     std::vector<std::int64_t> result(static_cast<std::size_t>(count));
     check(ex_get_conn(file.id, EX_ELEM_BLOCK, block.id, result.data(), nullptr, nullptr),
           "the nodes of the elements");

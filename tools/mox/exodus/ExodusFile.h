@@ -1,5 +1,8 @@
 #pragma once
 
+#include "ExodusBlock.h"
+#include "QaRecord.h"
+
 #include <exodusII.h>
 
 #include <array>
@@ -8,25 +11,6 @@
 #include <vector>
 
 namespace MoxTool {
-
-/// One element block of an Exodus file.
-struct ExodusBlock {
-    std::int64_t id = 0;
-    std::string name; ///< Empty if the file gives none.
-    std::string elementType;
-    std::int64_t elementCount = 0;
-    std::int64_t nodesPerElement = 0; ///< Of an NSIDED block: of all its elements together.
-    std::int64_t attributeCount = 0;  ///< For each element.
-    std::int64_t firstElement = 0;    ///< Elements in the blocks before this one.
-};
-
-/// Who worked on an Exodus file.
-struct QaRecord {
-    std::string program;
-    std::string version;
-    std::string date;
-    std::string time;
-};
 
 /// An open Exodus II file, for reading: the Exodus library in terms of vectors and strings.
 ///

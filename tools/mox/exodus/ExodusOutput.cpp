@@ -85,19 +85,18 @@ void ExodusOutput::coordinates(int axis, const std::vector<double>& values) {
     check(ex_put_coord(file, sources[0], sources[1], sources[2]));
 }
 
-void ExodusOutput::block(const ExportBlock& block) {
-    const auto elements = static_cast<std::int64_t>(block.rows.size());
-    const auto nodes = block.shape == &PolygonShape ? block.nodes.size() : block.nodesPerElement;
-    check(ex_put_block(file, EX_ELEM_BLOCK, block.id, block.type.c_str(), elements,
-                       static_cast<std::int64_t>(nodes), 0, 0, 0));
+void ExodusOutput::block(const ExodusBlock& block, const std::vector<std::uint32_t>& nodes,
+                         const std::vector<std::uint32_t>& lengths) {
+    check(ex_put_block(file, EX_ELEM_BLOCK, block.id, block.elementType.c_str(), block.elementCount,
+                       block.nodesPerElement, 0, 0, 0));
     std::vector<std::int64_t> connectivity;
-    connectivity.reserve(block.nodes.size());
-    for (const auto node : block.nodes)
+    connectivity.reserve(nodes.size());
+    for (const auto node : nodes)
         connectivity.push_back(std::int64_t{node} + 1);
     check(ex_put_conn(file, EX_ELEM_BLOCK, block.id, connectivity.data(), nullptr, nullptr));
-    if (block.shape == &PolygonShape) {
-        const std::vector<int> lengths(block.lengths.begin(), block.lengths.end());
-        check(ex_put_entity_count_per_polyhedra(file, EX_ELEM_BLOCK, block.id, lengths.data()));
+    if (!lengths.empty()) {
+        const std::vector<int> counts(lengths.begin(), lengths.end());
+        check(ex_put_entity_count_per_polyhedra(file, EX_ELEM_BLOCK, block.id, counts.data()));
     }
     check(ex_put_name(file, EX_ELEM_BLOCK, block.id, block.name.c_str()));
 }

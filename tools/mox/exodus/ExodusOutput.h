@@ -1,7 +1,9 @@
 #pragma once
 
-#include "../export/ExportMesh.h"
-#include "ExodusFile.h"
+#include "ExodusBlock.h"
+#include "QaRecord.h"
+
+#include <exodusII.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -44,7 +46,10 @@ public:
     void qaRecords(const std::vector<QaRecord>& records);
     /// One coordinate of every node. @param axis Below the dimension.
     void coordinates(int axis, const std::vector<double>& values);
-    void block(const ExportBlock& block);
+    /// @param nodes   Places of nodes, from 0, element by element.
+    /// @param lengths The number of nodes of each element of an NSIDED block; else none.
+    void block(const ExodusBlock& block, const std::vector<std::uint32_t>& nodes,
+               const std::vector<std::uint32_t>& lengths);
     /// @param type EX_NODE_MAP or EX_ELEM_MAP.
     void idMap(ex_entity_type type, const std::vector<std::int64_t>& ids);
     /// Does nothing without names.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../mesh/meshDatasets.h"
+#include "../mesh/ResultPlace.h"
 #include "ExportMesh.h"
 
 #include <cstddef>

@@ -1,6 +1,7 @@
 #include "listSkippedTreeContent.h"
 
 #include "../common/visibleText.h"
+#include "../mesh/AttributeNames.h"
 
 #include <algorithm>
 #include <array>
@@ -17,18 +18,20 @@ using Names = std::set<std::string>;
 
 // Attributes that an export takes, or that say what it tells in its own way.
 bool isTaken(const std::string& key) {
-    static const Names keys = {"Title",          "Dimensions",
-                               "Nodes",          "Elements",
-                               "Element Blocks", "Node Sets",
-                               "Side Sets",      "Steps",
-                               "Source Program", "Source Version",
-                               "Source Date",    "Source Time",
-                               "Block Id",       "Block Name",
-                               "Element Type",   "Nodes per Element",
-                               "Time",           "Time (exact)",
-                               "Frequency",      "Frequency (exact)",
-                               "Category",       "Mode"};
-    static constexpr std::array<std::string_view, 3> Numbered = {"QA Record ", "Component ", "Time of Step "};
+    namespace Name = AttributeNames;
+    static const Names keys = {Name::Title,         Name::Dimensions,
+                               Name::Nodes,         Name::Elements,
+                               Name::ElementBlocks, Name::NodeSets,
+                               Name::SideSets,      Name::Steps,
+                               Name::SourceProgram, Name::SourceVersion,
+                               Name::SourceDate,    Name::SourceTime,
+                               Name::BlockId,       Name::BlockName,
+                               Name::ElementType,   Name::NodesPerElement,
+                               Name::Time,          Name::exact(Name::Time),
+                               Name::Frequency,     Name::exact(Name::Frequency),
+                               Name::Category,      Name::Mode};
+    static constexpr std::array<std::string_view, 3> Numbered = {Name::QaRecord, Name::Component,
+                                                                 Name::TimeOfStep};
     return keys.contains(key) ||
            std::ranges::any_of(Numbered, [&](auto front) { return key.starts_with(front); });
 }

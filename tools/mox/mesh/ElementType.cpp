@@ -22,16 +22,12 @@ std::string withoutNumber(const std::string& type) {
     return name.substr(0, name.find_last_not_of("0123456789") + 1);
 }
 
-bool isLineShell(const std::string& name, std::int64_t nodesPerElement, int modelDimension) {
-    return name == "shell" && (nodesPerElement == 2 || (nodesPerElement == 3 && modelDimension == 2));
-}
-
 } // namespace
 
-std::optional<int> elementDimension(const std::string& type, std::int64_t nodesPerElement,
-                                    int modelDimension) {
-    const auto name = withoutNumber(type);
-    if (isLineShell(name, nodesPerElement, modelDimension))
+ElementType::ElementType(const std::string& typeName) : name(withoutNumber(typeName)) {}
+
+std::optional<int> ElementType::dimension(std::int64_t nodesPerElement, int modelDimension) const {
+    if (isLineShell(nodesPerElement, modelDimension))
         return 1;
     if (const auto known = Dimensions.find(name); known != Dimensions.end())
         return known->second;
@@ -40,8 +36,12 @@ std::optional<int> elementDimension(const std::string& type, std::int64_t nodesP
     return std::nullopt;
 }
 
-bool isNsided(const std::string& type) {
-    return withoutNumber(type) == "nsided";
+bool ElementType::isNsided() const {
+    return name == "nsided";
+}
+
+bool ElementType::isLineShell(std::int64_t nodesPerElement, int modelDimension) const {
+    return name == "shell" && (nodesPerElement == 2 || (nodesPerElement == 3 && modelDimension == 2));
 }
 
 } // namespace MoxTool

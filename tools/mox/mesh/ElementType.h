@@ -6,21 +6,29 @@
 
 namespace MoxTool {
 
-/// The topological dimension of an Exodus element type: 1 for lines and for single nodes, 2 for faces, 3 for
-/// solids.
-///
-/// Upper and lower case are the same, and a number behind the name (HEX8) does not matter. A shell of two
-/// nodes, or of three in a two-dimensional model, is a line. A type that is not known is taken for a point if
-/// its elements have one node.
-///
-/// @param type            As in the file, such as "hex8".
-/// @param nodesPerElement Decides for shells and unknown types alone.
-/// @param modelDimension  Of the whole model, from 1 to 3.
-/// @return nothing for a type that a model can't take: NFACED, and what is not known.
-std::optional<int> elementDimension(const std::string& type, std::int64_t nodesPerElement,
-                                    int modelDimension);
+/// The type of elements by the name that an Exodus file gives it, such as "hex8". Upper and lower case are
+/// the same, and a number behind the name does not matter.
+class ElementType {
+public:
+    explicit ElementType(const std::string& typeName);
 
-/// Whether the elements of a type are polygons, each with its own number of nodes: NSIDED.
-bool isNsided(const std::string& type);
+    /// The topological dimension: 1 for lines and for single nodes, 2 for faces, 3 for solids.
+    ///
+    /// A shell of two nodes, or of three in a two-dimensional model, is a line. A type that is not known is
+    /// taken for a point if its elements have one node.
+    ///
+    /// @param nodesPerElement Decides for shells and unknown types alone.
+    /// @param modelDimension  Of the whole model, from 1 to 3.
+    /// @return nothing for a type that a model can't take: NFACED, and what is not known.
+    std::optional<int> dimension(std::int64_t nodesPerElement, int modelDimension) const;
+
+    /// Whether the elements are polygons, each with its own number of nodes: NSIDED.
+    bool isNsided() const;
+
+private:
+    bool isLineShell(std::int64_t nodesPerElement, int modelDimension) const;
+
+    std::string name; // in small letters, without the number
+};
 
 } // namespace MoxTool

@@ -1,5 +1,8 @@
 #include "meshDatasets.h"
 
+#include "DatasetNames.h"
+#include "VariableTypes.h"
+
 #include <algorithm>
 
 namespace MoxTool {
@@ -9,18 +12,14 @@ using MoxReader::Node;
 
 namespace {
 
-// Numbers of MoxReader::Format::VariableTypes.
-constexpr std::uint32_t Coordinates = 1;
-constexpr std::uint32_t FirstConnectivity = 4;
-constexpr std::uint32_t LastConnectivity = 6;
-constexpr std::uint32_t Polylength = 9;
-constexpr std::uint32_t FirstNodal = 12;
-constexpr std::uint32_t LastNodal = 15;
-constexpr std::uint32_t FirstElemental = 16;
-constexpr std::uint32_t LastElemental = 19;
+bool isConnectivity(const Dataset& dataset) {
+    return dataset.variableType >= VariableTypes::FirstConnectivity &&
+           dataset.variableType <= VariableTypes::LastConnectivity &&
+           dataset.name != DatasetNames::PartElements;
+}
 
-bool isWithin(const Dataset& dataset, std::uint32_t first, std::uint32_t last) {
-    return dataset.variableType >= first && dataset.variableType <= last;
+bool hasType(const Dataset& dataset, std::uint32_t type) {
+    return dataset.variableType == type;
 }
 
 template <typename Test>
@@ -35,19 +34,17 @@ const Dataset* findWithoutStep(const Node& geometry, Test test) {
 } // namespace
 
 const Dataset* findCoordinates(const Node& geometry) {
-    return findWithoutStep(geometry,
-                           [](const Dataset& dataset) { return dataset.variableType == Coordinates; });
+    return findWithoutStep(
+        geometry, [](const Dataset& dataset) { return hasType(dataset, VariableTypes::Coordinates); });
 }
 
 const Dataset* findConnectivity(const Node& geometry) {
-    return findWithoutStep(geometry, [](const Dataset& dataset) {
-        return isWithin(dataset, FirstConnectivity, LastConnectivity) && dataset.name != "Part Elements";
-    });
+    return findWithoutStep(geometry, isConnectivity);
 }
 
 const Dataset* findPolylength(const Node& geometry) {
-    return findWithoutStep(geometry,
-                           [](const Dataset& dataset) { return dataset.variableType == Polylength; });
+    return findWithoutStep(
+        geometry, [](const Dataset& dataset) { return hasType(dataset, VariableTypes::Polylength); });
 }
 
 bool isComplete(const Node& geometry) {
@@ -56,13 +53,7 @@ bool isComplete(const Node& geometry) {
 }
 
 int connectivityDimension(const Dataset& connectivity) {
-    return static_cast<int>(connectivity.variableType - FirstConnectivity) + 1;
-}
-
-ResultPlace resultPlaceOf(const Dataset& dataset) {
-    if (isWithin(dataset, FirstNodal, LastNodal))
-        return ResultPlace::Nodes;
-    return isWithin(dataset, FirstElemental, LastElemental) ? ResultPlace::Elements : ResultPlace::Nowhere;
+    return static_cast<int>(connectivity.variableType - VariableTypes::FirstConnectivity) + 1;
 }
 
 } // namespace MoxTool

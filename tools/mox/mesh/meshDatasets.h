@@ -4,8 +4,8 @@
 
 namespace MoxTool {
 
-// Which datasets of a geometry make its mesh, and where its results stand. All are told by their type, and
-// connectivity from a part's list of elements by the name "Part Elements".
+// Which datasets of a geometry make its mesh. All are told by their type, and connectivity from a part's list
+// of elements by the latter's name.
 
 /// Null if the geometry has none without a step; so with the next two.
 const MoxReader::Dataset* findCoordinates(const MoxReader::Node& geometry);
@@ -16,10 +16,5 @@ bool isComplete(const MoxReader::Node& geometry);
 
 /// The dimension, from 1 to 3, of the elements of a connectivity.
 int connectivityDimension(const MoxReader::Dataset& connectivity);
-
-/// Where the numbers of a dataset stand.
-enum class ResultPlace { Nodes, Elements, Nowhere };
-/// Nowhere for what is no result on nodes or elements.
-ResultPlace resultPlaceOf(const MoxReader::Dataset& dataset);
 
 } // namespace MoxTool

@@ -2,6 +2,8 @@
 
 #include "../../common/Terminal.h"
 #include "../../common/visibleText.h"
+#include "../../mesh/AttributeNames.h"
+#include "../../mesh/DatasetNames.h"
 #include "../attributeValue.h"
 #include "qaRecordsOf.h"
 
@@ -25,7 +27,8 @@ const MoxReader::Attributes& rootAttributes(const MoxReader::Model& model) {
 
 std::string titleOf(const MoxReader::Model& model) {
     const auto& attributes = rootAttributes(model);
-    return attributes.contains("Title") ? textAttribute(attributes, "Title") : model.root().name;
+    return attributes.contains(AttributeNames::Title) ? textAttribute(attributes, AttributeNames::Title)
+                                                      : model.root().name;
 }
 
 std::string fitted(const std::string& text, std::size_t longest, ConversionSummary& summary) {
@@ -94,8 +97,8 @@ void ExodusExporter::write(const std::string& path, const std::string& shownPath
 }
 
 void ExodusExporter::planMaps() {
-    nodeIds = takeIds(ResultPlace::Nodes, "Node Ids");
-    elementIds = takeIds(ResultPlace::Elements, "Element IDs");
+    nodeIds = takeIds(ResultPlace::Nodes, DatasetNames::NodeIds);
+    elementIds = takeIds(ResultPlace::Elements, DatasetNames::ElementIds);
 }
 
 std::optional<ExodusExporter::Ids> ExodusExporter::takeIds(ResultPlace place, const std::string& name) {
@@ -143,18 +146,25 @@ ExodusOutput::Layout ExodusExporter::layout() {
 void ExodusExporter::writeMesh(ExodusOutput& output) {
     output.qaRecords(qaRecordsOf(rootAttributes(source.model())));
     writeCoordinates(output);
-    const bool isFlat = dimension < 3;
-    for (auto block : source.mesh().blocks) {
-        if (block.type.empty())
-            block.type = isFlat ? block.shape->planarType : block.shape->exodusType;
-        block.type = fitted(block.type, ExodusOutput::LongestText, source.summary());
-        block.name = fitted(block.name, ExodusOutput::LongestName, source.summary());
-        output.block(block);
-    }
+    for (const auto& block : source.mesh().blocks)
+        output.block(describe(block), block.nodes, block.lengths);
     if (nodeIds)
         output.idMap(EX_NODE_MAP, *nodeIds);
     if (elementIds)
         output.idMap(EX_ELEM_MAP, *elementIds);
+}
+
+ExodusBlock ExodusExporter::describe(const ExportBlock& block) {
+    const auto* usualType = dimension < 3 ? block.shape->planarType : block.shape->exodusType;
+    const auto nodes = block.shape == &PolygonShape ? block.nodes.size() : block.nodesPerElement;
+    ExodusBlock described;
+    described.id = block.id;
+    described.elementType =
+        fitted(block.type.empty() ? usualType : block.type, ExodusOutput::LongestText, source.summary());
+    described.name = fitted(block.name, ExodusOutput::LongestName, source.summary());
+    described.elementCount = static_cast<std::int64_t>(block.rows.size());
+    described.nodesPerElement = static_cast<std::int64_t>(nodes);
+    return described;
 }
 
 void ExodusExporter::writeCoordinates(ExodusOutput& output) {
@@ -205,7 +215,8 @@ void ExodusExporter::writeStaticStep(ExodusOutput& output) {
 void ExodusExporter::writeBareTimes(ExodusOutput& output) {
     const auto& attributes = rootAttributes(source.model());
     std::size_t row = 0;
-    while (const auto time = numberAttribute(attributes, fmt::format("Time of Step {}", row + 1)))
+    while (const auto time =
+               numberAttribute(attributes, AttributeNames::numbered(AttributeNames::TimeOfStep, row + 1)))
         output.time(row++, *time);
 }
 

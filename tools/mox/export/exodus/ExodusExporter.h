@@ -29,6 +29,7 @@ private:
     void planMaps();
     std::optional<Ids> takeIds(ResultPlace place, const std::string& name);
     ExodusOutput::Layout layout();
+    ExodusBlock describe(const ExportBlock& block);
     void writeMesh(ExodusOutput& output);
     void writeCoordinates(ExodusOutput& output);
     void declareVariables(ExodusOutput& output);

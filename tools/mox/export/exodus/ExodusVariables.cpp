@@ -1,6 +1,8 @@
 #include "ExodusVariables.h"
 
 #include "../../exodus/ExodusOutput.h"
+#include "../../mesh/DatasetNames.h"
+#include "../../mesh/VariableTypes.h"
 
 #include <fmt/core.h>
 
@@ -18,20 +20,16 @@ constexpr Suffixes Tensor = {"_xx", "_yy", "_zz", "_xy", "_yz", "_zx"};
 constexpr std::array<const char*, 6> DisplacementAndRotation = {
     "Displacement_x", "Displacement_y", "Displacement_z", "Rotation_x", "Rotation_y", "Rotation_z"};
 
-// The first kind of six values; in the numbers of MoxReader::Format::VariableTypes.
-constexpr std::uint32_t NodeSixA = 14;
-constexpr std::uint32_t ElementSixA = 18;
-
 constexpr std::size_t RoomForNumber = 12;
 
 std::string guessedName(const ExportField& field, std::size_t column) {
     if (field.width == 1)
         return field.name;
-    if (field.variableType == NodeSixA && field.name == "Displacement")
+    if (field.variableType == VariableTypes::NodeSixA && field.name == DatasetNames::Displacement)
         return DisplacementAndRotation.at(column);
     if (field.width == 3)
         return field.name + Axes.at(column);
-    if (field.variableType == NodeSixA || field.variableType == ElementSixA)
+    if (field.variableType == VariableTypes::NodeSixA || field.variableType == VariableTypes::ElementSixA)
         return field.name + Tensor.at(column);
     return fmt::format("{}_{}", field.name, column + 1);
 }

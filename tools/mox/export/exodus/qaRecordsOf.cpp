@@ -1,6 +1,7 @@
 #include "qaRecordsOf.h"
 
 #include "../../exodus/ExodusOutput.h"
+#include "../../mesh/AttributeNames.h"
 #include "../attributeValue.h"
 
 #include <fmt/core.h>
@@ -41,15 +42,17 @@ QaRecord parse(std::string text) {
 
 std::vector<QaRecord> qaRecordsOf(const MoxReader::Attributes& root) {
     std::vector<QaRecord> records;
-    for (int number = 1;; ++number) {
-        const auto key = fmt::format("QA Record {}", number);
+    for (std::size_t number = 1;; ++number) {
+        const auto key = AttributeNames::numbered(AttributeNames::QaRecord, number);
         if (!root.contains(key))
             break;
         records.push_back(cut(parse(textAttribute(root, key))));
     }
-    if (!records.empty() && root.contains("Source Program"))
-        records.front() = cut({textAttribute(root, "Source Program"), textAttribute(root, "Source Version"),
-                               textAttribute(root, "Source Date"), textAttribute(root, "Source Time")});
+    if (!records.empty() && root.contains(AttributeNames::SourceProgram))
+        records.front() = cut({textAttribute(root, AttributeNames::SourceProgram),
+                               textAttribute(root, AttributeNames::SourceVersion),
+                               textAttribute(root, AttributeNames::SourceDate),
+                               textAttribute(root, AttributeNames::SourceTime)});
     return records;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../../exodus/ExodusFile.h"
+#include "../../exodus/QaRecord.h"
 
 #include <MoxReader/Attributes.h>
 

@@ -1,5 +1,8 @@
 #include "VtuExporter.h"
 
+#include "../../mesh/DatasetNames.h"
+#include "../../mesh/VariableTypes.h"
+
 #include <fmt/core.h>
 
 #include <algorithm>
@@ -8,8 +11,6 @@
 namespace MoxTool {
 
 namespace {
-
-constexpr std::uint32_t NodeSixA = 14; // of MoxReader::Format::VariableTypes
 
 template <typename T>
 void put(std::ostream& stream, const std::vector<T>& numbers) {
@@ -72,7 +73,7 @@ std::string uniqueName(const std::string& wanted, std::set<std::string>& taken) 
 }
 
 bool isDisplacementWithRotation(const ExportField& field) {
-    return field.variableType == NodeSixA && field.name == "Displacement";
+    return field.variableType == VariableTypes::NodeSixA && field.name == DatasetNames::Displacement;
 }
 
 } // namespace

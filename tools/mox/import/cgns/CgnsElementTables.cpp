@@ -15,7 +15,7 @@ int dimensionOf(CGNS_ENUMT(ElementType_t) type) {
     if (type == CGNS_ENUMV(NGON_n))
         return 2;
     const auto name = cgnsTypeName(type);
-    return elementDimension(name.substr(0, name.find('_')), 0, 3).value_or(0);
+    return ElementType(name.substr(0, name.find('_'))).dimension(0, 3).value_or(0);
 }
 
 int nodesOf(CGNS_ENUMT(ElementType_t) type) {

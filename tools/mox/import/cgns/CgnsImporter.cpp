@@ -2,6 +2,8 @@
 
 #include "../../common/Failure.h"
 #include "../../common/Terminal.h"
+#include "../../mesh/AttributeNames.h"
+#include "../../mesh/DatasetNames.h"
 #include "../model/checkNodeCount.h"
 #include "../model/setNumber.h"
 #include "listSkippedCgnsNodes.h"
@@ -23,7 +25,7 @@ namespace {
 constexpr std::array<const char*, 3> Axes = {"CoordinateX", "CoordinateY", "CoordinateZ"};
 
 void setFile(Qel::Mox2::Attributes& attributes, const CgnsFile& file) {
-    attributes.set("Source File", std::filesystem::path(file.path()).filename().string());
+    attributes.set(AttributeNames::SourceFile, std::filesystem::path(file.path()).filename().string());
     attributes.set("CGNS Version", fmt::format("{:.2f}", file.version()));
 }
 
@@ -31,7 +33,7 @@ void setBase(Qel::Mox2::Attributes& attributes, const CgnsBase& base) {
     setNumber(attributes, "Cell Dimension", base.cellDimension);
     setNumber(attributes, "Physical Dimension", base.physicalDimension);
     setNumber(attributes, "Zones", static_cast<std::int64_t>(base.zones.size()));
-    setNumber(attributes, "Steps", static_cast<std::int64_t>(base.times.size()));
+    setNumber(attributes, AttributeNames::Steps, static_cast<std::int64_t>(base.times.size()));
 }
 
 Qel::Mox2::Attributes zoneAttributes(const CgnsZone& zone) {
@@ -119,7 +121,7 @@ void CgnsImporter::addVertices(const CgnsZone& zone, const std::vector<CgnsPart>
         geometries.push_back(part.geometry);
     std::vector<unsigned int> ids(zone.vertices());
     std::iota(ids.begin(), ids.end(), 1U);
-    writer.writeReals("Coordinates", DatasetType::Coordinates, table, geometries, {});
+    writer.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});
     writer.writeIntegers(DatasetType::NodeIds, ids, geometries);
     summary.nodes += static_cast<std::int64_t>(zone.vertices());
 }

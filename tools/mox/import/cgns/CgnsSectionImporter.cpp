@@ -1,5 +1,6 @@
 #include "CgnsSectionImporter.h"
 
+#include "../../mesh/AttributeNames.h"
 #include "../model/setNumber.h"
 #include "CgnsElementTables.h"
 #include "structuredCells.h"
@@ -20,11 +21,11 @@ Qel::Mox2::Attributes attributesOf(const std::string& section, const std::string
     Qel::Mox2::Attributes attributes;
     if (!section.empty())
         attributes.set("Section", section);
-    attributes.set("Element Type", type);
-    setNumber(attributes, "Elements", static_cast<std::int64_t>(table.polylength.size()));
+    attributes.set(AttributeNames::ElementType, type);
+    setNumber(attributes, AttributeNames::Elements, static_cast<std::int64_t>(table.polylength.size()));
     const auto [least, most] = std::minmax_element(table.polylength.begin(), table.polylength.end());
     if (*least == *most)
-        setNumber(attributes, "Nodes per Element", *least);
+        setNumber(attributes, AttributeNames::NodesPerElement, *least);
     return attributes;
 }
 

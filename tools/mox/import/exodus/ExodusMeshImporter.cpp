@@ -1,6 +1,8 @@
 #include "ExodusMeshImporter.h"
 
 #include "../../common/Failure.h"
+#include "../../mesh/AttributeNames.h"
+#include "../../mesh/DatasetNames.h"
 #include "../../mesh/ElementType.h"
 #include "../model/checkNodeCount.h"
 #include "../model/narrowIds.h"
@@ -25,32 +27,33 @@ bool hasResults(const ExodusFile& file) {
 // A model knows steps by its results alone.
 void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times) {
     for (std::size_t i = 0; i < times.size(); ++i)
-        attributes.set(fmt::format("Time of Step {}", i + 1), fmt::format("{}", times[i]));
+        attributes.set(AttributeNames::numbered(AttributeNames::TimeOfStep, i + 1),
+                       fmt::format("{}", times[i]));
 }
 
 void setQaRecords(Qel::Mox2::Attributes& attributes, const std::vector<QaRecord>& records) {
     for (std::size_t i = 0; i < records.size(); ++i) {
         const auto& record = records[i];
         attributes.set(
-            fmt::format("QA Record {}", i + 1),
+            AttributeNames::numbered(AttributeNames::QaRecord, i + 1),
             fmt::format("{}, {}, {}, {}", record.program, record.version, record.date, record.time));
     }
     if (records.empty())
         return;
-    attributes.set("Source Program", records.front().program);
-    attributes.set("Source Version", records.front().version);
-    attributes.set("Source Date", records.front().date);
-    attributes.set("Source Time", records.front().time);
+    attributes.set(AttributeNames::SourceProgram, records.front().program);
+    attributes.set(AttributeNames::SourceVersion, records.front().version);
+    attributes.set(AttributeNames::SourceDate, records.front().date);
+    attributes.set(AttributeNames::SourceTime, records.front().time);
 }
 
 Qel::Mox2::Attributes blockAttributes(const ExodusBlock& block) {
     Qel::Mox2::Attributes attributes;
-    setNumber(attributes, "Block Id", block.id);
-    attributes.set("Block Name", block.name);
-    attributes.set("Element Type", block.elementType);
-    setNumber(attributes, "Elements", block.elementCount);
-    if (!isNsided(block.elementType))
-        setNumber(attributes, "Nodes per Element", block.nodesPerElement);
+    setNumber(attributes, AttributeNames::BlockId, block.id);
+    attributes.set(AttributeNames::BlockName, block.name);
+    attributes.set(AttributeNames::ElementType, block.elementType);
+    setNumber(attributes, AttributeNames::Elements, block.elementCount);
+    if (!ElementType(block.elementType).isNsided())
+        setNumber(attributes, AttributeNames::NodesPerElement, block.nodesPerElement);
     return attributes;
 }
 
@@ -83,17 +86,17 @@ void MeshImporter::addRoot() {
 Qel::Mox2::Attributes MeshImporter::rootAttributes() const {
     const auto& counts = file.counts();
     Qel::Mox2::Attributes attributes;
-    attributes.set("Title", counts.title);
-    attributes.set("Source File", std::filesystem::path(file.path()).filename().string());
+    attributes.set(AttributeNames::Title, counts.title);
+    attributes.set(AttributeNames::SourceFile, std::filesystem::path(file.path()).filename().string());
     attributes.set("Exodus API Version", fmt::format("{:.2f}", file.apiVersion()));
     attributes.set("Exodus File Version", fmt::format("{:.2f}", file.fileVersion()));
-    setNumber(attributes, "Dimensions", counts.num_dim);
-    setNumber(attributes, "Nodes", counts.num_nodes);
-    setNumber(attributes, "Elements", counts.num_elem);
-    setNumber(attributes, "Element Blocks", counts.num_elem_blk);
-    setNumber(attributes, "Node Sets", counts.num_node_sets);
-    setNumber(attributes, "Side Sets", counts.num_side_sets);
-    setNumber(attributes, "Steps", static_cast<std::int64_t>(file.times().size()));
+    setNumber(attributes, AttributeNames::Dimensions, counts.num_dim);
+    setNumber(attributes, AttributeNames::Nodes, counts.num_nodes);
+    setNumber(attributes, AttributeNames::Elements, counts.num_elem);
+    setNumber(attributes, AttributeNames::ElementBlocks, counts.num_elem_blk);
+    setNumber(attributes, AttributeNames::NodeSets, counts.num_node_sets);
+    setNumber(attributes, AttributeNames::SideSets, counts.num_side_sets);
+    setNumber(attributes, AttributeNames::Steps, static_cast<std::int64_t>(file.times().size()));
     if (!hasResults(file))
         setTimes(attributes, file.times());
     setQaRecords(attributes, file.qaRecords());
@@ -106,7 +109,8 @@ void MeshImporter::addParts() {
     std::vector<unsigned int> geometries;
     for (std::size_t i = 0; i < file.blocks().size(); ++i) {
         const auto& block = file.blocks()[i];
-        const auto dimension = elementDimension(block.elementType, block.nodesPerElement, file.dimension());
+        const auto dimension =
+            ElementType(block.elementType).dimension(block.nodesPerElement, file.dimension());
         if (block.elementCount == 0)
             empty.push_back(nameOf(block));
         else if (!dimension)
@@ -137,7 +141,7 @@ void MeshImporter::addNodes() {
     RealTable coordinates(static_cast<std::size_t>(count), 3);
     for (int axis = 0; axis < file.dimension(); ++axis)
         coordinates.setColumn(static_cast<std::size_t>(axis), file.coordinates(axis), narrowing);
-    writer.writeReals("Coordinates", DatasetType::Coordinates, coordinates, mesh.geometries, {});
+    writer.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, coordinates, mesh.geometries, {});
     writer.writeIntegers(DatasetType::NodeIds, narrowIds(file.idMap(EX_NODE_MAP, count), file.path()),
                          mesh.geometries);
     summary.nodes = count;
@@ -158,7 +162,7 @@ void MeshImporter::addElements(const ImportedPart& part, std::span<const std::in
 }
 
 std::vector<unsigned int> MeshImporter::readPolylength(const ExodusBlock& block) const {
-    if (!isNsided(block.elementType))
+    if (!ElementType(block.elementType).isNsided())
         return std::vector<unsigned int>(static_cast<std::size_t>(block.elementCount),
                                          static_cast<unsigned int>(block.nodesPerElement));
     const auto counts = file.nodesOfEachElement(block);

@@ -2,6 +2,8 @@
 
 #include "../../common/Failure.h"
 #include "../../common/Terminal.h"
+#include "../../mesh/AttributeNames.h"
+#include "../../mesh/DatasetNames.h"
 #include "../../mesh/NodeOrder.h"
 #include "../model/checkNodeCount.h"
 #include "../model/narrowIds.h"
@@ -87,9 +89,9 @@ void GmshImporter::run() {
 void GmshImporter::addRoot() {
     const std::filesystem::path file(path);
     Qel::Mox2::Attributes attributes;
-    attributes.set("Source File", file.filename().string());
+    attributes.set(AttributeNames::SourceFile, file.filename().string());
     attributes.set("Gmsh File Version", source.version());
-    setNumber(attributes, "Nodes", static_cast<std::int64_t>(nodes.tags.size()));
+    setNumber(attributes, AttributeNames::Nodes, static_cast<std::int64_t>(nodes.tags.size()));
     model.addNode(Qel::Mox2::NodeType::RootGroup, file.stem().string(), attributes);
 }
 
@@ -130,13 +132,13 @@ void GmshImporter::addGroup(const EntityGroup& group) {
         const auto name = uniqueName(group.label, elements.typeName, collected.size() == 1);
         auto& table = elements.table;
         reorderNodes(table.connectivity, gmshNodeOrder(type));
-        table.attributes.set("Element Type", elements.typeName);
+        table.attributes.set(AttributeNames::ElementType, elements.typeName);
         table.attributes.set("Entities", listText(tags));
         if (!group.entities.front().physicalTags.empty())
             table.attributes.set("Physical Groups", listText(group.entities.front().physicalTags));
         setNumber(table.attributes, "Gmsh Element Type", type);
-        setNumber(table.attributes, "Elements", static_cast<std::int64_t>(table.ids.size()));
-        setNumber(table.attributes, "Nodes per Element", table.polylength.front());
+        setNumber(table.attributes, AttributeNames::Elements, static_cast<std::int64_t>(table.ids.size()));
+        setNumber(table.attributes, AttributeNames::NodesPerElement, table.polylength.front());
         const auto geometry = shapes.addShape(1, name, parts.size());
         shapes.addElements(geometry, table);
         parts.push_back({geometry, table.ids.size(), TagIndex(elements.tags)});
@@ -193,7 +195,7 @@ void GmshImporter::addNodes() {
     std::vector<unsigned int> geometries;
     for (const auto& part : parts)
         geometries.push_back(part.geometry);
-    writer.writeReals("Coordinates", DatasetType::Coordinates, table, geometries, {});
+    writer.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});
     writer.writeIntegers(DatasetType::NodeIds, narrowIds(nodes.tags, path), geometries);
     summary.nodes = static_cast<std::int64_t>(nodes.tags.size());
 }

@@ -1,6 +1,7 @@
 #include "AnalysisSteps.h"
 
 #include "../../common/lowerCase.h"
+#include "../../mesh/AttributeNames.h"
 
 #include <fmt/core.h>
 
@@ -29,7 +30,7 @@ std::optional<std::size_t> findNamed(const std::vector<std::string>& names,
 
 void setReal(Qel::Mox2::Attributes& attributes, const std::string& key, double value) {
     attributes.set(key, static_cast<float>(value));
-    attributes.set(key + " (exact)", fmt::format("{}", value));
+    attributes.set(AttributeNames::exact(key), fmt::format("{}", value));
 }
 
 } // namespace
@@ -45,11 +46,11 @@ std::optional<ModeVariables> findModeVariables(const std::vector<std::string>& g
 Qel::Mox2::Step makeStep(std::size_t index, double time, const std::optional<Mode>& mode) {
     Qel::Mox2::Step step;
     step.name = fmt::format("Step {}", index + 1);
-    setReal(step.attributes, "Time", time);
+    setReal(step.attributes, AttributeNames::Time, time);
     if (mode) {
-        step.attributes.set("Category", "Vibration");
-        step.attributes.set("Mode", static_cast<int>(std::lround(mode->number)));
-        setReal(step.attributes, "Frequency", mode->frequency);
+        step.attributes.set(AttributeNames::Category, "Vibration");
+        step.attributes.set(AttributeNames::Mode, static_cast<int>(std::lround(mode->number)));
+        setReal(step.attributes, AttributeNames::Frequency, mode->frequency);
     }
     return step;
 }

@@ -1,5 +1,6 @@
 #include "ResultPlan.h"
 
+#include "../../mesh/DatasetNames.h"
 #include "ComponentGrouping.h"
 
 #include <fmt/core.h>
@@ -37,7 +38,7 @@ std::vector<ResultDataset> ResultPlan::nodeResults(const std::vector<std::string
     std::vector<ResultDataset> datasets;
     for (const auto& group : joinRotation(ComponentGrouping::group(variables, dimension))) {
         const bool displaces = isDisplacement(group);
-        datasets.push_back(datasetOf(group, displaces ? "Displacement" : group.name,
+        datasets.push_back(datasetOf(group, displaces ? DatasetNames::Displacement : group.name,
                                      displaces ? DisplacementTypes : NodeTypes));
     }
     makeUnique(datasets, true);

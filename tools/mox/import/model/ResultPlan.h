@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../../mesh/DatasetNames.h"
+
 #include <Qel/Mox2/DatasetType.h>
 
 #include <cstddef>
@@ -42,7 +44,8 @@ private:
     std::string uniqueName(const std::string& wanted);
 
     int dimension;
-    std::set<std::string> taken = {"Connectivity", "Coordinates", "Element IDs", "Node Ids", "Polylength"};
+    std::set<std::string> taken = {DatasetNames::Connectivity, DatasetNames::Coordinates,
+                                   DatasetNames::ElementIds, DatasetNames::NodeIds, DatasetNames::Polylength};
 };
 
 } // namespace MoxTool

@@ -1,5 +1,7 @@
 #include "resultNotes.h"
 
+#include "../../mesh/AttributeNames.h"
+
 #include <fmt/core.h>
 
 namespace MoxTool {
@@ -18,7 +20,8 @@ Qel::Mox2::Attributes componentAttributes(const ResultDataset& result,
     if (result.width == 1 && result.name == result.wantedName)
         return attributes;
     for (std::size_t column = 0; column < result.variables.size(); ++column)
-        attributes.set(fmt::format("Component {}", column + 1), names[result.variables[column]]);
+        attributes.set(AttributeNames::numbered(AttributeNames::Component, column + 1),
+                       names[result.variables[column]]);
     return attributes;
 }
 
