@@ -1,8 +1,8 @@
 #include "CgnsResultImporter.h"
 
 #include "../../common/Terminal.h"
-#include "../model/AnalysisSteps.h"
-#include "../model/resultNotes.h"
+#include "../model/componentAttributes.h"
+#include "../model/makeStep.h"
 
 #include <algorithm>
 #include <set>

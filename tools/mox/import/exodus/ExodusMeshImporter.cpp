@@ -4,10 +4,10 @@
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
 #include "../../mesh/ElementType.h"
+#include "../model/ImportLimits.h"
 #include "../model/checkNodeCount.h"
-#include "../model/narrowIds.h"
 #include "../model/setNumber.h"
-#include "nameOrId.h"
+#include "blockName.h"
 
 #include <fmt/core.h>
 

@@ -5,7 +5,7 @@
 #include "../model/DatasetWriter.h"
 #include "../model/FloatNarrowing.h"
 #include "../model/ShapeWriter.h"
-#include "ExodusMesh.h"
+#include "ExodusPart.h"
 
 #include <Qel/Mox2/Model.h>
 

@@ -1,8 +1,8 @@
 #include "ExodusResultImporter.h"
 
 #include "../../common/Terminal.h"
-#include "../model/AnalysisSteps.h"
-#include "../model/resultNotes.h"
+#include "../model/componentAttributes.h"
+#include "../model/makeStep.h"
 
 #include <fmt/core.h>
 

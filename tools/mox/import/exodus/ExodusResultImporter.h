@@ -5,7 +5,7 @@
 #include "../model/DatasetWriter.h"
 #include "../model/FloatNarrowing.h"
 #include "../model/ResultPlan.h"
-#include "ExodusMesh.h"
+#include "ExodusPart.h"
 
 #include <Qel/Mox2/Model.h>
 

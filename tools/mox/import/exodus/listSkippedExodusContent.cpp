@@ -2,8 +2,8 @@
 
 #include "../../common/lowerCase.h"
 #include "../../exodus/NetcdfVariables.h"
-#include "../model/AnalysisSteps.h"
-#include "nameOrId.h"
+#include "../model/makeStep.h"
+#include "blockName.h"
 
 #include <fmt/core.h>
 

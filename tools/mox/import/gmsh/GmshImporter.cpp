@@ -5,8 +5,8 @@
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
 #include "../../mesh/NodeOrder.h"
+#include "../model/ImportLimits.h"
 #include "../model/checkNodeCount.h"
-#include "../model/narrowIds.h"
 #include "../model/setNumber.h"
 #include "GmshResultImporter.h"
 

@@ -1,4 +1,4 @@
-#include "resultNotes.h"
+#include "componentAttributes.h"
 
 #include "../../mesh/AttributeNames.h"
 

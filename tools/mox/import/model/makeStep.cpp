@@ -1,4 +1,4 @@
-#include "AnalysisSteps.h"
+#include "makeStep.h"
 
 #include "../../common/lowerCase.h"
 #include "../../mesh/AttributeNames.h"

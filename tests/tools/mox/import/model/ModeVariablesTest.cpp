@@ -1,4 +1,4 @@
-#include "import/model/AnalysisSteps.h"
+#include "import/model/makeStep.h"
 
 #include <gtest/gtest.h>
 
