@@ -85,11 +85,11 @@ ExportMesh MeshCollector::collect() {
         else
             incomplete.push_back(visibleText(node.name));
     }
-    summary.leave("geometries without Coordinates, Connectivity and Polylength", incomplete);
+    summary.addSkipped("geometries without Coordinates, Connectivity and Polylength", incomplete);
     for (std::size_t part = 0; part < mesh.parts.size(); ++part)
         addElements(part);
     numberBlocks();
-    tellUnknownShapes();
+    noteUnknownShapes();
     return std::move(mesh);
 }
 
@@ -130,7 +130,7 @@ void MeshCollector::addPoints(const ExportNodes& nodes) {
             Eigen::Map<Eigen::Vector3f> point(points.data() + i);
             point = (nodes.transform * point.cast<double>()).cast<float>();
         }
-        summary.tell("transforms of groups are applied to coordinates, not to results");
+        summary.addNote("transforms of groups are applied to coordinates, not to results");
     }
     mesh.points.insert(mesh.points.end(), points.begin(), points.end());
     if (mesh.nodeCount() > MostNodes)
@@ -220,10 +220,10 @@ void MeshCollector::numberBlocks() {
     }
 }
 
-void MeshCollector::tellUnknownShapes() {
+void MeshCollector::noteUnknownShapes() {
     for (const auto& block : mesh.blocks) {
         if (block.shape == &UnknownShape)
-            summary.tell(
+            summary.addNote(
                 fmt::format("\"{}\" has elements of {} nodes, of no known shape: type OTHER in Exodus, loose "
                             "points in VTK",
                             visibleText(block.name), block.nodesPerElement));

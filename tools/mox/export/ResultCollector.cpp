@@ -61,14 +61,14 @@ struct FoundStep {
 } // namespace
 
 ResultCollector::ResultCollector(const MoxReader::Model& source, const ExportMesh& parts,
-                                 ConversionSummary& left)
-    : model(source), mesh(parts), summary(left) {}
+                                 ConversionSummary& conversion)
+    : model(source), mesh(parts), summary(conversion) {}
 
 ExportResults ResultCollector::collect() {
     collectSteps();
     for (std::size_t part = 0; part < mesh.parts.size(); ++part)
         addPart(part);
-    leave();
+    listSkipped();
     return std::move(results);
 }
 
@@ -144,9 +144,9 @@ std::size_t ResultCollector::fieldOf(const Dataset& dataset, const Dataset& hold
     return place->second;
 }
 
-void ResultCollector::leave() {
-    summary.leave("datasets that are no results on nodes or elements", {others.begin(), others.end()});
-    summary.leave("results that fit neither nodes nor elements", {misfits.begin(), misfits.end()});
+void ResultCollector::listSkipped() {
+    summary.addSkipped("datasets that are no results on nodes or elements", {others.begin(), others.end()});
+    summary.addSkipped("results that fit neither nodes nor elements", {misfits.begin(), misfits.end()});
 }
 
 } // namespace MoxTool

@@ -43,13 +43,13 @@ void addKeys(const MoxReader::Attributes& attributes, Names& names) {
     }
 }
 
-void leave(ConversionSummary& summary, const char* kind, const Names& names) {
-    summary.leave(kind, {names.begin(), names.end()});
+void addSkipped(ConversionSummary& summary, const char* kind, const Names& names) {
+    summary.addSkipped(kind, {names.begin(), names.end()});
 }
 
 } // namespace
 
-void leaveTree(const MoxReader::Model& model, ConversionSummary& summary) {
+void listSkippedTreeContent(const MoxReader::Model& model, ConversionSummary& summary) {
     std::int64_t groups = 0;
     std::int64_t materials = 0;
     Names nodeSets, groupKeys, datasetKeys;
@@ -66,11 +66,11 @@ void leaveTree(const MoxReader::Model& model, ConversionSummary& summary) {
                 addKeys(dataset.attributes, datasetKeys);
         }
     }
-    summary.leave("groups below the root, since the blocks stand in one list", groups);
-    summary.leave("materials of shapes", materials);
-    leave(summary, "sets of nodes", nodeSets);
-    leave(summary, "attributes of groups", groupKeys);
-    leave(summary, "attributes of datasets", datasetKeys);
+    summary.addSkipped("groups below the root, since the blocks stand in one list", groups);
+    summary.addSkipped("materials of shapes", materials);
+    addSkipped(summary, "sets of nodes", nodeSets);
+    addSkipped(summary, "attributes of groups", groupKeys);
+    addSkipped(summary, "attributes of datasets", datasetKeys);
 }
 
 } // namespace MoxTool

@@ -8,6 +8,6 @@ namespace MoxTool {
 
 /// Notes what a mesh format can't take of a model's tree: groups, sets of nodes, materials, and the
 /// attributes that no export has a place for.
-void leaveTree(const MoxReader::Model& model, ConversionSummary& summary);
+void listSkippedTreeContent(const MoxReader::Model& model, ConversionSummary& summary);
 
 } // namespace MoxTool

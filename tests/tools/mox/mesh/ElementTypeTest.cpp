@@ -4,52 +4,52 @@
 
 using MoxTool::ElementType;
 
-TEST(ElementTypeTest, SolidsHaveThreeDimensions) {
+TEST(ElementType, SolidsHaveThreeDimensions) {
     for (const auto* type : {"HEX", "hex8", "Tet10", "TETRA4", "WEDGE6", "pyramid5"})
         EXPECT_EQ(ElementType(type).dimension(8, 3), 3) << type;
 }
 
-TEST(ElementTypeTest, FacesHaveTwoDimensions) {
+TEST(ElementType, FacesHaveTwoDimensions) {
     for (const auto* type : {"TRI3", "tri6", "QUAD", "quad9", "SHELL4", "nsided", "TRISHELL3"})
         EXPECT_EQ(ElementType(type).dimension(4, 3), 2) << type;
 }
 
-TEST(ElementTypeTest, LinesHaveOneDimension) {
+TEST(ElementType, LinesHaveOneDimension) {
     for (const auto* type : {"BAR2", "beam3", "TRUSS", "ROD2", "EDGE3"})
         EXPECT_EQ(ElementType(type).dimension(2, 3), 1) << type;
 }
 
-TEST(ElementTypeTest, SingleNodesCountAsOneDimension) {
+TEST(ElementType, SingleNodesCountAsOneDimension) {
     for (const auto* type : {"SPHERE", "sphere", "CIRCLE", "POINT"})
         EXPECT_EQ(ElementType(type).dimension(1, 3), 1) << type;
 }
 
-TEST(ElementTypeTest, ShellOfTwoNodesIsALine) {
+TEST(ElementType, ShellOfTwoNodesIsALine) {
     EXPECT_EQ(ElementType("SHELL2").dimension(2, 3), 1);
 }
 
-TEST(ElementTypeTest, ShellOfThreeNodesIsALineInThePlaneAlone) {
+TEST(ElementType, ShellOfThreeNodesIsALineInThePlaneAlone) {
     EXPECT_EQ(ElementType("SHELL").dimension(3, 2), 1);
     EXPECT_EQ(ElementType("SHELL").dimension(3, 3), 2);
 }
 
-TEST(ElementTypeTest, PolyhedraAreNotTaken) {
+TEST(ElementType, PolyhedraAreNotTaken) {
     EXPECT_EQ(ElementType("nfaced").dimension(0, 3), std::nullopt);
 }
 
-TEST(ElementTypeTest, UnknownTypeOfOneNodeIsAPoint) {
+TEST(ElementType, UnknownTypeOfOneNodeIsAPoint) {
     EXPECT_EQ(ElementType("MASS").dimension(1, 3), 1);
 }
 
-TEST(ElementTypeTest, UnknownTypeOfMoreNodesIsNotTaken) {
+TEST(ElementType, UnknownTypeOfMoreNodesIsNotTaken) {
     EXPECT_EQ(ElementType("SUPER").dimension(12, 3), std::nullopt);
 }
 
-TEST(ElementTypeTest, TypeOfDigitsAloneIsUnknown) {
+TEST(ElementType, TypeOfDigitsAloneIsUnknown) {
     EXPECT_EQ(ElementType("88").dimension(8, 3), std::nullopt);
 }
 
-TEST(ElementTypeTest, NsidedIsRecognisedInAnyCase) {
+TEST(ElementType, NsidedIsRecognisedInAnyCase) {
     EXPECT_TRUE(ElementType("NSIDED").isNsided());
     EXPECT_TRUE(ElementType("nsided").isNsided());
     EXPECT_FALSE(ElementType("QUAD4").isNsided());

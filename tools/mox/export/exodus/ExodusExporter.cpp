@@ -33,7 +33,7 @@ std::string titleOf(const MoxReader::Model& model) {
 
 std::string fitted(const std::string& text, std::size_t longest, ConversionSummary& summary) {
     if (text.size() > longest)
-        summary.tell(fmt::format("\"{}\" is cut to {} letters", visibleText(text), longest));
+        summary.addNote(fmt::format("\"{}\" is cut to {} letters", visibleText(text), longest));
     return text.substr(0, longest);
 }
 
@@ -111,14 +111,14 @@ std::optional<ExodusExporter::Ids> ExodusExporter::takeIds(ResultPlace place, co
         return std::nullopt;
     mapFields.push_back(&*field);
     if (field->targets.size() < targetCount(source.mesh(), place)) {
-        source.summary().tell(name + " are left out, since some have none");
+        source.summary().addNote(name + " are left out, since some have none");
         return std::nullopt;
     }
     const auto numbers = reader.readAll(*field, ExportField::NoStep);
     Ids ids(numbers.begin(), numbers.end());
     if (areUnique(ids))
         return ids;
-    source.summary().tell(name + " are left out, since some are not unique in the whole model");
+    source.summary().addNote(name + " are left out, since some are not unique in the whole model");
     return std::nullopt;
 }
 
@@ -205,7 +205,7 @@ void ExodusExporter::writeStaticStep(ExodusOutput& output) {
         writeBareTimes(output);
         return;
     }
-    source.summary().tell("results without steps stand in one step of time 0");
+    source.summary().addNote("results without steps stand in one step of time 0");
     output.time(0, 0);
     writeResults(output, ResultPlace::Nodes, 0, ExportField::NoStep);
     writeResults(output, ResultPlace::Elements, 0, ExportField::NoStep);
@@ -230,7 +230,7 @@ void ExodusExporter::writeResults(ExodusOutput& output, ResultPlace place, std::
     Written written;
     for (const auto& [field, variables] : variablesOf(place).fields()) {
         if (field->isStatic && step != ExportField::NoStep)
-            source.summary().tell("results without steps are repeated in each step");
+            source.summary().addNote("results without steps are repeated in each step");
         for (const auto target : field->targets) {
             const auto* holder = field->source(step, target);
             if (holder == nullptr)
@@ -276,7 +276,7 @@ void ExodusExporter::fillGaps(ExodusOutput& output, ResultPlace place, const Wri
                 continue;
             const std::vector<double> values(itemsOf(source.mesh(), place, target), Missing);
             writeColumn(output, place, variable, row, target, values);
-            source.summary().tell("NaN stands where a node or an element has no result in a step");
+            source.summary().addNote("NaN stands where a node or an element has no result in a step");
         }
     }
 }

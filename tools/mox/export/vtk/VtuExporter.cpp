@@ -161,7 +161,7 @@ VtuArray VtuExporter::fieldArray(const ExportField& field, std::size_t step, con
     for (std::size_t target = 0; target < targetCount(source.mesh(), field.place); ++target)
         isWhole = isWhole && field.source(step, target) != nullptr;
     if (!isWhole)
-        source.summary().tell("NaN stands where a node or an element has no result in a step");
+        source.summary().addNote("NaN stands where a node or an element has no result in a step");
     if (!field.isInteger)
         return typedArray<float>("Float32", field, step, slice);
     return isWhole ? typedArray<std::uint32_t>("UInt32", field, step, slice)

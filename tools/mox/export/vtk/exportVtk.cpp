@@ -37,7 +37,7 @@ void makeDistinct(std::vector<SeriesFile>& series, ConversionSummary& summary) {
         values.insert(file.value);
     if (values.size() == series.size())
         return;
-    summary.tell("times repeat, so the steps stand at 1, 2, 3 and so on");
+    summary.addNote("times repeat, so the steps stand at 1, 2, 3 and so on");
     double number = 0;
     for (auto& file : series)
         file.value = ++number;

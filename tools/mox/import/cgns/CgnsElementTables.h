@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../model/ShapeWriter.h"
+#include "../model/ElementTable.h"
 #include "CgnsFile.h"
 
 #include <cstddef>

@@ -4,7 +4,6 @@
 #include "../../common/Terminal.h"
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
-#include "../model/checkNodeCount.h"
 #include "../model/setNumber.h"
 #include "listSkippedCgnsNodes.h"
 
@@ -46,16 +45,6 @@ Qel::Mox2::Attributes zoneAttributes(const CgnsZone& zone) {
 
 } // namespace
 
-CgnsImporter::CgnsImporter(const CgnsFile& input, Qel::Mox2::Model& target, Terminal& messages,
-                           ConversionSummary& toFill)
-    : file(input),
-      model(target),
-      terminal(messages),
-      summary(toFill),
-      writer(target, toFill),
-      sections(input, target, toFill),
-      results(input, target, narrowing, messages, toFill) {}
-
 void CgnsImporter::run() {
     const auto bases = file.bases();
     if (bases.empty())
@@ -67,34 +56,34 @@ void CgnsImporter::run() {
     setFile(attributes, file);
     if (bases.size() == 1)
         setBase(attributes, bases.front());
-    const auto root = model.addNode(Qel::Mox2::NodeType::RootGroup,
-                                    bases.size() == 1 ? bases.front().name : stem, attributes);
+    const auto root = target.model.addNode(Qel::Mox2::NodeType::RootGroup,
+                                           bases.size() == 1 ? bases.front().name : stem, attributes);
     for (const auto& base : bases)
         addZones(base, bases.size() == 1 ? root : addGroup(base, root));
-    terminal.clearProgress();
-    leaveTheRest();
+    target.terminal.clearProgress();
+    listSkipped();
 }
 
 unsigned int CgnsImporter::addGroup(const CgnsBase& base, unsigned int root) {
     Qel::Mox2::Attributes attributes;
     setBase(attributes, base);
-    model.setCurrentNodeId(root);
-    return model.addNode(Qel::Mox2::NodeType::Group, base.name, attributes);
+    target.model.setCurrentNodeId(root);
+    return target.model.addNode(Qel::Mox2::NodeType::Group, base.name, attributes);
 }
 
 void CgnsImporter::addZones(const CgnsBase& base, unsigned int group) {
     for (const auto& zone : base.zones) {
-        terminal.progress("importing zones",
-                          static_cast<double>(zonesDone++) / static_cast<double>(zoneCount));
+        target.terminal.progress("importing zones",
+                                 static_cast<double>(zonesDone++) / static_cast<double>(zoneCount));
         addZone(base, zone, group);
     }
     results.addSteps(base);
 }
 
 void CgnsImporter::addZone(const CgnsBase& base, const CgnsZone& zone, unsigned int baseGroup) {
-    checkNodeCount(zone.vertices(), file.path());
-    model.setCurrentNodeId(baseGroup);
-    const auto group = model.addNode(Qel::Mox2::NodeType::Group, zone.name, zoneAttributes(zone));
+    target.limits.checkNodeCount(zone.vertices());
+    target.model.setCurrentNodeId(baseGroup);
+    const auto group = target.model.addNode(Qel::Mox2::NodeType::Group, zone.name, zoneAttributes(zone));
     auto parts = sections.addZone(base, zone, group);
     addVertices(zone, parts);
     results.addZone(base, zone, std::move(parts));
@@ -107,10 +96,10 @@ void CgnsImporter::addVertices(const CgnsZone& zone, const std::vector<CgnsPart>
         if (static_cast<std::size_t>(axis) == Axes.size())
             otherCoordinates.push_back(name);
         else
-            table.setColumn(static_cast<std::size_t>(axis), file.coordinates(zone, name), narrowing);
+            table.setColumn(static_cast<std::size_t>(axis), file.coordinates(zone, name), target.narrowing);
     }
     if (parts.empty()) {
-        summary.tell(
+        target.summary.addNote(
             fmt::format("zone {} has no elements that a model can take; its {} vertices are not taken",
                         zone.name, zone.vertices()));
         return;
@@ -121,18 +110,17 @@ void CgnsImporter::addVertices(const CgnsZone& zone, const std::vector<CgnsPart>
         geometries.push_back(part.geometry);
     std::vector<unsigned int> ids(zone.vertices());
     std::iota(ids.begin(), ids.end(), 1U);
-    writer.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});
-    writer.writeIntegers(DatasetType::NodeIds, ids, geometries);
-    summary.nodes += static_cast<std::int64_t>(zone.vertices());
+    target.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});
+    target.datasets.writeIntegers(DatasetType::NodeIds, ids, geometries);
+    target.summary.nodes += static_cast<std::int64_t>(zone.vertices());
 }
 
-void CgnsImporter::leaveTheRest() {
-    summary.leave("coordinates other than CoordinateX, CoordinateY and CoordinateZ", otherCoordinates);
-    sections.leaveTheRest();
-    results.leaveTheRest();
-    leaveCgnsNodes(file, summary);
-    for (const auto& sentence : narrowing.report())
-        summary.tell(sentence);
+void CgnsImporter::listSkipped() {
+    target.summary.addSkipped("coordinates other than CoordinateX, CoordinateY and CoordinateZ",
+                              otherCoordinates);
+    sections.listSkipped();
+    results.listSkipped();
+    listSkippedCgnsNodes(file, target.summary);
 }
 
 } // namespace MoxTool

@@ -1,28 +1,22 @@
 #pragma once
 
-#include "../../common/ConversionSummary.h"
-#include "../model/DatasetWriter.h"
-#include "../model/FloatNarrowing.h"
+#include "../model/ImportTarget.h"
 #include "CgnsFile.h"
 #include "CgnsPart.h"
 #include "CgnsResultImporter.h"
 #include "CgnsSectionImporter.h"
-
-#include <Qel/Mox2/Model.h>
 
 #include <string>
 #include <vector>
 
 namespace MoxTool {
 
-class Terminal;
-
 /// Carries a CGNS file into a model: a group for each base and each zone, with its shapes and results.
 class CgnsImporter {
 public:
-    /// @param model Open and without a node. All arguments must outlive the importer.
-    CgnsImporter(const CgnsFile& input, Qel::Mox2::Model& model, Terminal& terminal,
-                 ConversionSummary& results);
+    /// Both must outlive the importer.
+    CgnsImporter(const CgnsFile& input, ImportTarget& output)
+        : file(input), target(output), sections(input, output), results(input, output) {}
 
     /// To be called once.
     /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.
@@ -33,14 +27,10 @@ private:
     void addZones(const CgnsBase& base, unsigned int group);
     void addZone(const CgnsBase& base, const CgnsZone& zone, unsigned int baseGroup);
     void addVertices(const CgnsZone& zone, const std::vector<CgnsPart>& parts);
-    void leaveTheRest();
+    void listSkipped();
 
     const CgnsFile& file;
-    Qel::Mox2::Model& model;
-    Terminal& terminal;
-    ConversionSummary& summary;
-    FloatNarrowing narrowing;
-    DatasetWriter writer;
+    ImportTarget& target;
     CgnsSectionImporter sections;
     CgnsResultImporter results;
     std::size_t zoneCount = 0;

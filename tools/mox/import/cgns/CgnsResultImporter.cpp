@@ -3,6 +3,7 @@
 #include "../../common/Terminal.h"
 #include "../model/componentAttributes.h"
 #include "../model/makeStep.h"
+#include "../model/noteRenamed.h"
 
 #include <algorithm>
 #include <set>
@@ -61,14 +62,14 @@ void CgnsResultImporter::addZone(const CgnsBase& base, const CgnsZone& source, s
     std::erase_if(zone.solutions, [&](const auto& solution) { return !canTake(zone, solution); });
     zone.steps.resize(std::min(zone.steps.size(), base.times.size()));
     addStep(base, zone, withoutStep(zone.solutions, zone.steps), {});
-    summary.steps = std::max(summary.steps, static_cast<std::int64_t>(zone.steps.size()));
+    target.summary.steps = std::max(target.summary.steps, static_cast<std::int64_t>(zone.steps.size()));
     zones.push_back(std::move(zone));
 }
 
 void CgnsResultImporter::addSteps(const CgnsBase& base) {
     for (std::size_t step = 0; step < base.times.size(); ++step) {
-        terminal.progress("importing steps",
-                          static_cast<double>(step) / static_cast<double>(base.times.size()));
+        target.terminal.progress("importing steps",
+                                 static_cast<double>(step) / static_cast<double>(base.times.size()));
         for (const auto& zone : zones) {
             if (step < zone.steps.size())
                 addStep(base, zone, named(zone.solutions, zone.steps[step]),
@@ -102,8 +103,8 @@ void CgnsResultImporter::addStep(const CgnsBase& base, const Zone& zone, const S
     const auto cellResults = plan.elementResults(onCells.names);
     for (const auto& result : cellResults)
         addOnCells(zone, onCells, result, step);
-    tellRenamed(vertexResults, summary);
-    tellRenamed(cellResults, summary);
+    noteRenamed(vertexResults, target.summary);
+    noteRenamed(cellResults, target.summary);
 }
 
 CgnsResultImporter::Fields CgnsResultImporter::fieldsAt(CGNS_ENUMT(GridLocation_t) location,
@@ -133,9 +134,9 @@ void CgnsResultImporter::addOnVertices(const Zone& zone, const Fields& fields, c
     const auto columns = readColumns(zone, fields, result);
     RealTable table(zone.source.vertices(), result.width);
     for (std::size_t column = 0; column < columns.size(); ++column)
-        table.setColumn(column, columns[column], narrowing);
-    writer.writeReals(result.name, result.type, table, geometriesOf(zone.parts), step,
-                      componentAttributes(result, fields.names));
+        table.setColumn(column, columns[column], target.narrowing);
+    target.datasets.writeReals(result.name, result.type, table, geometriesOf(zone.parts), step,
+                               componentAttributes(result, fields.names));
 }
 
 void CgnsResultImporter::addOnCells(const Zone& zone, const Fields& fields, const ResultDataset& result,
@@ -152,16 +153,17 @@ void CgnsResultImporter::addOnCells(const Zone& zone, const Fields& fields, cons
                     std::lower_bound(zone.cells.begin(), zone.cells.end(), id) - zone.cells.begin();
                 return columns[column][static_cast<std::size_t>(cell)];
             });
-            table.setColumn(column, values, narrowing);
+            table.setColumn(column, values, target.narrowing);
         }
-        writer.writeReals(result.name, result.type, table, DatasetWriter::Ids(1, part.geometry), step,
-                          componentAttributes(result, fields.names));
+        target.datasets.writeReals(result.name, result.type, table, DatasetWriter::Ids(1, part.geometry),
+                                   step, componentAttributes(result, fields.names));
     }
 }
 
-void CgnsResultImporter::leaveTheRest() {
-    summary.leave("solutions elsewhere than on all vertices or all cell centres", elsewhere);
-    summary.leave("solutions on cells, since the zone's elements are not its cells", withoutCells);
+void CgnsResultImporter::listSkipped() {
+    target.summary.addSkipped("solutions elsewhere than on all vertices or all cell centres", elsewhere);
+    target.summary.addSkipped("solutions on cells, since the zone's elements are not its cells",
+                              withoutCells);
 }
 
 } // namespace MoxTool

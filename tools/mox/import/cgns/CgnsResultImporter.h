@@ -1,29 +1,21 @@
 #pragma once
 
-#include "../../common/ConversionSummary.h"
-#include "../model/DatasetWriter.h"
-#include "../model/FloatNarrowing.h"
+#include "../model/ImportTarget.h"
 #include "../model/ResultPlan.h"
 #include "CgnsFile.h"
 #include "CgnsPart.h"
-
-#include <Qel/Mox2/Model.h>
 
 #include <string>
 #include <vector>
 
 namespace MoxTool {
 
-class Terminal;
-
 /// Carries the results of CGNS zones on vertices and cell centres into a model, with one dataset of one step
 /// in memory at a time.
 class CgnsResultImporter {
 public:
-    /// All arguments must outlive the importer.
-    CgnsResultImporter(const CgnsFile& input, Qel::Mox2::Model& model, FloatNarrowing& toFloat,
-                       Terminal& messages, ConversionSummary& results)
-        : file(input), terminal(messages), summary(results), narrowing(toFloat), writer(model, results) {}
+    /// Both must outlive the importer.
+    CgnsResultImporter(const CgnsFile& input, ImportTarget& output) : file(input), target(output) {}
 
     /// Adds the results without a step.
     /// @param zone Must outlive the call of addSteps() for its base.
@@ -36,7 +28,7 @@ public:
     void addSteps(const CgnsBase& base);
 
     /// Notes in the summary what was not taken of all zones.
-    void leaveTheRest();
+    void listSkipped();
 
 private:
     using Solutions = std::vector<const CgnsSolution*>;
@@ -68,10 +60,7 @@ private:
                     const Qel::Mox2::Step& step);
 
     const CgnsFile& file;
-    Terminal& terminal;
-    ConversionSummary& summary;
-    FloatNarrowing& narrowing;
-    DatasetWriter writer;
+    ImportTarget& target;
     std::vector<Zone> zones;
     std::vector<std::string> elsewhere;
     std::vector<std::string> withoutCells;

@@ -70,14 +70,14 @@ void CgnsSectionImporter::addCells(const CgnsBase& base, const CgnsZone& zone, s
 }
 
 CgnsPart CgnsSectionImporter::addPart(const CgnsBase& base, const std::string& name, ElementTable table) {
-    const auto geometry = shapes.addShape(zoneGroup, name, partCount++);
-    shapes.addElements(geometry, table);
+    const auto geometry = target.shapes.addShape(zoneGroup, name, partCount++);
+    target.shapes.addElements(geometry, table);
     return {geometry, table.dimension == base.cellDimension, std::move(table.ids)};
 }
 
-void CgnsSectionImporter::leaveTheRest() {
-    summary.leave("sections of other elements", otherSections);
-    summary.leave("parents of elements", sectionsWithParents);
+void CgnsSectionImporter::listSkipped() {
+    target.summary.addSkipped("sections of other elements", otherSections);
+    target.summary.addSkipped("parents of elements", sectionsWithParents);
 }
 
 } // namespace MoxTool

@@ -1,11 +1,8 @@
 #pragma once
 
-#include "../../common/ConversionSummary.h"
-#include "../model/ShapeWriter.h"
+#include "../model/ImportTarget.h"
 #include "CgnsFile.h"
 #include "CgnsPart.h"
-
-#include <Qel/Mox2/Model.h>
 
 #include <cstddef>
 #include <string>
@@ -17,16 +14,15 @@ namespace MoxTool {
 /// cells of a structured zone.
 class CgnsSectionImporter {
 public:
-    /// All arguments must outlive the importer.
-    CgnsSectionImporter(const CgnsFile& input, Qel::Mox2::Model& model, ConversionSummary& results)
-        : file(input), summary(results), shapes(model, results) {}
+    /// Both must outlive the importer.
+    CgnsSectionImporter(const CgnsFile& input, ImportTarget& output) : file(input), target(output) {}
 
     /// @param group The zone's node in the model.
     /// @throws Failure if the file is damaged; what the model throws.
     std::vector<CgnsPart> addZone(const CgnsBase& base, const CgnsZone& zone, unsigned int group);
 
     /// Notes in the summary what was not taken of all zones.
-    void leaveTheRest();
+    void listSkipped();
 
 private:
     void addSection(const CgnsBase& base, const CgnsZone& zone, const CgnsSection& section,
@@ -35,8 +31,7 @@ private:
     CgnsPart addPart(const CgnsBase& base, const std::string& name, ElementTable table);
 
     const CgnsFile& file;
-    ConversionSummary& summary;
-    ShapeWriter shapes;
+    ImportTarget& target;
     unsigned int zoneGroup = 0;
     std::size_t partCount = 0;
     std::vector<std::string> otherSections;

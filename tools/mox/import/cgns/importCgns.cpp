@@ -8,9 +8,7 @@ namespace MoxTool {
 
 ConversionSummary importCgns(const ImportRequest& request, Terminal& terminal) {
     const CgnsFile input(request.input);
-    return saveImported(request, terminal, [&](Qel::Mox2::Model& model, ConversionSummary& summary) {
-        CgnsImporter(input, model, terminal, summary).run();
-    });
+    return saveImported(request, terminal, [&](ImportTarget& target) { CgnsImporter(input, target).run(); });
 }
 
 } // namespace MoxTool

@@ -53,10 +53,10 @@ public:
         }
     }
 
-    void leave(ConversionSummary& summary) const {
+    void addTo(ConversionSummary& summary) const {
         for (const auto& [label, names] : namesByLabel) {
             const auto kind = Kinds.find(label);
-            summary.leave(kind == Kinds.end() ? "nodes of the type " + label : kind->second, names);
+            summary.addSkipped(kind == Kinds.end() ? "nodes of the type " + label : kind->second, names);
         }
     }
 
@@ -81,10 +81,10 @@ private:
 
 } // namespace
 
-void leaveCgnsNodes(const CgnsFile& file, ConversionSummary& summary) {
+void listSkippedCgnsNodes(const CgnsFile& file, ConversionSummary& summary) {
     Collector collector(file);
     collector.collect();
-    collector.leave(summary);
+    collector.addTo(summary);
 }
 
 } // namespace MoxTool

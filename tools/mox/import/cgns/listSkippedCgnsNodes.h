@@ -9,6 +9,6 @@ namespace MoxTool {
 /// connections of zones, further grids, units, and whatever else stands in the file.
 ///
 /// @throws Failure if the file is damaged.
-void leaveCgnsNodes(const CgnsFile& file, ConversionSummary& summary);
+void listSkippedCgnsNodes(const CgnsFile& file, ConversionSummary& summary);
 
 } // namespace MoxTool

@@ -4,8 +4,6 @@
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
 #include "../../mesh/ElementType.h"
-#include "../model/ImportLimits.h"
-#include "../model/checkNodeCount.h"
 #include "../model/setNumber.h"
 #include "blockName.h"
 
@@ -59,17 +57,8 @@ Qel::Mox2::Attributes blockAttributes(const ExodusBlock& block) {
 
 } // namespace
 
-MeshImporter::MeshImporter(const ExodusFile& input, Qel::Mox2::Model& output, FloatNarrowing& toFloat,
-                           ConversionSummary& results)
-    : file(input),
-      model(output),
-      narrowing(toFloat),
-      summary(results),
-      writer(output, results),
-      shapes(output, results) {}
-
-ImportedMesh MeshImporter::run() {
-    checkNodeCount(static_cast<std::uint64_t>(file.counts().num_nodes), file.path());
+ExodusMesh ExodusMeshImporter::run() {
+    target.limits.checkNodeCount(static_cast<std::uint64_t>(file.counts().num_nodes));
     addRoot();
     addParts();
     addNodes();
@@ -77,13 +66,13 @@ ImportedMesh MeshImporter::run() {
     return mesh;
 }
 
-void MeshImporter::addRoot() {
+void ExodusMeshImporter::addRoot() {
     const std::string title = file.counts().title;
     const auto stem = std::filesystem::path(file.path()).stem().string();
-    model.addNode(Qel::Mox2::NodeType::RootGroup, title.empty() ? stem : title, rootAttributes());
+    target.model.addNode(Qel::Mox2::NodeType::RootGroup, title.empty() ? stem : title, rootAttributes());
 }
 
-Qel::Mox2::Attributes MeshImporter::rootAttributes() const {
+Qel::Mox2::Attributes ExodusMeshImporter::rootAttributes() const {
     const auto& counts = file.counts();
     Qel::Mox2::Attributes attributes;
     attributes.set(AttributeNames::Title, counts.title);
@@ -103,7 +92,7 @@ Qel::Mox2::Attributes MeshImporter::rootAttributes() const {
     return attributes;
 }
 
-void MeshImporter::addParts() {
+void ExodusMeshImporter::addParts() {
     std::vector<std::string> empty;
     std::vector<std::string> unknown;
     std::vector<unsigned int> geometries;
@@ -112,9 +101,9 @@ void MeshImporter::addParts() {
         const auto dimension =
             ElementType(block.elementType).dimension(block.nodesPerElement, file.dimension());
         if (block.elementCount == 0)
-            empty.push_back(nameOf(block));
+            empty.push_back(blockName(block));
         else if (!dimension)
-            unknown.push_back(fmt::format("{}: {} elements of type {}", nameOf(block), block.elementCount,
+            unknown.push_back(fmt::format("{}: {} elements of type {}", blockName(block), block.elementCount,
                                           block.elementType));
         else {
             mesh.parts.push_back(addPart(i, *dimension));
@@ -122,32 +111,33 @@ void MeshImporter::addParts() {
         }
     }
     mesh.geometries = geometries;
-    summary.leave("empty element blocks", empty);
-    summary.leave("element blocks of other types", unknown);
+    target.summary.addSkipped("empty element blocks", empty);
+    target.summary.addSkipped("element blocks of other types", unknown);
 }
 
-ImportedPart MeshImporter::addPart(std::size_t blockIndex, int dimension) {
+ExodusPart ExodusMeshImporter::addPart(std::size_t blockIndex, int dimension) {
     const auto& block = file.blocks()[blockIndex];
-    const auto geometry = shapes.addShape(1, nameOf(block), blockIndex);
+    const auto geometry = target.shapes.addShape(1, blockName(block), blockIndex);
     return {&block, blockIndex, dimension, geometry};
 }
 
-void MeshImporter::addNodes() {
+void ExodusMeshImporter::addNodes() {
     const auto count = file.counts().num_nodes;
     if (mesh.parts.empty()) {
-        summary.leave("nodes, since there is no element block to hold them", count);
+        target.summary.addSkipped("nodes, since there is no element block to hold them", count);
         return;
     }
     RealTable coordinates(static_cast<std::size_t>(count), 3);
     for (int axis = 0; axis < file.dimension(); ++axis)
-        coordinates.setColumn(static_cast<std::size_t>(axis), file.coordinates(axis), narrowing);
-    writer.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, coordinates, mesh.geometries, {});
-    writer.writeIntegers(DatasetType::NodeIds, narrowIds(file.idMap(EX_NODE_MAP, count), file.path()),
-                         mesh.geometries);
-    summary.nodes = count;
+        coordinates.setColumn(static_cast<std::size_t>(axis), file.coordinates(axis), target.narrowing);
+    target.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, coordinates,
+                               mesh.geometries, {});
+    target.datasets.writeIntegers(DatasetType::NodeIds,
+                                  target.limits.narrowIds(file.idMap(EX_NODE_MAP, count)), mesh.geometries);
+    target.summary.nodes = count;
 }
 
-void MeshImporter::addAllElements() {
+void ExodusMeshImporter::addAllElements() {
     const auto ids = file.idMap(EX_ELEM_MAP, file.counts().num_elem);
     for (const auto& part : mesh.parts) {
         const auto first = static_cast<std::size_t>(part.block->firstElement);
@@ -155,13 +145,13 @@ void MeshImporter::addAllElements() {
     }
 }
 
-void MeshImporter::addElements(const ImportedPart& part, std::span<const std::int64_t> ids) {
+void ExodusMeshImporter::addElements(const ExodusPart& part, std::span<const std::int64_t> ids) {
     const auto& block = *part.block;
-    shapes.addElements(part.geometry, {part.dimension, readConnectivity(block), readPolylength(block),
-                                       narrowIds(ids, file.path()), blockAttributes(block)});
+    target.shapes.addElements(part.geometry, {part.dimension, readConnectivity(block), readPolylength(block),
+                                              target.limits.narrowIds(ids), blockAttributes(block)});
 }
 
-std::vector<unsigned int> MeshImporter::readPolylength(const ExodusBlock& block) const {
+std::vector<unsigned int> ExodusMeshImporter::readPolylength(const ExodusBlock& block) const {
     if (!ElementType(block.elementType).isNsided())
         return std::vector<unsigned int>(static_cast<std::size_t>(block.elementCount),
                                          static_cast<unsigned int>(block.nodesPerElement));
@@ -169,14 +159,14 @@ std::vector<unsigned int> MeshImporter::readPolylength(const ExodusBlock& block)
     return {counts.begin(), counts.end()};
 }
 
-std::vector<unsigned int> MeshImporter::readConnectivity(const ExodusBlock& block) const {
+std::vector<unsigned int> ExodusMeshImporter::readConnectivity(const ExodusBlock& block) const {
     const auto nodes = file.connectivity(block);
     std::vector<unsigned int> indices;
     indices.reserve(nodes.size());
     for (const auto node : nodes) {
         if (node < 1 || node > file.counts().num_nodes)
-            throw Failure(file.path(), fmt::format("damaged: {} refers to node {} of {}", nameOf(block), node,
-                                                   file.counts().num_nodes));
+            throw Failure(file.path(), fmt::format("damaged: {} refers to node {} of {}", blockName(block),
+                                                   node, file.counts().num_nodes));
         indices.push_back(static_cast<unsigned int>(node - 1));
     }
     return indices;

@@ -1,8 +1,10 @@
 #include "ExodusResultImporter.h"
 
 #include "../../common/Terminal.h"
+#include "../model/ModeVariables.h"
 #include "../model/componentAttributes.h"
 #include "../model/makeStep.h"
+#include "../model/noteRenamed.h"
 
 #include <fmt/core.h>
 
@@ -22,41 +24,38 @@ void translate(std::vector<ResultDataset>& results, const std::vector<std::size_
 
 } // namespace
 
-ResultImporter::ResultImporter(const ExodusFile& input, const ImportedMesh& target, DatasetWriter output,
-                               FloatNarrowing& toFloat, Terminal& messages, ConversionSummary& results)
+ExodusResultImporter::ExodusResultImporter(const ExodusFile& input, const ExodusMesh& shapes,
+                                           ImportTarget& output)
     : file(input),
-      mesh(target),
-      writer(output),
-      narrowing(toFloat),
-      terminal(messages),
-      summary(results),
+      mesh(shapes),
+      target(output),
       nodeVariables(file.variableNames(EX_NODAL)),
       elementVariables(file.variableNames(EX_ELEM_BLOCK)),
       globalVariables(file.variableNames(EX_GLOBAL)) {}
 
-void ResultImporter::run() {
+void ExodusResultImporter::run() {
     planBatches();
     for (std::size_t step = 0; step < file.times().size(); ++step) {
-        terminal.progress("importing results",
-                          static_cast<double>(step) / static_cast<double>(file.times().size()));
+        target.terminal.progress("importing results",
+                                 static_cast<double>(step) / static_cast<double>(file.times().size()));
         addStep(step);
     }
-    terminal.clearProgress();
-    summary.steps = static_cast<std::int64_t>(file.times().size());
+    target.terminal.clearProgress();
+    target.summary.steps = static_cast<std::int64_t>(file.times().size());
 }
 
-void ResultImporter::planBatches() {
+void ExodusResultImporter::planBatches() {
     const auto plan = planNodes();
     const auto truthTable = file.elementTruthTable(elementVariables.size());
     for (const auto& part : mesh.parts)
         planElements(part, truthTable, plan);
     for (const auto& batch : batches)
-        tellRenamed(batch.results, summary);
-    leaveUnused(truthTable);
+        noteRenamed(batch.results, target.summary);
+    listUnused(truthTable);
 }
 
 // Names without numbers.
-void ResultImporter::leaveUnused(const std::vector<int>& truthTable) {
+void ExodusResultImporter::listUnused(const std::vector<int>& truthTable) {
     std::vector<std::string> unused;
     for (std::size_t variable = 0; variable < elementVariables.size(); ++variable) {
         bool isUsed = false;
@@ -65,14 +64,15 @@ void ResultImporter::leaveUnused(const std::vector<int>& truthTable) {
         if (!isUsed)
             unused.push_back(elementVariables[variable]);
     }
-    summary.leave("element variables that no block has", unused);
+    target.summary.addSkipped("element variables that no block has", unused);
     if (mesh.parts.empty() || file.times().empty())
-        summary.leave("nodal variables, since there are no element blocks or no steps", nodeVariables);
+        target.summary.addSkipped("nodal variables, since there are no element blocks or no steps",
+                                  nodeVariables);
     if (file.times().empty())
-        summary.leave("element variables, since there are no steps", elementVariables);
+        target.summary.addSkipped("element variables, since there are no steps", elementVariables);
 }
 
-ResultPlan ResultImporter::planNodes() {
+ResultPlan ExodusResultImporter::planNodes() {
     ResultPlan plan(file.dimension());
     if (mesh.parts.empty())
         return plan;
@@ -81,8 +81,8 @@ ResultPlan ResultImporter::planNodes() {
     return plan;
 }
 
-void ResultImporter::planElements(const ImportedPart& part, const std::vector<int>& truthTable,
-                                  ResultPlan plan) {
+void ExodusResultImporter::planElements(const ExodusPart& part, const std::vector<int>& truthTable,
+                                        ResultPlan plan) {
     std::vector<std::size_t> places;
     std::vector<std::string> names;
     for (std::size_t variable = 0; variable < elementVariables.size(); ++variable) {
@@ -97,7 +97,7 @@ void ResultImporter::planElements(const ImportedPart& part, const std::vector<in
                        DatasetWriter::Ids(1, part.geometry), std::move(results)});
 }
 
-void ResultImporter::addStep(std::size_t step) {
+void ExodusResultImporter::addStep(std::size_t step) {
     const auto label = describeStep(step);
     for (const auto& batch : batches) {
         for (const auto& result : batch.results)
@@ -105,7 +105,7 @@ void ResultImporter::addStep(std::size_t step) {
     }
 }
 
-Qel::Mox2::Step ResultImporter::describeStep(std::size_t step) const {
+Qel::Mox2::Step ExodusResultImporter::describeStep(std::size_t step) const {
     const auto variables = findModeVariables(globalVariables);
     if (!variables)
         return makeStep(step, file.times()[step], std::nullopt);
@@ -113,18 +113,18 @@ Qel::Mox2::Step ResultImporter::describeStep(std::size_t step) const {
     return makeStep(step, file.times()[step], Mode{values[variables->number], values[variables->frequency]});
 }
 
-void ResultImporter::addResult(const Batch& batch, const ResultDataset& result, std::size_t step,
-                               const Qel::Mox2::Step& label) {
+void ExodusResultImporter::addResult(const Batch& batch, const ResultDataset& result, std::size_t step,
+                                     const Qel::Mox2::Step& label) {
     RealTable table(static_cast<std::size_t>(batch.rows), result.width);
     for (std::size_t column = 0; column < result.variables.size(); ++column) {
         const auto values = file.values(batch.type, result.variables[column], batch.entity, step, batch.rows);
-        table.setColumn(column, values, narrowing);
+        table.setColumn(column, values, target.narrowing);
     }
-    writer.writeReals(result.name, result.type, table, batch.geometries, label,
-                      componentAttributes(result, variablesOf(batch.type)));
+    target.datasets.writeReals(result.name, result.type, table, batch.geometries, label,
+                               componentAttributes(result, variablesOf(batch.type)));
 }
 
-const std::vector<std::string>& ResultImporter::variablesOf(ex_entity_type type) const {
+const std::vector<std::string>& ExodusResultImporter::variablesOf(ex_entity_type type) const {
     return type == EX_NODAL ? nodeVariables : elementVariables;
 }
 

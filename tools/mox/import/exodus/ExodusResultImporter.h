@@ -1,13 +1,9 @@
 #pragma once
 
-#include "../../common/ConversionSummary.h"
 #include "../../exodus/ExodusFile.h"
-#include "../model/DatasetWriter.h"
-#include "../model/FloatNarrowing.h"
+#include "../model/ImportTarget.h"
 #include "../model/ResultPlan.h"
-#include "ExodusPart.h"
-
-#include <Qel/Mox2/Model.h>
+#include "ExodusMesh.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -16,15 +12,12 @@
 
 namespace MoxTool {
 
-class Terminal;
-
 /// Carries the results on nodes and elements into a model, step by step, with one result of one step in
 /// memory at a time.
-class ResultImporter {
+class ExodusResultImporter {
 public:
     /// All arguments must outlive the importer.
-    ResultImporter(const ExodusFile& file, const ImportedMesh& mesh, DatasetWriter writer,
-                   FloatNarrowing& narrowing, Terminal& terminal, ConversionSummary& summary);
+    ExodusResultImporter(const ExodusFile& input, const ExodusMesh& shapes, ImportTarget& output);
 
     /// To be called once.
     /// @throws Failure if the file is damaged; std::length_error for a result that is too large; what the
@@ -43,8 +36,8 @@ private:
 
     void planBatches();
     ResultPlan planNodes();
-    void planElements(const ImportedPart& part, const std::vector<int>& truthTable, ResultPlan plan);
-    void leaveUnused(const std::vector<int>& truthTable);
+    void planElements(const ExodusPart& part, const std::vector<int>& truthTable, ResultPlan plan);
+    void listUnused(const std::vector<int>& truthTable);
     Qel::Mox2::Step describeStep(std::size_t step) const;
     void addStep(std::size_t step);
     void addResult(const Batch& batch, const ResultDataset& result, std::size_t step,
@@ -52,11 +45,8 @@ private:
     const std::vector<std::string>& variablesOf(ex_entity_type type) const;
 
     const ExodusFile& file;
-    const ImportedMesh& mesh;
-    DatasetWriter writer;
-    FloatNarrowing& narrowing;
-    Terminal& terminal;
-    ConversionSummary& summary;
+    const ExodusMesh& mesh;
+    ImportTarget& target;
 
     std::vector<std::string> nodeVariables;
     std::vector<std::string> elementVariables;

@@ -1,20 +1,14 @@
 #pragma once
 
-#include "../../exodus/ExodusFile.h"
-
-#include <fmt/core.h>
+#include "../../exodus/ExodusBlock.h"
+#include "nameOrId.h"
 
 #include <string>
 
 namespace MoxTool {
 
-/// What to call a block or a set: its name, or its kind and id, such as "Block 76".
-inline std::string nameOrId(const std::string& name, const std::string& kind, std::int64_t id) {
-    return name.empty() ? fmt::format("{} {}", kind, id) : name;
-}
-
-/// @see nameOrId
-inline std::string nameOf(const ExodusBlock& block) {
+/// What to call a block: its name, or such as "Block 76".
+inline std::string blockName(const ExodusBlock& block) {
     return nameOrId(block.name, "Block", block.id);
 }
 

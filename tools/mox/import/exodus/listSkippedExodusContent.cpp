@@ -2,8 +2,9 @@
 
 #include "../../common/lowerCase.h"
 #include "../../exodus/NetcdfVariables.h"
-#include "../model/makeStep.h"
+#include "../model/ModeVariables.h"
 #include "blockName.h"
+#include "nameOrId.h"
 
 #include <fmt/core.h>
 
@@ -25,7 +26,7 @@ struct Entities {
     const char* kind; // in the plural
 };
 
-constexpr Entities LeftEntities[] = {
+constexpr Entities SkippedEntities[] = {
     {EX_NODE_SET, &ex_init_params::num_node_sets, "node sets"},
     {EX_SIDE_SET, &ex_init_params::num_side_sets, "side sets"},
     {EX_EDGE_SET, &ex_init_params::num_edge_sets, "edge sets"},
@@ -44,7 +45,7 @@ struct Variables {
     const char* kind;
 };
 
-constexpr Variables LeftVariables[] = {
+constexpr Variables SkippedVariables[] = {
     {EX_NODE_SET, "node set variables"},     {EX_SIDE_SET, "side set variables"},
     {EX_EDGE_SET, "edge set variables"},     {EX_FACE_SET, "face set variables"},
     {EX_ELEM_SET, "element set variables"},  {EX_EDGE_BLOCK, "edge block variables"},
@@ -56,50 +57,50 @@ struct Records {
     const char* kind;
 };
 
-constexpr Records LeftRecords[] = {
+constexpr Records SkippedRecords[] = {
     {EX_INQ_INFO, "information records"},
     {EX_INQ_COORD_FRAMES, "coordinate frames"},
 };
 
-void leaveEntities(const ExodusFile& file, ConversionSummary& summary) {
-    for (const auto& entities : LeftEntities) {
+void listEntities(const ExodusFile& file, ConversionSummary& summary) {
+    for (const auto& entities : SkippedEntities) {
         const auto count = file.counts().*entities.count;
         const auto ids = file.ids(entities.type, count);
         auto names = file.names(entities.type, count);
         for (std::size_t i = 0; i < names.size(); ++i)
             names[i] = nameOrId(names[i], "id", ids[i]);
-        summary.leave(entities.kind, names);
+        summary.addSkipped(entities.kind, names);
     }
 }
 
 // Those that became attributes of the steps are taken.
-void leaveGlobalVariables(const ExodusFile& file, ConversionSummary& summary) {
+void listGlobalVariables(const ExodusFile& file, ConversionSummary& summary) {
     const auto names = file.variableNames(EX_GLOBAL);
     const auto mode = findModeVariables(names);
-    Names left;
+    Names skipped;
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (!mode || (i != mode->number && i != mode->frequency))
-            left.push_back(names[i]);
+            skipped.push_back(names[i]);
     }
-    summary.leave("global variables", left);
+    summary.addSkipped("global variables", skipped);
 }
 
-void leaveVariables(const ExodusFile& file, ConversionSummary& summary) {
-    leaveGlobalVariables(file, summary);
-    for (const auto& variables : LeftVariables)
-        summary.leave(variables.kind, file.variableNames(variables.type));
+void listVariables(const ExodusFile& file, ConversionSummary& summary) {
+    listGlobalVariables(file, summary);
+    for (const auto& variables : SkippedVariables)
+        summary.addSkipped(variables.kind, file.variableNames(variables.type));
 }
 
-void leaveElementAttributes(const ExodusFile& file, ConversionSummary& summary) {
-    Names left;
+void listElementAttributes(const ExodusFile& file, ConversionSummary& summary) {
+    Names skipped;
     for (const auto& block : file.blocks()) {
         for (const auto& attribute : file.attributeNames(block))
-            left.push_back(fmt::format("{} of {}", attribute, nameOf(block)));
+            skipped.push_back(fmt::format("{} of {}", attribute, blockName(block)));
     }
-    summary.leave("element attributes", left);
+    summary.addSkipped("element attributes", skipped);
 }
 
-void leaveCoordinateNames(const ExodusFile& file, ConversionSummary& summary) {
+void listCoordinateNames(const ExodusFile& file, ConversionSummary& summary) {
     const Names usual = {"x", "y", "z"};
     const auto names = file.coordinateNames();
     const bool areUsual =
@@ -107,7 +108,7 @@ void leaveCoordinateNames(const ExodusFile& file, ConversionSummary& summary) {
             return name.empty() || lowerCase(name) == axis;
         });
     if (!areUsual)
-        summary.leave("names of coordinates", names);
+        summary.addSkipped("names of coordinates", names);
 }
 
 // Names in a netCDF file.
@@ -131,24 +132,24 @@ struct Patterns {
 };
 
 // What the Exodus library has no functions for, told by the names of netCDF variables and attributes.
-class NetcdfRest {
+class SkippedNetcdfContent {
 public:
-    explicit NetcdfRest(const ExodusFile& input) : file(input), netcdf(input.handle()) {}
+    explicit SkippedNetcdfContent(const ExodusFile& input) : file(input), netcdf(input.handle()) {}
 
-    void leave(ConversionSummary& summary) {
+    void addTo(ConversionSummary& summary) {
         for (const auto& variable : netcdf.all())
             sort(variable);
         for (const auto& attribute : netcdf.fileAttributes()) {
             if (!std::regex_match(attribute, patterns.knownFileAttributes))
                 fileAttributes.push_back(attribute);
         }
-        summary.leave("assemblies", assemblies);
-        summary.leave("blobs", blobs);
-        summary.leave("properties", properties);
-        summary.leave("variables with one value for a whole assembly, block or set", reduced);
-        summary.leave("attributes of assemblies, blocks or sets", attributes);
-        summary.leave("attributes of the file", fileAttributes);
-        summary.leave("other netCDF variables", others);
+        summary.addSkipped("assemblies", assemblies);
+        summary.addSkipped("blobs", blobs);
+        summary.addSkipped("properties", properties);
+        summary.addSkipped("variables with one value for a whole assembly, block or set", reduced);
+        summary.addSkipped("attributes of assemblies, blocks or sets", attributes);
+        summary.addSkipped("attributes of the file", fileAttributes);
+        summary.addSkipped("other netCDF variables", others);
     }
 
 private:
@@ -182,7 +183,7 @@ private:
         if (!std::regex_match(variable.name, match, patterns.blockConnectivity))
             return variable.name;
         const auto number = std::stoul(match[1]);
-        return number >= 1 && number <= file.blocks().size() ? nameOf(file.blocks()[number - 1])
+        return number >= 1 && number <= file.blocks().size() ? blockName(file.blocks()[number - 1])
                                                              : variable.name;
     }
 
@@ -204,14 +205,14 @@ private:
 
 } // namespace
 
-void leaveTheRest(const ExodusFile& file, ConversionSummary& summary) {
-    leaveEntities(file, summary);
-    leaveVariables(file, summary);
-    leaveElementAttributes(file, summary);
-    leaveCoordinateNames(file, summary);
-    for (const auto& records : LeftRecords)
-        summary.leave(records.kind, file.inquire(records.count));
-    NetcdfRest(file).leave(summary);
+void listSkippedExodusContent(const ExodusFile& file, ConversionSummary& summary) {
+    listEntities(file, summary);
+    listVariables(file, summary);
+    listElementAttributes(file, summary);
+    listCoordinateNames(file, summary);
+    for (const auto& records : SkippedRecords)
+        summary.addSkipped(records.kind, file.inquire(records.count));
+    SkippedNetcdfContent(file).addTo(summary);
 }
 
 } // namespace MoxTool

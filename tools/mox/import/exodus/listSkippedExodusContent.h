@@ -9,6 +9,6 @@ namespace MoxTool {
 /// element attributes, global and set variables, assemblies, records, and whatever else stands in the file.
 ///
 /// @throws Failure if the file is damaged.
-void leaveTheRest(const ExodusFile& file, ConversionSummary& summary);
+void listSkippedExodusContent(const ExodusFile& file, ConversionSummary& summary);
 
 } // namespace MoxTool

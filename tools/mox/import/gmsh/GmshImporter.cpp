@@ -5,8 +5,6 @@
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
 #include "../../mesh/NodeOrder.h"
-#include "../model/ImportLimits.h"
-#include "../model/checkNodeCount.h"
 #include "../model/setNumber.h"
 #include "GmshResultImporter.h"
 
@@ -57,33 +55,22 @@ GmshNodes sortedByTag(const GmshNodes& nodes) {
 
 } // namespace
 
-GmshImporter::GmshImporter(std::string filePath, const GmshModel& input, Qel::Mox2::Model& target,
-                           Terminal& messages, ConversionSummary& results)
-    : path(std::move(filePath)),
-      source(input),
-      model(target),
-      terminal(messages),
-      summary(results),
-      writer(target, results),
-      shapes(target, results) {}
-
 void GmshImporter::run() {
     nodes = sortedByTag(source.nodes());
-    checkNodeCount(nodes.tags.size(), path);
+    target.limits.checkNodeCount(nodes.tags.size());
     nodeIndex.emplace(nodes.tags);
     addRoot();
     const auto groups = groupEntities();
     for (std::size_t place = 0; place < groups.size(); ++place) {
-        terminal.progress("importing elements",
-                          static_cast<double>(place) / static_cast<double>(groups.size()));
+        target.terminal.progress("importing elements",
+                                 static_cast<double>(place) / static_cast<double>(groups.size()));
         addGroup(groups[place]);
     }
     if (parts.empty())
         throw Failure(path, "has no elements");
     addNodes();
-    GmshResultImporter(source, *nodeIndex, nodes.tags.size(), parts, writer, narrowing, terminal, summary)
-        .run();
-    leaveTheRest();
+    GmshResultImporter(source, *nodeIndex, nodes.tags.size(), parts, target).run();
+    listSkipped();
 }
 
 void GmshImporter::addRoot() {
@@ -92,7 +79,7 @@ void GmshImporter::addRoot() {
     attributes.set(AttributeNames::SourceFile, file.filename().string());
     attributes.set("Gmsh File Version", source.version());
     setNumber(attributes, AttributeNames::Nodes, static_cast<std::int64_t>(nodes.tags.size()));
-    model.addNode(Qel::Mox2::NodeType::RootGroup, file.stem().string(), attributes);
+    target.model.addNode(Qel::Mox2::NodeType::RootGroup, file.stem().string(), attributes);
 }
 
 std::vector<GmshImporter::EntityGroup> GmshImporter::groupEntities() const {
@@ -139,8 +126,8 @@ void GmshImporter::addGroup(const EntityGroup& group) {
         setNumber(table.attributes, "Gmsh Element Type", type);
         setNumber(table.attributes, AttributeNames::Elements, static_cast<std::int64_t>(table.ids.size()));
         setNumber(table.attributes, AttributeNames::NodesPerElement, table.polylength.front());
-        const auto geometry = shapes.addShape(1, name, parts.size());
-        shapes.addElements(geometry, table);
+        const auto geometry = target.shapes.addShape(1, name, parts.size());
+        target.shapes.addElements(geometry, table);
         parts.push_back({geometry, table.ids.size(), TagIndex(elements.tags)});
     }
 }
@@ -149,17 +136,17 @@ std::map<int, GmshImporter::Collected> GmshImporter::collect(const EntityGroup& 
     std::map<int, Collected> collected;
     for (const auto& entity : group.entities) {
         for (const auto& elements : source.elements(entity)) {
-            auto& target = collected[elements.type];
-            target.typeName = elements.typeName;
-            target.table.dimension = entity.dimension;
-            append(elements, target);
+            auto& ofType = collected[elements.type];
+            ofType.typeName = elements.typeName;
+            ofType.table.dimension = entity.dimension;
+            append(elements, ofType);
         }
     }
     return collected;
 }
 
-void GmshImporter::append(const GmshElements& elements, Collected& target) const {
-    auto& table = target.table;
+void GmshImporter::append(const GmshElements& elements, Collected& collected) const {
+    auto& table = collected.table;
     for (const auto tag : elements.nodeTags) {
         const auto place = nodeIndex->find(tag);
         if (!place)
@@ -167,11 +154,11 @@ void GmshImporter::append(const GmshElements& elements, Collected& target) const
                           fmt::format("damaged: an element refers to node {}, which is not there", tag));
         table.connectivity.push_back(static_cast<unsigned int>(*place));
     }
-    const auto ids = narrowIds(elements.tags, path);
+    const auto ids = target.limits.narrowIds(elements.tags);
     table.ids.insert(table.ids.end(), ids.begin(), ids.end());
     table.polylength.insert(table.polylength.end(), ids.size(),
                             static_cast<unsigned int>(elements.nodesPerElement));
-    target.tags.insert(target.tags.end(), elements.tags.begin(), elements.tags.end());
+    collected.tags.insert(collected.tags.end(), elements.tags.begin(), elements.tags.end());
 }
 
 std::string GmshImporter::uniqueName(const std::string& label, const std::string& typeName, bool hasOneType) {
@@ -190,29 +177,27 @@ void GmshImporter::addNodes() {
     for (std::size_t axis = 0; axis < 3; ++axis) {
         for (std::size_t row = 0; row < column.size(); ++row)
             column[row] = nodes.coordinates[3 * row + axis];
-        table.setColumn(axis, column, narrowing);
+        table.setColumn(axis, column, target.narrowing);
     }
     std::vector<unsigned int> geometries;
     for (const auto& part : parts)
         geometries.push_back(part.geometry);
-    writer.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});
-    writer.writeIntegers(DatasetType::NodeIds, narrowIds(nodes.tags, path), geometries);
-    summary.nodes = static_cast<std::int64_t>(nodes.tags.size());
+    target.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});
+    target.datasets.writeIntegers(DatasetType::NodeIds, target.limits.narrowIds(nodes.tags), geometries);
+    target.summary.nodes = static_cast<std::int64_t>(nodes.tags.size());
 }
 
-void GmshImporter::leaveTheRest() {
+void GmshImporter::listSkipped() {
     const auto inFile = source.nodesInFile();
     if (inFile > nodes.tags.size())
-        summary.leave("nodes that belong to no element",
-                      static_cast<std::int64_t>(inFile - nodes.tags.size()));
+        target.summary.addSkipped("nodes that belong to no element",
+                                  static_cast<std::int64_t>(inFile - nodes.tags.size()));
     std::vector<std::string> otherSections;
     for (const auto& section : source.sections()) {
         if (!KnownSections.contains(section))
             otherSections.push_back(section);
     }
-    summary.leave("sections of the file", otherSections);
-    for (const auto& sentence : narrowing.report())
-        summary.tell(sentence);
+    target.summary.addSkipped("sections of the file", otherSections);
 }
 
 } // namespace MoxTool

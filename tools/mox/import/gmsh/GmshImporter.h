@@ -1,34 +1,28 @@
 #pragma once
 
-#include "../../common/ConversionSummary.h"
-#include "../model/DatasetWriter.h"
-#include "../model/FloatNarrowing.h"
-#include "../model/ShapeWriter.h"
+#include "../model/ImportTarget.h"
 #include "GmshModel.h"
 #include "GmshPart.h"
 #include "TagIndex.h"
-
-#include <Qel/Mox2/Model.h>
 
 #include <cstddef>
 #include <map>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace MoxTool {
-
-class Terminal;
 
 /// Carries a Gmsh model into a model: a root group, and a shape for each set of entities that belong to the
 /// same physical groups (or for an entity that is in none) and for each type of elements.
 class GmshImporter {
 public:
     /// @param filePath Of the Gmsh file.
-    /// @param model Open and without a node. All arguments must outlive the importer.
-    GmshImporter(std::string filePath, const GmshModel& source, Qel::Mox2::Model& model, Terminal& terminal,
-                 ConversionSummary& results);
+    /// @param input, output Must outlive the importer.
+    GmshImporter(std::string filePath, const GmshModel& input, ImportTarget& output)
+        : path(std::move(filePath)), source(input), target(output) {}
 
     /// To be called once.
     /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.
@@ -53,19 +47,14 @@ private:
     std::string labelOf(const GmshEntity& entity) const;
     void addGroup(const EntityGroup& group);
     std::map<int, Collected> collect(const EntityGroup& group) const;
-    void append(const GmshElements& elements, Collected& target) const;
+    void append(const GmshElements& elements, Collected& collected) const;
     std::string uniqueName(const std::string& label, const std::string& typeName, bool hasOneType);
     void addNodes();
-    void leaveTheRest();
+    void listSkipped();
 
     std::string path;
     const GmshModel& source;
-    Qel::Mox2::Model& model;
-    Terminal& terminal;
-    ConversionSummary& summary;
-    DatasetWriter writer;
-    ShapeWriter shapes;
-    FloatNarrowing narrowing;
+    ImportTarget& target;
     GmshNodes nodes; // by ascending tag
     std::optional<TagIndex> nodeIndex;
     std::vector<GmshPart> parts;

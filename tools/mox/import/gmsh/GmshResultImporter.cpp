@@ -3,6 +3,7 @@
 #include "../../common/Terminal.h"
 #include "../model/componentAttributes.h"
 #include "../model/makeStep.h"
+#include "../model/noteRenamed.h"
 
 #include <fmt/core.h>
 
@@ -49,30 +50,26 @@ std::string variableName(const std::string& view, std::size_t components, std::s
 } // namespace
 
 GmshResultImporter::GmshResultImporter(const GmshModel& input, const TagIndex& nodePlaces,
-                                       std::size_t countOfNodes, const std::vector<GmshPart>& targets,
-                                       DatasetWriter output, FloatNarrowing& toFloat, Terminal& messages,
-                                       ConversionSummary& results)
+                                       std::size_t countOfNodes, const std::vector<GmshPart>& shapes,
+                                       ImportTarget& output)
     : source(input),
       nodes(nodePlaces),
       nodeCount(countOfNodes),
-      parts(targets),
-      writer(output),
-      narrowing(toFloat),
-      terminal(messages),
-      summary(results),
+      parts(shapes),
+      target(output),
       views(input.views()) {}
 
 void GmshResultImporter::run() {
     std::size_t number = 0;
     const auto steps = findSteps();
     for (const auto& [key, stepViews] : steps) {
-        terminal.progress("importing results",
-                          static_cast<double>(number) / static_cast<double>(steps.size()));
+        target.terminal.progress("importing results",
+                                 static_cast<double>(number) / static_cast<double>(steps.size()));
         addStep(stepViews, key.first, makeStep(number, key.second, std::nullopt));
         ++number;
     }
-    terminal.clearProgress();
-    summary.steps = static_cast<std::int64_t>(steps.size());
+    target.terminal.clearProgress();
+    target.summary.steps = static_cast<std::int64_t>(steps.size());
 }
 
 std::map<GmshResultImporter::StepKey, std::vector<const GmshView*>> GmshResultImporter::findSteps() {
@@ -89,7 +86,7 @@ std::map<GmshResultImporter::StepKey, std::vector<const GmshView*>> GmshResultIm
                 others.insert(view.name);
         }
     }
-    summary.leave("views on the nodes of elements", {others.begin(), others.end()});
+    target.summary.addSkipped("views on the nodes of elements", {others.begin(), others.end()});
     return steps;
 }
 
@@ -109,8 +106,8 @@ void GmshResultImporter::addStep(const std::vector<const GmshView*>& stepViews, 
     const auto elementResults = plan.elementResults(onElements.names);
     for (const auto& result : elementResults)
         addOnElements(result, onElements, step);
-    tellRenamed(nodeResults, summary);
-    tellRenamed(elementResults, summary);
+    noteRenamed(nodeResults, target.summary);
+    noteRenamed(elementResults, target.summary);
 }
 
 void GmshResultImporter::addVariables(const std::string& name, const GmshViewStep& data,
@@ -129,15 +126,15 @@ void GmshResultImporter::addOnNodes(const ResultDataset& result, const Variables
     RealTable table(nodeCount, result.width);
     for (std::size_t place = 0; place < result.variables.size(); ++place) {
         const auto [values, found] = column(variables.all[result.variables[place]], nodes, nodeCount);
-        table.setColumn(place, values, narrowing);
+        table.setColumn(place, values, target.narrowing);
         if (found < nodeCount)
-            tellGaps(result);
+            noteGaps(result);
     }
     std::vector<unsigned int> geometries;
     for (const auto& part : parts)
         geometries.push_back(part.geometry);
-    writer.writeReals(result.name, result.type, table, geometries, step,
-                      componentAttributes(result, variables.names));
+    target.datasets.writeReals(result.name, result.type, table, geometries, step,
+                               componentAttributes(result, variables.names));
 }
 
 void GmshResultImporter::addOnElements(const ResultDataset& result, const Variables& variables,
@@ -149,16 +146,16 @@ void GmshResultImporter::addOnElements(const ResultDataset& result, const Variab
         for (std::size_t place = 0; place < result.variables.size(); ++place) {
             const auto [values, found] =
                 column(variables.all[result.variables[place]], part.elements, part.elementCount);
-            table.setColumn(place, values, narrowing);
+            table.setColumn(place, values, target.narrowing);
             most = std::max(most, found);
             least = std::min(least, found);
         }
         if (most == 0)
             continue;
         if (least < part.elementCount)
-            tellGaps(result);
-        writer.writeReals(result.name, result.type, table, DatasetWriter::Ids(1, part.geometry), step,
-                          componentAttributes(result, variables.names));
+            noteGaps(result);
+        target.datasets.writeReals(result.name, result.type, table, DatasetWriter::Ids(1, part.geometry),
+                                   step, componentAttributes(result, variables.names));
     }
 }
 
@@ -177,9 +174,9 @@ GmshResultImporter::column(const Variable& variable, const TagIndex& index, std:
     return {values, found};
 }
 
-void GmshResultImporter::tellGaps(const ResultDataset& result) {
-    summary.tell(fmt::format("\"{}\" has no value on some nodes or elements; they are not-a-number there",
-                             result.name));
+void GmshResultImporter::noteGaps(const ResultDataset& result) {
+    target.summary.addNote(fmt::format(
+        "\"{}\" has no value on some nodes or elements; they are not-a-number there", result.name));
 }
 
 } // namespace MoxTool

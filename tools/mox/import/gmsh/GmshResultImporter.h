@@ -1,8 +1,6 @@
 #pragma once
 
-#include "../../common/ConversionSummary.h"
-#include "../model/DatasetWriter.h"
-#include "../model/FloatNarrowing.h"
+#include "../model/ImportTarget.h"
 #include "../model/ResultPlan.h"
 #include "GmshModel.h"
 #include "GmshPart.h"
@@ -16,8 +14,6 @@
 
 namespace MoxTool {
 
-class Terminal;
-
 /// Carries the views of a Gmsh model on nodes and elements into a model, step by step.
 ///
 /// A view of three components counts as variables with _x, _y, _z behind its name, one of nine with _xx to
@@ -27,8 +23,7 @@ class GmshResultImporter {
 public:
     /// @param parts All shapes. All arguments must outlive the importer.
     GmshResultImporter(const GmshModel& source, const TagIndex& nodes, std::size_t nodeCount,
-                       const std::vector<GmshPart>& parts, DatasetWriter writer, FloatNarrowing& narrowing,
-                       Terminal& terminal, ConversionSummary& summary);
+                       const std::vector<GmshPart>& parts, ImportTarget& target);
 
     /// To be called once.
     /// @throws Failure if Gmsh fails; what the model throws.
@@ -57,16 +52,13 @@ private:
     // The values at the places that an index finds, not-a-number elsewhere; and how many were found.
     static std::pair<std::vector<double>, std::size_t> column(const Variable& variable, const TagIndex& index,
                                                               std::size_t count);
-    void tellGaps(const ResultDataset& result);
+    void noteGaps(const ResultDataset& result);
 
     const GmshModel& source;
     const TagIndex& nodes;
     std::size_t nodeCount;
     const std::vector<GmshPart>& parts;
-    DatasetWriter writer;
-    FloatNarrowing& narrowing;
-    Terminal& terminal;
-    ConversionSummary& summary;
+    ImportTarget& target;
     std::vector<GmshView> views;
 };
 

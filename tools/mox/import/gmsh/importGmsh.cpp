@@ -8,9 +8,8 @@ namespace MoxTool {
 
 ConversionSummary importGmsh(const ImportRequest& request, Terminal& terminal) {
     const auto input = loadGmshModel(request.input);
-    return saveImported(request, terminal, [&](Qel::Mox2::Model& model, ConversionSummary& summary) {
-        GmshImporter(request.input, *input, model, terminal, summary).run();
-    });
+    return saveImported(request, terminal,
+                        [&](ImportTarget& target) { GmshImporter(request.input, *input, target).run(); });
 }
 
 } // namespace MoxTool

@@ -1,35 +1,14 @@
 #pragma once
 
 #include "../../common/ConversionSummary.h"
-#include "FloatNarrowing.h"
+#include "RealTable.h"
 
 #include <Qel/Mox2/Model.h>
 
-#include <cstddef>
-#include <span>
 #include <string>
 #include <vector>
 
 namespace MoxTool {
-
-/// A table of floats that is filled column by column from doubles.
-class RealTable {
-public:
-    /// All zeros.
-    RealTable(std::size_t rows, std::size_t columns) : width(columns), cells(rows * columns) {}
-
-    /// @param values One for each row.
-    void setColumn(std::size_t column, std::span<const double> values, FloatNarrowing& narrowing);
-
-    std::size_t columns() const { return width; }
-    std::size_t rows() const { return cells.size() / width; }
-    /// Row by row.
-    const std::vector<float>& numbers() const { return cells; }
-
-private:
-    std::size_t width;
-    std::vector<float> cells;
-};
 
 /// Adds datasets to a model and counts them; refuses what the file format would cut off in silence.
 class DatasetWriter {

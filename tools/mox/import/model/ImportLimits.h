@@ -4,6 +4,7 @@
 
 #include <fmt/core.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -12,20 +13,37 @@
 
 namespace MoxTool {
 
-/// Ids of nodes or elements as a model keeps them.
-/// @param path Of the file that they come from, for the message.
-/// @throws Failure for an id that does not fit into 32 bits without sign.
-template <typename Ids>
-std::vector<unsigned int> narrowIds(const Ids& ids, const std::string& path) {
-    constexpr auto Most = std::numeric_limits<unsigned int>::max();
-    std::vector<unsigned int> narrow;
-    narrow.reserve(ids.size());
-    for (const auto id : ids) {
-        if (!std::in_range<unsigned int>(id))
-            throw Failure(path, fmt::format("has the id {}, but a model keeps ids from 0 to {}", id, Most));
-        narrow.push_back(static_cast<unsigned int>(id));
+/// Refuses what a file of another format can have and a model can't hold.
+class ImportLimits {
+public:
+    /// @param inputPath Of the file that is imported, for messages.
+    explicit ImportLimits(std::string inputPath) : path(std::move(inputPath)) {}
+
+    /// @throws Failure if there are more nodes than a model can have.
+    void checkNodeCount(std::uint64_t count) const;
+
+    /// Ids of nodes or elements as a model keeps them.
+    /// @throws Failure for an id that does not fit into 32 bits without sign.
+    template <typename Ids>
+    std::vector<unsigned int> narrowIds(const Ids& ids) const {
+        constexpr auto Most = std::numeric_limits<unsigned int>::max();
+        std::vector<unsigned int> narrow;
+        narrow.reserve(ids.size());
+        for (const auto id : ids) {
+            if (!std::in_range<unsigned int>(id))
+                throw Failure(path,
+                              fmt::format("has the id {}, but a model keeps ids from 0 to {}", id, Most));
+            narrow.push_back(static_cast<unsigned int>(id));
+        }
+        return narrow;
     }
-    return narrow;
-}
+
+    /// @param name What the message calls the dataset.
+    /// @throws std::length_error for a dataset of 4 GiB or more.
+    static void checkDatasetSize(std::size_t values, const std::string& name);
+
+private:
+    std::string path;
+};
 
 } // namespace MoxTool

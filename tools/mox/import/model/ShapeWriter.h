@@ -2,23 +2,14 @@
 
 #include "../../common/ConversionSummary.h"
 #include "DatasetWriter.h"
+#include "ElementTable.h"
 
 #include <Qel/Mox2/Model.h>
 
 #include <cstddef>
 #include <string>
-#include <vector>
 
 namespace MoxTool {
-
-/// Elements of one dimension, as a model keeps them.
-struct ElementTable {
-    int dimension = 0;                      ///< From 0, for single nodes, to 3.
-    std::vector<unsigned int> connectivity; ///< Places of nodes, from 0, element by element.
-    std::vector<unsigned int> polylength;   ///< The number of nodes of each element.
-    std::vector<unsigned int> ids;          ///< One for each element.
-    Qel::Mox2::Attributes attributes;       ///< Kept at the connectivity.
-};
 
 /// Adds shapes and their elements to a model, and counts them.
 class ShapeWriter {

@@ -2,17 +2,7 @@
 
 #include "../../mesh/AttributeNames.h"
 
-#include <fmt/core.h>
-
 namespace MoxTool {
-
-void tellRenamed(const std::vector<ResultDataset>& results, ConversionSummary& summary) {
-    for (const auto& result : results) {
-        if (result.name != result.wantedName)
-            summary.tell(fmt::format("\"{}\" is named \"{}\", since another dataset has its name",
-                                     result.wantedName, result.name));
-    }
-}
 
 Qel::Mox2::Attributes componentAttributes(const ResultDataset& result,
                                           const std::vector<std::string>& names) {

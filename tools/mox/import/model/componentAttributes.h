@@ -1,7 +1,6 @@
 #pragma once
 
-#include "../../common/ConversionSummary.h"
-#include "ResultPlan.h"
+#include "ResultDataset.h"
 
 #include <Qel/Mox2/Attributes.h>
 
@@ -9,9 +8,6 @@
 #include <vector>
 
 namespace MoxTool {
-
-/// Tells which results could not keep their names.
-void tellRenamed(const std::vector<ResultDataset>& results, ConversionSummary& summary);
 
 /// "Component 1", "Component 2" and so on: the file's names of the variables that a dataset is made of. Empty
 /// where the dataset has the name of its one variable.

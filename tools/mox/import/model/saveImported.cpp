@@ -41,11 +41,19 @@ void closeOrAbandon(std::unique_ptr<Qel::Mox2::Model>& model) noexcept {
     }
 }
 
-void save(const std::string& path, const ModelFiller& fill, ConversionSummary& summary) {
+void fillTarget(ImportTarget& target, const ModelFiller& fill) {
+    fill(target);
+    for (const auto& sentence : target.narrowing.report())
+        target.summary.addNote(sentence);
+}
+
+void save(const std::string& path, const std::string& input, const ModelFiller& fill, Terminal& terminal,
+          ConversionSummary& summary) {
     auto model = std::make_unique<Qel::Mox2::Model>();
     try {
         model->saveTo(path, saverOptions());
-        fill(*model, summary);
+        ImportTarget target(input, *model, terminal, summary);
+        fillTarget(target, fill);
         model->close();
     } catch (...) {
         closeOrAbandon(model);
@@ -74,7 +82,7 @@ ConversionSummary saveImported(const ImportRequest& request, Terminal& terminal,
     ConversionSummary summary(request.output);
     try {
         const auto path = output.temporaryPath().string();
-        save(path, fill, summary);
+        save(path, request.input, fill, terminal, summary);
         if (request.check)
             refuseErrors(path, request.output, terminal);
         checkSavedFile(path);

@@ -45,8 +45,8 @@ protected:
     std::string saveDamaged(bool check) {
         try {
             saveImported({"model.e", folder.path("out.mox"), false, check}, messages.terminal(),
-                         [this](Qel::Mox2::Model& model, MoxTool::ConversionSummary&) {
-                             fill(model);
+                         [this](MoxTool::ImportTarget& target) {
+                             fill(target.model);
                              damageNumbers();
                          });
         } catch (const MoxTool::Failure& failure) {
