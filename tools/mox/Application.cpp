@@ -1,7 +1,10 @@
 #include "Application.h"
 
 #include "Commands.h"
+#include "common/CommandLine.h"
+#include "common/UsageError.h"
 
+#include <CLI/CLI.hpp>
 #include <fmt/core.h>
 
 #include <algorithm>
@@ -14,20 +17,6 @@
 namespace MoxTool {
 
 namespace {
-
-constexpr const char* Examples = R"(Examples:
-  mox import bracket.e bracket.mox     convert an Exodus II results file
-  mox info bracket.mox                 what is in it, and whether it is whole
-  mox tree bracket.mox                 its assembly and its datasets
-  mox stat bracket.mox                 where its bytes go
-  mox dump --no-date bracket.mox       all of it as JSON
-  mox check bracket.mox                every damage of it, rule by rule
-  mox diff before.mox after.mox        what differs between two files
-  mox extract bracket.mox --all out    its numbers as CSV, or for NumPy
-  mox export bracket.mox bracket.pvd   for ParaView, or back to Exodus II
-  mox salvage crashed.mox saved        what is left of a file that was never closed
-  mox info --help                      options of one command
-  mox --version)";
 
 constexpr const char* OutputLost = "stdout: the data can't be written; is the disk full?";
 
@@ -44,20 +33,38 @@ bool isOutputLost() {
     return std::fflush(stdout) != 0 || std::ferror(stdout) != 0 || !std::cout.good();
 }
 
+std::string exampleLine(const Command::Example& example) {
+    return fmt::format("  {:<37}{}\n", example.line, example.purpose);
+}
+
+std::string examplesOf(const std::vector<std::unique_ptr<Command>>& commands) {
+    std::string lines = "Examples:\n";
+    for (const auto& command : commands) {
+        if (const auto example = command->example())
+            lines += exampleLine(*example);
+    }
+    return lines + exampleLine({"mox info --help", "options of one command"}) + "  mox --version";
+}
+
 } // namespace
 
 Application::Application(Terminal& messages)
-    : terminal(messages), app("Works on MOX model files", "mox"), commands(makeCommands()) {
-    app.set_version_flag("--version", "mox " MOX_VERSION);
-    app.footer(Examples);
-    app.require_subcommand(0, 1);
-    addCommonOptions(app);
+    : terminal(messages),
+      app(std::make_unique<CLI::App>("Works on MOX model files", "mox")),
+      commands(makeCommands()) {
+    app->set_version_flag("--version", "mox " MOX_VERSION);
+    app->footer(examplesOf(commands));
+    app->require_subcommand(0, 1);
+    addCommonOptions(*app);
     for (const auto& command : commands) {
-        auto& level = *app.add_subcommand(command->name(), command->summary());
-        command->addOptions(level);
+        auto& level = *app->add_subcommand(command->name(), command->summary());
+        CommandLine line(level);
+        command->addOptions(line);
         addCommonOptions(level);
     }
 }
+
+Application::~Application() = default;
 
 // At each level, so that they may stand on either side of the subcommand and each help shows them.
 void Application::addCommonOptions(CLI::App& level) {
@@ -72,12 +79,14 @@ void Application::addCommonOptions(CLI::App& level) {
 
 int Application::run(int argc, const char* const* argv) {
     try {
-        app.parse(argc, argv);
+        app->parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return reportUsage(error);
+        return reportParseError(error);
+    } catch (const UsageError& error) {
+        return reportUsage(error.what());
     }
-    if (app.get_subcommands().empty()) {
-        std::cout << app.help();
+    if (app->get_subcommands().empty()) {
+        std::cout << app->help();
         return Success;
     }
     return runCommand(selectedCommand());
@@ -85,7 +94,7 @@ int Application::run(int argc, const char* const* argv) {
 
 Command& Application::selectedCommand() const {
     return **std::ranges::find_if(
-        commands, [this](const auto& command) { return app.got_subcommand(command->name()); });
+        commands, [this](const auto& command) { return app->got_subcommand(command->name()); });
 }
 
 int Application::runCommand(Command& command) {
@@ -104,11 +113,15 @@ int Application::runCommand(Command& command) {
 }
 
 // Requests for help and version come as exceptions too, with exit code 0.
-int Application::reportUsage(const CLI::ParseError& error) {
+int Application::reportParseError(const CLI::ParseError& error) {
     if (error.get_exit_code() == 0)
-        return app.exit(error, std::cout, std::cerr);
-    const auto caller = calledAs(app);
-    terminal.error(fmt::format("{}: {} (see {} --help)", caller, error.what(), caller));
+        return app->exit(error, std::cout, std::cerr);
+    return reportUsage(error.what());
+}
+
+int Application::reportUsage(std::string_view reason) {
+    const auto caller = calledAs(*app);
+    terminal.error(fmt::format("{}: {} (see {} --help)", caller, reason, caller));
     return WrongUsage;
 }
 

@@ -1,13 +1,16 @@
 #pragma once
 
-#include "Command.h"
-#include "Terminal.h"
-
-#include <CLI/CLI.hpp>
+#include "common/Command.h"
+#include "common/Terminal.h"
 
 #include <memory>
 #include <string_view>
 #include <vector>
+
+namespace CLI {
+class App;
+class ParseError;
+} // namespace CLI
 
 namespace MoxTool {
 
@@ -18,6 +21,9 @@ public:
 
     /// @param messages Where messages go; must outlive the application.
     explicit Application(Terminal& messages);
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+    ~Application();
 
     /// Help and version go to stdout, one line for each failure to the terminal. Without a subcommand it
     /// shows the help. Never throws.
@@ -28,11 +34,12 @@ private:
     void addCommonOptions(CLI::App& level);
     Command& selectedCommand() const;
     int runCommand(Command& command);
-    int reportUsage(const CLI::ParseError& error);
+    int reportParseError(const CLI::ParseError& error);
+    int reportUsage(std::string_view reason);
     int reportFailure(const Command& command, std::string_view reason);
 
     Terminal& terminal;
-    CLI::App app;
+    std::unique_ptr<CLI::App> app;
     std::vector<std::unique_ptr<Command>> commands;
     bool noColor = false;
     bool showProgress = false;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Command.h"
+#include "common/Command.h"
 
 #include <memory>
 #include <vector>

@@ -1,7 +1,7 @@
 #include "Application.h"
-#include "Platform.h"
-#include "Terminal.h"
+#include "common/Platform.h"
 #include "common/TemporaryPath.h"
+#include "common/Terminal.h"
 
 int main(int argc, char** argv) {
     MoxTool::Platform::runAtInterruption(MoxTool::TemporaryPath::removeAll);

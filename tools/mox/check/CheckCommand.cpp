@@ -1,11 +1,12 @@
 #include "CheckCommand.h"
 
-#include "../Terminal.h"
+#include "../common/CommandLine.h"
+#include "../common/Terminal.h"
+#include "../common/UsageError.h"
 #include "../common/openSource.h"
 #include "../common/readFailure.h"
 #include "FileCheck.h"
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -35,17 +36,16 @@ Examples:
 
 } // namespace
 
-void CheckCommand::addOptions(CLI::App& app) {
-    app.add_option("FILE", paths, "The files to check; - for stdin");
-    app.add_flag("--rules", listRules, "List all rules: number, level, title, meaning");
-    app.add_flag("--json", asJson, "The result (or the rules) as JSON");
-    app.add_flag("-W,--strict", strict, "Warnings count as errors: exit code 2");
-    app.add_option("--limit", limit, "List so many findings of each rule at most; 0 for all")
-        ->capture_default_str();
-    app.footer(Details);
-    app.callback([this] {
+void CheckCommand::addOptions(CommandLine& line) {
+    line.add("FILE", paths, "The files to check; - for stdin");
+    line.addFlag("--rules", listRules, "List all rules: number, level, title, meaning");
+    line.addFlag("--json", asJson, "The result (or the rules) as JSON");
+    line.addFlag("-W,--strict", strict, "Warnings count as errors: exit code 2");
+    line.add("--limit", limit, "List so many findings of each rule at most; 0 for all").showDefault();
+    line.setDetails(Details);
+    line.setCheck([this] {
         if (paths.empty() && !listRules)
-            throw CLI::RequiredError("FILE");
+            throw UsageError("FILE is required");
     });
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../Command.h"
+#include "../common/Command.h"
 #include "../common/JsonStream.h"
 #include "CheckReport.h"
 
@@ -14,7 +14,10 @@ class CheckCommand : public Command {
 public:
     std::string name() const override { return "check"; }
     std::string summary() const override { return "Find every damage of files, by numbered rules"; }
-    void addOptions(CLI::App& app) override;
+    std::optional<Example> example() const override {
+        return Example{"mox check bracket.mox", "every damage of it, rule by rule"};
+    }
+    void addOptions(CommandLine& line) override;
     /// @return 0 whole, 1 warnings, 2 errors, 3 unreadable; the highest of all files.
     int run(Terminal& terminal) override;
     int failureCode() const override { return static_cast<int>(Verdict::Unreadable); }

@@ -3,6 +3,7 @@
 #include "../common/visibleText.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <array>
 #include <string_view>

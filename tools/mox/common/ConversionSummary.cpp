@@ -1,6 +1,6 @@
 #include "ConversionSummary.h"
 
-#include "../Terminal.h"
+#include "Terminal.h"
 
 #include <fmt/format.h>
 
@@ -11,28 +11,28 @@ namespace MoxTool {
 
 ConversionSummary::ConversionSummary(std::string outputFile) : output(std::move(outputFile)) {}
 
-void ConversionSummary::leave(const std::string& kind, const std::vector<std::string>& names) {
+void ConversionSummary::addSkipped(const std::string& kind, const std::vector<std::string>& names) {
     if (!names.empty())
-        left.push_back(fmt::format("{}: {} ({})", kind, names.size(), fmt::join(names, ", ")));
+        skipped.push_back(fmt::format("{}: {} ({})", kind, names.size(), fmt::join(names, ", ")));
 }
 
-void ConversionSummary::leave(const std::string& kind, std::int64_t count) {
+void ConversionSummary::addSkipped(const std::string& kind, std::int64_t count) {
     if (count != 0)
-        left.push_back(fmt::format("{}: {}", kind, count));
+        skipped.push_back(fmt::format("{}: {}", kind, count));
 }
 
-void ConversionSummary::tell(const std::string& sentence) {
-    if (std::find(told.begin(), told.end(), sentence) == told.end())
-        told.push_back(sentence);
+void ConversionSummary::addNote(const std::string& sentence) {
+    if (std::find(notes.begin(), notes.end(), sentence) == notes.end())
+        notes.push_back(sentence);
 }
 
 std::vector<std::string> ConversionSummary::lines() const {
     std::vector<std::string> all;
     all.push_back(fmt::format("{}: shapes: {}, nodes: {}, elements: {}, steps: {}, datasets: {}", output,
                               shapes, nodes, elements, steps, datasets));
-    for (const auto& line : left)
+    for (const auto& line : skipped)
         all.push_back("not taken: " + line);
-    for (const auto& line : told)
+    for (const auto& line : notes)
         all.push_back("note: " + line);
     return all;
 }

@@ -8,7 +8,7 @@ namespace MoxTool {
 
 class Terminal;
 
-/// What an import or an export took, what it left, and what else the person should know.
+/// What an import or an export took, what it skipped, and what else the person should know.
 class ConversionSummary {
 public:
     /// @param output The file that is made, as the person named it.
@@ -24,11 +24,11 @@ public:
     /// Notes that things of one kind were not taken. Does nothing for no names.
     /// @param kind  In the plural, such as "side sets".
     /// @param names One for each thing.
-    void leave(const std::string& kind, const std::vector<std::string>& names);
+    void addSkipped(const std::string& kind, const std::vector<std::string>& names);
     /// The same for things without names. Does nothing for 0.
-    void leave(const std::string& kind, std::int64_t count);
+    void addSkipped(const std::string& kind, std::int64_t count);
     /// Notes a fact, one sentence without a full stop. Repetitions are dropped.
-    void tell(const std::string& sentence);
+    void addNote(const std::string& sentence);
 
     /// The whole summary, one line each.
     std::vector<std::string> lines() const;
@@ -37,8 +37,8 @@ public:
 
 private:
     std::string output;
-    std::vector<std::string> left;
-    std::vector<std::string> told;
+    std::vector<std::string> skipped;
+    std::vector<std::string> notes;
 };
 
 } // namespace MoxTool

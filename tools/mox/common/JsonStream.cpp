@@ -1,5 +1,7 @@
 #include "JsonStream.h"
 
+#include <nlohmann/json.hpp>
+
 namespace MoxTool {
 
 void JsonStream::key(std::string_view name) {

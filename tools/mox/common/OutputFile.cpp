@@ -1,6 +1,6 @@
 #include "OutputFile.h"
 
-#include "../Failure.h"
+#include "Failure.h"
 
 #include <utility>
 

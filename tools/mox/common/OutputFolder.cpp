@@ -1,6 +1,6 @@
 #include "OutputFolder.h"
 
-#include "../Failure.h"
+#include "Failure.h"
 
 namespace MoxTool {
 

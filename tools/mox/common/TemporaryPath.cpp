@@ -1,6 +1,6 @@
 #include "TemporaryPath.h"
 
-#include "../Failure.h"
+#include "Failure.h"
 
 #include <fmt/core.h>
 

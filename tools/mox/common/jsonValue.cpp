@@ -4,6 +4,7 @@
 #include "utf8.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <charconv>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "openSource.h"
 
-#include "../Platform.h"
+#include "Platform.h"
 #include "readFailure.h"
 
 #include <MoxReader/FileSource.h>

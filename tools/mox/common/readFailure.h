@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../Failure.h"
+#include "Failure.h"
 
 #include <MoxReader/Error.h>
 

@@ -1,5 +1,6 @@
 #include "CompletionCommand.h"
 
+#include "../common/CommandLine.h"
 #include "bashCompletion.h"
 
 #include <fmt/format.h>
@@ -15,14 +16,14 @@ Examples:
 
 } // namespace
 
-void CompletionCommand::addOptions(CLI::App& app) {
-    program = app.get_parent();
-    app.add_option("SHELL", shell, "Only bash is known")->check(CLI::IsMember({"bash"}));
-    app.footer(Details);
+void CompletionCommand::addOptions(CommandLine& line) {
+    program = line.programHelp();
+    line.add("SHELL", shell, "Only bash is known").oneOf({"bash"});
+    line.setDetails(Details);
 }
 
 int CompletionCommand::run(Terminal&) {
-    fmt::print("{}", bashCompletion(*program));
+    fmt::print("{}", bashCompletion(program()));
     return 0;
 }
 

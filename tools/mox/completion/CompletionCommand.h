@@ -1,6 +1,10 @@
 #pragma once
 
-#include "../Command.h"
+#include "../common/Command.h"
+#include "../common/CommandHelp.h"
+
+#include <functional>
+#include <string>
 
 namespace MoxTool {
 
@@ -9,11 +13,11 @@ class CompletionCommand : public Command {
 public:
     std::string name() const override { return "completion"; }
     std::string summary() const override { return "Print the script for completion in bash"; }
-    void addOptions(CLI::App& app) override;
+    void addOptions(CommandLine& line) override;
     int run(Terminal& terminal) override;
 
 private:
-    const CLI::App* program = nullptr; ///< The level above this command.
+    std::function<CommandHelp()> program;
     std::string shell = "bash";
 };
 

@@ -1,7 +1,5 @@
 #include "bashCompletion.h"
 
-#include "../common/helpContents.h"
-
 #include <fmt/format.h>
 
 #include <vector>
@@ -33,33 +31,35 @@ _{0}() {{
 complete -o filenames -F _{0} {0}
 )";
 
-std::string joinedNames(const std::vector<const CLI::App*>& commands) {
+std::vector<CommandHelp> shownCommands(const CommandHelp& program) {
+    auto shown = program.commands;
+    std::erase_if(shown, [](const auto& command) { return command.isHidden; });
+    return shown;
+}
+
+std::string joinedNames(const std::vector<CommandHelp>& commands) {
     std::vector<std::string> names;
     names.reserve(commands.size());
-    for (const auto* command : commands)
-        names.push_back(command->get_name());
+    for (const auto& command : commands)
+        names.push_back(command.name);
     return fmt::format("{}", fmt::join(names, " "));
 }
 
-std::string joinedOptions(const CLI::App& level) {
+std::string joinedOptions(const CommandHelp& level) {
     std::vector<std::string> names;
-    for (const auto* option : shownOptions(level)) {
-        for (const auto& name : option->get_lnames())
-            names.push_back("--" + name);
-        for (const auto& name : option->get_snames())
-            names.push_back("-" + name);
-    }
+    for (const auto& option : level.options)
+        names.insert(names.end(), option.names.begin(), option.names.end());
     return fmt::format("{}", fmt::join(names, " "));
 }
 
 } // namespace
 
-std::string bashCompletion(const CLI::App& program) {
+std::string bashCompletion(const CommandHelp& program) {
+    const auto commands = shownCommands(program);
     std::string cases;
-    for (const auto* command : shownCommands(program))
-        cases += fmt::format("    {}) options=\"{}\" ;;\n", command->get_name(), joinedOptions(*command));
-    return fmt::format(Script, program.get_name(), joinedNames(shownCommands(program)),
-                       joinedOptions(program), cases);
+    for (const auto& command : commands)
+        cases += fmt::format("    {}) options=\"{}\" ;;\n", command.name, joinedOptions(command));
+    return fmt::format(Script, program.name, joinedNames(commands), joinedOptions(program), cases);
 }
 
 } // namespace MoxTool

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <CLI/App.hpp>
+#include "../common/CommandHelp.h"
 
 #include <string>
 
 namespace MoxTool {
 
 /// A script for bash that completes the program's commands, the options of each, and file names.
-std::string bashCompletion(const CLI::App& program);
+std::string bashCompletion(const CommandHelp& program);
 
 } // namespace MoxTool

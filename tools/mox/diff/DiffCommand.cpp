@@ -1,9 +1,13 @@
 #include "DiffCommand.h"
 
-#include "../Terminal.h"
+#include "../common/CommandLine.h"
+#include "../common/Terminal.h"
+#include "../common/UsageError.h"
 #include "DifferenceReport.h"
+#include "ModelComparison.h"
 
 #include <cmath>
+#include <cstdlib>
 
 namespace MoxTool {
 
@@ -32,8 +36,10 @@ Examples:
   mox diff -q before.mox after.mox && echo same)";
 
 std::string requireTolerance(const std::string& text) {
-    double number = 0;
-    const bool isFine = CLI::detail::lexical_cast(text, number) && std::isfinite(number) && number >= 0;
+    char* end = nullptr;
+    const auto number = std::strtod(text.c_str(), &end);
+    const bool isNumber = !text.empty() && end == text.c_str() + text.size();
+    const bool isFine = isNumber && std::isfinite(number) && number >= 0;
     return isFine ? "" : "must be a number from 0 up, not " + text;
 }
 
@@ -47,25 +53,28 @@ std::string DiffCommand::summary() const {
     return "Tell in what two models differ";
 }
 
-void DiffCommand::addOptions(CLI::App& app) {
-    app.add_option("A", inputA, "The first file; - reads stdin")->required();
-    app.add_option("B", inputB, "The second file; - reads stdin")->required();
-    app.add_option("--abs", options.tolerance.absolute, "What floats may differ by; else 0")
-        ->type_name("NUMBER")
-        ->check(requireTolerance);
-    app.add_option("--rel", options.tolerance.relative,
-                   "What part of the larger one floats may differ by; else 0")
-        ->type_name("NUMBER")
-        ->check(requireTolerance);
-    app.add_flag("--links", options.links, "Tell also which datasets share their numbers in one file alone");
-    app.add_flag("--date", options.date, "Tell also if the dates of saving differ");
-    auto* json = app.add_flag("--json", asJson, "Write JSON");
-    app.add_flag("-q,--quiet", quiet, "Write nothing; the exit code tells")->excludes(json);
-    app.final_callback([this] {
+std::optional<Command::Example> DiffCommand::example() const {
+    return Example{"mox diff before.mox after.mox", "what differs between two files"};
+}
+
+void DiffCommand::addOptions(CommandLine& line) {
+    line.add("A", inputA, "The first file; - reads stdin").required();
+    line.add("B", inputB, "The second file; - reads stdin").required();
+    line.add("--abs", options.tolerance.absolute, "What floats may differ by; else 0")
+        .typeName("NUMBER")
+        .check(requireTolerance);
+    line.add("--rel", options.tolerance.relative, "What part of the larger one floats may differ by; else 0")
+        .typeName("NUMBER")
+        .check(requireTolerance);
+    line.addFlag("--links", options.links, "Tell also which datasets share their numbers in one file alone");
+    line.addFlag("--date", options.date, "Tell also if the dates of saving differ");
+    const auto json = line.addFlag("--json", asJson, "Write JSON");
+    line.addFlag("-q,--quiet", quiet, "Write nothing; the exit code tells").excludes({json});
+    line.setCheck([this] {
         if (inputA == "-" && inputB == "-")
-            throw CLI::ValidationError("only one of A and B can be -");
+            throw UsageError("only one of A and B can be -");
     });
-    app.footer(Details);
+    line.setDetails(Details);
 }
 
 int DiffCommand::run(Terminal& terminal) {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../Command.h"
-#include "ModelComparison.h"
+#include "../common/Command.h"
+#include "ComparisonOptions.h"
 
 #include <string>
 
@@ -15,14 +15,15 @@ public:
 
     std::string name() const override;
     std::string summary() const override;
-    void addOptions(CLI::App& app) override;
+    std::optional<Example> example() const override;
+    void addOptions(CommandLine& line) override;
     int run(Terminal& terminal) override;
     int failureCode() const override { return Trouble; }
 
 private:
     std::string inputA;
     std::string inputB;
-    ModelComparison::Options options;
+    ComparisonOptions options;
     bool asJson = false;
     bool quiet = false;
 };

@@ -5,6 +5,8 @@
 
 #include <MoxReader/Dataset.h>
 
+#include <nlohmann/json.hpp>
+
 #include <cstdint>
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "ModelComparison.h"
 
-#include "../Failure.h"
+#include "../common/Failure.h"
 #include "../common/datasetText.h"
 #include "../common/nodePath.h"
 #include "compareProperties.h"
@@ -58,7 +58,8 @@ std::optional<Json> linkTarget(const Model& model, const Dataset& dataset) {
 
 } // namespace
 
-ModelComparison::ModelComparison(NumberFile& a, NumberFile& b, const Options& wanted, Terminal& terminal)
+ModelComparison::ModelComparison(NumberFile& a, NumberFile& b, const ComparisonOptions& wanted,
+                                 Terminal& terminal)
     : fileA(a), fileB(b), options(wanted), messages(terminal), list(wanted.tolerance) {}
 
 std::vector<Difference> ModelComparison::run() {

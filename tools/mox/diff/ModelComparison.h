@@ -1,7 +1,8 @@
 #pragma once
 
-#include "../Terminal.h"
 #include "../common/NumberFile.h"
+#include "../common/Terminal.h"
+#include "ComparisonOptions.h"
 #include "DifferenceList.h"
 
 #include <utility>
@@ -17,14 +18,8 @@ namespace MoxTool {
 /// each file at a time.
 class ModelComparison {
 public:
-    struct Options {
-        Tolerance tolerance;
-        bool links = false; ///< Whether it counts that one dataset links to another.
-        bool date = false;  ///< Whether the date of saving counts.
-    };
-
     /// @param a,b Must outlive this object and the differences.
-    ModelComparison(NumberFile& a, NumberFile& b, const Options& options, Terminal& terminal);
+    ModelComparison(NumberFile& a, NumberFile& b, const ComparisonOptions& options, Terminal& terminal);
 
     /// All differences, in the order of the first file's tree. May be called once.
     /// @throws Failure if one of the files is damaged, or if their links pair so many datasets of one file
@@ -57,7 +52,7 @@ private:
 
     NumberFile& fileA;
     NumberFile& fileB;
-    Options options;
+    ComparisonOptions options;
     Terminal& messages;
     DifferenceList list;
     std::vector<Task> tasks;

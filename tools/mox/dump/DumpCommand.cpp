@@ -1,5 +1,6 @@
 #include "DumpCommand.h"
 
+#include "../common/CommandLine.h"
 #include "../common/JsonStream.h"
 #include "../common/OpenModel.h"
 
@@ -26,12 +27,12 @@ Examples:
 
 } // namespace
 
-void DumpCommand::addOptions(CLI::App& app) {
-    app.add_option("FILE", path, "The file to read; - for stdin")->required();
-    app.add_flag("--numbers", options.numbers,
+void DumpCommand::addOptions(CommandLine& line) {
+    line.add("FILE", path, "The file to read; - for stdin").required();
+    line.addFlag("--numbers", options.numbers,
                  "With the numbers of all datasets and the members of node sets");
-    app.add_flag("--no-date", options.noDate, "Without the date on which the file was saved");
-    app.footer(Details);
+    line.addFlag("--no-date", options.noDate, "Without the date on which the file was saved");
+    line.setDetails(Details);
 }
 
 int DumpCommand::run(Terminal& terminal) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../Command.h"
+#include "../common/Command.h"
 #include "ModelDump.h"
 
 namespace MoxTool {
@@ -10,7 +10,10 @@ class DumpCommand : public Command {
 public:
     std::string name() const override { return "dump"; }
     std::string summary() const override { return "Print the whole model as JSON"; }
-    void addOptions(CLI::App& app) override;
+    std::optional<Example> example() const override {
+        return Example{"mox dump --no-date bracket.mox", "all of it as JSON"};
+    }
+    void addOptions(CommandLine& line) override;
     int run(Terminal& terminal) override;
 
 private:

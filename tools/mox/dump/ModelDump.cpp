@@ -1,12 +1,13 @@
 #include "ModelDump.h"
 
-#include "../Terminal.h"
+#include "../common/Terminal.h"
 #include "../common/datasetText.h"
 #include "../common/numberText.h"
 
 #include <MoxReader/Format.h>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <array>
 #include <cmath>

@@ -1,10 +1,11 @@
 #include "ExportCommand.h"
 
-#include "../Failure.h"
-#include "../Terminal.h"
-#include "../import/lowerCase.h"
-#include "exportExodus.h"
-#include "exportVtk.h"
+#include "../common/CommandLine.h"
+#include "../common/Failure.h"
+#include "../common/Terminal.h"
+#include "../common/lowerCase.h"
+#include "exodus/exportExodus.h"
+#include "vtk/exportVtk.h"
 
 #include <array>
 #include <filesystem>
@@ -60,12 +61,16 @@ std::string ExportCommand::summary() const {
     return "Write the model for ParaView (.vtu, .pvd) or as Exodus II";
 }
 
-void ExportCommand::addOptions(CLI::App& app) {
-    app.add_option("FILE", request.input, "The file to read; - for stdin")->required();
-    app.add_option("OUT", request.output, "The file to write")->required()->check(checkExtension);
-    app.add_option("--step", request.step, "Take this step alone")->type_name("NAME");
-    app.add_flag("--overwrite", request.overwrite, "Replace OUT if it exists; else that is an error");
-    app.footer(Details);
+std::optional<Command::Example> ExportCommand::example() const {
+    return Example{"mox export bracket.mox bracket.pvd", "for ParaView, or back to Exodus II"};
+}
+
+void ExportCommand::addOptions(CommandLine& line) {
+    line.add("FILE", request.input, "The file to read; - for stdin").required();
+    line.add("OUT", request.output, "The file to write").required().check(checkExtension);
+    line.add("--step", request.step, "Take this step alone").typeName("NAME");
+    line.addFlag("--overwrite", request.overwrite, "Replace OUT if it exists; else that is an error");
+    line.setDetails(Details);
 }
 
 int ExportCommand::run(Terminal& terminal) {

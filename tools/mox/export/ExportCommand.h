@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../Command.h"
+#include "../common/Command.h"
 #include "../common/ConversionSummary.h"
 #include "ExportRequest.h"
 
@@ -11,7 +11,8 @@ class ExportCommand : public Command {
 public:
     std::string name() const override;
     std::string summary() const override;
-    void addOptions(CLI::App& app) override;
+    std::optional<Example> example() const override;
+    void addOptions(CommandLine& line) override;
     int run(Terminal& terminal) override;
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ElementShape.h"
+#include "../mesh/ElementShape.h"
 
 #include <MoxReader/Model.h>
 

@@ -3,29 +3,29 @@
 #include "../common/visibleText.h"
 #include "MeshCollector.h"
 #include "ResultCollector.h"
-#include "leaveTree.h"
+#include "listSkippedTreeContent.h"
 
 #include <fmt/core.h>
 
 namespace MoxTool {
 
 ExportModel::ExportModel(const ExportRequest& request)
-    : opened(request.input), heavy(opened.file(), opened.model()), told(request.output) {
+    : opened(request.input), heavy(opened.file(), opened.model()), conversion(request.output) {
     explainErrors(request.input, [&] { read(request); });
 }
 
 void ExportModel::read(const ExportRequest& request) {
-    parts = MeshCollector(request.input, model(), heavy, told).collect();
+    parts = MeshCollector(request.input, model(), heavy, conversion).collect();
     if (parts.parts.empty())
         throw Failure(request.input,
                       "has no geometry with Coordinates, Connectivity and Polylength to export");
-    contents = ResultCollector(model(), parts, told).collect();
-    leaveTree(model(), told);
+    contents = ResultCollector(model(), parts, conversion).collect();
+    listSkippedTreeContent(model(), conversion);
     chooseSteps(request);
-    told.shapes = static_cast<std::int64_t>(parts.parts.size());
-    told.nodes = static_cast<std::int64_t>(parts.nodeCount());
-    told.elements = static_cast<std::int64_t>(parts.elementCount());
-    told.steps = static_cast<std::int64_t>(wanted.size());
+    conversion.shapes = static_cast<std::int64_t>(parts.parts.size());
+    conversion.nodes = static_cast<std::int64_t>(parts.nodeCount());
+    conversion.elements = static_cast<std::int64_t>(parts.elementCount());
+    conversion.steps = static_cast<std::int64_t>(wanted.size());
 }
 
 void ExportModel::chooseSteps(const ExportRequest& request) {

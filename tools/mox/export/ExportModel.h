@@ -24,7 +24,7 @@ public:
     /// The places of the steps that are wanted.
     const std::vector<std::size_t>& wantedSteps() const { return wanted; }
     FieldReader reader() { return FieldReader(parts, heavy); }
-    ConversionSummary& summary() { return told; }
+    ConversionSummary& summary() { return conversion; }
 
 private:
     void read(const ExportRequest& request);
@@ -32,7 +32,7 @@ private:
 
     OpenModel opened;
     MoxReader::HeavyData heavy;
-    ConversionSummary told;
+    ConversionSummary conversion;
     ExportMesh parts;
     ExportResults contents;
     std::vector<std::size_t> wanted;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../mesh/ResultPlace.h"
 #include "ExportMesh.h"
-#include "meshDatasets.h"
 
 #include <cstddef>
 #include <map>

@@ -1,12 +1,14 @@
 #include "MeshCollector.h"
 
-#include "../Failure.h"
+#include "../common/Failure.h"
 #include "../common/datasetText.h"
 #include "../common/visibleText.h"
-#include "../import/ElementType.h"
+#include "../mesh/AttributeNames.h"
+#include "../mesh/ElementType.h"
+#include "../mesh/ResultPlace.h"
+#include "../mesh/meshDatasets.h"
 #include "attributeValue.h"
 #include "groupTransforms.h"
-#include "meshDatasets.h"
 
 #include <fmt/core.h>
 
@@ -33,7 +35,7 @@ bool isNodalResult(const Dataset& dataset) {
 
 // A length that no known face has makes polygons of all.
 bool arePolygons(const std::string& type, int dimension, const Integers& lengths) {
-    if (isNsided(type))
+    if (ElementType(type).isNsided())
         return true;
     return dimension == 2 && std::any_of(lengths.begin(), lengths.end(),
                                          [](auto length) { return findElementShape(2, length) == nullptr; });
@@ -46,14 +48,16 @@ bool isUniform(const Integers& lengths) {
 // An import keeps large ids as texts.
 std::int64_t wantedId(const MoxReader::Attributes& attributes) {
     constexpr double MostExact = 9007199254740992; // a double holds no larger integer safely
-    const auto wish = numberAttribute(attributes, "Block Id");
+    const auto wish = numberAttribute(attributes, AttributeNames::BlockId);
     return wish && *wish >= 0 && *wish <= MostExact ? static_cast<std::int64_t>(*wish) : NoId;
 }
 
 // Imports of other formats than Exodus keep the names of their types too, but no block id. Exodus does not
 // know these names.
 std::string exodusType(const MoxReader::Attributes& attributes) {
-    return attributes.contains("Block Id") ? textAttribute(attributes, "Element Type") : "";
+    return attributes.contains(AttributeNames::BlockId)
+               ? textAttribute(attributes, AttributeNames::ElementType)
+               : "";
 }
 
 const ElementShape& shapeOf(int dimension, std::size_t nodes) {
@@ -81,11 +85,11 @@ ExportMesh MeshCollector::collect() {
         else
             incomplete.push_back(visibleText(node.name));
     }
-    summary.leave("geometries without Coordinates, Connectivity and Polylength", incomplete);
+    summary.addSkipped("geometries without Coordinates, Connectivity and Polylength", incomplete);
     for (std::size_t part = 0; part < mesh.parts.size(); ++part)
         addElements(part);
     numberBlocks();
-    tellUnknownShapes();
+    noteUnknownShapes();
     return std::move(mesh);
 }
 
@@ -126,7 +130,7 @@ void MeshCollector::addPoints(const ExportNodes& nodes) {
             Eigen::Map<Eigen::Vector3f> point(points.data() + i);
             point = (nodes.transform * point.cast<double>()).cast<float>();
         }
-        summary.tell("transforms of groups are applied to coordinates, not to results");
+        summary.addNote("transforms of groups are applied to coordinates, not to results");
     }
     mesh.points.insert(mesh.points.end(), points.begin(), points.end());
     if (mesh.nodeCount() > MostNodes)
@@ -176,7 +180,7 @@ void MeshCollector::splitElements(std::size_t partIndex, const Integers& nodes, 
         for (std::uint32_t i = 0; i < lengths[row]; ++i)
             block.nodes.push_back(firstNode + nodes[place++]);
     }
-    const bool typeFits = !type.empty() && (polygons ? isNsided(type) : isUniform(lengths));
+    const bool typeFits = !type.empty() && (polygons ? ElementType(type).isNsided() : isUniform(lengths));
     for (auto& [length, block] : blocks) {
         block.part = partIndex;
         block.nodesPerElement = length;
@@ -189,8 +193,8 @@ void MeshCollector::splitElements(std::size_t partIndex, const Integers& nodes, 
 // A geometry that parts by length gives each block its own name.
 void MeshCollector::nameBlocks(const ExportPart& part) {
     const auto& attributes = model.resolve(*part.connectivity).attributes;
-    const bool named = attributes.contains("Block Name");
-    const auto name = named ? textAttribute(attributes, "Block Name") : part.geometry->name;
+    const bool named = attributes.contains(AttributeNames::BlockName);
+    const auto name = named ? textAttribute(attributes, AttributeNames::BlockName) : part.geometry->name;
     const bool several = part.endBlock - part.firstBlock > 1;
     for (auto i = part.firstBlock; i < part.endBlock; ++i) {
         auto& block = mesh.blocks[i];
@@ -216,10 +220,10 @@ void MeshCollector::numberBlocks() {
     }
 }
 
-void MeshCollector::tellUnknownShapes() {
+void MeshCollector::noteUnknownShapes() {
     for (const auto& block : mesh.blocks) {
         if (block.shape == &UnknownShape)
-            summary.tell(
+            summary.addNote(
                 fmt::format("\"{}\" has elements of {} nodes, of no known shape: type OTHER in Exodus, loose "
                             "points in VTK",
                             visibleText(block.name), block.nodesPerElement));

@@ -43,7 +43,7 @@ private:
                        const std::vector<std::uint32_t>& lengths);
     void nameBlocks(const ExportPart& part);
     void numberBlocks();
-    void tellUnknownShapes();
+    void noteUnknownShapes();
     [[noreturn]] void fail(const MoxReader::Node& geometry, const std::string& reason) const;
 
     std::string path;

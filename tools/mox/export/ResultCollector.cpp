@@ -2,6 +2,8 @@
 
 #include "../common/datasetText.h"
 #include "../common/visibleText.h"
+#include "../mesh/AttributeNames.h"
+#include "../mesh/meshDatasets.h"
 #include "attributeValue.h"
 
 #include <MoxReader/Format.h>
@@ -19,7 +21,7 @@ namespace {
 
 // The text of a double goes before the float that stands beside it.
 std::optional<double> preciseNumber(const Attributes& attributes, const std::string& key) {
-    const auto exact = numberAttribute(attributes, key + " (exact)");
+    const auto exact = numberAttribute(attributes, AttributeNames::exact(key));
     return exact ? exact : numberAttribute(attributes, key);
 }
 
@@ -27,18 +29,19 @@ std::optional<double> preciseNumber(const Attributes& attributes, const std::str
 void describe(ExportStep& step, const Dataset& dataset) {
     const auto& attributes = dataset.attributes;
     if (!step.time)
-        step.time = preciseNumber(attributes, "Time");
+        step.time = preciseNumber(attributes, AttributeNames::Time);
     if (!step.frequency)
-        step.frequency = preciseNumber(attributes, "Frequency");
+        step.frequency = preciseNumber(attributes, AttributeNames::Frequency);
     if (!step.mode)
-        step.mode = numberAttribute(attributes, "Mode");
+        step.mode = numberAttribute(attributes, AttributeNames::Mode);
     step.vibration = step.vibration || dataset.vibration;
 }
 
 std::vector<std::string> componentsOf(const Dataset& holder) {
     std::vector<std::string> components;
     for (;;) {
-        auto name = textAttribute(holder.attributes, fmt::format("Component {}", components.size() + 1));
+        auto name = textAttribute(holder.attributes,
+                                  AttributeNames::numbered(AttributeNames::Component, components.size() + 1));
         if (name.empty() || components.size() == holder.width)
             return components;
         components.push_back(std::move(name));
@@ -58,14 +61,14 @@ struct FoundStep {
 } // namespace
 
 ResultCollector::ResultCollector(const MoxReader::Model& source, const ExportMesh& parts,
-                                 ConversionSummary& left)
-    : model(source), mesh(parts), summary(left) {}
+                                 ConversionSummary& conversion)
+    : model(source), mesh(parts), summary(conversion) {}
 
 ExportResults ResultCollector::collect() {
     collectSteps();
     for (std::size_t part = 0; part < mesh.parts.size(); ++part)
         addPart(part);
-    leave();
+    listSkipped();
     return std::move(results);
 }
 
@@ -141,9 +144,9 @@ std::size_t ResultCollector::fieldOf(const Dataset& dataset, const Dataset& hold
     return place->second;
 }
 
-void ResultCollector::leave() {
-    summary.leave("datasets that are no results on nodes or elements", {others.begin(), others.end()});
-    summary.leave("results that fit neither nodes nor elements", {misfits.begin(), misfits.end()});
+void ResultCollector::listSkipped() {
+    summary.addSkipped("datasets that are no results on nodes or elements", {others.begin(), others.end()});
+    summary.addSkipped("results that fit neither nodes nor elements", {misfits.begin(), misfits.end()});
 }
 
 } // namespace MoxTool

@@ -28,7 +28,7 @@ private:
     void addPart(std::size_t partIndex);
     void addDataset(std::size_t partIndex, const MoxReader::Dataset& dataset);
     std::size_t fieldOf(const MoxReader::Dataset& dataset, const MoxReader::Dataset& holder);
-    void leave();
+    void listSkipped();
 
     const MoxReader::Model& model;
     const ExportMesh& mesh;

@@ -1,11 +1,13 @@
 #include "ExtractCommand.h"
 
-#include "../Platform.h"
+#include "../common/CommandLine.h"
 #include "../common/NumberFile.h"
 #include "../common/OutputFile.h"
+#include "../common/Platform.h"
+#include "../common/UsageError.h"
+#include "../common/writeFile.h"
 #include "FolderExtraction.h"
 #include "findDataset.h"
-#include "writeFile.h"
 #include "writeNumbers.h"
 
 #include <filesystem>
@@ -36,6 +38,13 @@ Examples:
   mox extract bracket.mox --node "|bracket|left/right" --separator "|" --data Stress
   mox extract bracket.mox --all numbers --format npy)";
 
+std::vector<std::string> formatNames() {
+    std::vector<std::string> names;
+    for (const auto& [name, format] : NumberFormats)
+        names.push_back(name);
+    return names;
+}
+
 } // namespace
 
 std::string ExtractCommand::name() const {
@@ -46,40 +55,42 @@ std::string ExtractCommand::summary() const {
     return "Get the numbers of datasets out, as CSV, for NumPy, or raw";
 }
 
-void ExtractCommand::addOptions(CLI::App& app) {
-    app.add_option("FILE", input, "The file to read; - reads stdin")->required();
-    auto* node = app.add_option("--node", choice.path, "The path of the node, such as /bracket/rib");
-    node->type_name("PATH");
-    auto* id = app.add_option("--id", choice.id, "The id of the node, instead of its path");
-    id->type_name("N")->check(CLI::PositiveNumber)->excludes(node);
-    app.add_option("--separator", choice.separator, "What stands in front of each name in PATH; else \"/\"")
-        ->type_name("TEXT");
-    auto* data = app.add_option("--data", choice.name, "The name of the dataset, such as Displacement");
-    data->type_name("KEY");
-    auto* step = app.add_option("--step", choice.step, "Its step; without it, the dataset that has no step");
-    step->type_name("NAME");
-    app.add_option("--format", format, "csv, npy or raw")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember(NumberFormats));
-    auto* file = app.add_option("-o,--output", output, "The file to write; else stdout");
-    file->type_name("FILE");
-    app.add_flag("--overwrite", overwrite, "Replace the file behind -o if it exists; else that is an error");
-    app.add_option("--all", folder, "Write all datasets into a new folder")
-        ->type_name("OUTDIR")
-        ->excludes(node, id, data, step, file);
-    app.final_callback([this] { requireChoice(); });
-    app.footer(Details);
+std::optional<Command::Example> ExtractCommand::example() const {
+    return Example{"mox extract bracket.mox --all out", "its numbers as CSV, or for NumPy"};
+}
+
+void ExtractCommand::addOptions(CommandLine& line) {
+    line.add("FILE", input, "The file to read; - reads stdin").required();
+    auto node = line.add("--node", choice.path, "The path of the node, such as /bracket/rib");
+    node.typeName("PATH");
+    auto id = line.add("--id", choice.id, "The id of the node, instead of its path");
+    id.typeName("N").positive().excludes({node});
+    line.add("--separator", choice.separator, "What stands in front of each name in PATH; else \"/\"")
+        .typeName("TEXT");
+    auto data = line.add("--data", choice.name, "The name of the dataset, such as Displacement");
+    data.typeName("KEY");
+    auto step = line.add("--step", choice.step, "Its step; without it, the dataset that has no step");
+    step.typeName("NAME");
+    line.add("--format", format, "csv, npy or raw").typeName("FORMAT").oneOf(formatNames());
+    auto file = line.add("-o,--output", output, "The file to write; else stdout");
+    file.typeName("FILE");
+    line.addFlag("--overwrite", overwrite, "Replace the file behind -o if it exists; else that is an error");
+    line.add("--all", folder, "Write all datasets into a new folder")
+        .typeName("OUTDIR")
+        .excludes({node, id, data, step, file});
+    line.setCheck([this] { requireChoice(); });
+    line.setDetails(Details);
 }
 
 void ExtractCommand::requireChoice() const {
     if (!folder.empty())
         return;
     if (choice.path.empty() && choice.id == 0)
-        throw CLI::RequiredError("--node, --id or --all");
+        throw UsageError("--node, --id or --all is required");
     if (choice.name.empty())
-        throw CLI::RequiredError("--data");
+        throw UsageError("--data is required");
     if (choice.separator.empty())
-        throw CLI::ValidationError("--separator", "must not be empty");
+        throw UsageError("--separator: must not be empty");
 }
 
 int ExtractCommand::run(Terminal& terminal) {

@@ -3,11 +3,12 @@
 #include "../common/OutputFolder.h"
 #include "../common/datasetText.h"
 #include "../common/nodePath.h"
+#include "../common/writeFile.h"
 #include "safeFileName.h"
-#include "writeFile.h"
 #include "writeNumbers.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <filesystem>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../Terminal.h"
 #include "../common/NumberFile.h"
+#include "../common/Terminal.h"
 #include "../common/jsonValue.h"
 #include "NumberFormat.h"
 

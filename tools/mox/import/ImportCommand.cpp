@@ -1,11 +1,12 @@
 #include "ImportCommand.h"
 
-#include "../Failure.h"
-#include "../Terminal.h"
+#include "../common/CommandLine.h"
+#include "../common/Failure.h"
+#include "../common/Terminal.h"
 #include "ModelFormat.h"
-#include "importCgns.h"
-#include "importExodus.h"
-#include "importGmsh.h"
+#include "cgns/importCgns.h"
+#include "exodus/importExodus.h"
+#include "gmsh/importGmsh.h"
 
 namespace MoxTool {
 
@@ -64,13 +65,17 @@ std::string ImportCommand::summary() const {
     return "Convert an Exodus II, CGNS or Gmsh file";
 }
 
-void ImportCommand::addOptions(CLI::App& app) {
-    app.add_option("MODEL", request.input, "The Exodus II, CGNS or Gmsh .msh file to read")->required();
-    app.add_option("OUT.mox", request.output, "The file to write")->required();
-    app.add_flag("--overwrite", request.overwrite, "Replace OUT.mox if it exists; else that is an error");
-    app.add_flag("--check", request.check,
+std::optional<Command::Example> ImportCommand::example() const {
+    return Example{"mox import bracket.e bracket.mox", "convert an Exodus II results file"};
+}
+
+void ImportCommand::addOptions(CommandLine& line) {
+    line.add("MODEL", request.input, "The Exodus II, CGNS or Gmsh .msh file to read").required();
+    line.add("OUT.mox", request.output, "The file to write").required();
+    line.addFlag("--overwrite", request.overwrite, "Replace OUT.mox if it exists; else that is an error");
+    line.addFlag("--check", request.check,
                  "Check the result as mox check does, before it gets its name; an error ends the import");
-    app.footer(Details);
+    line.setDetails(Details);
 }
 
 int ImportCommand::run(Terminal& terminal) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../Command.h"
+#include "../common/Command.h"
 #include "ImportRequest.h"
 
 namespace MoxTool {
@@ -10,7 +10,8 @@ class ImportCommand : public Command {
 public:
     std::string name() const override;
     std::string summary() const override;
-    void addOptions(CLI::App& app) override;
+    std::optional<Example> example() const override;
+    void addOptions(CommandLine& line) override;
     int run(Terminal& terminal) override;
 
 private:

@@ -1,7 +1,7 @@
 #include "ModelFormat.h"
 
-#include "../Failure.h"
-#include "checkIsFile.h"
+#include "../common/Failure.h"
+#include "../common/checkIsFile.h"
 
 #include <algorithm>
 #include <fstream>

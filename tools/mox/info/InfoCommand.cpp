@@ -1,13 +1,14 @@
 #include "InfoCommand.h"
 
-#include "../Terminal.h"
+#include "../common/CommandLine.h"
 #include "../common/Palette.h"
+#include "../common/Terminal.h"
+#include "../common/findFlaw.h"
 #include "../common/numberText.h"
 #include "../common/openSource.h"
 #include "../common/readFailure.h"
 #include "../common/visibleText.h"
 #include "ModelSummary.h"
-#include "findFlaw.h"
 
 #include <MoxReader/Format.h>
 #include <MoxReader/RawIndex.h>
@@ -96,10 +97,10 @@ std::string stepsText(const std::vector<std::string>& steps) {
 
 } // namespace
 
-void InfoCommand::addOptions(CLI::App& app) {
-    app.add_option("FILE", path, "The file to read; - for stdin")->required();
-    app.add_flag("--quick", quick, "Don't decompress the numbers");
-    app.footer(Details);
+void InfoCommand::addOptions(CommandLine& line) {
+    line.add("FILE", path, "The file to read; - for stdin").required();
+    line.addFlag("--quick", quick, "Don't decompress the numbers");
+    line.setDetails(Details);
 }
 
 int InfoCommand::run(Terminal& terminal) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../Command.h"
+#include "../common/Command.h"
 
 #include <MoxReader/File.h>
 #include <MoxReader/Model.h>
@@ -17,7 +17,10 @@ public:
     std::string summary() const override {
         return "Tell on one screen what a file is and whether it is whole";
     }
-    void addOptions(CLI::App& app) override;
+    std::optional<Example> example() const override {
+        return Example{"mox info bracket.mox", "what is in it, and whether it is whole"};
+    }
+    void addOptions(CommandLine& line) override;
     int run(Terminal& terminal) override;
 
 private:

@@ -1,7 +1,7 @@
 #include "ManCommand.h"
 
-#include "../Failure.h"
-#include "../common/helpContents.h"
+#include "../common/CommandLine.h"
+#include "../common/Failure.h"
 #include "ManPage.h"
 
 #include <fmt/format.h>
@@ -30,17 +30,17 @@ void writePage(const std::filesystem::path& folder, const ManPage& page) {
 
 } // namespace
 
-void ManCommand::addOptions(CLI::App& app) {
-    program = app.get_parent();
-    app.group("");
-    auto* page = app.add_option("COMMAND", command, "The command; without it the page of mox itself");
-    app.add_option("--all", folder, "Write all pages into this existing folder instead")->excludes(page);
-    app.footer(Details);
+void ManCommand::addOptions(CommandLine& line) {
+    program = line.programHelp();
+    line.hide();
+    const auto page = line.add("COMMAND", command, "The command; without it the page of mox itself");
+    line.add("--all", folder, "Write all pages into this existing folder instead").excludes({page});
+    line.setDetails(Details);
 }
 
 int ManCommand::run(Terminal&) {
     if (folder.empty())
-        fmt::print("{}", ManPage(pageOf(command)).text());
+        fmt::print("{}", pageOf(command).text());
     else
         writeAll();
     return 0;
@@ -49,19 +49,23 @@ int ManCommand::run(Terminal&) {
 void ManCommand::writeAll() const {
     if (!std::filesystem::is_directory(folder))
         throw Failure(folder, "is no folder; create it first");
-    writePage(folder, ManPage(*program));
-    for (const auto* level : shownCommands(*program))
-        writePage(folder, ManPage(*level));
+    const auto help = program();
+    writePage(folder, ManPage(help));
+    for (const auto& shown : help.commands) {
+        if (!shown.isHidden)
+            writePage(folder, ManPage(shown));
+    }
 }
 
-const CLI::App& ManCommand::pageOf(const std::string& wanted) const {
+ManPage ManCommand::pageOf(const std::string& wanted) const {
+    const auto help = program();
     if (wanted.empty())
-        return *program;
-    const auto found =
-        program->get_subcommands([&](const CLI::App* level) { return level->get_name() == wanted; });
-    if (found.empty())
-        throw Failure(wanted, "there is no such command; mox --help lists them");
-    return *found.front();
+        return ManPage(help);
+    for (const auto& known : help.commands) {
+        if (known.name == wanted)
+            return ManPage(known);
+    }
+    throw Failure(wanted, "there is no such command; mox --help lists them");
 }
 
 } // namespace MoxTool

@@ -1,6 +1,10 @@
 #pragma once
 
-#include "../Command.h"
+#include "../common/Command.h"
+#include "ManPage.h"
+
+#include <functional>
+#include <string>
 
 namespace MoxTool {
 
@@ -10,14 +14,14 @@ class ManCommand : public Command {
 public:
     std::string name() const override { return "man"; }
     std::string summary() const override { return "Print a page of the manual, or write all pages"; }
-    void addOptions(CLI::App& app) override;
+    void addOptions(CommandLine& line) override;
     int run(Terminal& terminal) override;
 
 private:
     void writeAll() const;
-    const CLI::App& pageOf(const std::string& command) const;
+    ManPage pageOf(const std::string& command) const;
 
-    const CLI::App* program = nullptr; ///< The level above this command.
+    std::function<CommandHelp()> program;
     std::string command;
     std::string folder;
 };

@@ -1,8 +1,9 @@
 #include "ManPage.h"
 
-#include "../common/helpContents.h"
-
 #include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
 
 namespace MoxTool {
 
@@ -29,9 +30,12 @@ std::string_view withoutEndingLines(std::string_view text) {
     return text;
 }
 
-std::string optionTitle(const CLI::Option& option) {
-    return option.get_name(false, true) +
-           (option.get_type_name().empty() ? "" : " " + option.get_type_name());
+std::string pageName(const CommandHelp& help) {
+    return help.program.empty() ? help.name : help.program + "-" + help.name;
+}
+
+bool isShown(const CommandHelp& command) {
+    return !command.isHidden;
 }
 
 } // namespace
@@ -55,66 +59,64 @@ std::string roffText(std::string_view text) {
     return result;
 }
 
-ManPage::ManPage(const CLI::App& shown) : level(shown) {
-    const auto footer = level.get_footer();
-    const auto place = footer.find(ExamplesTitle);
-    details = withoutEndingLines(footer.substr(0, place));
+ManPage::ManPage(CommandHelp shown) : help(std::move(shown)) {
+    const auto place = help.details.find(ExamplesTitle);
+    details = withoutEndingLines(std::string_view(help.details).substr(0, place));
     if (place != std::string::npos)
-        examples = withoutEndingLines(footer.substr(place + ExamplesTitle.size()));
+        examples = withoutEndingLines(std::string_view(help.details).substr(place + ExamplesTitle.size()));
 }
 
 std::string ManPage::fileName() const {
-    return name() + ".1";
+    return pageName(help) + ".1";
 }
 
 std::string ManPage::text() const {
-    const auto title = roffText(name());
+    const auto title = roffText(pageName(help));
     return fmt::format(".TH \"{}\" 1 \"\" \"mox {}\" \"MOX model files\"\n", title, MOX_VERSION) +
-           section("NAME", title + " \\- " + roffText(level.get_description()) + "\n") +
+           section("NAME", title + " \\- " + roffText(help.description) + "\n") +
            section("SYNOPSIS", synopsis()) + section("DESCRIPTION", block(details)) +
            section("COMMANDS", commands()) + section("OPTIONS", options()) +
            section("EXAMPLES", block(examples)) + section("SEE ALSO", references());
 }
 
-std::string ManPage::name() const {
-    return level.get_parent() == nullptr ? level.get_name()
-                                         : level.get_parent()->get_name() + "-" + level.get_name();
-}
-
 std::string ManPage::synopsis() const {
-    const auto prefix = level.get_parent() == nullptr ? "" : level.get_parent()->get_name() + " ";
-    auto line = fmt::format("\\fB{}{}\\fR [OPTIONS]", prefix, roffText(level.get_name()));
-    if (!shownCommands(level).empty())
+    const auto prefix = help.program.empty() ? "" : help.program + " ";
+    auto line = fmt::format("\\fB{}{}\\fR [OPTIONS]", prefix, roffText(help.name));
+    if (std::any_of(help.commands.begin(), help.commands.end(), isShown))
         line += " COMMAND";
-    for (const auto* argument : shownArguments(level)) {
-        const auto title = roffText(argument->get_name()) + (argument->get_expected_max() > 1 ? "..." : "");
-        line += argument->get_required() ? " " + title : " [" + title + "]";
+    for (const auto& argument : help.arguments) {
+        const auto title = roffText(argument.name) + (argument.canRepeat ? "..." : "");
+        line += argument.isRequired ? " " + title : " [" + title + "]";
     }
     return line + "\n";
 }
 
 std::string ManPage::options() const {
     std::string items;
-    for (const auto* argument : shownArguments(level))
-        items += item(argument->get_name(), argument->get_description());
-    for (const auto* option : shownOptions(level))
-        items += item(optionTitle(*option), option->get_description());
+    for (const auto& argument : help.arguments)
+        items += item(argument.name, argument.description);
+    for (const auto& option : help.options)
+        items += item(option.title, option.description);
     return items;
 }
 
 std::string ManPage::commands() const {
     std::string items;
-    for (const auto* command : shownCommands(level))
-        items += item(command->get_name(), command->get_description());
+    for (const auto& command : help.commands) {
+        if (isShown(command))
+            items += item(command.name, command.description);
+    }
     return items;
 }
 
 std::string ManPage::references() const {
-    if (level.get_parent() != nullptr)
-        return roffText(level.get_parent()->get_name()) + "(1)\n";
+    if (!help.program.empty())
+        return roffText(help.program) + "(1)\n";
     std::string list;
-    for (const auto* command : shownCommands(level))
-        list += (list.empty() ? "" : ", ") + roffText(ManPage(*command).name()) + "(1)";
+    for (const auto& command : help.commands) {
+        if (isShown(command))
+            list += (list.empty() ? "" : ", ") + roffText(pageName(command)) + "(1)";
+    }
     return list + "\n";
 }
 

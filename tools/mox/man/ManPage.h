@@ -1,6 +1,6 @@
 #pragma once
 
-#include <CLI/App.hpp>
+#include "../common/CommandHelp.h"
 
 #include <string>
 #include <string_view>
@@ -11,21 +11,19 @@ namespace MoxTool {
 /// --help shows.
 class ManPage {
 public:
-    /// @param shown Must outlive this object.
-    explicit ManPage(const CLI::App& shown);
+    explicit ManPage(CommandHelp shown);
 
     /// Such as "mox-import.1".
     std::string fileName() const;
     std::string text() const;
 
 private:
-    std::string name() const;
     std::string synopsis() const;
     std::string options() const;
     std::string commands() const;
     std::string references() const;
 
-    const CLI::App& level;
+    CommandHelp help;
     std::string details;  ///< What the help tells in front of its examples.
     std::string examples; ///< The lines of its examples.
 };

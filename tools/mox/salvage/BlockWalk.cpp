@@ -1,6 +1,6 @@
 #include "BlockWalk.h"
 
-#include "../extract/writeFile.h"
+#include "../common/writeFile.h"
 #include "zlibHeader.h"
 
 #include <MoxReader/Format.h>

@@ -1,13 +1,14 @@
 #include "SalvageCommand.h"
 
-#include "../Failure.h"
-#include "../Terminal.h"
+#include "../common/CommandLine.h"
+#include "../common/Failure.h"
 #include "../common/OutputFolder.h"
+#include "../common/Terminal.h"
 #include "../common/displacementText.h"
+#include "../common/findFlaw.h"
 #include "../common/openSource.h"
 #include "../common/readFailure.h"
-#include "../extract/writeFile.h"
-#include "../info/findFlaw.h"
+#include "../common/writeFile.h"
 #include "BlockWalk.h"
 #include "SalvageReport.h"
 #include "indexState.h"
@@ -16,6 +17,7 @@
 #include <MoxReader/Format.h>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <cstdio>
 
@@ -43,11 +45,11 @@ Examples:
 
 } // namespace
 
-void SalvageCommand::addOptions(CLI::App& app) {
-    app.add_option("FILE", path, "The damaged file; - for stdin")->required();
-    app.add_option("OUTDIR", folder, "The folder to make")->required();
-    app.add_flag("--force", force, "Also if the file is whole, or is no MOX file by its first bytes");
-    app.footer(Details);
+void SalvageCommand::addOptions(CommandLine& line) {
+    line.add("FILE", path, "The damaged file; - for stdin").required();
+    line.add("OUTDIR", folder, "The folder to make").required();
+    line.addFlag("--force", force, "Also if the file is whole, or is no MOX file by its first bytes");
+    line.setDetails(Details);
 }
 
 int SalvageCommand::run(Terminal& terminal) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../Command.h"
+#include "../common/Command.h"
 
 #include <MoxReader/RawIndex.h>
 #include <MoxReader/Source.h>
@@ -15,7 +15,10 @@ class SalvageCommand : public Command {
 public:
     std::string name() const override { return "salvage"; }
     std::string summary() const override { return "Get out of a damaged file what can still be inflated"; }
-    void addOptions(CLI::App& app) override;
+    std::optional<Example> example() const override {
+        return Example{"mox salvage crashed.mox saved", "what is left of a file that was never closed"};
+    }
+    void addOptions(CommandLine& line) override;
     /// @return 0; failures, among them a file that is whole and one of which nothing is left, are 1.
     int run(Terminal& terminal) override;
 

@@ -7,6 +7,7 @@
 #include <MoxReader/Format.h>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <utility>

@@ -1,5 +1,6 @@
 #include "StatCommand.h"
 
+#include "../common/CommandLine.h"
 #include "../common/OpenModel.h"
 #include "../common/TextTable.h"
 #include "../common/numberText.h"
@@ -41,12 +42,11 @@ std::string rowTitle(const std::string& name) {
 
 } // namespace
 
-void StatCommand::addOptions(CLI::App& app) {
-    app.add_option("FILE", path, "The file to read; - for stdin")->required();
-    app.add_flag("--bytes", exact, "Bytes as whole numbers, not as KiB, MiB and so on");
-    app.add_option("--rows", rows, "Rows of the tables by dataset and by step; 0 for all")
-        ->capture_default_str();
-    app.footer(Details);
+void StatCommand::addOptions(CommandLine& line) {
+    line.add("FILE", path, "The file to read; - for stdin").required();
+    line.addFlag("--bytes", exact, "Bytes as whole numbers, not as KiB, MiB and so on");
+    line.add("--rows", rows, "Rows of the tables by dataset and by step; 0 for all").showDefault();
+    line.setDetails(Details);
 }
 
 int StatCommand::run(Terminal&) {

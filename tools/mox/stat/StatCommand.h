@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../Command.h"
+#include "../common/Command.h"
 #include "FileStatistics.h"
 
 namespace MoxTool {
@@ -10,7 +10,10 @@ class StatCommand : public Command {
 public:
     std::string name() const override { return "stat"; }
     std::string summary() const override { return "Tell where the bytes of a file go"; }
-    void addOptions(CLI::App& app) override;
+    std::optional<Example> example() const override {
+        return Example{"mox stat bracket.mox", "where its bytes go"};
+    }
+    void addOptions(CommandLine& line) override;
     int run(Terminal& terminal) override;
 
 private:

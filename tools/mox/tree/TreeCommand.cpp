@@ -1,7 +1,8 @@
 #include "TreeCommand.h"
 
-#include "../Terminal.h"
+#include "../common/CommandLine.h"
 #include "../common/OpenModel.h"
+#include "../common/Terminal.h"
 
 namespace MoxTool {
 
@@ -23,15 +24,13 @@ Examples:
 
 } // namespace
 
-void TreeCommand::addOptions(CLI::App& app) {
-    app.add_option("FILE", path, "The file to read; - for stdin")->required();
-    app.add_flag("--attributes", options.attributes, "With the attributes of groups and datasets");
-    app.add_option("--depth", options.depth, "Only so many levels; the root is the first")
-        ->check(CLI::PositiveNumber);
-    app.add_option(
-        "--name", options.pattern,
-        "Only nodes whose names match, with the way to them: * stands for any text, ? for a character");
-    app.footer(Details);
+void TreeCommand::addOptions(CommandLine& line) {
+    line.add("FILE", path, "The file to read; - for stdin").required();
+    line.addFlag("--attributes", options.attributes, "With the attributes of groups and datasets");
+    line.add("--depth", options.depth, "Only so many levels; the root is the first").positive();
+    line.add("--name", options.pattern,
+             "Only nodes whose names match, with the way to them: * stands for any text, ? for a character");
+    line.setDetails(Details);
 }
 
 int TreeCommand::run(Terminal& terminal) {

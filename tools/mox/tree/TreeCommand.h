@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../Command.h"
+#include "../common/Command.h"
 #include "TreePrinter.h"
 
 namespace MoxTool {
@@ -10,7 +10,10 @@ class TreeCommand : public Command {
 public:
     std::string name() const override { return "tree"; }
     std::string summary() const override { return "Print the assembly and the datasets of each geometry"; }
-    void addOptions(CLI::App& app) override;
+    std::optional<Example> example() const override {
+        return Example{"mox tree bracket.mox", "its assembly and its datasets"};
+    }
+    void addOptions(CommandLine& line) override;
     int run(Terminal& terminal) override;
 
 private:

@@ -21,8 +21,10 @@ public:
         if (std::equal(values.begin(), values.end(), defaults.begin(), defaults.end()))
             return;
         std::string text = name;
-        for (const float value : values)
-            text += " " + numberText(value);
+        for (const float value : values) {
+            text += ' ';
+            text += numberText(value);
+        }
         found.push_back(text);
     }
     void compare(const char* name, float value, float usual) { compare(name, std::span(&value, 1), {usual}); }

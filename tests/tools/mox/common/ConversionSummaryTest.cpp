@@ -15,10 +15,10 @@ TEST(ConversionSummary, CountsWhatWasTaken) {
     EXPECT_EQ(summary.lines(), Lines{"a.mox: shapes: 2, nodes: 12, elements: 5, steps: 3, datasets: 20"});
 }
 
-TEST(ConversionSummary, CountsAndNamesWhatWasLeft) {
+TEST(ConversionSummary, CountsAndNamesWhatWasSkipped) {
     ConversionSummary summary("a.mox");
-    summary.leave("side sets", Lines{"top", "bottom"});
-    summary.leave("information records", 7);
+    summary.addSkipped("side sets", Lines{"top", "bottom"});
+    summary.addSkipped("information records", 7);
     const auto lines = summary.lines();
     ASSERT_EQ(lines.size(), 3U);
     EXPECT_EQ(lines[1], "not taken: side sets: 2 (top, bottom)");
@@ -27,16 +27,16 @@ TEST(ConversionSummary, CountsAndNamesWhatWasLeft) {
 
 TEST(ConversionSummary, SaysNothingOfKindsThatTheFileHasNot) {
     ConversionSummary summary("a.mox");
-    summary.leave("side sets", Lines{});
-    summary.leave("information records", 0);
+    summary.addSkipped("side sets", Lines{});
+    summary.addSkipped("information records", 0);
     EXPECT_EQ(summary.lines().size(), 1U);
 }
 
 TEST(ConversionSummary, TellsAFactOnce) {
     ConversionSummary summary("a.mox");
-    summary.tell("one");
-    summary.tell("two");
-    summary.tell("one");
+    summary.addNote("one");
+    summary.addNote("two");
+    summary.addNote("one");
     const auto lines = summary.lines();
     ASSERT_EQ(lines.size(), 3U);
     EXPECT_EQ(lines[1], "note: one");

@@ -1,6 +1,7 @@
 #include "common/JsonStream.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <limits>
 

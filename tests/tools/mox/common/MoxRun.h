@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../Messages.h"
 #include "Application.h"
+#include "Messages.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "common/OutputFile.h"
 
-#include "Failure.h"
 #include "Support/TemporaryFolder.h"
+#include "common/Failure.h"
 
 #include <gtest/gtest.h>
 

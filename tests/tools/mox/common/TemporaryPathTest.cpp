@@ -1,10 +1,10 @@
 #include "common/TemporaryPath.h"
 
-#include "Failure.h"
-#include "Platform.h"
 #include "Support/TemporaryFolder.h"
+#include "common/Failure.h"
 #include "common/OutputFile.h"
 #include "common/OutputFolder.h"
+#include "common/Platform.h"
 
 #include <gtest/gtest.h>
 

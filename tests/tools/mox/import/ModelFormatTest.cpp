@@ -1,6 +1,6 @@
 #include "import/ModelFormat.h"
-#include "Failure.h"
 #include "Support/TemporaryFolder.h"
+#include "common/Failure.h"
 
 using MoxTool::ModelFormat;
 using MoxTool::recogniseFormat;

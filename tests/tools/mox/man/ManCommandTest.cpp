@@ -1,7 +1,11 @@
 #include "man/ManPage.h"
 
+#include "common/describeHelp.h"
+
 #include "../common/MoxRun.h"
 #include "Support/TemporaryFolder.h"
+
+#include <CLI/App.hpp>
 
 TEST(RoffText, KeepsRoffFromTakingCharactersForItsOwn) {
     EXPECT_EQ(MoxTool::roffText("a\\n --b\n.SH\n'x"), "a\\(rsn \\-\\-b\n\\&.SH\n\\&'x");
@@ -15,8 +19,8 @@ TEST(ManPage, HasTheSectionsOfAManualFromWhatTheHelpShows) {
     bool fine = false;
     saw.add_flag("--fine", fine, "Slowly");
     saw.footer("It is loud.\n\nExamples:\n  tool saw oak");
-    const auto text = MoxTool::ManPage(saw).text();
-    EXPECT_EQ(MoxTool::ManPage(saw).fileName(), "tool-saw.1");
+    const auto text = MoxTool::ManPage(MoxTool::describeHelp(saw)).text();
+    EXPECT_EQ(MoxTool::ManPage(MoxTool::describeHelp(saw)).fileName(), "tool-saw.1");
     EXPECT_TRUE(text.starts_with(".TH \"tool\\-saw\" 1 \"\" \"mox ")) << text;
     EXPECT_EQ(text.substr(text.find(".SH")), R"(.SH NAME
 tool\-saw \- Cut a board

@@ -1,7 +1,7 @@
 #include "ExodusContent.h"
 
 #include "cellKinds.h"
-#include "import/ExodusFile.h"
+#include "exodus/ExodusFile.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "../common/MoxRun.h"
-#include "../export/VtkReading.h"
+#include "../export/vtk/VtkReading.h"
 #include "ModelContent.h"
 #include "Support/TemporaryFolder.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../export/VtkReading.h"
+#include "../export/vtk/VtkReading.h"
 #include "ModelContent.h"
 
 /// Expects that a VTK file holds the mesh that a file held from which a model was made, and its results in a

@@ -1,0 +1,137 @@
+#include "../../exodus/SmallExodusFile.h"
+#include "../ImportRun.h"
+#include "Support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Files = std::vector<std::string>;
+
+class ImportCommand : public testing::Test {
+protected:
+    // A line of two nodes, with a result of two steps.
+    ImportCommand() {
+        SmallExodusFile file(input, {1, 2, 1, 1});
+        file.coordinates({0, 1});
+        file.block(1, "BAR", 1, 2, {1, 2});
+        file.variables(EX_NODAL, {"t"});
+        for (int step = 1; step <= 2; ++step) {
+            file.time(step, step);
+            file.values(step, EX_NODAL, 1, 1, {1, 2});
+        }
+    }
+
+    std::string output() const { return folder.path("out.mox"); }
+
+    void expectRefused(const std::string& name, const std::string& reason) {
+        const auto before = folder.files();
+        const auto run = runImport({name, output()});
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.messages, "mox import: " + name + ": " + reason + "\n");
+        EXPECT_EQ(folder.files(), before);
+    }
+
+    Support::TemporaryFolder folder;
+    std::string input = folder.path("model.e");
+};
+
+} // namespace
+
+TEST_F(ImportCommand, WritesTheOutputAndNothingElse) {
+    const auto run = runImport({input, output()});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.messages, output() + ": shapes: 1, nodes: 2, elements: 1, steps: 2, datasets: 7\n");
+    EXPECT_EQ(folder.files(), (Files{"model.e", "out.mox"}));
+}
+
+TEST_F(ImportCommand, MissingFileIsRefused) {
+    expectRefused(folder.path("none.e"), "there is no such file");
+}
+
+TEST_F(ImportCommand, FolderIsRefused) {
+    std::filesystem::create_directory(folder.path("folder.e"));
+    expectRefused(folder.path("folder.e"), "is no regular file");
+}
+
+TEST_F(ImportCommand, FilesOfOtherKindsAreRefused) {
+    const std::string reason = "is no Exodus II, CGNS or Gmsh .msh file";
+    expectRefused(folder.write("empty.e", ""), reason);
+    expectRefused(folder.write("text.e", "# a list of parts\n"), reason);
+}
+
+TEST_F(ImportCommand, DamagedHdf5FileIsRefusedWithoutChatter) {
+    testing::internal::CaptureStderr();
+    expectRefused(folder.write("damaged.e", "\x89HDF\r\n\x1A\n and no more"),
+                  "not an Exodus II file, or damaged (NetCDF: HDF error)");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(ImportCommand, FileCutOffAnywhereIsRefused) {
+    const auto whole = folder.read("model.e");
+    for (const std::size_t size : {std::size_t{40}, whole.size() / 4, whole.size() / 2, whole.size() - 1}) {
+        const auto cut = folder.write("cut.e", whole.substr(0, size));
+        const auto run = runImport({cut, output()});
+        EXPECT_EQ(run.exitCode, 1) << size;
+        EXPECT_TRUE(run.messages.starts_with("mox import: " + cut + ": damaged: ")) << run.messages;
+        EXPECT_EQ(std::count(run.messages.begin(), run.messages.end(), '\n'), 1);
+        EXPECT_EQ(folder.files(), (Files{"cut.e", "model.e"}));
+    }
+}
+
+TEST_F(ImportCommand, ExistingOutputIsKeptUnlessToBeOverwritten) {
+    folder.write("out.mox", "precious");
+    const auto refused = runImport({input, output()});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_EQ(refused.messages, "mox import: " + output() + ": exists already; --overwrite replaces it\n");
+    EXPECT_EQ(folder.read("out.mox"), "precious");
+
+    EXPECT_EQ(runImport({"--overwrite", input, output()}).exitCode, 0);
+    EXPECT_TRUE(folder.read("out.mox").starts_with("\x89TNF"));
+    EXPECT_EQ(folder.files(), (Files{"model.e", "out.mox"}));
+}
+
+TEST_F(ImportCommand, FailedImportKeepsTheOutputThatWasToBeOverwritten) {
+    folder.write("out.mox", "precious");
+    EXPECT_EQ(runImport({"--overwrite", folder.write("bad.e", "bad"), output()}).exitCode, 1);
+    EXPECT_EQ(folder.read("out.mox"), "precious");
+}
+
+TEST_F(ImportCommand, CheckedOutputIsTheSameAsAnUncheckedOne) {
+    EXPECT_EQ(runImport({"--check", input, output()}).exitCode, 0);
+    EXPECT_EQ(runImport({input, folder.path("unchecked.mox")}).exitCode, 0);
+    EXPECT_EQ(folder.read("out.mox").size(), folder.read("unchecked.mox").size());
+}
+
+TEST_F(ImportCommand, InputIsNeverReplaced) {
+    const auto before = folder.read("model.e");
+    const auto run = runImport({"--overwrite", input, input});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.messages, "mox import: " + input + ": is the input itself\n");
+    EXPECT_EQ(folder.read("model.e"), before);
+}
+
+TEST_F(ImportCommand, FolderOfTheOutputMustExist) {
+    const auto target = folder.path("none/out.mox");
+    const auto run = runImport({input, target});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.messages, "mox import: " + target + ": the folder does not exist\n");
+}
+
+TEST_F(ImportCommand, RealFilesOfOtherKindsAreRefused) {
+    bool found = false;
+    for (const auto* name : {"can.vtu", "README.md"}) {
+        const auto path = (std::filesystem::path(MOXWRITER_DATA_DIR) / name).string();
+        if (!std::filesystem::exists(path))
+            continue;
+        found = true;
+        const auto run = runImport({path, output()});
+        EXPECT_EQ(run.exitCode, 1) << name;
+        EXPECT_TRUE(run.messages.starts_with("mox import: " + path + ": is no Exodus II, CGNS or"))
+            << run.messages;
+        EXPECT_EQ(std::count(run.messages.begin(), run.messages.end(), '\n'), 1);
+        EXPECT_EQ(folder.files(), Files{"model.e"});
+    }
+    if (!found)
+        GTEST_SKIP() << "no files of other kinds in " << MOXWRITER_DATA_DIR;
+}

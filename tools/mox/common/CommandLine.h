@@ -1,0 +1,73 @@
+#pragma once
+
+#include "CommandHelp.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+class Option;
+} // namespace CLI
+
+namespace MoxTool {
+
+/// Takes what a command declares of its options and arguments.
+///
+/// Keeps the library that parses them out of the commands: each source that includes it takes seconds to
+/// compile.
+class CommandLine {
+public:
+    /// An option or an argument that was declared. All functions return the object itself.
+    class Option {
+    public:
+        explicit Option(CLI::Option& declared) : option(&declared) {}
+
+        Option& required();
+        /// What the help calls its value.
+        Option& typeName(const std::string& name);
+        /// The help tells what holds without it.
+        Option& showDefault();
+        /// Only numbers above 0.
+        Option& positive();
+        /// Only these values.
+        Option& oneOf(const std::vector<std::string>& values);
+        /// @param problem Tells what is wrong with a value; nothing if it is fine.
+        Option& check(const std::function<std::string(const std::string&)>& problem);
+        Option& excludes(const std::vector<Option>& others);
+
+    private:
+        CLI::Option* option;
+    };
+
+    /// @param commandLevel Must outlive this object.
+    explicit CommandLine(CLI::App& commandLevel) : level(commandLevel) {}
+
+    // All take the name of an argument, such as "FILE", or those of an option, such as "-o,--output". The
+    // target gets the value and must stay where it is.
+
+    Option add(const std::string& names, std::string& target, const std::string& description);
+    Option add(const std::string& names, std::optional<std::string>& target, const std::string& description);
+    Option add(const std::string& names, std::vector<std::string>& target, const std::string& description);
+    Option add(const std::string& names, unsigned int& target, const std::string& description);
+    Option add(const std::string& names, unsigned long& target, const std::string& description);
+    Option add(const std::string& names, unsigned long long& target, const std::string& description);
+    Option add(const std::string& names, double& target, const std::string& description);
+    Option addFlag(const std::string& names, bool& target, const std::string& description);
+
+    /// What the help shows behind the options: paragraphs, then examples.
+    void setDetails(const std::string& text);
+    /// Leaves the command out of the list of commands.
+    void hide();
+    /// @param check Called when all values are there; throws UsageError if they don't fit together.
+    void setCheck(const std::function<void()>& check);
+    /// Gives the help of the whole program, once all commands have declared their options.
+    std::function<CommandHelp()> programHelp() const;
+
+private:
+    CLI::App& level;
+};
+
+} // namespace MoxTool

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "CommandHelp.h"
+
+namespace CLI {
+class App;
+} // namespace CLI
+
+namespace MoxTool {
+
+/// What the help of a program or a command shows. Commands that it does not list are there too, marked as
+/// hidden.
+CommandHelp describeHelp(const CLI::App& level);
+
+} // namespace MoxTool

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Tolerance.h"
+
+namespace MoxTool {
+
+/// What counts as a difference of two models.
+struct ComparisonOptions {
+    Tolerance tolerance;
+    bool links = false; ///< Whether it counts that one dataset links to another.
+    bool date = false;  ///< Whether the date of saving counts.
+};
+
+} // namespace MoxTool

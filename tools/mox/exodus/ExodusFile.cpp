@@ -1,0 +1,257 @@
+#include "ExodusFile.h"
+
+#include "../common/Failure.h"
+#include "../common/checkIsFile.h"
+#include "../mesh/ElementType.h"
+#include "CharRows.h"
+#include "requiredNetcdfLength.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+namespace MoxTool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* NotExodus = "not an Exodus II file";
+
+enum class Container { Classic, Hdf5, Other };
+
+Container containerOf(std::istream& file) {
+    std::array<char, 4> magic{};
+    file.read(magic.data(), magic.size());
+    const std::string start(magic.data(), magic.size());
+    if (start.starts_with("CDF"))
+        return Container::Classic;
+    return start == "\x89HDF" ? Container::Hdf5 : Container::Other;
+}
+
+void checkLength(const std::string& path, std::istream& file) {
+    file.clear();
+    file.seekg(0);
+    std::uint64_t required = 0;
+    try {
+        required = requiredNetcdfLength(file);
+    } catch (const std::exception& damage) {
+        throw Failure(path, fmt::format("damaged: {}", damage.what()));
+    }
+    const std::uint64_t present = fs::file_size(path);
+    if (present < required)
+        throw Failure(path, fmt::format("damaged: cut off after {} of {} bytes", present, required));
+}
+
+// The Exodus library writes to stderr where netCDF can't open a file, so that is tried before.
+void checkOpens(const std::string& path) {
+    int opened = -1;
+    if (const int status = nc_open(path.c_str(), NC_NOWRITE, &opened); status != NC_NOERR)
+        throw Failure(path, fmt::format("{}, or damaged ({})", NotExodus, nc_strerror(status)));
+    nc_close(opened);
+}
+
+// Catches early what the library tells unclearly or not at all.
+void checkContainer(const std::string& path) {
+    checkIsFile(path);
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        throw Failure(path, "can't be opened");
+    const auto container = containerOf(file);
+    if (container == Container::Other)
+        throw Failure(path, NotExodus);
+    if (container == Container::Classic)
+        checkLength(path, file);
+    checkOpens(path);
+}
+
+} // namespace
+
+ExodusFile::Handle::~Handle() {
+    if (id >= 0)
+        ex_close(id);
+}
+
+ExodusFile::ExodusFile(const std::string& path) : filePath(path) {
+    checkContainer(path);
+    open();
+    readParameters();
+    readBlocks();
+    readTimes();
+}
+
+void ExodusFile::open() {
+    ex_opts(EX_DEFAULT);
+    int memoryWordSize = sizeof(double);
+    file.id = ex_open(filePath.c_str(), EX_READ | EX_ALL_INT64_API, &memoryWordSize, &wordSize, &version);
+    if (file.id < 0)
+        throw Failure(filePath, fmt::format("{}, or damaged", NotExodus));
+    nameLength = static_cast<std::size_t>(
+        std::max<std::int64_t>(MAX_NAME_LENGTH, inquire(EX_INQ_DB_MAX_ALLOWED_NAME_LENGTH)));
+    ex_set_max_name_length(file.id, static_cast<int>(nameLength));
+}
+
+void ExodusFile::readParameters() {
+    check(ex_get_init_ext(file.id, &parameters), "its counts");
+    if (parameters.num_dim < 1 || parameters.num_dim > 3)
+        throw Failure(filePath, fmt::format("damaged: {} dimensions", parameters.num_dim));
+}
+
+void ExodusFile::readBlocks() {
+    std::int64_t firstElement = 0;
+    for (const auto blockId : ids(EX_ELEM_BLOCK, parameters.num_elem_blk)) {
+        ex_block block{};
+        block.id = blockId;
+        block.type = EX_ELEM_BLOCK;
+        check(ex_get_block_param(file.id, &block), "an element block");
+        elementBlocks.push_back({blockId, blockName(blockId), block.topology, block.num_entry,
+                                 block.num_nodes_per_entry, block.num_attribute, firstElement});
+        firstElement += block.num_entry;
+    }
+    if (firstElement != parameters.num_elem)
+        throw Failure(filePath, fmt::format("damaged: its blocks have {} elements instead of {}",
+                                            firstElement, parameters.num_elem));
+}
+
+void ExodusFile::readTimes() {
+    stepTimes.resize(static_cast<std::size_t>(inquire(EX_INQ_TIME)));
+    if (!stepTimes.empty())
+        check(ex_get_all_times(file.id, stepTimes.data()), "the times");
+}
+
+std::string ExodusFile::blockName(std::int64_t block) const {
+    std::string name(nameLength + 1, '\0');
+    check(ex_get_name(file.id, EX_ELEM_BLOCK, block, name.data()), "the name of an element block");
+    return name.substr(0, name.find('\0'));
+}
+
+float ExodusFile::apiVersion() const {
+    float result = 0;
+    ex_inquire(file.id, EX_INQ_API_VERS, nullptr, &result, nullptr);
+    return result;
+}
+
+std::vector<QaRecord> ExodusFile::qaRecords() const {
+    constexpr std::size_t Fields = 4;
+    const auto count = static_cast<std::size_t>(inquire(EX_INQ_QA));
+    if (count == 0)
+        return {};
+    CharRows texts(count * Fields, MAX_STR_LENGTH);
+    check(ex_get_qa(file.id, reinterpret_cast<char*(*)[Fields]>(texts.data())), "the QA records");
+    std::vector<QaRecord> records;
+    for (std::size_t i = 0; i < texts.size(); i += Fields)
+        records.push_back({texts[i], texts[i + 1], texts[i + 2], texts[i + 3]});
+    return records;
+}
+
+std::int64_t ExodusFile::inquire(ex_inquiry what) const {
+    return std::max<std::int64_t>(0, ex_inquire_int(file.id, what));
+}
+
+std::vector<double> ExodusFile::coordinates(int axis) const {
+    std::vector<double> result(static_cast<std::size_t>(parameters.num_nodes));
+    std::array<double*, 3> targets{};
+    targets.at(static_cast<std::size_t>(axis)) = result.data();
+    check(ex_get_coord(file.id, targets[0], targets[1], targets[2]), "the coordinates");
+    return result;
+}
+
+std::vector<std::int64_t> ExodusFile::idMap(ex_entity_type type, std::int64_t count) const {
+    std::vector<std::int64_t> result(static_cast<std::size_t>(count));
+    if (ex_get_id_map(file.id, type, result.data()) < 0)
+        throw Failure(filePath, "damaged: an id map can't be read");
+    return result;
+}
+
+std::vector<std::int64_t> ExodusFile::connectivity(const ExodusBlock& block) const {
+    const auto count = ElementType(block.elementType).isNsided() ? block.nodesPerElement
+                                                                 : block.elementCount * block.nodesPerElement;
+    std::vector<std::int64_t> result(static_cast<std::size_t>(count));
+    check(ex_get_conn(file.id, EX_ELEM_BLOCK, block.id, result.data(), nullptr, nullptr),
+          "the nodes of the elements");
+    return result;
+}
+
+std::vector<int> ExodusFile::nodesOfEachElement(const ExodusBlock& block) const {
+    std::vector<int> result(static_cast<std::size_t>(block.elementCount));
+    check(ex_get_entity_count_per_polyhedra(file.id, EX_ELEM_BLOCK, block.id, result.data()),
+          "the sizes of the elements");
+    return result;
+}
+
+std::vector<std::string> ExodusFile::attributeNames(const ExodusBlock& block) const {
+    if (block.attributeCount == 0)
+        return {};
+    CharRows texts(static_cast<std::size_t>(block.attributeCount), nameLength);
+    check(ex_get_attr_names(file.id, EX_ELEM_BLOCK, block.id, texts.data()),
+          "the names of element attributes");
+    return texts.strings();
+}
+
+std::vector<std::string> ExodusFile::coordinateNames() const {
+    CharRows texts(static_cast<std::size_t>(parameters.num_dim), nameLength);
+    check(ex_get_coord_names(file.id, texts.data()), "the names of the coordinates");
+    return texts.strings();
+}
+
+std::vector<std::int64_t> ExodusFile::ids(ex_entity_type type, std::int64_t count) const {
+    std::vector<std::int64_t> result(static_cast<std::size_t>(count));
+    if (count > 0)
+        check(ex_get_ids(file.id, type, result.data()), "the ids of blocks or sets");
+    return result;
+}
+
+std::vector<std::string> ExodusFile::names(ex_entity_type type, std::int64_t count) const {
+    if (count == 0)
+        return {};
+    CharRows texts(static_cast<std::size_t>(count), nameLength);
+    check(ex_get_names(file.id, type, texts.data()), "the names of blocks or sets");
+    return texts.strings();
+}
+
+std::vector<std::string> ExodusFile::variableNames(ex_entity_type type) const {
+    int count = 0;
+    check(ex_get_variable_param(file.id, type, &count), "the number of variables");
+    if (count == 0)
+        return {};
+    CharRows texts(static_cast<std::size_t>(count), nameLength);
+    check(ex_get_variable_names(file.id, type, count, texts.data()), "the names of variables");
+    return texts.strings();
+}
+
+std::vector<int> ExodusFile::elementTruthTable(std::size_t variableCount) const {
+    std::vector<int> table(elementBlocks.size() * variableCount);
+    if (!table.empty())
+        check(ex_get_truth_table(file.id, EX_ELEM_BLOCK, static_cast<int>(elementBlocks.size()),
+                                 static_cast<int>(variableCount), table.data()),
+              "the table of element variables");
+    return table;
+}
+
+std::vector<double> ExodusFile::values(ex_entity_type type, std::size_t variable, std::int64_t entity,
+                                       std::size_t step, std::int64_t count) const {
+    std::vector<double> result(static_cast<std::size_t>(count));
+    const auto number = static_cast<int>(variable) + 1;
+    check(ex_get_var(file.id, static_cast<int>(step) + 1, type, number, entity, count, result.data()),
+          "a variable");
+    return result;
+}
+
+std::vector<double> ExodusFile::globalValues(std::size_t step, std::size_t variableCount) const {
+    std::vector<double> result(variableCount);
+    check(
+        ex_get_glob_vars(file.id, static_cast<int>(step) + 1, static_cast<int>(variableCount), result.data()),
+        "the global variables");
+    return result;
+}
+
+// The library warns, with a positive status, of things that are absent; here everything asked for must be
+// there.
+void ExodusFile::check(int status, const char* what) const {
+    if (status != NC_NOERR)
+        throw Failure(filePath, fmt::format("damaged: {} can't be read", what));
+}
+
+} // namespace MoxTool

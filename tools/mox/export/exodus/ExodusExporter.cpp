@@ -1,0 +1,288 @@
+#include "ExodusExporter.h"
+
+#include "../../common/Terminal.h"
+#include "../../common/visibleText.h"
+#include "../../mesh/AttributeNames.h"
+#include "../../mesh/DatasetNames.h"
+#include "../attributeValue.h"
+#include "qaRecordsOf.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <limits>
+#include <set>
+
+namespace MoxTool {
+
+namespace {
+
+constexpr double Missing = std::numeric_limits<double>::quiet_NaN();
+
+const MoxReader::Attributes& rootAttributes(const MoxReader::Model& model) {
+    static const MoxReader::Attributes none;
+    const auto* group = model.root().group();
+    return group == nullptr ? none : group->attributes;
+}
+
+std::string titleOf(const MoxReader::Model& model) {
+    const auto& attributes = rootAttributes(model);
+    return attributes.contains(AttributeNames::Title) ? textAttribute(attributes, AttributeNames::Title)
+                                                      : model.root().name;
+}
+
+std::string fitted(const std::string& text, std::size_t longest, ConversionSummary& summary) {
+    if (text.size() > longest)
+        summary.addNote(fmt::format("\"{}\" is cut to {} letters", visibleText(text), longest));
+    return text.substr(0, longest);
+}
+
+template <typename T>
+std::vector<double> columnOf(const std::vector<T>& table, std::size_t width, std::size_t column) {
+    std::vector<double> values;
+    values.reserve(table.size() / width);
+    for (auto i = column; i < table.size(); i += width)
+        values.push_back(table[i]);
+    return values;
+}
+
+bool areUnique(const std::vector<std::int64_t>& ids) {
+    return std::set<std::int64_t>(ids.begin(), ids.end()).size() == ids.size();
+}
+
+// What an import from a file of fewer dimensions has put into the others is zeros.
+int dimensionOf(const ExportModel& source) {
+    const auto wish = numberAttribute(rootAttributes(source.model()), "Dimensions").value_or(3);
+    if (wish != 1 && wish != 2)
+        return 3;
+    const auto dimension = static_cast<std::size_t>(wish);
+    const auto& points = source.mesh().points;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        if (i % 3 >= dimension && points[i] != 0)
+            return 3;
+    }
+    return static_cast<int>(dimension);
+}
+
+bool isLarge(std::int64_t id) {
+    return id > std::numeric_limits<std::int32_t>::max();
+}
+
+bool areLarge(const std::optional<std::vector<std::int64_t>>& ids) {
+    return ids && std::any_of(ids->begin(), ids->end(), isLarge);
+}
+
+} // namespace
+
+ExodusExporter::ExodusExporter(ExportModel& from, Terminal& messages)
+    : source(from), terminal(messages), reader(from.reader()), dimension(dimensionOf(from)) {
+    planMaps();
+    nodal.emplace(source.results(), ResultPlace::Nodes, mapFields);
+    elemental.emplace(source.results(), ResultPlace::Elements, mapFields);
+    for (const auto step : source.wantedSteps()) {
+        const auto& label = source.results().steps[step];
+        hasModes = hasModes || (label.mode && label.frequency);
+    }
+}
+
+void ExodusExporter::write(const std::string& path, const std::string& shownPath) {
+    ExodusOutput output(path, shownPath, layout());
+    writeMesh(output);
+    declareVariables(output);
+    if (source.results().steps.empty())
+        writeStaticStep(output);
+    else
+        writeSteps(output);
+    output.close();
+}
+
+void ExodusExporter::planMaps() {
+    nodeIds = takeIds(ResultPlace::Nodes, DatasetNames::NodeIds);
+    elementIds = takeIds(ResultPlace::Elements, DatasetNames::ElementIds);
+}
+
+std::optional<ExodusExporter::Ids> ExodusExporter::takeIds(ResultPlace place, const std::string& name) {
+    const auto& fields = source.results().fields;
+    const auto field = std::find_if(fields.begin(), fields.end(), [&](const ExportField& candidate) {
+        return candidate.place == place && candidate.name == name && candidate.isStatic &&
+               candidate.isInteger;
+    });
+    if (field == fields.end())
+        return std::nullopt;
+    mapFields.push_back(&*field);
+    if (field->targets.size() < targetCount(source.mesh(), place)) {
+        source.summary().addNote(name + " are left out, since some have none");
+        return std::nullopt;
+    }
+    const auto numbers = reader.readAll(*field, ExportField::NoStep);
+    Ids ids(numbers.begin(), numbers.end());
+    if (areUnique(ids))
+        return ids;
+    source.summary().addNote(name + " are left out, since some are not unique in the whole model");
+    return std::nullopt;
+}
+
+ExodusOutput::Layout ExodusExporter::layout() {
+    ExodusOutput::Layout layout;
+    const auto& mesh = source.mesh();
+    layout.title = fitted(titleOf(source.model()), ExodusOutput::LongestTitle, source.summary());
+    layout.dimension = dimension;
+    layout.nodes = mesh.nodeCount();
+    layout.elements = mesh.elementCount();
+    layout.blocks = mesh.blocks.size();
+    layout.largeIds = areLarge(nodeIds) || areLarge(elementIds);
+    auto names = nodal->names();
+    const auto more = elemental->names();
+    names.insert(names.end(), more.begin(), more.end());
+    for (const auto& block : mesh.blocks) {
+        names.push_back(block.name);
+        layout.largeIds = layout.largeIds || isLarge(block.id);
+    }
+    for (const auto& name : names)
+        layout.nameLength = std::max(layout.nameLength, name.size());
+    return layout;
+}
+
+void ExodusExporter::writeMesh(ExodusOutput& output) {
+    output.qaRecords(qaRecordsOf(rootAttributes(source.model())));
+    writeCoordinates(output);
+    for (const auto& block : source.mesh().blocks)
+        output.block(describe(block), block.nodes, block.lengths);
+    if (nodeIds)
+        output.idMap(EX_NODE_MAP, *nodeIds);
+    if (elementIds)
+        output.idMap(EX_ELEM_MAP, *elementIds);
+}
+
+ExodusBlock ExodusExporter::describe(const ExportBlock& block) {
+    const auto* usualType = dimension < 3 ? block.shape->planarType : block.shape->exodusType;
+    const auto nodes = block.shape == &PolygonShape ? block.nodes.size() : block.nodesPerElement;
+    ExodusBlock described;
+    described.id = block.id;
+    described.elementType =
+        fitted(block.type.empty() ? usualType : block.type, ExodusOutput::LongestText, source.summary());
+    described.name = fitted(block.name, ExodusOutput::LongestName, source.summary());
+    described.elementCount = static_cast<std::int64_t>(block.rows.size());
+    described.nodesPerElement = static_cast<std::int64_t>(nodes);
+    return described;
+}
+
+void ExodusExporter::writeCoordinates(ExodusOutput& output) {
+    const auto& points = source.mesh().points;
+    for (int axis = 0; axis < dimension; ++axis)
+        output.coordinates(axis, columnOf(points, 3, static_cast<std::size_t>(axis)));
+}
+
+void ExodusExporter::declareVariables(ExodusOutput& output) {
+    if (hasModes)
+        output.variables(EX_GLOBAL, {"ModeNumber", "EigenFrequency"});
+    output.variables(EX_NODAL, nodal->names());
+    output.variables(EX_ELEM_BLOCK, elemental->names());
+    std::vector<int> table;
+    for (const auto& block : source.mesh().blocks) {
+        for (std::size_t variable = 0; variable < elemental->count(); ++variable)
+            table.push_back(elemental->targets(variable).contains(block.part) ? 1 : 0);
+    }
+    output.truthTable(source.mesh().blocks.size(), elemental->count(), std::move(table));
+}
+
+void ExodusExporter::writeSteps(ExodusOutput& output) {
+    const auto& steps = source.wantedSteps();
+    for (std::size_t row = 0; row < steps.size(); ++row) {
+        terminal.progress("exporting results", static_cast<double>(row) / static_cast<double>(steps.size()));
+        const auto& step = source.results().steps[steps[row]];
+        output.time(row, step.timeOr(static_cast<double>(row)));
+        writeGlobals(output, row, step);
+        writeResults(output, ResultPlace::Nodes, row, steps[row]);
+        writeResults(output, ResultPlace::Elements, row, steps[row]);
+    }
+    terminal.clearProgress();
+}
+
+// An Exodus file has results in steps alone.
+void ExodusExporter::writeStaticStep(ExodusOutput& output) {
+    if (nodal->count() + elemental->count() == 0) {
+        writeBareTimes(output);
+        return;
+    }
+    source.summary().addNote("results without steps stand in one step of time 0");
+    output.time(0, 0);
+    writeResults(output, ResultPlace::Nodes, 0, ExportField::NoStep);
+    writeResults(output, ResultPlace::Elements, 0, ExportField::NoStep);
+}
+
+// Those that an import has kept of steps without results.
+void ExodusExporter::writeBareTimes(ExodusOutput& output) {
+    const auto& attributes = rootAttributes(source.model());
+    std::size_t row = 0;
+    while (const auto time =
+               numberAttribute(attributes, AttributeNames::numbered(AttributeNames::TimeOfStep, row + 1)))
+        output.time(row++, *time);
+}
+
+void ExodusExporter::writeGlobals(ExodusOutput& output, std::size_t row, const ExportStep& step) {
+    if (hasModes)
+        output.globals(row, {step.mode.value_or(Missing), step.frequency.value_or(Missing)});
+}
+
+void ExodusExporter::writeResults(ExodusOutput& output, ResultPlace place, std::size_t row,
+                                  std::size_t step) {
+    Written written;
+    for (const auto& [field, variables] : variablesOf(place).fields()) {
+        if (field->isStatic && step != ExportField::NoStep)
+            source.summary().addNote("results without steps are repeated in each step");
+        for (const auto target : field->targets) {
+            const auto* holder = field->source(step, target);
+            if (holder == nullptr)
+                continue;
+            const auto table = reader.read(*field, *holder);
+            ++source.summary().datasets;
+            for (std::size_t column = 0; column < variables.size(); ++column) {
+                writeColumn(output, place, variables[column], row, target,
+                            columnOf(table, field->width, column));
+                written.emplace(variables[column], target);
+            }
+        }
+    }
+    fillGaps(output, place, written, row);
+}
+
+void ExodusExporter::writeColumn(ExodusOutput& output, ResultPlace place, std::size_t variable,
+                                 std::size_t row, std::size_t target, const std::vector<double>& values) {
+    const auto& mesh = source.mesh();
+    if (place == ResultPlace::Nodes) {
+        output.nodal(row, variable, mesh.nodeGroups[target].first, values);
+        return;
+    }
+    const auto& part = mesh.parts[target];
+    for (auto i = part.firstBlock; i < part.endBlock; ++i) {
+        const auto& block = mesh.blocks[i];
+        std::vector<double> ofBlock;
+        ofBlock.reserve(block.rows.size());
+        for (const auto element : block.rows)
+            ofBlock.push_back(values[element]);
+        output.elemental(row, variable, block.id, ofBlock);
+    }
+}
+
+// A variable stands on all nodes, and on the elements of a block in all steps or in none.
+void ExodusExporter::fillGaps(ExodusOutput& output, ResultPlace place, const Written& written,
+                              std::size_t row) {
+    const auto& variables = variablesOf(place);
+    for (std::size_t variable = 0; variable < variables.count(); ++variable) {
+        for (std::size_t target = 0; target < targetCount(source.mesh(), place); ++target) {
+            const bool isGap = place == ResultPlace::Nodes || variables.targets(variable).contains(target);
+            if (!isGap || written.contains({variable, target}))
+                continue;
+            const std::vector<double> values(itemsOf(source.mesh(), place, target), Missing);
+            writeColumn(output, place, variable, row, target, values);
+            source.summary().addNote("NaN stands where a node or an element has no result in a step");
+        }
+    }
+}
+
+const ExodusVariables& ExodusExporter::variablesOf(ResultPlace place) const {
+    return place == ResultPlace::Nodes ? *nodal : *elemental;
+}
+
+} // namespace MoxTool

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "../../exodus/ExodusOutput.h"
+#include "../ExportModel.h"
+#include "ExodusVariables.h"
+
+#include <optional>
+
+namespace MoxTool {
+
+class Terminal;
+
+/// Carries a model into an Exodus file, with one result of one step in memory at a time.
+class ExodusExporter {
+public:
+    /// Both must outlive the exporter.
+    ExodusExporter(ExportModel& source, Terminal& terminal);
+
+    /// To be called once.
+    /// @param path      Where the file grows.
+    /// @param shownPath What failures call it.
+    /// @throws Failure if it can't be written; MoxReader::Error.
+    void write(const std::string& path, const std::string& shownPath);
+
+private:
+    using Ids = std::vector<std::int64_t>;
+    using Written = std::set<std::pair<std::size_t, std::size_t>>; // a variable on a target
+
+    void planMaps();
+    std::optional<Ids> takeIds(ResultPlace place, const std::string& name);
+    ExodusOutput::Layout layout();
+    ExodusBlock describe(const ExportBlock& block);
+    void writeMesh(ExodusOutput& output);
+    void writeCoordinates(ExodusOutput& output);
+    void declareVariables(ExodusOutput& output);
+    void writeSteps(ExodusOutput& output);
+    void writeStaticStep(ExodusOutput& output);
+    void writeBareTimes(ExodusOutput& output);
+    void writeGlobals(ExodusOutput& output, std::size_t row, const ExportStep& step);
+    void writeResults(ExodusOutput& output, ResultPlace place, std::size_t row, std::size_t step);
+    void writeColumn(ExodusOutput& output, ResultPlace place, std::size_t variable, std::size_t row,
+                     std::size_t target, const std::vector<double>& values);
+    void fillGaps(ExodusOutput& output, ResultPlace place, const Written& written, std::size_t row);
+    const ExodusVariables& variablesOf(ResultPlace place) const;
+
+    ExportModel& source;
+    Terminal& terminal;
+    FieldReader reader;
+    int dimension;
+    std::vector<const ExportField*> mapFields;
+    std::optional<Ids> nodeIds;
+    std::optional<Ids> elementIds;
+    std::optional<ExodusVariables> nodal;
+    std::optional<ExodusVariables> elemental;
+    bool hasModes = false;
+};
+
+} // namespace MoxTool

@@ -1,0 +1,84 @@
+#include "ExodusVariables.h"
+
+#include "../../exodus/ExodusOutput.h"
+#include "../../mesh/DatasetNames.h"
+#include "../../mesh/VariableTypes.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <array>
+
+namespace MoxTool {
+
+namespace {
+
+using Suffixes = std::array<const char*, 6>;
+
+constexpr Suffixes Axes = {"_x", "_y", "_z"};
+constexpr Suffixes Tensor = {"_xx", "_yy", "_zz", "_xy", "_yz", "_zx"};
+constexpr std::array<const char*, 6> DisplacementAndRotation = {
+    "Displacement_x", "Displacement_y", "Displacement_z", "Rotation_x", "Rotation_y", "Rotation_z"};
+
+constexpr std::size_t RoomForNumber = 12;
+
+std::string guessedName(const ExportField& field, std::size_t column) {
+    if (field.width == 1)
+        return field.name;
+    if (field.variableType == VariableTypes::NodeSixA && field.name == DatasetNames::Displacement)
+        return DisplacementAndRotation.at(column);
+    if (field.width == 3)
+        return field.name + Axes.at(column);
+    if (field.variableType == VariableTypes::NodeSixA || field.variableType == VariableTypes::ElementSixA)
+        return field.name + Tensor.at(column);
+    return fmt::format("{}_{}", field.name, column + 1);
+}
+
+bool areDisjoint(const std::set<std::size_t>& left, const std::set<std::size_t>& right) {
+    return std::none_of(left.begin(), left.end(), [&right](auto target) { return right.contains(target); });
+}
+
+} // namespace
+
+ExodusVariables::ExodusVariables(const ExportResults& all, ResultPlace place,
+                                 const std::vector<const ExportField*>& mapFields) {
+    for (const auto& field : all.fields) {
+        if (field.place == place && std::find(mapFields.begin(), mapFields.end(), &field) == mapFields.end())
+            addField(field);
+    }
+}
+
+std::vector<std::string> ExodusVariables::names() const {
+    std::vector<std::string> names;
+    for (const auto& variable : variables)
+        names.push_back(variable.name);
+    return names;
+}
+
+// Columns behind the last component are the zeros of a model with fewer dimensions.
+void ExodusVariables::addField(const ExportField& field) {
+    FieldColumns entry{&field, {}};
+    const auto columns = field.components.empty() ? field.width : field.components.size();
+    for (std::size_t column = 0; column < columns; ++column) {
+        const auto name = field.components.empty() ? guessedName(field, column) : field.components[column];
+        entry.variables.push_back(variableFor(name.substr(0, ExodusOutput::LongestName), field));
+    }
+    allFields.push_back(std::move(entry));
+}
+
+std::size_t ExodusVariables::variableFor(const std::string& wanted, const ExportField& field) {
+    auto name = wanted;
+    for (int number = 2;; ++number) {
+        const auto [place, isNew] = places.emplace(name, variables.size());
+        if (isNew)
+            variables.push_back({name, {}});
+        auto& targets = variables[place->second].targets;
+        if (areDisjoint(targets, field.targets)) {
+            targets.insert(field.targets.begin(), field.targets.end());
+            return place->second;
+        }
+        name = fmt::format("{} ({})", wanted.substr(0, ExodusOutput::LongestName - RoomForNumber), number);
+    }
+}
+
+} // namespace MoxTool

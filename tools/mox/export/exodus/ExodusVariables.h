@@ -1,0 +1,53 @@
+#pragma once
+
+#include "../ExportResults.h"
+
+#include <cstddef>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+/// The variables of an Exodus file for the results of one place. A variable has one number for each node or
+/// element, so each column of a result becomes one.
+///
+/// A column is named by the component that it is said to be; otherwise by its result and, if that has more
+/// than one column, _x _y _z, _xx _yy _zz _xy _yz _zx, or a number. A displacement of six columns gives
+/// Displacement_x and so on, and Rotation_x and so on. Columns of one name that have no target in common are
+/// one variable; else the later gets " (2)" behind its name.
+class ExodusVariables {
+public:
+    /// What becomes of one result.
+    struct FieldColumns {
+        const ExportField* field;
+        std::vector<std::size_t> variables; ///< For each of its columns from the first on.
+    };
+
+    /// @param all       Outlives this object.
+    /// @param mapFields Results that become id maps, and no variables.
+    ExodusVariables(const ExportResults& all, ResultPlace place,
+                    const std::vector<const ExportField*>& mapFields);
+
+    std::vector<std::string> names() const;
+    std::size_t count() const { return variables.size(); }
+    const std::vector<FieldColumns>& fields() const { return allFields; }
+    /// What has the variable in any step: node groups or parts.
+    const std::set<std::size_t>& targets(std::size_t variable) const { return variables[variable].targets; }
+
+private:
+    struct Variable {
+        std::string name;
+        std::set<std::size_t> targets;
+    };
+
+    void addField(const ExportField& field);
+    std::size_t variableFor(const std::string& wanted, const ExportField& field);
+
+    std::vector<Variable> variables;
+    std::map<std::string, std::size_t> places;
+    std::vector<FieldColumns> allFields;
+};
+
+} // namespace MoxTool

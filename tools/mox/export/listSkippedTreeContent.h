@@ -1,0 +1,13 @@
+#pragma once
+
+#include "../common/ConversionSummary.h"
+
+#include <MoxReader/Model.h>
+
+namespace MoxTool {
+
+/// Notes what a mesh format can't take of a model's tree: groups, sets of nodes, materials, and the
+/// attributes that no export has a place for.
+void listSkippedTreeContent(const MoxReader::Model& model, ConversionSummary& summary);
+
+} // namespace MoxTool

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "../../common/TemporaryPath.h"
+
+#include <filesystem>
+#include <string>
+
+namespace MoxTool {
+
+/// A folder of files of one kind in the making, which can replace one of its kind: it grows under a temporary
+/// name beside its target and gets the target's name when it is whole; otherwise it is removed.
+class ReplaceableFolder {
+public:
+    /// Makes the temporary folder.
+    ///
+    /// @param path             The target.
+    /// @param extensionOfFiles Such as ".vtu".
+    /// @param mayOverwrite     Whether commit() may replace an existing folder; one that holds anything but
+    ///                         files of the extension is never replaced.
+    /// @throws Failure if the target exists and must not be replaced, or if the temporary folder can't be
+    ///                 made.
+    ReplaceableFolder(std::filesystem::path path, std::string extensionOfFiles, bool mayOverwrite);
+
+    const std::filesystem::path& temporaryPath() const { return temporary.path(); }
+
+    /// Gives the temporary folder the target's name. The files must be closed.
+    /// @throws Failure if the target has appeared meanwhile and must not be replaced, or if renaming fails.
+    void commit();
+
+private:
+    const std::filesystem::path& checkedTarget() const;
+
+    std::filesystem::path target;
+    std::string extension;
+    bool overwrite;
+    TemporaryPath temporary;
+};
+
+} // namespace MoxTool

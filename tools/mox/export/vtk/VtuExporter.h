@@ -1,0 +1,45 @@
+#pragma once
+
+#include "../ExportModel.h"
+#include "VtuFile.h"
+
+#include <filesystem>
+#include <set>
+
+namespace MoxTool {
+
+/// Makes VTU files of a model: one mesh of all its parts, with the results of one step.
+class VtuExporter {
+public:
+    /// @param source Must outlive the exporter.
+    explicit VtuExporter(ExportModel& source);
+
+    /// @param step      Place of the step; ExportField::NoStep for the results without one.
+    /// @param value     The step's time or frequency.
+    /// @param path      Where the file grows.
+    /// @param shownPath What failures call it.
+    /// @throws Failure if it can't be written; MoxReader::Error.
+    void write(std::size_t step, double value, const std::filesystem::path& path,
+               const std::string& shownPath);
+
+private:
+    // Columns of a result that make an array.
+    struct Slice {
+        std::string name;
+        std::size_t firstColumn;
+        std::size_t columns;
+    };
+
+    void addMesh(VtuFile& file) const;
+    void addLabels(VtuFile& file, std::size_t step, double value) const;
+    void addFields(VtuFile& file, std::size_t step);
+    void addField(VtuFile& file, const ExportField& field, std::size_t step, std::set<std::string>& names);
+    VtuArray fieldArray(const ExportField& field, std::size_t step, const Slice& slice);
+    template <typename T>
+    VtuArray typedArray(const char* type, const ExportField& field, std::size_t step, const Slice& slice);
+
+    ExportModel& source;
+    FieldReader reader;
+};
+
+} // namespace MoxTool

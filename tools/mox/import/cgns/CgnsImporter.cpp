@@ -1,0 +1,126 @@
+#include "CgnsImporter.h"
+
+#include "../../common/Failure.h"
+#include "../../common/Terminal.h"
+#include "../../mesh/AttributeNames.h"
+#include "../../mesh/DatasetNames.h"
+#include "../model/setNumber.h"
+#include "listSkippedCgnsNodes.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <numeric>
+#include <utility>
+
+namespace MoxTool {
+
+using Qel::Mox2::DatasetType;
+
+namespace {
+
+constexpr std::array<const char*, 3> Axes = {"CoordinateX", "CoordinateY", "CoordinateZ"};
+
+void setFile(Qel::Mox2::Attributes& attributes, const CgnsFile& file) {
+    attributes.set(AttributeNames::SourceFile, std::filesystem::path(file.path()).filename().string());
+    attributes.set("CGNS Version", fmt::format("{:.2f}", file.version()));
+}
+
+void setBase(Qel::Mox2::Attributes& attributes, const CgnsBase& base) {
+    setNumber(attributes, "Cell Dimension", base.cellDimension);
+    setNumber(attributes, "Physical Dimension", base.physicalDimension);
+    setNumber(attributes, "Zones", static_cast<std::int64_t>(base.zones.size()));
+    setNumber(attributes, AttributeNames::Steps, static_cast<std::int64_t>(base.times.size()));
+}
+
+Qel::Mox2::Attributes zoneAttributes(const CgnsZone& zone) {
+    Qel::Mox2::Attributes attributes;
+    attributes.set("Zone Type", zone.isStructured ? "Structured" : "Unstructured");
+    setNumber(attributes, "Vertices", static_cast<std::int64_t>(zone.vertices()));
+    setNumber(attributes, "Cells", static_cast<std::int64_t>(zone.cells()));
+    return attributes;
+}
+
+} // namespace
+
+void CgnsImporter::run() {
+    const auto bases = file.bases();
+    if (bases.empty())
+        throw Failure(file.path(), "has no base");
+    for (const auto& base : bases)
+        zoneCount += base.zones.size();
+    const auto stem = std::filesystem::path(file.path()).stem().string();
+    Qel::Mox2::Attributes attributes;
+    setFile(attributes, file);
+    if (bases.size() == 1)
+        setBase(attributes, bases.front());
+    const auto root = target.model.addNode(Qel::Mox2::NodeType::RootGroup,
+                                           bases.size() == 1 ? bases.front().name : stem, attributes);
+    for (const auto& base : bases)
+        addZones(base, bases.size() == 1 ? root : addGroup(base, root));
+    target.terminal.clearProgress();
+    listSkipped();
+}
+
+unsigned int CgnsImporter::addGroup(const CgnsBase& base, unsigned int root) {
+    Qel::Mox2::Attributes attributes;
+    setBase(attributes, base);
+    target.model.setCurrentNodeId(root);
+    return target.model.addNode(Qel::Mox2::NodeType::Group, base.name, attributes);
+}
+
+void CgnsImporter::addZones(const CgnsBase& base, unsigned int group) {
+    for (const auto& zone : base.zones) {
+        target.terminal.progress("importing zones",
+                                 static_cast<double>(zonesDone++) / static_cast<double>(zoneCount));
+        addZone(base, zone, group);
+    }
+    results.addSteps(base);
+}
+
+void CgnsImporter::addZone(const CgnsBase& base, const CgnsZone& zone, unsigned int baseGroup) {
+    target.limits.checkNodeCount(zone.vertices());
+    target.model.setCurrentNodeId(baseGroup);
+    const auto group = target.model.addNode(Qel::Mox2::NodeType::Group, zone.name, zoneAttributes(zone));
+    auto parts = sections.addZone(base, zone, group);
+    addVertices(zone, parts);
+    results.addZone(base, zone, std::move(parts));
+}
+
+void CgnsImporter::addVertices(const CgnsZone& zone, const std::vector<CgnsPart>& parts) {
+    RealTable table(zone.vertices(), Axes.size());
+    for (const auto& name : file.coordinateNames(zone)) {
+        const auto axis = std::find(Axes.begin(), Axes.end(), name) - Axes.begin();
+        if (static_cast<std::size_t>(axis) == Axes.size())
+            otherCoordinates.push_back(name);
+        else
+            table.setColumn(static_cast<std::size_t>(axis), file.coordinates(zone, name), target.narrowing);
+    }
+    if (parts.empty()) {
+        target.summary.addNote(
+            fmt::format("zone {} has no elements that a model can take; its {} vertices are not taken",
+                        zone.name, zone.vertices()));
+        return;
+    }
+    std::vector<unsigned int> geometries;
+    geometries.reserve(parts.size());
+    for (const auto& part : parts)
+        geometries.push_back(part.geometry);
+    std::vector<unsigned int> ids(zone.vertices());
+    std::iota(ids.begin(), ids.end(), 1U);
+    target.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});
+    target.datasets.writeIntegers(DatasetType::NodeIds, ids, geometries);
+    target.summary.nodes += static_cast<std::int64_t>(zone.vertices());
+}
+
+void CgnsImporter::listSkipped() {
+    target.summary.addSkipped("coordinates other than CoordinateX, CoordinateY and CoordinateZ",
+                              otherCoordinates);
+    sections.listSkipped();
+    results.listSkipped();
+    listSkippedCgnsNodes(file, target.summary);
+}
+
+} // namespace MoxTool

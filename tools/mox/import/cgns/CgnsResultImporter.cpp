@@ -1,0 +1,169 @@
+#include "CgnsResultImporter.h"
+
+#include "../../common/Terminal.h"
+#include "../model/componentAttributes.h"
+#include "../model/makeStep.h"
+#include "../model/noteRenamed.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+namespace MoxTool {
+
+namespace {
+
+DatasetWriter::Ids geometriesOf(const std::vector<CgnsPart>& parts) {
+    std::vector<unsigned int> geometries;
+    for (const auto& part : parts)
+        geometries.push_back(part.geometry);
+    return geometries;
+}
+
+std::vector<unsigned int> cellsOf(const std::vector<CgnsPart>& parts) {
+    std::vector<unsigned int> cells;
+    for (const auto& part : parts) {
+        if (part.hasCells)
+            cells.insert(cells.end(), part.ids.begin(), part.ids.end());
+    }
+    std::sort(cells.begin(), cells.end());
+    return cells;
+}
+
+std::vector<const CgnsSolution*> named(const std::vector<CgnsSolution>& solutions,
+                                       const std::vector<std::string>& names) {
+    std::vector<const CgnsSolution*> found;
+    for (const auto& solution : solutions) {
+        if (std::find(names.begin(), names.end(), solution.name) != names.end())
+            found.push_back(&solution);
+    }
+    return found;
+}
+
+std::vector<const CgnsSolution*> withoutStep(const std::vector<CgnsSolution>& solutions,
+                                             const std::vector<std::vector<std::string>>& steps) {
+    std::set<std::string> stepped;
+    for (const auto& names : steps)
+        stepped.insert(names.begin(), names.end());
+    std::vector<const CgnsSolution*> found;
+    for (const auto& solution : solutions) {
+        if (!stepped.contains(solution.name))
+            found.push_back(&solution);
+    }
+    return found;
+}
+
+} // namespace
+
+void CgnsResultImporter::addZone(const CgnsBase& base, const CgnsZone& source, std::vector<CgnsPart> parts) {
+    auto cells = cellsOf(parts);
+    Zone zone{source, std::move(parts), std::move(cells), file.solutions(source),
+              file.solutionsOfSteps(source)};
+    std::erase_if(zone.solutions, [&](const auto& solution) { return !canTake(zone, solution); });
+    zone.steps.resize(std::min(zone.steps.size(), base.times.size()));
+    addStep(base, zone, withoutStep(zone.solutions, zone.steps), {});
+    target.summary.steps = std::max(target.summary.steps, static_cast<std::int64_t>(zone.steps.size()));
+    zones.push_back(std::move(zone));
+}
+
+void CgnsResultImporter::addSteps(const CgnsBase& base) {
+    for (std::size_t step = 0; step < base.times.size(); ++step) {
+        target.terminal.progress("importing steps",
+                                 static_cast<double>(step) / static_cast<double>(base.times.size()));
+        for (const auto& zone : zones) {
+            if (step < zone.steps.size())
+                addStep(base, zone, named(zone.solutions, zone.steps[step]),
+                        makeStep(step, base.times[step], std::nullopt));
+        }
+    }
+    zones.clear();
+}
+
+bool CgnsResultImporter::canTake(const Zone& zone, const CgnsSolution& solution) {
+    const bool isOnVertices = solution.location == CGNS_ENUMV(Vertex);
+    if (solution.isPartial || (!isOnVertices && solution.location != CGNS_ENUMV(CellCenter))) {
+        elsewhere.push_back(solution.name);
+        return false;
+    }
+    if (!isOnVertices && zone.cells.size() != zone.source.cells()) {
+        withoutCells.push_back(solution.name);
+        return false;
+    }
+    return true;
+}
+
+void CgnsResultImporter::addStep(const CgnsBase& base, const Zone& zone, const Solutions& solutions,
+                                 const Qel::Mox2::Step& step) {
+    ResultPlan plan(base.physicalDimension);
+    const auto onVertices = fieldsAt(CGNS_ENUMV(Vertex), solutions);
+    const auto vertexResults = plan.nodeResults(onVertices.names);
+    for (const auto& result : vertexResults)
+        addOnVertices(zone, onVertices, result, step);
+    const auto onCells = fieldsAt(CGNS_ENUMV(CellCenter), solutions);
+    const auto cellResults = plan.elementResults(onCells.names);
+    for (const auto& result : cellResults)
+        addOnCells(zone, onCells, result, step);
+    noteRenamed(vertexResults, target.summary);
+    noteRenamed(cellResults, target.summary);
+}
+
+CgnsResultImporter::Fields CgnsResultImporter::fieldsAt(CGNS_ENUMT(GridLocation_t) location,
+                                                        const Solutions& solutions) {
+    Fields fields;
+    for (const auto* solution : solutions) {
+        if (solution->location != location)
+            continue;
+        fields.names.insert(fields.names.end(), solution->fields.begin(), solution->fields.end());
+        fields.solutions.insert(fields.solutions.end(), solution->fields.size(), solution);
+    }
+    return fields;
+}
+
+std::vector<std::vector<double>> CgnsResultImporter::readColumns(const Zone& zone, const Fields& fields,
+                                                                 const ResultDataset& result) const {
+    std::vector<std::vector<double>> columns;
+    for (const auto variable : result.variables)
+        columns.push_back(file.field(zone.source, *fields.solutions[variable], fields.names[variable]));
+    return columns;
+}
+
+void CgnsResultImporter::addOnVertices(const Zone& zone, const Fields& fields, const ResultDataset& result,
+                                       const Qel::Mox2::Step& step) {
+    if (zone.parts.empty())
+        return;
+    const auto columns = readColumns(zone, fields, result);
+    RealTable table(zone.source.vertices(), result.width);
+    for (std::size_t column = 0; column < columns.size(); ++column)
+        table.setColumn(column, columns[column], target.narrowing);
+    target.datasets.writeReals(result.name, result.type, table, geometriesOf(zone.parts), step,
+                               componentAttributes(result, fields.names));
+}
+
+void CgnsResultImporter::addOnCells(const Zone& zone, const Fields& fields, const ResultDataset& result,
+                                    const Qel::Mox2::Step& step) {
+    const auto columns = readColumns(zone, fields, result);
+    for (const auto& part : zone.parts) {
+        if (!part.hasCells)
+            continue;
+        RealTable table(part.ids.size(), result.width);
+        std::vector<double> values(part.ids.size());
+        for (std::size_t column = 0; column < columns.size(); ++column) {
+            std::transform(part.ids.begin(), part.ids.end(), values.begin(), [&](unsigned int id) {
+                const auto cell =
+                    std::lower_bound(zone.cells.begin(), zone.cells.end(), id) - zone.cells.begin();
+                return columns[column][static_cast<std::size_t>(cell)];
+            });
+            table.setColumn(column, values, target.narrowing);
+        }
+        target.datasets.writeReals(result.name, result.type, table, DatasetWriter::Ids(1, part.geometry),
+                                   step, componentAttributes(result, fields.names));
+    }
+}
+
+void CgnsResultImporter::listSkipped() {
+    target.summary.addSkipped("solutions elsewhere than on all vertices or all cell centres", elsewhere);
+    target.summary.addSkipped("solutions on cells, since the zone's elements are not its cells",
+                              withoutCells);
+}
+
+} // namespace MoxTool

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "../model/ImportTarget.h"
+#include "../model/ResultPlan.h"
+#include "CgnsFile.h"
+#include "CgnsPart.h"
+
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+/// Carries the results of CGNS zones on vertices and cell centres into a model, with one dataset of one step
+/// in memory at a time.
+class CgnsResultImporter {
+public:
+    /// Both must outlive the importer.
+    CgnsResultImporter(const CgnsFile& input, ImportTarget& output) : file(input), target(output) {}
+
+    /// Adds the results without a step.
+    /// @param zone Must outlive the call of addSteps() for its base.
+    /// @throws Failure if the file is damaged; std::length_error for a result that is too large; what the
+    ///         model throws.
+    void addZone(const CgnsBase& base, const CgnsZone& zone, std::vector<CgnsPart> parts);
+    /// Adds the steps of all zones that were added since the last call, one by one: so they stand in their
+    /// order also where the first zone does not have the first step.
+    /// @throws As addZone().
+    void addSteps(const CgnsBase& base);
+
+    /// Notes in the summary what was not taken of all zones.
+    void listSkipped();
+
+private:
+    using Solutions = std::vector<const CgnsSolution*>;
+
+    // A zone with what there is to add to it.
+    struct Zone {
+        const CgnsZone& source;
+        std::vector<CgnsPart> parts;
+        std::vector<unsigned int> cells; // numbers of the zone's elements that are cells, ascending
+        std::vector<CgnsSolution> solutions;
+        std::vector<std::vector<std::string>> steps; // the names of their solutions
+    };
+
+    // The fields of some solutions at one place.
+    struct Fields {
+        std::vector<std::string> names;
+        Solutions solutions; // one for each name
+    };
+
+    bool canTake(const Zone& zone, const CgnsSolution& solution);
+    void addStep(const CgnsBase& base, const Zone& zone, const Solutions& solutions,
+                 const Qel::Mox2::Step& step);
+    static Fields fieldsAt(CGNS_ENUMT(GridLocation_t) location, const Solutions& solutions);
+    std::vector<std::vector<double>> readColumns(const Zone& zone, const Fields& fields,
+                                                 const ResultDataset& result) const;
+    void addOnVertices(const Zone& zone, const Fields& fields, const ResultDataset& result,
+                       const Qel::Mox2::Step& step);
+    void addOnCells(const Zone& zone, const Fields& fields, const ResultDataset& result,
+                    const Qel::Mox2::Step& step);
+
+    const CgnsFile& file;
+    ImportTarget& target;
+    std::vector<Zone> zones;
+    std::vector<std::string> elsewhere;
+    std::vector<std::string> withoutCells;
+};
+
+} // namespace MoxTool

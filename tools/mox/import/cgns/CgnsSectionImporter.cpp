@@ -1,0 +1,83 @@
+#include "CgnsSectionImporter.h"
+
+#include "../../mesh/AttributeNames.h"
+#include "../model/setNumber.h"
+#include "CgnsElementTables.h"
+#include "structuredCells.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace MoxTool {
+
+namespace {
+
+constexpr const char* CellTypes[] = {"BAR_2", "QUAD_4", "HEXA_8"};
+
+Qel::Mox2::Attributes attributesOf(const std::string& section, const std::string& type,
+                                   const ElementTable& table) {
+    Qel::Mox2::Attributes attributes;
+    if (!section.empty())
+        attributes.set("Section", section);
+    attributes.set(AttributeNames::ElementType, type);
+    setNumber(attributes, AttributeNames::Elements, static_cast<std::int64_t>(table.polylength.size()));
+    const auto [least, most] = std::minmax_element(table.polylength.begin(), table.polylength.end());
+    if (*least == *most)
+        setNumber(attributes, AttributeNames::NodesPerElement, *least);
+    return attributes;
+}
+
+} // namespace
+
+std::vector<CgnsPart> CgnsSectionImporter::addZone(const CgnsBase& base, const CgnsZone& zone,
+                                                   unsigned int group) {
+    zoneGroup = group;
+    std::vector<CgnsPart> parts;
+    if (zone.isStructured)
+        addCells(base, zone, parts);
+    for (const auto& section : file.sections(zone))
+        addSection(base, zone, section, parts);
+    return parts;
+}
+
+void CgnsSectionImporter::addSection(const CgnsBase& base, const CgnsZone& zone, const CgnsSection& section,
+                                     std::vector<CgnsPart>& parts) {
+    if (section.hasParents)
+        sectionsWithParents.push_back(section.name);
+    if (!CgnsElementTables::canTake(section.type)) {
+        otherSections.push_back(fmt::format("{}: {} elements of type {}", section.name, section.count,
+                                            cgnsTypeName(section.type)));
+        return;
+    }
+    auto tables = CgnsElementTables(file.path(), zone.vertices(), section).sort(file.elements(zone, section));
+    for (auto& [type, table] : tables) {
+        const auto typeName = cgnsTypeName(type);
+        const auto name = tables.size() == 1 ? section.name : fmt::format("{} ({})", section.name, typeName);
+        table.attributes = attributesOf(section.name, typeName, table);
+        parts.push_back(addPart(base, name, std::move(table)));
+    }
+}
+
+void CgnsSectionImporter::addCells(const CgnsBase& base, const CgnsZone& zone, std::vector<CgnsPart>& parts) {
+    auto table = structuredCells(zone);
+    if (table.polylength.empty())
+        return;
+    const std::string type = CellTypes[table.dimension - 1];
+    table.attributes = attributesOf("", type, table);
+    parts.push_back(addPart(base, "Cells", std::move(table)));
+}
+
+CgnsPart CgnsSectionImporter::addPart(const CgnsBase& base, const std::string& name, ElementTable table) {
+    const auto geometry = target.shapes.addShape(zoneGroup, name, partCount++);
+    target.shapes.addElements(geometry, table);
+    return {geometry, table.dimension == base.cellDimension, std::move(table.ids)};
+}
+
+void CgnsSectionImporter::listSkipped() {
+    target.summary.addSkipped("sections of other elements", otherSections);
+    target.summary.addSkipped("parents of elements", sectionsWithParents);
+}
+
+} // namespace MoxTool

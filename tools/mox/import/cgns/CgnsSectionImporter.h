@@ -1,0 +1,41 @@
+#pragma once
+
+#include "../model/ImportTarget.h"
+#include "CgnsFile.h"
+#include "CgnsPart.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+/// Carries the elements of CGNS zones into a model: a shape for each section and element type, or one for the
+/// cells of a structured zone.
+class CgnsSectionImporter {
+public:
+    /// Both must outlive the importer.
+    CgnsSectionImporter(const CgnsFile& input, ImportTarget& output) : file(input), target(output) {}
+
+    /// @param group The zone's node in the model.
+    /// @throws Failure if the file is damaged; what the model throws.
+    std::vector<CgnsPart> addZone(const CgnsBase& base, const CgnsZone& zone, unsigned int group);
+
+    /// Notes in the summary what was not taken of all zones.
+    void listSkipped();
+
+private:
+    void addSection(const CgnsBase& base, const CgnsZone& zone, const CgnsSection& section,
+                    std::vector<CgnsPart>& parts);
+    void addCells(const CgnsBase& base, const CgnsZone& zone, std::vector<CgnsPart>& parts);
+    CgnsPart addPart(const CgnsBase& base, const std::string& name, ElementTable table);
+
+    const CgnsFile& file;
+    ImportTarget& target;
+    unsigned int zoneGroup = 0;
+    std::size_t partCount = 0;
+    std::vector<std::string> otherSections;
+    std::vector<std::string> sectionsWithParents;
+};
+
+} // namespace MoxTool

@@ -1,0 +1,175 @@
+#include "ExodusMeshImporter.h"
+
+#include "../../common/Failure.h"
+#include "../../mesh/AttributeNames.h"
+#include "../../mesh/DatasetNames.h"
+#include "../../mesh/ElementType.h"
+#include "../model/setNumber.h"
+#include "blockName.h"
+
+#include <fmt/core.h>
+
+#include <filesystem>
+#include <string>
+
+namespace MoxTool {
+
+using Qel::Mox2::DatasetType;
+
+namespace {
+
+bool hasResults(const ExodusFile& file) {
+    return !file.variableNames(EX_NODAL).empty() || !file.variableNames(EX_ELEM_BLOCK).empty();
+}
+
+// A model knows steps by its results alone.
+void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times) {
+    for (std::size_t i = 0; i < times.size(); ++i)
+        attributes.set(AttributeNames::numbered(AttributeNames::TimeOfStep, i + 1),
+                       fmt::format("{}", times[i]));
+}
+
+void setQaRecords(Qel::Mox2::Attributes& attributes, const std::vector<QaRecord>& records) {
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const auto& record = records[i];
+        attributes.set(
+            AttributeNames::numbered(AttributeNames::QaRecord, i + 1),
+            fmt::format("{}, {}, {}, {}", record.program, record.version, record.date, record.time));
+    }
+    if (records.empty())
+        return;
+    attributes.set(AttributeNames::SourceProgram, records.front().program);
+    attributes.set(AttributeNames::SourceVersion, records.front().version);
+    attributes.set(AttributeNames::SourceDate, records.front().date);
+    attributes.set(AttributeNames::SourceTime, records.front().time);
+}
+
+Qel::Mox2::Attributes blockAttributes(const ExodusBlock& block) {
+    Qel::Mox2::Attributes attributes;
+    setNumber(attributes, AttributeNames::BlockId, block.id);
+    attributes.set(AttributeNames::BlockName, block.name);
+    attributes.set(AttributeNames::ElementType, block.elementType);
+    setNumber(attributes, AttributeNames::Elements, block.elementCount);
+    if (!ElementType(block.elementType).isNsided())
+        setNumber(attributes, AttributeNames::NodesPerElement, block.nodesPerElement);
+    return attributes;
+}
+
+} // namespace
+
+ExodusMesh ExodusMeshImporter::run() {
+    target.limits.checkNodeCount(static_cast<std::uint64_t>(file.counts().num_nodes));
+    addRoot();
+    addParts();
+    addNodes();
+    addAllElements();
+    return mesh;
+}
+
+void ExodusMeshImporter::addRoot() {
+    const std::string title = file.counts().title;
+    const auto stem = std::filesystem::path(file.path()).stem().string();
+    target.model.addNode(Qel::Mox2::NodeType::RootGroup, title.empty() ? stem : title, rootAttributes());
+}
+
+Qel::Mox2::Attributes ExodusMeshImporter::rootAttributes() const {
+    const auto& counts = file.counts();
+    Qel::Mox2::Attributes attributes;
+    attributes.set(AttributeNames::Title, counts.title);
+    attributes.set(AttributeNames::SourceFile, std::filesystem::path(file.path()).filename().string());
+    attributes.set("Exodus API Version", fmt::format("{:.2f}", file.apiVersion()));
+    attributes.set("Exodus File Version", fmt::format("{:.2f}", file.fileVersion()));
+    setNumber(attributes, AttributeNames::Dimensions, counts.num_dim);
+    setNumber(attributes, AttributeNames::Nodes, counts.num_nodes);
+    setNumber(attributes, AttributeNames::Elements, counts.num_elem);
+    setNumber(attributes, AttributeNames::ElementBlocks, counts.num_elem_blk);
+    setNumber(attributes, AttributeNames::NodeSets, counts.num_node_sets);
+    setNumber(attributes, AttributeNames::SideSets, counts.num_side_sets);
+    setNumber(attributes, AttributeNames::Steps, static_cast<std::int64_t>(file.times().size()));
+    if (!hasResults(file))
+        setTimes(attributes, file.times());
+    setQaRecords(attributes, file.qaRecords());
+    return attributes;
+}
+
+void ExodusMeshImporter::addParts() {
+    std::vector<std::string> empty;
+    std::vector<std::string> unknown;
+    std::vector<unsigned int> geometries;
+    for (std::size_t i = 0; i < file.blocks().size(); ++i) {
+        const auto& block = file.blocks()[i];
+        const auto dimension =
+            ElementType(block.elementType).dimension(block.nodesPerElement, file.dimension());
+        if (block.elementCount == 0)
+            empty.push_back(blockName(block));
+        else if (!dimension)
+            unknown.push_back(fmt::format("{}: {} elements of type {}", blockName(block), block.elementCount,
+                                          block.elementType));
+        else {
+            mesh.parts.push_back(addPart(i, *dimension));
+            geometries.push_back(mesh.parts.back().geometry);
+        }
+    }
+    mesh.geometries = geometries;
+    target.summary.addSkipped("empty element blocks", empty);
+    target.summary.addSkipped("element blocks of other types", unknown);
+}
+
+ExodusPart ExodusMeshImporter::addPart(std::size_t blockIndex, int dimension) {
+    const auto& block = file.blocks()[blockIndex];
+    const auto geometry = target.shapes.addShape(1, blockName(block), blockIndex);
+    return {&block, blockIndex, dimension, geometry};
+}
+
+void ExodusMeshImporter::addNodes() {
+    const auto count = file.counts().num_nodes;
+    if (mesh.parts.empty()) {
+        target.summary.addSkipped("nodes, since there is no element block to hold them", count);
+        return;
+    }
+    RealTable coordinates(static_cast<std::size_t>(count), 3);
+    for (int axis = 0; axis < file.dimension(); ++axis)
+        coordinates.setColumn(static_cast<std::size_t>(axis), file.coordinates(axis), target.narrowing);
+    target.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, coordinates,
+                               mesh.geometries, {});
+    target.datasets.writeIntegers(DatasetType::NodeIds,
+                                  target.limits.narrowIds(file.idMap(EX_NODE_MAP, count)), mesh.geometries);
+    target.summary.nodes = count;
+}
+
+void ExodusMeshImporter::addAllElements() {
+    const auto ids = file.idMap(EX_ELEM_MAP, file.counts().num_elem);
+    for (const auto& part : mesh.parts) {
+        const auto first = static_cast<std::size_t>(part.block->firstElement);
+        addElements(part, std::span(ids).subspan(first, static_cast<std::size_t>(part.block->elementCount)));
+    }
+}
+
+void ExodusMeshImporter::addElements(const ExodusPart& part, std::span<const std::int64_t> ids) {
+    const auto& block = *part.block;
+    target.shapes.addElements(part.geometry, {part.dimension, readConnectivity(block), readPolylength(block),
+                                              target.limits.narrowIds(ids), blockAttributes(block)});
+}
+
+std::vector<unsigned int> ExodusMeshImporter::readPolylength(const ExodusBlock& block) const {
+    if (!ElementType(block.elementType).isNsided())
+        return std::vector<unsigned int>(static_cast<std::size_t>(block.elementCount),
+                                         static_cast<unsigned int>(block.nodesPerElement));
+    const auto counts = file.nodesOfEachElement(block);
+    return {counts.begin(), counts.end()};
+}
+
+std::vector<unsigned int> ExodusMeshImporter::readConnectivity(const ExodusBlock& block) const {
+    const auto nodes = file.connectivity(block);
+    std::vector<unsigned int> indices;
+    indices.reserve(nodes.size());
+    for (const auto node : nodes) {
+        if (node < 1 || node > file.counts().num_nodes)
+            throw Failure(file.path(), fmt::format("damaged: {} refers to node {} of {}", blockName(block),
+                                                   node, file.counts().num_nodes));
+        indices.push_back(static_cast<unsigned int>(node - 1));
+    }
+    return indices;
+}
+
+} // namespace MoxTool

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "../../exodus/ExodusFile.h"
+#include "../model/ImportTarget.h"
+#include "../model/ResultPlan.h"
+#include "ExodusMesh.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+/// Carries the results on nodes and elements into a model, step by step, with one result of one step in
+/// memory at a time.
+class ExodusResultImporter {
+public:
+    /// All arguments must outlive the importer.
+    ExodusResultImporter(const ExodusFile& input, const ExodusMesh& shapes, ImportTarget& output);
+
+    /// To be called once.
+    /// @throws Failure if the file is damaged; std::length_error for a result that is too large; what the
+    ///         model throws.
+    void run();
+
+private:
+    // Results of the same rows on the same geometries.
+    struct Batch {
+        ex_entity_type type;
+        std::int64_t entity; // the id of the block
+        std::int64_t rows;
+        DatasetWriter::Ids geometries;
+        std::vector<ResultDataset> results;
+    };
+
+    void planBatches();
+    ResultPlan planNodes();
+    void planElements(const ExodusPart& part, const std::vector<int>& truthTable, ResultPlan plan);
+    void listUnused(const std::vector<int>& truthTable);
+    Qel::Mox2::Step describeStep(std::size_t step) const;
+    void addStep(std::size_t step);
+    void addResult(const Batch& batch, const ResultDataset& result, std::size_t step,
+                   const Qel::Mox2::Step& label);
+    const std::vector<std::string>& variablesOf(ex_entity_type type) const;
+
+    const ExodusFile& file;
+    const ExodusMesh& mesh;
+    ImportTarget& target;
+
+    std::vector<std::string> nodeVariables;
+    std::vector<std::string> elementVariables;
+    std::vector<std::string> globalVariables;
+    std::vector<Batch> batches;
+};
+
+} // namespace MoxTool

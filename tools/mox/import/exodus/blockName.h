@@ -1,0 +1,15 @@
+#pragma once
+
+#include "../../exodus/ExodusBlock.h"
+#include "nameOrId.h"
+
+#include <string>
+
+namespace MoxTool {
+
+/// What to call a block: its name, or such as "Block 76".
+inline std::string blockName(const ExodusBlock& block) {
+    return nameOrId(block.name, "Block", block.id);
+}
+
+} // namespace MoxTool

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "../../common/ConversionSummary.h"
+#include "../ImportRequest.h"
+
+namespace MoxTool {
+
+class Terminal;
+
+/// Converts an Exodus II file. In a build without the Exodus library it always fails and says so.
+///
+/// @param terminal Shows the progress.
+/// @return what was taken and what was not.
+/// @throws Failure if the input can't be read or taken, or the output can't be written. The output's name is
+///         then as it was before.
+ConversionSummary importExodus(const ImportRequest& request, Terminal& terminal);
+
+} // namespace MoxTool

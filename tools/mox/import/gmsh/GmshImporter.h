@@ -1,0 +1,64 @@
+#pragma once
+
+#include "../model/ImportTarget.h"
+#include "GmshModel.h"
+#include "GmshPart.h"
+#include "TagIndex.h"
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace MoxTool {
+
+/// Carries a Gmsh model into a model: a root group, and a shape for each set of entities that belong to the
+/// same physical groups (or for an entity that is in none) and for each type of elements.
+class GmshImporter {
+public:
+    /// @param filePath Of the Gmsh file.
+    /// @param input, output Must outlive the importer.
+    GmshImporter(std::string filePath, const GmshModel& input, ImportTarget& output)
+        : path(std::move(filePath)), source(input), target(output) {}
+
+    /// To be called once.
+    /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.
+    void run();
+
+private:
+    // Entities of one dimension in the same physical groups.
+    struct EntityGroup {
+        std::string label;
+        std::vector<GmshEntity> entities;
+    };
+
+    // The elements of one type in such a group.
+    struct Collected {
+        std::string typeName;
+        ElementTable table;
+        std::vector<std::size_t> tags;
+    };
+
+    void addRoot();
+    std::vector<EntityGroup> groupEntities() const;
+    std::string labelOf(const GmshEntity& entity) const;
+    void addGroup(const EntityGroup& group);
+    std::map<int, Collected> collect(const EntityGroup& group) const;
+    void append(const GmshElements& elements, Collected& collected) const;
+    std::string uniqueName(const std::string& label, const std::string& typeName, bool hasOneType);
+    void addNodes();
+    void listSkipped();
+
+    std::string path;
+    const GmshModel& source;
+    ImportTarget& target;
+    GmshNodes nodes; // by ascending tag
+    std::optional<TagIndex> nodeIndex;
+    std::vector<GmshPart> parts;
+    std::set<std::string> names;
+};
+
+} // namespace MoxTool

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "../../common/ConversionSummary.h"
+#include "RealTable.h"
+
+#include <Qel/Mox2/Model.h>
+
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+/// Adds datasets to a model and counts them; refuses what the file format would cut off in silence.
+class DatasetWriter {
+public:
+    using Ids = Qel::Mox2::Array1d<unsigned int>;
+
+    /// Both must outlive the writer.
+    DatasetWriter(Qel::Mox2::Model& target, ConversionSummary& results) : model(target), summary(results) {}
+
+    // Both throw std::length_error for a dataset of 4 GiB or more, and what Model::addArrayProperty() throws.
+    // They do nothing without ids or rows.
+
+    /// One column of integers that belong to no step, under the type's own name.
+    void writeIntegers(Qel::Mox2::DatasetType type, const std::vector<unsigned int>& values, const Ids& ids,
+                       const Qel::Mox2::Attributes& attributes = {});
+    void writeReals(const std::string& name, Qel::Mox2::DatasetType type, const RealTable& table,
+                    const Ids& ids, const Qel::Mox2::Step& step,
+                    const Qel::Mox2::Attributes& attributes = {});
+
+private:
+    Qel::Mox2::Model& model;
+    ConversionSummary& summary;
+};
+
+} // namespace MoxTool

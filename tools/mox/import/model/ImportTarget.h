@@ -1,0 +1,41 @@
+#pragma once
+
+#include "../../common/ConversionSummary.h"
+#include "DatasetWriter.h"
+#include "FloatNarrowing.h"
+#include "ImportLimits.h"
+#include "ShapeWriter.h"
+
+#include <Qel/Mox2/Model.h>
+
+#include <string>
+#include <utility>
+
+namespace MoxTool {
+
+class Terminal;
+
+/// Where an importer puts what it reads: a model, the means to write it, and the account of what was taken
+/// and what not.
+struct ImportTarget {
+    /// @param inputPath Of the file that is imported, as the person named it.
+    /// @param output    Open and without a node. All others must outlive the target.
+    ImportTarget(std::string inputPath, Qel::Mox2::Model& output, Terminal& messages,
+                 ConversionSummary& results)
+        : limits(std::move(inputPath)),
+          model(output),
+          datasets(output, results),
+          shapes(output, results),
+          terminal(messages),
+          summary(results) {}
+
+    ImportLimits limits;
+    Qel::Mox2::Model& model;
+    DatasetWriter datasets;
+    ShapeWriter shapes;
+    FloatNarrowing narrowing;
+    Terminal& terminal; ///< Shows the progress.
+    ConversionSummary& summary;
+};
+
+} // namespace MoxTool

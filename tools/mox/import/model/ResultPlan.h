@@ -1,0 +1,40 @@
+#pragma once
+
+#include "../../mesh/DatasetNames.h"
+#include "ResultDataset.h"
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace MoxTool {
+
+/// Decides which results a geometry gets: groups components as ComponentGrouping does, chooses types and
+/// names.
+///
+/// A displacement is named "Displacement", since a file marks displacements by that name alone, and takes a
+/// rotation as its second three columns. Everything else keeps the name that the file gives. Where two want
+/// one name, a single variable goes before a group and the earlier before the later; the other gets " (2)"
+/// behind its name. So does one that has the name of a dataset of the mesh.
+///
+/// Datasets of nodes and of elements share the names of their geometry, so one plan makes both, nodes first.
+class ResultPlan {
+public:
+    /// @param dimension Of the model, from 1 to 3.
+    explicit ResultPlan(int modelDimension) : dimension(modelDimension) {}
+
+    /// @param variables Names in the file's order; ResultDataset::variables are places in this list.
+    std::vector<ResultDataset> nodeResults(const std::vector<std::string>& variables);
+    /// @see nodeResults
+    std::vector<ResultDataset> elementResults(const std::vector<std::string>& variables);
+
+private:
+    void makeUnique(std::vector<ResultDataset>& datasets, bool singles);
+    std::string uniqueName(const std::string& wanted);
+
+    int dimension;
+    std::set<std::string> taken = {DatasetNames::Connectivity, DatasetNames::Coordinates,
+                                   DatasetNames::ElementIds, DatasetNames::NodeIds, DatasetNames::Polylength};
+};
+
+} // namespace MoxTool

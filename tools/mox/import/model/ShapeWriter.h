@@ -1,0 +1,36 @@
+#pragma once
+
+#include "../../common/ConversionSummary.h"
+#include "DatasetWriter.h"
+#include "ElementTable.h"
+
+#include <Qel/Mox2/Model.h>
+
+#include <cstddef>
+#include <string>
+
+namespace MoxTool {
+
+/// Adds shapes and their elements to a model, and counts them.
+class ShapeWriter {
+public:
+    /// Both must outlive the writer.
+    ShapeWriter(Qel::Mox2::Model& target, ConversionSummary& results)
+        : model(target), summary(results), writer(target, results) {}
+
+    /// @param parent The node of the group that gets the shape.
+    /// @param place  Of the shape in its file, from 0: chooses its colour.
+    /// @return the node of the shape's geometry.
+    /// @throws what the model throws.
+    unsigned int addShape(unsigned int parent, const std::string& name, std::size_t place);
+
+    /// @throws std::length_error for more than a dataset can hold; what the model throws.
+    void addElements(unsigned int geometry, const ElementTable& elements);
+
+private:
+    Qel::Mox2::Model& model;
+    ConversionSummary& summary;
+    DatasetWriter writer;
+};
+
+} // namespace MoxTool
