@@ -237,7 +237,7 @@ TEST(Displacement, OnlyDatasetsOnBothSidesOfAnIndexBlockCanDisplaceWhatIsBehindI
 TEST(Displacement, DamageOfTheTreeKeepsAFileFromBeingTakenForADisplacedOne) {
     const auto laidOut = arrays(105, sixHundred);
     auto bytes = laidOut.displacedBytes({19});
-    const auto& tree = File(memory(bytes)).blocks()[20 + 86];
+    const auto tree = File(memory(bytes)).blocks()[20 + 86];
     ASSERT_EQ("Mox Tree", tree.name);
     bytes[static_cast<std::size_t>(tree.end() - 1)] ^= 1;
     EXPECT_FALSE(isDisplaced(std::move(bytes)));
