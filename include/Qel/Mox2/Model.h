@@ -72,8 +72,8 @@ public:
     /// addArrayProperty() throws Qel::Exception::FileWriteException "Saving the buffer failed".
     void saveTo(const std::string& path, const SaverOptions& options);
 
-    /// Writes all that is still in memory, completes the file and closes it. The model is then Empty. Does
-    /// nothing on an Empty model.
+    /// Writes everything that is still in memory, completes the file and closes it. The model is then Empty.
+    /// Does nothing on an Empty model.
     ///
     /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the file can't be positioned.
     /// @throws Qel::Exception::MemoryAllocationException if a block can't be compressed for lack of memory.

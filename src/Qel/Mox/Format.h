@@ -49,7 +49,8 @@ inline constexpr std::string_view FileVersion = QelTnf::Format::Version;
 /// The last file version whose positions had 32 bits.
 inline constexpr std::string_view NarrowFileVersion = "0.6";
 
-/// All versions of records, oldest first. Each stands for the fields that the version after it added.
+/// The ladder of record versions, oldest first. Each rung stands for the fields that the version after it
+/// added.
 inline constexpr std::array<std::string_view, 7> VersionLadder = {"0.1", "0.2", "0.3", "0.4",
                                                                   "0.5", "0.6", "0.7"};
 

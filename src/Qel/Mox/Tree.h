@@ -61,8 +61,8 @@ public:
     std::uint64_t WriteStreamDataset(const float* data, std::uint32_t count, std::uint8_t width);
     std::uint64_t WriteStreamDataset(const unsigned int* data, std::uint32_t count, std::uint8_t width);
 
-    /// Writes all that is still in memory, completes the file and closes it. Does nothing without an open
-    /// file.
+    /// Writes everything that is still in memory, completes the file and closes it. Does nothing without an
+    /// open file.
     void SaveFile(QelTnf::TnFile& container, const std::string& comment);
     /// Puts the record and the descriptor of each node into the file's blocks.
     void SaveTree(QelTnf::TnFile& container);

@@ -14,8 +14,8 @@ struct ResultAttributes;
 
 namespace QelTnf {
 
-/// The number of bytes by which a block's buffer grows at least, for the whole process. Each Block::Put()
-/// stores the value of the environment variable here, and it stays when the variable is removed.
+/// The least number of bytes by which a block's buffer grows, for the whole process. Each Block::Put() stores
+/// the value of the environment variable here, and it stays when the variable is removed.
 extern std::uint32_t defaultBlockSize;
 
 /// A growable buffer: the content of one block of the file while it is in memory.

@@ -312,7 +312,7 @@ void Index::WriteIndexBufferToFileStream(std::uint64_t id, std::FILE* const stre
     place(id);
     info.frozen = info.frozen || isFreezable;
     followStreamedSize(id, formerSize);
-    // A failed positioning is ignored for index tables: they then land wherever the stream stands.
+    // A failed positioning is ignored for index tables: they then land wherever the stream is.
     (void)QelUtil::Platform::seekTo(stream, info.position);
     block.Write(stream, false);
     QEL_LOG(sourceName, "Index buffer " << id << " written to stream.");
