@@ -1,5 +1,5 @@
-// What stays in memory of an array that has been saved: the bytes of heap for each of many arrays of one number, by what
-// the call describes it with. Needs glibc, which counts them.
+// How much memory an array takes after it has been saved: the bytes of heap for each of many arrays of one
+// number, by the kind of step that the arrays are given. Needs glibc, which counts the bytes.
 
 #include <Qel/Mox2/Model.h>
 
@@ -30,7 +30,7 @@ Step stepOf(unsigned int number, bool hasTime) {
     return step;
 }
 
-// The bytes of heap that each array adds, once the first one has made what all share.
+// The bytes of heap that each further array adds, once the first has made what all share.
 double heapOfEach(const std::string& path, const std::function<Step(unsigned int)>& stepAt) {
     SaverOptions options;
     options.overwrite = true;

@@ -1,4 +1,4 @@
-// What a save costs beside zlib itself, and how the calls of a model scale with its size.
+// What a save costs compared with zlib alone, and how the calls of a model scale with its size.
 //
 // Bulk: "bytes_per_second" of saving against that of compressing the same numbers, shuffled, with zlib alone.
 // Tree: the time for each item, which has to stay flat as the number of items grows.
@@ -40,7 +40,7 @@ void open(Model& model, const TemporaryFile& file) {
     model.saveTo(file.path, options);
 }
 
-// A displacement field of a smooth shape with some noise in its last bits, as solvers give it.
+// A displacement field of a smooth shape with some noise in its last bits, as solvers produce it.
 std::vector<float> smoothField(std::size_t rows) {
     std::vector<float> values(rows * 3);
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -92,7 +92,7 @@ void saveField(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(values.size() * sizeof(float)));
 }
 
-// One root with so many shapes below it, merged once and found again once.
+// A root with `state.range(0)` shapes below it, merged once and found again once.
 void mergeFlatLevel(benchmark::State& state) {
     std::vector<std::string> paths;
     for (std::int64_t i = 0; i < state.range(0); ++i) {

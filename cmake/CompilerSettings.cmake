@@ -4,10 +4,10 @@
 if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-        # Takes the assignment of a short literal to a std::string for an overlapping copy (GCC's bug 105651).
+        # The warning mistakes assigning a short literal to a std::string for an overlapping copy (GCC bug 105651).
         add_compile_options(-Wno-restrict)
     endif()
-    # Binaries tell nothing of the machine that built them.
+    # Binaries reveal nothing about the machine that built them.
     add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
     if(MOXWRITER_WERROR)
         add_compile_options(-Werror)

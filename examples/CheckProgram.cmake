@@ -1,5 +1,5 @@
 # Runs PROGRAM with ARGUMENTS and checks how it ends (EXIT_CODE), that its output matches each expression of OUTPUT,
-# and that a failure is told in one line on stderr that matches ERROR.
+# and that a failure is reported in one line on stderr that matches ERROR.
 
 execute_process(COMMAND ${PROGRAM} ${ARGUMENTS}
     RESULT_VARIABLE exitCode OUTPUT_VARIABLE output ERROR_VARIABLE error)

@@ -1,4 +1,4 @@
-# Each program as a test: what it says and how it ends.
+# Each program as a test: what it prints and how it ends.
 
 # example_test(<name> <target> EXIT_CODE <code> [ARGUMENTS <argument>...] [OUTPUT <expression>...] [ERROR <expression>])
 #

@@ -3,7 +3,7 @@
 MOXWRITER_BUILD_PACKAGES="g++ cmake ninja-build pkg-config zlib1g-dev libboost1.81-dev libeigen3-dev"
 MOXWRITER_EXAMPLE_PACKAGES="libcli11-dev libfmt-dev"
 MOXWRITER_TOOL_PACKAGES="libcli11-dev libfmt-dev nlohmann-json3-dev"
-# Each serves files of its own; mox builds without them.
+# Each is for a file format of its own; mox builds without them.
 MOXWRITER_IMPORT_PACKAGES="libexodusii-dev libcgns-dev libhdf5-dev libgmsh-dev"
 MOXWRITER_TEST_PACKAGES="python3 libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format"
 

@@ -29,7 +29,7 @@ struct Mode {
     NodeTable shape;  ///< Scaled so that the largest component is 1.
 };
 
-/// All that is computed and then saved.
+/// Everything that is computed and then saved.
 struct Analysis {
     Material material;
     Mesh mesh;

@@ -26,7 +26,8 @@ class LatticeMesher {
 public:
     LatticeMesher(GridLines x, GridLines y, GridLines z);
 
-    /// Adds a part of all cells whose centres lie in one of the boxes, and that no earlier part has taken.
+    /// Adds a part made of all cells whose centres lie in one of the boxes and that no earlier part has
+    /// taken.
     void addPart(const std::string& name, const std::vector<Eigen::AlignedBox3d>& boxes);
 
     const Mesh& mesh() const { return result; }

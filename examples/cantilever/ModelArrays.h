@@ -35,7 +35,7 @@ Qel::Mox2::Array1d<unsigned int> connectivity(const Mesh& mesh, const Part& part
 /// How many nodes each element of a part has: eight.
 Qel::Mox2::Array1d<unsigned int> nodeCounts(const Part& part);
 
-/// `count` consecutive numbers: the ids under which people know nodes and elements.
+/// `count` consecutive numbers: the ids by which users know nodes and elements.
 Qel::Mox2::Array1d<unsigned int> consecutive(std::size_t first, std::size_t count);
 
 } // namespace Cantilever

@@ -19,7 +19,7 @@ struct Subspace {
     Eigen::MatrixXd vectors;
 };
 
-// Any vectors will do that are independent of each other and orthogonal to no mode.
+// Any linearly independent vectors will do, as long as no mode is orthogonal to all of them.
 Eigen::MatrixXd startVectors(Eigen::Index rows, Eigen::Index cols) {
     return Eigen::MatrixXd::NullaryExpr(rows, cols, [](Eigen::Index row, Eigen::Index col) {
         return std::sin(static_cast<double>((row + 1) * (col + 1)));

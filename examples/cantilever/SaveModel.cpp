@@ -46,7 +46,7 @@ Mox::NodeProperties look(const Floats& colour) {
     return properties;
 }
 
-/// Where a part stands in the assembly, and its colour.
+/// The group that a part belongs to, and the part's colour.
 struct Presentation {
     std::string group;
     Floats colour;
@@ -156,7 +156,7 @@ Mesh nutMesh() {
     return mesher.mesh();
 }
 
-// A group that holds the place of the nut, and the nut's shape in it.
+// A group that puts the nut in its place, and the nut's shape in it.
 unsigned int addNutShape(Mox::Model& model, unsigned int parent, const std::string& name,
                          const std::array<double, 2>& axis) {
     Mox::NodeProperties place;

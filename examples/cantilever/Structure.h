@@ -24,7 +24,7 @@ public:
     /// Displacements in mm under nodal forces in N.
     NodeTable displacements(const NodeTable& forces) const;
 
-    /// The forces in N by which the supports answer, zero at free nodes.
+    /// The reaction forces in N of the supports, zero at free nodes.
     NodeTable reactions(const NodeTable& displacements, const NodeTable& forces) const;
 
     /// Stiffness times `displacements`: the nodal forces in N that cause them.

@@ -7,7 +7,7 @@ namespace Cantilever {
 /// A file that gets its final name only when it is complete, and that is removed if it never is.
 class TemporaryFile {
 public:
-    /// Makes no file; path() stands beside `finalPath`, in the same folder.
+    /// Makes no file; path() is in the same folder as `finalPath`.
     explicit TemporaryFile(std::filesystem::path finalPath);
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;

@@ -15,7 +15,7 @@ namespace {
 using MoxReader::Dataset;
 using MoxReader::Node;
 
-// Columns are padded to the right; what stands in none of them is not to end the line.
+// Columns are padded on the right, but no line is to end in blanks.
 void printLine(std::string line) {
     line.erase(line.find_last_not_of(' ') + 1);
     fmt::print("{}\n", line);
@@ -44,7 +44,7 @@ std::string size(const Dataset& dataset) {
                        element);
 }
 
-// A linked dataset has no numbers of its own: what is said of it comes from the dataset that it refers to.
+// A linked dataset has no numbers of its own: its details come from the dataset that it refers to.
 void printDataset(const MoxReader::Model& model, const Dataset& dataset, const std::string& indent) {
     const Dataset& holder = model.resolve(dataset);
     const std::string origin =
@@ -77,7 +77,7 @@ void printNode(const MoxReader::Model& model, const Node& node, const std::strin
         printNode(model, model.node(child), indent + "  ");
 }
 
-/// Blocks of one stream, or of all.
+/// The sums over the blocks of one stream, or of all.
 struct Total {
     std::uint64_t blocks = 0;
     std::uint64_t content = 0; ///< Bytes before compression.

@@ -1,4 +1,4 @@
-// What docs/design.md and docs/oddities.md name in the code and the tests is there.
+// Everything in the code and the tests that docs/design.md and docs/oddities.md name exists.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What docs/format says of a whole file holds for the file that is saved today, and for the reader.
+// What docs/format says about a whole file is true of the file that is saved today, and of the reader.
 
 #include "HexDump.h"
 #include "Support/TemporaryFolder.h"
@@ -42,7 +42,7 @@ std::uint32_t wordAt(const Bytes& bytes, std::size_t offset) {
     return word;
 }
 
-/// Everything in front of the blocks, but for their lengths in the file, which depend on the zlib in use.
+/// Everything before the blocks, except their lengths in the file, which depend on the zlib in use.
 Bytes head(Bytes file) {
     file.resize(2800);
     for (std::size_t record = 20; record < file.size(); record += 139)
@@ -50,7 +50,7 @@ Bytes head(Bytes file) {
     return file;
 }
 
-/// "Global Information" without its date, and without the record's size, which depends on the date's.
+/// "Global Information" without its date, and without the record's size, which depends on the date.
 Bytes withoutDate(const Bytes& stream) {
     std::size_t date = 8;
     for (int text = 0; text < 4; ++text)

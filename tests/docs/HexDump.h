@@ -6,7 +6,7 @@
 
 /// A dump in a page, a code block whose opening line is "```hexdump NAME". Each of its lines has the offset
 /// of its first byte, its bytes, a bar, and a note: "00000019  4d 6f 78 00*125 | name". A byte followed by a
-/// star and a decimal number stands for as many of it.
+/// star and a decimal number is repeated that many times.
 struct HexDump {
     std::string name;
     std::vector<std::uint8_t> bytes;

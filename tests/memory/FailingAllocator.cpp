@@ -10,7 +10,7 @@ namespace Memory {
 
 namespace {
 
-// One thread alone allocates.
+// Only one thread allocates.
 bool isArmed = false;
 bool failed = false;
 unsigned int passed = 0;
@@ -75,7 +75,8 @@ void FailingAllocator::countCompression() {
 
 using Memory::FailingAllocator;
 
-// The linker sends all calls of the functions to these, and calls of __real_ to the functions.
+// The linker sends all calls of the allocating functions to the __wrap_ ones, and calls of __real_ to the
+// originals.
 extern "C" {
 
 void* __real_malloc(std::size_t size);

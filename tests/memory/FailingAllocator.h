@@ -4,17 +4,18 @@ namespace Memory {
 
 /// Makes one allocation of the library fail, or one and all that follow it, and counts what is allocated.
 ///
-/// The program's `operator new` goes through here, and so do `malloc` and its kin in all that is linked into the
-/// program. What other shared libraries ask for themselves, zlib and the C library, doesn't fail.
+/// The program's `operator new` goes through here, and so do `malloc` and its kin in everything that is
+/// linked into the program. What shared libraries such as zlib and the C library allocate for themselves
+/// doesn't fail.
 class FailingAllocator {
 public:
     enum class Mode { Once, FromThenOn };
 
-    /// From now on counts allocations; the one of this number, from 1, fails.
+    /// Starts counting allocations; the one with this number, counted from 1, fails.
     static void arm(unsigned int number, Mode mode);
-    /// From now on nothing fails.
+    /// From now on no allocation fails.
     static void disarm();
-    /// Goes on counting, and failing, where disarm() ended it.
+    /// Goes on counting, and failing, where disarm() stopped.
     static void resume();
 
     /// Whether an allocation has failed since arm().
@@ -24,7 +25,7 @@ public:
     /// How often blocks have been handed to zlib.
     static unsigned int compressions();
 
-    // For the functions that stand in for the allocating ones.
+    // For the functions that replace the allocating ones.
     static bool isToFail();
     static void countAllocation(const void* memory);
     static void countRelease(const void* memory);

@@ -26,7 +26,7 @@ const std::string SmallBlocks = "700";
 
 enum Outcome { Sound, NothingFailed, Wrong };
 
-// Set to anything, every allocation is made to fail; otherwise only some, evenly spread, are.
+// If it is set, every allocation is made to fail, one in each run; otherwise only some are, evenly spread.
 constexpr const char* EveryAllocationVariable = "MOXWRITER_FAIL_EVERY_ALLOCATION";
 
 constexpr unsigned int QuickStride = MOXWRITER_ALLOCATION_STRIDE;
@@ -35,7 +35,7 @@ unsigned int stride() {
     return std::getenv(EveryAllocationVariable) != nullptr ? 1 : QuickStride;
 }
 
-// What the library keeps for the life of the process is there from the first run on.
+// After this run, what the library keeps for the life of the process is there, and doesn't count as a leak.
 void runWithoutFailure(const std::string& folder) {
     FailingAllocator::arm(0, FailingAllocator::Mode::Once);
     FailingAllocator::disarm();
@@ -46,7 +46,7 @@ void runSoundly(const std::string& folder) {
     const long long liveBefore = FailingAllocator::live();
     auto workload = std::make_unique<Workload>(folder);
     if (!workload->run()) {
-        // Its destructor would close the model once more, and end the process when that fails.
+        // Its destructor would close the model once more, and end the process if that fails.
         (void)workload.release();
         return;
     }
@@ -68,7 +68,7 @@ Outcome runWithFailure(unsigned int failing, FailingAllocator::Mode mode, const 
     return FailingAllocator::hasFailed() ? Sound : NothingFailed;
 }
 
-// In a process of its own, which the failure may end.
+// In a process of its own, because the failure may end it.
 Outcome runInChild(unsigned int failing, FailingAllocator::Mode mode, const std::string& folder) {
     const pid_t child = fork();
     if (child == 0) {

@@ -26,7 +26,7 @@ using namespace Qel::Mox2;
 
 namespace {
 
-// Longer than any text that a std::string keeps within itself.
+// Longer than any text that a std::string keeps without allocating.
 const std::string LongText = "a text that needs memory of its own";
 const std::string LongKey = "a key that needs memory of its own";
 const std::string StepNames[] = {"Load 1, which has a long name", "Load 2, which has a long name"};

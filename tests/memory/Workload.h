@@ -13,18 +13,19 @@
 
 namespace Memory {
 
-/// Saves a model through every call of the interface, while FailingAllocator may let memory run out in one of them,
-/// and checks that the file holds what the calls put there.
+/// Saves a model through every call of the interface, while FailingAllocator may let memory run out in one of
+/// them, and checks that the file holds what the calls put there.
 ///
-/// The call that fails is made once more, and then succeeds. Whatever else happens ends the run with a
-/// std::runtime_error that says what it is.
+/// The call that fails is repeated, and has to succeed then. Anything else ends the run with a
+/// std::runtime_error that says what happened.
 class Workload {
 public:
     /// @param workFolder Where the files go.
     explicit Workload(std::string workFolder);
 
-    /// Makes all calls and checks the file; then saves a smaller model, through the same object, and checks it too.
-    /// @return false if the model can't be closed any more, so that it must not be destroyed either.
+    /// Makes all calls and checks the file; then saves a smaller model, through the same object, and checks
+    /// it too.
+    /// @return false if the model can no longer be closed, and so must not be destroyed either.
     bool run();
 
 private:

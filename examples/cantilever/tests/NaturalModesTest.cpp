@@ -17,7 +17,7 @@ struct NaturalModesOfABeam : testing::Test {
 
 } // namespace
 
-// Euler and Bernoulli: 208.879 Hz, see the test of the theory. The section is square, so modes come in pairs.
+// Euler and Bernoulli: 208.879 Hz, see BeamTheory's test. The section is square, so modes come in pairs.
 TEST_F(NaturalModesOfABeam, FirstPairBendsAtTheFrequencyOfBeamTheory) {
     EXPECT_NEAR(modes.frequencies[0], 208.879, 0.01 * 208.879);
     EXPECT_NEAR(modes.frequencies[1], modes.frequencies[0], 1e-6);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr Material NoPoisson{1000.0, 0.0, 1e-3};
 
-// Eight elements around one inner node, which stands off the middle.
+// Eight elements around one inner node, which is off the middle.
 Mesh distortedPatch() {
     LatticeMesher mesher({0, 1, 2}, {0, 1, 2}, {0, 1, 2});
     mesher.addPart("Patch", {Eigen::AlignedBox3d(Eigen::Vector3d(0, 0, 0), Eigen::Vector3d(2, 2, 2))});

@@ -11,13 +11,13 @@
 ///
 /// Every exception of the library is thrown as `boost::wrapexcept<Class>`. It can be caught as its class, as
 /// Exception, as Base, as `std::exception` or as `boost::exception`; through the last, the error infos
-/// `boost::throw_file`, `boost::throw_function` and `boost::throw_line` give the place of origin. The file
-/// text is the path of the class that raised it, from `Qel/` on and without extension.
+/// `boost::throw_file`, `boost::throw_function` and `boost::throw_line` give the place of origin. The file is
+/// given as the path of the class that threw, from `Qel/` on and without extension.
 ///
 /// Exceptions of the standard library (`std::bad_alloc` and the like) pass through the library unchanged.
 namespace Qel::Exception {
 
-/// What all exceptions of the library answer.
+/// The interface that all exceptions of the library share.
 class MOXWRITER_EXPORT Base {
 public:
     Base() = default;
@@ -25,10 +25,10 @@ public:
     Base& operator=(const Base&) = default;
     virtual ~Base();
 
-    /// A null pointer here; the text of the failure in every class below.
+    /// A null pointer here; every derived class returns the text of the failure.
     virtual const char* what() const noexcept;
 
-    /// The number of the class. Numbers are fixed and have gaps; 1 stands for the unspecific classes.
+    /// The number of the class. Numbers are fixed and have gaps; Base and Exception themselves return 1.
     virtual int code() const noexcept;
 };
 
@@ -43,8 +43,8 @@ public:
     Exception& operator=(const Exception&) = default;
     ~Exception() override;
 
-    /// The message if there is one, else description(). Valid as long as the object. Never tells the place of
-    /// origin.
+    /// The message if there is one, else description(). Valid as long as the object lives. Never contains the
+    /// place of origin.
     const char* what() const noexcept override;
 
     /// The fixed text of the class.
@@ -54,7 +54,7 @@ private:
     std::string message_;
 };
 
-// Declares one concrete class. Codes and descriptions stand in one table, in Exception.cpp.
+// Declares one concrete class. Codes and descriptions are in one table, in Exception.cpp.
 #define QEL_EXCEPTION_CLASS(Class)                                                                           \
     class MOXWRITER_EXPORT Class : public Exception {                                                        \
     public:                                                                                                  \
@@ -69,13 +69,13 @@ private:
 
 /// A failure that has no class of its own: a file that can't be opened, a stream in use. Code 2.
 QEL_EXCEPTION_CLASS(MiscelleneousException);
-/// An argument that the call can't take: a wrong type, length, path or property. Code 3.
+/// An argument that the call does not accept: a wrong type, length, path or property. Code 3.
 QEL_EXCEPTION_CLASS(InvalidArguments);
 /// The output file exists and must not be replaced. Code 5.
 QEL_EXCEPTION_CLASS(FileOpenException);
-/// The output file can't be positioned or has ended. Code 7.
+/// The output file can't be positioned or is at its end. Code 7.
 QEL_EXCEPTION_CLASS(FileWriteException);
-/// A node id or a position outside of what exists. Code 11.
+/// A node id or a position beyond those that exist. Code 11.
 QEL_EXCEPTION_CLASS(OutOfBounds);
 /// A count above 2,147,483,647. Code 12.
 QEL_EXCEPTION_CLASS(OverflowError);

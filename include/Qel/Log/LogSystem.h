@@ -19,7 +19,7 @@ struct MOXWRITER_EXPORT LogSystem {
     /// Drops the record.
     virtual void operator+=(const Record<char>& record);
 
-    /// Writes the text that `stream` has gathered, and a newline, to `std::cout`.
+    /// Writes the text collected in `stream`, and a newline, to `std::cout`.
     /// @pre `stream` is a `std::ostringstream`.
     virtual void operator+=(const std::ostream& stream);
 };

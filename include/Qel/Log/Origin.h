@@ -6,10 +6,9 @@
 
 namespace Qel::Log {
 
-/// Where and when a log record came into being.
+/// Where and when a log record was created.
 struct MOXWRITER_EXPORT Origin {
-    /// Takes the current time. Neither text is copied: both must live as long as the program, like literals
-    /// do.
+    /// Takes the current time. Neither text is copied: both must live as long as the program, as literals do.
     Origin(const char* sourcePath, const char* sourceName, unsigned long sourceLine);
 
     const char* file;

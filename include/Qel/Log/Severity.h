@@ -2,7 +2,7 @@
 
 namespace Qel::Log::Severity {
 
-/// How grave a log record is. The library itself uses Info alone.
+/// How grave a log record is. The library itself uses only Info.
 enum Severity : int {
     Info = 1,
 };

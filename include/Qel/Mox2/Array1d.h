@@ -12,7 +12,8 @@ namespace Qel::Mox2 {
 ///
 /// Sizes are narrowed to a signed 32-bit number: higher bits are lost, and a size with bit 31 set becomes
 /// negative, holds no elements and is refused by Model::addArrayProperty() with
-/// Qel::Exception::UnderflowError. A narrowed size that is smaller than a sequence takes its beginning.
+/// Qel::Exception::UnderflowError. If the narrowed size is smaller than the sequence, the array takes the
+/// beginning of the sequence.
 ///
 /// @tparam T `float` or `unsigned int`.
 /// @throws std::bad_alloc from every operation that allocates.
@@ -21,7 +22,7 @@ class MOXWRITER_EXPORT Array1d {
 public:
     /// `size` elements with undefined values.
     Array1d(std::size_t size = 0);
-    /// `size` elements of one value. In braces two numbers are the elements themselves: `(2, 7)` is 7, 7 and
+    /// `size` elements of one value. Two numbers in braces are the elements themselves: `(2, 7)` is 7, 7 and
     /// `{2, 7}` is 2, 7.
     Array1d(std::size_t size, const T& value);
     /// The elements from `begin` up to `end`.
@@ -35,13 +36,14 @@ public:
 
     std::size_t size() const;
 
-    /// The element at `index`, from 0. There is no check.
+    /// The element at `index`, counted from 0. The index is not checked.
     const T& operator[](std::size_t index) const;
     T& operator[](std::size_t index);
     const T& operator()(std::size_t index) const;
     T& operator()(std::size_t index);
 
-    /// Copies size() elements from `source`, which must hold as many. The fastest way to fill an array.
+    /// Copies size() elements from `source`, which must hold at least that many. The fastest way to fill an
+    /// array.
     void copy_from(const T* source);
 
 private:

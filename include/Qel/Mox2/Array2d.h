@@ -12,8 +12,8 @@ namespace Qel::Mox2 {
 /// value: copies are deep.
 ///
 /// Rows and columns are narrowed to signed 32-bit numbers: higher bits are lost, and a count with bit 31 set
-/// becomes negative. Negative rows hold no elements and are refused by Model::addArrayProperty() with
-/// Qel::Exception::UnderflowError.
+/// becomes negative. A table with a negative number of rows holds no elements and is refused by
+/// Model::addArrayProperty() with Qel::Exception::UnderflowError.
 ///
 /// @tparam T `float` or `unsigned int`.
 /// @throws std::bad_alloc from every operation that allocates, and for sizes whose product is out of range.
@@ -24,8 +24,8 @@ public:
     Array2d(std::size_t rows = 0, std::size_t cols = 0);
     /// `rows` times `cols` elements of one value.
     Array2d(std::size_t rows, std::size_t cols, const T& value);
-    /// Filled row by row from a sequence. What the sequence has too much is ignored; elements that it does
-    /// not reach have undefined values.
+    /// Filled row by row from a sequence. Surplus elements of the sequence are ignored; elements of the table
+    /// that it does not reach have undefined values.
     Array2d(std::size_t rows, std::size_t cols, T* begin, T* end);
     Array2d(std::size_t rows, std::size_t cols, const std::vector<T>& values);
     Array2d(std::size_t rows, std::size_t cols, const std::initializer_list<T>& values);
@@ -40,12 +40,12 @@ public:
     /// rows() times cols().
     std::size_t size() const;
 
-    /// The element at a row and a column, both from 0. There is no check.
+    /// The element at a row and a column, both counted from 0. Neither is checked.
     const T& operator()(std::size_t row, std::size_t col) const;
     T& operator()(std::size_t row, std::size_t col);
 
-    /// Copies size() elements, row by row, from `source`, which must hold as many. The fastest way to fill an
-    /// array.
+    /// Copies size() elements, row by row, from `source`, which must hold at least that many. The fastest way
+    /// to fill an array.
     void copy_from(const T* source);
 
 private:

@@ -11,7 +11,7 @@ struct AttributeMap;
 
 /// Free key-value pairs for a group, an array property or a step. A plain value: copies are deep.
 ///
-/// A file keeps `int`, `float` and text, text cut to 256 bytes. `unsigned int` and the vectors can be set
+/// A file keeps `int`, `float` and text; text is cut to 256 bytes. `unsigned int` and the vectors can be set
 /// here, but the first operation that hands them to a model refuses them with
 /// Qel::Exception::InvalidArguments.
 class MOXWRITER_EXPORT Attributes {
@@ -22,11 +22,11 @@ public:
     const Attributes& operator=(const Attributes& other);
     ~Attributes();
 
-    /// Sets `key` to a text, replacing a value of any kind that it had.
+    /// Sets `key` to a text, replacing any value that it had, of whatever kind.
     /// @pre `value` is not null and ends with a zero byte.
     void set(const std::string& key, const char* value);
 
-    /// Sets `key` to `value`, replacing a value of any kind that it had.
+    /// Sets `key` to `value`, replacing any value that it had, of whatever kind.
     /// @tparam T `float`, `int`, `unsigned int`, `std::string`, or a `std::vector` of `float`, `int` or
     ///           `unsigned int`.
     template <typename T>

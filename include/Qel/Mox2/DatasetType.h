@@ -2,20 +2,20 @@
 
 namespace Qel::Mox2 {
 
-/// What the numbers of an array property are, which settles how many columns an array of them has.
+/// What the numbers of an array property mean, which determines how many columns the array has.
 ///
-/// The digits 0, 1 and 2 stand for elements of one, two and three dimensions (lines, faces, solids). Types
-/// with a name in quotes have it as their default name; all others need one.
+/// The digits 0, 1 and 2 stand for elements of one, two and three dimensions (lines, faces, solids). A name
+/// in quotes is the default name of its type; types without one need a name in the call.
 enum DatasetType : int {
     Connectivity0 = 0,       ///< 1 column, "Connectivity": zero-based node indices of 1-d elements.
-    Connectivity1 = 1,       ///< 1 column, "Connectivity": of 2-d elements.
-    Connectivity2 = 2,       ///< 1 column, "Connectivity": of 3-d elements.
+    Connectivity1 = 1,       ///< 1 column, "Connectivity": the same for 2-d elements.
+    Connectivity2 = 2,       ///< 1 column, "Connectivity": the same for 3-d elements.
     Polylength0 = 3,         ///< 1 column, "Polylength": the number of nodes of each 1-d element.
-    Polylength1 = 4,         ///< 1 column, "Polylength": of each 2-d element.
-    Polylength2 = 5,         ///< 1 column, "Polylength": of each 3-d element.
+    Polylength1 = 4,         ///< 1 column, "Polylength": the same for 2-d elements.
+    Polylength2 = 5,         ///< 1 column, "Polylength": the same for 3-d elements.
     PartElements0 = 6,       ///< 1 column, "Part Elements": indices of the 1-d elements of a part.
-    PartElements1 = 7,       ///< 1 column, "Part Elements": of the 2-d elements.
-    PartElements2 = 8,       ///< 1 column, "Part Elements": of the 3-d elements.
+    PartElements1 = 7,       ///< 1 column, "Part Elements": the same for 2-d elements.
+    PartElements2 = 8,       ///< 1 column, "Part Elements": the same for 3-d elements.
     Coordinates = 9,         ///< 3 columns, "Coordinates": x, y, z of each node.
     NodeScalar = 10,         ///< 1 column: a value for each node.
     NodeVector = 11,         ///< 3 columns: a vector for each node.

@@ -24,24 +24,24 @@ class Database;
 /// geometry of the shapes.
 ///
 /// The order of calls: saveTo() once; then the first node, by addNode() or addAssemblyComponents(); then
-/// nodes, node data and arrays in any order; close() at the end, since only there the tree and the file's
-/// catalogue are written. After close() the same object can save another model.
+/// nodes, node data and arrays in any order; close() last, because only then are the tree and the file's
+/// catalogue written. After close() the same object can save another model.
 ///
 /// A model is *Empty* from construction to saveTo() and after close(), and *Open* in between. Nodes have ids:
-/// 1 for the first, counting up in order of creation; 0 means none. One node is the *current* one; new nodes
+/// 1 for the first, counting up in order of creation; 0 means none. One node is the *current* node; new nodes
 /// go below it.
 ///
 /// @par Failures
-/// A call that fails leaves what it did so far and the model stays usable; nothing is rolled back. Every
-/// failure is an exception of Qel/Exception/Exception.h or of the standard library. The result of writing to
-/// the disk is not examined: check the finished file.
+/// What a call did before it failed stays done, and the model stays usable; nothing is rolled back. Every
+/// failure is an exception of Qel/Exception/Exception.h or of the standard library. The results of writing to
+/// the disk are not examined: check the finished file.
 ///
 /// When memory runs out, a call throws `std::bad_alloc` or Qel::Exception::MemoryAllocationException and can
-/// be made again; addArrayProperty() and close() say what can be lost.
+/// be repeated; addArrayProperty() and close() say what can be lost.
 ///
 /// @par Threads
-/// One thread at a time for a model. addArrayProperty() must not run on two threads at once, not even for two
-/// models.
+/// A model can be used by one thread at a time. addArrayProperty() must not run on two threads at once, not
+/// even for two models.
 ///
 /// @par Environment
 /// `MOXWRITER_DEFAULT_BLOCK_SIZE`, a decimal number of bytes read anew at each use, replaces both the step by
@@ -51,7 +51,7 @@ public:
     /// A number that is never a node's id. No call returns or expects it; "no node" is 0.
     static constexpr unsigned int INVALID_ID = 0xFFFFFFFFU;
 
-    /// An Empty model. Opens nothing.
+    /// Makes an Empty model. Opens no file.
     Model();
     Model(const Model&) = delete;
     /// Makes this model share the database of `other`; nothing counts the owners. The former database of this
@@ -68,18 +68,18 @@ public:
     /// @throws Qel::Exception::MiscelleneousException with the path if the file can't be opened.
     ///
     /// After the last two the model is Open without a file: close() writes nothing and makes the model Empty.
-    /// Until then nodes can be added, and arrays too, but once these fill a block of the file,
+    /// Until then nodes and arrays can be added, but once the arrays fill a block of the file,
     /// addArrayProperty() throws Qel::Exception::FileWriteException "Saving the buffer failed".
     void saveTo(const std::string& path, const SaverOptions& options);
 
-    /// Writes all that is still in memory, completes the file and closes it. The model is then Empty. Does
-    /// nothing on an Empty model.
+    /// Writes everything that is still in memory, completes the file and closes it. The model is then Empty.
+    /// Does nothing on an Empty model.
     ///
     /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the file can't be positioned.
     /// @throws Qel::Exception::MemoryAllocationException if a block can't be compressed for lack of memory.
     ///
-    /// After an exception the model is still Open and its file can't be saved any more. close() can be called
-    /// again, but what comes out is damaged, and once blocks have gone out it fails each time; the destructor
+    /// After an exception the model is still Open, and its file can no longer be saved. close() can be called
+    /// again, but it makes a damaged file, and once blocks have gone out it fails every time; the destructor
     /// then ends the process. Save anew, through another model.
     ///
     /// If zlib itself gets no memory for a block, the block's content is lost without an exception; the
@@ -94,12 +94,11 @@ public:
 
     /// Adds a node below the current node, or the first node of the model, and makes it current.
     ///
-    /// A Shape below another node gets a geometry of the same name below it, takes two ids, and the geometry
-    /// is the one that becomes current and whose id is returned: that is the id for addArrayProperty(). A
-    /// Shape as first node gets no geometry. To add a sibling of a Shape, call moveToParentNode() twice
-    /// before.
+    /// A Shape below another node gets a geometry of the same name below it, and so takes two ids. The
+    /// geometry becomes current, and its id is returned: that is the id for addArrayProperty(). A Shape as
+    /// the first node gets no geometry. To add a sibling of a Shape, first call moveToParentNode() twice.
     ///
-    /// @param type       RootMarkedGroup and RootGroup for the first node alone; Group; Shape.
+    /// @param type       Group or Shape; for the first node also RootMarkedGroup or RootGroup.
     /// @param attributes Kept for groups; ignored for shapes.
     /// @return the id of the node that is now current.
     /// @throws Qel::Exception::InvalidObjectState "File not open." if the model is Empty.
@@ -107,15 +106,15 @@ public:
     /// @throws Qel::Exception::InvalidArguments if an attribute is of a kind that a file can't keep.
     /// @throws Qel::Exception::KeyNotFound if addArrayProperty() left an unknown id current.
     ///
-    /// No node is added by a call that fails, except that a Shape below another node stays, without its
-    /// geometry, as the current node when there is memory for the one and not for the other.
+    /// A call that fails adds no node, with one exception: if memory suffices for a Shape but not for its
+    /// geometry, the Shape stays, without a geometry, as the current node.
     unsigned int addNode(NodeType type, const std::string& name,
                          const Attributes& attributes = emptyAttributes());
 
-    /// Makes the node `id` current. Id 1 is there from saveTo() on.
+    /// Makes the node `id` current. Id 1 exists from saveTo() on.
     ///
     /// @throws Qel::Exception::InvalidObjectState "Not initialized" if the model is Empty.
-    /// @throws Qel::Exception::OutOfBounds if there is no node of this id. The current node stays.
+    /// @throws Qel::Exception::OutOfBounds if there is no node with this id. The current node stays the same.
     void setCurrentNodeId(unsigned int id);
 
     /// Makes the parent of the current node current; at the root it does nothing.
@@ -124,48 +123,50 @@ public:
     /// @throws Qel::Exception::KeyNotFound if addArrayProperty() left an unknown id current.
     void moveToParentNode();
 
-    /// Looks a node up by its path: for each level from the root on, the separator and the node's name, as in
-    /// "/car/body/door". Makes the root current, found or not; an empty path leaves the current node.
+    /// Looks up a node by its path: for each level from the root on, the separator and the node's name, as in
+    /// "/car/body/door". Makes the root current, whether or not the node is found; an empty path leaves the
+    /// current node as it is.
     ///
-    /// A shape's own path gives the shape; its geometry has the shape's name once more behind it. Among
-    /// siblings of one name the oldest is found.
+    /// A shape's own path finds the shape; for its geometry the path repeats the shape's name at the end.
+    /// Among siblings of the same name the oldest is found.
     ///
-    /// @param separator One text that stands whole between two names.
+    /// @param separator Separates two names as a whole, not by each of its characters.
     /// @return the node's id, or 0 if there is none.
     /// @throws Qel::Exception::InvalidObjectState "Not initialized" if the model is Empty.
-    /// @throws std::out_of_range "invalid string position" if the path names the root alone.
+    /// @throws std::out_of_range "invalid string position" if the path names only the root.
     unsigned int getNodeId(const std::string& path, const std::string& separator = defaultPathSeparator());
 
-    /// The same for the names on the way from the root on, which can hold any character but the byte 0x1E.
+    /// The same for a path given as the names from the root on, which can hold any byte except 0x1E.
     unsigned int getNodeId(const std::vector<std::string>& components);
 
     /// Sets properties and attributes of a node, in ascending order of the properties' numbers, and makes the
-    /// node current; for the geometry of a shape it works on the shape and makes that current.
+    /// node current. Given the geometry of a shape, it works on the shape and makes the shape current.
     ///
     /// @param id         A group, for transforms and attributes, or a shape or its geometry, for the
     ///                   material.
     /// @param properties See PropertyType for what each needs.
-    /// @param attributes Added to those of a group, replacing those of the same key; ignored for other nodes.
+    /// @param attributes Added to those of a group, replacing those with the same key; ignored for other
+    ///                   nodes.
     /// @throws Qel::Exception::InvalidObjectState "File not open." if the model is Empty.
-    /// @throws Qel::Exception::OutOfBounds if there is no node of this id.
-    /// @throws Qel::Exception::InvalidArguments "Invalid properties" for a property of no known number,
+    /// @throws Qel::Exception::OutOfBounds if there is no node with this id.
+    /// @throws Qel::Exception::InvalidArguments "Invalid properties" for an unknown property number,
     ///         "Invalid property type" for one that the node doesn't have, "invalid array size" for a wrong
     ///         length, and without a message for an attribute of a kind that a file can't keep.
     /// @throws Qel::Exception::TemplateSpecializationNotDefined for a value of the wrong type, and always for
     ///         ShapeSwitch on a shape.
     ///
-    /// Properties before the failing one stay set, and the current node stays moved.
+    /// Properties before the failing one stay set, and the current node has moved.
     void setNodeData(unsigned int id, const NodeProperties& properties,
                      const Attributes& attributes = emptyAttributes());
 
-    /// Merges paths into the tree: makes the nodes that are missing and finds those that exist. Leaves the
+    /// Merges paths into the tree: adds the nodes that are missing and finds those that exist. Leaves the
     /// last node of the last path current.
     ///
     /// A path begins with the separator and the root's name. One that ends in the separator names a group,
-    /// any other a shape with its geometry. A path of the root's name alone makes a node of that name below
+    /// any other a shape with its geometry. A path of only the root's name makes a node of that name below
     /// the root.
     ///
-    /// @param separator Stands at the start of each path; within it, each of its characters separates names.
+    /// @param separator Begins each path, as a whole; within a path, each of its characters separates names.
     /// @return one id for each path, in order: of the group, or of the shape's geometry; 0 for an empty path.
     /// @throws Qel::Exception::InvalidObjectState "File not open." if the model is Empty and there is a path.
     /// @throws Qel::Exception::InvalidArguments "Relative paths not supported" for a path that does not begin
@@ -176,8 +177,8 @@ public:
     Array1d<unsigned int> addAssemblyComponents(const std::vector<std::string>& paths,
                                                 const std::string& separator = defaultPathSeparator());
 
-    /// The same for the keys of a map, in ascending order. The attributes of group paths are tested as
-    /// addNode() tests them and then dropped; set them with setNodeData().
+    /// The same for the keys of a map, in ascending order. The attributes of group paths are checked as by
+    /// addNode() and then dropped; set them with setNodeData().
     ///
     /// @throws Qel::Exception::InvalidArguments also if an attribute is of a kind that a file can't keep; the
     ///         nodes of its path stay.
@@ -187,10 +188,10 @@ public:
     /// Writes an array once and attaches it to geometries, for one step or several. Leaves the last id
     /// current.
     ///
-    /// The first geometry and step hold the numbers; all others refer to them. An id of another kind of node
-    /// is passed over. A key (the name, and the step's name if it has one) that a geometry already has is
+    /// The first geometry and step hold the numbers; all others refer to them. Ids of other kinds of nodes
+    /// are skipped. A key (the name, and the step's name if it has one) that a geometry already has is
     /// overwritten. With no ids or no rows the call does nothing; with no steps it writes numbers that
-    /// nothing refers to. The numbers have left the caller's hands when the call returns.
+    /// nothing refers to. The caller can reuse the array's memory as soon as the call returns.
     ///
     /// @tparam ArrayT    Array1d or Array2d of `float` or `unsigned int`. Array1d serves types of one column.
     /// @tparam IdsT      `unsigned int` for one node, `Array1d<unsigned int>` for several.
@@ -202,11 +203,11 @@ public:
     ///                   these win. "Category" = "Vibration" marks mode shapes. "Complex", "Contents",
     ///                   "DataSource", "DataType", "Structure" and keys that begin with "Link." are dropped.
     /// @throws Qel::Exception::InvalidArguments "Can't guess result name for specified type" or
-    ///         "Can't guess result width for specified type"; without a message if the columns are not those
-    ///         of the type or if an attribute is of a kind that a file can't keep.
+    ///         "Can't guess result width for specified type"; without a message if the number of columns is
+    ///         not the type's or if an attribute is of a kind that a file can't keep.
     /// @throws Qel::Exception::InvalidObjectState "File not open." if the model is Empty.
     /// @throws Qel::Exception::UnderflowError for a negative number of rows or ids.
-    /// @throws Qel::Exception::KeyNotFound for an id that is not in the tree; it is then the current one.
+    /// @throws Qel::Exception::KeyNotFound for an id that is not in the tree; that id is then current.
     /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the file can't be positioned.
     /// @throws Qel::Exception::MemoryAllocationException if there is no memory for the numbers, or for
     ///         compressing a block that earlier calls have filled.
@@ -214,9 +215,10 @@ public:
     /// After KeyNotFound and after a refused attribute the numbers are in the file, and the ids and steps
     /// before the failing one refer to them. After FileWriteException nothing refers to them.
     ///
-    /// Arrays that earlier calls gave are lost when memory runs out while their block is compressed, here or
-    /// in close(): with MemoryAllocationException, or without any exception if zlib itself gets no memory.
-    /// Nothing in the file needs to show it: the numbers of later arrays can take their place. Save anew.
+    /// Arrays of earlier calls are lost if memory runs out while their block is compressed, here or in
+    /// close(): with MemoryAllocationException, or without any exception if zlib itself gets no memory. The
+    /// file does not always show the loss, because the numbers of later arrays can take the place of the lost
+    /// ones. Save anew.
     ///
     /// @par Cost
     /// One pass over the numbers, whatever the number of ids and steps; full blocks are compressed and

@@ -11,7 +11,7 @@ namespace Qel::Mox2 {
 struct MOXWRITER_EXPORT Step {
     /// The step's label. Empty for numbers that belong to no step.
     std::string name = {};
-    /// What is to be known of the step, such as its time; see Model::addArrayProperty().
+    /// What describes the step, such as its time; see Model::addArrayProperty().
     Attributes attributes = {};
 };
 

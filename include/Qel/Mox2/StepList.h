@@ -10,10 +10,11 @@ namespace Qel::Mox2 {
 
 struct StepData;
 
-/// Several steps that share the same numbers. Its length is given once. A plain value: copies are deep.
+/// Several steps that share the same numbers. Its length is given at construction. A plain value: copies are
+/// deep.
 class MOXWRITER_EXPORT StepList {
 public:
-    /// `count` steps without name and attributes.
+    /// `count` steps without names or attributes.
     /// @throws std::length_error "vector too long" for a count above 0x555555555555555.
     /// @throws std::bad_alloc if there is no memory for the steps.
     StepList(std::size_t count = 0);
@@ -21,7 +22,7 @@ public:
     const StepList& operator=(const StepList& other);
     ~StepList();
 
-    /// A copy of the step at `index`, from 0. There is no check.
+    /// A copy of the step at `index`, counted from 0. The index is not checked.
     Step operator[](std::size_t index) const;
 
     /// Replaces the step at `index`, which must exist: the list does not grow.

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The mark of everything that the shared library gives to applications.
+/// Marks everything that the shared library exports to applications.
 
 #if defined(_WIN32) && defined(MOXWRITER_BUILDING)
 #define MOXWRITER_EXPORT __declspec(dllexport)

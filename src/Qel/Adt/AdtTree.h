@@ -7,13 +7,13 @@
 
 namespace QelAdt {
 
-/// A node of a Tree: its links, as ids, and its payload. 0 stands for "none" in all links.
+/// A node of a Tree: the ids of its relatives, where 0 means none, and its payload.
 template <typename T>
 struct TreeNode {
     unsigned int id = 0;
     unsigned int parent = 0;
-    unsigned int previous = 0; ///< The sibling that was added before.
-    unsigned int next = 0;     ///< The sibling that was added after.
+    unsigned int previous = 0; ///< The sibling that was added before this one.
+    unsigned int next = 0;     ///< The sibling that was added after this one.
     unsigned int firstChild = 0;
     unsigned int lastChild = 0;
     T data{};
@@ -26,7 +26,7 @@ struct TreeNode {
 template <typename T>
 class Tree {
 public:
-    /// A root without payload, which is current.
+    /// A tree of a root without payload, which is current.
     Tree() { nodes_.push_back({.id = RootId}); }
 
     /// @throws Qel::Exception::KeyNotFound if there is no such id.
@@ -37,7 +37,7 @@ public:
         return nodes_[id - RootId];
     }
 
-    /// @throws Qel::Exception::KeyNotFound if the current id is none of a node.
+    /// @throws Qel::Exception::KeyNotFound if no node has the current id.
     TreeNode<T>& GetCurrentNode() {
         if (!contains(currentId_)) {
             QEL_THROW(Qel::Exception::KeyNotFound());
@@ -45,8 +45,8 @@ public:
         return nodes_[currentId_ - RootId];
     }
 
-    /// Moves the cursor. Id 0 passes, and the next use of the cursor fails.
-    /// @throws Qel::Exception::KeyNotFound for an id that has not been given out.
+    /// Moves the cursor. Id 0 is accepted, but the next use of the cursor fails.
+    /// @throws Qel::Exception::KeyNotFound for an id that no node has been given.
     void SetCurrentId(unsigned int id) {
         if (id >= nextId_) {
             QEL_THROW(Qel::Exception::KeyNotFound());
@@ -54,8 +54,8 @@ public:
         currentId_ = id;
     }
 
-    /// Adds a child without payload behind the current node's last, and makes it current.
-    /// @throws Qel::Exception::KeyNotFound if the current id is none of a node; nothing changes.
+    /// Adds a child without payload after the current node's last child, and makes it current.
+    /// @throws Qel::Exception::KeyNotFound if no node has the current id; nothing changes.
     void AddChild() {
         TreeNode<T>& parent = GetCurrentNode();
         nodes_.push_back({.id = nextId_, .parent = currentId_, .previous = parent.lastChild});
@@ -70,9 +70,8 @@ public:
     }
 
     /// Moves to the oldest child of the current node whose payload the policy finds equal to the probe. The
-    /// policy is asked about nodes anywhere in the tree, up to the match, and has to be able to take the
-    /// payload of each.
-    /// @throws Qel::Exception::KeyNotFound if there is none; the cursor stays.
+    /// policy is asked about all nodes of the tree up to the match, and must accept the payload of each.
+    /// @throws Qel::Exception::KeyNotFound if there is none; the cursor stays where it is.
     // Kept though nothing calls it; see docs/oddities.md.
     template <typename Policy>
     void MoveToChild(const T& probe, Policy policy) {
@@ -88,7 +87,7 @@ public:
     unsigned int GetCurrentId() const { return currentId_; }
     /// Moves the cursor without any check.
     void PutCurrentId(unsigned int id) { currentId_ = id; }
-    /// The id of the node that is added next.
+    /// The id that the next node gets.
     unsigned int GetNextId() const { return nextId_; }
     /// All nodes in ascending id.
     const std::deque<TreeNode<T>>& GetNodes() const { return nodes_; }
@@ -99,7 +98,7 @@ protected:
 private:
     bool contains(unsigned int id) const { return id >= RootId && id < nextId_; }
 
-    // The node of id 1 first: ids have no gaps.
+    // In ascending order of ids, which start at 1 and have no gaps.
     std::deque<TreeNode<T>> nodes_;
     unsigned int nextId_ = RootId + 1;
     unsigned int currentId_ = RootId;

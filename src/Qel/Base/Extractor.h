@@ -2,7 +2,7 @@
 
 namespace Qel::Base {
 
-/// An operation that asks a database. Made for one call, as a Modifier is.
+/// An operation that queries a database. Made for one call, like a Modifier.
 template <typename Db, typename T>
 class Extractor {
 public:

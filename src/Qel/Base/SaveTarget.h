@@ -8,7 +8,7 @@ namespace Qel::Base {
 /// Where a Saver saves to.
 struct SaveTarget {
     std::string path;
-    /// Nothing reads this, nor what follows.
+    /// Nothing reads this field or those that follow.
     std::string format;
     std::vector<std::string> parameters = {};
     unsigned int number = 0;

@@ -3,7 +3,7 @@
 namespace Qel::Data {
 
 /// An array with attributes.
-/// @tparam TraitsT Tells the type of the elements; see Qel::Type::Traits.
+/// @tparam TraitsT Gives the type of the elements; see Qel::Type::Traits.
 template <typename ArrayT, typename MapT, typename TraitsT>
 class Data {
 public:

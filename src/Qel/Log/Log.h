@@ -6,11 +6,10 @@
 
 namespace Qel::Log {
 
-/// The log system of the process, which takes the records of all sites.
+/// The log system of the process, which takes the records of all QEL_LOG sites.
 LogSystem& processLog();
 
-/// Makes another log system that of the process, and thereby shows what sites log. No other thread may log
-/// meanwhile.
+/// Replaces the log system of the process, to see what is logged. No other thread may log meanwhile.
 /// @param replacement Must live until it is replaced in turn.
 /// @return the former one.
 LogSystem& replaceProcessLog(LogSystem& replacement);
@@ -18,7 +17,8 @@ LogSystem& replaceProcessLog(LogSystem& replacement);
 } // namespace Qel::Log
 
 /// Logs one record of severity Info. `sourceName` is the site's qualified name; `message` is what is streamed
-/// into the record, as in QEL_LOG("QelTnf::Index::FlushFrozen", "Buffer " << id). Not for loops over values.
+/// into the record, as in QEL_LOG("QelTnf::Index::FlushFrozen", "Buffer " << id). Too costly for loops over
+/// values.
 #define QEL_LOG(sourceName, message)                                                                         \
     do {                                                                                                     \
         ::Qel::Log::Record<char> record(::Qel::Log::Severity::Info,                                          \

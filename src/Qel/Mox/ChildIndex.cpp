@@ -8,7 +8,7 @@
 
 namespace QelMox {
 
-// The multiplier is 2^64 divided by the golden ratio, which spreads ids that follow each other.
+// The multiplier is 2^64 divided by the golden ratio, which spreads consecutive ids.
 std::size_t ChildIndex::KeyHash::operator()(const Key& key) const {
     return std::hash<std::string_view>()(key.second) ^
            static_cast<std::size_t>(key.first * 0x9E3779B97F4A7C15ULL);

@@ -9,8 +9,8 @@ namespace QelMox {
 
 class Node;
 
-/// Finds the children of a node by name in constant time, however large the tree. Of several children of one
-/// name and class it knows the oldest.
+/// Finds the children of a node by name in constant time, however large the tree. If several children have
+/// the same name and class, it knows the oldest.
 class ChildIndex {
 public:
     /// Must be called in ascending order of ids. The node must live as long as the index.
@@ -19,10 +19,10 @@ public:
     /// Undoes the add() of this id.
     void remove(unsigned int parent, unsigned int id, const Node& node);
 
-    /// @return the id of the oldest child of this name, or 0.
+    /// @return the id of the oldest child with this name, or 0.
     unsigned int find(unsigned int parent, std::string_view name) const;
 
-    /// @return the id of the oldest child of the probe's name, type and version, or 0.
+    /// @return the id of the oldest child with the probe's name, type and version, or 0.
     unsigned int findLike(unsigned int parent, const Node& probe) const;
 
 private:
@@ -35,7 +35,7 @@ private:
         std::size_t operator()(const Key& key) const;
     };
 
-    // One child of each class at most under a key. The names are views of the nodes' own.
+    // Under each key, at most one child of each class. The names are views of the names in the nodes.
     std::unordered_multimap<Key, Child, KeyHash> children_;
 };
 

@@ -8,10 +8,10 @@
 
 namespace QelMox {
 
-/// What a Geometry keeps of a dataset when its numbers have gone to the file.
+/// What a Geometry keeps of a dataset once its numbers have gone to the file.
 struct DatasetEntry {
-    /// Takes the attributes over, but for those that only applications look at, to those that are there
-    /// already; "Category" = "Vibration" marks the dataset as a vibration.
+    /// Adds the attributes, except those that only applications look at, to those that the entry has already;
+    /// "Category" = "Vibration" marks the dataset as a vibration.
     void SetAttributes(const QelUtil::AttributeList& list);
 
     std::string key;
@@ -19,7 +19,7 @@ struct DatasetEntry {
     bool vibration = false;
     QelUtil::AttributeList attributes;
     NumericArray values;
-    /// True if the numbers are those of the entry that the other two fields name. Never becomes false again.
+    /// True if the entry is a link to the one that the next two fields name. Never becomes false again.
     bool isLink = false;
     unsigned int linkNodeId = 0;
     unsigned int linkIndex = 0;

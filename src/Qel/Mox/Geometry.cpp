@@ -11,7 +11,7 @@ namespace QelMox {
 
 namespace {
 
-// An all-ones type would mean "not known" and takes no tag.
+// A type of all ones means "not known" and gets no tag.
 unsigned int taggedType(const DatasetEntry& entry) {
     const auto type = static_cast<unsigned int>(entry.variableType);
     return type == ~0U ? type : type | (entry.values.elementTag << Format::ElementTagShift);

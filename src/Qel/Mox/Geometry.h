@@ -18,7 +18,7 @@ class TnFile;
 
 namespace QelMox {
 
-/// The node that stands for the numbers of a shape: an entry for each dataset, whose numbers are in the file.
+/// The node that holds the datasets of a shape: an entry for each, whose numbers are in the file.
 class Geometry : public Node {
 public:
     using VariableType = QelMox::VariableType;
@@ -28,7 +28,7 @@ public:
     std::string GetTypeName() const override;
     std::string GetVersion() const override;
 
-    /// @return the index of the entry of this key, which is appended if it is new.
+    /// @return the index of the entry with this key, which is appended if there is none.
     std::uint64_t FindOrAddDataset(const std::string& key);
 
     /// Entries have indices from 0, in order of the first use of their keys.
@@ -36,7 +36,7 @@ public:
     DatasetEntry& GetDataset(std::uint64_t index) { return *datasets_[index]; }
     const DatasetEntry& GetDataset(std::uint64_t index) const { return *datasets_[index]; }
 
-    /// Where the numbers of each key stand in the stream of the datasets.
+    /// The position of each key's numbers in the stream of the datasets.
     std::map<std::string, std::uint64_t> positions;
 
     /// Puts all entries into the file's blocks, in the layout of GetVersion().
@@ -51,7 +51,7 @@ public:
 
 private:
     std::vector<std::unique_ptr<DatasetEntry>> datasets_;
-    // Views of the entries' own keys, which therefore stay where they are.
+    // The keys are views of those in the entries, which therefore never move.
     std::unordered_map<std::string_view, std::uint64_t> indices_;
 };
 

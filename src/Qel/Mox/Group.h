@@ -9,7 +9,7 @@
 
 namespace QelMox {
 
-/// A group of the assembly: a transform and attributes for all that stands below it.
+/// A group of the assembly: a transform and attributes for everything below it.
 class Group final : public Node {
 public:
     /// A group that changes nothing: no translation, no rotation, scale 1.
@@ -31,7 +31,7 @@ public:
     const std::array<float, 3>& GetScale() const { return scale_; }
     const QelUtil::AttributeList& GetAttributes() const { return attributes_; }
     QelUtil::AttributeList& GetAttributes() { return attributes_; }
-    /// 1 for a first node that was asked to be marked, 0 for all others.
+    /// 1 for a first node that is to be marked, 0 for all other groups.
     unsigned char GetGroupKind() const { return groupKind_; }
 
 private:

@@ -8,7 +8,7 @@
 
 namespace QelMox {
 
-/// The looks of a shape. Never a node of the tree by itself: each shape has one of its own.
+/// The appearance of a shape. Never a node of the tree itself: each shape has a material of its own.
 class Material : public Node {
 public:
     /// Red, green, blue and alpha.
@@ -21,7 +21,7 @@ public:
     /// The version that the material's record is written with.
     virtual std::string GetRecordVersion() const;
 
-    /// Takes red, green and blue. A fourth value is accepted, and alpha stays all the same.
+    /// Takes red, green and blue. A fourth value is accepted but ignored: alpha stays as it is.
     /// @throws Qel::Exception::InvalidArguments "invalid array size" unless there are 3 or 4 values.
     void SetDiffuseColor(const std::vector<float>& values);
     /// As SetDiffuseColor().
@@ -34,7 +34,7 @@ public:
 
     void SetTransparency(float value) { Transparency_ = value; }
     void SetShininess(float value) { Shininess_ = value; }
-    /// Makes the ambient colour the diffuse one times `intensity`, in all four components.
+    /// Sets the ambient colour to the diffuse colour times `intensity`, in all four components.
     void SetAmbientIntensity(float intensity);
 
     const Color& GetDiffuse() const { return diffuse_; }
@@ -51,7 +51,7 @@ private:
     Color diffuse_ = {0.8F, 0.8F, 0.8F, 1.0F};
     Color specular_ = {0.0F, 0.0F, 0.0F, 1.0F};
     Color emissive_ = {0.0F, 0.0F, 0.0F, 0.0F};
-    // The product in single precision, which is another number than 0.16.
+    // The product in single precision, which differs from 0.16.
     Color ambient_ = {diffuse_[0] * DefaultAmbientIntensity, diffuse_[1] * DefaultAmbientIntensity,
                       diffuse_[2] * DefaultAmbientIntensity, diffuse_[3] * DefaultAmbientIntensity};
     float Transparency_ = 0.0F;

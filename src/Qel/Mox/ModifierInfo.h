@@ -4,9 +4,9 @@
 
 namespace QelMox {
 
-/// Who wrote the file, with what, and when. The texts stand in the order of the file.
+/// Who wrote the file, with what, and when. The texts are in the order of the file.
 struct ModifierInfo {
-    /// Whether the save asks for the host's and the user's name. Nothing sets it, and it is not written.
+    /// Whether the save asks for the names of the host and the user. Nothing sets it, and it is not written.
     unsigned char CollectHostInfo = 0;
     std::string SourceName;
     std::string SourceVersion;

@@ -4,8 +4,8 @@
 
 namespace QelMox {
 
-/// What a node of the tree stands for. Each class names its type and the version of its record, and files
-/// tell readers by these texts what follows.
+/// The payload of a node of the tree. Each class names its type and the version of its record; from these
+/// texts in the file a reader knows what follows.
 class Node {
 public:
     explicit Node(std::string name);
@@ -16,7 +16,7 @@ public:
     virtual std::string GetTypeName() const;
     virtual std::string GetVersion() const;
     virtual bool GetFlag() const;
-    // Without effect; they keep their places in the order of the virtual operations.
+    // These do nothing; they keep their places in the order of the virtual operations.
     // Kept though nothing calls it; see docs/oddities.md.
     virtual void Reserved4() {}
     virtual void Reserved5() {}

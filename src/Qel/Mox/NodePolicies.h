@@ -4,12 +4,12 @@ namespace QelMox {
 
 class Node;
 
-/// Takes two nodes for equal if their names, types and versions are.
+/// Considers two nodes equal if their names, types and versions are.
 struct NodesWithSameName {
     bool operator()(const Node* left, const Node* right) const;
 };
 
-/// Takes two nodes for equal if their names are, so that a plain Node can serve as the probe of
+/// Considers two nodes equal if their names are, so that a plain Node can serve as the probe of
 /// QelAdt::Tree::MoveToChild(). Lookups by path don't come here: they ask the ChildIndex.
 struct VirtualNodesWithSameName {
     bool operator()(const Node* left, const Node* right) const;

@@ -13,7 +13,7 @@ class TnFile;
 
 namespace QelMox {
 
-/// Named sets of pairs of numbers. No call of the model makes such a node; the save writes it where there is
+/// Named sets of pairs of numbers. No call of the model makes such a node, but a save writes it if there is
 /// one.
 class NodeSets final : public Node {
 public:
@@ -27,13 +27,13 @@ public:
     std::string GetTypeName() const override;
     std::string GetVersion() const override;
 
-    /// Puts all sets into a name's stream, as five lists, and notes where they are.
+    /// Puts all sets into a name's stream, as five lists, and records where they are.
     void WriteHeavy(QelTnf::TnFile& container, const std::string& blockName);
 
     std::vector<NodeSet> sets;
-    /// Where WriteHeavy() put the sets, in the stream before compression.
+    /// The position at which WriteHeavy() put the sets.
     std::uint64_t heavyPosition = 0;
-    /// The bytes that WriteHeavy() put.
+    /// The number of bytes that WriteHeavy() put.
     std::uint32_t heavySize = 0;
 };
 

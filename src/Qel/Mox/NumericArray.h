@@ -20,16 +20,16 @@ public:
     // Kept though nothing calls it; see docs/oddities.md.
     virtual std::uint64_t GetCount() const { return sizeInBytes >> 2U; }
 
-    /// The caller's numbers. Not owned, and gone as soon as they have been streamed.
+    /// The caller's numbers. Not owned, and possibly gone once the call that gave them has returned.
     const void* data = nullptr;
     std::uint64_t sizeInBytes = 0;
-    /// Values of one element.
+    /// The number of values of one element.
     std::uint8_t width = 1;
     std::uint8_t widthFlag = 0;
     std::unique_ptr<Descriptor> descriptor;
-    /// The type of the values, by the numbers of Qel::Type::Traits.
+    /// The type of the values, as numbered in Qel::Type::Traits.
     std::uint32_t elementTag = 0;
-    // The fields below have a place in the file and always these values.
+    // The fields below are in the file and always have these values.
     bool boolA = false;
     bool boolB = false;
     float floatA = 0.0F;

@@ -1,4 +1,4 @@
-// The model's records in blocks: the container knows them by name alone.
+// Puts the model's records into blocks. The container itself knows only their names.
 
 #include <Qel/Mox/Format.h>
 #include <Qel/Mox/Material.h>
@@ -24,8 +24,8 @@ template void Index::Put(const std::string&, const std::vector<QelMox::ResultAtt
 
 namespace {
 
-// A record is its size in bytes, its version and its fields: those of the first version, then those that came
-// with each later one, up to its own.
+// A record consists of its size in bytes, its version and its fields: those of the first version, then those
+// that each later version added, up to its own.
 template <typename PutFirstFields, typename PutFieldsBehind>
 void putRecord(Block& block, const std::string& version, PutFirstFields putFirstFields,
                PutFieldsBehind putFieldsBehind) {
@@ -92,7 +92,7 @@ void Block::Put(const std::vector<QelMox::ModifierInfo>& infos) {
     }
 }
 
-// The elements have no form in the file; the list is always empty.
+// The elements have no layout in the file; the list is always empty.
 void Block::Put(const std::vector<QelMox::ResultAttributes>& attributes) {
     Put(static_cast<std::uint32_t>(attributes.size()));
 }

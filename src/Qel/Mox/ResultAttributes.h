@@ -5,7 +5,7 @@
 
 namespace QelMox {
 
-/// Has a list in the file that is always empty.
+/// The file has a list of these, which is always empty.
 // Kept though nothing calls it; see docs/oddities.md.
 struct ResultAttributes {
     std::map<std::string, std::string> first;

@@ -10,7 +10,7 @@ namespace QelMox {
 /// A shape of the assembly: a material, and below it a Geometry.
 class Shape final : public Node {
 public:
-    /// A shape with a material of default looks and without a name.
+    /// A shape whose material has the default appearance and no name.
     explicit Shape(std::string name);
 
     std::string GetTypeName() const override;

@@ -58,7 +58,7 @@ void logDataset(std::uint32_t count, std::uint8_t width) {
 } // namespace
 
 Tree::Tree() {
-    // Nothing here draws random numbers, but applications that do have come to rely on the known start.
+    // Nothing here draws random numbers, but applications that do have come to rely on the known seed.
     std::srand(0);
 }
 

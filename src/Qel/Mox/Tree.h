@@ -20,7 +20,7 @@ namespace QelMox {
 /// Numbers go to the file while the model grows; nodes, descriptors and attributes stay until SaveFile().
 class Tree : public QelAdt::Tree<Node*> {
 public:
-    /// A tree of the root alone, without payload and without a file.
+    /// A tree of only the root, without a payload and without a file.
     Tree();
     Tree(const Tree&) = delete;
     Tree& operator=(const Tree&) = delete;
@@ -30,7 +30,7 @@ public:
     /// @throws Qel::Exception::Exception what QelTnf::TnFile::OpenFileForWriting() throws.
     void SetStreamFile(const std::string& path, unsigned char overwrite, const int* mode);
 
-    /// Makes the root current, and a group its payload.
+    /// Makes the root current and gives it a group as its payload.
     /// @throws Qel::Exception::InvalidObjectState "Root node properties are already set", after the root has
     ///         become current.
     void SetRootGroup(const std::string& name, const QelUtil::AttributeList& attributes);
@@ -39,29 +39,30 @@ public:
     /// The same with a shape, which gets no geometry.
     void SetRootShape(const std::string& name);
 
-    /// Adds a child with a payload below the current node, and makes it current. The child is never seen
-    /// without its payload, also when memory runs out.
-    /// @throws Qel::Exception::KeyNotFound if the current id is none of a node; nothing changes.
+    /// Adds a child with a payload below the current node, and makes it current. The child is never in the
+    /// tree without its payload, even when memory runs out.
+    /// @throws Qel::Exception::KeyNotFound if no node has the current id; nothing changes.
     void AddChildNode(std::unique_ptr<Node> payload);
 
-    /// Makes the child group of this name current, which is added if there is none.
+    /// Makes the child group of this name current, adding it if there is none.
     void AddGroupNode(const std::string& name);
-    /// Makes the geometry of the child shape of this name current; each is added if there is none.
+    /// Makes the geometry of the child shape of this name current, adding the shape and the geometry if they
+    /// are missing.
     void AddShapeNode(const std::string& name);
 
-    /// Looks a node up by its path from the root on, and makes the root current.
-    /// @param path The separator and a name for each level. The character behind the root's name counts for
-    ///             the separator's first, whatever it is.
-    /// @return the node's id, 0 if there is none or the root has no payload.
-    /// @throws std::out_of_range "invalid string position" for a path of the root alone.
+    /// Looks up a node by its path from the root on, and makes the root current.
+    /// @param path The separator and a name for each level. After the root's name as many characters as the
+    ///             separator has are skipped, whatever they are.
+    /// @return the node's id, or 0 if there is none or if the root has no payload.
+    /// @throws std::out_of_range "invalid string position" for a path of only the root.
     unsigned int FindNodeByPath(const std::string& path, const std::string& separator);
 
     /// Appends an array to the stream of the datasets; see QelTnf::TnFile::PutDataset().
     std::uint64_t WriteStreamDataset(const float* data, std::uint32_t count, std::uint8_t width);
     std::uint64_t WriteStreamDataset(const unsigned int* data, std::uint32_t count, std::uint8_t width);
 
-    /// Writes all that is still in memory, completes the file and closes it. Does nothing without an open
-    /// file.
+    /// Writes everything that is still in memory, completes the file and closes it. Does nothing without an
+    /// open file.
     void SaveFile(QelTnf::TnFile& container, const std::string& comment);
     /// Puts the record and the descriptor of each node into the file's blocks.
     void SaveTree(QelTnf::TnFile& container);

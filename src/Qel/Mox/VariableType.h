@@ -4,8 +4,8 @@
 
 namespace QelMox {
 
-/// What the numbers of a dataset are. Files hold these numbers, so they never change; those that are missing
-/// are not in use.
+/// What the numbers of a dataset mean. Files hold these values, so they never change; the missing ones are
+/// not in use.
 enum class VariableType : std::uint32_t {
     Coordinates = 1,
     Connectivity0 = 4,

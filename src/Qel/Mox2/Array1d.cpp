@@ -9,7 +9,7 @@ namespace Qel::Mox2 {
 
 namespace {
 
-// As many elements of a sequence as the storage has.
+// Copies as many elements of a sequence as the storage has.
 template <typename Sequence, typename Storage>
 void copyBeginning(const Sequence* begin, Storage& storage) {
     std::copy_n(begin, std::max<Eigen::Index>(storage.size(), 0), storage.data());

@@ -9,8 +9,8 @@ namespace Qel::Mox2 {
 
 namespace {
 
-// Row-major storage takes a sequence as it comes: surplus input is left, and missing input leaves elements
-// unset.
+// Row-major storage takes a sequence as it comes: surplus input is ignored, and elements that the input
+// doesn't reach stay unset.
 template <typename T, typename Storage>
 void fill(const T* begin, std::size_t count, Storage& storage) {
     const Eigen::Index available = std::max<Eigen::Index>(storage.size(), 0);

@@ -17,13 +17,13 @@ struct DatasetTypeRow {
     VariableType variableType;
 };
 
-// A dataset type without its row does not compile.
+// Makes a dataset type without a row a compile error.
 #if defined(__GNUC__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic error "-Wswitch"
 #endif
 
-// Nothing for a number that is none of a type.
+// Empty for a number that is no dataset type.
 constexpr std::optional<DatasetTypeRow> rowOf(DatasetType type) {
     switch (type) {
     case Connectivity0:

@@ -11,7 +11,7 @@
 
 namespace Qel::Mox2 {
 
-/// An array with its attributes, its name and what its numbers are.
+/// An array with its attributes, its name and its dataset type.
 /// @tparam DataT A Qel::Data::Data.
 template <typename DataT>
 class ArrayProperty final : public DataT {
@@ -30,7 +30,7 @@ public:
     ///         and for one without a default name.
     static std::string nameFrom(DatasetType type);
 
-    /// What files call a type.
+    /// The type by which files know a dataset type.
     /// @throws Exception::InvalidArguments "Can't guess result type for specified type" for an unknown type.
     static QelMox::Geometry::VariableType geomTypeFrom(DatasetType type);
 

@@ -27,10 +27,10 @@ inline Eigen::Index narrowedSize(std::size_t size) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(size));
 }
 
-/// Makes `target` a copy of `source`, in the memory that it has if the number of elements stays the same.
+/// Makes `target` a copy of `source`, reusing its memory if the number of elements stays the same.
 ///
-/// Eigen frees the old memory first, and an array for which there is no new memory would still point to it.
-/// One that was emptied before points to nothing.
+/// Eigen frees the old memory before it allocates, and if that fails the array still points to the old
+/// memory. An array that has been emptied first points to nothing.
 /// @throws std::bad_alloc if there is no memory for the elements; `target` is then empty.
 template <typename StorageT>
 void assignStorage(StorageT& target, const StorageT& source) {

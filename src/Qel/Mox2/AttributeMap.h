@@ -9,7 +9,7 @@
 
 namespace Qel::Mox2 {
 
-/// All that an attribute can hold. Few of these can go into a file; see Helper::Attributes.
+/// All that an attribute can hold. Only a few of these can go into a file; see Helper::Attributes.
 using AttributeVariant =
     std::variant<float, std::vector<float>, int, std::vector<int>, unsigned int, std::vector<unsigned int>,
                  std::string, std::vector<std::string>, std::wstring, std::vector<std::wstring>, double,
@@ -18,8 +18,8 @@ using AttributeVariant =
                  std::vector<unsigned char>, signed char, std::vector<signed char>, unsigned short,
                  std::vector<unsigned short>, short, std::vector<short>>;
 
-/// The pairs of an Attributes, in byte order of their keys. A class of its own so that Attributes can name it
-/// without showing what is in it.
+/// The pairs of an Attributes, in byte order of their keys. A class of its own, so that Attributes can name
+/// it without showing its contents.
 struct AttributeMap : VariantMap<std::string, AttributeVariant> {
     using VariantMap::VariantMap;
 };

@@ -13,7 +13,7 @@ public:
     Database() = default;
     ~Database() override;
 
-    /// Saves the tree if there is one, and makes the database Empty. An exception of the save leaves it Open.
+    /// Saves the tree if there is one, and makes the database Empty. If the save throws, it stays Open.
     void close() override;
 
     /// Makes the database Open with a new tree, which has no file yet.
@@ -31,7 +31,7 @@ public:
     QelMox::Tree& getTree() const { return *tree_; }
 
 private:
-    // Brings about the state that no operation leads to.
+    // Lets tests bring about the state that no operation leads to.
     friend struct DatabasePeer;
 
     std::shared_ptr<QelMox::Tree> tree_;

@@ -21,7 +21,7 @@ namespace Qel::Mox2 {
 
 namespace {
 
-// Stands in no name, so that names can hold any separator.
+// Not used in names, so that they can hold any other separator.
 constexpr char ComponentSeparator = '\x1e';
 
 template <typename ArrayT>
@@ -35,8 +35,8 @@ struct PropertyFor<Array2d<T>> {
     using Type = TableProperty<T>;
 };
 
-// One list of one element each for the whole library, overwritten by every call: a single id or step takes
-// the same road as many.
+// A list of one id and one of one step for the whole library, overwritten by every call: a single id or step
+// takes the same path as several.
 const IdArray& oneId(unsigned int id) {
     static IdArray ids = IdArray::Zero(1);
     ids[0] = id;
@@ -63,7 +63,7 @@ Array1d<unsigned int> mergePaths(Database& database, const Paths& paths, const s
 
 Model::Model() : database_(new Database) {}
 
-// The former database is left as it is: nothing counts who shares one.
+// The former database is left as it is: nothing counts the models that share it.
 Model& Model::operator=(const Model& other) = default;
 
 Model::~Model() {

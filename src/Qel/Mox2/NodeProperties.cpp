@@ -28,7 +28,7 @@ void NodeProperties::set(PropertyType key, const T& value) {
     (*map_)[key] = value;
 }
 
-// No property value is a truth value, so one is kept as a number.
+// Property values include no `bool`, so one is kept as a number.
 template <>
 MOXWRITER_EXPORT void NodeProperties::set(PropertyType key, const bool& value) {
     (*map_)[key] = value ? 1 : 0;

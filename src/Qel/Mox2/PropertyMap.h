@@ -12,8 +12,8 @@ namespace Qel::Mox2 {
 /// What a property can hold.
 using PropertyValue = std::variant<int, float, std::string, std::vector<int>, std::vector<float>>;
 
-/// The properties of a NodeProperties, in ascending order of their signed numbers. A class of its own so that
-/// NodeProperties can name it without showing what is in it.
+/// The properties of a NodeProperties, in ascending order of their signed numbers. A class of its own, so
+/// that NodeProperties can name it without showing its contents.
 struct PropertyMap : VariantMap<PropertyType, PropertyValue> {
     using VariantMap::VariantMap;
 };

@@ -6,7 +6,7 @@
 
 namespace Qel::Mox2 {
 
-/// A step inside the library.
+/// A step as the library keeps it.
 struct StepData {
     StepData() = default;
     StepData(const std::string& stepName, const AttributeMap& stepAttributes)

@@ -11,7 +11,7 @@ namespace Qel::Mox2 {
 
 namespace {
 
-// Applications meet the same bound on all platforms, though the steps' size differs.
+// The same bound on all platforms, though the size of a step differs.
 constexpr std::uint64_t LargestCount = 0x555555555555555;
 
 std::size_t checkedCount(std::size_t count) {

@@ -6,11 +6,11 @@
 
 namespace Qel::Mox2 {
 
-/// An ordered map of variants whose copies are made value by value, so that memory can run out in the middle.
+/// An ordered map of variants that is copied value by value, so that memory can run out halfway without harm.
 ///
-/// Some standard libraries take a variant of texts and vectors for one that always holds a value, and destroy
-/// what is not there when copying such a variant fails. Here a copied variant first holds a number and then
-/// gets its value, which is made before the number goes.
+/// Some standard libraries assume that a variant of texts and vectors always holds a value, and destroy a
+/// value that is not there when copying such a variant fails. Here a copied variant first holds a number and
+/// then gets its value, which is complete before the number is destroyed.
 template <typename Key, typename VariantT>
 class VariantMap : public std::map<Key, VariantT> {
 public:

@@ -45,7 +45,7 @@ void Block::append(const std::string& text) {
     }
 }
 
-// The sum is formed in 64 bits: near 4 GiB the position wraps, and the bytes ahead of that need room all the
+// The sum is formed in 64 bits: near 4 GiB the position wraps, but the bytes up to the wrap need room all the
 // same.
 void Block::growFor(std::uint32_t count) {
     if (std::uint64_t{position_} + count >= capacity_) {
@@ -64,7 +64,7 @@ void Block::restoreReleasedBuffer() {
 void Block::AllocateAdditionalMemory(const std::uint64_t& additional) {
     constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max();
     const std::uint64_t total = additional > largest - capacity_ ? largest : capacity_ + additional;
-    // Some platforms answer a request for nothing with a null pointer, which is no failure.
+    // Some platforms return a null pointer for a request of 0 bytes, which is no failure.
     if (total == 0) {
         return;
     }
@@ -86,7 +86,7 @@ void Block::SetPosition(const unsigned int& newPosition) {
 }
 
 void Block::Write(std::FILE* const stream, bool withLength) const {
-    // Deliberately blind to failed writes: applications check the finished file.
+    // Failed writes are deliberately ignored: applications check the finished file.
     if (withLength) {
         (void)std::fwrite(&size_, sizeof(size_), 1, stream);
     }

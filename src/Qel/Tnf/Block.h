@@ -14,20 +14,20 @@ struct ResultAttributes;
 
 namespace QelTnf {
 
-/// The bytes by which the buffers of blocks grow, at least. Of the whole process; each Block::Put() stores
-/// the value of the environment's variable here, and it stays when the variable is gone.
+/// The least number of bytes by which a block's buffer grows, for the whole process. Each Block::Put() stores
+/// the value of the environment variable here, and it stays when the variable is removed.
 extern std::uint32_t defaultBlockSize;
 
 /// A growable buffer: the content of one block of the file while it is in memory.
 ///
 /// Values go in at a write position, as they lie in memory. A plain value that copies bitwise: copies share
-/// the buffer, and who holds a block frees it with release().
+/// the buffer, and whoever holds the block frees it with release().
 ///
-/// Every Put() can throw Qel::Exception::MemoryAllocationException, and then has put in what stands ahead of
-/// the element that didn't fit. Nothing reports that a block passes 4 GiB: its position wraps.
+/// Every Put() can throw Qel::Exception::MemoryAllocationException, after putting in everything before the
+/// element that didn't fit. Growth beyond 4 GiB is not reported: the position wraps.
 class Block {
 public:
-    /// Copies `count` bytes in at the write position and moves it behind them.
+    /// Copies `count` bytes in at the write position and moves it past them.
     void Put(const void* const& source, const unsigned int& count);
 
     /// A text: its length in 32 bits, then its bytes.
@@ -52,26 +52,26 @@ public:
         }
     }
 
-    // Records of the model, which are defined beside the classes that they write.
+    // Records of the model, implemented in Mox/Records.
     void Put(const QelMox::Material& material);
     void Put(const QelMox::ModifierInfo& info);
     void Put(const std::vector<QelMox::ModifierInfo>& infos);
     void Put(const std::vector<QelMox::ResultAttributes>& attributes);
 
-    /// Enlarges the buffer by exactly so many bytes.
+    /// Enlarges the buffer by exactly `additional` bytes.
     /// @throws Qel::Exception::MemoryAllocationException if there is no memory; the block stays as it was.
     void AllocateAdditionalMemory(const std::uint64_t& additional);
 
     /// @throws Qel::Exception::OutOfBounds "Invalid block position" for a position beyond the size.
     void SetPosition(const unsigned int& newPosition);
 
-    /// Writes the content, behind its length in 32 bits if asked for, where the stream stands. The results of
-    /// the writes are not examined.
+    /// Writes the content at the stream's present offset, preceded by its length in 32 bits if `withLength`
+    /// is set. The results of the writes are not examined.
     /// @throws Qel::Exception::FileWriteException "Unable to write to file" if the stream's end-of-file
     ///         indicator is set, which no stream that is written to has.
     void Write(std::FILE* stream, bool withLength) const;
 
-    /// Frees the buffer. The other fields stay: they then describe a buffer that is gone.
+    /// Frees the buffer. The other fields stay, and describe the buffer that is gone.
     void release();
 
     std::uint32_t GetSize() const { return size_; }
@@ -82,7 +82,7 @@ public:
     /// Hands the buffer, which is to be freed with `free`, to the caller, and leaves an empty block.
     unsigned char* detach();
 
-    /// Makes an empty block of one that was released.
+    /// Turns a released block into an empty one.
     void reset() { *this = Block(); }
 
 private:

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint32_t NotSet = std::numeric_limits<std::uint32_t>::max();
 
-// What strtoul gives where `unsigned long` has 32 bits, which it has not on every platform.
+// Gives on every platform what strtoul gives where `unsigned long` has 32 bits.
 std::uint32_t parse(std::string_view text) {
     while (!text.empty() && std::isspace(static_cast<unsigned char>(text.front())) != 0) {
         text.remove_prefix(1);

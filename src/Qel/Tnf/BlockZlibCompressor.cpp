@@ -17,7 +17,7 @@ struct FreeBytes {
 using Bytes = std::unique_ptr<unsigned char[], FreeBytes>;
 
 // The room given to zlib. Single precision makes it inexact for large blocks, and it wraps near 4 GiB, where
-// zlib then fails and the content is lost: files have always come out so.
+// zlib then fails and the content is lost: files have always come out like that.
 std::uint32_t compressedBound(std::uint32_t contentLength) {
     const float expanded = static_cast<float>(contentLength) * 1.2F;
     return static_cast<std::uint32_t>(static_cast<std::uint64_t>(expanded) + 12);
@@ -35,7 +35,7 @@ void BlockZlibCompressor::operator()(Block& block) {
         QEL_THROW(Qel::Exception::MemoryAllocationException());
     }
     if (compress2(compressed.get(), &compressedLength, content.get(), contentLength, level_) != Z_OK) {
-        // Not reported, and the content is not given back either: the block goes out empty.
+        // Not reported, and the content is neither restored nor freed: the block goes out empty.
         (void)content.release();
         return;
     }

@@ -4,7 +4,7 @@
 
 namespace QelTnf {
 
-/// Replaces a block's content by its length in 32 bits and one zlib stream (RFC 1950) of it.
+/// Replaces a block's content by its length in 32 bits and the content as one zlib stream (RFC 1950).
 class BlockZlibCompressor final : public BlockTransformation {
 public:
     explicit BlockZlibCompressor(int level) : level_(level) {}

@@ -8,7 +8,7 @@
 /// The container's numbers and reserved names. Files on disk hold them, so they never change.
 namespace QelTnf::Format {
 
-/// 0x89 keeps text tools away, the line ends show a transfer that rewrote them, 0x1A ends a listing.
+/// 0x89 marks a binary file, the line ends reveal a transfer that rewrote them, and 0x1A ends a listing.
 inline constexpr std::array<unsigned char, 8> Signature = {0x89, 'T', 'N', 'F', '\r', '\n', 0x1A, '\n'};
 /// The version of the file format, written with its terminating zero.
 inline constexpr char Version[] = "1.3";
@@ -22,14 +22,14 @@ inline constexpr std::uint32_t RecordSize =
 inline constexpr std::uint32_t HeadRecords = 20;
 inline constexpr std::uint32_t IndexBlockRecords = 200;
 
-/// The bytes of an index table of so many records, its count word included.
+/// The size in bytes of an index table of `records` records, including its count word.
 constexpr std::uint64_t indexTableSize(std::uint64_t records) {
     return 4 /*record count*/ + records * RecordSize;
 }
 static_assert(indexTableSize(HeadRecords) == 2784);
 static_assert(indexTableSize(IndexBlockRecords) == 27804);
 
-/// The length word ahead of the head index.
+/// The length word before the head index.
 inline constexpr std::uint64_t LengthWordSize = 4;
 
 /// Bits of a record's flags byte.

@@ -42,7 +42,7 @@ bool IsIndexBlockName(const std::string& name) {
     return beginsLike(name, Format::IndexBlockName);
 }
 
-// Room for so many more elements, at the cost that adding them one by one would have.
+// Makes room for `count` more elements, at no more than the cost of adding them one by one.
 template <typename T>
 void makeRoom(std::vector<T>& elements, std::uint64_t count) {
     const std::size_t needed = elements.size() + static_cast<std::size_t>(count);
@@ -100,8 +100,8 @@ std::uint64_t Index::takeFreeId() noexcept {
     return id;
 }
 
-// Makes the last free id an Index Block, and adds the free ids that its table describes. The table goes out
-// in place of the block's content: once as it is here, and at the close with final records.
+// Turns the last free id into an Index Block and adds the free ids that its table describes. The table is the
+// block's content: it goes out once as it is here, and again at the close with the final records.
 void Index::addIndexBlock() {
     TemporaryBlock table;
     PutIndexTable(table.get(), newEntries(Format::EmptyBlockName, Format::IndexBlockRecords));
@@ -115,12 +115,12 @@ void Index::addIndexBlock() {
     blockInfos_[id].name.swap(entryName);
     addFlags(indexBlocks, Format::BlockFreezable, false);
     blocks_[id] = table.take();
-    // The place is as good as the entries ahead are now. If the block just ahead has not been written yet, it
-    // is wrong, and so are those of the blocks that go out behind this one before the close.
+    // If the previous block has not been written yet, its length and place are not final. This place is then
+    // wrong, and so are those of the blocks that go out after this one before the close.
     place(id);
 }
 
-// The limiter of a name, made with `limit` if there is none, with room for so many more ids.
+// The limiter of a name, made with `limit` if there is none, with room for `count` more ids.
 template <typename... LimitT>
 BlockSizeLimiter& Index::limiterWithRoom(const std::string& name, std::uint64_t count, LimitT... limit) {
     if (const auto found = limiters_.find(name); found != limiters_.end()) {
@@ -132,7 +132,7 @@ BlockSizeLimiter& Index::limiterWithRoom(const std::string& name, std::uint64_t 
     return limiters_.emplace(name, std::move(limiter)).first->second;
 }
 
-// There must be room for the id.
+// The limiter must have room for the id.
 void Index::appendTo(BlockSizeLimiter& limiter, std::uint64_t id) noexcept {
     limiter.blockIds.push_back(id);
     if (limiter.blockIds.size() > 1) {
@@ -224,7 +224,7 @@ std::uint64_t Index::GetStreamSize(const std::string& name) {
     return found->second.closedBytes + streamedSize(found->second.blockIds.back());
 }
 
-// What a block counts for in its name's stream.
+// The number of bytes for which a block counts in its name's stream.
 std::uint64_t Index::streamedSize(std::uint64_t id) const {
     return blockInfos_[id].frozen ? blockInfos_[id].uncompressedLength : blocks_[id].GetPosition();
 }
@@ -278,7 +278,7 @@ void Index::compress(std::uint64_t id) {
     }
 }
 
-// Puts a block behind the one ahead of it, as that one stands now.
+// Places a block right after the previous one, going by what that one's entry says now.
 void Index::place(std::uint64_t id) {
     blockInfos_[id].length = blocks_[id].GetSize();
     blockInfos_[id].position =
@@ -312,7 +312,7 @@ void Index::WriteIndexBufferToFileStream(std::uint64_t id, std::FILE* const stre
     place(id);
     info.frozen = info.frozen || isFreezable;
     followStreamedSize(id, formerSize);
-    // A failed positioning is ignored for index tables: they then land wherever the stream stands.
+    // A failed positioning is ignored for index tables: they then land wherever the stream is.
     (void)QelUtil::Platform::seekTo(stream, info.position);
     block.Write(stream, false);
     QEL_LOG(sourceName, "Index buffer " << id << " written to stream.");

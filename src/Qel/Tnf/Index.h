@@ -19,9 +19,9 @@ namespace QelTnf {
 /// All blocks of one name, oldest first, form that name's stream. A value is never divided between two
 /// blocks; a block that has reached its name's limit is followed by a new one.
 ///
-/// Entries are reached by id: references to them die when entries are added.
+/// Entries are accessed by id, because adding entries invalidates references to them.
 ///
-/// A block is added whole or, if memory runs out, not at all.
+/// A block is added completely or, if memory runs out, not at all.
 class Index {
 public:
     Index() = default;
@@ -30,8 +30,8 @@ public:
     /// Frees the content of all blocks.
     ~Index();
 
-    /// Makes a block of this name. The first one makes the entries of the head index as well, and the one
-    /// that takes the last free entry an Index Block with 200 more.
+    /// Makes a block of this name. The first call also makes the entries of the head index; when only one
+    /// empty entry is left, an Index Block takes it and brings 200 more.
     /// @return the block's id.
     std::uint64_t AddBlock(const std::string& name);
 
@@ -45,7 +45,7 @@ public:
     /// @throws Qel::Exception::MemoryAllocationException if there is no memory; nothing goes in.
     void Put(const std::string& name, const void* const& data, std::uint64_t size);
 
-    /// Appends one value to a name's stream: numbers as they lie in memory, texts and lists behind their
+    /// Appends one value to a name's stream: numbers as they lie in memory, texts and lists preceded by their
     /// length or count in 32 bits.
     /// @tparam T `unsigned char`, `bool`, `int`, `unsigned int`, `std::uint64_t`, `float`, `std::string`, a
     ///           `std::vector` of `unsigned char`, `unsigned int`, `float`, `double` or `std::string`, or one
@@ -54,24 +54,25 @@ public:
     template <typename T>
     void Put(const std::string& name, const T& value);
 
-    /// Adds `flags` to all blocks of this name that exist; later ones don't get them.
+    /// Adds `flags` to all existing blocks of this name; later ones don't get them.
     void SetBlockFlags(std::string name, unsigned char flags);
 
-    /// Writes out every full block that is freezable and frees its memory. Costs the number of such blocks.
-    /// @throws Qel::Exception::NotYetImplemented if a block ahead of one is still in memory: a block's place
-    ///         rests on the lengths of all blocks ahead of it.
+    /// Writes out every full block that is freezable and frees its memory. The cost grows with the number of
+    /// such blocks alone.
+    /// @throws Qel::Exception::NotYetImplemented if a block before one of these is still in memory: a block's
+    ///         place depends on the lengths of all blocks before it.
     /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the stream can't be
     ///         positioned.
     void FlushFrozen(std::FILE* stream);
 
-    /// Compresses a block if it is flagged so, writes it at its place and frees its memory. A freezable block
+    /// Compresses a block if its flags say so, writes it at its place and frees its memory. A freezable block
     /// is frozen from then on.
     /// @throws Qel::Exception::InvalidObjectState for a frozen block.
     /// @throws Qel::Exception::FileWriteException "Saving the buffer failed" if the stream can't be
     ///         positioned.
     void WriteBufferToFileStream(std::uint64_t id, std::FILE* stream);
 
-    /// Writes an Index Block with the present state of the 200 entries behind it.
+    /// Writes an Index Block with the present state of the 200 entries after its own.
     void WriteIndexBufferToFileStream(std::uint64_t id, std::FILE* stream);
 
     /// Writes all blocks that have not gone out yet, then all index tables.
@@ -83,7 +84,7 @@ public:
     std::uint64_t GetIndexSize() const { return indexSize_; }
 
 private:
-    // Brings the states about that the safeguards against this class's own faults wait for.
+    // Lets tests bring about the states that only a fault of this class could lead to.
     friend struct IndexPeer;
 
     std::uint64_t chooseBlock(const std::string& name);
@@ -119,7 +120,7 @@ private:
     std::uint8_t nextNumber_ = 1;
     std::uint64_t indexPosition_ = Format::HeadIndexPosition;
     std::uint64_t indexSize_ = 0;
-    // All blocks ahead of this one are known to have gone out.
+    // All blocks before this one are known to have gone out.
     std::uint64_t firstInMemory_ = 0;
 };
 

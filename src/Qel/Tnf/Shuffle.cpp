@@ -8,7 +8,7 @@ namespace QelTnf {
 
 namespace {
 
-// So many elements are taken through all components at once that they stay in the processor's nearest cache.
+// The elements taken through all components at once: few enough to stay in the processor's first-level cache.
 constexpr std::size_t TileElements = 1024;
 
 // Splits `count` values that lie `stride` apart into four planes that lie `planeSize` apart.

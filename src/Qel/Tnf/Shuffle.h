@@ -5,14 +5,14 @@
 
 namespace QelTnf {
 
-/// Rearranges 4-byte values so that zlib meets long runs of like bytes: component by component, and within
-/// each in four planes, the first byte of all values, then the second, and so on.
+/// Rearranges 4-byte values so that zlib meets long runs of similar bytes: component by component, and each
+/// component in four planes, the first byte of all values, then the second, and so on.
 ///
 /// With `n` whole elements of `width` values each, byte `b` of component `c` of element `i` goes to offset
 /// `c * n * 4 + b * n + i`. Values beyond the last whole element are copied as they are.
 /// @param source      `count` values, the values of one element adjacent.
 /// @param width       At least 1.
-/// @param destination `count * 4` bytes, apart from the source.
+/// @param destination `count * 4` bytes that don't overlap the source.
 /// @tparam T `float` or `unsigned int`.
 template <typename T>
 void shuffleComponents(const T* source, std::size_t count, std::size_t width, unsigned char* destination);

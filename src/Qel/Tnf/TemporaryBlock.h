@@ -6,7 +6,7 @@
 
 namespace QelTnf {
 
-/// A block of its own, whose buffer goes with it unless it is taken.
+/// A block outside the catalogue. Frees its buffer unless the block is taken.
 class TemporaryBlock {
 public:
     TemporaryBlock() = default;

@@ -68,7 +68,7 @@ std::uint64_t TnFile::putShuffled(const std::string& name, const T* const data, 
     SetBlockFlags(name, Format::BlockFreezable);
     SetBlockFlags(name, Format::BlockCompressed);
 
-    // The number of values wraps in 32 bits; beyond that only so many go into the file.
+    // The number of values wraps at 32 bits, and only the wrapped number of values goes into the file.
     const std::uint32_t values = count * width;
     const std::uint64_t bytes = std::uint64_t{values} * sizeof(T);
     const std::unique_ptr<unsigned char[]> shuffled(new unsigned char[bytes]);

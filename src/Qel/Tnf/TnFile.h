@@ -18,7 +18,7 @@ public:
     /// Closes the file and frees all blocks.
     virtual ~TnFile();
 
-    /// Closes the file if it is open. What closing reports is not examined.
+    /// Closes the file if it is open. The result of closing is not examined.
     virtual void CloseFile();
 
     /// Opens a file for writing. An existing one is emptied at once if `overwrite` is set.
@@ -28,8 +28,8 @@ public:
     ///         which stays so, or with the path if it can't be opened.
     void OpenFileForWriting(const std::string& path, bool overwrite);
 
-    /// Opens a file in one of `fopen`'s modes, without a buffer of the runtime's: what is written is on disk
-    /// at once.
+    /// Opens a file in one of `fopen`'s modes, without a buffer in the C runtime: what is written reaches the
+    /// system at once.
     void OpenFile(const std::string& path, const char* mode);
 
     /// See Index::SetBlockFlags().
@@ -38,12 +38,12 @@ public:
     /// Shuffles a copy of an array, appends it to a name's stream and writes out the full blocks of the
     /// streams.
     ///
-    /// The flags that let a block go out reach the blocks that exist before the array is put, so a block goes
-    /// out with the array after the one that filled it.
+    /// The flags that let a block go out reach only the blocks that exist before the array is put, so a block
+    /// goes out with the array after the one that filled it.
     /// @param data  `count` elements of `width` values each, the values of one element adjacent.
     /// @return the position of the array in the name's stream, before compression. An empty array gets a
-    ///         position too, and changes nothing.
-    /// @throws std::bad_alloc if there is no memory for the copy; nothing went in.
+    ///         position too, but changes nothing.
+    /// @throws std::bad_alloc if there is no memory for the copy; nothing goes in.
     /// @throws Qel::Exception::Exception what Index::Put() and Index::FlushFrozen() throw.
     std::uint64_t PutDataset(const std::string& name, const float* data, std::uint32_t count,
                              std::uint8_t width);

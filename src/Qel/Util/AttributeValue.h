@@ -5,7 +5,7 @@
 
 namespace QelUtil {
 
-/// A value of an attribute, of one of four kinds.
+/// The value of an attribute, of one of four kinds.
 struct AttributeValue {
     enum Kind : std::int32_t { Integer = 0, Float = 1, Text = 2, Double = 3 };
     static constexpr std::size_t TextSize = 256;
@@ -14,10 +14,10 @@ struct AttributeValue {
     explicit AttributeValue(std::uint32_t value) : kind(Integer), integer(value) {}
     explicit AttributeValue(float value) : kind(Float), real(value) {}
     explicit AttributeValue(double value) : kind(Double), longReal(value) {}
-    /// Keeps the text as far as its first zero byte, at most 256 bytes.
+    /// Keeps the text up to its first zero byte, at most 256 bytes.
     explicit AttributeValue(std::string_view value);
 
-    /// The text as far as its terminator; one that fills the buffer has none.
+    /// The text up to its terminator; a text that fills the buffer has none.
     /// @pre The kind is Text.
     std::string_view asText() const;
 

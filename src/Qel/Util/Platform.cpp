@@ -35,7 +35,7 @@ bool seekTo(std::FILE* stream, std::uint64_t offset) {
 }
 
 std::tm localTime(std::time_t time) {
-    // Only this reads a time zone that the application has set since the process began.
+    // Only this call makes a time zone take effect that the application has set since the process began.
     _tzset();
     std::tm result{};
     localtime_s(&result, &time);
@@ -70,7 +70,7 @@ bool seekTo(std::FILE* stream, std::uint64_t offset) {
 }
 
 std::tm localTime(std::time_t time) {
-    // Only this reads a time zone that the application has set since the process began.
+    // Only this call makes a time zone take effect that the application has set since the process began.
     tzset();
     std::tm result{};
     localtime_r(&time, &result);

@@ -5,8 +5,8 @@
 
 namespace QelUtil {
 
-/// The path of a source file from `Qel/` on and without extension, made while compiling, so that a class's
-/// header and source name the same place and nothing of the build machine gets into the library.
+/// The path of a source file from `Qel/` on and without extension, computed at compile time, so that a
+/// class's header and source name the same place and nothing of the build machine gets into the library.
 template <std::size_t Size>
 struct SourcePath {
     consteval SourcePath(const char (&file)[Size]) {
@@ -22,7 +22,7 @@ struct SourcePath {
     char text[Size] = {};
 };
 
-/// A template's argument lives as long as the program, wherever it stands.
+/// A template argument lives as long as the program, wherever it is given.
 template <SourcePath path>
 constexpr const char* sourcePathText() {
     return path.text;
@@ -30,5 +30,5 @@ constexpr const char* sourcePathText() {
 
 } // namespace QelUtil
 
-/// The SourcePath of the file that it stands in, as a text that lives as long as the program.
+/// The SourcePath of the file that uses it, as a text that lives as long as the program.
 #define QEL_SOURCE_PATH (::QelUtil::sourcePathText<__FILE__>())

@@ -11,8 +11,8 @@ namespace Qel::Mox2::Adder {
 
 using Helper::Attributes::toAttributeList;
 
-// The ids are assigned: an array of negative size can't be copy-constructed, and is to be refused by
-// update().
+// The ids are assigned, not copy-constructed: that would fail for an array of negative size, which update()
+// is to refuse.
 template <typename PropertyT, typename IdsT, typename StepsT>
 ArrayProperty<PropertyT, IdsT, StepsT>::ArrayProperty(PropertyT property, const IdsT& ids,
                                                       const StepsT& steps)
@@ -35,7 +35,7 @@ void ArrayProperty<PropertyT, IdsT, StepsT>::update(Database& database) {
     if (ids_.size() > largestCount || rows > largestCount) {
         QEL_THROW(Exception::OverflowError());
     }
-    // Columns count by their low 32 bits. An array of one dimension has one.
+    // Only the low 32 bits of the number of columns count. A one-dimensional array has one column.
     if (static_cast<std::uint32_t>(property_.data.cols()) != property_.width) {
         QEL_THROW(Exception::InvalidArguments());
     }
@@ -61,8 +61,8 @@ void ArrayProperty<PropertyT, IdsT, StepsT>::record(QelMox::Tree& tree, std::uin
             if (geometry == nullptr) {
                 continue;
             }
-            // The position's place is made ahead of the entry, and the attributes come last: when memory runs
-            // out, every entry has its position and its numbers, without which the model could never be
+            // Room for the position is made before the entry, and the attributes come last: even when memory
+            // runs out, every entry has its position and its numbers, without which the model could never be
             // closed.
             std::uint64_t& place = geometry->positions[key];
             const std::uint64_t index = geometry->FindOrAddDataset(key);
@@ -70,7 +70,7 @@ void ArrayProperty<PropertyT, IdsT, StepsT>::record(QelMox::Tree& tree, std::uin
             describeNumbers(entry, variableType);
             place = position;
             entry.SetAttributes(attributes);
-            // No node has the id 0; an entry that were there could be neither a link nor linked to.
+            // No node has the id 0; an entry there could be neither a link nor the target of one.
             if (id != 0) {
                 linkTo(holder, tree, id, index);
             }
@@ -95,7 +95,7 @@ void ArrayProperty<PropertyT, IdsT, StepsT>::describeNumbers(QelMox::DatasetEntr
     entry.values.elementTag = PropertyT::Traits::elementTag;
 }
 
-// An entry that has become a link stays one, also when its key is used again.
+// An entry that has become a link stays one, even when its key is used again.
 template <typename PropertyT, typename IdsT, typename StepsT>
 void ArrayProperty<PropertyT, IdsT, StepsT>::linkTo(Holder& holder, QelMox::Tree& tree, unsigned int id,
                                                     std::uint64_t index) {

@@ -13,7 +13,7 @@
 
 namespace Qel::Mox2::Adder {
 
-/// Writes an array once and records it at geometries, for steps; see Model::addArrayProperty().
+/// Writes an array once and records it at each geometry for each step; see Model::addArrayProperty().
 /// @tparam PropertyT A Qel::Mox2::ArrayProperty.
 /// @tparam IdsT      IdArray.
 /// @tparam StepsT    A `std::vector` of StepData.

@@ -37,14 +37,14 @@ std::optional<std::string> rootName(const QelMox::Tree& tree) {
 
 } // namespace
 
-/// Walks one path after the other into the tree.
+/// Merges paths into the tree, one after another.
 template <typename Paths, typename Result>
 struct Components<Paths, Result>::Visitor {
     QelMox::Tree& tree;
     const std::string& separator;
     std::optional<std::string>& knownRootName;
 
-    /// @return the id of the path's last node, 0 for a path without components.
+    /// @return the id of the path's last node, or 0 for a path without components.
     unsigned int merge(const std::string& path, const AttributeMap& attributes) const {
         if (path.empty()) {
             return 0;
@@ -61,7 +61,7 @@ struct Components<Paths, Result>::Visitor {
         return addBelowRoot(component, splitter.end(), path.ends_with(separator), attributes);
     }
 
-    /// Settles a path's first component, which stands for the root.
+    /// Handles a path's first component, which names the root.
     void addMergeNode(const std::string& component) const {
         if (!knownRootName) {
             tree.SetRootGroup(component, QelUtil::AttributeList());
@@ -73,7 +73,7 @@ struct Components<Paths, Result>::Visitor {
         }
     }
 
-    // A path of the root alone makes a node of the root's own name below it: no path gives the root's id.
+    // A path of only the root's name makes a node of that name below the root: no path gives the root's id.
     unsigned int addBelowRoot(Component::PathSplitter::Iterator component,
                               const Component::PathSplitter::Iterator& end, bool endsInGroup,
                               const AttributeMap& attributes) const {
@@ -91,7 +91,7 @@ struct Components<Paths, Result>::Visitor {
             return tree.GetCurrentId();
         }
         tree.AddGroupNode(name);
-        // The attributes are only tested: groups made by paths have none.
+        // The attributes are only checked: groups made by paths have none.
         (void)Helper::Attributes::toAttributeList(attributes);
         return tree.GetCurrentId();
     }

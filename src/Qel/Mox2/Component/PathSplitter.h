@@ -7,8 +7,8 @@
 
 namespace Qel::Mox2::Component {
 
-/// Splits a path into its components, at each single character of the separators. Empty components are left
-/// out.
+/// Splits a path into its components at every character that is one of the separators. Empty components are
+/// left out.
 class PathSplitter {
 public:
     using Separators = boost::char_separator<char>;

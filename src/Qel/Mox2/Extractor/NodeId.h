@@ -12,7 +12,7 @@ class NodeId final : public Base::Extractor<Database, unsigned int> {
 public:
     NodeId(const std::string& path, const std::string& separator) : path_(path), separator_(separator) {}
 
-    /// @return the node's id, 0 for an empty path and for a node that is not there.
+    /// @return the node's id, or 0 for an empty path or if there is no such node.
     unsigned int extract(Database& database) override;
 
 private:

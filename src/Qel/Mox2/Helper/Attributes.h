@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-/// The way of an application's attributes into the tree.
+/// Converts an application's attributes into those of the tree.
 namespace Qel::Mox2::Helper::Attributes {
 
 /// Converts what an attribute holds into what a file keeps: `float`, `double`, `int`, the low 32 bits of a
-/// 64-bit integer, and text. Everything else is refused, `unsigned int` and all lists included.
+/// 64-bit integer, and text. Everything else is refused, including `unsigned int` and all lists.
 struct AttributeValueGetter {
     QelUtil::AttributeValue operator()(float value) const { return QelUtil::AttributeValue(value); }
     // Kept though nothing calls it; see docs/oddities.md.

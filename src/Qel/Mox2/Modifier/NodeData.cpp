@@ -20,7 +20,7 @@ using QelMox::Group;
 using QelMox::Material;
 using Variant::Visitor::getValue;
 
-// A node as what it may be; one of the two at most is not null.
+// A node as a group or a shape; at most one of the two is not null.
 struct NodeView {
     Group* group = nullptr;
     QelMox::Shape* shape = nullptr;
@@ -44,13 +44,13 @@ void setOnMaterial(const NodeView& view, const PropertyValue& value) {
     (material.*set)(getValue<T>(value));
 }
 
-// No property value is a truth value, so that reading one always fails: the switch can't be set.
+// No property value is a `bool`, so reading one always fails: the switch can't be set.
 void setShapeSwitch(const NodeView& view, const PropertyValue& value) {
     NodeData::notNull(view.shape);
     getValue<bool>(value);
 }
 
-// By the numbers of PropertyType.
+// Indexed by PropertyType.
 constexpr std::array<Setter, 11> Setters = {
     setOnGroup<&Group::SetTranslation>,
     setOnGroup<&Group::SetRotation>,

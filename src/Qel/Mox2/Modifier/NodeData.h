@@ -21,7 +21,7 @@ public:
     void update(Database& database) override;
 
     /// @return its argument.
-    /// @throws Exception::InvalidArguments "Invalid property type" if that is null.
+    /// @throws Exception::InvalidArguments "Invalid property type" if it is null.
     template <typename NodePointer>
     static NodePointer notNull(NodePointer node) {
         if (node == nullptr) {
