@@ -25,16 +25,18 @@ Hexahedron::Vector gathered(const NodeTable& table, const Element& element) {
 StressTable stressesOf(const Mesh& mesh, const Material& material, const NodeTable& displacements) {
     StressTable stresses(mesh.elements.size(), 6);
     Eigen::Index row = 0;
-    for (const Element& element : mesh.elements)
+    for (const Element& element : mesh.elements) {
         stresses.row(row++) =
             Hexahedron::stressAtCentre(mesh.cornersOf(element), material, gathered(displacements, element));
+    }
     return stresses;
 }
 
 Eigen::VectorXd vonMisesOf(const StressTable& stresses) {
     Eigen::VectorXd values(stresses.rows());
-    for (Eigen::Index row = 0; row < stresses.rows(); ++row)
+    for (Eigen::Index row = 0; row < stresses.rows(); ++row) {
         values[row] = vonMises(stresses.row(row).transpose());
+    }
     return values;
 }
 
@@ -61,8 +63,9 @@ NodeTable scaledToOne(const NodeTable& shape) {
 std::vector<Mode> modesOf(const Structure& structure) {
     const NaturalModes found = naturalModes(structure, ModeCount);
     std::vector<Mode> modes;
-    for (Eigen::Index i = 0; i < ModeCount; ++i)
+    for (Eigen::Index i = 0; i < ModeCount; ++i) {
         modes.push_back({found.frequencies[i], scaledToOne(structure.expanded(found.shapes.col(i)))});
+    }
     return modes;
 }
 
@@ -72,8 +75,9 @@ Analysis analyse(std::size_t fineness) {
     Analysis analysis{Steel, BoltedCantilever::mesh(fineness), 0, {}, {}};
     const Structure structure(analysis.mesh, analysis.material, BoltedCantilever::fixedNodes(analysis.mesh));
     analysis.freeCount = structure.freeCount();
-    for (int i = 1; i <= StepCount; ++i)
+    for (int i = 1; i <= StepCount; ++i) {
         analysis.steps.push_back(loadStep(analysis, structure, static_cast<double>(i) / StepCount));
+    }
     analysis.modes = modesOf(structure);
     return analysis;
 }

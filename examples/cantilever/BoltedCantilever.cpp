@@ -29,8 +29,9 @@ Eigen::AlignedBox3d beamSection(double beginX, double endX) {
 
 double meanDescent(const NodeTable& displacements, const std::vector<unsigned int>& nodes) {
     double sum = 0.0;
-    for (const unsigned int node : nodes)
+    for (const unsigned int node : nodes) {
         sum -= displacements(node, 2);
+    }
     return sum / static_cast<double>(nodes.size());
 }
 
@@ -54,9 +55,10 @@ Mesh mesh(std::size_t fineness) {
     LatticeMesher mesher(joined(behind, along),
                          uniformLines(-PlateWidth / 2.0, PlateWidth / 2.0, cells(PlateWidth, fineness)),
                          uniformLines(-PlateHeight / 2.0, PlateHeight / 2.0, cells(PlateHeight, fineness)));
-    for (std::size_t bolt = 0; bolt < BoltAxes.size(); ++bolt)
+    for (std::size_t bolt = 0; bolt < BoltAxes.size(); ++bolt) {
         mesher.addPart("Bolt " + std::to_string(bolt + 1),
                        {bar(WallPosition, 0.0, BoltAxes[bolt], BoltSide, BoltSide)});
+    }
     mesher.addPart("End plate", {bar(-PlateThickness, 0.0, {0.0, 0.0}, PlateWidth, PlateHeight)});
     mesher.addPart("Beam", {beamSection(0.0, TheBeam.length)});
     return mesher.mesh();
@@ -70,10 +72,13 @@ NodeTable tipForces(const Mesh& mesh, double total) {
     const std::vector<unsigned int> tip = mesh.nodesInside(beamSection(TheBeam.length, TheBeam.length));
     NodeTable forces = NodeTable::Zero(mesh.nodes.rows(), 3);
     // All element faces at the tip are equal, so a node's share is the number of elements that meet there.
-    for (const Element& element : mesh.elements)
-        for (const unsigned int node : element)
-            if (std::binary_search(tip.begin(), tip.end(), node))
+    for (const Element& element : mesh.elements) {
+        for (const unsigned int node : element) {
+            if (std::binary_search(tip.begin(), tip.end(), node)) {
                 forces(node, 2) -= 1.0;
+            }
+        }
+    }
     return forces * (total / -forces.sum());
 }
 

@@ -32,8 +32,9 @@ const Corners& gaussPoints() {
 
 Functions shapeFunctions(const Eigen::RowVector3d& point) {
     Functions values;
-    for (int node = 0; node < NodeCount; ++node)
+    for (int node = 0; node < NodeCount; ++node) {
         values[node] = (1.0 + naturalCorners().row(node).array() * point.array()).prod() / 8.0;
+    }
     return values;
 }
 
@@ -65,14 +66,16 @@ StrainMatrix strainMatrix(const Corners& corners, const Eigen::RowVector3d& poin
     const Eigen::Matrix3d inverse = jacobian(corners, point).inverse();
     const Gradients natural = naturalGradients(point);
     StrainMatrix strain;
-    for (int node = 0; node < NodeCount; ++node)
+    for (int node = 0; node < NodeCount; ++node) {
         strain.middleCols<3>(3 * node) = strainColumns(inverse * natural.row(node).transpose());
+    }
 
     const Eigen::Matrix3d centre = jacobian(corners, Eigen::RowVector3d::Zero());
     const Eigen::Matrix3d centreInverse = centre.inverse() * (centre.determinant() * inverse.determinant());
-    for (int mode = 0; mode < ModeCount; ++mode) // mode i is 1 - (natural coordinate i)^2
+    for (int mode = 0; mode < ModeCount; ++mode) { // mode i is 1 - (natural coordinate i)^2
         strain.middleCols<3>(NodeDofs + 3 * mode) =
             strainColumns(centreInverse.col(mode) * (-2.0 * point[mode]));
+    }
     return strain;
 }
 
@@ -98,9 +101,11 @@ Matrix mass(const Corners& corners, const Material& material) {
         nodal += values * values.transpose() * (material.density * jacobian(corners, point).determinant());
     }
     Matrix result = Matrix::Zero();
-    for (int row = 0; row < NodeCount; ++row)
-        for (int col = 0; col < NodeCount; ++col)
+    for (int row = 0; row < NodeCount; ++row) {
+        for (int col = 0; col < NodeCount; ++col) {
             result.block<3, 3>(3 * row, 3 * col).diagonal().setConstant(nodal(row, col));
+        }
+    }
     return result;
 }
 

@@ -21,8 +21,9 @@ std::array<std::size_t, 3> sum(const std::array<std::size_t, 3>& a, const std::a
 
 GridLines uniformLines(double begin, double end, std::size_t count) {
     GridLines lines(count + 1);
-    for (std::size_t i = 0; i <= count; ++i)
+    for (std::size_t i = 0; i <= count; ++i) {
         lines[i] = begin + (end - begin) * static_cast<double>(i) / static_cast<double>(count);
+    }
     return lines;
 }
 
@@ -41,10 +42,13 @@ LatticeMesher::LatticeMesher(GridLines x, GridLines y, GridLines z)
 
 void LatticeMesher::addPart(const std::string& name, const std::vector<Eigen::AlignedBox3d>& boxes) {
     const std::size_t first = result.elements.size();
-    for (std::size_t x = 0; x + 1 < lines[0].size(); ++x)
-        for (std::size_t y = 0; y + 1 < lines[1].size(); ++y)
-            for (std::size_t z = 0; z + 1 < lines[2].size(); ++z)
+    for (std::size_t x = 0; x + 1 < lines[0].size(); ++x) {
+        for (std::size_t y = 0; y + 1 < lines[1].size(); ++y) {
+            for (std::size_t z = 0; z + 1 < lines[2].size(); ++z) {
                 addCellIfFree({x, y, z}, boxes);
+            }
+        }
+    }
     result.parts.push_back({name, first, result.elements.size() - first});
     result.nodes =
         Eigen::Map<const NodeTable>(coordinates.data(), static_cast<Eigen::Index>(coordinates.size() / 3), 3);
@@ -53,12 +57,14 @@ void LatticeMesher::addPart(const std::string& name, const std::vector<Eigen::Al
 void LatticeMesher::addCellIfFree(const Index3& cell, const std::vector<Eigen::AlignedBox3d>& boxes) {
     const Eigen::Vector3d centre = 0.5 * (pointAt(cell) + pointAt(sum(cell, {1, 1, 1})));
     const auto holdsCentre = [&](const Eigen::AlignedBox3d& box) { return box.contains(centre); };
-    if (taken[flat(cell)] || std::none_of(boxes.begin(), boxes.end(), holdsCentre))
+    if (taken[flat(cell)] || std::none_of(boxes.begin(), boxes.end(), holdsCentre)) {
         return;
+    }
     taken[flat(cell)] = true;
     Element element{};
-    for (std::size_t corner = 0; corner < element.size(); ++corner)
+    for (std::size_t corner = 0; corner < element.size(); ++corner) {
         element[corner] = nodeAt(sum(cell, CornerOffsets[corner]));
+    }
     result.elements.push_back(element);
 }
 

@@ -44,15 +44,17 @@ bool isSettled(const Subspace& now, const Subspace& last, Eigen::Index count) {
 } // namespace
 
 NaturalModes naturalModes(const Structure& structure, Eigen::Index count) {
-    if (count < 1 || count > structure.freeCount())
+    if (count < 1 || count > structure.freeCount()) {
         throw std::invalid_argument("the number of modes must be from 1 to the number of degrees of freedom");
+    }
     const Eigen::Index width = std::min(2 * count + 8, structure.freeCount());
     Subspace last{Eigen::VectorXd::Zero(width), startVectors(structure.freeCount(), width)};
     for (int sweep = 0; sweep < MaximalSweeps; ++sweep) {
         Subspace now = swept(structure, last);
-        if (isSettled(now, last, count))
+        if (isSettled(now, last, count)) {
             return {now.eigenvalues.head(count).cwiseSqrt() / (2.0 * std::numbers::pi),
                     now.vectors.leftCols(count)};
+        }
         last = std::move(now);
     }
     throw std::runtime_error("the natural modes did not settle");

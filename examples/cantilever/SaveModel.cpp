@@ -79,11 +79,13 @@ unsigned int addBoltsGroup(Mox::Model& model) {
 // Finds the group "Bolts" and makes the group "Steelwork" on the way to the shapes.
 Ids addPartShapes(Mox::Model& model, const std::vector<Part>& parts) {
     std::vector<std::string> paths;
-    for (const Part& part : parts)
+    for (const Part& part : parts) {
         paths.push_back("/" + RootName + "/" + presentation(part).group + "/" + part.name);
+    }
     const Ids ids = model.addAssemblyComponents(paths);
-    for (std::size_t i = 0; i < parts.size(); ++i)
+    for (std::size_t i = 0; i < parts.size(); ++i) {
         model.setNodeData(ids[i], look(presentation(parts[i]).colour));
+    }
     return ids;
 }
 
@@ -134,8 +136,9 @@ void addLoadSteps(Mox::Model& model, const Analysis& analysis, const Ids& ids) {
         model.addArrayProperty(Mox::DisplacementVector, toArray(state.displacements), ids, step, unit("mm"));
         model.addArrayProperty("Reaction force", Mox::NodeVector, toArray(state.reactions), ids, step,
                                unit("N"));
-        for (std::size_t i = 0; i < ids.size(); ++i)
+        for (std::size_t i = 0; i < ids.size(); ++i) {
             addStresses(model, state, step, analysis.mesh.parts[i], ids[i]);
+        }
     }
 }
 
@@ -143,9 +146,10 @@ void addModes(Mox::Model& model, const Analysis& analysis, const Ids& ids) {
     Mox::Attributes vibration;
     vibration.set("Category", "Vibration");
     std::size_t number = 0;
-    for (const Mode& mode : analysis.modes)
+    for (const Mode& mode : analysis.modes) {
         model.addArrayProperty("Mode shape", Mox::DisplacementVector, toArray(mode.shape), ids,
                                describe(mode, ++number), vibration);
+    }
 }
 
 Mesh nutMesh() {
@@ -172,8 +176,9 @@ unsigned int addNutShape(Mox::Model& model, unsigned int parent, const std::stri
 
 void addNuts(Mox::Model& model, unsigned int parent) {
     Ids ids(BoltedCantilever::BoltAxes.size());
-    for (std::size_t i = 0; i < ids.size(); ++i)
+    for (std::size_t i = 0; i < ids.size(); ++i) {
         ids[i] = addNutShape(model, parent, "Nut " + std::to_string(i + 1), BoltedCantilever::BoltAxes[i]);
+    }
     const Mesh nut = nutMesh();
     addNodes(model, nut, ids);
     addElements(model, nut, nut.parts.front(), ids);
@@ -186,8 +191,9 @@ void write(const Analysis& analysis, const std::filesystem::path& path) {
     const unsigned int bolts = addBoltsGroup(model);
     const Ids shapes = addPartShapes(model, analysis.mesh.parts);
     addNodes(model, analysis.mesh, shapes);
-    for (std::size_t i = 0; i < shapes.size(); ++i)
+    for (std::size_t i = 0; i < shapes.size(); ++i) {
         addElements(model, analysis.mesh, analysis.mesh.parts[i], shapes[i]);
+    }
     addLoadSteps(model, analysis, shapes);
     addModes(model, analysis, shapes);
     addNuts(model, bolts);

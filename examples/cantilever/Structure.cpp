@@ -16,18 +16,21 @@ Eigen::Index dofOf(const Element& element, Eigen::Index local) {
 }
 
 void scatter(const Hexahedron::Matrix& matrix, const Element& element, Triplets& triplets) {
-    for (Eigen::Index col = 0; col < matrix.cols(); ++col)
-        for (Eigen::Index row = 0; row < matrix.rows(); ++row)
+    for (Eigen::Index col = 0; col < matrix.cols(); ++col) {
+        for (Eigen::Index row = 0; row < matrix.rows(); ++row) {
             triplets.emplace_back(static_cast<int>(dofOf(element, row)),
                                   static_cast<int>(dofOf(element, col)), matrix(row, col));
+        }
+    }
 }
 
 template <typename ElementFunction>
 SparseMatrix assembled(const Mesh& mesh, const Material& material, ElementFunction elementMatrix) {
     Triplets triplets;
     triplets.reserve(mesh.elements.size() * 24 * 24);
-    for (const Element& element : mesh.elements)
+    for (const Element& element : mesh.elements) {
         scatter(elementMatrix(mesh.cornersOf(element), material), element, triplets);
+    }
     SparseMatrix matrix(mesh.nodes.size(), mesh.nodes.size());
     matrix.setFromTriplets(triplets.begin(), triplets.end());
     return matrix;
@@ -35,12 +38,15 @@ SparseMatrix assembled(const Mesh& mesh, const Material& material, ElementFuncti
 
 SparseMatrix freeSelection(Eigen::Index nodeCount, const std::vector<unsigned int>& fixedNodes) {
     std::vector<bool> fixed(static_cast<std::size_t>(nodeCount), false);
-    for (const unsigned int node : fixedNodes)
+    for (const unsigned int node : fixedNodes) {
         fixed[node] = true;
+    }
     Triplets triplets;
-    for (int dof = 0; dof < 3 * nodeCount; ++dof)
-        if (!fixed[static_cast<std::size_t>(dof / 3)])
+    for (int dof = 0; dof < 3 * nodeCount; ++dof) {
+        if (!fixed[static_cast<std::size_t>(dof / 3)]) {
             triplets.emplace_back(static_cast<int>(triplets.size()), dof, 1.0);
+        }
+    }
     SparseMatrix selection(static_cast<Eigen::Index>(triplets.size()), 3 * nodeCount);
     selection.setFromTriplets(triplets.begin(), triplets.end());
     return selection;
@@ -67,8 +73,9 @@ Structure::Structure(const Mesh& mesh, const Material& material, const std::vect
     const SparseMatrix transposed = selection.transpose();
     mass = selection * assembled(mesh, material, Hexahedron::mass) * transposed;
     factorised.compute(SparseMatrix(selection * stiffness * transposed));
-    if (factorised.info() != Eigen::Success || !isStiff(factorised.vectorD()))
+    if (factorised.info() != Eigen::Success || !isStiff(factorised.vectorD())) {
         throw std::runtime_error("the structure is not supported well enough to be stable");
+    }
 }
 
 NodeTable Structure::displacements(const NodeTable& forces) const {

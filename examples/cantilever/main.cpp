@@ -27,8 +27,9 @@ void printFrequencies(const Cantilever::Analysis& analysis) {
     const Cantilever::Beam& upright = Bolted::TheBeam;
     const Cantilever::Beam lying{upright.length, upright.height, upright.width};
     fmt::print("Natural frequencies in Hz:");
-    for (const Cantilever::Mode& mode : analysis.modes)
+    for (const Cantilever::Mode& mode : analysis.modes) {
         fmt::print(" {:.1f}", mode.frequency);
+    }
     fmt::print("\n  first bending of a rigidly clamped beam: {:.1f} sideways, {:.1f} up and down\n",
                firstBendingFrequency(lying, analysis.material),
                firstBendingFrequency(upright, analysis.material));

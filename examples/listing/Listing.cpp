@@ -27,8 +27,9 @@ std::string text(const MoxReader::AttributeValue& value) {
 
 std::string text(const MoxReader::Attributes& attributes) {
     std::string line;
-    for (const auto& [key, value] : attributes)
+    for (const auto& [key, value] : attributes) {
         line += fmt::format("{}{} = {}", line.empty() ? "" : "; ", key, text(value));
+    }
     return line;
 }
 
@@ -59,8 +60,9 @@ std::string place(const MoxReader::Group& group) {
 }
 
 std::string remarks(const Node& node) {
-    if (const MoxReader::Group* group = node.group())
+    if (const MoxReader::Group* group = node.group()) {
         return place(*group) + text(group->attributes);
+    }
     if (const MoxReader::Shape* shape = node.shape()) {
         const auto& colour = shape->material.diffuse;
         return fmt::format("colour ({}, {}, {})", colour[0], colour[1], colour[2]);
@@ -70,11 +72,14 @@ std::string remarks(const Node& node) {
 
 void printNode(const MoxReader::Model& model, const Node& node, const std::string& indent) {
     printLine(fmt::format("{:>4} {}{} \"{}\" {}", node.id, indent, node.typeName, node.name, remarks(node)));
-    if (const MoxReader::Geometry* geometry = node.geometry())
-        for (const Dataset& dataset : geometry->datasets)
+    if (const MoxReader::Geometry* geometry = node.geometry()) {
+        for (const Dataset& dataset : geometry->datasets) {
             printDataset(model, dataset, indent + "       ");
-    for (const std::uint32_t child : model.children(node.id))
+        }
+    }
+    for (const std::uint32_t child : model.children(node.id)) {
         printNode(model, model.node(child), indent + "  ");
+    }
 }
 
 /// The sums over the blocks of one stream, or of all.
@@ -99,20 +104,22 @@ void printStreams(const MoxReader::File& file) {
     Total all;
     for (const std::string& name : file.streamNames()) {
         Total stream;
-        for (const MoxReader::BlockRecord& block : file.blocks())
+        for (const MoxReader::BlockRecord& block : file.blocks()) {
             if (block.name == name) {
                 stream.add(block);
                 all.add(block);
             }
+        }
         printTotal(name, stream);
     }
     printTotal("Total", all);
 }
 
 void printOrigin(const MoxReader::Model& model) {
-    for (const MoxReader::ModifierInfo& info : model.globalInformation().modifiers)
+    for (const MoxReader::ModifierInfo& info : model.globalInformation().modifiers) {
         printLine(fmt::format("Saved {}{}{} {}", info.date, info.sourceName.empty() ? "" : " by ",
                               info.sourceName, info.sourceVersion));
+    }
 }
 
 } // namespace

@@ -15,8 +15,9 @@ void list(const std::string& path) {
     try {
         Examples::printListing(path);
     } catch (const MoxReader::Error& error) {
-        if (!error.place().path.empty())
+        if (!error.place().path.empty()) {
             throw;
+        }
         throw std::runtime_error(fmt::format("{}: {}", path, error.what()));
     }
 }

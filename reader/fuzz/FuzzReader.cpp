@@ -32,12 +32,14 @@ void readStreams(const File& file) {
 void readDataset(HeavyData& heavy, const Model& model, const Dataset& dataset, std::uint64_t& numbers) {
     try {
         numbers += model.resolve(dataset).sizeInBytes;
-        if (numbers > NumbersLimit)
+        if (numbers > NumbersLimit) {
             return;
-        if (dataset.elementTag == Format::FloatTag)
+        }
+        if (dataset.elementTag == Format::FloatTag) {
             heavy.readFloats(dataset);
-        else
+        } else {
             heavy.readUnsigned(dataset);
+        }
     } catch (const Error&) {
         // The other datasets are worth reading all the same.
     }
@@ -49,11 +51,13 @@ void readNumbers(const File& file) {
     std::uint64_t numbers = 0;
     for (const auto& node : model.nodes()) {
         if (const auto* geometry = node.geometry()) {
-            for (const auto& dataset : geometry->datasets)
+            for (const auto& dataset : geometry->datasets) {
                 readDataset(heavy, model, dataset, numbers);
+            }
         }
-        if (const auto* sets = node.nodeSets())
+        if (const auto* sets = node.nodeSets()) {
             heavy.readNodeSets(*sets);
+        }
     }
 }
 

@@ -14,8 +14,9 @@ namespace Support {
 /// The numbers of array i. They hardly compress, and each reader of them can work them out again.
 inline std::vector<unsigned> numbersOfArray(unsigned i, unsigned length) {
     std::vector<unsigned> numbers(length);
-    for (unsigned row = 0; row < length; ++row)
+    for (unsigned row = 0; row < length; ++row) {
         numbers[row] = (i + 1) * 2654435761U ^ (row + 1) * (row + 1) * 2246822519U;
+    }
     return numbers;
 }
 

@@ -20,11 +20,13 @@ ModelText::ModelText(const MoxReader::File& file)
     : file_(file), model_(MoxReader::readModel(file)), heavy_(file, model_) {
     addLine(file.version());
     addBlocks();
-    for (const auto& name : file.streamNames())
+    for (const auto& name : file.streamNames()) {
         addStream(name);
+    }
     addGlobalInformation();
-    for (const auto& node : model_.nodes())
+    for (const auto& node : model_.nodes()) {
         addNode(node);
+    }
 }
 
 void ModelText::addBlocks() {
@@ -37,15 +39,17 @@ void ModelText::addBlocks() {
 void ModelText::addStream(const std::string& name) {
     const auto add = [&] {
         auto stream = file_.stream(name);
-        if (stream.damage())
+        if (stream.damage()) {
             throw *stream.damage();
+        }
         const auto content = stream.readBytes(stream.size());
         addLine(name, content.size(), checksum(content));
     };
-    if (name == MoxReader::Format::HeavyStream)
+    if (name == MoxReader::Format::HeavyStream) {
         addIfWhole(add);
-    else
+    } else {
         add();
+    }
 }
 
 template <class Add>
@@ -70,8 +74,9 @@ void ModelText::addGlobalInformation() {
 void ModelText::addNode(const MoxReader::Node& node) {
     addLine(node.id, node.parent, node.previous, node.next, node.firstChild, node.lastChild, node.name,
             node.typeName, node.version, node.lightPosition);
-    for (const auto child : model_.children(node.id))
+    for (const auto child : model_.children(node.id)) {
         addLine(child);
+    }
     std::visit([this](const auto& content) { addContent(content); }, node.content);
 }
 
@@ -90,8 +95,9 @@ void ModelText::addContent(const MoxReader::Shape& shape) {
 }
 
 void ModelText::addContent(const MoxReader::Geometry& geometry) {
-    for (const auto& dataset : geometry.datasets)
+    for (const auto& dataset : geometry.datasets) {
         addDataset(dataset);
+    }
 }
 
 void ModelText::addContent(const MoxReader::NodeSets& descriptor) {
@@ -99,8 +105,9 @@ void ModelText::addContent(const MoxReader::NodeSets& descriptor) {
     addIfWhole([&] {
         for (const auto& set : heavy_.readNodeSets(descriptor)) {
             addLine(set.name);
-            for (const auto& [first, second] : set.members)
+            for (const auto& [first, second] : set.members) {
                 addLine(first, second);
+            }
         }
     });
 }
@@ -111,10 +118,11 @@ void ModelText::addDataset(const MoxReader::Dataset& dataset) {
             dataset.width, dataset.boolA, dataset.boolB, dataset.floatA, dataset.floatB, dataset.boolC,
             dataset.position, dataset.vibration);
     addAttributes(dataset.attributes);
-    if (dataset.isLink)
+    if (dataset.isLink) {
         addHolder(dataset);
-    else
+    } else {
         addNumbers(dataset);
+    }
 }
 
 void ModelText::addHolder(const MoxReader::Dataset& link) {
@@ -128,10 +136,11 @@ void ModelText::addHolder(const MoxReader::Dataset& link) {
 
 void ModelText::addNumbers(const MoxReader::Dataset& dataset) {
     addIfWhole([&] {
-        if (dataset.elementTag == MoxReader::Format::FloatTag)
+        if (dataset.elementTag == MoxReader::Format::FloatTag) {
             addBytes(std::span<const float>(heavy_.readFloats(dataset)));
-        else
+        } else {
             addBytes(std::span<const std::uint32_t>(heavy_.readUnsigned(dataset)));
+        }
         text_ += '\n';
     });
 }
@@ -158,36 +167,41 @@ void ModelText::addWord(std::string_view text) {
     text_ += '"';
     for (const char character : text) {
         const bool isPlain = character >= ' ' && character <= '~' && character != '"' && character != '\\';
-        if (isPlain)
+        if (isPlain) {
             text_ += character;
-        else
+        } else {
             fmt::format_to(std::back_inserter(text_), "\\x{:02x}", static_cast<unsigned char>(character));
+        }
     }
     text_ += "\" ";
 }
 
 // Not every reader keeps the other bits of a value that is no number.
 void ModelText::addWord(float number) {
-    if (std::isnan(number))
+    if (std::isnan(number)) {
         text_ += "nan ";
-    else
+    } else {
         fmt::format_to(std::back_inserter(text_), "{:08x} ", std::bit_cast<std::uint32_t>(number));
+    }
 }
 
 void ModelText::addWord(double number) {
-    if (std::isnan(number))
+    if (std::isnan(number)) {
         text_ += "nan ";
-    else
+    } else {
         fmt::format_to(std::back_inserter(text_), "{:016x} ", std::bit_cast<std::uint64_t>(number));
+    }
 }
 
 void ModelText::addWord(std::span<const float> numbers) {
-    for (const auto number : numbers)
+    for (const auto number : numbers) {
         addWord(number);
+    }
 }
 
 template <class T>
 void ModelText::addBytes(std::span<const T> numbers) {
-    for (const auto number : numbers)
+    for (const auto number : numbers) {
         fmt::format_to(std::back_inserter(text_), "{:08x}", std::bit_cast<std::uint32_t>(number));
+    }
 }

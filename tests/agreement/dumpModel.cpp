@@ -44,8 +44,9 @@ Bytes damaged(Bytes bytes, const std::string& line) {
     }
     std::size_t offset = 0;
     unsigned mask = 0;
-    while (words >> offset >> mask)
+    while (words >> offset >> mask) {
         bytes.at(offset) = static_cast<std::uint8_t>(bytes.at(offset) ^ mask);
+    }
     return bytes;
 }
 
@@ -62,25 +63,29 @@ std::string verdict(Bytes bytes) {
 }
 
 void judgeDamages(const Bytes& bytes) {
-    for (std::string line; std::getline(std::cin, line);)
+    for (std::string line; std::getline(std::cin, line);) {
         std::cout << verdict(damaged(bytes, line)) << '\n';
+    }
 }
 
 std::vector<std::uint32_t> bitsOf(const std::vector<float>& numbers) {
     std::vector<std::uint32_t> bits;
-    for (const auto number : numbers)
+    for (const auto number : numbers) {
         bits.push_back(std::bit_cast<std::uint32_t>(number));
+    }
     return bits;
 }
 
 void printNumbers(const std::vector<std::uint32_t>& numbers) {
-    for (const auto number : numbers)
+    for (const auto number : numbers) {
         std::cout << ' ' << number;
+    }
 }
 
 void printNumbers(const std::vector<MoxReader::NodeSet>& sets) {
-    for (const auto& set : sets)
+    for (const auto& set : sets) {
         std::cout << ' ' << set.members.size();
+    }
 }
 
 template <class Read>
@@ -98,17 +103,20 @@ void printOutcomes(const MoxReader::File& file) {
     const auto model = MoxReader::readModel(file);
     MoxReader::HeavyData heavy(file, model);
     for (const auto& node : model.nodes()) {
-        if (const auto* sets = node.nodeSets())
+        if (const auto* sets = node.nodeSets()) {
             printOutcome(std::to_string(node.id), [&] { return heavy.readNodeSets(*sets); });
-        if (node.geometry() == nullptr)
+        }
+        if (node.geometry() == nullptr) {
             continue;
-        for (const auto& dataset : node.geometry()->datasets)
+        }
+        for (const auto& dataset : node.geometry()->datasets) {
             printOutcome(fmt::format("{}/{}", node.id, dataset.index), [&] {
                 const auto isFloat = [&] {
                     return model.resolve(dataset).elementTag == MoxReader::Format::FloatTag;
                 };
                 return isFloat() ? bitsOf(heavy.readFloats(dataset)) : heavy.readUnsigned(dataset);
             });
+        }
     }
 }
 
@@ -119,12 +127,13 @@ int main(int argc, char** argv) try {
         std::cerr << "usage: dumpModel FILE [damages | outcome]\n";
         return 2;
     }
-    if (argc > 2 && argv[2] == std::string("outcome"))
+    if (argc > 2 && argv[2] == std::string("outcome")) {
         printOutcomes(MoxReader::File(argv[1]));
-    else if (argc > 2)
+    } else if (argc > 2) {
         judgeDamages(bytesOf(argv[1]));
-    else
+    } else {
         std::cout << ModelText(MoxReader::File(argv[1])).text();
+    }
     return 0;
 } catch (const MoxReader::Error& error) {
     std::cerr << error.what() << '\n';

@@ -18,9 +18,10 @@ int main(int argc, char** argv) try {
     const std::filesystem::path folder = argv[1];
     saveExample((folder / "example.mox").string());
     Golden::saveGoldenModel((folder / "golden.mox").string());
-    for (unsigned seed = 1; seed <= 4; ++seed)
+    for (unsigned seed = 1; seed <= 4; ++seed) {
         Roundtrip::RandomModel(seed, 18, 60)
             .save((folder / ("few" + std::to_string(seed) + ".mox")).string());
+    }
     // With small blocks an Index Block goes in between, and blocks behind it lie too low.
     Roundtrip::RandomModel(5, 60, 20).save((folder / "many.mox").string());
 

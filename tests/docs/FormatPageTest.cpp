@@ -37,24 +37,27 @@ Bytes bytesOf(const std::filesystem::path& path) {
 
 std::uint32_t wordAt(const Bytes& bytes, std::size_t offset) {
     std::uint32_t word = 0;
-    for (std::size_t byte = 4; byte-- > 0;)
+    for (std::size_t byte = 4; byte-- > 0;) {
         word = word << 8U | bytes.at(offset + byte);
+    }
     return word;
 }
 
 /// Everything before the blocks, except their lengths in the file, which depend on the zlib in use.
 Bytes head(Bytes file) {
     file.resize(2800);
-    for (std::size_t record = 20; record < file.size(); record += 139)
+    for (std::size_t record = 20; record < file.size(); record += 139) {
         std::fill_n(file.begin() + static_cast<std::ptrdiff_t>(record) + 133, 4, std::uint8_t{0});
+    }
     return file;
 }
 
 /// "Global Information" without its date, and without the record's size, which depends on the date.
 Bytes withoutDate(const Bytes& stream) {
     std::size_t date = 8;
-    for (int text = 0; text < 4; ++text)
+    for (int text = 0; text < 4; ++text) {
         date += 4 + wordAt(stream, date);
+    }
     Bytes rest(stream.begin(), stream.begin() + static_cast<std::ptrdiff_t>(date));
     rest.insert(rest.end(), stream.begin() + static_cast<std::ptrdiff_t>(date + 4 + wordAt(stream, date)),
                 stream.end());
@@ -108,8 +111,9 @@ TEST_F(FormatPage, BlocksAreThoseOfTheFileSavedToday) {
     const MoxReader::File shown = open(dumps.at(0).bytes);
     const MoxReader::File saved = open(today);
     ASSERT_EQ(shown.streamNames(), saved.streamNames());
-    for (const auto& name : shown.streamNames())
+    for (const auto& name : shown.streamNames()) {
         EXPECT_EQ(streamOf(shown, name), streamOf(saved, name)) << name;
+    }
 }
 
 TEST_F(FormatPage, CodeIsThatOfTheTest) {
@@ -125,17 +129,20 @@ TEST(FormatPages, LinksLeadToPages) {
     int links = 0;
     for (const auto& page : std::filesystem::directory_iterator(Pages)) {
         const std::string text = textOf(page.path());
-        for (std::sregex_iterator match(text.begin(), text.end(), link), end; match != end; ++match, ++links)
+        for (std::sregex_iterator match(text.begin(), text.end(), link), end; match != end;
+             ++match, ++links) {
             EXPECT_TRUE(std::filesystem::exists(Pages / (*match)[1].str()))
                 << page.path() << ": " << match->str();
+        }
     }
     EXPECT_GT(links, 0);
 }
 
 TEST(FormatPages, SendNobodyToTheSource) {
     const std::regex reference(R"(see the source|source code|\bsrc/|\.cpp\b)", std::regex::icase);
-    for (const auto& page : std::filesystem::directory_iterator(Pages))
+    for (const auto& page : std::filesystem::directory_iterator(Pages)) {
         EXPECT_FALSE(std::regex_search(textOf(page.path()), reference)) << page.path();
+    }
 }
 
 TEST(HexDumps, RepeatBytesAndIgnoreNotes) {

@@ -11,12 +11,14 @@ constexpr const char* Closing = "```";
 void addWord(HexDump& dump, const std::string& word) {
     std::size_t used = 0;
     const auto byte = static_cast<std::uint8_t>(std::stoul(word, &used, 16));
-    if (used != 2)
+    if (used != 2) {
         throw std::invalid_argument("no byte");
+    }
     const bool isRepeated = used < word.size() && word[used] == '*';
     const auto count = isRepeated ? std::stoul(word.substr(used + 1)) : 1;
-    if (!isRepeated && used != word.size())
+    if (!isRepeated && used != word.size()) {
         throw std::invalid_argument("no byte");
+    }
     dump.bytes.insert(dump.bytes.end(), count, byte);
 }
 
@@ -25,10 +27,12 @@ void addLine(HexDump& dump, const std::string& line) {
     std::istringstream words(line.substr(0, bar));
     std::string word;
     words >> word;
-    if (bar == std::string::npos || std::stoul(word, nullptr, 16) != dump.bytes.size())
+    if (bar == std::string::npos || std::stoul(word, nullptr, 16) != dump.bytes.size()) {
         throw std::invalid_argument("no bar, or a wrong offset");
-    while (words >> word)
+    }
+    while (words >> word) {
         addWord(dump, word);
+    }
 }
 
 } // namespace

@@ -40,8 +40,9 @@ std::string exampleLine(const Command::Example& example) {
 std::string examplesOf(const std::vector<std::unique_ptr<Command>>& commands) {
     std::string lines = "Examples:\n";
     for (const auto& command : commands) {
-        if (const auto example = command->example())
+        if (const auto example = command->example()) {
             lines += exampleLine(*example);
+        }
     }
     return lines + exampleLine({"mox info --help", "options of one command"}) + "  mox --version";
 }
@@ -98,10 +99,12 @@ Command& Application::selectedCommand() const {
 }
 
 int Application::runCommand(Command& command) {
-    if (noColor)
+    if (noColor) {
         terminal.dropColours();
-    if (!showProgress)
+    }
+    if (!showProgress) {
         terminal.hideProgress();
+    }
     try {
         const int exitCode = command.run(terminal);
         return isOutputLost() ? reportFailure(command, OutputLost) : exitCode;
@@ -114,8 +117,9 @@ int Application::runCommand(Command& command) {
 
 // Requests for help and version come as exceptions too, with exit code 0.
 int Application::reportParseError(const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0)
+    if (error.get_exit_code() == 0) {
         return app->exit(error, std::cout, std::cerr);
+    }
     return reportUsage(error.what());
 }
 

@@ -34,8 +34,9 @@ constexpr Maker Makers[] = {
 
 std::vector<std::unique_ptr<Command>> makeCommands() {
     std::vector<std::unique_ptr<Command>> commands;
-    for (const auto maker : Makers)
+    for (const auto maker : Makers) {
         commands.push_back(maker());
+    }
     return commands;
 }
 

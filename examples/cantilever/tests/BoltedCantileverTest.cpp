@@ -26,8 +26,9 @@ TEST_F(TheBoltedCantilever, ConsistsOfFourBoltsAPlateAndABeam) {
 TEST_F(TheBoltedCantilever, IsFixedWhereTheBoltsMeetTheWall) {
     const std::vector<unsigned int> fixed = BoltedCantilever::fixedNodes(mesh);
     EXPECT_EQ(fixed.size(), 36U); // 3 * 3 for each bolt
-    for (const unsigned int node : fixed)
+    for (const unsigned int node : fixed) {
         EXPECT_EQ(mesh.nodes(node, 0), -40.0);
+    }
 }
 
 // 24 faces share the load of 2400 N: a corner of the section has a quarter of one face, the middle all of

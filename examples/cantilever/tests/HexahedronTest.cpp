@@ -19,8 +19,9 @@ Corners box(double x, double y, double z) {
 
 Hexahedron::Vector displacedBy(const Corners& corners, const Eigen::Matrix3d& gradient) {
     Hexahedron::Vector displacement;
-    for (int node = 0; node < 8; ++node)
+    for (int node = 0; node < 8; ++node) {
         displacement.segment<3>(3 * node) = gradient * corners.row(node).transpose();
+    }
     return displacement;
 }
 
@@ -54,8 +55,9 @@ TEST(Hexahedron, BendsWithExactlyTheEnergyOfBeamTheory) {
     const Corners corners = box(40.0, 1.0, 30.0);
     const Material noPoisson{1000.0, 0.0, 1e-3};
     Hexahedron::Vector displacement = Hexahedron::Vector::Zero();
-    for (int node = 0; node < 8; ++node) // u = curvature * x * z, both from the centre
+    for (int node = 0; node < 8; ++node) { // u = curvature * x * z, both from the centre
         displacement[3 * node] = 1e-3 * (corners(node, 0) - 20.0) * (corners(node, 2) - 15.0);
+    }
     const double energy = 0.5 * displacement.dot(Hexahedron::stiffness(corners, noPoisson) * displacement);
     EXPECT_NEAR(energy, 45.0, 1e-9);
 }

@@ -48,8 +48,9 @@ TEST(Structure, RigidMotionsHaveNoEnergy) {
 TEST(Structure, BarStretchesByItsTensionExactly) {
     const TestBeam bar(100.0, 4, NoPoisson);
     const NodeTable displacements = bar.structure.displacements(bar.tipForce({500, 0, 0}));
-    for (const unsigned int node : bar.tip)
+    for (const unsigned int node : bar.tip) {
         EXPECT_NEAR(displacements(node, 0), 0.5, 1e-10);
+    }
 }
 
 TEST(Structure, ReactionsStandAtTheSupportsAndBalanceTheLoad) {
@@ -58,8 +59,9 @@ TEST(Structure, ReactionsStandAtTheSupportsAndBalanceTheLoad) {
     const NodeTable reactions = bar.structure.reactions(bar.structure.displacements(forces), forces);
     const Eigen::RowVector3d sum = reactions.colwise().sum();
     EXPECT_LT((sum - Eigen::RowVector3d(-500, 200, -100)).cwiseAbs().maxCoeff(), 1e-6);
-    for (const unsigned int node : bar.tip)
+    for (const unsigned int node : bar.tip) {
         EXPECT_EQ(reactions.row(node), Eigen::RowVector3d::Zero());
+    }
 }
 
 // Bending 100 * 200^3 / (3 * 210000 * 833.33) = 1.52381, shear 100 * 200 / (0.849673 * 80769.2 * 100) =
@@ -67,8 +69,9 @@ TEST(Structure, ReactionsStandAtTheSupportsAndBalanceTheLoad) {
 TEST(Structure, TipOfABeamGoesDownAsInTimoshenkosTheory) {
     const TestBeam beam(200.0, 20, Steel);
     const NodeTable displacements = beam.structure.displacements(beam.tipForce({0, 0, -100}));
-    for (const unsigned int node : beam.tip)
+    for (const unsigned int node : beam.tip) {
         EXPECT_NEAR(displacements(node, 2), -1.52672, 0.01 * 1.52672);
+    }
 }
 
 TEST(Structure, MeshWithoutSupportsIsRefused) {

@@ -20,8 +20,9 @@ struct TestBeam {
     /// A force spread evenly over the free end, given by its sum.
     NodeTable tipForce(const Eigen::RowVector3d& force) const {
         NodeTable forces = NodeTable::Zero(mesh.nodes.rows(), 3);
-        for (const unsigned int node : tip)
+        for (const unsigned int node : tip) {
             forces.row(node) = force / 4.0;
+        }
         return forces;
     }
 

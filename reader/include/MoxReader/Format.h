@@ -115,8 +115,9 @@ inline constexpr std::array VariableTypes = {
 /// The entry of a number in VariableTypes; null for a number that no file should hold.
 constexpr const VariableType* findVariableType(std::uint32_t number) {
     for (const auto& type : VariableTypes) {
-        if (type.number == number)
+        if (type.number == number) {
             return &type;
+        }
     }
     return nullptr;
 }

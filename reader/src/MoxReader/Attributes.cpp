@@ -37,8 +37,9 @@ public:
 
     bool isEmpty() const { return used_ == list_.size(); }
     std::optional<AttributeValue> take() {
-        if (isEmpty())
+        if (isEmpty()) {
             return std::nullopt;
+        }
         return std::move(list_[used_++]);
     }
 
@@ -49,8 +50,9 @@ private:
 
 /// Joins keys and values: each key takes the next element of the list that its kind names.
 std::optional<Attributes> join(Lists lists) {
-    if (lists.keys.size() != lists.kinds.size())
+    if (lists.keys.size() != lists.kinds.size()) {
         return std::nullopt;
+    }
     Dispenser integers(std::move(lists.integers));
     Dispenser floats(std::move(lists.floats));
     Dispenser doubles(std::move(lists.doubles));
@@ -72,11 +74,13 @@ std::optional<Attributes> join(Lists lists) {
     Attributes attributes;
     for (std::size_t i = 0; i < lists.keys.size(); ++i) {
         auto value = take(lists.kinds[i]);
-        if (!value || !attributes.try_emplace(std::move(lists.keys[i]), std::move(*value)).second)
+        if (!value || !attributes.try_emplace(std::move(lists.keys[i]), std::move(*value)).second) {
             return std::nullopt;
+        }
     }
-    if (!integers.isEmpty() || !floats.isEmpty() || !doubles.isEmpty() || !texts.isEmpty())
+    if (!integers.isEmpty() || !floats.isEmpty() || !doubles.isEmpty() || !texts.isEmpty()) {
         return std::nullopt;
+    }
     return attributes;
 }
 
@@ -85,8 +89,9 @@ std::optional<Attributes> join(Lists lists) {
 Attributes readAttributes(StreamReader& stream) {
     const auto start = stream.place();
     auto attributes = join(readLists(stream));
-    if (!attributes)
+    if (!attributes) {
         throw Error(ErrorCode::BadAttributes, start);
+    }
     return std::move(*attributes);
 }
 

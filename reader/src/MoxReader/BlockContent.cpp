@@ -19,39 +19,49 @@ BlockContent readPlain(Source& source, const BlockRecord& block) {
 } // namespace
 
 std::optional<std::uint32_t> readContentLength(Source& source, const BlockRecord& block) {
-    if (!block.isCompressed() || block.isIndexBlock())
+    if (!block.isCompressed() || block.isIndexBlock()) {
         return block.length;
+    }
     const bool inFile =
         block.position <= source.size() && Format::ContentWordSize <= source.size() - block.position;
-    if (block.length < Format::ContentWordSize || !inFile)
+    if (block.length < Format::ContentWordSize || !inFile) {
         return std::nullopt;
+    }
     std::array<std::uint8_t, Format::ContentWordSize> bytes{};
     source.read(block.position, bytes);
     return littleEndian<std::uint32_t>(bytes.data());
 }
 
 std::optional<ErrorCode> findLengthDamage(const BlockRecord& block, std::uint64_t fileSize) {
-    if (block.isCompressed() && block.length == 0)
+    if (block.isCompressed() && block.length == 0) {
         return ErrorCode::ContentLost;
-    if (block.position > fileSize || block.length > fileSize - block.position)
+    }
+    if (block.position > fileSize || block.length > fileSize - block.position) {
         return ErrorCode::BlockBeyondFile;
-    if (block.isOverwritten)
+    }
+    if (block.isOverwritten) {
         return ErrorCode::BlockOverwritten;
-    if (!block.isCompressed())
+    }
+    if (!block.isCompressed()) {
         return std::nullopt;
-    if (!block.contentLength || block.length < Format::ContentWordSize)
+    }
+    if (!block.contentLength || block.length < Format::ContentWordSize) {
         return ErrorCode::ContentLengthMissing;
+    }
     const std::uint64_t stored = block.length - Format::ContentWordSize;
-    if (*block.contentLength > stored * Format::ZlibMaxExpansion)
+    if (*block.contentLength > stored * Format::ZlibMaxExpansion) {
         return ErrorCode::ContentLengthImplausible;
+    }
     return std::nullopt;
 }
 
 BlockContent readBlockContent(Source& source, const BlockRecord& block) {
-    if (const auto damage = findLengthDamage(block, source.size()))
+    if (const auto damage = findLengthDamage(block, source.size())) {
         return {.bytes = {}, .damage = damage};
-    if (!block.isCompressed())
+    }
+    if (!block.isCompressed()) {
         return readPlain(source, block);
+    }
     Inflater inflater(source, block.position + Format::ContentWordSize,
                       block.length - Format::ContentWordSize);
     return inflater.run(*block.contentLength);

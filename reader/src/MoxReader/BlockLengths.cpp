@@ -21,11 +21,13 @@ struct Range {
 std::vector<Range> collectArrays(const std::vector<Node>& nodes) {
     std::vector<Range> arrays;
     for (const auto& node : nodes) {
-        if (node.geometry() == nullptr)
+        if (node.geometry() == nullptr) {
             continue;
+        }
         for (const auto& dataset : node.geometry()->datasets) {
-            if (!dataset.isLink && dataset.sizeInBytes > 0)
+            if (!dataset.isLink && dataset.sizeInBytes > 0) {
                 arrays.push_back({dataset.position, dataset.sizeInBytes});
+            }
         }
     }
     std::ranges::sort(arrays, {}, &Range::position);
@@ -57,8 +59,9 @@ public:
         starts_.assign(1, 0);
         for (std::size_t block = 0; block < known_.size(); ++block) {
             const auto end = pass(known_[block], block + 1 == known_.size());
-            if (!end)
+            if (!end) {
                 return false;
+            }
             starts_.push_back(*end);
         }
         return place_ == arrays_.size();
@@ -76,18 +79,21 @@ private:
         const auto start = starts_.back();
         auto end = start;
         for (; place_ < arrays_.size() && end - start < length.value_or(limit_); ++place_) {
-            if (arrays_[place_].position != end || end - start >= limit_)
+            if (arrays_[place_].position != end || end - start >= limit_) {
                 return std::nullopt;
-            if (!length)
+            }
+            if (!length) {
                 nextLimit_ = std::max(nextLimit_, end - start);
+            }
             end += arrays_[place_].size;
         }
         return isFilled(end - start, length, isLast) ? std::optional(end) : std::nullopt;
     }
 
     bool isFilled(std::uint64_t bytes, const std::optional<std::uint64_t>& length, bool isLast) const {
-        if (length)
+        if (length) {
             return bytes == *length;
+        }
         const bool isEnough = bytes >= limit_ || (isLast && bytes > 0);
         return isEnough && bytes <= std::numeric_limits<std::uint32_t>::max();
     }
@@ -103,15 +109,17 @@ private:
 /// No block but the last is shorter than the limit.
 std::uint64_t highestLimit(const Lengths& known) {
     auto limit = std::numeric_limits<std::uint64_t>::max();
-    for (std::size_t i = 0; i + 1 < known.size(); ++i)
+    for (std::size_t i = 0; i + 1 < known.size(); ++i) {
         limit = std::min(limit, known[i].value_or(limit));
+    }
     return limit;
 }
 
 bool haveSameKnown(const Starts& left, const Starts& right, const Lengths& known) {
     for (std::size_t i = 0; i < known.size(); ++i) {
-        if (known[i] && left[i] != right[i])
+        if (known[i] && left[i] != right[i]) {
             return false;
+        }
     }
     return true;
 }
@@ -122,10 +130,12 @@ std::optional<Starts> findStarts(const std::vector<Range>& arrays, const Lengths
     auto limit = highestLimit(known);
     for (int i = 0; i < MostLimits && limit > 0; ++i) {
         const bool fits = division.tryLimit(limit);
-        if (fits && found && !haveSameKnown(*found, division.starts(), known))
+        if (fits && found && !haveSameKnown(*found, division.starts(), known)) {
             return std::nullopt;
-        if (fits && !found)
+        }
+        if (fits && !found) {
             found = division.starts();
+        }
         limit = division.nextLimit();
     }
     return limit == 0 ? found : std::nullopt;
@@ -135,21 +145,25 @@ std::optional<Starts> findStarts(const std::vector<Range>& arrays, const Lengths
 
 bool findLostLengths(std::vector<BlockRecord>& blocks, const std::vector<Node>& nodes,
                      std::uint64_t fileSize) {
-    if (std::ranges::none_of(blocks, hasLostLength))
+    if (std::ranges::none_of(blocks, hasLostLength)) {
         return false;
+    }
     Lengths known;
     for (const auto& block : blocks) {
         const bool isLost = hasLostLength(block);
-        if (!isLost && hasWrongLength(block, fileSize))
+        if (!isLost && hasWrongLength(block, fileSize)) {
             return false;
+        }
         known.push_back(isLost ? std::nullopt : Lengths::value_type(block.contentLength));
     }
     const auto starts = findStarts(collectArrays(nodes), known);
-    if (!starts)
+    if (!starts) {
         return false;
+    }
     for (std::size_t i = 0; i < blocks.size(); ++i) {
-        if (!known[i])
+        if (!known[i]) {
             blocks[i].contentLength = static_cast<std::uint32_t>((*starts)[i + 1] - (*starts)[i]);
+        }
     }
     return true;
 }

@@ -6,11 +6,13 @@
 namespace MoxReader {
 
 void ByteRanges::add(std::uint64_t begin, std::uint64_t end) {
-    if (begin >= end)
+    if (begin >= end) {
         return;
+    }
     auto next = ends_.upper_bound(begin);
-    if (next != ends_.begin() && std::prev(next)->second >= begin)
+    if (next != ends_.begin() && std::prev(next)->second >= begin) {
         --next;
+    }
     while (next != ends_.end() && next->first <= end) {
         begin = std::min(begin, next->first);
         end = std::max(end, next->second);

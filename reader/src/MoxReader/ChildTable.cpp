@@ -11,8 +11,9 @@ namespace {
 constexpr std::uint32_t RootId = 1;
 
 void require(bool isSound, const Node& node) {
-    if (!isSound)
+    if (!isSound) {
         throw Error(ErrorCode::BadTreeLink, {.record = describeNode(node.id)});
+    }
 }
 
 } // namespace
@@ -20,8 +21,9 @@ void require(bool isSound, const Node& node) {
 ChildTable::ChildTable(const std::vector<Node>& nodes) {
     countChildren(nodes);
     placeChildren(nodes);
-    for (const auto& node : nodes)
+    for (const auto& node : nodes) {
         checkFamily(nodes, node);
+    }
 }
 
 // Leaves in first_[id] the children of all nodes up to id: the place where the next node's children begin.
@@ -43,8 +45,9 @@ void ChildTable::placeChildren(const std::vector<Node>& nodes) {
     auto next = first_;
     children_.resize(first_.back());
     for (const auto& node : nodes) {
-        if (node.id != RootId)
+        if (node.id != RootId) {
             children_[next[node.parent - 1]++] = node.id;
+        }
     }
 }
 
@@ -57,8 +60,9 @@ void ChildTable::checkFamily(const std::vector<Node>& nodes, const Node& parent)
         previous = id;
     }
     require(parent.lastChild == previous && (previous != 0 || parent.firstChild == 0), parent);
-    if (previous != 0)
+    if (previous != 0) {
         require(nodes[previous - 1].next == 0, nodes[previous - 1]);
+    }
 }
 
 std::span<const std::uint32_t> ChildTable::children(std::uint32_t id) const {

@@ -9,8 +9,9 @@ namespace {
 void splitKey(Dataset& dataset) {
     const auto separator = dataset.key.find(Format::StepSeparator);
     dataset.name = dataset.key.substr(0, separator);
-    if (separator != std::string::npos)
+    if (separator != std::string::npos) {
         dataset.step = dataset.key.substr(separator + 1);
+    }
 }
 
 void splitTypeWord(Dataset& dataset, std::uint32_t word) {
@@ -45,10 +46,11 @@ Dataset readDataset(StreamReader& light) {
     splitKey(dataset);
     splitTypeWord(dataset, light.readNumber<std::uint32_t>());
     dataset.isLink = light.readBool();
-    if (dataset.isLink)
+    if (dataset.isLink) {
         readLink(dataset, light);
-    else
+    } else {
         readArray(dataset, light);
+    }
     dataset.vibration = light.readBool();
     return dataset;
 }

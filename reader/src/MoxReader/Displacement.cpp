@@ -22,16 +22,19 @@ bool isSoundRecord(const BlockRecord& record, std::uint64_t id) {
 
 /// Whether the table of an Index Block lies at a place, whole, with the records from an id on.
 bool isSoundTable(Source& source, std::uint64_t position, std::uint64_t firstId) {
-    if (position > source.size() || TableSize > source.size() - position)
+    if (position > source.size() || TableSize > source.size() - position) {
         return false;
+    }
     std::vector<std::uint8_t> bytes(TableSize);
     source.read(position, bytes);
-    if (littleEndian<std::uint32_t>(bytes.data()) != Format::IndexBlockRecords)
+    if (littleEndian<std::uint32_t>(bytes.data()) != Format::IndexBlockRecords) {
         return false;
+    }
     for (std::uint32_t row = 0; row < Format::IndexBlockRecords; ++row) {
         const auto record = std::span(bytes).subspan(Format::tableSize(row)).first<Format::RecordSize>();
-        if (!isSoundRecord(parseBlockRecord(record), firstId + row))
+        if (!isSoundRecord(parseBlockRecord(record), firstId + row)) {
             return false;
+        }
     }
     return true;
 }
@@ -39,15 +42,17 @@ bool isSoundTable(Source& source, std::uint64_t position, std::uint64_t firstId)
 /// All tables but the head index, which nothing reaches.
 ByteRanges rangesOfTables(const RawIndex& index) {
     ByteRanges ranges;
-    for (const auto& table : std::span(index.tables).subspan(1))
+    for (const auto& table : std::span(index.tables).subspan(1)) {
         ranges.add(table.position, table.position + TableSize);
+    }
     return ranges;
 }
 
 std::uint64_t endOfTables(const RawIndex& index) {
     std::uint64_t end = 0;
-    for (const auto& table : std::span(index.tables).subspan(1))
+    for (const auto& table : std::span(index.tables).subspan(1)) {
         end = std::max(end, table.position + TableSize);
+    }
     return end;
 }
 
@@ -72,13 +77,16 @@ bool isWholeWith(Source& source, const RawIndex& index, std::uint64_t displaceme
         const auto& block = index.blocks[static_cast<std::size_t>(id)];
         const bool isOther =
             block.isEmptyEntry() || block.isIndexBlock() || block.name == Format::HeavyStream;
-        if (isOther || block.length == 0)
+        if (isOther || block.length == 0) {
             continue;
+        }
         const auto there = moved(block, source, displacement);
-        if (tables.touch(there.position, there.end()))
+        if (tables.touch(there.position, there.end())) {
             continue;
-        if (readBlockContent(source, there).damage)
+        }
+        if (readBlockContent(source, there).damage) {
             return false;
+        }
         hasAny = true;
     }
     return hasAny;
@@ -90,15 +98,17 @@ void settleBlock(Source& source, BlockRecord& block, std::uint64_t displacement,
     block.isOverwritten = holdsData && later.touch(block.position, block.end());
     const bool hasLength = !block.isOverwritten || !block.isCompressed() ||
                            !later.touch(block.position, block.position + Format::ContentWordSize);
-    if (hasLength)
+    if (hasLength) {
         block.contentLength = readContentLength(source, block);
+    }
 }
 
 } // namespace
 
 std::optional<std::uint64_t> findRestart(const RawIndex& index, const IndexTable& table) {
-    if (!table.blockId)
+    if (!table.blockId) {
         return std::nullopt;
+    }
     const auto* indexBlock = &index.blocks[static_cast<std::size_t>(*table.blockId)];
     const auto& before = *(indexBlock - 1);
     const auto& behind = *(indexBlock + 1);
@@ -109,10 +119,12 @@ std::optional<std::uint64_t> findRestart(const RawIndex& index, const IndexTable
 
 void settleByNextTable(Source& source, const RawIndex& index, IndexTable& table, const BlockRecord& next) {
     const auto restart = findRestart(index, table);
-    if (!restart || isSoundTable(source, next.position - table.displacement, next.id + 1))
+    if (!restart || isSoundTable(source, next.position - table.displacement, next.id + 1)) {
         return;
-    if (isSoundTable(source, next.position - *restart, next.id + 1))
+    }
+    if (isSoundTable(source, next.position - *restart, next.id + 1)) {
         table.displacement = *restart;
+    }
 }
 
 // A table with blocks behind it ends before they do, so a file with nothing displaced has the size that its
@@ -120,23 +132,26 @@ void settleByNextTable(Source& source, const RawIndex& index, IndexTable& table,
 void settleBySize(Source& source, RawIndex& index) {
     auto& table = index.tables.back();
     const auto restart = findRestart(index, table);
-    if (!restart)
+    if (!restart) {
         return;
+    }
     const auto fits = [&](std::uint64_t displacement) {
         return index.fileSize == endWith(index, displacement);
     };
     const bool isAsBefore = fits(table.displacement) &&
                             (table.displacement == 0 || isWholeWith(source, index, table.displacement));
-    if (!isAsBefore && fits(*restart) && isWholeWith(source, index, *restart))
+    if (!isAsBefore && fits(*restart) && isWholeWith(source, index, *restart)) {
         table.displacement = *restart;
+    }
 }
 
 void settleByBlocks(Source& source, RawIndex& index) {
     const auto last = std::find_if(index.tables.rbegin(), index.tables.rend(),
                                    [&](const auto& each) { return each.firstId < index.blocks.size(); });
     const auto restart = last != index.tables.rend() ? findRestart(index, *last) : std::nullopt;
-    if (!restart)
+    if (!restart) {
         return;
+    }
     auto& table = *last;
     const auto isWholeAt = [&](const BlockRecord& block, std::uint64_t displacement) {
         return !readBlockContent(source, moved(block, source, displacement)).damage;
@@ -144,10 +159,12 @@ void settleByBlocks(Source& source, RawIndex& index) {
     for (auto id = table.firstId; id < index.blocks.size(); ++id) {
         const auto& block = index.blocks[static_cast<std::size_t>(id)];
         const bool isInside = block.end() - table.displacement <= source.size();
-        if (!isSoundRecord(block, id) || !block.isCompressed() || !isInside)
+        if (!isSoundRecord(block, id) || !block.isCompressed() || !isInside) {
             return;
-        if (isWholeAt(block, table.displacement))
+        }
+        if (isWholeAt(block, table.displacement)) {
             return;
+        }
         if (isWholeAt(block, *restart)) {
             table.displacement = *restart;
             return;
@@ -156,20 +173,24 @@ void settleByBlocks(Source& source, RawIndex& index) {
 }
 
 void settlePlaces(Source& source, RawIndex& index) {
-    if (index.blocks.empty())
+    if (index.blocks.empty()) {
         return;
+    }
     index.end = endWith(index, index.tables.back().displacement);
     const bool isDisplaced = index.isDisplaced();
     auto later = isDisplaced ? rangesOfTables(index) : ByteRanges();
     auto behind = index.blocks.end();
     for (auto table = index.tables.rbegin(); table != index.tables.rend(); ++table) {
         const auto first = index.blocks.begin() + static_cast<std::ptrdiff_t>(table->firstId);
-        if (first == behind)
+        if (first == behind) {
             continue;
-        for (auto block = first; block != behind; ++block)
+        }
+        for (auto block = first; block != behind; ++block) {
             settleBlock(source, *block, table->displacement, later);
-        if (isDisplaced)
+        }
+        if (isDisplaced) {
             later.add(first->position, std::prev(behind)->end());
+        }
         behind = first;
     }
 }

@@ -61,8 +61,9 @@ constexpr std::array Entries = {
 
 constexpr bool entriesFollowCodes() {
     for (std::size_t i = 0; i < Entries.size(); ++i) {
-        if (Entries[i].code != static_cast<ErrorCode>(i))
+        if (Entries[i].code != static_cast<ErrorCode>(i)) {
             return false;
+        }
     }
     return true;
 }
@@ -79,18 +80,24 @@ void append(std::string& list, const std::string& item) {
 
 std::string describe(const Place& place) {
     std::string list;
-    if (!place.path.empty())
+    if (!place.path.empty()) {
         append(list, place.path);
-    if (!place.record.empty())
+    }
+    if (!place.record.empty()) {
         append(list, place.record);
-    if (place.blockId)
+    }
+    if (place.blockId) {
         append(list, "block " + std::to_string(*place.blockId));
-    if (!place.name.empty())
+    }
+    if (!place.name.empty()) {
         append(list, "\"" + place.name + "\"");
-    if (place.streamOffset)
+    }
+    if (place.streamOffset) {
         append(list, "stream offset " + std::to_string(*place.streamOffset));
-    if (place.fileOffset)
+    }
+    if (place.fileOffset) {
         append(list, "file offset " + std::to_string(*place.fileOffset));
+    }
     return list;
 }
 

@@ -19,14 +19,17 @@ static_assert(sizeof(std::streamoff) >= 8, "files of more than 4 GiB need 64-bit
 FileSource::FileSource(const std::filesystem::path& path) {
     std::error_code ignored;
     // A directory opens as a stream on some systems, and a pipe has no size.
-    if (std::filesystem::is_regular_file(path, ignored))
+    if (std::filesystem::is_regular_file(path, ignored)) {
         stream_.open(path, std::ios::binary);
-    if (!stream_.is_open())
+    }
+    if (!stream_.is_open()) {
         throw openError(path);
+    }
     stream_.seekg(0, std::ios::end);
     const auto end = static_cast<std::streamoff>(stream_.tellg());
-    if (end < 0)
+    if (end < 0) {
         throw openError(path);
+    }
     size_ = static_cast<std::uint64_t>(end);
 }
 
@@ -34,8 +37,9 @@ void FileSource::readInside(std::uint64_t offset, std::span<std::uint8_t> target
     stream_.clear();
     stream_.seekg(static_cast<std::streamoff>(offset));
     stream_.read(reinterpret_cast<char*>(target.data()), static_cast<std::streamsize>(target.size()));
-    if (!stream_)
+    if (!stream_) {
         throw Error(ErrorCode::ReadFailed, {.fileOffset = offset});
+    }
 }
 
 } // namespace MoxReader

@@ -32,8 +32,9 @@ GlobalInformation readGlobalInformation(StreamReader& global) {
                                                  [&] { return "modifier " + std::to_string(i); }));
     }
     information.resultAttributeCount = global.readNumber<std::uint32_t>();
-    if (information.resultAttributeCount == 0)
+    if (information.resultAttributeCount == 0) {
         requireEnd(global);
+    }
     return information;
 }
 

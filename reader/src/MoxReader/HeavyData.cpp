@@ -17,8 +17,9 @@ std::string describe(const Dataset& dataset) {
 void requireWholeItems(const Dataset& holder) {
     const auto itemSize = std::uint32_t{holder.width} * Format::ElementSize;
     const bool isWhole = itemSize == 0 ? holder.sizeInBytes == 0 : holder.sizeInBytes % itemSize == 0;
-    if (!isWhole)
+    if (!isWhole) {
         throw Error(ErrorCode::BadDatasetSize, {.record = describe(holder)});
+    }
 }
 
 /// The payload of a NodeSets node, its lists in their order in the file.
@@ -56,8 +57,9 @@ NodeSet makeSet(const SetLists& lists, std::size_t index) {
     NodeSet set;
     const auto nameStart = lists.nameOffsets[index];
     set.name = lists.names.substr(nameStart, lists.nameOffsets[index + 1] - nameStart);
-    for (auto i = lists.memberOffsets[index]; i < lists.memberOffsets[index + 1]; ++i)
+    for (auto i = lists.memberOffsets[index]; i < lists.memberOffsets[index + 1]; ++i) {
         set.members.emplace_back(lists.firsts[i], lists.seconds[i]);
+    }
     return set;
 }
 
@@ -66,8 +68,9 @@ NodeSet makeSet(const SetLists& lists, std::size_t index) {
 StreamReader openHeavyStream(const File& file, const std::vector<Node>& nodes) {
     auto stream = file.stream(Format::HeavyStream);
     auto blocks = stream.blocks();
-    if (!findLostLengths(blocks, nodes, file.size()))
+    if (!findLostLengths(blocks, nodes, file.size())) {
         return stream;
+    }
     return {file.shareSource(), stream.name(), std::move(blocks)};
 }
 
@@ -92,8 +95,9 @@ std::vector<std::uint8_t> HeavyData::readBytes(const Dataset& dataset) {
 
 const Dataset& HeavyData::holderOf(const Dataset& dataset, std::uint8_t elementTag) const {
     const auto& holder = model_.resolve(dataset);
-    if (holder.elementTag != elementTag)
+    if (holder.elementTag != elementTag) {
         throw Error(ErrorCode::WrongElementType, {.record = describe(holder)});
+    }
     requireWholeItems(holder);
     return holder;
 }
@@ -112,11 +116,13 @@ std::vector<NodeSet> HeavyData::readNodeSets(const NodeSets& descriptor) {
     const auto start = stream_.place();
     const auto lists = readSetLists(stream_);
     const bool isWholePayload = stream_.position() - descriptor.heavyPosition == descriptor.heavySize;
-    if (!isWholePayload || !areSound(lists, descriptor.setCount))
+    if (!isWholePayload || !areSound(lists, descriptor.setCount)) {
         throw Error(ErrorCode::BadNodeSets, start);
+    }
     std::vector<NodeSet> sets;
-    for (std::size_t i = 0; i < descriptor.setCount; ++i)
+    for (std::size_t i = 0; i < descriptor.setCount; ++i) {
         sets.push_back(makeSet(lists, i));
+    }
     return sets;
 }
 

@@ -16,8 +16,9 @@ IndexScanner::IndexScanner(Source& source) : source_(source) {
 RawIndex IndexScanner::scan() {
     if (readFront()) {
         walkTables();
-        if (isBroken_)
+        if (isBroken_) {
             settleByBlocks(source_, index_);
+        }
         settlePlaces(source_, index_);
     }
     return std::move(index_);
@@ -41,8 +42,9 @@ void IndexScanner::walkTables() {
     std::optional<IndexTable> table = IndexTable{.position = Format::HeadTablePosition};
     auto expectedCount = Format::HeadRecords;
     while (table) {
-        if (!readTable(*table, expectedCount))
+        if (!readTable(*table, expectedCount)) {
             return;
+        }
         table = findNextTable();
         expectedCount = Format::IndexBlockRecords;
     }
@@ -50,16 +52,18 @@ void IndexScanner::walkTables() {
 
 void IndexScanner::readSignature() {
     source_.read(0, index_.signature);
-    if (index_.signature != Format::Signature)
+    if (index_.signature != Format::Signature) {
         addDamage(ErrorCode::BadSignature, {.fileOffset = 0});
+    }
 }
 
 void IndexScanner::readVersion() {
     std::array<std::uint8_t, Format::VersionSize> bytes{};
     source_.read(Format::Signature.size(), bytes);
     index_.version.assign(bytes.begin(), std::ranges::find(bytes, 0));
-    if (index_.version != Format::SupportedVersion)
+    if (index_.version != Format::SupportedVersion) {
         addDamage(ErrorCode::UnsupportedFileVersion, {.fileOffset = Format::Signature.size()});
+    }
 }
 
 bool IndexScanner::readHeadLength() {
@@ -98,8 +102,9 @@ bool IndexScanner::readTable(IndexTable table, std::uint32_t expectedCount) {
         addDamage(ErrorCode::BadIndexTable, place);
         return false;
     }
-    for (std::uint32_t row = 0; row < table.count; ++row)
+    for (std::uint32_t row = 0; row < table.count; ++row) {
         addRecord(table, row, std::span(bytes).subspan(Format::tableSize(row)).first<Format::RecordSize>());
+    }
     return true;
 }
 
@@ -110,8 +115,9 @@ void IndexScanner::addRecord(const IndexTable& table, std::uint32_t row,
     record.recordPosition = table.position + Format::tableSize(row);
     record.position = sum_;
     sum_ += record.length;
-    if (record.nameLength != Format::NameSize)
+    if (record.nameLength != Format::NameSize) {
         addDamage(ErrorCode::BadIndexRecord, {.fileOffset = record.recordPosition, .blockId = record.id});
+    }
     index_.blocks.push_back(std::move(record));
 }
 

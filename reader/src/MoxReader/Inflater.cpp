@@ -8,8 +8,9 @@ namespace MoxReader {
 
 Inflater::Inflater(Source& source, std::uint64_t position, std::uint64_t stored)
     : source_(source), position_(position), stored_(stored) {
-    if (inflateInit(&zlib_) != Z_OK)
+    if (inflateInit(&zlib_) != Z_OK) {
         throw std::bad_alloc();
+    }
 }
 
 Inflater::~Inflater() {
@@ -31,18 +32,22 @@ std::optional<ErrorCode> Inflater::inflateAll(std::vector<std::uint8_t>& content
         const auto offered = zlib_.avail_out;
         const int result = inflate(&zlib_, Z_NO_FLUSH);
         produced_ += offered - zlib_.avail_out;
-        if (produced_ > content.size())
+        if (produced_ > content.size()) {
             return ErrorCode::ContentTooLong;
-        if (result == Z_STREAM_END)
+        }
+        if (result == Z_STREAM_END) {
             return judgeEnd(content.size());
-        if (const auto damage = judgeStep(result))
+        }
+        if (const auto damage = judgeStep(result)) {
             return damage;
+        }
     }
 }
 
 void Inflater::refill() {
-    if (zlib_.avail_in > 0 || stored_ == 0)
+    if (zlib_.avail_in > 0 || stored_ == 0) {
         return;
+    }
     const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(stored_, chunk_.size()));
     source_.read(position_, std::span(chunk_).first(size));
     position_ += size;
@@ -74,10 +79,12 @@ std::optional<ErrorCode> Inflater::judgeStep(int result) const {
 }
 
 std::optional<ErrorCode> Inflater::judgeEnd(std::size_t contentLength) const {
-    if (produced_ < contentLength)
+    if (produced_ < contentLength) {
         return ErrorCode::ContentTooShort;
-    if (unread() > 0)
+    }
+    if (unread() > 0) {
         return ErrorCode::TrailingBytes;
+    }
     return std::nullopt;
 }
 

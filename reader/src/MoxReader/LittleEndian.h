@@ -11,8 +11,9 @@ namespace MoxReader {
 template <std::unsigned_integral T>
 constexpr T littleEndian(const std::uint8_t* bytes) {
     T value = 0;
-    for (std::size_t i = 0; i < sizeof(T); ++i)
+    for (std::size_t i = 0; i < sizeof(T); ++i) {
         value = static_cast<T>(value | static_cast<T>(static_cast<T>(bytes[i]) << (8 * i)));
+    }
     return value;
 }
 

@@ -16,10 +16,12 @@ Material readMaterial(StreamReader& resources) {
     material.emissive = readFloatArray<4>(resources);
     material.ambient = readFloatArray<4>(resources);
     material.transparency = resources.readNumber<float>();
-    if (hasShininess)
+    if (hasShininess) {
         material.shininess = resources.readNumber<float>();
-    if (hasFlag)
+    }
+    if (hasFlag) {
         material.flag = resources.readNumber<std::uint8_t>();
+    }
     record.finish();
     return material;
 }

@@ -10,12 +10,14 @@ namespace MoxReader {
 namespace {
 
 std::vector<Node> checkIds(std::vector<Node> nodes) {
-    if (nodes.empty())
+    if (nodes.empty()) {
         throw Error(ErrorCode::BadNodeId);
+    }
     std::uint32_t expected = 1;
     for (const auto& node : nodes) {
-        if (node.id != expected++)
+        if (node.id != expected++) {
             throw Error(ErrorCode::BadNodeId, {.record = describeNode(node.id)});
+        }
     }
     return nodes;
 }
@@ -23,8 +25,9 @@ std::vector<Node> checkIds(std::vector<Node> nodes) {
 std::vector<Node> numberDatasets(std::vector<Node> nodes) {
     for (auto& node : nodes) {
         auto* geometry = std::get_if<Geometry>(&node.content);
-        if (geometry == nullptr)
+        if (geometry == nullptr) {
             continue;
+        }
         std::uint32_t index = 0;
         for (auto& dataset : geometry->datasets) {
             dataset.nodeId = node.id;
@@ -43,8 +46,9 @@ Model::Model(std::vector<Node> nodes, GlobalInformation global)
       links_(nodes_) {}
 
 const Node& Model::node(std::uint32_t id) const {
-    if (id == 0 || id > nodes_.size())
+    if (id == 0 || id > nodes_.size()) {
         throw Error(ErrorCode::NoSuchNode, {.record = describeNode(id)});
+    }
     return nodes_[id - 1];
 }
 
@@ -54,8 +58,9 @@ std::span<const std::uint32_t> Model::children(std::uint32_t id) const {
 
 const Dataset& Model::resolve(const Dataset& dataset) const {
     const auto& resolution = links_.resolution(dataset.nodeId, dataset.index);
-    if (const auto* holder = std::get_if<const Dataset*>(&resolution))
+    if (const auto* holder = std::get_if<const Dataset*>(&resolution)) {
         return **holder;
+    }
     throw Error(std::get<ErrorCode>(resolution), {.record = describeDataset(dataset.nodeId, dataset.index)});
 }
 

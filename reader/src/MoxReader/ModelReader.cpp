@@ -9,20 +9,23 @@ namespace MoxReader {
 namespace {
 
 StreamReader requiredStream(const File& file, std::string_view name) {
-    if (!file.hasStream(name))
+    if (!file.hasStream(name)) {
         throw Error(ErrorCode::MissingStream, {.name = std::string(name)});
+    }
     return file.stream(name);
 }
 
 void requireVersion(const Node& node, std::string_view version) {
-    if (node.version != version)
+    if (node.version != version) {
         throw Error(ErrorCode::UnsupportedRecordVersion);
+    }
 }
 
 /// Reads what the node has in "Light Data", and so gives its content the alternative of its type.
 void readDescriptor(Node& node, StreamReader& light) {
-    if (node.lightPosition != light.position())
+    if (node.lightPosition != light.position()) {
         throw Error(ErrorCode::BadPosition, light.place());
+    }
     if (node.typeName == Format::GroupType) {
         requireVersion(node, Format::GroupVersion);
         node.content = readGroup(light);
@@ -39,24 +42,28 @@ void readDescriptor(Node& node, StreamReader& light) {
 }
 
 void readNodeAttributes(Node& node, StreamReader& attributes) {
-    if (auto* group = std::get_if<Group>(&node.content))
+    if (auto* group = std::get_if<Group>(&node.content)) {
         group->attributes = readAttributes(attributes);
+    }
     if (auto* geometry = std::get_if<Geometry>(&node.content)) {
-        for (auto& dataset : geometry->datasets)
+        for (auto& dataset : geometry->datasets) {
             dataset.attributes = readAttributes(attributes);
+        }
     }
 }
 
 void readNodeMaterial(Node& node, StreamReader& resources) {
-    if (auto* shape = std::get_if<Shape>(&node.content))
+    if (auto* shape = std::get_if<Shape>(&node.content)) {
         shape->material = readMaterial(resources);
+    }
 }
 
 /// Lets each node in turn read its part of a stream, which must then be used up.
 template <class ReadPart>
 void readParts(std::vector<Node>& nodes, StreamReader stream, const ReadPart& readPart) {
-    for (auto& node : nodes)
+    for (auto& node : nodes) {
         inRecord([&] { readPart(node, stream); }, [&] { return describeNode(node.id); });
+    }
     requireEnd(stream);
 }
 
@@ -74,8 +81,9 @@ Model ModelReader::read() {
 
 void ModelReader::readTree() {
     auto tree = requiredStream(file_, Format::TreeStream);
-    for (auto& record : readNodeRecords(tree))
+    for (auto& record : readNodeRecords(tree)) {
         nodes_.push_back(Node{std::move(record), {}});
+    }
 }
 
 void ModelReader::readLightData() {

@@ -22,8 +22,9 @@ NodeRecord readNodeRecord(StreamReader& tree) {
 std::vector<NodeRecord> readNodeRecords(StreamReader& tree) {
     const auto start = tree.place();
     const auto count = tree.readCount(Format::NodeRecordMinSize);
-    if (count == 0)
+    if (count == 0) {
         throw Error(ErrorCode::BadCount, start);
+    }
     std::vector<NodeRecord> nodes;
     for (std::uint32_t i = 0; i < count; ++i) {
         nodes.push_back(inRecord([&] { return readNodeRecord(tree); },
@@ -45,8 +46,9 @@ Group readGroup(StreamReader& light) {
 NodeSets readNodeSetsDescriptor(StreamReader& light) {
     const auto start = light.place();
     const auto size = light.readNumber<std::uint32_t>();
-    if (size < Format::NodeSetsDescriptorSize)
+    if (size < Format::NodeSetsDescriptorSize) {
         throw Error(ErrorCode::BadRecordSize, start);
+    }
     NodeSets descriptor;
     descriptor.setCount = light.readNumber<std::uint32_t>();
     descriptor.heavyPosition = light.readNumber<std::uint64_t>();

@@ -20,8 +20,9 @@ inline std::string describeDataset(std::uint32_t nodeId, std::uint32_t index) {
 template <std::size_t Count>
 std::array<float, Count> readFloatArray(StreamReader& stream) {
     std::array<float, Count> values{};
-    for (auto& value : values)
+    for (auto& value : values) {
         value = stream.readNumber<float>();
+    }
     return values;
 }
 
@@ -38,10 +39,12 @@ auto inRecord(const Read& read, const Describe& describe) {
 
 /// @throws Error  TrailingStreamBytes
 inline void requireEnd(const StreamReader& stream) {
-    if (!stream.atEnd())
+    if (!stream.atEnd()) {
         throw Error(ErrorCode::TrailingStreamBytes, stream.place());
-    if (stream.damage())
+    }
+    if (stream.damage()) {
         throw *stream.damage();
+    }
 }
 
 } // namespace MoxReader

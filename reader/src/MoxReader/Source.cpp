@@ -5,10 +5,12 @@
 namespace MoxReader {
 
 void Source::read(std::uint64_t offset, std::span<std::uint8_t> target) {
-    if (offset > size() || target.size() > size() - offset)
+    if (offset > size() || target.size() > size() - offset) {
         throw Error(ErrorCode::Truncated, {.fileOffset = offset});
-    if (!target.empty())
+    }
+    if (!target.empty()) {
         readInside(offset, target);
+    }
 }
 
 } // namespace MoxReader

@@ -36,8 +36,9 @@ StreamReader::StreamReader(std::shared_ptr<Source> source, std::string name, std
 }
 
 void StreamReader::seek(std::uint64_t position) {
-    if (position > size())
+    if (position > size()) {
         throw damage_ ? *damage_ : Error(ErrorCode::EndOfStream, {.name = name_, .streamOffset = position});
+    }
     position_ = position;
 }
 
@@ -47,8 +48,9 @@ void StreamReader::skip(std::uint64_t count) {
 }
 
 void StreamReader::require(std::uint64_t count) const {
-    if (count > remaining())
+    if (count > remaining()) {
         throw damage_ ? *damage_ : Error(ErrorCode::EndOfStream, place());
+    }
 }
 
 void StreamReader::read(std::span<std::uint8_t> target) {
@@ -67,20 +69,23 @@ void StreamReader::read(std::span<std::uint8_t> target) {
 // Blocks without content share their start with the block behind them and are never the result.
 std::size_t StreamReader::blockAt(std::uint64_t position) const {
     const bool isInLoaded = loaded_ && starts_[*loaded_] <= position && position < starts_[*loaded_ + 1];
-    if (isInLoaded)
+    if (isInLoaded) {
         return *loaded_;
+    }
     const auto behind = std::ranges::upper_bound(starts_, position);
     return static_cast<std::size_t>(std::distance(starts_.begin(), behind)) - 1;
 }
 
 void StreamReader::load(std::size_t block) {
-    if (loaded_ == block)
+    if (loaded_ == block) {
         return;
+    }
     loaded_.reset();
     content_ = {}; // The old content goes before the new one comes.
     auto content = readBlockContent(*source_, blocks_[block]);
-    if (content.damage)
+    if (content.damage) {
         throw blockError(*content.damage, blocks_[block]);
+    }
     content_ = std::move(content.bytes);
     loaded_ = block;
 }
@@ -102,8 +107,9 @@ T StreamReader::readNumber() {
 bool StreamReader::readBool() {
     const auto start = place();
     const auto value = readNumber<std::uint8_t>();
-    if (value > 1)
+    if (value > 1) {
         throw Error(ErrorCode::BadValue, start);
+    }
     return value == 1;
 }
 
@@ -120,24 +126,27 @@ std::vector<T> StreamReader::readNumbers() {
     const std::uint64_t count = readCount(sizeof(T));
     const auto bytes = readBytes(count * sizeof(T));
     std::vector<T> numbers(static_cast<std::size_t>(count));
-    for (std::size_t i = 0; i < numbers.size(); ++i)
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
         numbers[i] = littleEndian<T>(&bytes[i * sizeof(T)]);
+    }
     return numbers;
 }
 
 std::vector<std::string> StreamReader::readStrings() {
     const auto count = readCount(sizeof(std::uint32_t));
     std::vector<std::string> strings;
-    for (std::uint32_t i = 0; i < count; ++i)
+    for (std::uint32_t i = 0; i < count; ++i) {
         strings.push_back(readString());
+    }
     return strings;
 }
 
 std::uint32_t StreamReader::readCount(std::uint64_t minSize) {
     const auto start = place();
     const auto count = readNumber<std::uint32_t>();
-    if (count > remaining() / minSize)
+    if (count > remaining() / minSize) {
         throw damage_ ? *damage_ : Error(ErrorCode::BadCount, start);
+    }
     return count;
 }
 

@@ -22,33 +22,39 @@ void print(std::ostream& out, const Attributes& attributes) {
 
 template <class T>
 void print(std::ostream& out, const std::vector<T>& values) {
-    for (const auto value : values)
+    for (const auto value : values) {
         out << value << ' ';
+    }
     out << '\n';
 }
 
 void print(std::ostream& out, const Dataset& dataset, HeavyData& heavy) {
     out << dataset.key << ' ' << dataset.variableType << ' ' << dataset.vibration << '\n';
     print(out, dataset.attributes);
-    if (dataset.elementTag == Format::FloatTag)
+    if (dataset.elementTag == Format::FloatTag) {
         print(out, heavy.readFloats(dataset));
-    else
+    } else {
         print(out, heavy.readUnsigned(dataset));
+    }
 }
 
 void print(std::ostream& out, const Node& node, HeavyData& heavy) {
     out << node.id << ' ' << node.parent << ' ' << node.name << ' ' << node.typeName << '\n';
-    if (const auto* group = node.group())
+    if (const auto* group = node.group()) {
         print(out, group->attributes);
-    if (const auto* shape = node.shape())
+    }
+    if (const auto* shape = node.shape()) {
         out << shape->material.shininess << '\n';
+    }
     if (const auto* geometry = node.geometry()) {
-        for (const auto& dataset : geometry->datasets)
+        for (const auto& dataset : geometry->datasets) {
             print(out, dataset, heavy);
+        }
     }
     if (const auto* sets = node.nodeSets()) {
-        for (const auto& set : heavy.readNodeSets(*sets))
+        for (const auto& set : heavy.readNodeSets(*sets)) {
             out << set.name << ' ' << set.members.size() << '\n';
+        }
     }
 }
 
@@ -63,8 +69,9 @@ std::optional<std::string> readAll(std::vector<std::uint8_t> bytes) {
         }
         const auto model = readModel(file);
         HeavyData heavy(file, model);
-        for (const auto& node : model.nodes())
+        for (const auto& node : model.nodes()) {
             print(out, node, heavy);
+        }
         return out.str();
     } catch (const Error&) {
         return std::nullopt;
@@ -81,8 +88,9 @@ TEST(Damage, ASoundFileIsReadWhole) {
 
 TEST(Damage, AFileCutAnywhereIsAnError) {
     const auto bytes = SampleModel().file().bytes();
-    for (std::size_t size = 0; size < bytes.size(); ++size)
+    for (std::size_t size = 0; size < bytes.size(); ++size) {
         ASSERT_FALSE(readAll({bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size)})) << size;
+    }
 }
 
 TEST(Damage, AFlippedBitInTheHeaderIsAnError) {

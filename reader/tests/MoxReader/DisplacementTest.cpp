@@ -116,8 +116,9 @@ TEST(Displacement, TheOverwrittenBlocksAreTheOnesThatNoLongerHoldTheirBytes) {
     ASSERT_TRUE(file.index().isDisplaced());
     for (std::size_t id = 0; id < sound.blocks().size(); ++id) {
         const auto& block = file.blocks()[id];
-        if (block.isIndexBlock() || block.isEmptyEntry())
+        if (block.isIndexBlock() || block.isEmptyEntry()) {
             continue;
+        }
         std::vector<std::uint8_t> bytes(block.length), meant(block.length);
         file.source().read(block.position, bytes);
         sound.source().read(sound.blocks()[id].position, meant);
@@ -187,8 +188,9 @@ TEST(Displacement, BlocksOfOneLengthAreNotTakenForEachOther) {
 }
 
 TEST(Displacement, NothingIsDisplacedInASoundFile) {
-    for (const std::size_t count : {19u, 20u, 105u, 218u, 219u, 300u, 500u})
+    for (const std::size_t count : {19u, 20u, 105u, 218u, 219u, 300u, 500u}) {
         EXPECT_FALSE(isDisplaced(arrays(count, sixHundred).bytes())) << count;
+    }
 }
 
 TEST(Displacement, BytesBehindASoundFileDisplaceNothing) {
@@ -202,9 +204,10 @@ TEST(Displacement, ASoundFileThatIsCutIsNotTakenForADisplacedOne) {
         const auto laidOut = arrays(105, [&](std::size_t) { return length; });
         const auto bytes = laidOut.bytes();
         const auto displacedSize = laidOut.displacedBytes({19}).size();
-        for (std::size_t size = bytes.size() - 1; size > 0; size -= std::min<std::size_t>(size, 97))
+        for (std::size_t size = bytes.size() - 1; size > 0; size -= std::min<std::size_t>(size, 97)) {
             EXPECT_FALSE(isDisplaced({bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size)}))
                 << size;
+        }
         EXPECT_FALSE(
             isDisplaced({bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(displacedSize)}));
     }

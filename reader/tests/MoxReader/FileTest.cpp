@@ -18,8 +18,9 @@ TEST(File, ListsTheNamesOfItsStreamsInOrderOfTheirFirstBlocks) {
 
 TEST(File, AStreamGoesOnBehindAnIndexBlock) {
     TestFile bytes;
-    for (unsigned i = 0; i < 21; ++i)
+    for (unsigned i = 0; i < 21; ++i) {
         bytes.compressed("S", {static_cast<std::uint8_t>(i)});
+    }
     auto stream = File(bytes.source()).stream("S");
     EXPECT_EQ(21u, stream.blocks().size());
     EXPECT_EQ(20u, stream.blocks()[19].id);

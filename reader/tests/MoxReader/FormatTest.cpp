@@ -16,8 +16,9 @@ TEST(Format, VariableTypesHaveTheirNamesAndWidths) {
 }
 
 TEST(Format, NumbersBetweenTheVariableTypesHaveNoEntry) {
-    for (const std::uint32_t number : {0u, 2u, 3u, 7u, 8u, 10u, 11u, 29u, 0xFFFFFFFFu})
+    for (const std::uint32_t number : {0u, 2u, 3u, 7u, 8u, 10u, 11u, 29u, 0xFFFFFFFFu}) {
         EXPECT_EQ(nullptr, Format::findVariableType(number)) << number;
+    }
 }
 
 TEST(Format, ReservedNamesAreThirteenBytesLong) {

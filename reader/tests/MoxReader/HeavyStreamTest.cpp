@@ -29,16 +29,18 @@ protected:
         for (const auto& block : blocks) {
             std::vector<std::uint8_t> content;
             for (const auto size : block.arrays) {
-                if (std::ranges::find(unused, index) == unused.end())
+                if (std::ranges::find(unused, index) == unused.end()) {
                     entries.push_back(fullEntry(std::to_string(index), 0x0500000C, size, 1, position));
+                }
                 content.insert(content.end(), size, static_cast<std::uint8_t>(index));
                 position += size;
                 ++index;
             }
-            if (block.isLost)
+            if (block.isLost) {
                 file.raw("Heavy Data", {}, 0x21);
-            else
+            } else {
                 file.compressed("Heavy Data", content);
+            }
         }
         Bytes light;
         Bytes attributes;

@@ -58,17 +58,20 @@ TEST(LinkTable, ChainsOfLinksEndAtOneHolder) {
     const auto nodes = geometries({{linkTo(2, 1), linkTo(1, 0)}, {linkTo(1, 1), linkTo(2, 2), holder()}});
     const LinkTable table(nodes);
     const auto& end = nodes[1].geometry()->datasets[2];
-    for (const std::uint32_t index : {0u, 1u})
+    for (const std::uint32_t index : {0u, 1u}) {
         expectHolder(table, 1, index, end);
-    for (const std::uint32_t index : {0u, 1u, 2u})
+    }
+    for (const std::uint32_t index : {0u, 1u, 2u}) {
         expectHolder(table, 2, index, end);
+    }
 }
 
 TEST(LinkTable, LinksThatRunInARingHaveNoHolder) {
     const auto nodes = geometries({{linkTo(1, 0), linkTo(1, 2), linkTo(1, 1), linkTo(1, 1), holder()}});
     const LinkTable table(nodes);
-    for (const std::uint32_t index : {0u, 1u, 2u, 3u})
+    for (const std::uint32_t index : {0u, 1u, 2u, 3u}) {
         expectNone(table, 1, index, ErrorCode::LinkCycle);
+    }
     expectHolder(table, 1, 4, nodes[0].geometry()->datasets[4]);
 }
 
@@ -76,8 +79,9 @@ TEST(LinkTable, TargetsThatDoNotExistAreBad) {
     auto nodes = geometries({{linkTo(0, 0), linkTo(9, 0), linkTo(1, 5), linkTo(2, 0), linkTo(1, 2)}});
     nodes.emplace_back().id = 2;
     const LinkTable table(nodes);
-    for (const std::uint32_t index : {0u, 1u, 2u, 3u, 4u})
+    for (const std::uint32_t index : {0u, 1u, 2u, 3u, 4u}) {
         expectNone(table, 1, index, ErrorCode::BadLinkTarget);
+    }
 }
 
 TEST(LinkTable, AskingForADatasetThatDoesNotExistIsAnError) {

@@ -108,10 +108,12 @@ TEST(Model, ARootThatWasNeverSetIsANodeWithoutTypeInAFileOfTwoStreams) {
 TEST(Model, StreamsMayBeSplitIntoManyBlocks) {
     const SampleModel sample;
     TestFile file;
-    for (const auto byte : sample.light)
+    for (const auto byte : sample.light) {
         file.compressed("Light Data", {byte});
-    for (const auto byte : sample.tree)
+    }
+    for (const auto byte : sample.tree) {
         file.compressed("Mox Tree", {byte});
+    }
     file.compressed("Attributes", sample.attributes).compressed("Resources", sample.resources);
     file.compressed("Global Information", sample.global);
     const auto model = readModel(File(file.source()));

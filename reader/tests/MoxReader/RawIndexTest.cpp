@@ -16,8 +16,9 @@ RawIndex scan(std::vector<std::uint8_t> bytes) {
 
 TestFile manyBlocks(std::size_t count) {
     TestFile file;
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         file.plain("Heavy Data", {static_cast<std::uint8_t>(i)});
+    }
     return file;
 }
 

@@ -9,8 +9,9 @@ Bytes& Bytes::u8(unsigned value) {
 }
 
 Bytes& Bytes::u32(std::uint32_t value) {
-    for (int shift = 0; shift < 32; shift += 8)
+    for (int shift = 0; shift < 32; shift += 8) {
         u8((value >> shift) & 0xFFu);
+    }
     return *this;
 }
 
@@ -28,8 +29,9 @@ Bytes& Bytes::f64(double value) {
 }
 
 Bytes& Bytes::f32s(std::initializer_list<float> values) {
-    for (const auto value : values)
+    for (const auto value : values) {
         f32(value);
+    }
     return *this;
 }
 
@@ -39,8 +41,9 @@ Bytes& Bytes::raw(std::string_view text) {
 }
 
 Bytes& Bytes::raw(std::initializer_list<unsigned> bytes) {
-    for (const auto byte : bytes)
+    for (const auto byte : bytes) {
         u8(byte);
+    }
     return *this;
 }
 
@@ -60,8 +63,9 @@ Bytes& Bytes::text(std::string_view text) {
 
 Bytes& Bytes::texts(std::initializer_list<std::string_view> list) {
     u32(static_cast<std::uint32_t>(list.size()));
-    for (const auto item : list)
+    for (const auto item : list) {
         text(item);
+    }
     return *this;
 }
 
@@ -71,8 +75,9 @@ Bytes& Bytes::u8List(std::initializer_list<unsigned> list) {
 
 Bytes& Bytes::u32List(std::initializer_list<std::uint32_t> list) {
     u32(static_cast<std::uint32_t>(list.size()));
-    for (const auto item : list)
+    for (const auto item : list) {
         u32(item);
+    }
     return *this;
 }
 
@@ -82,8 +87,9 @@ Bytes& Bytes::f32List(std::initializer_list<float> list) {
 
 Bytes& Bytes::f64List(std::initializer_list<double> list) {
     u32(static_cast<std::uint32_t>(list.size()));
-    for (const auto item : list)
+    for (const auto item : list) {
         f64(item);
+    }
     return *this;
 }
 

@@ -18,8 +18,9 @@ const std::string IndexName = std::string(1, '\x0B') + "Index Block ";
 std::vector<std::uint8_t> zlibStream(const std::vector<std::uint8_t>& content) {
     uLongf size = compressBound(static_cast<uLong>(content.size()));
     std::vector<std::uint8_t> stream(size);
-    if (compress2(stream.data(), &size, content.data(), static_cast<uLong>(content.size()), 6) != Z_OK)
+    if (compress2(stream.data(), &size, content.data(), static_cast<uLong>(content.size()), 6) != Z_OK) {
         throw std::runtime_error("compress2 failed");
+    }
     stream.resize(size);
     return stream;
 }
@@ -60,8 +61,9 @@ std::vector<TestFile::Block> TestFile::withIndexBlocks() const {
     std::vector<Block> all;
     for (const auto& block : blocks_) {
         const bool isLastOfTable = all.size() == 19 || (all.size() > 19 && (all.size() - 19) % 200 == 0);
-        if (isLastOfTable)
+        if (isLastOfTable) {
             all.push_back({IndexName, std::vector<std::uint8_t>(IndexBlockBytes), 0x20});
+        }
         all.push_back(block);
     }
     return all;
@@ -73,11 +75,12 @@ std::vector<std::uint8_t> TestFile::table(const std::vector<Block>& blocks, std:
     bytes.u32(static_cast<std::uint32_t>(count));
     for (std::size_t id = first; id < first + count; ++id) {
         const auto number = static_cast<unsigned>(id + 1) & 0xFFu;
-        if (id < blocks.size())
+        if (id < blocks.size()) {
             bytes.raw(indexRecord(number, blocks[id].name,
                                   static_cast<std::uint32_t>(blocks[id].payload.size()), blocks[id].flags));
-        else
+        } else {
             bytes.raw(indexRecord(number, EmptyName, 0, 0));
+        }
     }
     return bytes;
 }
@@ -102,14 +105,16 @@ std::vector<std::uint8_t> TestFile::displacedBytes(const std::set<std::size_t>& 
     std::size_t place = file.size();
     for (std::size_t id = 0; id < blocks.size(); ++id) {
         const bool isIndexBlock = blocks[id].name == IndexName;
-        if (isIndexBlock)
+        if (isIndexBlock) {
             indexBlocks.emplace_back(id, place);
-        else
+        } else {
             write(place, blocks[id].payload);
+        }
         place = (restarts.contains(id) ? 0 : place) + blocks[id].payload.size();
     }
-    for (const auto& [id, at] : indexBlocks)
+    for (const auto& [id, at] : indexBlocks) {
         write(at, table(blocks, id + 1, 200));
+    }
     return file;
 }
 

@@ -11,10 +11,13 @@ namespace {
 // Only compressed blocks hold more than their record tells. A free entry has no bytes that could be missing.
 std::optional<MoxReader::ErrorCode> findDamage(const MoxReader::File& file,
                                                const MoxReader::BlockRecord& block) {
-    if (block.isEmptyEntry())
+    if (block.isEmptyEntry()) {
         return std::nullopt;
-    if (const auto damage = MoxReader::findLengthDamage(block, file.size()); damage || !block.isCompressed())
+    }
+    if (const auto damage = MoxReader::findLengthDamage(block, file.size());
+        damage || !block.isCompressed()) {
         return damage;
+    }
     return MoxReader::readBlockContent(file.source(), block).damage;
 }
 
@@ -26,8 +29,9 @@ std::set<std::uint64_t> checkBlocks(const MoxReader::File& file, FindingList& fi
     for (const auto& block : file.blocks()) {
         progress(static_cast<double>(block.position) / static_cast<double>(file.size()));
         const auto damage = findDamage(file, block);
-        if (!damage)
+        if (!damage) {
             continue;
+        }
         damaged.insert(block.id);
         findings.add(brokenRule(*damage), std::string(MoxReader::errorText(*damage)),
                      {.offset = block.position, .block = block.id, .stream = block.name});

@@ -44,14 +44,16 @@ void CheckCommand::addOptions(CommandLine& line) {
     line.add("--limit", limit, "List so many findings of each rule at most; 0 for all").showDefault();
     line.setDetails(Details);
     line.setCheck([this] {
-        if (paths.empty() && !listRules)
+        if (paths.empty() && !listRules) {
             throw UsageError("FILE is required");
+        }
     });
 }
 
 int CheckCommand::run(Terminal& terminal) {
-    if (listRules)
+    if (listRules) {
         return runRules();
+    }
     JsonStream json(stdout);
     if (asJson) {
         json.beginObject();
@@ -59,8 +61,9 @@ int CheckCommand::run(Terminal& terminal) {
         json.beginArray();
     }
     int worst = 0;
-    for (const auto& path : paths)
+    for (const auto& path : paths) {
         worst = std::max(worst, static_cast<int>(runFile(path, asJson ? &json : nullptr, terminal)));
+    }
     if (asJson) {
         json.endArray();
         json.endObject();
@@ -86,19 +89,22 @@ Verdict CheckCommand::runFile(const std::string& path, JsonStream* json, Termina
         explainErrors(path, [&] { checkFile(openSource(path), findings, progress); });
         terminal.clearProgress();
         const auto verdict = judge(findings, strict);
-        if (json != nullptr)
+        if (json != nullptr) {
             printReport(*json, path, findings, verdict);
-        else
+        } else {
             printReport(stdout, path, findings, Palette(terminal.outputColours()));
+        }
         return verdict;
     } catch (const std::bad_alloc&) {
         terminal.error(fmt::format("mox check: {}: not enough memory to check it", path));
-        if (json != nullptr)
+        if (json != nullptr) {
             printUnreadable(*json, path, "not enough memory");
+        }
     } catch (const std::exception& failure) {
         terminal.error(fmt::format("mox check: {}", failure.what()));
-        if (json != nullptr)
+        if (json != nullptr) {
             printUnreadable(*json, path, failure.what());
+        }
     }
     return Verdict::Unreadable;
 }

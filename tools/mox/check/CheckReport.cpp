@@ -30,17 +30,22 @@ Palette::Colour colourOf(Level level) {
 /// Where it is, from the file's view to the model's; empty if a finding has no place.
 std::string placeText(const FindingPlace& place) {
     std::vector<std::string> parts;
-    if (place.offset)
+    if (place.offset) {
         parts.push_back(fmt::format("offset {}", *place.offset));
-    if (place.block)
+    }
+    if (place.block) {
         parts.push_back(fmt::format("block {}", *place.block));
-    if (!place.stream.empty())
+    }
+    if (!place.stream.empty()) {
         parts.push_back(fmt::format("\"{}\"{}", visibleText(place.stream),
                                     place.streamOffset ? fmt::format(" at {}", *place.streamOffset) : ""));
-    if (place.node)
+    }
+    if (place.node) {
         parts.push_back(fmt::format("node {} {}", *place.node, visibleText(place.path)));
-    if (place.dataset)
+    }
+    if (place.dataset) {
         parts.push_back(fmt::format("dataset {} \"{}\"", *place.dataset, visibleText(place.key)));
+    }
     return fmt::format("{}", fmt::join(parts, ", "));
 }
 
@@ -52,20 +57,24 @@ Json toJson(const Finding& finding) {
                  {"title", rule.title},
                  {"reason", finding.reason}};
     const auto addNumber = [&](const char* key, const auto& value) {
-        if (value)
+        if (value) {
             json[key] = *value;
+        }
     };
     addNumber("offset", place.offset);
     addNumber("block", place.block);
-    if (!place.stream.empty())
+    if (!place.stream.empty()) {
         json["stream"] = jsonText(place.stream);
+    }
     addNumber("streamOffset", place.streamOffset);
     addNumber("node", place.node);
-    if (place.node)
+    if (place.node) {
         json["path"] = jsonText(place.path);
+    }
     addNumber("dataset", place.dataset);
-    if (place.dataset)
+    if (place.dataset) {
         json["key"] = jsonText(place.key);
+    }
     return json;
 }
 
@@ -74,8 +83,9 @@ std::string plural(std::uint64_t count, Level level) {
 }
 
 std::string summaryText(const FindingList& findings) {
-    if (findings.isEmpty())
+    if (findings.isEmpty()) {
         return "whole";
+    }
     const auto counts = fmt::format("{}, {}, {}", plural(findings.count(Level::Error), Level::Error),
                                     plural(findings.count(Level::Warning), Level::Warning),
                                     plural(findings.count(Level::Note), Level::Note));
@@ -85,10 +95,12 @@ std::string summaryText(const FindingList& findings) {
 } // namespace
 
 Verdict judge(const FindingList& findings, bool strict) {
-    if (findings.count(Level::Error) > 0)
+    if (findings.count(Level::Error) > 0) {
         return Verdict::Errors;
-    if (findings.count(Level::Warning) > 0)
+    }
+    if (findings.count(Level::Warning) > 0) {
         return strict ? Verdict::Errors : Verdict::Warnings;
+    }
     return Verdict::Whole;
 }
 
@@ -102,8 +114,9 @@ void printReport(std::FILE* out, const std::string& path, const FindingList& fin
                    palette.paint(colourOf(rule.level), levelName(rule.level)), number(rule.id), rule.title,
                    place.empty() ? "" : ", ", place, finding.reason);
     }
-    for (const auto& [rule, count] : findings.notKept())
+    for (const auto& [rule, count] : findings.notKept()) {
         fmt::print(out, "{}: {} more of rule {}; --limit 0 lists all\n", name, count, number(rule));
+    }
     fmt::print(out, "{}: {}\n", name, summaryText(findings));
 }
 
@@ -119,13 +132,15 @@ void printReport(JsonStream& out, const std::string& path, const FindingList& fi
     }
     out.key("findings");
     out.beginArray();
-    for (const auto& finding : findings.findings())
+    for (const auto& finding : findings.findings()) {
         out.value(toJson(finding));
+    }
     out.endArray();
     out.key("notListed");
     auto rest = Json::object();
-    for (const auto& [rule, count] : findings.notKept())
+    for (const auto& [rule, count] : findings.notKept()) {
         rest[std::to_string(number(rule))] = count;
+    }
     out.value(rest);
     out.endObject();
 }
@@ -137,18 +152,20 @@ void printUnreadable(JsonStream& out, const std::string& path, const std::string
 }
 
 void printRules(std::FILE* out) {
-    for (const auto& rule : allRules())
+    for (const auto& rule : allRules()) {
         fmt::print(out, "{}  {:<7}  {:<21}  {}\n", number(rule.id), levelName(rule.level), rule.title,
                    rule.meaning);
+    }
 }
 
 void printRules(JsonStream& out) {
     out.beginArray();
-    for (const auto& rule : allRules())
+    for (const auto& rule : allRules()) {
         out.value(Json{{"rule", number(rule.id)},
                        {"level", levelName(rule.level)},
                        {"title", rule.title},
                        {"meaning", rule.meaning}});
+    }
     out.endArray();
 }
 

@@ -34,11 +34,13 @@ public:
 
     void run() {
         for (const auto& node : nodes) {
-            if (node.geometry() == nullptr)
+            if (node.geometry() == nullptr) {
                 continue;
+            }
             checkKeys(node.geometry()->datasets);
-            for (const auto& dataset : node.geometry()->datasets)
+            for (const auto& dataset : node.geometry()->datasets) {
                 checkEntry(dataset);
+            }
         }
     }
 
@@ -47,8 +49,9 @@ private:
     template <class... Args>
     void require(bool isSound, RuleId rule, const Dataset& dataset, fmt::format_string<Args...> reason,
                  Args&&... arguments) {
-        if (!isSound)
+        if (!isSound) {
             findings.add(rule, fmt::format(reason, std::forward<Args>(arguments)...), placeOf(dataset));
+        }
     }
 
     void checkKeys(const std::vector<Dataset>& datasets) {
@@ -68,16 +71,18 @@ private:
         const auto* type = Format::findVariableType(dataset.variableType);
         require(type != nullptr, RuleId::VariableType, dataset, "type {}", dataset.variableType);
         require(isKnownElement(dataset), RuleId::ElementType, dataset, "element type {}", dataset.elementTag);
-        if (dataset.isLink)
+        if (dataset.isLink) {
             checkLink(dataset);
-        else
+        } else {
             checkHolder(dataset, type);
+        }
     }
 
     void checkHolder(const Dataset& holder, const Format::VariableType* type) {
-        if (type != nullptr)
+        if (type != nullptr) {
             require(holder.width == type->width, RuleId::Width, holder, "{} components instead of {}",
                     holder.width, type->width);
+        }
         require(hasWholeItems(holder), RuleId::DatasetSize, holder, "{} bytes of {} components",
                 holder.sizeInBytes, holder.width);
         const bool isFixed =

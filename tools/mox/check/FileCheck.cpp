@@ -30,8 +30,9 @@ void checkModel(const MoxReader::File& file, const std::set<std::uint64_t>& dama
     const auto facts = heavy.run([&](double part) { progress(BlocksPart + (1 - BlocksPart) * part); });
     checkSense(nodes, links, facts, findings);
     for (auto& finding : findings.findings()) {
-        if (finding.place.node)
+        if (finding.place.node) {
             finding.place.path = pathText(nodes, *finding.place.node);
+        }
     }
 }
 
@@ -43,8 +44,9 @@ void checkFile(const std::shared_ptr<MoxReader::Source>& source, FindingList& fi
     checkIndex(index, findings);
     const MoxReader::File file(source, std::move(index));
     const auto damagedBlocks = checkBlocks(file, findings, [&](double part) { progress(BlocksPart * part); });
-    if (!file.blocks().empty())
+    if (!file.blocks().empty()) {
         checkModel(file, damagedBlocks, findings, progress);
+    }
 }
 
 } // namespace MoxTool

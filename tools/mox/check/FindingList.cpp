@@ -9,8 +9,9 @@ namespace MoxTool {
 void FindingList::add(RuleId rule, std::string reason, FindingPlace place) {
     ++byLevel[static_cast<std::size_t>(ruleOf(rule).level)];
     const auto number = ++byRule[rule];
-    if (limit == 0 || number <= limit)
+    if (limit == 0 || number <= limit) {
         list.push_back({rule, std::move(reason), std::move(place)});
+    }
 }
 
 void FindingList::addError(const MoxReader::Error& error, std::optional<std::uint32_t> node) {
@@ -21,11 +22,12 @@ void FindingList::addError(const MoxReader::Error& error, std::optional<std::uin
                           .streamOffset = found.streamOffset,
                           .node = node};
     const auto text = MoxReader::errorText(error.code());
-    if (isBlockDamage(error.code()))
+    if (isBlockDamage(error.code())) {
         add(RuleId::NotChecked, fmt::format("what stands here could not be checked: {}", text), place);
-    else
+    } else {
         add(brokenRule(error.code()),
             found.record.empty() ? std::string(text) : fmt::format("{}: {}", found.record, text), place);
+    }
 }
 
 std::uint64_t FindingList::count(RuleId rule) const {
@@ -36,8 +38,9 @@ std::uint64_t FindingList::count(RuleId rule) const {
 std::map<RuleId, std::uint64_t> FindingList::notKept() const {
     std::map<RuleId, std::uint64_t> rest;
     for (const auto& [rule, number] : byRule) {
-        if (limit != 0 && number > limit)
+        if (limit != 0 && number > limit) {
             rest[rule] = number - limit;
+        }
     }
     return rest;
 }

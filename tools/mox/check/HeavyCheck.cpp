@@ -31,8 +31,9 @@ HeavyCheck::HeavyCheck(const MoxReader::File& source, const std::vector<Node>& n
       bare(rootAlone()),
       data(MoxReader::openHeavyStream(source, nodes), bare),
       heavy(data.stream()) {
-    for (std::size_t i = 0; i < nodes.size(); ++i)
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
         collect(nodes[i], static_cast<std::uint32_t>(i + 1));
+    }
     std::ranges::stable_sort(ranges, {}, &Range::position);
 }
 
@@ -41,11 +42,13 @@ void HeavyCheck::collect(const Node& node, std::uint32_t id) {
         hasSets = true;
         ranges.push_back({sets->heavyPosition, sets->heavySize, id, nullptr, sets});
     }
-    if (node.geometry() == nullptr)
+    if (node.geometry() == nullptr) {
         return;
+    }
     for (const auto& dataset : node.geometry()->datasets) {
-        if (!dataset.isLink)
+        if (!dataset.isLink) {
             ranges.push_back({dataset.position, dataset.sizeInBytes, id, &dataset, nullptr});
+        }
     }
 }
 
@@ -53,8 +56,9 @@ void HeavyCheck::collect(const Node& node, std::uint32_t id) {
 FactsByHolder HeavyCheck::run(const CheckProgress& progress) {
     std::uint64_t used = 0;
     for (const auto& range : ranges) {
-        if (!isInside(range))
+        if (!isInside(range)) {
             continue;
+        }
         if (range.position < used) {
             findings.add(RuleId::DatasetOverlap,
                          fmt::format("its first {} bytes belong to another one",
@@ -77,18 +81,20 @@ FindingPlace HeavyCheck::Range::place() const {
 
 bool HeavyCheck::isInside(const Range& range) {
     const bool inside = range.position <= heavy.size() && range.size <= heavy.size() - range.position;
-    if (!inside && heavy.damage())
+    if (!inside && heavy.damage()) {
         findings.addError(*heavy.damage(), range.node);
-    else if (!inside)
+    } else if (!inside) {
         findings.add(RuleId::DatasetInside,
                      fmt::format("{} bytes at {} of {}", range.size, range.position, heavy.size()),
                      range.place());
+    }
     return inside;
 }
 
 void HeavyCheck::look(const Range& range, const CheckProgress& progress) {
-    if (range.size == 0)
+    if (range.size == 0) {
         return;
+    }
     progress(static_cast<double>(range.position) / static_cast<double>(heavy.size()));
     const auto block = heavy.blockAt(range.position);
     if (heavy.blockAt(range.end() - 1) != block) {
@@ -98,12 +104,15 @@ void HeavyCheck::look(const Range& range, const CheckProgress& progress) {
         return;
     }
     const bool isReadable = !damagedBlocks.contains(heavy.blocks()[block].id);
-    if (!isReadable)
+    if (!isReadable) {
         findings.add(RuleId::NotChecked, "its numbers stand in a damaged block", range.place());
-    if (range.sets != nullptr && isReadable)
+    }
+    if (range.sets != nullptr && isReadable) {
         lookAtSets(range);
-    if (range.holder == nullptr || !hasSoundShape(*range.holder))
+    }
+    if (range.holder == nullptr || !hasSoundShape(*range.holder)) {
         return;
+    }
     facts[range.holder] = isReadable
                               ? readFacts(heavy, *range.holder)
                               : NumberFacts{.items = range.size / Format::ElementSize / range.holder->width};
@@ -114,13 +123,15 @@ void HeavyCheck::lookAtSets(const Range& range) {
     const auto reject = [&] {
         findings.add(RuleId::NodeSetsRecord, "its lists contradict each other or its size", range.place());
     };
-    if (!areListsWhole(range))
+    if (!areListsWhole(range)) {
         return reject();
+    }
     try {
         data.readNodeSets(*range.sets);
     } catch (const MoxReader::Error& error) {
-        if (error.code() == MoxReader::ErrorCode::ReadFailed)
+        if (error.code() == MoxReader::ErrorCode::ReadFailed) {
             throw;
+        }
         reject();
     }
 }
@@ -129,44 +140,51 @@ bool HeavyCheck::areListsWhole(const Range& range) {
     constexpr std::array<std::uint64_t, 5> ElementSizes = {4, 1, 4, 4, 4};
     heavy.seek(range.position);
     for (const auto elementSize : ElementSizes) {
-        if (range.end() - heavy.position() < 4)
+        if (range.end() - heavy.position() < 4) {
             return false;
+        }
         const auto bytes = heavy.readNumber<std::uint32_t>() * elementSize;
-        if (bytes > range.end() - heavy.position())
+        if (bytes > range.end() - heavy.position()) {
             return false;
+        }
         heavy.skip(bytes);
     }
     return heavy.position() == range.end();
 }
 
 void HeavyCheck::reportUnused(std::uint64_t from, std::uint64_t to) {
-    if (areComplete && from < to)
+    if (areComplete && from < to) {
         findings.add(RuleId::UnusedNumbers, fmt::format("{} bytes", to - from),
                      {.stream = std::string(Format::HeavyStream), .streamOffset = from});
+    }
 }
 
 // Node sets go into the stream without marking it, so with them nothing can be told.
 void HeavyCheck::checkStreamedFlags() {
-    if (hasSets || !areComplete || heavy.damage())
+    if (hasSets || !areComplete || heavy.damage()) {
         return;
+    }
     for (std::size_t i = 0; i < heavy.blocks().size(); ++i) {
         const auto& block = heavy.blocks()[i];
         const auto expected = isStreamed(i);
-        if (expected && *expected != block.isFreezable())
+        if (expected && *expected != block.isFreezable()) {
             findings.add(RuleId::StreamedFlag,
                          *expected ? "it is not marked" : "it is marked, with one dataset",
                          {.offset = block.recordPosition, .block = block.id, .stream = block.name});
+        }
     }
 }
 
 /// Whether another dataset was written when the block existed; empty if that can't be told.
 std::optional<bool> HeavyCheck::isStreamed(std::size_t block) const {
-    if (block + 1 < heavy.blocks().size())
+    if (block + 1 < heavy.blocks().size()) {
         return true;
+    }
     const auto start = heavy.blockStart(block);
     const auto first = std::ranges::lower_bound(ranges, start, {}, &Range::position);
-    if (first == ranges.end() || first->position >= heavy.size())
+    if (first == ranges.end() || first->position >= heavy.size()) {
         return std::nullopt;
+    }
     return first->position != start || first->end() != heavy.size();
 }
 

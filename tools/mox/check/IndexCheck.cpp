@@ -53,39 +53,46 @@ void checkNameAndFlags(const BlockRecord& record, FindingList& findings) {
                      placeOf(record));
         return;
     }
-    if (!isPadded(record))
+    if (!isPadded(record)) {
         findings.add(RuleId::BlockName, "bytes behind the end of the name", placeOf(record));
-    if (record.flags != known->flags && record.flags != known->otherFlags)
+    }
+    if (record.flags != known->flags && record.flags != known->otherFlags) {
         findings.add(
             RuleId::BlockFlags,
             fmt::format("flags 0x{:02x} on a block named \"{}\"", record.flags, visibleText(record.name)),
             placeOf(record));
+    }
 }
 
 void checkRecord(const BlockRecord& record, FindingList& findings) {
     const auto number = static_cast<std::uint8_t>(record.id + 1);
-    if (record.number != number)
+    if (record.number != number) {
         findings.add(RuleId::RecordNumber, fmt::format("number {} instead of {}", record.number, number),
                      placeOf(record));
-    if (record.reserved != 0)
+    }
+    if (record.reserved != 0) {
         findings.add(RuleId::ReservedByte, fmt::format("it is {}", record.reserved), placeOf(record));
+    }
     checkNameAndFlags(record, findings);
-    if (record.isEmptyEntry() && record.length != 0)
+    if (record.isEmptyEntry() && record.length != 0) {
         findings.add(RuleId::FreeEntries, fmt::format("a free entry of {} bytes", record.length),
                      placeOf(record));
+    }
 }
 
 void checkFreeEntriesAreLast(const RawIndex& index, FindingList& findings) {
     const auto firstFree = std::ranges::find_if(index.blocks, &BlockRecord::isEmptyEntry);
     const auto used = std::find_if(firstFree, index.blocks.end(),
                                    [](const auto& record) { return !record.isEmptyEntry(); });
-    if (used != index.blocks.end())
+    if (used != index.blocks.end()) {
         findings.add(RuleId::FreeEntries, "a block in use stands behind a free entry", placeOf(*used));
+    }
 }
 
 void checkSize(const RawIndex& index, FindingList& findings) {
-    if (index.end == index.fileSize || index.blocks.empty())
+    if (index.end == index.fileSize || index.blocks.empty()) {
         return;
+    }
     const bool isShort = index.end > index.fileSize;
     findings.add(RuleId::FileSize,
                  fmt::format("the file is {} bytes {} than its blocks",
@@ -95,13 +102,14 @@ void checkSize(const RawIndex& index, FindingList& findings) {
 }
 
 void checkPlaces(const RawIndex& index, FindingList& findings) {
-    for (const auto* table : findRestarts(index))
+    for (const auto* table : findRestarts(index)) {
         findings.add(
             RuleId::BlockPlaces,
             fmt::format("the blocks behind this Index Block lie {} bytes too low, since a single dataset "
                         "filled the block before it; they can be read unless others lie over them",
                         table->displacement),
             {.offset = table->position, .block = table->blockId});
+    }
 }
 
 } // namespace
@@ -114,8 +122,9 @@ void checkIndex(const RawIndex& index, FindingList& findings) {
                      std::string(MoxReader::errorText(damage.code())),
                      {.offset = damage.place().fileOffset, .block = damage.place().blockId});
     }
-    for (const auto& record : index.blocks)
+    for (const auto& record : index.blocks) {
         checkRecord(record, findings);
+    }
     checkFreeEntriesAreLast(index, findings);
     checkSize(index, findings);
 }

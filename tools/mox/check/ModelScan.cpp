@@ -62,16 +62,18 @@ FindingPlace placeIn(const StreamReader& stream, std::uint64_t offset,
 std::uint64_t sizeOf(const MoxReader::ModifierInfo& info) {
     std::uint64_t size = 4;
     for (const auto* text : {&info.version, &info.sourceName, &info.sourceVersion, &info.formatVersion,
-                             &info.date, &info.computer, &info.user, &info.comment})
+                             &info.date, &info.computer, &info.user, &info.comment}) {
         size += 4 + text->size();
+    }
     return size;
 }
 
 bool hasFixedForm(const MoxReader::GlobalInformation& global, std::uint64_t streamSize) {
     std::uint64_t size = 4 + 4; // the two counts
     for (const auto& info : global.modifiers) {
-        if (info.version != ModifierVersion || info.formatVersion != Format::SupportedVersion)
+        if (info.version != ModifierVersion || info.formatVersion != Format::SupportedVersion) {
             return false;
+        }
         size += sizeOf(info);
     }
     return !global.modifiers.empty() && global.resultAttributeCount == 0 && size == streamSize;
@@ -96,8 +98,9 @@ bool ModelScan::attempt(const Work& work, std::optional<std::uint32_t> node) {
         work();
         return true;
     } catch (const MoxReader::Error& error) {
-        if (error.code() == MoxReader::ErrorCode::ReadFailed)
+        if (error.code() == MoxReader::ErrorCode::ReadFailed) {
             throw;
+        }
         blockFailed = isBlockDamage(error.code());
         findings.addError(error, node);
         return false;
@@ -105,11 +108,12 @@ bool ModelScan::attempt(const Work& work, std::optional<std::uint32_t> node) {
 }
 
 void ModelScan::checkEnd(const StreamReader& stream) {
-    if (stream.damage())
+    if (stream.damage()) {
         findings.addError(*stream.damage());
-    else if (!stream.atEnd())
+    } else if (!stream.atEnd()) {
         findings.add(RuleId::BytesLeftOver, fmt::format("{} bytes", stream.remaining()),
                      placeIn(stream, stream.position()));
+    }
 }
 
 void ModelScan::scanTree() {
@@ -120,26 +124,30 @@ void ModelScan::scanTree() {
     auto tree = file.stream(Format::TreeStream);
     treeWhole = attempt([&] {
         const auto count = tree.readCount(Format::NodeRecordMinSize);
-        if (count == 0)
+        if (count == 0) {
             findings.add(RuleId::Count, "the tree has no node", placeIn(tree, 0));
-        for (std::uint32_t i = 0; i < count; ++i)
+        }
+        for (std::uint32_t i = 0; i < count; ++i) {
             scanned.push_back(Node{MoxReader::readNodeRecord(tree), {}});
+        }
         checkEnd(tree);
     });
-    for (const auto& node : scanned)
+    for (const auto& node : scanned) {
         checkKind(node);
+    }
 }
 
 void ModelScan::checkKind(const Node& node) {
     const auto id = idOf(node);
     const auto known = std::ranges::find(KnownTypes, std::string_view(node.typeName), &KnownType::name);
     const bool isUnset = node.typeName.empty();
-    if (known == KnownTypes.end() || (isUnset && (id != 1 || !node.name.empty())))
+    if (known == KnownTypes.end() || (isUnset && (id != 1 || !node.name.empty()))) {
         findings.add(RuleId::NodeType, fmt::format("type \"{}\"", visibleText(node.typeName)), {.node = id});
-    else if (known->version != AnyVersion && node.version != known->version)
+    } else if (known->version != AnyVersion && node.version != known->version) {
         findings.add(RuleId::NodeVersion,
                      fmt::format("version \"{}\" of a \"{}\"", visibleText(node.version), node.typeName),
                      {.node = id});
+    }
 }
 
 // Behind a descriptor that can't be read the next node's own statement of its place is taken, as long as it
@@ -150,19 +158,23 @@ void ModelScan::scanLightData() {
     bool inStep = true;
     for (auto& node : scanned) {
         const auto id = idOf(node);
-        if (inStep && node.lightPosition != light.position())
+        if (inStep && node.lightPosition != light.position()) {
             findings.add(RuleId::DescriptorPlace,
                          fmt::format("it says {} instead of {}", node.lightPosition, light.position()),
                          placeIn(light, light.position(), id));
-        if (!inStep && !seekDescriptor(light, node, id))
+        }
+        if (!inStep && !seekDescriptor(light, node, id)) {
             continue;
+        }
         inStep = attempt([&] { scanDescriptor(light, node, id); }, id);
         descriptorsWhole = descriptorsWhole && inStep;
-        if (!inStep && blockFailed)
+        if (!inStep && blockFailed) {
             return;
+        }
     }
-    if (inStep && treeWhole)
+    if (inStep && treeWhole) {
         checkEnd(light);
+    }
 }
 
 bool ModelScan::seekDescriptor(StreamReader& light, const Node& node, std::uint32_t id) {
@@ -178,10 +190,12 @@ void ModelScan::scanDescriptor(StreamReader& light, Node& node, std::uint32_t id
     const auto start = light.position();
     if (node.typeName == Format::GroupType) {
         const auto group = MoxReader::readGroup(light);
-        if (group.kind > 1 || (group.kind == 1 && id != 1))
+        if (group.kind > 1 || (group.kind == 1 && id != 1)) {
             findings.add(RuleId::GroupKind, fmt::format("it is {}", group.kind), placeIn(light, start, id));
-        if (!areFinite(group.translation) || !areFinite(group.rotation) || !areFinite(group.scale))
+        }
+        if (!areFinite(group.translation) || !areFinite(group.rotation) || !areFinite(group.scale)) {
             findings.add(RuleId::LooksNotFinite, "a transform", placeIn(light, start, id));
+        }
         node.content = group;
     } else if (node.typeName == Format::ShapeType) {
         node.content = MoxReader::Shape{};
@@ -189,9 +203,10 @@ void ModelScan::scanDescriptor(StreamReader& light, Node& node, std::uint32_t id
         scanGeometry(light, node, id);
     } else if (node.typeName == Format::NodeSetsType) {
         node.content = MoxReader::readNodeSetsDescriptor(light);
-        if (light.position() - start != 4 + Format::NodeSetsDescriptorSize)
+        if (light.position() - start != 4 + Format::NodeSetsDescriptorSize) {
             findings.add(RuleId::NodeSetsRecord, "the descriptor has not 16 bytes",
                          placeIn(light, start, id));
+        }
     } else if (!node.typeName.empty() && node.typeName != Format::PlainType) {
         // Its type has been reported; without it nothing tells how long the descriptor is.
         throw MoxReader::Error(MoxReader::ErrorCode::UnknownNodeType, light.place());
@@ -217,19 +232,23 @@ void ModelScan::scanAttributes() {
         return;
     }
     attempt([&] {
-        for (const auto& node : scanned)
+        for (const auto& node : scanned) {
             scanNodeAttributes(attributes, node, idOf(node));
+        }
         checkEnd(attributes);
     });
 }
 
 void ModelScan::scanNodeAttributes(StreamReader& attributes, const Node& node, std::uint32_t id) {
-    if (node.group() != nullptr)
+    if (node.group() != nullptr) {
         scanAttributeRecord(attributes, id, nullptr);
-    if (node.geometry() == nullptr)
+    }
+    if (node.geometry() == nullptr) {
         return;
-    for (const auto& dataset : node.geometry()->datasets)
+    }
+    for (const auto& dataset : node.geometry()->datasets) {
         scanAttributeRecord(attributes, id, &dataset);
+    }
 }
 
 // Lists that contradict each other have been read to their end, so that the next record can follow.
@@ -241,11 +260,13 @@ void ModelScan::scanAttributeRecord(StreamReader& attributes, std::uint32_t id, 
     }
     try {
         const auto read = MoxReader::readAttributes(attributes);
-        if (dataset != nullptr && dataset->isLink && !read.empty())
+        if (dataset != nullptr && dataset->isLink && !read.empty()) {
             findings.add(RuleId::LinkAttributes, fmt::format("it has {}", read.size()), place);
+        }
     } catch (const MoxReader::Error& error) {
-        if (error.code() != MoxReader::ErrorCode::BadAttributes)
+        if (error.code() != MoxReader::ErrorCode::BadAttributes) {
             throw;
+        }
         findings.add(RuleId::AttributeRecord, std::string(MoxReader::errorText(error.code())), place);
     }
 }
@@ -254,18 +275,22 @@ void ModelScan::scanAttributeRecord(StreamReader& attributes, std::uint32_t id, 
 void ModelScan::scanMaterials() {
     auto resources = file.stream(Format::ResourcesStream);
     for (const auto& node : scanned) {
-        if (node.typeName != Format::ShapeType)
+        if (node.typeName != Format::ShapeType) {
             continue;
+        }
         const auto id = idOf(node);
         const auto start = resources.position();
-        if (attempt([&] { scanMaterial(resources, id); }, id))
+        if (attempt([&] { scanMaterial(resources, id); }, id)) {
             continue;
-        if (blockFailed || start + MaterialSize > resources.size())
+        }
+        if (blockFailed || start + MaterialSize > resources.size()) {
             return;
+        }
         resources.seek(start + MaterialSize);
     }
-    if (treeWhole)
+    if (treeWhole) {
         checkEnd(resources);
+    }
 }
 
 void ModelScan::scanMaterial(StreamReader& resources, std::uint32_t id) {
@@ -273,13 +298,15 @@ void ModelScan::scanMaterial(StreamReader& resources, std::uint32_t id) {
     const auto material = MoxReader::readMaterial(resources);
     const auto size = resources.position() - start;
     const auto place = placeIn(resources, start, id);
-    if (material.version != MaterialVersion || size != MaterialSize || material.flag != 1)
+    if (material.version != MaterialVersion || size != MaterialSize || material.flag != 1) {
         findings.add(RuleId::MaterialRecord,
                      fmt::format("version \"{}\", {} bytes, flag {}", visibleText(material.version), size,
                                  material.flag),
                      place);
-    if (!isFinite(material))
+    }
+    if (!isFinite(material)) {
         findings.add(RuleId::LooksNotFinite, "a material", place);
+    }
 }
 
 void ModelScan::scanGlobalInformation() {
@@ -291,9 +318,10 @@ void ModelScan::scanGlobalInformation() {
     auto global = file.stream(Format::GlobalStream);
     attempt([&] {
         const auto information = MoxReader::readGlobalInformation(global);
-        if (!hasFixedForm(information, global.size()))
+        if (!hasFixedForm(information, global.size())) {
             findings.add(RuleId::GlobalRecord, "a record has another version, size or format version",
                          placeIn(global, 0));
+        }
     });
 }
 

@@ -20,14 +20,16 @@ using Chunk = std::array<std::array<std::uint8_t, ChunkSize>, Planes>;
 
 std::uint32_t numberAt(const Chunk& chunk, std::size_t i) {
     std::uint32_t number = 0;
-    for (std::size_t plane = Planes; plane-- > 0;)
+    for (std::size_t plane = Planes; plane-- > 0;) {
         number = number << 8 | chunk[plane][i];
+    }
     return number;
 }
 
 void addFloats(NumberFacts& facts, const Chunk& chunk, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         facts.notFinite += (numberAt(chunk, i) & ExponentMask) == ExponentMask ? 1 : 0;
+    }
 }
 
 void addUnsigned(NumberFacts& facts, const Chunk& chunk, std::size_t count) {

@@ -61,14 +61,17 @@ public:
 
     void run() {
         for (const auto& dataset : datasets) {
-            if (const auto* known = factsOf(dataset))
+            if (const auto* known = factsOf(dataset)) {
                 addToMesh(dataset, *known);
+            }
         }
-        for (const auto& [step, mesh] : meshes)
+        for (const auto& [step, mesh] : meshes) {
             checkLengths(step, mesh);
+        }
         for (const auto& dataset : datasets) {
-            if (const auto* known = factsOf(dataset))
+            if (const auto* known = factsOf(dataset)) {
                 checkDataset(dataset, *known);
+            }
         }
     }
 
@@ -82,10 +85,12 @@ private:
 
     void addToMesh(const Dataset& dataset, const NumberFacts& known) {
         auto& mesh = meshes[dataset.step];
-        if (dataset.variableType == Coordinates)
+        if (dataset.variableType == Coordinates) {
             mesh.nodes.insert(known.items);
-        if (isConnectivity(dataset))
+        }
+        if (isConnectivity(dataset)) {
             mesh.connectivity += known.items;
+        }
         if (dataset.variableType == Polylength) {
             mesh.allElements += known.items;
             mesh.elements.insert({known.items, mesh.allElements});
@@ -98,50 +103,58 @@ private:
     template <class Part>
     const Mesh& meshWith(std::string_view step, const Part& hasPart) const {
         static const Mesh None;
-        if (const auto own = meshes.find(step); own != meshes.end() && hasPart(own->second))
+        if (const auto own = meshes.find(step); own != meshes.end() && hasPart(own->second)) {
             return own->second;
+        }
         const auto common = meshes.find("");
         return common == meshes.end() ? None : common->second;
     }
 
     void checkLengths(std::string_view step, const Mesh& mesh) {
-        if (mesh.polylength == nullptr || !mesh.areLengthsKnown)
+        if (mesh.polylength == nullptr || !mesh.areLengthsKnown) {
             return;
+        }
         const auto connectivity =
             meshWith(step, [](const Mesh& other) { return other.connectivity > 0; }).connectivity;
-        if (connectivity != 0 && mesh.lengths != connectivity)
+        if (connectivity != 0 && mesh.lengths != connectivity) {
             findings.add(
                 RuleId::Polylength,
                 fmt::format("{} nodes of elements, but {} in the connectivity", mesh.lengths, connectivity),
                 placeOf(*mesh.polylength));
+        }
     }
 
     void checkDataset(const Dataset& dataset, const NumberFacts& known) {
-        if (known.notFinite > 0 && !dataset.isLink)
+        if (known.notFinite > 0 && !dataset.isLink) {
             findings.add(RuleId::NotFinite, fmt::format("{} of its numbers", known.notFinite),
                          placeOf(dataset));
+        }
         const auto& nodes =
             meshWith(dataset.step, [](const Mesh& mesh) { return !mesh.nodes.empty(); }).nodes;
-        if (isConnectivity(dataset) && known.wereRead && !nodes.empty() && known.highest >= *nodes.rbegin())
+        if (isConnectivity(dataset) && known.wereRead && !nodes.empty() && known.highest >= *nodes.rbegin()) {
             findings.add(RuleId::Connectivity,
                          fmt::format("it names place {}, counted from 0, of {} coordinates", known.highest,
                                      *nodes.rbegin()),
                          placeOf(dataset));
-        if (isWithin(dataset, FirstNodeResult, LastNodeResult))
+        }
+        if (isWithin(dataset, FirstNodeResult, LastNodeResult)) {
             requireLength(dataset, known, nodes, "nodes");
-        if (isWithin(dataset, FirstElementResult, LastElementResult))
+        }
+        if (isWithin(dataset, FirstElementResult, LastElementResult)) {
             requireLength(
                 dataset, known,
                 meshWith(dataset.step, [](const Mesh& mesh) { return !mesh.elements.empty(); }).elements,
                 "elements");
+        }
     }
 
     void requireLength(const Dataset& dataset, const NumberFacts& known,
                        const std::set<std::uint64_t>& lengths, const char* what) {
-        if (!lengths.empty() && !lengths.contains(known.items))
+        if (!lengths.empty() && !lengths.contains(known.items)) {
             findings.add(RuleId::ResultLength,
                          fmt::format("{} items, but {} {}", known.items, *lengths.rbegin(), what),
                          placeOf(dataset));
+        }
     }
 
     const std::vector<Dataset>& datasets;
@@ -156,8 +169,9 @@ private:
 void checkSense(const std::vector<Node>& nodes, const MoxReader::LinkTable& links, const FactsByHolder& facts,
                 FindingList& findings) {
     for (const auto& node : nodes) {
-        if (node.geometry() != nullptr)
+        if (node.geometry() != nullptr) {
             GeometrySense(node.geometry()->datasets, links, facts, findings).run();
+        }
     }
 }
 

@@ -36,8 +36,9 @@ private:
     }
 
     void require(bool isSound, RuleId rule, std::uint32_t id, const char* reason, std::uint32_t other) {
-        if (!isSound)
+        if (!isSound) {
             findings.add(rule, fmt::format("{} {}", reason, other), {.node = id});
+        }
     }
 
     void checkId(std::uint32_t id) {
@@ -52,12 +53,14 @@ private:
 
     void checkSiblings(std::uint32_t id) {
         const auto& node = nodes[id - 1];
-        if (node.next != 0)
+        if (node.next != 0) {
             require(node.next > id && isSibling(node, &NodeRecord::next, &NodeRecord::previous, id),
                     RuleId::Siblings, id, "its next sibling is", node.next);
-        if (node.previous != 0)
+        }
+        if (node.previous != 0) {
             require(node.previous < id && isSibling(node, &NodeRecord::previous, &NodeRecord::next, id),
                     RuleId::Siblings, id, "its previous sibling is", node.previous);
+        }
     }
 
     bool isSibling(const Node& node, std::uint32_t NodeRecord::*there, std::uint32_t NodeRecord::*back,
@@ -70,12 +73,15 @@ private:
     void checkEnds(std::uint32_t id) {
         const auto& node = nodes[id - 1];
         const auto* parent = find(node.parent);
-        if (parent == nullptr)
+        if (parent == nullptr) {
             return;
-        if (node.previous == 0)
+        }
+        if (node.previous == 0) {
             require(parent->firstChild == id, RuleId::Children, node.parent, "its first child is not", id);
-        if (node.next == 0)
+        }
+        if (node.next == 0) {
             require(parent->lastChild == id, RuleId::Children, node.parent, "its last child is not", id);
+        }
     }
 
     void checkChildren(std::uint32_t id) {
@@ -94,9 +100,10 @@ private:
         std::set<std::pair<std::uint32_t, std::string_view>> known;
         for (std::uint32_t id = 2; id <= nodes.size(); ++id) {
             const auto& node = nodes[id - 1];
-            if (!known.emplace(node.parent, node.name).second)
+            if (!known.emplace(node.parent, node.name).second) {
                 findings.add(RuleId::SiblingNames,
                              fmt::format("another \"{}\" beside it", visibleText(node.name)), {.node = id});
+            }
         }
     }
 
@@ -114,12 +121,14 @@ std::string pathText(const std::vector<Node>& nodes, std::uint32_t id) {
     constexpr int MostLevels = 12;
     std::string path;
     for (int level = 0; id != 0 && id <= nodes.size(); ++level) {
-        if (level == MostLevels)
+        if (level == MostLevels) {
             return ".../" + path;
+        }
         const auto& node = nodes[id - 1];
         path.insert(0, path.empty() ? node.name : node.name + "/");
-        if (node.parent >= id)
+        if (node.parent >= id) {
             break;
+        }
         id = node.parent;
     }
     return "/" + path;

@@ -38,8 +38,9 @@ CommandLine::Option::check(const std::function<std::string(const std::string&)>&
 }
 
 CommandLine::Option& CommandLine::Option::excludes(const std::vector<Option>& others) {
-    for (const auto& other : others)
+    for (const auto& other : others) {
         option->excludes(other.option);
+    }
     return *this;
 }
 

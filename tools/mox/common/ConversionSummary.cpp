@@ -12,34 +12,40 @@ namespace MoxTool {
 ConversionSummary::ConversionSummary(std::string outputFile) : output(std::move(outputFile)) {}
 
 void ConversionSummary::addSkipped(const std::string& kind, const std::vector<std::string>& names) {
-    if (!names.empty())
+    if (!names.empty()) {
         skipped.push_back(fmt::format("{}: {} ({})", kind, names.size(), fmt::join(names, ", ")));
+    }
 }
 
 void ConversionSummary::addSkipped(const std::string& kind, std::int64_t count) {
-    if (count != 0)
+    if (count != 0) {
         skipped.push_back(fmt::format("{}: {}", kind, count));
+    }
 }
 
 void ConversionSummary::addNote(const std::string& sentence) {
-    if (std::find(notes.begin(), notes.end(), sentence) == notes.end())
+    if (std::find(notes.begin(), notes.end(), sentence) == notes.end()) {
         notes.push_back(sentence);
+    }
 }
 
 std::vector<std::string> ConversionSummary::lines() const {
     std::vector<std::string> all;
     all.push_back(fmt::format("{}: shapes: {}, nodes: {}, elements: {}, steps: {}, datasets: {}", output,
                               shapes, nodes, elements, steps, datasets));
-    for (const auto& line : skipped)
+    for (const auto& line : skipped) {
         all.push_back("not taken: " + line);
-    for (const auto& line : notes)
+    }
+    for (const auto& line : notes) {
         all.push_back("note: " + line);
+    }
     return all;
 }
 
 void ConversionSummary::print(Terminal& terminal) const {
-    for (const auto& line : lines())
+    for (const auto& line : lines()) {
         terminal.note(line);
+    }
 }
 
 } // namespace MoxTool

@@ -17,8 +17,9 @@ void JsonStream::value(const Json& value) {
 void JsonStream::rawValue(std::string_view text) {
     startItem();
     put(text);
-    if (hasItems.empty())
+    if (hasItems.empty()) {
         put("\n");
+    }
 }
 
 void JsonStream::begin(char bracket) {
@@ -30,11 +31,13 @@ void JsonStream::begin(char bracket) {
 void JsonStream::end(char bracket) {
     const bool hadItems = hasItems.back();
     hasItems.pop_back();
-    if (hadItems)
+    if (hadItems) {
         newLine();
+    }
     put({&bracket, 1});
-    if (hasItems.empty())
+    if (hasItems.empty()) {
         put("\n");
+    }
 }
 
 void JsonStream::startItem() {
@@ -42,16 +45,18 @@ void JsonStream::startItem() {
         keyStands = false;
         return;
     }
-    if (hasItems.back())
+    if (hasItems.back()) {
         put(",");
+    }
     hasItems.back() = true;
     newLine();
 }
 
 void JsonStream::newLine() {
     put("\n");
-    for (std::size_t level = 0; level < hasItems.size(); ++level)
+    for (std::size_t level = 0; level < hasItems.size(); ++level) {
         put("  ");
+    }
 }
 
 void JsonStream::put(std::string_view text) {

@@ -7,12 +7,14 @@ namespace MoxTool {
 namespace {
 
 std::uint64_t claimedBytes(const MoxReader::Node& node) {
-    if (const auto* sets = node.nodeSets())
+    if (const auto* sets = node.nodeSets()) {
         return sets->heavySize;
+    }
     std::uint64_t bytes = 0;
     if (const auto* geometry = node.geometry()) {
-        for (const auto& dataset : geometry->datasets)
+        for (const auto& dataset : geometry->datasets) {
             bytes += dataset.sizeInBytes;
+        }
     }
     return bytes;
 }
@@ -26,12 +28,15 @@ NumberFile::NumberFile(const std::string& path)
 
 void NumberFile::requireNumbersFit() {
     std::uint64_t bytes = 0;
-    for (const auto& node : model().nodes())
+    for (const auto& node : model().nodes()) {
         bytes += claimedBytes(node);
-    if (bytes <= heavy.stream().size())
+    }
+    if (bytes <= heavy.stream().size()) {
         return;
-    if (heavy.stream().damage())
+    }
+    if (heavy.stream().damage()) {
         throw readFailure(name, *heavy.stream().damage());
+    }
     throw Failure(name, "its datasets claim more numbers than it holds; mox check lists all damage");
 }
 
@@ -41,8 +46,9 @@ const MoxReader::Dataset& NumberFile::holder(const MoxReader::Dataset& dataset) 
 
 Numbers NumberFile::read(const MoxReader::Dataset& dataset) {
     return explainErrors(name, [&]() -> Numbers {
-        if (model().resolve(dataset).elementTag == MoxReader::Format::UnsignedTag)
+        if (model().resolve(dataset).elementTag == MoxReader::Format::UnsignedTag) {
             return heavy.readUnsigned(dataset);
+        }
         return heavy.readFloats(dataset);
     });
 }

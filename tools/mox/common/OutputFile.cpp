@@ -26,15 +26,19 @@ void OutputFile::commit() {
 
 /// @return the target, if a file may be put there.
 const fs::path& OutputFile::checkedTarget() const {
-    if (!target.has_filename())
+    if (!target.has_filename()) {
         throw Failure(target.string(), "names no file");
-    if (!fs::is_directory(folderOf(target)))
+    }
+    if (!fs::is_directory(folderOf(target))) {
         throw Failure(target.string(), "the folder does not exist");
+    }
     const auto status = fs::status(target);
-    if (fs::exists(status) && !fs::is_regular_file(status))
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
         throw Failure(target.string(), "exists and is no regular file");
-    if (fs::exists(status) && !overwrite)
+    }
+    if (fs::exists(status) && !overwrite) {
         throw Failure(target.string(), "exists already; --overwrite replaces it");
+    }
     return target;
 }
 

@@ -27,11 +27,13 @@ void OutputFolder::commit() {
 
 /// @return the target, if a folder may be made there.
 const fs::path& OutputFolder::checkedTarget() const {
-    if (fs::exists(target))
+    if (fs::exists(target)) {
         throw Failure(target.string(), "exists already; give the name of a new folder");
+    }
     const auto parent = target.has_parent_path() ? target.parent_path() : fs::path(".");
-    if (!fs::is_directory(parent))
+    if (!fs::is_directory(parent)) {
         throw Failure(target.string(), "the folder that is to hold it does not exist");
+    }
     return target;
 }
 

@@ -54,8 +54,9 @@ sigset_t signalsThatEnd() {
     sigset_t signals;
     sigemptyset(&signals);
     for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
-        if (!isIgnored(signal))
+        if (!isIgnored(signal)) {
             sigaddset(&signals, signal);
+        }
     }
     return signals;
 }

@@ -48,15 +48,17 @@ TemporaryPath::~TemporaryPath() {
 
 void TemporaryPath::createFolder() const {
     std::error_code error;
-    if (!fs::create_directory(temporary, error))
+    if (!fs::create_directory(temporary, error)) {
         throw Failure(target.string(), "can't be made: " + error.message());
+    }
 }
 
 void TemporaryPath::moveToTarget() const {
     std::error_code error;
     fs::rename(temporary, target, error);
-    if (error)
+    if (error) {
         throw Failure(target.string(), "can't be written: " + error.message());
+    }
 }
 
 fs::path TemporaryPath::unusedBeside(const fs::path& target) {
@@ -64,16 +66,18 @@ fs::path TemporaryPath::unusedBeside(const fs::path& target) {
     for (;;) {
         auto candidate = target;
         candidate += fmt::format(".{:08x}.part", random());
-        if (!fs::exists(candidate))
+        if (!fs::exists(candidate)) {
             return candidate;
+        }
     }
 }
 
 void TemporaryPath::removeAll() {
     auto& inUse = pathsInUse();
     const std::lock_guard lock(inUse.mutex);
-    for (const auto& path : inUse.paths)
+    for (const auto& path : inUse.paths) {
         removeQuietly(path);
+    }
 }
 
 } // namespace MoxTool

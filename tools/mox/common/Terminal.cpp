@@ -58,8 +58,9 @@ void Terminal::note(std::string_view line) {
 
 void Terminal::progress(std::string_view work, double fraction) {
     const auto now = std::chrono::steady_clock::now();
-    if (!interactive || now < nextProgress)
+    if (!interactive || now < nextProgress) {
         return;
+    }
     nextProgress = now + ProgressInterval;
     progressShows = true;
     fmt::print(stream, "{}{} {:3.0f} %", ClearLine, work, 100 * fraction);
@@ -67,8 +68,9 @@ void Terminal::progress(std::string_view work, double fraction) {
 }
 
 void Terminal::clearProgress() {
-    if (!progressShows)
+    if (!progressShows) {
         return;
+    }
     progressShows = false;
     fmt::print(stream, "{}", ClearLine);
     std::fflush(stream);

@@ -21,8 +21,9 @@ void TextTable::print(std::FILE* file) const {
     const auto widths = columnWidths();
     for (const auto& row : rows) {
         std::string line;
-        for (std::size_t column = 0; column < row.size(); ++column)
+        for (std::size_t column = 0; column < row.size(); ++column) {
             line += cellText(row[column], widths[column], column == 0);
+        }
         fmt::print(file, "{}\n", line);
     }
 }
@@ -30,8 +31,9 @@ void TextTable::print(std::FILE* file) const {
 std::vector<std::size_t> TextTable::columnWidths() const {
     std::vector<std::size_t> widths(rows.empty() ? 0 : rows.front().size());
     for (const auto& row : rows) {
-        for (std::size_t column = 0; column < row.size(); ++column)
+        for (std::size_t column = 0; column < row.size(); ++column) {
             widths[column] = std::max(widths[column], utf8Length(row[column]));
+        }
     }
     return widths;
 }

@@ -11,8 +11,9 @@ namespace MoxTool {
 namespace Format = MoxReader::Format;
 
 std::string variableTypeText(const MoxReader::Dataset& dataset) {
-    if (const auto* type = Format::findVariableType(dataset.variableType))
+    if (const auto* type = Format::findVariableType(dataset.variableType)) {
         return std::string(type->name);
+    }
     return fmt::format("type {}", dataset.variableType);
 }
 

@@ -10,8 +10,9 @@ std::vector<const MoxReader::IndexTable*> findRestarts(const MoxReader::RawIndex
     std::vector<const MoxReader::IndexTable*> restarts;
     std::uint64_t before = 0;
     for (const auto& table : index.tables) {
-        if (table.displacement != before)
+        if (table.displacement != before) {
             restarts.push_back(&table);
+        }
         before = table.displacement;
     }
     return restarts;
@@ -19,8 +20,9 @@ std::vector<const MoxReader::IndexTable*> findRestarts(const MoxReader::RawIndex
 
 std::optional<std::string> displacementText(const MoxReader::RawIndex& index) {
     const auto restarts = findRestarts(index);
-    if (restarts.empty())
+    if (restarts.empty()) {
         return std::nullopt;
+    }
     const auto lost = std::ranges::count_if(index.blocks, &MoxReader::BlockRecord::isOverwritten);
     const auto outcome = index.damage.empty() ? fmt::format("{} blocks are lost, the rest can be read", lost)
                                               : std::string("an index table is among what is lost");

@@ -19,26 +19,32 @@ std::string flawText(const MoxReader::BlockRecord& block, MoxReader::ErrorCode d
 
 std::optional<std::string> findIndexFlaw(const MoxReader::File& file) {
     const auto& index = file.index();
-    if (auto text = displacementText(index))
+    if (auto text = displacementText(index)) {
         return text;
-    if (!index.damage.empty())
-        return index.damage.front().what();
-    for (const auto& block : index.blocks) {
-        if (const auto damage = MoxReader::findLengthDamage(block, file.size()))
-            return flawText(block, *damage);
     }
-    if (index.end != file.size())
+    if (!index.damage.empty()) {
+        return index.damage.front().what();
+    }
+    for (const auto& block : index.blocks) {
+        if (const auto damage = MoxReader::findLengthDamage(block, file.size())) {
+            return flawText(block, *damage);
+        }
+    }
+    if (index.end != file.size()) {
         return fmt::format("the file has {} bytes behind its last block", file.size() - index.end);
+    }
     return std::nullopt;
 }
 
 std::optional<std::string> findBlockFlaw(const MoxReader::File& file, const ProgressReport& report) {
-    if (auto flaw = findIndexFlaw(file))
+    if (auto flaw = findIndexFlaw(file)) {
         return flaw;
+    }
     for (const auto& block : file.blocks()) {
         report(static_cast<double>(block.position) / static_cast<double>(file.size()));
-        if (const auto damage = MoxReader::readBlockContent(file.source(), block).damage)
+        if (const auto damage = MoxReader::readBlockContent(file.source(), block).damage) {
             return flawText(block, *damage);
+        }
     }
     return std::nullopt;
 }

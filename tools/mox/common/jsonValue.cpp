@@ -12,11 +12,13 @@
 namespace MoxTool {
 
 Json jsonText(const std::string& text) {
-    if (isUtf8(text))
+    if (isUtf8(text)) {
         return text;
+    }
     std::string digits;
-    for (const char byte : text)
+    for (const char byte : text) {
         digits += fmt::format("{:02x}", static_cast<unsigned char>(byte));
+    }
     return Json{{"bytes", digits}};
 }
 
@@ -24,8 +26,9 @@ Json jsonText(const std::string& text) {
 // that same text, the float itself widened has a longer one.
 Json jsonNumber(float number) {
     const auto text = numberText(number);
-    if (!std::isfinite(number))
+    if (!std::isfinite(number)) {
         return text;
+    }
     double nearest = 0;
     std::from_chars(text.data(), text.data() + text.size(), nearest);
     return nearest;

@@ -10,10 +10,12 @@ namespace {
 
 // How many bytes of the text the first letter of the pattern takes; 0 if it does not fit.
 std::size_t fit(std::string_view pattern, std::string_view text) {
-    if (pattern.empty() || text.empty())
+    if (pattern.empty() || text.empty()) {
         return 0;
-    if (pattern[0] == '?')
+    }
+    if (pattern[0] == '?') {
         return std::max<std::size_t>(utf8CharacterSize(text), 1);
+    }
     return pattern[0] == text[0] ? 1 : 0;
 }
 

@@ -18,8 +18,9 @@ bool sharesPathOfParent(const Model& model, const Node& node) {
 
 const Node* findChild(const Model& model, const Node& parent, std::string_view name) {
     for (const auto id : model.children(parent.id)) {
-        if (const auto& child = model.node(id); child.name == name)
+        if (const auto& child = model.node(id); child.name == name) {
             return &child;
+        }
     }
     return nullptr;
 }
@@ -27,23 +28,27 @@ const Node* findChild(const Model& model, const Node& parent, std::string_view n
 } // namespace
 
 const Node* geometryOf(const Model& model, const Node& node) {
-    if (node.geometry() != nullptr)
+    if (node.geometry() != nullptr) {
         return &node;
-    if (node.shape() == nullptr || node.firstChild == 0)
+    }
+    if (node.shape() == nullptr || node.firstChild == 0) {
         return nullptr;
+    }
     const auto& child = model.node(node.firstChild);
     return child.geometry() != nullptr ? &child : nullptr;
 }
 
 std::string nodePath(const Model& model, std::uint32_t id, const std::string& separator) {
     const auto* node = &model.node(id);
-    if (sharesPathOfParent(model, *node))
+    if (sharesPathOfParent(model, *node)) {
         node = &model.node(node->parent);
+    }
     auto path = separator + node->name;
     while (node->parent != 0) {
         node = &model.node(node->parent);
-        if (path.size() + separator.size() + node->name.size() > MaxPathSize)
+        if (path.size() + separator.size() + node->name.size() > MaxPathSize) {
             return "..." + path;
+        }
         path.insert(0, separator + node->name);
     }
     return path;
@@ -57,12 +62,14 @@ const Node* findNode(const Model& model, const std::string& path, const std::str
         const auto name = rest.substr(0, rest.find(separator));
         rest.remove_prefix(name.size());
         const bool isRoot = node == nullptr;
-        if (isRoot)
+        if (isRoot) {
             node = model.root().name == name ? &model.root() : nullptr;
-        else
+        } else {
             node = findChild(model, *node, name);
-        if (node == nullptr)
+        }
+        if (node == nullptr) {
             return nullptr;
+        }
     }
     return rest.empty() ? node : nullptr;
 }

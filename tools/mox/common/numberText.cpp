@@ -27,12 +27,14 @@ std::string numberText(double number) {
 
 std::string byteText(unsigned long long bytes) {
     constexpr std::array Units = {"KiB", "MiB", "GiB", "TiB"};
-    if (bytes < 1024)
+    if (bytes < 1024) {
         return fmt::format("{} B", bytes);
+    }
     auto amount = static_cast<double>(bytes) / 1024;
     std::size_t unit = 0;
-    for (; amount >= 1023.95 && unit + 1 < Units.size(); ++unit)
+    for (; amount >= 1023.95 && unit + 1 < Units.size(); ++unit) {
         amount /= 1024;
+    }
     return fmt::format("{:.1f} {}", amount, Units[unit]);
 }
 

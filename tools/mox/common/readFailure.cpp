@@ -25,8 +25,9 @@ constexpr std::array Advices = {
 
 std::string_view adviceFor(ErrorCode code) {
     for (const auto& advice : Advices) {
-        if (advice.code == code)
+        if (advice.code == code) {
             return advice.text;
+        }
     }
     return "mox check lists all damage";
 }

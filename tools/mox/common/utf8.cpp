@@ -27,8 +27,9 @@ bool isContinuation(char byte) {
 
 bool fits(const Form& form, std::string_view text) {
     const auto lead = static_cast<unsigned char>(text[0]);
-    if (lead < form.firstLead || lead > form.lastLead || text.size() < form.size)
+    if (lead < form.firstLead || lead > form.lastLead || text.size() < form.size) {
         return false;
+    }
     const auto second = static_cast<unsigned char>(text[1]);
     return second >= form.firstSecond && second <= form.lastSecond &&
            std::all_of(text.begin() + 2, text.begin() + static_cast<std::ptrdiff_t>(form.size),
@@ -38,13 +39,16 @@ bool fits(const Form& form, std::string_view text) {
 } // namespace
 
 std::size_t utf8CharacterSize(std::string_view text) {
-    if (text.empty())
+    if (text.empty()) {
         return 0;
-    if (static_cast<unsigned char>(text[0]) < 0x80)
+    }
+    if (static_cast<unsigned char>(text[0]) < 0x80) {
         return 1;
+    }
     for (const auto& form : Forms) {
-        if (fits(form, text))
+        if (fits(form, text)) {
             return form.size;
+        }
     }
     return 0;
 }
@@ -52,8 +56,9 @@ std::size_t utf8CharacterSize(std::string_view text) {
 bool isUtf8(std::string_view text) {
     while (!text.empty()) {
         const auto size = utf8CharacterSize(text);
-        if (size == 0)
+        if (size == 0) {
             return false;
+        }
         text.remove_prefix(size);
     }
     return true;
@@ -61,8 +66,9 @@ bool isUtf8(std::string_view text) {
 
 std::size_t utf8Length(std::string_view text) {
     std::size_t length = 0;
-    for (; !text.empty(); ++length)
+    for (; !text.empty(); ++length) {
         text.remove_prefix(std::max<std::size_t>(utf8CharacterSize(text), 1));
+    }
     return length;
 }
 

@@ -44,10 +44,11 @@ std::string visibleText(std::string_view text) {
     while (!text.empty()) {
         const auto character = text.substr(0, utf8CharacterSize(text));
         const auto bytes = text.substr(0, std::max<std::size_t>(character.size(), 1));
-        if (isVisible(character))
+        if (isVisible(character)) {
             visible += character;
-        else
+        } else {
             std::for_each(bytes.begin(), bytes.end(), [&](char byte) { visible += escape(byte); });
+        }
         text.remove_prefix(bytes.size());
     }
     return visible;

@@ -16,12 +16,14 @@ namespace MoxTool {
 template <typename Fill>
 void writeFile(const std::filesystem::path& path, const std::string& shown, Fill&& fill) {
     std::ofstream out(path, std::ios::binary);
-    if (!out)
+    if (!out) {
         throw Failure(shown, "can't be opened for writing; check the folder's permissions");
+    }
     fill(out);
     out.close();
-    if (!out)
+    if (!out) {
         throw Failure(shown, "can't be written; is the disk full?");
+    }
 }
 
 } // namespace MoxTool

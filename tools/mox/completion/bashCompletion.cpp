@@ -40,15 +40,17 @@ std::vector<CommandHelp> shownCommands(const CommandHelp& program) {
 std::string joinedNames(const std::vector<CommandHelp>& commands) {
     std::vector<std::string> names;
     names.reserve(commands.size());
-    for (const auto& command : commands)
+    for (const auto& command : commands) {
         names.push_back(command.name);
+    }
     return fmt::format("{}", fmt::join(names, " "));
 }
 
 std::string joinedOptions(const CommandHelp& level) {
     std::vector<std::string> names;
-    for (const auto& option : level.options)
+    for (const auto& option : level.options) {
         names.insert(names.end(), option.names.begin(), option.names.end());
+    }
     return fmt::format("{}", fmt::join(names, " "));
 }
 
@@ -57,8 +59,9 @@ std::string joinedOptions(const CommandHelp& level) {
 std::string bashCompletion(const CommandHelp& program) {
     const auto commands = shownCommands(program);
     std::string cases;
-    for (const auto& command : commands)
+    for (const auto& command : commands) {
         cases += fmt::format("    {}) options=\"{}\" ;;\n", command.name, joinedOptions(command));
+    }
     return fmt::format(Script, program.name, joinedNames(commands), joinedOptions(program), cases);
 }
 

@@ -71,8 +71,9 @@ void DiffCommand::addOptions(CommandLine& line) {
     const auto json = line.addFlag("--json", asJson, "Write JSON");
     line.addFlag("-q,--quiet", quiet, "Write nothing; the exit code tells").excludes({json});
     line.setCheck([this] {
-        if (inputA == "-" && inputB == "-")
+        if (inputA == "-" && inputB == "-") {
             throw UsageError("only one of A and B can be -");
+        }
     });
     line.setDetails(Details);
 }
@@ -82,10 +83,11 @@ int DiffCommand::run(Terminal& terminal) {
     NumberFile b(inputB);
     const auto differences = ModelComparison(a, b, options, terminal).run();
     const DifferenceReport report(a, b);
-    if (asJson)
+    if (asJson) {
         report.writeJson(differences, options.tolerance);
-    else if (!quiet)
+    } else if (!quiet) {
         report.writeText(differences);
+    }
     return differences.empty() ? Equal : Different;
 }
 

@@ -29,8 +29,9 @@ Json jsonOf(const std::string& value) {
 }
 Json jsonOf(std::span<const float> values) {
     auto list = Json::array();
-    for (const float value : values)
+    for (const float value : values) {
         list.push_back(jsonNumber(value));
+    }
     return values.size() == 1 ? list.front() : list;
 }
 
@@ -63,57 +64,68 @@ void DifferenceList::add(std::string what, std::optional<Json> a, std::optional<
 }
 
 void DifferenceList::compareTexts(std::string what, const std::string& a, const std::string& b) {
-    if (a != b)
+    if (a != b) {
         add(std::move(what), jsonText(a), jsonText(b));
+    }
 }
 
 void DifferenceList::compareIntegers(std::string what, std::uint32_t a, std::uint32_t b) {
-    if (a != b)
+    if (a != b) {
         add(std::move(what), a, b);
+    }
 }
 
 void DifferenceList::compareFlags(std::string what, bool a, bool b) {
-    if (a != b)
+    if (a != b) {
         add(std::move(what), a, b);
+    }
 }
 
 void DifferenceList::compareFloats(std::string what, std::span<const float> a, std::span<const float> b) {
-    if (!std::ranges::equal(a, b, [this](float x, float y) { return tolerance.areEqual(x, y); }))
+    if (!std::ranges::equal(a, b, [this](float x, float y) { return tolerance.areEqual(x, y); })) {
         add(std::move(what), jsonOf(a), jsonOf(b));
+    }
 }
 
 void DifferenceList::compareAttributes(const Attributes& a, const Attributes& b) {
     for (const auto& [key, valueA] : a) {
         const auto partner = b.find(key);
-        if (partner == b.end())
+        if (partner == b.end()) {
             add(subject(key), plainJson(valueA), std::nullopt);
-        else
+        } else {
             compareAttribute(key, valueA, partner->second);
+        }
     }
     for (const auto& [key, valueB] : b) {
-        if (!a.contains(key))
+        if (!a.contains(key)) {
             add(subject(key), std::nullopt, plainJson(valueB));
+        }
     }
 }
 
 // The kinds show only where they are what differs.
 void DifferenceList::compareAttribute(const std::string& key, const AttributeValue& a,
                                       const AttributeValue& b) {
-    if (areEqual(a, b))
+    if (areEqual(a, b)) {
         return;
-    if (a.index() == b.index())
+    }
+    if (a.index() == b.index()) {
         add(subject(key), plainJson(a), plainJson(b));
-    else
+    } else {
         add(subject(key), jsonWithKind(a), jsonWithKind(b));
+    }
 }
 
 bool DifferenceList::areEqual(const AttributeValue& a, const AttributeValue& b) const {
-    if (a.index() != b.index())
+    if (a.index() != b.index()) {
         return false;
-    if (const auto* single = std::get_if<float>(&a))
+    }
+    if (const auto* single = std::get_if<float>(&a)) {
         return tolerance.areEqual(*single, std::get<float>(b));
-    if (const auto* wide = std::get_if<double>(&a))
+    }
+    if (const auto* wide = std::get_if<double>(&a)) {
         return tolerance.areEqual(*wide, std::get<double>(b));
+    }
     return a == b;
 }
 

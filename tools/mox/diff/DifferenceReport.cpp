@@ -20,8 +20,9 @@ bool isOfNode(const Difference& difference) {
 }
 
 std::string valueText(const Json& value) {
-    if (value.is_string())
+    if (value.is_string()) {
         return fmt::format("\"{}\"", visibleText(value.get_ref<const std::string&>()));
+    }
     return value.dump();
 }
 
@@ -55,9 +56,10 @@ Json numbersJson(const NumberDifference& numbers) {
 } // namespace
 
 void DifferenceReport::writeText(const std::vector<Difference>& differences) const {
-    for (const auto& difference : differences)
+    for (const auto& difference : differences) {
         fmt::print(stdout, "{}: {}: {}\n", placeText(difference), visibleText(difference.what),
                    bodyText(difference));
+    }
 }
 
 void DifferenceReport::writeJson(const std::vector<Difference>& differences,
@@ -72,8 +74,9 @@ void DifferenceReport::writeJson(const std::vector<Difference>& differences,
     out.value(differences.empty());
     out.key("differences");
     out.beginArray();
-    for (const auto& difference : differences)
+    for (const auto& difference : differences) {
         out.value(json(difference));
+    }
     out.endArray();
     out.endObject();
 }
@@ -84,40 +87,52 @@ std::string DifferenceReport::pathOf(const Difference& difference) const {
 }
 
 std::string DifferenceReport::placeText(const Difference& difference) const {
-    if (!isOfNode(difference))
+    if (!isOfNode(difference)) {
         return "file";
+    }
     const auto path = visibleText(pathOf(difference));
     return difference.dataset == nullptr ? path : path + ", " + datasetTitle(*difference.dataset);
 }
 
 std::string DifferenceReport::bodyText(const Difference& difference) const {
-    if (difference.numbers)
+    if (difference.numbers) {
         return numbersText(*difference.numbers);
-    if (!difference.b)
+    }
+    if (!difference.b) {
         return fmt::format("{}, only in {}", valueText(*difference.a), fileA.path());
-    if (!difference.a)
+    }
+    if (!difference.a) {
         return fmt::format("{}, only in {}", valueText(*difference.b), fileB.path());
+    }
     return fmt::format("{} != {}", valueText(*difference.a), valueText(*difference.b));
 }
 
 Json DifferenceReport::json(const Difference& difference) const {
     Json entry = {{"what", jsonText(difference.what)}};
-    if (isOfNode(difference))
+    if (isOfNode(difference)) {
         entry["node"] = jsonText(pathOf(difference));
-    if (difference.idA != 0)
+    }
+    if (difference.idA != 0) {
         entry["idA"] = difference.idA;
-    if (difference.idB != 0)
+    }
+    if (difference.idB != 0) {
         entry["idB"] = difference.idB;
-    if (difference.dataset != nullptr)
+    }
+    if (difference.dataset != nullptr) {
         entry["dataset"] = jsonText(difference.dataset->name);
-    if (difference.dataset != nullptr && !difference.dataset->step.empty())
+    }
+    if (difference.dataset != nullptr && !difference.dataset->step.empty()) {
         entry["step"] = jsonText(difference.dataset->step);
-    if (difference.a)
+    }
+    if (difference.a) {
         entry["a"] = *difference.a;
-    if (difference.b)
+    }
+    if (difference.b) {
         entry["b"] = *difference.b;
-    if (difference.numbers)
+    }
+    if (difference.numbers) {
         entry["numbers"] = numbersJson(*difference.numbers);
+    }
     return entry;
 }
 

@@ -21,8 +21,9 @@ using MoxReader::Node;
 
 std::vector<std::string_view> childNames(const Model& model, const Node& node) {
     std::vector<std::string_view> names;
-    for (const auto id : model.children(node.id))
+    for (const auto id : model.children(node.id)) {
         names.push_back(model.node(id).name);
+    }
     return names;
 }
 
@@ -32,8 +33,9 @@ const Node& childAt(const Model& model, const Node& node, std::size_t place) {
 
 std::vector<std::string_view> keysOf(const std::vector<Dataset>& datasets) {
     std::vector<std::string_view> keys;
-    for (const auto& dataset : datasets)
+    for (const auto& dataset : datasets) {
         keys.push_back(dataset.key);
+    }
     return keys;
 }
 
@@ -48,8 +50,9 @@ const MoxReader::Attributes& attributesOf(const Dataset& dataset, const Dataset&
 
 // Only for links that lead to a holder, so that their targets are known to exist.
 std::optional<Json> linkTarget(const Model& model, const Dataset& dataset) {
-    if (!dataset.isLink)
+    if (!dataset.isLink) {
         return std::nullopt;
+    }
     const auto& target = model.node(dataset.linkNodeId).geometry()->datasets[dataset.linkIndex];
     return Json{{"node", jsonText(nodePath(model, dataset.linkNodeId))},
                 {"dataset", jsonText(target.name)},
@@ -86,8 +89,9 @@ void ModelComparison::compareTrees() {
 void ModelComparison::compareNodes(const Node& a, const Node& b) {
     list.moveTo(&a, &b);
     list.compareTexts("type", a.typeName, b.typeName);
-    if (a.typeName == b.typeName)
+    if (a.typeName == b.typeName) {
         compareContents(a, b);
+    }
 }
 
 std::vector<ModelComparison::NodePair> ModelComparison::matchChildren(const Node& a, const Node& b) {
@@ -98,25 +102,27 @@ std::vector<ModelComparison::NodePair> ModelComparison::matchChildren(const Node
         const auto* childA = match.a ? &childAt(modelA, a, *match.a) : nullptr;
         const auto* childB = match.b ? &childAt(modelB, b, *match.b) : nullptr;
         list.moveTo(childA, childB);
-        if (childB == nullptr)
+        if (childB == nullptr) {
             list.add("node", jsonText(childA->typeName), std::nullopt);
-        else if (childA == nullptr)
+        } else if (childA == nullptr) {
             list.add("node", std::nullopt, jsonText(childB->typeName));
-        else
+        } else {
             pairs.emplace_back(childA, childB);
+        }
     }
     return pairs;
 }
 
 void ModelComparison::compareContents(const Node& a, const Node& b) {
-    if (a.group() != nullptr)
+    if (a.group() != nullptr) {
         compareGroups(list, *a.group(), *b.group());
-    else if (a.shape() != nullptr)
+    } else if (a.shape() != nullptr) {
         compareMaterials(list, a.shape()->material, b.shape()->material);
-    else if (a.nodeSets() != nullptr)
+    } else if (a.nodeSets() != nullptr) {
         compareNodeSets(list, fileA.readSets(*a.nodeSets()), fileB.readSets(*b.nodeSets()));
-    else if (a.geometry() != nullptr)
+    } else if (a.geometry() != nullptr) {
         compareGeometries(a, b);
+    }
 }
 
 void ModelComparison::compareGeometries(const Node& a, const Node& b) {
@@ -124,12 +130,13 @@ void ModelComparison::compareGeometries(const Node& a, const Node& b) {
     const auto& inB = b.geometry()->datasets;
     for (const auto& match : matchInOrder(keysOf(inA), keysOf(inB))) {
         list.moveTo(&a, &b, match.a ? &inA[*match.a] : &inB[*match.b]);
-        if (!match.b)
+        if (!match.b) {
             list.add("dataset", description(fileA.holder(inA[*match.a])), std::nullopt);
-        else if (!match.a)
+        } else if (!match.a) {
             list.add("dataset", std::nullopt, description(fileB.holder(inB[*match.b])));
-        else
+        } else {
             compareDatasets(inA[*match.a], inB[*match.b]);
+        }
     }
 }
 
@@ -138,8 +145,9 @@ void ModelComparison::compareDatasets(const Dataset& a, const Dataset& b) {
     const auto& holderB = fileB.holder(b);
     list.compareTexts("type", variableTypeText(a), variableTypeText(b));
     list.compareFlags("vibration", a.vibration, b.vibration);
-    if (options.links)
+    if (options.links) {
         compareLinks(a, b);
+    }
     list.compareAttributes(attributesOf(a, holderA), attributesOf(b, holderB));
     compareHolders(holderA, holderB);
 }
@@ -147,15 +155,17 @@ void ModelComparison::compareDatasets(const Dataset& a, const Dataset& b) {
 void ModelComparison::compareLinks(const Dataset& a, const Dataset& b) {
     auto targetA = linkTarget(fileA.model(), a);
     auto targetB = linkTarget(fileB.model(), b);
-    if (targetA != targetB)
+    if (targetA != targetB) {
         list.add("link", std::move(targetA), std::move(targetB));
+    }
 }
 
 void ModelComparison::compareHolders(const Dataset& a, const Dataset& b) {
     list.compareTexts("element type", elementTypeText(a), elementTypeText(b));
     list.compareTexts("shape", shapeText(a), shapeText(b));
-    if (a.elementTag == b.elementTag && a.width == b.width && itemCount(a) == itemCount(b))
+    if (a.elementTag == b.elementTag && a.width == b.width && itemCount(a) == itemCount(b)) {
         tasks.push_back({&a, &b, list.keepRoomForNumbers()});
+    }
 }
 
 // Numbers that many datasets share are compared once.
@@ -167,11 +177,13 @@ void ModelComparison::compareNumbersOfAll() {
     for (const auto& task : tasks) {
         messages.progress("comparing",
                           static_cast<double>(&task - tasks.data()) / static_cast<double>(tasks.size()));
-        if (last == nullptr || !task.hasSameNumbersAs(*last))
+        if (last == nullptr || !task.hasSameNumbersAs(*last)) {
             difference =
                 compareNumbers(fileA.read(*task.a), fileB.read(*task.b), task.a->width, options.tolerance);
-        if (difference)
+        }
+        if (difference) {
             list.fill(task.room, *difference);
+        }
         last = &task;
     }
     messages.clearProgress();
@@ -193,15 +205,17 @@ void ModelComparison::requireBoundedWork() const {
     std::uint64_t bytes = 0;
     const Task* last = nullptr;
     for (const auto& task : tasks) {
-        if (last == nullptr || !task.hasSameNumbersAs(*last))
+        if (last == nullptr || !task.hasSameNumbersAs(*last)) {
             bytes += task.a->sizeInBytes;
+        }
         last = &task;
     }
-    if (bytes > MostReadings * (fileA.numberBytes() + fileB.numberBytes()))
+    if (bytes > MostReadings * (fileA.numberBytes() + fileB.numberBytes())) {
         throw Failure(fileB.path(),
                       fmt::format("its links pair its numbers with those of {} in too many ways to "
                                   "compare them all",
                                   fileA.path()));
+    }
 }
 
 } // namespace MoxTool

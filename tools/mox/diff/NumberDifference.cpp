@@ -15,8 +15,9 @@ std::optional<NumberDifference> compare(const std::vector<T>& a, const std::vect
     for (std::size_t i = 0; i < a.size(); ++i) {
         const double excess = tolerance.excess(a[i], b[i]);
         difference.differing += excess > 0 ? 1 : 0;
-        if (excess <= worst)
+        if (excess <= worst) {
             continue;
+        }
         worst = excess;
         difference.row = i / width;
         difference.component = i % width;
@@ -30,8 +31,9 @@ std::optional<NumberDifference> compare(const std::vector<T>& a, const std::vect
 
 std::optional<NumberDifference> compareNumbers(const Numbers& a, const Numbers& b, std::uint8_t width,
                                                const Tolerance& tolerance) {
-    if (const auto* floats = std::get_if<std::vector<float>>(&a))
+    if (const auto* floats = std::get_if<std::vector<float>>(&a)) {
         return compare(*floats, std::get<std::vector<float>>(b), width, tolerance);
+    }
     return compare(std::get<std::vector<std::uint32_t>>(a), std::get<std::vector<std::uint32_t>>(b), width,
                    {});
 }

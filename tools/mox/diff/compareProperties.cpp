@@ -47,8 +47,9 @@ constexpr std::array SaveTexts = {
 std::vector<std::string_view> namesOf(const std::vector<NodeSet>& sets) {
     std::vector<std::string_view> names;
     names.reserve(sets.size());
-    for (const auto& set : sets)
+    for (const auto& set : sets) {
         names.push_back(set.name);
+    }
     return names;
 }
 
@@ -58,15 +59,19 @@ std::string sizeText(const NodeSet& set) {
 
 void compareSets(DifferenceList& list, const NodeSet* a, const NodeSet* b) {
     const auto what = fmt::format("node set \"{}\"", (a != nullptr ? a : b)->name);
-    if (b == nullptr)
+    if (b == nullptr) {
         return list.add(what, sizeText(*a), std::nullopt);
-    if (a == nullptr)
+    }
+    if (a == nullptr) {
         return list.add(what, std::nullopt, sizeText(*b));
-    if (a->members.size() != b->members.size())
+    }
+    if (a->members.size() != b->members.size()) {
         return list.add(what, sizeText(*a), sizeText(*b));
+    }
     const auto [inA, inB] = std::ranges::mismatch(a->members, b->members);
-    if (inA != a->members.end())
+    if (inA != a->members.end()) {
         list.add(fmt::format("{}, member {}", what, inA - a->members.begin()), *inA, *inB);
+    }
 }
 
 void compareSave(DifferenceList& list, std::size_t number, const ModifierInfo& a, const ModifierInfo& b,
@@ -75,8 +80,9 @@ void compareSave(DifferenceList& list, std::size_t number, const ModifierInfo& a
         list.compareTexts(fmt::format("save {}: {}", number, text.name), a.*text.value, b.*text.value);
     };
     std::ranges::for_each(SaveTexts, compare);
-    if (withDate)
+    if (withDate) {
         compare(Date);
+    }
 }
 
 } // namespace
@@ -90,18 +96,20 @@ void compareGroups(DifferenceList& list, const Group& a, const Group& b) {
 }
 
 void compareMaterials(DifferenceList& list, const Material& a, const Material& b) {
-    for (const auto& colour : Colours)
+    for (const auto& colour : Colours) {
         list.compareFloats(fmt::format("material: {}", colour.name),
                            std::span(a.*colour.value).first(colour.size),
                            std::span(b.*colour.value).first(colour.size));
+    }
     list.compareFloats("material: transparency", {&a.transparency, 1}, {&b.transparency, 1});
     list.compareFloats("material: shininess", {&a.shininess, 1}, {&b.shininess, 1});
     list.compareIntegers("material: flag", a.flag, b.flag);
 }
 
 void compareNodeSets(DifferenceList& list, const std::vector<NodeSet>& a, const std::vector<NodeSet>& b) {
-    for (const auto& match : matchInOrder(namesOf(a), namesOf(b)))
+    for (const auto& match : matchInOrder(namesOf(a), namesOf(b))) {
         compareSets(list, match.a ? &a[*match.a] : nullptr, match.b ? &b[*match.b] : nullptr);
+    }
 }
 
 void compareSaves(DifferenceList& list, const GlobalInformation& a, const GlobalInformation& b,
@@ -109,8 +117,9 @@ void compareSaves(DifferenceList& list, const GlobalInformation& a, const Global
     const auto countA = a.modifiers.size();
     const auto countB = b.modifiers.size();
     list.compareIntegers("saves", static_cast<std::uint32_t>(countA), static_cast<std::uint32_t>(countB));
-    for (std::size_t i = 0; i < std::min(countA, countB); ++i)
+    for (std::size_t i = 0; i < std::min(countA, countB); ++i) {
         compareSave(list, i + 1, a.modifiers[i], b.modifiers[i], withDate);
+    }
 }
 
 } // namespace MoxTool

@@ -22,8 +22,9 @@ public:
 
     std::optional<std::size_t> take(std::string_view key) {
         const auto front = fronts.find(key);
-        if (front == fronts.end() || front->second == None)
+        if (front == fronts.end() || front->second == None) {
             return std::nullopt;
+        }
         const auto place = front->second;
         front->second = behind[place];
         return place;
@@ -44,12 +45,14 @@ std::vector<Match> matchInOrder(const std::vector<std::string_view>& a,
     for (std::size_t i = 0; i < a.size(); ++i) {
         const auto partner = waiting.take(a[i]);
         matches.push_back({i, partner});
-        if (partner)
+        if (partner) {
             isTaken[*partner] = true;
+        }
     }
     for (std::size_t i = 0; i < b.size(); ++i) {
-        if (!isTaken[i])
+        if (!isTaken[i]) {
             matches.push_back({std::nullopt, i});
+        }
     }
     return matches;
 }

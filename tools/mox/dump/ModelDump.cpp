@@ -20,8 +20,9 @@ namespace {
 template <std::size_t Size>
 Json jsonNumbers(const std::array<float, Size>& numbers, std::size_t count = Size) {
     Json list = Json::array();
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         list.push_back(jsonNumber(numbers[i]));
+    }
     return list;
 }
 
@@ -75,8 +76,9 @@ std::string rowText(const Number* row, std::size_t width) {
 template <typename Number>
 void writeRows(JsonStream& json, const std::vector<Number>& numbers, std::size_t width) {
     json.beginArray();
-    for (std::size_t first = 0; first < numbers.size(); first += width)
+    for (std::size_t first = 0; first < numbers.size(); first += width) {
         json.rawValue(rowText(&numbers[first], width));
+    }
     json.endArray();
 }
 
@@ -113,8 +115,9 @@ void ModelDump::writeSaves() {
                    {"computer", jsonText(save.computer)},
                    {"user", jsonText(save.user)},
                    {"comment", jsonText(save.comment)}};
-        if (options.noDate)
+        if (options.noDate) {
             entry.erase("date");
+        }
         json.value(entry);
     }
     json.endArray();
@@ -147,15 +150,17 @@ void ModelDump::write(const MoxReader::Shape& shape) {
 void ModelDump::write(const MoxReader::Geometry& geometry) {
     json.key("datasets");
     json.beginArray();
-    for (const auto& dataset : geometry.datasets)
+    for (const auto& dataset : geometry.datasets) {
         writeDataset(dataset);
+    }
     json.endArray();
 }
 
 void ModelDump::write(const MoxReader::NodeSets& descriptor) {
     member("setCount", descriptor.setCount);
-    if (!options.numbers)
+    if (!options.numbers) {
         return;
+    }
     json.key("sets");
     json.beginArray();
     for (const auto& set : heavy.readNodeSets(descriptor)) {
@@ -171,43 +176,49 @@ void ModelDump::write(const MoxReader::NodeSets& descriptor) {
 void ModelDump::writeDataset(const MoxReader::Dataset& dataset) {
     json.beginObject();
     member("name", jsonText(dataset.name));
-    if (dataset.key.size() != dataset.name.size())
+    if (dataset.key.size() != dataset.name.size()) {
         member("step", jsonText(dataset.step));
+    }
     member("type", variableTypeText(dataset));
     member("element", elementTypeText(dataset));
     member("vibration", dataset.vibration);
-    if (dataset.isLink)
+    if (dataset.isLink) {
         member("link", {{"node", dataset.linkNodeId}, {"dataset", dataset.linkIndex}});
-    else
+    } else {
         writeHolder(dataset);
+    }
     json.endObject();
 }
 
 void ModelDump::writeHolder(const MoxReader::Dataset& dataset) {
     member("shape", Json{itemCount(dataset), dataset.width});
     member("bytes", dataset.sizeInBytes);
-    if (hasUnknownValues(dataset))
+    if (hasUnknownValues(dataset)) {
         member("unknown", {dataset.boolA, dataset.boolB, jsonNumber(dataset.floatA),
                            jsonNumber(dataset.floatB), dataset.boolC});
+    }
     writeAttributes(dataset.attributes);
-    if (options.numbers)
+    if (options.numbers) {
         writeNumbers(dataset);
+    }
 }
 
 void ModelDump::writeAttributes(const MoxReader::Attributes& attributes) {
     json.key("attributes");
     json.beginArray();
-    for (const auto& [key, value] : attributes)
+    for (const auto& [key, value] : attributes) {
         json.value(jsonAttribute(key, value));
+    }
     json.endArray();
 }
 
 void ModelDump::writeNumbers(const MoxReader::Dataset& dataset) {
     json.key("numbers");
-    if (dataset.elementTag == MoxReader::Format::FloatTag)
+    if (dataset.elementTag == MoxReader::Format::FloatTag) {
         writeRows(json, heavy.readFloats(dataset), dataset.width);
-    else
+    } else {
         writeRows(json, heavy.readUnsigned(dataset), dataset.width);
+    }
 }
 
 void ModelDump::member(std::string_view key, const Json& value) {

@@ -11,8 +11,9 @@ class CharRows {
 public:
     /// @param length Of the longest text, without its terminating zero.
     CharRows(std::size_t count, std::size_t length) : buffers(count, std::vector<char>(length + 1)) {
-        for (auto& buffer : buffers)
+        for (auto& buffer : buffers) {
             pointers.push_back(buffer.data());
+        }
     }
     CharRows(const CharRows&) = delete;
     CharRows& operator=(const CharRows&) = delete;
@@ -26,8 +27,9 @@ public:
     /// The texts of all rows.
     std::vector<std::string> strings() const {
         std::vector<std::string> result;
-        for (const auto& buffer : buffers)
+        for (const auto& buffer : buffers) {
             result.emplace_back(buffer.data());
+        }
         return result;
     }
 

@@ -26,8 +26,9 @@ Container containerOf(std::istream& file) {
     std::array<char, 4> magic{};
     file.read(magic.data(), magic.size());
     const std::string start(magic.data(), magic.size());
-    if (start.starts_with("CDF"))
+    if (start.starts_with("CDF")) {
         return Container::Classic;
+    }
     return start == "\x89HDF" ? Container::Hdf5 : Container::Other;
 }
 
@@ -41,15 +42,17 @@ void checkLength(const std::string& path, std::istream& file) {
         throw Failure(path, fmt::format("damaged: {}", damage.what()));
     }
     const std::uint64_t present = fs::file_size(path);
-    if (present < required)
+    if (present < required) {
         throw Failure(path, fmt::format("damaged: cut off after {} of {} bytes", present, required));
+    }
 }
 
 // The Exodus library writes to stderr where netCDF can't open a file, so that is tried before.
 void checkOpens(const std::string& path) {
     int opened = -1;
-    if (const int status = nc_open(path.c_str(), NC_NOWRITE, &opened); status != NC_NOERR)
+    if (const int status = nc_open(path.c_str(), NC_NOWRITE, &opened); status != NC_NOERR) {
         throw Failure(path, fmt::format("{}, or damaged ({})", NotExodus, nc_strerror(status)));
+    }
     nc_close(opened);
 }
 
@@ -57,21 +60,25 @@ void checkOpens(const std::string& path) {
 void checkContainer(const std::string& path) {
     checkIsFile(path);
     std::ifstream file(path, std::ios::binary);
-    if (!file)
+    if (!file) {
         throw Failure(path, "can't be opened");
+    }
     const auto container = containerOf(file);
-    if (container == Container::Other)
+    if (container == Container::Other) {
         throw Failure(path, NotExodus);
-    if (container == Container::Classic)
+    }
+    if (container == Container::Classic) {
         checkLength(path, file);
+    }
     checkOpens(path);
 }
 
 } // namespace
 
 ExodusFile::Handle::~Handle() {
-    if (id >= 0)
+    if (id >= 0) {
         ex_close(id);
+    }
 }
 
 ExodusFile::ExodusFile(const std::string& path) : filePath(path) {
@@ -86,8 +93,9 @@ void ExodusFile::open() {
     ex_opts(EX_DEFAULT);
     int memoryWordSize = sizeof(double);
     file.id = ex_open(filePath.c_str(), EX_READ | EX_ALL_INT64_API, &memoryWordSize, &wordSize, &version);
-    if (file.id < 0)
+    if (file.id < 0) {
         throw Failure(filePath, fmt::format("{}, or damaged", NotExodus));
+    }
     nameLength = static_cast<std::size_t>(
         std::max<std::int64_t>(MAX_NAME_LENGTH, inquire(EX_INQ_DB_MAX_ALLOWED_NAME_LENGTH)));
     ex_set_max_name_length(file.id, static_cast<int>(nameLength));
@@ -95,8 +103,9 @@ void ExodusFile::open() {
 
 void ExodusFile::readParameters() {
     check(ex_get_init_ext(file.id, &parameters), "its counts");
-    if (parameters.num_dim < 1 || parameters.num_dim > 3)
+    if (parameters.num_dim < 1 || parameters.num_dim > 3) {
         throw Failure(filePath, fmt::format("damaged: {} dimensions", parameters.num_dim));
+    }
 }
 
 void ExodusFile::readBlocks() {
@@ -110,15 +119,17 @@ void ExodusFile::readBlocks() {
                                  block.num_nodes_per_entry, block.num_attribute, firstElement});
         firstElement += block.num_entry;
     }
-    if (firstElement != parameters.num_elem)
+    if (firstElement != parameters.num_elem) {
         throw Failure(filePath, fmt::format("damaged: its blocks have {} elements instead of {}",
                                             firstElement, parameters.num_elem));
+    }
 }
 
 void ExodusFile::readTimes() {
     stepTimes.resize(static_cast<std::size_t>(inquire(EX_INQ_TIME)));
-    if (!stepTimes.empty())
+    if (!stepTimes.empty()) {
         check(ex_get_all_times(file.id, stepTimes.data()), "the times");
+    }
 }
 
 std::string ExodusFile::blockName(std::int64_t block) const {
@@ -136,13 +147,15 @@ float ExodusFile::apiVersion() const {
 std::vector<QaRecord> ExodusFile::qaRecords() const {
     constexpr std::size_t Fields = 4;
     const auto count = static_cast<std::size_t>(inquire(EX_INQ_QA));
-    if (count == 0)
+    if (count == 0) {
         return {};
+    }
     CharRows texts(count * Fields, MAX_STR_LENGTH);
     check(ex_get_qa(file.id, reinterpret_cast<char*(*)[Fields]>(texts.data())), "the QA records");
     std::vector<QaRecord> records;
-    for (std::size_t i = 0; i < texts.size(); i += Fields)
+    for (std::size_t i = 0; i < texts.size(); i += Fields) {
         records.push_back({texts[i], texts[i + 1], texts[i + 2], texts[i + 3]});
+    }
     return records;
 }
 
@@ -160,8 +173,9 @@ std::vector<double> ExodusFile::coordinates(int axis) const {
 
 std::vector<std::int64_t> ExodusFile::idMap(ex_entity_type type, std::int64_t count) const {
     std::vector<std::int64_t> result(static_cast<std::size_t>(count));
-    if (ex_get_id_map(file.id, type, result.data()) < 0)
+    if (ex_get_id_map(file.id, type, result.data()) < 0) {
         throw Failure(filePath, "damaged: an id map can't be read");
+    }
     return result;
 }
 
@@ -182,8 +196,9 @@ std::vector<int> ExodusFile::nodesOfEachElement(const ExodusBlock& block) const 
 }
 
 std::vector<std::string> ExodusFile::attributeNames(const ExodusBlock& block) const {
-    if (block.attributeCount == 0)
+    if (block.attributeCount == 0) {
         return {};
+    }
     CharRows texts(static_cast<std::size_t>(block.attributeCount), nameLength);
     check(ex_get_attr_names(file.id, EX_ELEM_BLOCK, block.id, texts.data()),
           "the names of element attributes");
@@ -198,14 +213,16 @@ std::vector<std::string> ExodusFile::coordinateNames() const {
 
 std::vector<std::int64_t> ExodusFile::ids(ex_entity_type type, std::int64_t count) const {
     std::vector<std::int64_t> result(static_cast<std::size_t>(count));
-    if (count > 0)
+    if (count > 0) {
         check(ex_get_ids(file.id, type, result.data()), "the ids of blocks or sets");
+    }
     return result;
 }
 
 std::vector<std::string> ExodusFile::names(ex_entity_type type, std::int64_t count) const {
-    if (count == 0)
+    if (count == 0) {
         return {};
+    }
     CharRows texts(static_cast<std::size_t>(count), nameLength);
     check(ex_get_names(file.id, type, texts.data()), "the names of blocks or sets");
     return texts.strings();
@@ -214,8 +231,9 @@ std::vector<std::string> ExodusFile::names(ex_entity_type type, std::int64_t cou
 std::vector<std::string> ExodusFile::variableNames(ex_entity_type type) const {
     int count = 0;
     check(ex_get_variable_param(file.id, type, &count), "the number of variables");
-    if (count == 0)
+    if (count == 0) {
         return {};
+    }
     CharRows texts(static_cast<std::size_t>(count), nameLength);
     check(ex_get_variable_names(file.id, type, count, texts.data()), "the names of variables");
     return texts.strings();
@@ -223,10 +241,11 @@ std::vector<std::string> ExodusFile::variableNames(ex_entity_type type) const {
 
 std::vector<int> ExodusFile::elementTruthTable(std::size_t variableCount) const {
     std::vector<int> table(elementBlocks.size() * variableCount);
-    if (!table.empty())
+    if (!table.empty()) {
         check(ex_get_truth_table(file.id, EX_ELEM_BLOCK, static_cast<int>(elementBlocks.size()),
                                  static_cast<int>(variableCount), table.data()),
               "the table of element variables");
+    }
     return table;
 }
 
@@ -250,8 +269,9 @@ std::vector<double> ExodusFile::globalValues(std::size_t step, std::size_t varia
 // The library warns, with a positive status, of things that are absent; here everything asked for must be
 // there.
 void ExodusFile::check(int status, const char* what) const {
-    if (status != NC_NOERR)
+    if (status != NC_NOERR) {
         throw Failure(filePath, fmt::format("damaged: {} can't be read", what));
+    }
 }
 
 } // namespace MoxTool

@@ -17,8 +17,9 @@ namespace {
 class Pointers {
 public:
     explicit Pointers(std::vector<std::string> texts) : kept(std::move(texts)) {
-        for (auto& text : kept)
+        for (auto& text : kept) {
             pointers.push_back(text.data());
+        }
     }
     char** data() { return pointers.data(); }
 
@@ -49,31 +50,36 @@ ExodusOutput::ExodusOutput(const std::string& path, std::string shownPath, const
 }
 
 ExodusOutput::~ExodusOutput() {
-    if (file >= 0)
+    if (file >= 0) {
         ex_close(file);
+    }
 }
 
 // The library writes to stderr where a file can't be made, so that is tried before. Files of the classic
 // format have no integers of 64 bits.
 void ExodusOutput::create(const std::string& path, bool largeIds) {
     ex_opts(EX_DEFAULT);
-    if (!std::ofstream(path, std::ios::binary))
+    if (!std::ofstream(path, std::ios::binary)) {
         throw Failure(shown, "can't be written");
+    }
     int memoryWordSize = sizeof(double);
     int diskWordSize = sizeof(double);
     const int format = largeIds ? EX_NETCDF4 | EX_MAPS_INT64_DB | EX_IDS_INT64_DB : EX_LARGE_MODEL;
     file = ex_create(path.c_str(), EX_CLOBBER | EX_ALL_INT64_API | format, &memoryWordSize, &diskWordSize);
-    if (file < 0)
+    if (file < 0) {
         throw Failure(shown, "can't be written");
+    }
 }
 
 void ExodusOutput::qaRecords(const std::vector<QaRecord>& records) {
     constexpr std::size_t Fields = 4;
-    if (records.empty())
+    if (records.empty()) {
         return;
+    }
     std::vector<std::string> texts;
-    for (const auto& record : records)
+    for (const auto& record : records) {
         texts.insert(texts.end(), {record.program, record.version, record.date, record.time});
+    }
     Pointers pointers(std::move(texts));
     check(ex_put_qa(file, static_cast<int>(records.size()),
                     reinterpret_cast<char*(*)[Fields]>(pointers.data())));
@@ -91,8 +97,9 @@ void ExodusOutput::block(const ExodusBlock& block, const std::vector<std::uint32
                        block.nodesPerElement, 0, 0, 0));
     std::vector<std::int64_t> connectivity;
     connectivity.reserve(nodes.size());
-    for (const auto node : nodes)
+    for (const auto node : nodes) {
         connectivity.push_back(std::int64_t{node} + 1);
+    }
     check(ex_put_conn(file, EX_ELEM_BLOCK, block.id, connectivity.data(), nullptr, nullptr));
     if (!lengths.empty()) {
         const std::vector<int> counts(lengths.begin(), lengths.end());
@@ -106,17 +113,19 @@ void ExodusOutput::idMap(ex_entity_type type, const std::vector<std::int64_t>& i
 }
 
 void ExodusOutput::variables(ex_entity_type type, const std::vector<std::string>& names) {
-    if (names.empty())
+    if (names.empty()) {
         return;
+    }
     const auto count = static_cast<int>(names.size());
     check(ex_put_variable_param(file, type, count));
     check(ex_put_variable_names(file, type, count, Pointers(names).data()));
 }
 
 void ExodusOutput::truthTable(std::size_t blocks, std::size_t variables, std::vector<int> table) {
-    if (!table.empty())
+    if (!table.empty()) {
         check(ex_put_truth_table(file, EX_ELEM_BLOCK, static_cast<int>(blocks), static_cast<int>(variables),
                                  table.data()));
+    }
 }
 
 void ExodusOutput::time(std::size_t step, double time) {
@@ -124,9 +133,10 @@ void ExodusOutput::time(std::size_t step, double time) {
 }
 
 void ExodusOutput::globals(std::size_t step, const std::vector<double>& values) {
-    if (!values.empty())
+    if (!values.empty()) {
         check(ex_put_var(file, static_cast<int>(step) + 1, EX_GLOBAL, 1, 1,
                          static_cast<std::int64_t>(values.size()), values.data()));
+    }
 }
 
 void ExodusOutput::nodal(std::size_t step, std::size_t variable, std::size_t first,
@@ -148,8 +158,9 @@ void ExodusOutput::close() {
 
 // Positive numbers are mere warnings.
 void ExodusOutput::check(int status) const {
-    if (status >= 0)
+    if (status >= 0) {
         return;
+    }
     const std::string reason =
         exerrval < EX_MEMFAIL ? nc_strerror(exerrval) : "out of memory or a wrong argument";
     throw Failure(shown, "can't be written by the Exodus library: " + reason);

@@ -38,8 +38,9 @@ std::vector<std::string> NetcdfVariables::attributesOf(int variable) const {
 std::string NetcdfVariables::text(const NetcdfVariable& variable, const std::string& attribute) const {
     std::size_t length = 0;
     nc_type type = NC_NAT;
-    if (nc_inq_att(file, variable.id, attribute.c_str(), &type, &length) != NC_NOERR || type != NC_CHAR)
+    if (nc_inq_att(file, variable.id, attribute.c_str(), &type, &length) != NC_NOERR || type != NC_CHAR) {
         return {};
+    }
     std::string result(length, '\0');
     nc_get_att_text(file, variable.id, attribute.c_str(), result.data());
     return result.substr(0, result.find('\0'));
@@ -48,8 +49,9 @@ std::string NetcdfVariables::text(const NetcdfVariable& variable, const std::str
 long long NetcdfVariables::number(const NetcdfVariable& variable, const std::string& attribute) const {
     std::size_t length = 0;
     long long result = 0;
-    if (nc_inq_attlen(file, variable.id, attribute.c_str(), &length) == NC_NOERR && length == 1)
+    if (nc_inq_attlen(file, variable.id, attribute.c_str(), &length) == NC_NOERR && length == 1) {
         nc_get_att_longlong(file, variable.id, attribute.c_str(), &result);
+    }
     return result;
 }
 
@@ -57,18 +59,21 @@ std::vector<std::string> NetcdfVariables::rows(const NetcdfVariable& variable) c
     int dimensionCount = 0;
     nc_type type = NC_NAT;
     nc_inq_var(file, variable.id, nullptr, &type, &dimensionCount, nullptr, nullptr);
-    if (dimensionCount != 2 || type != NC_CHAR)
+    if (dimensionCount != 2 || type != NC_CHAR) {
         return {};
+    }
     std::array<int, 2> dimensions{};
     nc_inq_vardimid(file, variable.id, dimensions.data());
     std::array<std::size_t, 2> lengths{};
-    for (std::size_t i = 0; i < lengths.size(); ++i)
+    for (std::size_t i = 0; i < lengths.size(); ++i) {
         nc_inq_dimlen(file, dimensions[i], &lengths[i]);
+    }
     std::string text(lengths[0] * lengths[1], '\0');
     nc_get_var_text(file, variable.id, text.data());
     std::vector<std::string> result;
-    for (std::size_t row = 0; row < lengths[0]; ++row)
+    for (std::size_t row = 0; row < lengths[0]; ++row) {
         result.emplace_back(text.substr(row * lengths[1], lengths[1]).c_str());
+    }
     return result;
 }
 

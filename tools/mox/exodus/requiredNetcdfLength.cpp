@@ -49,24 +49,27 @@ private:
         std::uint64_t value = 0;
         for (int i = 0; i < bytes; ++i) {
             const auto byte = file.get();
-            if (byte == std::istream::traits_type::eof())
+            if (byte == std::istream::traits_type::eof()) {
                 throw std::runtime_error("the header is cut off");
+            }
             value = value << 8U | static_cast<std::uint64_t>(byte);
         }
         return value;
     }
 
     void skip(std::uint64_t bytes) {
-        if (bytes > static_cast<std::uint64_t>(std::numeric_limits<std::streamoff>::max()) / 2)
+        if (bytes > static_cast<std::uint64_t>(std::numeric_limits<std::streamoff>::max()) / 2) {
             throw std::runtime_error("the header makes no sense");
+        }
         file.seekg(static_cast<std::streamoff>(bytes), std::ios::cur);
     }
 
     void readVersion() {
         const auto magic = readInteger(4);
         const auto version = magic & 0xFFU;
-        if (magic >> 8U != 0x434446 || (version != 1 && version != 2 && version != 5))
+        if (magic >> 8U != 0x434446 || (version != 1 && version != 2 && version != 5)) {
             throw std::runtime_error("not a classic netCDF file");
+        }
         countBytes = version == 5 ? 8 : 4;
         offsetBytes = version == 1 ? 4 : 8;
     }
@@ -88,8 +91,9 @@ private:
 
     std::uint64_t readTypeSize() {
         const auto type = readInteger(4);
-        if (type == 0 || type >= TypeSizes.size())
+        if (type == 0 || type >= TypeSizes.size()) {
             throw std::runtime_error("the header makes no sense");
+        }
         return TypeSizes[type];
     }
 
@@ -109,15 +113,17 @@ private:
     }
 
     void readVariables() {
-        for (auto count = readListLength(); count > 0; --count)
+        for (auto count = readListLength(); count > 0; --count) {
             variables.push_back(readVariable());
+        }
     }
 
     Variable readVariable() {
         skipName();
         Variable variable{1, 0, false};
-        for (auto count = readCount(); count > 0; --count)
+        for (auto count = readCount(); count > 0; --count) {
             addDimension(variable, readCount());
+        }
         skipAttributes();
         variable.size = product(variable.size, readTypeSize());
         readCount(); // the size with padding, which does not hold for large variables
@@ -127,31 +133,36 @@ private:
 
     // A dimension of length 0 is the one of the records.
     void addDimension(Variable& variable, std::uint64_t dimension) const {
-        if (dimension >= dimensions.size())
+        if (dimension >= dimensions.size()) {
             throw std::runtime_error("the header makes no sense");
-        if (dimensions[dimension] == 0)
+        }
+        if (dimensions[dimension] == 0) {
             variable.isRecord = true;
-        else
+        } else {
             variable.size = product(variable.size, dimensions[dimension]);
+        }
     }
 
     std::uint64_t endOfFixed() const {
         std::uint64_t end = 0;
         for (const auto& variable : variables) {
-            if (!variable.isRecord)
+            if (!variable.isRecord) {
                 end = std::max(end, variable.begin + variable.size);
+            }
         }
         return end;
     }
 
     std::uint64_t endOfRecords(std::uint64_t records) const {
-        if (records == 0)
+        if (records == 0) {
             return 0;
+        }
         const auto lastRecord = product(records - 1, recordSize());
         std::uint64_t end = 0;
         for (const auto& variable : variables) {
-            if (variable.isRecord)
+            if (variable.isRecord) {
                 end = std::max(end, variable.begin + lastRecord + variable.size);
+            }
         }
         return end;
     }
@@ -162,8 +173,9 @@ private:
         std::uint64_t last = 0;
         std::size_t count = 0;
         for (const auto& variable : variables) {
-            if (!variable.isRecord)
+            if (!variable.isRecord) {
                 continue;
+            }
             last = variable.size;
             sum = std::min(ManyBytes, sum + aligned(last));
             ++count;

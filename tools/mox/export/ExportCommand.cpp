@@ -47,8 +47,9 @@ std::string checkExtension(const std::string& path) {
 
 void refuseToReplaceInput(const ExportRequest& request) {
     std::error_code missing;
-    if (std::filesystem::equivalent(request.input, request.output, missing))
+    if (std::filesystem::equivalent(request.input, request.output, missing)) {
         throw Failure(request.output, "is the input itself");
+    }
 }
 
 } // namespace

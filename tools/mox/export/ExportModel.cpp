@@ -16,9 +16,10 @@ ExportModel::ExportModel(const ExportRequest& request)
 
 void ExportModel::read(const ExportRequest& request) {
     parts = MeshCollector(request.input, model(), heavy, conversion).collect();
-    if (parts.parts.empty())
+    if (parts.parts.empty()) {
         throw Failure(request.input,
                       "has no geometry with Coordinates, Connectivity and Polylength to export");
+    }
     contents = ResultCollector(model(), parts, conversion).collect();
     listSkippedTreeContent(model(), conversion);
     chooseSteps(request);
@@ -30,12 +31,14 @@ void ExportModel::read(const ExportRequest& request) {
 
 void ExportModel::chooseSteps(const ExportRequest& request) {
     for (std::size_t step = 0; step < contents.steps.size(); ++step) {
-        if (request.step.empty() || contents.steps[step].name == request.step)
+        if (request.step.empty() || contents.steps[step].name == request.step) {
             wanted.push_back(step);
+        }
     }
-    if (!request.step.empty() && wanted.empty())
+    if (!request.step.empty() && wanted.empty()) {
         throw Failure(request.input,
                       fmt::format("has no step \"{}\"; mox tree lists its steps", visibleText(request.step)));
+    }
 }
 
 } // namespace MoxTool

@@ -3,8 +3,9 @@
 namespace MoxTool {
 
 bool ExportField::stands(std::size_t step) const {
-    if (isStatic)
+    if (isStatic) {
         return true;
+    }
     const auto first = sources.lower_bound({step, 0});
     return first != sources.end() && first->first.first == step;
 }

@@ -17,18 +17,20 @@ std::vector<double> FieldReader::read(const ExportField& field, const MoxReader:
 std::vector<double> FieldReader::readAll(const ExportField& field, std::size_t step) {
     const auto items = field.place == ResultPlace::Nodes ? mesh.nodeCount() : mesh.elementCount();
     std::vector<double> table(items * field.width, std::numeric_limits<double>::quiet_NaN());
-    if (field.place == ResultPlace::Nodes)
+    if (field.place == ResultPlace::Nodes) {
         readNodes(field, step, table);
-    else
+    } else {
         readElements(field, step, table);
+    }
     return table;
 }
 
 void FieldReader::readNodes(const ExportField& field, std::size_t step, std::vector<double>& table) {
     for (std::size_t group = 0; group < mesh.nodeGroups.size(); ++group) {
         const auto* source = field.source(step, group);
-        if (source == nullptr)
+        if (source == nullptr) {
             continue;
+        }
         const auto numbers = read(field, *source);
         std::copy(numbers.begin(), numbers.end(),
                   table.begin() + static_cast<std::ptrdiff_t>(mesh.nodeGroups[group].first * field.width));
@@ -41,13 +43,15 @@ void FieldReader::readElements(const ExportField& field, std::size_t step, std::
     const MoxReader::Dataset* loaded = nullptr;
     for (const auto& block : mesh.blocks) {
         const auto* source = field.source(step, block.part);
-        if (source != nullptr && source != loaded)
+        if (source != nullptr && source != loaded) {
             numbers = read(field, *source);
+        }
         loaded = source == nullptr ? loaded : source;
         for (const auto row : block.rows) {
-            if (source != nullptr)
+            if (source != nullptr) {
                 std::copy_n(numbers.begin() + static_cast<std::ptrdiff_t>(row * field.width), field.width,
                             target);
+            }
             target += static_cast<std::ptrdiff_t>(field.width);
         }
     }

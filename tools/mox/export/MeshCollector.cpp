@@ -35,8 +35,9 @@ bool isNodalResult(const Dataset& dataset) {
 
 // A length that no known face has makes polygons of all.
 bool arePolygons(const std::string& type, int dimension, const Integers& lengths) {
-    if (ElementType(type).isNsided())
+    if (ElementType(type).isNsided()) {
         return true;
+    }
     return dimension == 2 && std::any_of(lengths.begin(), lengths.end(),
                                          [](auto length) { return findElementShape(2, length) == nullptr; });
 }
@@ -78,16 +79,19 @@ MeshCollector::MeshCollector(std::string file, const MoxReader::Model& source, M
 ExportMesh MeshCollector::collect() {
     std::vector<std::string> incomplete;
     for (const auto& node : model.nodes()) {
-        if (node.geometry() == nullptr)
+        if (node.geometry() == nullptr) {
             continue;
-        if (isComplete(node))
+        }
+        if (isComplete(node)) {
             addPart(node);
-        else
+        } else {
             incomplete.push_back(visibleText(node.name));
+        }
     }
     summary.addSkipped("geometries without Coordinates, Connectivity and Polylength", incomplete);
-    for (std::size_t part = 0; part < mesh.parts.size(); ++part)
+    for (std::size_t part = 0; part < mesh.parts.size(); ++part) {
         addElements(part);
+    }
     numberBlocks();
     noteUnknownShapes();
     return std::move(mesh);
@@ -110,13 +114,15 @@ std::size_t MeshCollector::nodesOf(const Node& geometry, const Dataset& coordina
     const auto& transform = transforms[geometry.id - 1];
     std::copy_n(transform.matrix().data(), matrix.size(), matrix.begin());
     for (const auto& dataset : geometry.geometry()->datasets) {
-        if (isNodalResult(dataset))
+        if (isNodalResult(dataset)) {
             results.emplace(dataset.key, &model.resolve(dataset));
+        }
     }
     const auto [place, isNew] = knownNodes.emplace(std::move(key), mesh.nodeGroups.size());
     if (isNew) {
-        if (holder->width != 3)
+        if (holder->width != 3) {
             fail(geometry, "its coordinates have not three columns");
+        }
         mesh.nodeGroups.push_back({holder, transform, mesh.nodeCount(), itemCount(*holder)});
         addPoints(mesh.nodeGroups.back());
     }
@@ -133,8 +139,9 @@ void MeshCollector::addPoints(const ExportNodes& nodes) {
         summary.addNote("transforms of groups are applied to coordinates, not to results");
     }
     mesh.points.insert(mesh.points.end(), points.begin(), points.end());
-    if (mesh.nodeCount() > MostNodes)
+    if (mesh.nodeCount() > MostNodes) {
         throw Failure(path, fmt::format("has more than {} nodes", MostNodes));
+    }
 }
 
 void MeshCollector::addElements(std::size_t partIndex) {
@@ -154,15 +161,18 @@ void MeshCollector::addElements(std::size_t partIndex) {
 void MeshCollector::checkElements(const ExportPart& part, const Integers& nodes,
                                   const Integers& lengths) const {
     const auto sum = std::accumulate(lengths.begin(), lengths.end(), std::uint64_t{0});
-    if (sum != nodes.size())
+    if (sum != nodes.size()) {
         fail(*part.geometry, fmt::format("its elements have {} nodes by Polylength and {} by Connectivity",
                                          sum, nodes.size()));
-    if (std::find(lengths.begin(), lengths.end(), 0U) != lengths.end())
+    }
+    if (std::find(lengths.begin(), lengths.end(), 0U) != lengths.end()) {
         fail(*part.geometry, "it has an element without nodes");
+    }
     const auto count = mesh.nodeGroups[part.nodeGroup].count;
     const auto bad = std::find_if(nodes.begin(), nodes.end(), [=](auto node) { return node >= count; });
-    if (bad != nodes.end())
+    if (bad != nodes.end()) {
         fail(*part.geometry, fmt::format("an element refers to node {} of {}", *bad, count));
+    }
 }
 
 void MeshCollector::splitElements(std::size_t partIndex, const Integers& nodes, const Integers& lengths) {
@@ -175,10 +185,12 @@ void MeshCollector::splitElements(std::size_t partIndex, const Integers& nodes, 
     for (std::size_t row = 0; row < lengths.size(); ++row) {
         auto& block = blocks[polygons ? 0 : lengths[row]];
         block.rows.push_back(row);
-        if (polygons)
+        if (polygons) {
             block.lengths.push_back(lengths[row]);
-        for (std::uint32_t i = 0; i < lengths[row]; ++i)
+        }
+        for (std::uint32_t i = 0; i < lengths[row]; ++i) {
             block.nodes.push_back(firstNode + nodes[place++]);
+        }
     }
     const bool typeFits = !type.empty() && (polygons ? ElementType(type).isNsided() : isUniform(lengths));
     for (auto& [length, block] : blocks) {
@@ -209,24 +221,27 @@ void MeshCollector::numberBlocks() {
     for (auto& block : mesh.blocks) {
         const auto& connectivity = model.resolve(*mesh.parts[block.part].connectivity);
         block.id = wantedId(connectivity.attributes);
-        if (block.id == NoId || !taken.insert(block.id).second)
+        if (block.id == NoId || !taken.insert(block.id).second) {
             others.push_back(&block);
+        }
     }
     std::int64_t next = 1;
     for (auto* block : others) {
-        while (!taken.insert(next).second)
+        while (!taken.insert(next).second) {
             ++next;
+        }
         block->id = next;
     }
 }
 
 void MeshCollector::noteUnknownShapes() {
     for (const auto& block : mesh.blocks) {
-        if (block.shape == &UnknownShape)
+        if (block.shape == &UnknownShape) {
             summary.addNote(
                 fmt::format("\"{}\" has elements of {} nodes, of no known shape: type OTHER in Exodus, loose "
                             "points in VTK",
                             visibleText(block.name), block.nodesPerElement));
+        }
     }
 }
 

@@ -28,12 +28,15 @@ std::optional<double> preciseNumber(const Attributes& attributes, const std::str
 // Of two datasets of a step either can be the one with the attributes.
 void describe(ExportStep& step, const Dataset& dataset) {
     const auto& attributes = dataset.attributes;
-    if (!step.time)
+    if (!step.time) {
         step.time = preciseNumber(attributes, AttributeNames::Time);
-    if (!step.frequency)
+    }
+    if (!step.frequency) {
         step.frequency = preciseNumber(attributes, AttributeNames::Frequency);
-    if (!step.mode)
+    }
+    if (!step.mode) {
         step.mode = numberAttribute(attributes, AttributeNames::Mode);
+    }
     step.vibration = step.vibration || dataset.vibration;
 }
 
@@ -42,8 +45,9 @@ std::vector<std::string> componentsOf(const Dataset& holder) {
     for (;;) {
         auto name = textAttribute(holder.attributes,
                                   AttributeNames::numbered(AttributeNames::Component, components.size() + 1));
-        if (name.empty() || components.size() == holder.width)
+        if (name.empty() || components.size() == holder.width) {
             return components;
+        }
         components.push_back(std::move(name));
     }
 }
@@ -66,8 +70,9 @@ ResultCollector::ResultCollector(const MoxReader::Model& source, const ExportMes
 
 ExportResults ResultCollector::collect() {
     collectSteps();
-    for (std::size_t part = 0; part < mesh.parts.size(); ++part)
+    for (std::size_t part = 0; part < mesh.parts.size(); ++part) {
         addPart(part);
+    }
     listSkipped();
     return std::move(results);
 }
@@ -78,16 +83,19 @@ void ResultCollector::collectSteps() {
     std::vector<FoundStep> found;
     for (const auto& part : mesh.parts) {
         for (const auto& dataset : part.geometry->geometry()->datasets) {
-            if (dataset.step.empty() || resultPlaceOf(dataset) == ResultPlace::Nowhere)
+            if (dataset.step.empty() || resultPlaceOf(dataset) == ResultPlace::Nowhere) {
                 continue;
+            }
             const auto& holder = model.resolve(dataset);
             const auto [place, isNew] = places.emplace(dataset.step, found.size());
-            if (isNew)
+            if (isNew) {
                 found.push_back({{dataset.step, {}, {}, {}, false}, holder.position});
+            }
             auto& step = found[place->second];
             step.position = std::min(step.position, holder.position);
-            if (holder.step == dataset.step)
+            if (holder.step == dataset.step) {
                 describe(step.step, holder);
+            }
         }
     }
     std::stable_sort(found.begin(), found.end(),
@@ -103,8 +111,9 @@ void ResultCollector::addPart(std::size_t partIndex) {
     const std::set meshDatasets = {findCoordinates(geometry), findConnectivity(geometry),
                                    findPolylength(geometry)};
     for (const auto& dataset : geometry.geometry()->datasets) {
-        if (!meshDatasets.contains(&dataset))
+        if (!meshDatasets.contains(&dataset)) {
             addDataset(partIndex, dataset);
+        }
     }
 }
 
@@ -139,8 +148,9 @@ std::size_t ResultCollector::fieldOf(const Dataset& dataset, const Dataset& hold
     const FieldKey key{field.place,       field.name,     (field.variableType << 8U) | holder.width,
                        holder.elementTag, field.isStatic, field.components};
     const auto [place, isNew] = fieldPlaces.emplace(key, results.fields.size());
-    if (isNew)
+    if (isNew) {
         results.fields.push_back(std::move(field));
+    }
     return place->second;
 }
 

@@ -10,15 +10,17 @@ Eigen::Vector3d vectorOf(const std::array<float, 3>& values) {
 
 Eigen::Affine3d rotationOf(const std::array<float, 4>& axisAndAngle) {
     const Eigen::Vector3d axis(axisAndAngle[0], axisAndAngle[1], axisAndAngle[2]);
-    if (axisAndAngle[3] == 0 || axis.isZero(0))
+    if (axisAndAngle[3] == 0 || axis.isZero(0)) {
         return Eigen::Affine3d::Identity();
+    }
     return Eigen::Affine3d(Eigen::AngleAxisd(axisAndAngle[3], axis.normalized()));
 }
 
 Eigen::Affine3d ownTransform(const MoxReader::Node& node) {
     const auto* group = node.group();
-    if (group == nullptr)
+    if (group == nullptr) {
         return Eigen::Affine3d::Identity();
+    }
     return Eigen::Translation3d(vectorOf(group->translation)) * rotationOf(group->rotation) *
            Eigen::Scaling(vectorOf(group->scale));
 }

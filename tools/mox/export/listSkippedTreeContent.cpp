@@ -38,8 +38,9 @@ bool isTaken(const std::string& key) {
 
 void addKeys(const MoxReader::Attributes& attributes, Names& names) {
     for (const auto& [key, value] : attributes) {
-        if (!isTaken(key))
+        if (!isTaken(key)) {
             names.insert(visibleText(key));
+        }
     }
 }
 
@@ -59,11 +60,13 @@ void listSkippedTreeContent(const MoxReader::Model& model, ConversionSummary& su
             addKeys(group->attributes, groupKeys);
         }
         materials += node.shape() == nullptr ? 0 : 1;
-        if (node.nodeSets() != nullptr)
+        if (node.nodeSets() != nullptr) {
             nodeSets.insert(visibleText(node.name));
+        }
         if (const auto* geometry = node.geometry()) {
-            for (const auto& dataset : geometry->datasets)
+            for (const auto& dataset : geometry->datasets) {
                 addKeys(dataset.attributes, datasetKeys);
+            }
         }
     }
     summary.addSkipped("groups below the root, since the blocks stand in one list", groups);

@@ -40,8 +40,9 @@ Examples:
 
 std::vector<std::string> formatNames() {
     std::vector<std::string> names;
-    for (const auto& [name, format] : NumberFormats)
+    for (const auto& [name, format] : NumberFormats) {
         names.push_back(name);
+    }
     return names;
 }
 
@@ -83,28 +84,34 @@ void ExtractCommand::addOptions(CommandLine& line) {
 }
 
 void ExtractCommand::requireChoice() const {
-    if (!folder.empty())
+    if (!folder.empty()) {
         return;
-    if (choice.path.empty() && choice.id == 0)
+    }
+    if (choice.path.empty() && choice.id == 0) {
         throw UsageError("--node, --id or --all is required");
-    if (choice.name.empty())
+    }
+    if (choice.name.empty()) {
         throw UsageError("--data is required");
-    if (choice.separator.empty())
+    }
+    if (choice.separator.empty()) {
         throw UsageError("--separator: must not be empty");
+    }
 }
 
 int ExtractCommand::run(Terminal& terminal) {
     NumberFile file(input);
-    if (folder.empty())
+    if (folder.empty()) {
         extractOne(file);
-    else
+    } else {
         FolderExtraction(file, formatName(), terminal).writeTo(folder);
+    }
     return 0;
 }
 
 std::string ExtractCommand::formatName() const {
-    if (!format.empty())
+    if (!format.empty()) {
         return format;
+    }
     const auto extension = std::filesystem::path(output).extension().string();
     const auto known = NumberFormats.find(extension.empty() ? extension : extension.substr(1));
     return known == NumberFormats.end() ? "csv" : known->first;
@@ -121,8 +128,9 @@ void ExtractCommand::extractOne(NumberFile& file) const {
         return fill(std::cout);
     }
     std::error_code missing;
-    if (std::filesystem::equivalent(input, output, missing))
+    if (std::filesystem::equivalent(input, output, missing)) {
         throw Failure(output, "is the input itself");
+    }
     OutputFile target(output, overwrite);
     writeFile(target.temporaryPath(), output, fill);
     target.commit();

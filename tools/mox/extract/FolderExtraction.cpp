@@ -55,11 +55,13 @@ void FolderExtraction::writeDatasets(const std::string& folder) const {
 std::vector<const Dataset*> FolderExtraction::holdersByPosition() const {
     std::vector<const Dataset*> holders;
     for (const auto& node : file.model().nodes()) {
-        if (node.geometry() == nullptr)
+        if (node.geometry() == nullptr) {
             continue;
+        }
         for (const auto& dataset : node.geometry()->datasets) {
-            if (!dataset.isLink)
+            if (!dataset.isLink) {
                 holders.push_back(&dataset);
+            }
         }
     }
     std::ranges::stable_sort(holders, {}, &Dataset::position);
@@ -74,10 +76,12 @@ std::string FolderExtraction::fileName(const Dataset& holder) const {
 void FolderExtraction::writeIndex(const std::string& folder) const {
     auto entries = Json::array();
     for (const auto& node : file.model().nodes()) {
-        if (node.geometry() == nullptr)
+        if (node.geometry() == nullptr) {
             continue;
-        for (const auto& dataset : node.geometry()->datasets)
+        }
+        for (const auto& dataset : node.geometry()->datasets) {
             entries.push_back(indexEntry(node, dataset));
+        }
     }
     const Json index = {{"format", formatName}, {"datasets", std::move(entries)}};
     writeFile(pathIn(folder, "index.json"), "index.json",
@@ -90,8 +94,9 @@ Json FolderExtraction::indexEntry(const Node& node, const Dataset& dataset) cons
                   {"node", jsonText(nodePath(file.model(), node.id))},
                   {"id", node.id},
                   {"name", jsonText(dataset.name)}};
-    if (!dataset.step.empty())
+    if (!dataset.step.empty()) {
         entry["step"] = jsonText(dataset.step);
+    }
     entry["type"] = variableTypeText(dataset);
     entry["element"] = elementTypeText(holder);
     entry["items"] = itemCount(holder);

@@ -19,20 +19,24 @@ constexpr std::size_t MaxListed = 10;
 
 const Node& chosenNode(const NumberFile& file, const DatasetChoice& choice) {
     const auto& model = file.model();
-    if (choice.id > model.nodes().size())
+    if (choice.id > model.nodes().size()) {
         throw Failure(file.path(), fmt::format("has no node {}; mox tree shows all ids", choice.id));
-    if (choice.id != 0)
+    }
+    if (choice.id != 0) {
         return model.node(choice.id);
-    if (const auto* node = findNode(model, choice.path, choice.separator))
+    }
+    if (const auto* node = findNode(model, choice.path, choice.separator)) {
         return *node;
+    }
     throw Failure(file.path(),
                   fmt::format("has no node \"{}\"; mox tree shows all nodes", visibleText(choice.path)));
 }
 
 const Node& chosenGeometry(const NumberFile& file, const DatasetChoice& choice) {
     const auto& node = chosenNode(file, choice);
-    if (const auto* geometry = geometryOf(file.model(), node))
+    if (const auto* geometry = geometryOf(file.model(), node)) {
         return *geometry;
+    }
     throw Failure(file.path(), fmt::format("node {} \"{}\" has no datasets; name a shape or its geometry",
                                            node.id, visibleText(node.name)));
 }
@@ -44,10 +48,12 @@ std::string listOf(const std::vector<Dataset>& datasets, TextOf textOf) {
     std::string list;
     for (const auto& dataset : datasets) {
         const std::string text = textOf(dataset);
-        if (text.empty() || !listed.insert(text).second)
+        if (text.empty() || !listed.insert(text).second) {
             continue;
-        if (listed.size() > MaxListed)
+        }
+        if (listed.size() > MaxListed) {
             return list + " and more";
+        }
         list += fmt::format("{}\"{}\"", list.empty() ? "" : ", ", visibleText(text));
     }
     return list;
@@ -56,8 +62,9 @@ std::string listOf(const std::vector<Dataset>& datasets, TextOf textOf) {
 std::string whatThereIs(const std::vector<Dataset>& datasets, const std::string& name) {
     const auto steps =
         listOf(datasets, [&](const Dataset& each) { return each.name == name ? each.step : ""; });
-    if (!steps.empty())
+    if (!steps.empty()) {
         return "it has the steps " + steps + " (option --step)";
+    }
     const auto names = listOf(datasets, [](const Dataset& each) { return each.name; });
     return names.empty() ? "the node has no datasets" : "the node has " + names;
 }
@@ -68,8 +75,9 @@ const Dataset& findDataset(const NumberFile& file, const DatasetChoice& choice) 
     const auto& geometry = chosenGeometry(file, choice);
     const auto& datasets = geometry.geometry()->datasets;
     for (const auto& dataset : datasets) {
-        if (dataset.name == choice.name && dataset.step == choice.step)
+        if (dataset.name == choice.name && dataset.step == choice.step) {
             return dataset;
+        }
     }
     const auto asked =
         choice.step.empty() ? "without a step" : fmt::format("of step \"{}\"", visibleText(choice.step));

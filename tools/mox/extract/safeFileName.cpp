@@ -17,12 +17,14 @@ std::string safeFileName(std::string_view text) {
     std::string name;
     bool lastWasHarmless = true;
     for (const char byte : text) {
-        if (name.size() == MaxSize)
+        if (name.size() == MaxSize) {
             break;
-        if (isHarmless(byte))
+        }
+        if (isHarmless(byte)) {
             name += byte;
-        else if (lastWasHarmless)
+        } else if (lastWasHarmless) {
             name += '_';
+        }
         lastWasHarmless = isHarmless(byte);
     }
     return name;

@@ -25,8 +25,9 @@ void appendText(std::string& piece, std::uint32_t number) {
 template <typename T>
 void appendBytes(std::string& piece, T number) {
     const auto word = std::bit_cast<std::uint32_t>(number);
-    for (unsigned shift = 0; shift < 32; shift += 8)
+    for (unsigned shift = 0; shift < 32; shift += 8) {
         piece += static_cast<char>((word >> shift) & 0xFFU);
+    }
 }
 
 void put(std::ostream& out, std::string& piece) {
@@ -40,8 +41,9 @@ void writeEach(std::ostream& out, const std::vector<T>& numbers, Append append) 
     std::string piece;
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         append(piece, numbers[i], i);
-        if (piece.size() >= PieceSize)
+        if (piece.size() >= PieceSize) {
             put(out, piece);
+        }
     }
     put(out, piece);
 }
@@ -61,11 +63,13 @@ void writeRaw(std::ostream& out, const std::vector<T>& numbers) {
 
 template <typename T>
 void writeAs(std::ostream& out, const std::vector<T>& numbers, std::uint8_t width, NumberFormat format) {
-    if (format == NumberFormat::Csv)
+    if (format == NumberFormat::Csv) {
         return writeCsv(out, numbers, width);
-    if (format == NumberFormat::Npy)
+    }
+    if (format == NumberFormat::Npy) {
         out << npyHeader(std::is_same_v<T, float> ? "<f4" : "<u4", width == 0 ? 0 : numbers.size() / width,
                          width);
+    }
     writeRaw(out, numbers);
 }
 

@@ -31,8 +31,9 @@ constexpr std::size_t CgnsSearchLength = std::size_t{1} << 20;
 
 std::string readBeginning(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
-    if (!file)
+    if (!file) {
         throw Failure(path, "can't be opened");
+    }
     std::string bytes(CgnsSearchLength, '\0');
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     bytes.resize(static_cast<std::size_t>(file.gcount()));
@@ -47,8 +48,9 @@ ModelFormat recogniseFormat(const std::string& path) {
     const auto* found =
         std::find_if(std::begin(Beginnings), std::end(Beginnings),
                      [&start](const auto& beginning) { return start.starts_with(beginning.bytes); });
-    if (found == std::end(Beginnings))
+    if (found == std::end(Beginnings)) {
         return ModelFormat::Unknown;
+    }
     return start.starts_with("\x89HDF") && start.find(CgnsNode) != std::string::npos ? ModelFormat::Cgns
                                                                                      : found->format;
 }

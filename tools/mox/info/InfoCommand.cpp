@@ -38,24 +38,28 @@ void printLine(std::string_view label, const std::string& text) {
 }
 
 void printTextIfAny(std::string_view label, const std::string& text) {
-    if (!text.empty())
+    if (!text.empty()) {
         printLine(label, visibleText(text));
+    }
 }
 
 // What is no index of this format has nothing to show.
 void requireFormat(const MoxReader::RawIndex& index) {
-    if (index.damage.empty())
+    if (index.damage.empty()) {
         return;
+    }
     const auto code = index.damage.front().code();
-    if (code == MoxReader::ErrorCode::BadSignature || code == MoxReader::ErrorCode::UnsupportedFileVersion)
+    if (code == MoxReader::ErrorCode::BadSignature || code == MoxReader::ErrorCode::UnsupportedFileVersion) {
         throw MoxReader::Error(index.damage.front());
+    }
 }
 
 void printBlocks(const MoxReader::File& file) {
     std::uint64_t used = 0, stored = 0, content = 0;
     for (const auto& block : file.blocks()) {
-        if (block.isEmptyEntry() || block.isIndexBlock())
+        if (block.isEmptyEntry() || block.isIndexBlock()) {
             continue;
+        }
         ++used;
         stored += block.length;
         content += block.contentLength.value_or(0);
@@ -87,11 +91,13 @@ std::string nodesText(const ModelSummary& summary) {
 }
 
 std::string stepsText(const std::vector<std::string>& steps) {
-    if (steps.empty())
+    if (steps.empty()) {
         return "none";
+    }
     const auto first = visibleText(steps.front());
-    if (steps.size() == 1)
+    if (steps.size() == 1) {
         return fmt::format("1 (\"{}\")", first);
+    }
     return fmt::format("{} (\"{}\" to \"{}\")", steps.size(), first, visibleText(steps.back()));
 }
 
@@ -125,8 +131,9 @@ std::optional<std::string> InfoCommand::printModel(const MoxReader::File& file) 
     try {
         const auto model = MoxReader::readModel(file);
         const ModelSummary summary(model);
-        for (const auto& save : model.globalInformation().modifiers)
+        for (const auto& save : model.globalInformation().modifiers) {
             printSave(save);
+        }
         printLine("nodes", nodesText(summary));
         printLine("depth", fmt::format("{} levels", summary.levels));
         printLine("datasets",
@@ -139,8 +146,9 @@ std::optional<std::string> InfoCommand::printModel(const MoxReader::File& file) 
 }
 
 std::optional<std::string> InfoCommand::findFlaw(const MoxReader::File& file, Terminal& terminal) const {
-    if (quick)
+    if (quick) {
         return findIndexFlaw(file);
+    }
     auto flaw = findBlockFlaw(file, [&](double part) { terminal.progress("decompressing", part); });
     terminal.clearProgress();
     return flaw;
@@ -148,11 +156,12 @@ std::optional<std::string> InfoCommand::findFlaw(const MoxReader::File& file, Te
 
 void InfoCommand::printVerdict(const std::optional<std::string>& flaw, Terminal& terminal) const {
     const Palette palette(terminal.outputColours());
-    if (flaw)
+    if (flaw) {
         printLine("whole", palette.paint(Palette::Red, "no") + ", " + visibleText(*flaw));
-    else
+    } else {
         printLine("whole", palette.paint(Palette::Green, "yes") +
                                (quick ? ", as far as its numbers don't matter" : ""));
+    }
 }
 
 } // namespace MoxTool

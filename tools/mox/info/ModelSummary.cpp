@@ -13,13 +13,15 @@ ModelSummary::ModelSummary(const MoxReader::Model& model) {
     std::unordered_set<std::string> known;
     for (const auto& node : model.nodes()) {
         ++nodesByType[node.typeName];
-        if (node.geometry() == nullptr)
+        if (node.geometry() == nullptr) {
             continue;
+        }
         for (const auto& dataset : node.geometry()->datasets) {
             ++datasets;
             links += dataset.isLink ? 1 : 0;
-            if (!dataset.step.empty() && known.insert(dataset.step).second)
+            if (!dataset.step.empty() && known.insert(dataset.step).second) {
                 steps.push_back(dataset.step);
+            }
         }
     }
 }

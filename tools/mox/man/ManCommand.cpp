@@ -24,8 +24,9 @@ void writePage(const std::filesystem::path& folder, const ManPage& page) {
     std::ofstream file(path, std::ios::binary);
     file << page.text();
     file.close();
-    if (!file)
+    if (!file) {
         throw Failure(path.string(), "can't be written; is the disk full?");
+    }
 }
 
 } // namespace
@@ -39,31 +40,36 @@ void ManCommand::addOptions(CommandLine& line) {
 }
 
 int ManCommand::run(Terminal&) {
-    if (folder.empty())
+    if (folder.empty()) {
         fmt::print("{}", pageOf(command).text());
-    else
+    } else {
         writeAll();
+    }
     return 0;
 }
 
 void ManCommand::writeAll() const {
-    if (!std::filesystem::is_directory(folder))
+    if (!std::filesystem::is_directory(folder)) {
         throw Failure(folder, "is no folder; create it first");
+    }
     const auto help = program();
     writePage(folder, ManPage(help));
     for (const auto& shown : help.commands) {
-        if (!shown.isHidden)
+        if (!shown.isHidden) {
             writePage(folder, ManPage(shown));
+        }
     }
 }
 
 ManPage ManCommand::pageOf(const std::string& wanted) const {
     const auto help = program();
-    if (wanted.empty())
+    if (wanted.empty()) {
         return ManPage(help);
+    }
     for (const auto& known : help.commands) {
-        if (known.name == wanted)
+        if (known.name == wanted) {
             return ManPage(known);
+        }
     }
     throw Failure(wanted, "there is no such command; mox --help lists them");
 }

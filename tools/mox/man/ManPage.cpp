@@ -25,8 +25,9 @@ std::string block(std::string_view text) {
 }
 
 std::string_view withoutEndingLines(std::string_view text) {
-    while (text.ends_with('\n'))
+    while (text.ends_with('\n')) {
         text.remove_suffix(1);
+    }
     return text;
 }
 
@@ -46,14 +47,16 @@ std::string roffText(std::string_view text) {
     std::string result;
     char before = '\n';
     for (const char letter : text) {
-        if (before == '\n' && (letter == '.' || letter == '\''))
+        if (before == '\n' && (letter == '.' || letter == '\'')) {
             result += "\\&";
-        if (letter == '\\')
+        }
+        if (letter == '\\') {
             result += "\\(rs";
-        else if (letter == '-')
+        } else if (letter == '-') {
             result += "\\-";
-        else
+        } else {
             result += letter;
+        }
         before = letter;
     }
     return result;
@@ -62,8 +65,9 @@ std::string roffText(std::string_view text) {
 ManPage::ManPage(CommandHelp shown) : help(std::move(shown)) {
     const auto place = help.details.find(ExamplesTitle);
     details = withoutEndingLines(std::string_view(help.details).substr(0, place));
-    if (place != std::string::npos)
+    if (place != std::string::npos) {
         examples = withoutEndingLines(std::string_view(help.details).substr(place + ExamplesTitle.size()));
+    }
 }
 
 std::string ManPage::fileName() const {
@@ -82,8 +86,9 @@ std::string ManPage::text() const {
 std::string ManPage::synopsis() const {
     const auto prefix = help.program.empty() ? "" : help.program + " ";
     auto line = fmt::format("\\fB{}{}\\fR [OPTIONS]", prefix, roffText(help.name));
-    if (std::any_of(help.commands.begin(), help.commands.end(), isShown))
+    if (std::any_of(help.commands.begin(), help.commands.end(), isShown)) {
         line += " COMMAND";
+    }
     for (const auto& argument : help.arguments) {
         const auto title = roffText(argument.name) + (argument.canRepeat ? "..." : "");
         line += argument.isRequired ? " " + title : " [" + title + "]";
@@ -93,29 +98,34 @@ std::string ManPage::synopsis() const {
 
 std::string ManPage::options() const {
     std::string items;
-    for (const auto& argument : help.arguments)
+    for (const auto& argument : help.arguments) {
         items += item(argument.name, argument.description);
-    for (const auto& option : help.options)
+    }
+    for (const auto& option : help.options) {
         items += item(option.title, option.description);
+    }
     return items;
 }
 
 std::string ManPage::commands() const {
     std::string items;
     for (const auto& command : help.commands) {
-        if (isShown(command))
+        if (isShown(command)) {
             items += item(command.name, command.description);
+        }
     }
     return items;
 }
 
 std::string ManPage::references() const {
-    if (!help.program.empty())
+    if (!help.program.empty()) {
         return roffText(help.program) + "(1)\n";
+    }
     std::string list;
     for (const auto& command : help.commands) {
-        if (isShown(command))
+        if (isShown(command)) {
             list += (list.empty() ? "" : ", ") + roffText(pageName(command)) + "(1)";
+        }
     }
     return list + "\n";
 }

@@ -27,12 +27,15 @@ std::string withoutNumber(const std::string& type) {
 ElementType::ElementType(const std::string& typeName) : name(withoutNumber(typeName)) {}
 
 std::optional<int> ElementType::dimension(std::int64_t nodesPerElement, int modelDimension) const {
-    if (isLineShell(nodesPerElement, modelDimension))
+    if (isLineShell(nodesPerElement, modelDimension)) {
         return 1;
-    if (const auto known = Dimensions.find(name); known != Dimensions.end())
+    }
+    if (const auto known = Dimensions.find(name); known != Dimensions.end()) {
         return known->second;
-    if (nodesPerElement == 1)
+    }
+    if (nodesPerElement == 1) {
         return 1;
+    }
     return std::nullopt;
 }
 

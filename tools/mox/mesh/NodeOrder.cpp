@@ -33,8 +33,9 @@ constexpr std::array GmshTypes = {
 
 NodeOrder gmshNodeOrder(int elementType) {
     for (const auto& known : GmshTypes) {
-        if (known.type == elementType)
+        if (known.type == elementType) {
             return known.order;
+        }
     }
     return {};
 }
@@ -44,12 +45,14 @@ NodeOrder cgnsSolidNodeOrder(int nodes) {
 }
 
 void reorderNodes(std::vector<unsigned int>& connectivity, NodeOrder order) {
-    if (order.empty())
+    if (order.empty()) {
         return;
+    }
     std::vector<unsigned int> element(order.size());
     for (auto first = connectivity.begin(); first != connectivity.end();) {
-        for (std::size_t node = 0; node < order.size(); ++node)
+        for (std::size_t node = 0; node < order.size(); ++node) {
             element[node] = first[order[node]];
+        }
         first = std::copy(element.begin(), element.end(), first);
     }
 }

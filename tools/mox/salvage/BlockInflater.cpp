@@ -19,8 +19,9 @@ constexpr std::size_t LargestPiece = 65536;
 
 BlockInflater::BlockInflater(MoxReader::Source& bytes)
     : source(bytes), input(LargestPiece), output(LargestPiece) {
-    if (inflateInit(&zlib) != Z_OK)
+    if (inflateInit(&zlib) != Z_OK) {
         throw std::bad_alloc();
+    }
 }
 
 BlockInflater::~BlockInflater() {
@@ -56,10 +57,12 @@ void BlockInflater::refill() {
 
 bool BlockInflater::takeContentLength(std::uint64_t& length) {
     constexpr auto WordSize = MoxReader::Format::ContentWordSize;
-    if (zlib.avail_in < WordSize)
+    if (zlib.avail_in < WordSize) {
         return false;
-    for (auto i = WordSize; i-- > 0;)
+    }
+    for (auto i = WordSize; i-- > 0;) {
         length = length << 8 | zlib.next_in[i];
+    }
     zlib.next_in += WordSize;
     zlib.avail_in -= WordSize;
     return true;
@@ -69,16 +72,18 @@ bool BlockInflater::takeContentLength(std::uint64_t& length) {
 std::optional<ErrorCode> BlockInflater::inflateContent(BlockAttempt& attempt, const Sink& sink) {
     int status = Z_OK;
     while (status == Z_OK) {
-        if (zlib.avail_in == 0)
+        if (zlib.avail_in == 0) {
             refill();
+        }
         const auto missing = std::min<std::uint64_t>(output.size(), attempt.stated - attempt.inflated);
         const auto room = static_cast<uInt>(std::max<std::uint64_t>(missing, 1));
         zlib.next_out = output.data();
         zlib.avail_out = room;
         status = inflate(&zlib, Z_NO_FLUSH);
         const auto count = room - zlib.avail_out;
-        if (count > missing)
+        if (count > missing) {
             return ErrorCode::ContentTooLong;
+        }
         sink(std::span(output).first(count));
         attempt.inflated += count;
     }

@@ -20,8 +20,9 @@ BlockSearch::BlockSearch(MoxReader::Source& bytes, BlockInflater& blockInflater,
     : source(bytes), inflater(blockInflater), budget(attemptBudget) {}
 
 std::optional<std::uint64_t> BlockSearch::findWhole(std::uint64_t from) {
-    if (whole && *whole >= from)
+    if (whole && *whole >= from) {
         return whole;
+    }
     whole.reset();
     untried = std::max(untried, from);
     while (!whole && !budget.isUsedUp()) {
@@ -31,8 +32,9 @@ std::optional<std::uint64_t> BlockSearch::findWhole(std::uint64_t from) {
             break;
         }
         const auto place = *header - WordSize;
-        if (isWhole(place))
+        if (isWhole(place)) {
             whole = place;
+        }
         untried = place + 1;
     }
     return whole;
@@ -49,19 +51,22 @@ bool BlockSearch::isWhole(std::uint64_t place) {
         return true;
     }
     budget.charge(attempt);
-    if (!cutOff && attempt.isCutOff() && attempt.stored >= Convincing)
+    if (!cutOff && attempt.isCutOff() && attempt.stored >= Convincing) {
         cutOff = place;
+    }
     return false;
 }
 
 std::optional<std::uint64_t> BlockSearch::findHeader(std::uint64_t from) {
     while (from + ZlibHeader.size() <= source.size()) {
-        if (!isInWindow(from))
+        if (!isInWindow(from)) {
             moveWindow(from);
+        }
         const auto begin = window.begin() + static_cast<std::ptrdiff_t>(from - windowStart);
         const auto hit = std::search(begin, window.end(), ZlibHeader.begin(), ZlibHeader.end());
-        if (hit != window.end())
+        if (hit != window.end()) {
             return windowStart + static_cast<std::uint64_t>(hit - window.begin());
+        }
         from = windowStart + window.size() - (ZlibHeader.size() - 1);
     }
     return std::nullopt;

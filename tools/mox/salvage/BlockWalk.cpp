@@ -78,10 +78,12 @@ void BlockWalk::keep(const BlockAttempt& attempt) {
 
 // Where another block begins, the bytes of this one have ended, and what was made of more is wrong.
 void BlockWalk::keepBeginning(BlockAttempt attempt, std::uint64_t end) {
-    if (attempt.end() > end)
+    if (attempt.end() > end) {
         attempt = inflate(attempt.offset, end);
-    if (attempt.inflated > 0)
+    }
+    if (attempt.inflated > 0) {
         keep(attempt);
+    }
     const auto lostFrom = attempt.inflated > 0 ? attempt.end() : attempt.offset;
     addGap(lostFrom, end, isZero(lostFrom, end) ? "zeros" : "nothing that can be inflated");
 }
@@ -94,10 +96,12 @@ std::optional<std::uint64_t> BlockWalk::findNext(const BlockAttempt& failed) {
         return std::nullopt;
     }
     const auto listed = known.find(from);
-    if (found && listed)
+    if (found && listed) {
         return std::min(*found, *listed);
-    if (found || listed)
+    }
+    if (found || listed) {
         return found ? found : listed;
+    }
     return failed.isCutOff() ? std::nullopt : search.findCutOff(from);
 }
 
@@ -105,16 +109,19 @@ std::optional<std::uint64_t> BlockWalk::findNext(const BlockAttempt& failed) {
 ///         block behind.
 std::optional<std::string> BlockWalk::findTable(std::uint64_t position) {
     const auto end = position + TableSize;
-    if (!canBeginBlock(source, end))
+    if (!canBeginBlock(source, end)) {
         return std::nullopt;
-    if (isZero(position, end))
+    }
+    if (isZero(position, end)) {
         return "the place of an index table, all zeros";
+    }
     std::array<std::uint8_t, Format::tableSize(1)> start{};
     source.read(position, start);
     const auto record = MoxReader::parseBlockRecord(std::span(start).last<Format::RecordSize>());
     const bool hasCount = std::equal(TableCount.begin(), TableCount.end(), start.begin());
-    if (!hasCount || record.nameLength != Format::NameSize)
+    if (!hasCount || record.nameLength != Format::NameSize) {
         return std::nullopt;
+    }
     return "an index table";
 }
 
@@ -123,15 +130,17 @@ bool BlockWalk::isZero(std::uint64_t from, std::uint64_t to) {
     for (auto size = FirstPiece; from < to; from += bytes.size(), size = std::min(2 * size, LargestPiece)) {
         bytes.resize(static_cast<std::size_t>(std::min(size, to - from)));
         source.read(from, bytes);
-        if (std::ranges::any_of(bytes, [](auto byte) { return byte != 0; }))
+        if (std::ranges::any_of(bytes, [](auto byte) { return byte != 0; })) {
             return false;
+        }
     }
     return true;
 }
 
 void BlockWalk::addGap(std::uint64_t from, std::uint64_t to, const std::string& what) {
-    if (from < to)
+    if (from < to) {
         lost.push_back({from, to - from, what});
+    }
 }
 
 } // namespace MoxTool

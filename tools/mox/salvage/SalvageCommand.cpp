@@ -58,9 +58,10 @@ int SalvageCommand::run(Terminal& terminal) {
         const auto index = MoxReader::scanIndex(*source);
         checkFront(index);
         const auto state = findState(source, index, terminal);
-        if (state.empty() && !force)
+        if (state.empty() && !force) {
             throw Failure(path,
                           "is whole, nothing needs salvaging; --force takes its blocks out all the same");
+        }
         salvage(*source, index, state.empty() ? "it is whole" : state, terminal);
     });
     return 0;
@@ -68,26 +69,32 @@ int SalvageCommand::run(Terminal& terminal) {
 
 /// @throws Failure if this can't be a MOX file with blocks.
 void SalvageCommand::checkFront(const MoxReader::RawIndex& index) const {
-    if (index.fileSize == 0)
+    if (index.fileSize == 0) {
         throw Failure(path, "is empty, so nothing can be saved");
-    if (hasDamage(index, MoxReader::ErrorCode::BadSignature) && !force)
+    }
+    if (hasDamage(index, MoxReader::ErrorCode::BadSignature) && !force) {
         throw Failure(path, "is no MOX file by its first bytes; --force looks for blocks all the same");
-    if (index.fileSize <= MoxReader::Format::FirstBlockPosition)
+    }
+    if (index.fileSize <= MoxReader::Format::FirstBlockPosition) {
         throw Failure(
             path, fmt::format("ends after {} bytes, and blocks begin at offset {}, so nothing can be saved",
                               index.fileSize, MoxReader::Format::FirstBlockPosition));
+    }
 }
 
 /// @return what is wrong with the file; empty if it is whole.
 std::string SalvageCommand::findState(const std::shared_ptr<MoxReader::Source>& source,
                                       const MoxReader::RawIndex& index, Terminal& terminal) const {
-    if (isUnfinished(index))
+    if (isUnfinished(index)) {
         return "it was never closed by its writer";
-    if (const auto text = displacementText(index))
+    }
+    if (const auto text = displacementText(index)) {
         return "it was " + *text;
-    if (index.end > index.fileSize)
+    }
+    if (index.end > index.fileSize) {
         return fmt::format("it is cut short: {}{} of the bytes that its index lists are missing",
                            isIncomplete(index) ? "at least " : "", index.end - index.fileSize);
+    }
     const MoxReader::File file(source, index);
     const auto flaw =
         findBlockFlaw(file, [&](double part) { terminal.progress("looking for damage", part); });
@@ -101,9 +108,10 @@ void SalvageCommand::salvage(MoxReader::Source& source, const MoxReader::RawInde
     BlockWalk walk(source, index, target.temporaryPath());
     walk.run([&](double part) { terminal.progress("inflating blocks", part); });
     terminal.clearProgress();
-    if (walk.blocks().empty())
+    if (walk.blocks().empty()) {
         throw Failure(path,
                       state + "; not even the beginning of a block can be inflated, so nothing can be saved");
+    }
     const SalvageReport report(path, state, index, walk);
     writeFile(target.temporaryPath() / "index.json", folder + "/index.json",
               [&](std::ostream& out) { out << report.toJson().dump(2) << '\n'; });

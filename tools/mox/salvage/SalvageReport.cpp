@@ -32,8 +32,9 @@ constexpr const char* PayloadNote =
 
 std::map<std::uint64_t, const MoxReader::BlockRecord*> recordsByPlace(const MoxReader::RawIndex& index) {
     std::map<std::uint64_t, const MoxReader::BlockRecord*> records;
-    for (const auto& record : index.blocks)
+    for (const auto& record : index.blocks) {
         records[record.position] = &record;
+    }
     return records;
 }
 
@@ -51,18 +52,22 @@ SalvageReport::SalvageReport(std::string file, std::string state, const MoxReade
 
 std::vector<std::string> SalvageReport::listNotes() const {
     std::vector<std::string> list;
-    if (const auto from = walk.unsearchedFrom())
+    if (const auto from = walk.unsearchedFrom()) {
         list.push_back(fmt::format("from offset {} on no more blocks were searched for, because too much of "
                                    "the file looks like beginnings of blocks",
                                    *from));
-    if (isUnfinished(index))
+    }
+    if (isUnfinished(index)) {
         list.emplace_back(ClosingNote);
-    if (const auto unnamed = countUnnamed(); unnamed > 0 && !index.blocks.empty())
+    }
+    if (const auto unnamed = countUnnamed(); unnamed > 0 && !index.blocks.empty()) {
         list.push_back(fmt::format("the index has no block where {} of the saved ones stand; they can be "
                                    "among those that are listed as lost",
                                    unnamed));
-    if (countWhole() < walk.blocks().size())
+    }
+    if (countWhole() < walk.blocks().size()) {
         list.emplace_back(PartialNote);
+    }
     list.emplace_back(PayloadNote);
     return list;
 }
@@ -71,25 +76,31 @@ void SalvageReport::print(std::FILE* out) const {
     fmt::print(out, "{}: {}\n", visibleText(path), wrong);
     fmt::print(out, "saved: {} blocks whole, {} cut off or damaged\n", countWhole(),
                walk.blocks().size() - countWhole());
-    for (const auto& block : walk.blocks())
+    for (const auto& block : walk.blocks()) {
         fmt::print(out, "{}\n", lineOf(block));
-    for (const auto& gap : walk.gaps())
+    }
+    for (const auto& gap : walk.gaps()) {
         fmt::print(out, "not saved  offset {}, {} bytes: {}\n", gap.offset, gap.size, gap.what);
-    for (const auto& line : lost)
+    }
+    for (const auto& line : lost) {
         fmt::print(out, "lost: {}\n", line);
-    for (const auto& line : notes)
+    }
+    for (const auto& line : notes) {
         fmt::print(out, "note: {}\n", line);
+    }
 }
 
 std::string SalvageReport::lineOf(const SalvagedBlock& block) const {
     const auto& extent = block.extent;
     auto line = fmt::format("{}  offset {}, {} bytes, inflated {}", block.fileName(), extent.offset,
                             extent.stored, extent.inflated);
-    if (const auto name = nameOf(block); !name.empty())
+    if (const auto name = nameOf(block); !name.empty()) {
         line += fmt::format(", \"{}\"", visibleText(name));
-    if (!block.isWhole())
+    }
+    if (!block.isWhole()) {
         line += fmt::format(", {} block of {}: {}", extent.isCutOff() ? "PART of a" : "DAMAGED",
                             extent.stated, MoxReader::errorText(*extent.damage));
+    }
     return line;
 }
 
@@ -98,8 +109,9 @@ Json SalvageReport::toJson() const {
     json["blocks"] = entriesOf(true);
     json["partial"] = entriesOf(false);
     json["notSaved"] = Json::array();
-    for (const auto& gap : walk.gaps())
+    for (const auto& gap : walk.gaps()) {
         json["notSaved"].push_back({{"offset", gap.offset}, {"size", gap.size}, {"what", gap.what}});
+    }
     json["lost"] = lost;
     json["notes"] = notes;
     return json;
@@ -108,8 +120,9 @@ Json SalvageReport::toJson() const {
 Json SalvageReport::entriesOf(bool whole) const {
     auto entries = Json::array();
     for (const auto& block : walk.blocks()) {
-        if (block.isWhole() == whole)
+        if (block.isWhole() == whole) {
             entries.push_back(entryOf(block));
+        }
     }
     return entries;
 }

@@ -18,12 +18,14 @@ const SalvagedBlock* findSaved(const std::vector<SalvagedBlock>& saved,
 
 void count(StreamLoss& loss, const MoxReader::BlockRecord& record, const SalvagedBlock* saved) {
     ++loss.blocks;
-    if (saved != nullptr && saved->isWhole())
+    if (saved != nullptr && saved->isWhole()) {
         return;
+    }
     ++loss.missing;
     loss.unread += record.length;
-    if (saved == nullptr)
+    if (saved == nullptr) {
         return;
+    }
     ++loss.begun;
     loss.unread -= std::min<std::uint64_t>(record.length, saved->extent.stored);
 }
@@ -35,11 +37,13 @@ std::vector<StreamLoss> countLosses(const MoxReader::RawIndex& index,
     std::vector<StreamLoss> losses;
     std::map<std::string, std::size_t> places; // in losses, by name
     for (const auto& record : index.blocks) {
-        if (record.isIndexBlock() || record.isEmptyEntry())
+        if (record.isIndexBlock() || record.isEmptyEntry()) {
             continue;
+        }
         const auto [entry, isNew] = places.try_emplace(record.name, losses.size());
-        if (isNew)
+        if (isNew) {
             losses.push_back({.name = record.name});
+        }
         count(losses[entry->second], record, findSaved(saved, record));
     }
     return losses;

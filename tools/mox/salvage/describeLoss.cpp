@@ -48,9 +48,10 @@ std::string lineOf(const StreamLoss& loss) {
 std::vector<std::string> lossWithoutIndex(const std::vector<SalvagedBlock>& saved) {
     std::vector<std::string> lines = {"the index: which block holds what"};
     const auto whole = std::ranges::count_if(saved, &SalvagedBlock::isWhole);
-    if (const auto begun = std::ssize(saved) - whole; begun > 0)
+    if (const auto begun = std::ssize(saved) - whole; begun > 0) {
         lines.push_back(
             fmt::format("what is missing or wrong in blocks that are cut off or damaged: {}", begun));
+    }
     return lines;
 }
 
@@ -71,8 +72,9 @@ std::vector<std::string> lossBehindIndex(const MoxReader::RawIndex& index,
         fmt::format("the index behind its first {} entries: what blocks there were, and what they held",
                     index.blocks.size())};
     for (const auto& [name, meaning] : StreamMeanings) {
-        if (std::ranges::find(losses, name, &StreamLoss::name) == losses.end())
+        if (std::ranges::find(losses, name, &StreamLoss::name) == losses.end()) {
             lines.push_back(fmt::format("\"{}\", or where in the file it is: {}", name, meaning));
+        }
     }
     return lines;
 }
@@ -81,18 +83,22 @@ std::vector<std::string> lossBehindIndex(const MoxReader::RawIndex& index,
 
 std::vector<std::string> describeLoss(const MoxReader::RawIndex& index,
                                       const std::vector<SalvagedBlock>& saved) {
-    if (isUnfinished(index))
+    if (isUnfinished(index)) {
         return lossOfUnfinished(saved);
-    if (index.blocks.empty())
+    }
+    if (index.blocks.empty()) {
         return lossWithoutIndex(saved);
+    }
     std::vector<std::string> lines;
     const auto losses = countLosses(index, saved);
     for (const auto& loss : losses) {
-        if (loss.missing > 0)
+        if (loss.missing > 0) {
             lines.push_back(lineOf(loss));
+        }
     }
-    if (isIncomplete(index))
+    if (isIncomplete(index)) {
         std::ranges::copy(lossBehindIndex(index, losses), std::back_inserter(lines));
+    }
     return lines;
 }
 

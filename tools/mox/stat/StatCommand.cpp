@@ -68,8 +68,9 @@ void StatCommand::printBlocks(const TallyList& blocks) const {
         table.add({name, std::to_string(tally.count), bytes(tally.content), bytes(tally.stored),
                    ratioText(tally), percentText(tally.stored, total.stored)});
     };
-    for (const auto& [name, tally] : blocks.rows())
+    for (const auto& [name, tally] : blocks.rows()) {
         add(visibleText(name), tally);
+    }
     add("total", total);
     table.print(stdout);
 }
@@ -83,8 +84,9 @@ void StatCommand::printDatasets(const char* title, const TallyList& groups) cons
                    bytes(tally.stored), ratioText(tally), bytes(tally.shared)});
     };
     const auto shown = firstRows(groups);
-    for (const auto& [name, tally] : shown.rows())
+    for (const auto& [name, tally] : shown.rows()) {
         add(rowTitle(name), tally);
+    }
     add("total", total);
     fmt::print("\n");
     table.print(stdout);
@@ -102,12 +104,14 @@ void StatCommand::printLinks(const Tally& total) const {
 
 TallyList StatCommand::firstRows(const TallyList& groups) const {
     const auto& all = groups.rows();
-    if (rows == 0 || all.size() <= rows)
+    if (rows == 0 || all.size() <= rows) {
         return groups;
+    }
     TallyList result;
     const auto rest = fmt::format("({} more)", all.size() - rows);
-    for (std::size_t i = 0; i < all.size(); ++i)
+    for (std::size_t i = 0; i < all.size(); ++i) {
         result.add(i < rows ? all[i].first : rest, all[i].second);
+    }
     return result;
 }
 

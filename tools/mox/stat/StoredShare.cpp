@@ -7,8 +7,9 @@ namespace MoxTool {
 StoredShare::StoredShare(const MoxReader::StreamReader& stream) : contentEnds{0}, storedEnds{0} {
     for (const auto& block : stream.blocks()) {
         const auto content = block.contentLength.value_or(0);
-        if (contentEnds.back() + content > stream.size())
+        if (contentEnds.back() + content > stream.size()) {
             break;
+        }
         contentEnds.push_back(contentEnds.back() + content);
         storedEnds.push_back(storedEnds.back() + block.length);
     }
@@ -24,8 +25,9 @@ double StoredShare::of(std::uint64_t position, std::uint64_t size) const {
 double StoredShare::storedBefore(std::uint64_t position) const {
     const auto found = std::lower_bound(contentEnds.begin(), contentEnds.end(), position);
     const auto block = static_cast<std::size_t>(found - contentEnds.begin());
-    if (block == 0)
+    if (block == 0) {
         return 0;
+    }
     const auto content = contentEnds[block] - contentEnds[block - 1];
     const auto stored = storedEnds[block] - storedEnds[block - 1];
     const auto part = static_cast<double>(position - contentEnds[block - 1]) / static_cast<double>(content);

@@ -6,15 +6,17 @@ namespace MoxTool {
 
 void TallyList::add(const std::string& name, const Tally& tally) {
     const auto [place, isNew] = places.try_emplace(name, list.size());
-    if (isNew)
+    if (isNew) {
         list.emplace_back(name, Tally{});
+    }
     list[place->second].second += tally;
 }
 
 Tally TallyList::sum() const {
     Tally total;
-    for (const auto& row : list)
+    for (const auto& row : list) {
         total += row.second;
+    }
     return total;
 }
 
@@ -24,8 +26,9 @@ TallyList TallyList::sorted() const {
         return std::pair(-one.second.stored, one.first) < std::pair(-other.second.stored, other.first);
     });
     TallyList result;
-    for (const auto& [name, tally] : rows)
+    for (const auto& [name, tally] : rows) {
         result.add(name, tally);
+    }
     return result;
 }
 

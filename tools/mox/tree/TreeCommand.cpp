@@ -36,8 +36,9 @@ void TreeCommand::addOptions(CommandLine& line) {
 int TreeCommand::run(Terminal& terminal) {
     const OpenModel opened(path);
     const TreePrinter printer(opened.model(), options, Palette(terminal.outputColours()), stdout);
-    if (printer.isEmpty())
+    if (printer.isEmpty()) {
         throw Failure(path, "no node has such a name; mox tree without --name lists all");
+    }
     printer.print();
     return 0;
 }

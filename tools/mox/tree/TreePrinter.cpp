@@ -32,12 +32,15 @@ std::string typeText(const MoxReader::Node& node) {
 }
 
 std::string contentText(const MoxReader::Node& node) {
-    if (const auto* group = node.group())
+    if (const auto* group = node.group()) {
         return differenceText(*group);
-    if (const auto* shape = node.shape())
+    }
+    if (const auto* shape = node.shape()) {
         return differenceText(shape->material);
-    if (const auto* sets = node.nodeSets())
+    }
+    if (const auto* sets = node.nodeSets()) {
         return fmt::format("{} sets, {}", sets->setCount, byteText(sets->heavySize));
+    }
     return "";
 }
 
@@ -53,15 +56,17 @@ TreePrinter::TreePrinter(const MoxReader::Model& shown, const Options& treeOptio
       chosen(chooseNodes()) {}
 
 void TreePrinter::print() const {
-    if (isEmpty())
+    if (isEmpty()) {
         return;
+    }
     std::vector<std::uint32_t> waiting{model.root().id};
     while (!waiting.empty()) {
         const auto& node = model.node(waiting.back());
         waiting.pop_back();
         printNode(node);
-        if (levels[node.id - 1] >= options.depth)
+        if (levels[node.id - 1] >= options.depth) {
             continue;
+        }
         const auto children = model.children(node.id);
         std::copy_if(children.rbegin(), children.rend(), std::back_inserter(waiting),
                      [this](std::uint32_t id) { return chosen[id - 1]; });
@@ -72,14 +77,16 @@ void TreePrinter::print() const {
 std::vector<bool> TreePrinter::chooseNodes() const {
     const auto& nodes = model.nodes();
     std::vector<bool> choice(nodes.size(), !options.pattern);
-    if (!options.pattern)
+    if (!options.pattern) {
         return choice;
+    }
     for (std::size_t i = nodes.size(); i-- > 0;) {
         const auto& node = nodes[i];
         const bool matches = levels[node.id - 1] <= options.depth && matchesGlob(*options.pattern, node.name);
         choice[node.id - 1] = choice[node.id - 1] || matches;
-        if (choice[node.id - 1] && node.parent != 0)
+        if (choice[node.id - 1] && node.parent != 0) {
             choice[node.parent - 1] = true;
+        }
     }
     return choice;
 }
@@ -95,11 +102,13 @@ void TreePrinter::printNode(const MoxReader::Node& node) const {
 
 void TreePrinter::printContent(const MoxReader::Node& node) const {
     const auto level = levels[node.id - 1] + 1;
-    if (const auto* group = node.group())
+    if (const auto* group = node.group()) {
         printAttributes(group->attributes, level);
+    }
     if (const auto* geometry = node.geometry()) {
-        for (const auto& dataset : geometry->datasets)
+        for (const auto& dataset : geometry->datasets) {
             printDataset(dataset, level);
+        }
     }
 }
 
@@ -111,24 +120,28 @@ void TreePrinter::printDataset(const MoxReader::Dataset& dataset, std::uint32_t 
 }
 
 void TreePrinter::printAttributes(const MoxReader::Attributes& attributes, std::uint32_t level) const {
-    if (!options.attributes)
+    if (!options.attributes) {
         return;
-    for (const auto& [key, value] : attributes)
+    }
+    for (const auto& [key, value] : attributes) {
         printLine(level,
                   palette.paint(Palette::Dim, visibleText(key) + " = " + std::visit(ValueText{}, value)));
+    }
 }
 
 void TreePrinter::printLine(std::uint32_t level, const std::string& text) const {
-    if (level <= DeepestIndent)
+    if (level <= DeepestIndent) {
         fmt::print(out, "{:{}}{}\n", "", 2 * (level - 1), text);
-    else
+    } else {
         fmt::print(out, "{:{}}[{}] {}\n", "", 2 * DeepestIndent, level, text);
+    }
 }
 
 std::string TreePrinter::hiddenChildren(const MoxReader::Node& node) const {
     const auto count = model.children(node.id).size();
-    if (levels[node.id - 1] < options.depth || count == 0)
+    if (levels[node.id - 1] < options.depth || count == 0) {
         return "";
+    }
     return palette.paint(Palette::Dim, fmt::format("  (+ {} below)", count));
 }
 
@@ -137,8 +150,9 @@ std::string TreePrinter::numbersText(const MoxReader::Dataset& dataset) const {
     try {
         const auto& holder = model.resolve(dataset);
         auto numbers = elementTypeText(holder) + " " + shapeText(holder);
-        if (!dataset.isLink)
+        if (!dataset.isLink) {
             return numbers;
+        }
         return fmt::format("{}  -> {} of node {}", numbers, datasetTitle(holder), holder.nodeId);
     } catch (const MoxReader::Error& error) {
         return fmt::format("-> {}", palette.paint(Palette::Red, errorText(error.code())));

@@ -18,8 +18,9 @@ constexpr float DefaultAmbient = std::bit_cast<float>(0x3E23D70BU);
 class Differences {
 public:
     void compare(const char* name, std::span<const float> values, std::initializer_list<float> defaults) {
-        if (std::equal(values.begin(), values.end(), defaults.begin(), defaults.end()))
+        if (std::equal(values.begin(), values.end(), defaults.begin(), defaults.end())) {
             return;
+        }
         std::string text = name;
         for (const float value : values) {
             text += ' ';
@@ -29,8 +30,9 @@ public:
     }
     void compare(const char* name, float value, float usual) { compare(name, std::span(&value, 1), {usual}); }
     void compare(const char* name, std::uint8_t value, std::uint8_t usual) {
-        if (value != usual)
+        if (value != usual) {
             found.push_back(fmt::format("{} {}", name, value));
+        }
     }
     std::string text() const { return fmt::format("{}", fmt::join(found, ", ")); }
 

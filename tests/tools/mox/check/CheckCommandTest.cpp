@@ -24,9 +24,10 @@ protected:
         model.saveTo(path, {.overwrite = true});
         model.addNode(Mox::RootGroup, "root");
         const auto ids = model.addAssemblyComponents(std::vector<std::string>{"/root/a", "/root/b"});
-        for (unsigned i = 0; i < arrays; ++i)
+        for (unsigned i = 0; i < arrays; ++i) {
             model.addArrayProperty("N" + std::to_string(i), Mox::NodeScalar, Mox::Array1d<float>{1, 2, 3, 4},
                                    ids, Mox::Step{});
+        }
         model.close();
         return path;
     }
@@ -98,8 +99,9 @@ TEST_F(CheckCommand, ListsItsRules) {
 
 TEST_F(CheckCommand, ListsOnlySoManyFindingsOfARule) {
     auto records = sampleRecords();
-    for (auto& record : records)
+    for (auto& record : records) {
         record.version = "9";
+    }
     auto sample = soundSample();
     sample.tree = treeStream(records);
     const auto path = write("versions.mox", sample.file().bytes());

@@ -23,8 +23,9 @@ inline MoxTool::FindingList findingsIn(std::vector<std::uint8_t> bytes) {
 /// The numbers of the rules that are broken, each as often as it is.
 inline std::vector<int> rulesIn(const MoxTool::FindingList& findings) {
     std::vector<int> rules;
-    for (const auto& finding : findings.findings())
+    for (const auto& finding : findings.findings()) {
         rules.push_back(static_cast<int>(finding.rule));
+    }
     return rules;
 }
 

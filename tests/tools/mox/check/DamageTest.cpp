@@ -44,9 +44,10 @@ FileBytes savedModel(unsigned results = 1) {
     Mox::StepList steps(2);
     steps.set(0, {"1", {}});
     steps.set(1, {"2", {}});
-    for (unsigned i = 0; i < results; ++i)
+    for (unsigned i = 0; i < results; ++i) {
         model.addArrayProperty("T" + std::to_string(i), Mox::NodeScalar, Mox::Array1d<float>{20, 30, 40},
                                part, steps);
+    }
     model.close();
     const auto text = folder.read("small.mox");
     return {text.begin(), text.end()};
@@ -62,8 +63,9 @@ public:
 protected:
     void readInside(std::uint64_t offset, std::span<std::uint8_t> target) override {
         std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(offset), target.size(), target.begin());
-        if (changed >= offset && changed - offset < target.size())
+        if (changed >= offset && changed - offset < target.size()) {
             target[changed - static_cast<std::size_t>(offset)] ^= change;
+        }
     }
 
 private:
@@ -93,17 +95,19 @@ SpareBits spareBits(const FileBytes& bytes) {
     const MoxReader::File file(std::make_shared<MoxReader::MemorySource>(bytes));
     SpareBits spare;
     for (const auto& block : file.blocks()) {
-        if (!block.isCompressed())
+        if (!block.isCompressed()) {
             continue;
+        }
         const auto start = static_cast<std::size_t>(block.position) + MoxReader::Format::ContentWordSize;
         const auto stream = std::span(bytes).subspan(start, static_cast<std::size_t>(block.length) -
                                                                 MoxReader::Format::ContentWordSize);
         const auto meanings = deflateBits(stream);
         for (std::size_t bit = 0; bit < meanings.size(); ++bit) {
-            if (meanings[bit] == DeflateBit::Padding)
+            if (meanings[bit] == DeflateBit::Padding) {
                 spare.padding.insert(8 * start + bit);
-            else if (meanings[bit] == DeflateBit::Distance)
+            } else if (meanings[bit] == DeflateBit::Distance) {
                 spare.distances.insert(8 * start + bit);
+            }
         }
     }
     return spare;
@@ -128,8 +132,9 @@ TEST(SavedFile, HasNoBitThatCanFlipUnseenButPaddingAndDistancesOfEqualCopies) {
     for (std::size_t bit = 0; bit < 8 * bytes.size(); ++bit) {
         const auto source =
             std::make_shared<ChangedSource>(bytes, bit / 8, static_cast<std::uint8_t>(1u << bit % 8));
-        if (!findingsIn(source).isEmpty())
+        if (!findingsIn(source).isEmpty()) {
             continue;
+        }
         const bool isPadding = spare.padding.contains(bit);
         unseenPadding += isPadding ? 1u : 0u;
         EXPECT_TRUE(isPadding || spare.distances.contains(bit))
@@ -175,8 +180,9 @@ TEST(FreezableFlag, OfNumbersCanFlipUnseenOnlyWhereNothingTellsHowManyArraysTheL
 // Of any other block it is an error.
 TEST(FreezableFlag, OfAnyOtherBlockNeverFlipsUnseen) {
     const auto bytes = savedModel();
-    for (std::size_t record = 1; record < 20; ++record)
+    for (std::size_t record = 1; record < 20; ++record) {
         EXPECT_EQ(rulesWithFlip(bytes, record), std::vector<int>{110}) << record;
+    }
 }
 
 // "aaaaa": two literals, a copy of three bytes from one byte back, the end. Codes stand with their highest
@@ -274,8 +280,9 @@ FileBytes damaged(FileBytes bytes, std::mt19937& random) {
 
 /// Whether nothing but the encoding of compressed data differs, so that no damage has been done.
 bool areEquivalent(const FileBytes& left, const FileBytes& right) {
-    if (left.size() != right.size() || !std::equal(left.begin(), left.begin() + FirstBlock, right.begin()))
+    if (left.size() != right.size() || !std::equal(left.begin(), left.begin() + FirstBlock, right.begin())) {
         return false;
+    }
     try {
         return streamsOf(std::make_shared<MoxReader::MemorySource>(left)) ==
                streamsOf(std::make_shared<MoxReader::MemorySource>(right));
@@ -293,8 +300,9 @@ TEST(SavedFile, ShowsTwoHundredOfTwoHundredRandomDamages) {
     int found = 0;
     while (made < 200) {
         const auto broken = damaged(bytes, random);
-        if (areEquivalent(broken, bytes))
+        if (areEquivalent(broken, bytes)) {
             continue;
+        }
         ++made;
         found += findingsIn(broken).count(MoxTool::Level::Error) > 0 ? 1 : 0;
     }
@@ -310,15 +318,18 @@ bool readerTakes(const std::shared_ptr<MoxReader::Source>& source) {
         const auto model = MoxReader::readModel(file);
         MoxReader::HeavyData heavy(file, model);
         for (const auto& node : model.nodes()) {
-            if (node.nodeSets() != nullptr)
+            if (node.nodeSets() != nullptr) {
                 heavy.readNodeSets(*node.nodeSets());
-            if (node.geometry() == nullptr)
+            }
+            if (node.geometry() == nullptr) {
                 continue;
+            }
             for (const auto& dataset : node.geometry()->datasets) {
-                if (model.resolve(dataset).elementTag == MoxReader::Format::FloatTag)
+                if (model.resolve(dataset).elementTag == MoxReader::Format::FloatTag) {
                     heavy.readFloats(dataset);
-                else
+                } else {
                     heavy.readUnsigned(dataset);
+                }
             }
         }
         return true;
@@ -343,8 +354,9 @@ TEST(Streams, HaveNoBitThatTheReaderRefusesAndTheCheckDoesNot) {
             auto& byte = (sample.*stream)[bit / 8];
             byte = static_cast<std::uint8_t>(byte ^ (1u << bit % 8));
             const auto source = sample.file().source();
-            if (readerTakes(source))
+            if (readerTakes(source)) {
                 continue;
+            }
             ++refused;
             ASSERT_GT(findingsIn(source).count(MoxTool::Level::Error), 0u)
                 << "stream " << &stream - Streams << ", bit " << bit;

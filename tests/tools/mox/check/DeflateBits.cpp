@@ -28,8 +28,9 @@ public:
         unsigned code = 0;
         for (unsigned length = 1; length <= 15; ++length) {
             for (unsigned symbol = 0; symbol < lengths.size(); ++symbol) {
-                if (lengths[symbol] == length)
+                if (lengths[symbol] == length) {
                     symbols[{length, code++}] = symbol;
+                }
             }
             code <<= 1;
         }
@@ -55,8 +56,9 @@ public:
             isLast = take(1, DeflateBit::Block) == 1;
             traceBlock(take(2, DeflateBit::Block));
         }
-        while (position % 8 != 0)
+        while (position % 8 != 0) {
             take(1, DeflateBit::Padding);
+        }
         return std::move(meanings);
     }
 
@@ -64,8 +66,9 @@ private:
     unsigned take(unsigned count, DeflateBit meaning) {
         unsigned value = 0;
         for (unsigned i = 0; i < count; ++i, ++position) {
-            if (position >= meanings.size())
+            if (position >= meanings.size()) {
                 throw std::runtime_error("the zlib stream is not whole");
+            }
             value |= (bytes[position / 8] >> position % 8 & 1U) << i;
             meanings[position] = meaning;
         }
@@ -76,8 +79,9 @@ private:
         unsigned bits = 0;
         for (unsigned length = 1; length <= 15; ++length) {
             bits = bits << 1 | take(1, meaning);
-            if (const auto* symbol = code.find(length, bits))
+            if (const auto* symbol = code.find(length, bits)) {
                 return *symbol;
+            }
         }
         throw std::runtime_error("the zlib stream has an unknown code");
     }
@@ -107,19 +111,21 @@ private:
     Lengths takeLengths(std::size_t count) {
         const auto given = 4 + take(4, DeflateBit::Block);
         Lengths ofLengths(OrderOfCodeLengths.size());
-        for (std::size_t i = 0; i < given; ++i)
+        for (std::size_t i = 0; i < given; ++i) {
             ofLengths[OrderOfCodeLengths[i]] = static_cast<std::uint8_t>(take(3, DeflateBit::Block));
+        }
         const Code code(ofLengths);
         Lengths lengths;
         while (lengths.size() < count) {
             const auto symbol = takeSymbol(code, DeflateBit::Block);
-            if (symbol < 16)
+            if (symbol < 16) {
                 lengths.push_back(static_cast<std::uint8_t>(symbol));
-            else if (symbol == 16)
+            } else if (symbol == 16) {
                 lengths.resize(lengths.size() + 3 + take(2, DeflateBit::Block), lengths.back());
-            else
+            } else {
                 lengths.resize(lengths.size() + (symbol == 17 ? 3 + take(3, DeflateBit::Block)
                                                               : 11 + take(7, DeflateBit::Block)));
+            }
         }
         return lengths;
     }
@@ -129,10 +135,12 @@ private:
         const Code distances(distanceLengths);
         for (;;) {
             const auto symbol = takeSymbol(symbols, DeflateBit::Symbol);
-            if (symbol == EndOfBlock)
+            if (symbol == EndOfBlock) {
                 return;
-            if (symbol < EndOfBlock)
+            }
+            if (symbol < EndOfBlock) {
                 continue;
+            }
             take(LengthExtra.at(symbol - FirstLength), DeflateBit::Symbol);
             take(DistanceExtra.at(takeSymbol(distances, DeflateBit::Distance)), DeflateBit::Distance);
         }

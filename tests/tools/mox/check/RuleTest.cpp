@@ -227,8 +227,9 @@ const Case Cases[] = {
 
 std::vector<int> allNumbers() {
     std::vector<int> numbers;
-    for (const auto& rule : MoxTool::allRules())
+    for (const auto& rule : MoxTool::allRules()) {
         numbers.push_back(static_cast<int>(rule.id));
+    }
     return numbers;
 }
 
@@ -248,8 +249,9 @@ TEST(Rules, HaveNumbersInAscendingOrderAndACaseEach) {
     const auto numbers = allNumbers();
     EXPECT_TRUE(std::ranges::is_sorted(numbers, std::less_equal<>()) || numbers.empty());
     std::vector<int> tested;
-    for (const auto& test : Cases)
+    for (const auto& test : Cases) {
         tested.push_back(test.rule);
+    }
     EXPECT_EQ(tested, numbers);
 }
 
@@ -281,14 +283,16 @@ TEST(FileCheck, FindsAllDamagesOfAFileAndNotTheFirstAlone) {
     bytes = patched(bytes, FirstRecord + 138, {1});
     bytes = patched(bytes, FirstBlock + 4, {0x79});
     const auto findings = findingsIn(bytes);
-    for (const int rule : {111, 204, 501})
+    for (const int rule : {111, 204, 501}) {
         EXPECT_TRUE(breaks(findings, rule)) << rule;
+    }
 }
 
 TEST(FindingList, CountsWhatItDoesNotKeep) {
     MoxTool::FindingList findings(2);
-    for (int i = 0; i < 5; ++i)
+    for (int i = 0; i < 5; ++i) {
         findings.add(MoxTool::RuleId::SiblingNames, "again");
+    }
     EXPECT_EQ(findings.findings().size(), 2u);
     EXPECT_EQ(findings.count(MoxTool::Level::Warning), 5u);
     EXPECT_EQ(findings.notKept().at(MoxTool::RuleId::SiblingNames), 3u);

@@ -24,16 +24,18 @@ public:
     std::string text() {
         std::rewind(file);
         std::string result;
-        for (int letter = std::fgetc(file); letter != EOF; letter = std::fgetc(file))
+        for (int letter = std::fgetc(file); letter != EOF; letter = std::fgetc(file)) {
             result += static_cast<char>(letter);
+        }
         std::fseek(file, 0, SEEK_END);
         return result;
     }
 
 private:
     static std::FILE* openFile() {
-        if (std::FILE* opened = std::tmpfile())
+        if (std::FILE* opened = std::tmpfile()) {
             return opened;
+        }
         throw std::runtime_error("no temporary file");
     }
 

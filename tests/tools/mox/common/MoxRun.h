@@ -21,8 +21,9 @@ struct MoxRun {
 /// Runs `mox` with these arguments.
 inline MoxRun runMox(const std::vector<std::string>& arguments, bool interactive = false) {
     std::vector<const char*> line = {"mox"};
-    for (const auto& argument : arguments)
+    for (const auto& argument : arguments) {
         line.push_back(argument.c_str());
+    }
     Messages messages(interactive);
     testing::internal::CaptureStdout();
     const int exitCode =

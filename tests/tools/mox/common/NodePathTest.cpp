@@ -63,21 +63,24 @@ TEST_F(NodePath, FindsTheFirstAmongSiblingsOfOneName) {
 
 TEST_F(NodePath, LeadsNowhereUnlessEveryNameIsThere) {
     for (const auto* path :
-         {"", "car", "/", "/van", "/car/", "/car/bonnet", "/car/door/door/door", "/car/a/b"})
+         {"", "car", "/", "/van", "/car/", "/car/bonnet", "/car/door/door/door", "/car/a/b"}) {
         EXPECT_EQ(find(path), 0U) << path;
+    }
 }
 
 TEST(NodePathOfADeepTree, IsCutToItsEnd) {
     const Support::TemporaryFolder folder;
     Mox::Model file;
     file.saveTo(folder.path("deep.mox"), {});
-    for (int level = 0; level < 2100; ++level)
+    for (int level = 0; level < 2100; ++level) {
         file.addNode(Mox::Group, "g");
+    }
     file.close();
     const MoxTool::OpenModel opened(folder.path("deep.mox"));
     std::string wholePath;
-    for (int level = 0; level < 2048; ++level)
+    for (int level = 0; level < 2048; ++level) {
         wholePath += "/g";
+    }
     EXPECT_TRUE(MoxTool::nodePath(opened.model(), 2048) == wholePath);
     EXPECT_TRUE(MoxTool::nodePath(opened.model(), 2049) == "..." + wholePath);
     EXPECT_TRUE(MoxTool::nodePath(opened.model(), 2100) == "..." + wholePath);

@@ -11,9 +11,10 @@ namespace {
 // Such as: "diffuse 1 != 2". What is not there is "none".
 std::vector<std::string> linesOf(DifferenceList& list) {
     std::vector<std::string> lines;
-    for (const auto& each : list.take())
+    for (const auto& each : list.take()) {
         lines.push_back(each.what + " " + (each.a ? each.a->dump() : "none") +
                         " != " + (each.b ? each.b->dump() : "none"));
+    }
     return lines;
 }
 

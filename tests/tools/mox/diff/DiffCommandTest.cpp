@@ -184,8 +184,9 @@ TEST_F(DiffCommand, LinksEqualStoredNumbersUnlessAsked) {
             Mox::StepList steps(2);
             steps.set(0, {"1", {}});
             steps.set(1, {"2", {}});
-            if (link)
+            if (link) {
                 return model.addArrayProperty("T", Mox::NodeScalar, values, part, steps);
+            }
             model.addArrayProperty("T", Mox::NodeScalar, values, part, steps[0]);
             model.addArrayProperty("T", Mox::NodeScalar, values, part, steps[1]);
         };
@@ -324,8 +325,9 @@ void addSharedNumbers(Mox::Model& model, unsigned holders, unsigned steps) {
     for (unsigned holder = 0; holder < holders; ++holder) {
         const auto count = (steps - holder + holders - 1) / holders;
         Mox::StepList sharing(count);
-        for (unsigned i = 0; i < count; ++i)
+        for (unsigned i = 0; i < count; ++i) {
             sharing.set(i, {std::to_string(holder + i * holders), {}});
+        }
         const Mox::Array1d<float> values{static_cast<float>(holder), 0, 0, 0, 0, 0, 0, 0};
         model.addArrayProperty("U", Mox::NodeScalar, values, part, sharing);
     }

@@ -16,8 +16,9 @@ public:
         return *this;
     }
     Header& word(unsigned int value) {
-        for (int shift = 24; shift >= 0; shift -= 8)
+        for (int shift = 24; shift >= 0; shift -= 8) {
             bytes += static_cast<char>(value >> shift & 0xFFU);
+        }
         return *this;
     }
     Header& absentList() { return word(0).word(0); }
@@ -56,8 +57,9 @@ Header twoDimensions(unsigned int records) {
 Header& variable(Header& header, std::initializer_list<unsigned int> dimensions, unsigned int type,
                  unsigned int begin) {
     header.name("vari").word(static_cast<unsigned int>(dimensions.size()));
-    for (const auto dimension : dimensions)
+    for (const auto dimension : dimensions) {
         header.word(dimension);
+    }
     return header.absentList().word(type).word(0).word(begin);
 }
 
@@ -97,8 +99,9 @@ TEST(NetcdfLength, EveryCutOfAHeaderIsNoticed) {
     auto header = twoDimensions(1);
     header.word(VariableList).word(1);
     variable(header, {0, 1}, Double, 200);
-    for (std::size_t size = 0; size < header.size(); ++size)
+    for (std::size_t size = 0; size < header.size(); ++size) {
         EXPECT_THROW(header.requiredLengthOf(size), std::runtime_error) << size;
+    }
 }
 
 TEST(NetcdfLength, UnknownDimensionIsNoticed) {

@@ -43,15 +43,17 @@ public:
                const std::vector<int>& nodes, int attributes = 0) {
         require(ex_put_block(id, EX_ELEM_BLOCK, blockId, type.c_str(), elements, nodesPerElement, 0, 0,
                              attributes));
-        if (!nodes.empty())
+        if (!nodes.empty()) {
             require(ex_put_conn(id, EX_ELEM_BLOCK, blockId, nodes.data(), nullptr, nullptr));
+        }
     }
 
     void variables(ex_entity_type type, const std::vector<const char*>& names) {
         const auto count = static_cast<int>(names.size());
         require(ex_put_variable_param(id, type, count));
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
             require(ex_put_variable_name(id, type, i + 1, names[static_cast<std::size_t>(i)]));
+        }
     }
 
     void time(int step, double time) { require(ex_put_time(id, step, &time)); }
@@ -62,8 +64,9 @@ public:
     }
 
     static void require(int status) {
-        if (status != 0)
+        if (status != 0) {
             throw std::runtime_error("a small Exodus file can't be written");
+        }
     }
 
 private:

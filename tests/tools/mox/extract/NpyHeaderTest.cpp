@@ -18,6 +18,7 @@ TEST(NpyHeader, OneColumnIsOneDimension) {
 }
 
 TEST(NpyHeader, LengthStaysAMultipleOf64WhateverTheShape) {
-    for (std::size_t items = 1; items < 10'000'000'000; items *= 10)
+    for (std::size_t items = 1; items < 10'000'000'000; items *= 10) {
         EXPECT_EQ(npyHeader("<f4", items, 6).size(), 128U) << items;
+    }
 }

@@ -38,8 +38,9 @@ protected:
     /// The names of the nodes below a node.
     Names namesBelow(const MoxReader::Node& node) const {
         Names names;
-        for (const auto id : saved->model().children(node.id))
+        for (const auto id : saved->model().children(node.id)) {
             names.push_back(saved->model().node(id).name);
+        }
         return names;
     }
     const MoxReader::Node& child(const MoxReader::Node& node, std::size_t place) const {

@@ -21,8 +21,9 @@ public:
     std::vector<const MoxReader::Node*> geometries() const {
         std::vector<const MoxReader::Node*> found;
         for (const auto& node : contents.nodes()) {
-            if (node.geometry() != nullptr)
+            if (node.geometry() != nullptr) {
                 found.push_back(&node);
+            }
         }
         return found;
     }
@@ -34,8 +35,9 @@ public:
     /// @throws std::runtime_error if the geometry has no such dataset.
     static const MoxReader::Dataset& dataset(const MoxReader::Node& geometry, const std::string& name,
                                              const std::string& step = "") {
-        if (const auto* found = find(geometry, name, step))
+        if (const auto* found = find(geometry, name, step)) {
             return *found;
+        }
         throw std::runtime_error("no dataset " + name + " " + step);
     }
 
@@ -52,8 +54,9 @@ private:
     static const MoxReader::Dataset* find(const MoxReader::Node& geometry, const std::string& name,
                                           const std::string& step) {
         for (const auto& dataset : geometry.geometry()->datasets) {
-            if (dataset.name == name && dataset.step == step)
+            if (dataset.name == name && dataset.step == step) {
                 return &dataset;
+            }
         }
         return nullptr;
     }

@@ -5,23 +5,27 @@
 using MoxTool::ElementType;
 
 TEST(ElementType, SolidsHaveThreeDimensions) {
-    for (const auto* type : {"HEX", "hex8", "Tet10", "TETRA4", "WEDGE6", "pyramid5"})
+    for (const auto* type : {"HEX", "hex8", "Tet10", "TETRA4", "WEDGE6", "pyramid5"}) {
         EXPECT_EQ(ElementType(type).dimension(8, 3), 3) << type;
+    }
 }
 
 TEST(ElementType, FacesHaveTwoDimensions) {
-    for (const auto* type : {"TRI3", "tri6", "QUAD", "quad9", "SHELL4", "nsided", "TRISHELL3"})
+    for (const auto* type : {"TRI3", "tri6", "QUAD", "quad9", "SHELL4", "nsided", "TRISHELL3"}) {
         EXPECT_EQ(ElementType(type).dimension(4, 3), 2) << type;
+    }
 }
 
 TEST(ElementType, LinesHaveOneDimension) {
-    for (const auto* type : {"BAR2", "beam3", "TRUSS", "ROD2", "EDGE3"})
+    for (const auto* type : {"BAR2", "beam3", "TRUSS", "ROD2", "EDGE3"}) {
         EXPECT_EQ(ElementType(type).dimension(2, 3), 1) << type;
+    }
 }
 
 TEST(ElementType, SingleNodesCountAsOneDimension) {
-    for (const auto* type : {"SPHERE", "sphere", "CIRCLE", "POINT"})
+    for (const auto* type : {"SPHERE", "sphere", "CIRCLE", "POINT"}) {
         EXPECT_EQ(ElementType(type).dimension(1, 3), 1) << type;
+    }
 }
 
 TEST(ElementType, ShellOfTwoNodesIsALine) {

@@ -21,8 +21,9 @@ std::size_t ModelContent::elementCount() const {
 
 std::vector<std::int64_t> ModelContent::elementIds() const {
     std::vector<std::int64_t> ids;
-    for (const auto& block : blocks)
+    for (const auto& block : blocks) {
         ids.insert(ids.end(), block.elementIds.begin(), block.elementIds.end());
+    }
     return ids;
 }
 
@@ -36,8 +37,9 @@ const VariableContent* ModelContent::findVariable(bool isNodal, const std::strin
 Names ModelContent::variableNames(bool isNodal) const {
     Names names;
     for (const auto& variable : variables) {
-        if (variable.isNodal == isNodal)
+        if (variable.isNodal == isNodal) {
             names.push_back(variable.name);
+        }
     }
     std::sort(names.begin(), names.end());
     return names;
@@ -45,13 +47,16 @@ Names ModelContent::variableNames(bool isNodal) const {
 
 std::map<std::string, Names> ModelContent::arrays(bool isNodal) const {
     std::map<std::string, Names> arrays;
-    for (const auto& name : variableNames(isNodal))
+    for (const auto& name : variableNames(isNodal)) {
         arrays[name] = {name};
+    }
     for (const auto& group : gathered.value()) {
-        if (group.isNodal != isNodal)
+        if (group.isNodal != isNodal) {
             continue;
-        for (const auto& variable : group.variables)
+        }
+        for (const auto& variable : group.variables) {
             arrays.erase(variable);
+        }
         arrays[group.name] = group.variables;
     }
     return arrays;
@@ -61,15 +66,17 @@ Numbers ModelContent::wholeColumn(const VariableContent& variable, std::size_t s
     std::vector<std::size_t> sizes = zones;
     if (!variable.isNodal) {
         sizes.clear();
-        for (const auto& block : blocks)
+        for (const auto& block : blocks) {
             sizes.push_back(block.lengths.size());
+        }
     }
     Numbers column;
     for (std::size_t target = 0; target < sizes.size(); ++target) {
-        if (const auto* numbers = variable.find(step, target))
+        if (const auto* numbers = variable.find(step, target)) {
             column.insert(column.end(), numbers->begin(), numbers->end());
-        else
+        } else {
             column.insert(column.end(), sizes[target], std::numeric_limits<double>::quiet_NaN());
+        }
     }
     return column;
 }

@@ -13,8 +13,9 @@ TEST_P(Pipeline, CheckFindsNoError) {
     EXPECT_LE(run.exitCode, 1) << run.output << run.messages;
     const auto report = Json::parse(run.output).at("files").at(0);
     EXPECT_EQ(report.at("errors"), 0);
-    for (const auto& finding : report.at("findings"))
+    for (const auto& finding : report.at("findings")) {
         EXPECT_NE(finding.at("level"), "error") << finding;
+    }
 }
 
 TEST_P(Pipeline, DumpHasTheCountsOfTheFile) {
@@ -24,8 +25,9 @@ TEST_P(Pipeline, DumpHasTheCountsOfTheFile) {
 }
 
 TEST_P(Pipeline, ExodusFileHasEveryNumberNameAndTime) {
-    if (!canReadExodus())
+    if (!canReadExodus()) {
         GTEST_SKIP() << "mox was built without the Exodus library (on Debian libexodusii-dev)";
+    }
     expectExported(readExodus(exported(".e")), original);
 }
 

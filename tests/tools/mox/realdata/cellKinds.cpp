@@ -84,8 +84,9 @@ std::string firstLetters(std::string type) {
 const CellKind& cellKind(int vtkCell) {
     const auto found = std::find_if(Kinds.begin(), Kinds.end(),
                                     [vtkCell](const auto& kind) { return kind.vtkCell == vtkCell; });
-    if (found == Kinds.end())
+    if (found == Kinds.end()) {
         throw std::out_of_range("no kind of elements for VTK cell " + std::to_string(vtkCell));
+    }
     return *found;
 }
 
@@ -93,20 +94,23 @@ int vtkCellOf(const std::string& type, std::int64_t nodesPerElement) {
     const auto letters = firstLetters(type);
     for (const auto& kind : Kinds) {
         const bool fits = kind.nodes == 0 || kind.nodes == static_cast<std::size_t>(nodesPerElement);
-        if (fits && firstLetters(kind.exodusType) == letters)
+        if (fits && firstLetters(kind.exodusType) == letters) {
             return kind.vtkCell;
+        }
     }
     throw std::out_of_range("no VTK cell for elements of type " + type);
 }
 
 std::vector<std::int64_t> nodesInOrder(const BlockContent& block, NodeOrdering from, NodeOrdering to) {
-    if (!CornersOfSolids.contains(block.vtkCell))
+    if (!CornersOfSolids.contains(block.vtkCell)) {
         return block.nodes;
+    }
     const auto places = placesOf(block.vtkCell, from, to);
     std::vector<std::int64_t> nodes;
     for (std::size_t first = 0; first < block.nodes.size(); first += places.size()) {
-        for (const auto place : places)
+        for (const auto place : places) {
             nodes.push_back(block.nodes[first + place]);
+        }
     }
     return nodes;
 }

@@ -19,14 +19,17 @@ public:
     void run() {
         std::vector<const Json*> geometries;
         for (const auto& node : dump.at("nodes")) {
-            if (node.contains("datasets"))
+            if (node.contains("datasets")) {
                 geometries.push_back(&node);
+            }
         }
         ASSERT_EQ(geometries.size(), original.blocks.size());
-        for (std::size_t i = 0; i < geometries.size(); ++i)
+        for (std::size_t i = 0; i < geometries.size(); ++i) {
             ASSERT_NO_FATAL_FAILURE(compareGeometry(*geometries[i], i));
-        for (const auto& step : original.steps)
+        }
+        for (const auto& step : original.steps) {
             EXPECT_EQ(steps.count(step.name), 1U) << step.name;
+        }
         EXPECT_EQ(steps.size(), original.steps.size());
     }
 
@@ -41,8 +44,9 @@ private:
         EXPECT_EQ(rows(geometry, "Element IDs"), block.lengths.size()) << name;
         EXPECT_EQ(rows(geometry, "Connectivity"), block.nodes.size()) << name;
         for (const auto& dataset : geometry.at("datasets")) {
-            if (dataset.contains("step"))
+            if (dataset.contains("step")) {
                 steps.insert(dataset.at("step").get<std::string>());
+            }
         }
         if (original.gathered) {
             EXPECT_EQ(geometry.at("datasets").size(), MeshDatasets + resultsOn(place)) << name;
@@ -52,15 +56,17 @@ private:
     // Of the dataset of a name, as it is where its numbers are.
     std::size_t rows(const Json& geometry, const std::string& name) const {
         for (const auto& dataset : geometry.at("datasets")) {
-            if (dataset.at("name") == name && !dataset.contains("step"))
+            if (dataset.at("name") == name && !dataset.contains("step")) {
                 return holder(dataset).at("shape").at(0).get<std::size_t>();
+            }
         }
         return 0;
     }
 
     const Json& holder(const Json& dataset) const {
-        if (!dataset.contains("link"))
+        if (!dataset.contains("link")) {
             return dataset;
+        }
         const auto& link = dataset.at("link");
         return nodeOf(link.at("node")).at("datasets").at(link.at("dataset").get<std::size_t>());
     }
@@ -74,8 +80,9 @@ private:
             const auto target = isNodal ? original.blocks[block].zone : block;
             for (const auto& [name, variables] : original.arrays(isNodal)) {
                 const auto& variable = *original.findVariable(isNodal, variables.front());
-                for (const auto& [place, numbers] : variable.values)
+                for (const auto& [place, numbers] : variable.values) {
                     count += place.second == target ? 1 : 0;
+                }
             }
         }
         return count;

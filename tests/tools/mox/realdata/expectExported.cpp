@@ -12,8 +12,9 @@ using Ids = std::vector<std::int64_t>;
 
 // Exodus numbers nodes and elements by itself where not all have ids of their own.
 Ids uniqueIds(Ids ids) {
-    if (std::set<std::int64_t>(ids.begin(), ids.end()).size() != ids.size())
+    if (std::set<std::int64_t>(ids.begin(), ids.end()).size() != ids.size()) {
         std::iota(ids.begin(), ids.end(), 1);
+    }
     return ids;
 }
 
@@ -40,8 +41,9 @@ void expectBlocks(const ModelContent& exported, const ModelContent& original) {
 
 Numbers timesOf(const ModelContent& content) {
     auto times = content.bareTimes;
-    for (const auto& step : content.steps)
+    for (const auto& step : content.steps) {
         times.push_back(step.time);
+    }
     return times;
 }
 
@@ -50,12 +52,14 @@ void expectVariable(const ModelContent& exported, const ModelContent& original,
                     const VariableContent& expected) {
     const auto* variable = exported.findVariable(expected.isNodal, expected.name);
     ASSERT_NE(variable, nullptr) << expected.name;
-    for (std::size_t block = 0; !expected.isNodal && block < original.blocks.size(); ++block)
+    for (std::size_t block = 0; !expected.isNodal && block < original.blocks.size(); ++block) {
         EXPECT_EQ(variable->standsOn(block), expected.standsOn(block)) << expected.name << " on " << block;
-    for (std::size_t step = 0; step < original.steps.size(); ++step)
+    }
+    for (std::size_t step = 0; step < original.steps.size(); ++step) {
         ASSERT_NO_FATAL_FAILURE(expectNumbers(exported.wholeColumn(*variable, step),
                                               original.wholeColumn(expected, step),
                                               expected.name + " in " + original.steps[step].name));
+    }
 }
 
 } // namespace
@@ -66,10 +70,12 @@ void expectExported(const ModelContent& exported, const ModelContent& original) 
     ASSERT_NO_FATAL_FAILURE(expectNodes(exported, original));
     ASSERT_NO_FATAL_FAILURE(expectBlocks(exported, original));
     ASSERT_EQ(timesOf(exported), timesOf(original));
-    for (const bool isNodal : {true, false})
+    for (const bool isNodal : {true, false}) {
         EXPECT_EQ(exported.variableNames(isNodal), original.variableNames(isNodal));
-    for (const auto& variable : original.variables)
+    }
+    for (const auto& variable : original.variables) {
         ASSERT_NO_FATAL_FAILURE(expectVariable(exported, original, variable));
+    }
     EXPECT_EQ(exported.globalNames, original.globalNames);
     EXPECT_EQ(exported.globals, original.globals);
 }

@@ -14,8 +14,9 @@ Numbers doubles(const std::vector<std::int64_t>& integers) {
 
 Numbers columnOf(const VtkArrayRead& array, std::size_t column) {
     Numbers numbers;
-    for (auto place = column; place < array.numbers.size(); place += array.columns)
+    for (auto place = column; place < array.numbers.size(); place += array.columns) {
         numbers.push_back(array.numbers[place]);
+    }
     return numbers;
 }
 
@@ -26,10 +27,12 @@ void expectMesh(const VtkMeshRead& mesh, const ModelContent& original) {
     Numbers connectivity, offsets, types, parts;
     Names names;
     for (const auto& block : original.blocks) {
-        for (const auto node : nodesInOrder(block, original.ordering, NodeOrdering::Vtk))
+        for (const auto node : nodesInOrder(block, original.ordering, NodeOrdering::Vtk)) {
             connectivity.push_back(static_cast<double>(node));
-        for (const auto length : block.lengths)
+        }
+        for (const auto length : block.lengths) {
             offsets.push_back((offsets.empty() ? 0 : offsets.back()) + static_cast<double>(length));
+        }
         types.insert(types.end(), block.lengths.size(), block.vtkCell);
         parts.insert(parts.end(), block.lengths.size(), static_cast<double>(names.size()));
         names.push_back(block.partName());
@@ -59,8 +62,9 @@ std::map<std::string, VtkArrayRead> resultsOf(const VtkMeshRead& mesh, const std
     std::map<std::string, VtkArrayRead> results;
     for (const auto& [key, array] : mesh.arrays) {
         const auto name = key.substr(key.find('/') + 1);
-        if (key.starts_with(section + "/") && !others.contains(name))
+        if (key.starts_with(section + "/") && !others.contains(name)) {
             results[name] = array;
+        }
     }
     return results;
 }
@@ -103,8 +107,9 @@ void expectColumns(const VtkArrayRead& array, const Names& variables, const Mode
     auto zeros = columnOf(array, 0);
     std::replace_if(
         zeros.begin(), zeros.end(), [](double number) { return !std::isnan(number); }, 0.0);
-    for (auto column = variables.size(); column < array.columns; ++column)
+    for (auto column = variables.size(); column < array.columns; ++column) {
         ASSERT_NO_FATAL_FAILURE(expectNumbers(columnOf(array, column), zeros, "third column"));
+    }
 }
 
 void expectResults(const VtkMeshRead& mesh, const ModelContent& original, bool isNodal, std::size_t step) {
@@ -117,8 +122,9 @@ void expectResults(const VtkMeshRead& mesh, const ModelContent& original, bool i
     }
     std::multiset<std::string> expected;
     for (const auto& variable : original.variables) {
-        if (variable.isNodal == isNodal && stands(variable, step))
+        if (variable.isNodal == isNodal && stands(variable, step)) {
             expected.insert(variable.name);
+        }
     }
     EXPECT_EQ(found, expected);
     if (original.gathered) {
@@ -131,6 +137,7 @@ void expectResults(const VtkMeshRead& mesh, const ModelContent& original, bool i
 void expectVtk(const VtkMeshRead& mesh, const ModelContent& original, std::size_t step) {
     ASSERT_NO_FATAL_FAILURE(expectMesh(mesh, original));
     expectLabels(mesh, original, step);
-    for (const bool isNodal : {true, false})
+    for (const bool isNodal : {true, false}) {
         ASSERT_NO_FATAL_FAILURE(expectResults(mesh, original, isNodal, step));
+    }
 }

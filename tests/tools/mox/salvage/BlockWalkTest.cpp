@@ -51,8 +51,9 @@ public:
     std::optional<std::uint64_t> unsearchedFrom() const { return walk.unsearchedFrom(); }
     std::uint64_t bytesWritten() const {
         std::uint64_t sum = 0;
-        for (const auto& name : folder.files())
+        for (const auto& name : folder.files()) {
             sum += std::filesystem::file_size(folder.path(name));
+        }
         return sum;
     }
 
@@ -91,8 +92,9 @@ std::vector<std::uint8_t> endlessZeros(std::size_t size) {
 // together to the end of the file.
 TEST(BlockWalk, ReadsAFewTimesTheFileIfVeryManyStreamsShareOneEnd) {
     Bytes bytes = opening();
-    for (unsigned i = 0; i < 2000; ++i)
+    for (unsigned i = 0; i < 2000; ++i) {
         bytes.raw(storedPiece(opening()));
+    }
     bytes.raw(endlessZeros(2000));
     const Walk walk(withoutIndex(bytes));
     EXPECT_LT(walk.bytesRead(), 16 * walk.fileSize());
@@ -107,8 +109,9 @@ TEST(BlockWalk, ReadsAFewTimesTheFileIfStreamsHideWholeBlocks) {
     const std::vector<std::uint8_t> tiny = Bytes().u32(1).raw(zlibStream({65}));
     Bytes bytes;
     bytes.raw(tiny).raw(opening());
-    for (unsigned i = 0; i < 1000; ++i)
+    for (unsigned i = 0; i < 1000; ++i) {
         bytes.raw(storedPiece(Bytes().raw(tiny).raw(opening())));
+    }
     bytes.raw(endlessZeros(2000));
     const Walk walk(withoutIndex(bytes));
     EXPECT_LT(walk.bytesRead(), 16 * walk.fileSize());
@@ -118,8 +121,9 @@ TEST(BlockWalk, ReadsAFewTimesTheFileIfStreamsHideWholeBlocks) {
 
 TEST(BlockWalk, ReadsAFewTimesTheFileIfAHeaderStandsEverywhere) {
     Bytes bytes;
-    for (unsigned i = 0; i < 100000; ++i)
+    for (unsigned i = 0; i < 100000; ++i) {
         bytes.raw({0x78, 0x9C});
+    }
     const Walk walk(withoutIndex(bytes));
     EXPECT_LT(walk.bytesRead(), 16 * walk.fileSize());
     EXPECT_TRUE(walk.blocks().empty());
@@ -127,8 +131,9 @@ TEST(BlockWalk, ReadsAFewTimesTheFileIfAHeaderStandsEverywhere) {
 
 TEST(BlockWalk, ReadsAFewTimesTheFileIfTheIndexHasManyBlocksOfWhichNoneIsWhole) {
     TestFile file;
-    for (unsigned i = 0; i < 150; ++i)
+    for (unsigned i = 0; i < 150; ++i) {
         file.raw("Heavy Data", opening().fill(50, 0xFF), 1);
+    }
     const Walk walk(file.plain("Other", std::vector<std::uint8_t>(300000, 0xFF)).bytes());
     EXPECT_LT(walk.bytesRead(), 16 * walk.fileSize());
     EXPECT_TRUE(walk.blocks().empty());

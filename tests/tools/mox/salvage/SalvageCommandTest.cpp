@@ -31,8 +31,9 @@ const auto Whole = block(Sevens);
 /// The content of a block that does not compress, so that its bytes are the content's, behind 4 + 2 + 5.
 std::vector<std::uint8_t> incompressible() {
     std::vector<std::uint8_t> content;
-    for (unsigned i = 0, value = 1; i < 300; ++i, value = value * 75 % 65537)
+    for (unsigned i = 0, value = 1; i < 300; ++i, value = value * 75 % 65537) {
         content.push_back(static_cast<std::uint8_t>(value >> 4));
+    }
     return content;
 }
 
@@ -87,11 +88,12 @@ TEST(SalvageCommand, GoesOnBehindThePlaceOfAnIndexTable) {
 TEST(SalvageCommand, GoesOnBehindAnIndexTable) {
     Bytes table;
     table.u32(200);
-    for (unsigned i = 0; i < 200; ++i)
+    for (unsigned i = 0; i < 200; ++i) {
         table.raw(indexRecord(i,
                               "\x0B"
                               "Empty Block ",
                               0, 0));
+    }
     const Salvage salvage(neverClosed().raw(Whole).raw(table).raw(Whole));
     EXPECT_EQ(salvage.index.at("blocks").size(), 2u);
     ASSERT_EQ(salvage.index.at("notSaved").size(), 1u);
@@ -214,10 +216,12 @@ TEST(SalvageCommand, SavesNeighboursThatAreBothDamagedIfTheIndexHasThem) {
 // One block after another behind bytes that are none: only a search finds it.
 TEST(SalvageCommand, FindsABlockThatIsCutOffBehindOtherBytes) {
     std::vector<std::uint8_t> content;
-    for (unsigned i = 0; i < 10; ++i)
+    for (unsigned i = 0; i < 10; ++i) {
         content.insert(content.end(), Whole.begin(), Whole.end());
-    for (unsigned i = 0; i < 1000; ++i)
+    }
+    for (unsigned i = 0; i < 1000; ++i) {
         content.push_back(static_cast<std::uint8_t>(i * i >> 3));
+    }
     const auto last = block(content);
     const Salvage salvage(neverClosed().raw(Whole).raw("no block").raw(cut(last, last.size() - 5)));
     ASSERT_EQ(salvage.index.at("partial").size(), 1u);
@@ -263,8 +267,9 @@ TEST(SalvageCommand, FindsAWholeBlockBehindSeveralDamagedOnesThoughTheIndexHasNo
 TEST(SalvageCommand, CountsWhatIsLostOfAFileThatIsCutShort) {
     TestFile file;
     const auto content = incompressible();
-    for (unsigned i = 0; i < 9; ++i)
+    for (unsigned i = 0; i < 9; ++i) {
         file.compressed("Heavy Data", content);
+    }
     file.compressed("Mox Tree", Sevens).compressed("Colours of the sky", Sevens);
     const auto stored = block(content).size();
     const auto bytes = file.bytes();
@@ -284,8 +289,9 @@ TEST(SalvageCommand, CountsWhatIsLostOfAFileThatIsCutShort) {
 
 TEST(SalvageCommand, TellsThatTheIndexIsCutShortToo) {
     TestFile file;
-    for (unsigned i = 0; i < 25; ++i)
+    for (unsigned i = 0; i < 25; ++i) {
         file.compressed("Heavy Data", Sevens);
+    }
     file.compressed("Mox Tree", Sevens);
     const Salvage salvage(cut(file.bytes(), FirstBlock + 18 * Whole.size()));
     EXPECT_EQ(salvage.index.at("state"), "it is cut short: at least " + std::to_string(Whole.size() + 27804) +

@@ -38,8 +38,9 @@ void limitFileSize(std::size_t size) {
     const Support::EnvironmentGuard smallBlocks(Support::BlockSizeVariable, SavedModel::BlockSize);
     Qel::Mox2::Model model;
     SavedModel::open(model, path);
-    if (arrays > 0)
+    if (arrays > 0) {
         SavedModel::addArrays(model, arrays);
+    }
     std::_Exit(Died);
 }
 
@@ -80,8 +81,9 @@ TEST_F(SalvageCrashDeathTest, ProcessThatEndsWithoutCloseLeavesRoomForAnIndexTab
     EXPECT_EXIT(saveAndDie(path, 50), testing::ExitedWithCode(Died), "");
     const Salvage salvage(bytesOf(folder));
     ASSERT_EQ(salvage.index.at("blocks").size(), 25u);
-    for (unsigned i = 0; i < 25; ++i)
+    for (unsigned i = 0; i < 25; ++i) {
         EXPECT_EQ(salvage.content(salvage.index.at("blocks")[i]), contentOf(i));
+    }
     ASSERT_EQ(salvage.index.at("notSaved").size(), 1u);
     EXPECT_EQ(salvage.index.at("notSaved")[0].at("size"), 27804);
     EXPECT_EQ(salvage.index.at("notSaved")[0].at("what"), "the place of an index table, all zeros");
@@ -112,8 +114,9 @@ TEST_F(SalvageCrashDeathTest, ProcessThatIsKilledWhileItWritesABlockLeavesTheBeg
     ASSERT_EQ(bytes.size(), room);
     const Salvage salvage(bytes);
     ASSERT_EQ(salvage.index.at("blocks").size(), 4u);
-    for (unsigned i = 0; i < 4; ++i)
+    for (unsigned i = 0; i < 4; ++i) {
         EXPECT_EQ(salvage.content(salvage.index.at("blocks")[i]), contentOf(i));
+    }
     ASSERT_EQ(salvage.index.at("partial").size(), 1u);
     const auto& partial = salvage.index.at("partial")[0];
     EXPECT_EQ(partial.at("file"), "block-0005.part.raw");

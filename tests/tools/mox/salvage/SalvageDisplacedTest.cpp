@@ -32,12 +32,14 @@ TEST(SalvageDisplaced, AllBlocksThatNothingLiesOverAreSavedWithTheirNames) {
               "writer then placed those behind it over others; 24 blocks are lost, the rest can be read",
               salvage.index.at("state").get<std::string>());
     std::map<std::uint64_t, nlohmann::json> saved;
-    for (const auto& entry : salvage.index.at("blocks"))
+    for (const auto& entry : salvage.index.at("blocks")) {
         saved[entry.at("offset").get<std::uint64_t>()] = entry;
+    }
     std::size_t whole = 0;
     for (const auto& block : file.blocks()) {
-        if (!block.isCompressed() || block.isOverwritten)
+        if (!block.isCompressed() || block.isOverwritten) {
             continue;
+        }
         ++whole;
         ASSERT_TRUE(saved.contains(block.position)) << block.id;
         const auto& entry = saved.at(block.position);

@@ -57,15 +57,18 @@ std::set<std::size_t> lengths() {
     constexpr std::size_t Stride = 211;
     std::set<std::size_t> all;
     const auto addAround = [&](std::size_t border) {
-        for (auto length = border - Around; length <= border + Around; ++length)
+        for (auto length = border - Around; length <= border + Around; ++length) {
             all.insert(length);
+        }
     };
     addAround(FirstBlock + Around);
     addAround(tablePlace() + TableBytes);
-    for (const auto& block : sample().blocks)
+    for (const auto& block : sample().blocks) {
         addAround(static_cast<std::size_t>(block.end()));
-    for (auto length = FirstBlock; length < sample().bytes.size(); length += Stride)
+    }
+    for (auto length = FirstBlock; length < sample().bytes.size(); length += Stride) {
         all.insert(length);
+    }
     all.erase(all.lower_bound(sample().bytes.size()), all.end());
     return all;
 }
@@ -73,8 +76,9 @@ std::set<std::size_t> lengths() {
 /// What zlib itself can make of a block of which the file has the bytes up to a length.
 std::string beginningOf(const SoundBlock& block, std::size_t length) {
     const auto start = static_cast<std::size_t>(block.offset) + 4;
-    if (length <= start)
+    if (length <= start) {
         return "";
+    }
     return inflatedByZlib(std::span(sample().bytes).subspan(start, length - start));
 }
 
@@ -90,8 +94,9 @@ void expectWhole(const Salvage& salvage, const nlohmann::json& entry, const Soun
 void expectNothingTwiceOrNever(const Salvage& salvage, std::size_t length) {
     std::set<std::pair<std::uint64_t, std::uint64_t>> ranges;
     const auto add = [&](const char* list, const char* size) {
-        for (const auto& entry : salvage.index.at(list))
+        for (const auto& entry : salvage.index.at(list)) {
             ranges.emplace(entry.at("offset"), entry.at(size));
+        }
     };
     add("blocks", "stored");
     add("partial", "stored");
@@ -115,11 +120,13 @@ void expectCut(const FileBytes& bytes, std::size_t length, bool hasNames) {
     const bool isAnythingLeft = whole > 0 || !beginning.empty();
     ASSERT_EQ(salvage.run.exitCode, isAnythingLeft ? 0 : 1) << salvage.run.messages;
     ASSERT_EQ(salvage.madeFolder(), isAnythingLeft);
-    if (!isAnythingLeft)
+    if (!isAnythingLeft) {
         return;
+    }
     ASSERT_EQ(salvage.index.at("blocks").size(), whole);
-    for (std::size_t i = 0; i < whole; ++i)
+    for (std::size_t i = 0; i < whole; ++i) {
         ASSERT_NO_FATAL_FAILURE(expectWhole(salvage, salvage.index.at("blocks")[i], blocks[i], hasNames));
+    }
     ASSERT_EQ(salvage.index.at("partial").size(), beginning.empty() ? 0u : 1u);
     if (!beginning.empty()) {
         const auto& partial = salvage.index.at("partial")[0];
@@ -138,9 +145,10 @@ void expectAllBut(std::size_t missing, const FileBytes& bytes, bool hasNames) {
     ASSERT_EQ(salvage.run.exitCode, 0) << salvage.run.messages;
     ASSERT_EQ(salvage.index.at("partial").size(), 0u);
     ASSERT_EQ(salvage.index.at("blocks").size(), sample().blocks.size() - 1);
-    for (std::size_t i = 0; i + 1 < sample().blocks.size(); ++i)
+    for (std::size_t i = 0; i + 1 < sample().blocks.size(); ++i) {
         ASSERT_NO_FATAL_FAILURE(expectWhole(salvage, salvage.index.at("blocks")[i],
                                             sample().blocks[i < missing ? i : i + 1], hasNames));
+    }
     expectNothingTwiceOrNever(salvage, bytes.size());
 }
 
@@ -168,23 +176,27 @@ TEST(SalvageRealFile, SampleHasAnIndexBlockAndBlocksOfNumbersOnBothSides) {
 }
 
 TEST(SalvageRealFile, CutAnywhereGivesTheBlocksInFrontOfTheCutAndTheBeginningOfTheNext) {
-    for (const auto length : lengths())
+    for (const auto length : lengths()) {
         ASSERT_NO_FATAL_FAILURE(expectCut(sample().bytes, length, true)) << length << " bytes";
+    }
 }
 
 TEST(SalvageRealFile, NeverClosedAndCutAnywhereGivesTheSameWithoutNames) {
-    for (const auto length : lengths())
+    for (const auto length : lengths()) {
         ASSERT_NO_FATAL_FAILURE(expectCut(neverClosed(), length, false)) << length << " bytes";
+    }
 }
 
 TEST(SalvageRealFile, GivesAllOtherBlocksIfOneIsZeros) {
-    for (std::size_t i = 0; i < sample().blocks.size(); ++i)
+    for (std::size_t i = 0; i < sample().blocks.size(); ++i) {
         ASSERT_NO_FATAL_FAILURE(expectAllBut(i, withZerosFor(sample().blocks[i], sample().bytes), true)) << i;
+    }
 }
 
 TEST(SalvageRealFile, NeverClosedGivesAllOtherBlocksIfOneIsZeros) {
-    for (std::size_t i = 0; i < sample().blocks.size(); ++i)
+    for (std::size_t i = 0; i < sample().blocks.size(); ++i) {
         ASSERT_NO_FATAL_FAILURE(expectAllBut(i, withZerosFor(sample().blocks[i], neverClosed()), false)) << i;
+    }
 }
 
 TEST(SalvageRealFile, CallsZerosZeros) {
@@ -209,8 +221,9 @@ TEST(SalvageRealFile, GivesAllBlocksWithNoiseInFrontOfEach) {
                          added.end());
             const Salvage salvage(bytes);
             ASSERT_EQ(salvage.index.at("blocks").size(), sample().blocks.size());
-            for (std::size_t i = 0; i < sample().blocks.size(); ++i)
+            for (std::size_t i = 0; i < sample().blocks.size(); ++i) {
                 ASSERT_EQ(salvage.content(salvage.index.at("blocks")[i]), sample().blocks[i].content);
+            }
             ASSERT_EQ(salvage.index.at("partial").size(), 0u);
             ASSERT_NO_FATAL_FAILURE(expectNothingTwiceOrNever(salvage, bytes.size()));
         }
@@ -226,8 +239,9 @@ TEST(SalvageRealFile, GivesAllBlocksWithNoiseBetweenAllOfThem) {
     }
     const Salvage salvage(bytes);
     ASSERT_EQ(salvage.index.at("blocks").size(), sample().blocks.size());
-    for (std::size_t i = 0; i < sample().blocks.size(); ++i)
+    for (std::size_t i = 0; i < sample().blocks.size(); ++i) {
         EXPECT_EQ(salvage.content(salvage.index.at("blocks")[i]), sample().blocks[i].content);
+    }
 }
 
 // Forced, since noise in the names of unclaimed entries of the index is no damage.
@@ -240,8 +254,9 @@ TEST(SalvageRealFile, GivesEveryBlockThatNoiseInAnotherPlaceLeaves) {
         std::ranges::copy(noise(random, size), bytes.begin() + static_cast<std::ptrdiff_t>(start));
         const Salvage salvage(bytes, {"--force"});
         std::map<std::uint64_t, std::string> saved;
-        for (const auto& entry : salvage.index.at("blocks"))
+        for (const auto& entry : salvage.index.at("blocks")) {
             saved[entry.at("offset")] = salvage.content(entry);
+        }
         for (const auto& block : sample().blocks) {
             const bool isHit = block.offset < start + size && start < block.end();
             if (isHit) {

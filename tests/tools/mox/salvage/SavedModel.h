@@ -26,8 +26,9 @@ inline constexpr unsigned ArrayLength = 25;
 inline std::vector<float> numbers(unsigned array) {
     std::mt19937 random(array);
     std::vector<float> values(ArrayLength);
-    for (auto& value : values)
+    for (auto& value : values) {
         value = static_cast<float>(random() % (array % 3 == 0 ? 4 : 100000)) / 8;
+    }
     return values;
 }
 
@@ -35,8 +36,9 @@ inline std::vector<float> numbers(unsigned array) {
 inline std::string stored(unsigned array) {
     std::string bytes;
     for (unsigned plane = 0; plane < 4; ++plane) {
-        for (const auto value : numbers(array))
+        for (const auto value : numbers(array)) {
             bytes += static_cast<char>(std::bit_cast<std::uint32_t>(value) >> 8 * plane & 0xFF);
+        }
     }
     return bytes;
 }
@@ -87,8 +89,9 @@ inline std::vector<SoundBlock> soundBlocks(const std::vector<std::uint8_t>& file
     const MoxReader::File reader(std::make_shared<MoxReader::MemorySource>(file));
     std::vector<SoundBlock> blocks;
     for (const auto& record : reader.blocks()) {
-        if (!record.isCompressed())
+        if (!record.isCompressed()) {
             continue;
+        }
         const auto stream = std::span(file).subspan(static_cast<std::size_t>(record.position), record.length);
         blocks.push_back({record.position, record.length, inflatedByZlib(stream.subspan(4)), record.name});
     }

@@ -116,9 +116,10 @@ TEST_F(StatCommand, NumbersThatWereReplacedAreClaimedByNothing) {
         model.saveTo(path, {true, "", "", ""});
         model.addNode(Qel::Mox2::Group, "G");
         const auto shape = model.addNode(Qel::Mox2::Shape, "S");
-        for (const float value : {1.0F, 2.0F})
+        for (const float value : {1.0F, 2.0F}) {
             model.addArrayProperty("T", Qel::Mox2::NodeScalar, Qel::Mox2::Array1d<float>{value, value, value},
                                    shape, Qel::Mox2::Step{});
+        }
         model.close();
     }
     EXPECT_TRUE(

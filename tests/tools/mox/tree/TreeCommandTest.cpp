@@ -65,8 +65,9 @@ TEST_F(TreeCommand, BelowLevel32LinesBearTheirLevelInsteadOfMoreBlanks) {
     {
         Qel::Mox2::Model model;
         model.saveTo(path, {true, "", "", ""});
-        for (int level = 1; level <= 34; ++level)
+        for (int level = 1; level <= 34; ++level) {
             model.addNode(Qel::Mox2::Group, "G");
+        }
         model.close();
     }
     const auto output = runMox({"tree", path}).output;

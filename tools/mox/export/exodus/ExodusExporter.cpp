@@ -32,8 +32,9 @@ std::string titleOf(const MoxReader::Model& model) {
 }
 
 std::string fitted(const std::string& text, std::size_t longest, ConversionSummary& summary) {
-    if (text.size() > longest)
+    if (text.size() > longest) {
         summary.addNote(fmt::format("\"{}\" is cut to {} letters", visibleText(text), longest));
+    }
     return text.substr(0, longest);
 }
 
@@ -41,8 +42,9 @@ template <typename T>
 std::vector<double> columnOf(const std::vector<T>& table, std::size_t width, std::size_t column) {
     std::vector<double> values;
     values.reserve(table.size() / width);
-    for (auto i = column; i < table.size(); i += width)
+    for (auto i = column; i < table.size(); i += width) {
         values.push_back(table[i]);
+    }
     return values;
 }
 
@@ -53,13 +55,15 @@ bool areUnique(const std::vector<std::int64_t>& ids) {
 // What an import from a file of fewer dimensions has put into the others is zeros.
 int dimensionOf(const ExportModel& source) {
     const auto wish = numberAttribute(rootAttributes(source.model()), "Dimensions").value_or(3);
-    if (wish != 1 && wish != 2)
+    if (wish != 1 && wish != 2) {
         return 3;
+    }
     const auto dimension = static_cast<std::size_t>(wish);
     const auto& points = source.mesh().points;
     for (std::size_t i = 0; i < points.size(); ++i) {
-        if (i % 3 >= dimension && points[i] != 0)
+        if (i % 3 >= dimension && points[i] != 0) {
             return 3;
+        }
     }
     return static_cast<int>(dimension);
 }
@@ -89,10 +93,11 @@ void ExodusExporter::write(const std::string& path, const std::string& shownPath
     ExodusOutput output(path, shownPath, layout());
     writeMesh(output);
     declareVariables(output);
-    if (source.results().steps.empty())
+    if (source.results().steps.empty()) {
         writeStaticStep(output);
-    else
+    } else {
         writeSteps(output);
+    }
     output.close();
 }
 
@@ -107,8 +112,9 @@ std::optional<ExodusExporter::Ids> ExodusExporter::takeIds(ResultPlace place, co
         return candidate.place == place && candidate.name == name && candidate.isStatic &&
                candidate.isInteger;
     });
-    if (field == fields.end())
+    if (field == fields.end()) {
         return std::nullopt;
+    }
     mapFields.push_back(&*field);
     if (field->targets.size() < targetCount(source.mesh(), place)) {
         source.summary().addNote(name + " are left out, since some have none");
@@ -116,8 +122,9 @@ std::optional<ExodusExporter::Ids> ExodusExporter::takeIds(ResultPlace place, co
     }
     const auto numbers = reader.readAll(*field, ExportField::NoStep);
     Ids ids(numbers.begin(), numbers.end());
-    if (areUnique(ids))
+    if (areUnique(ids)) {
         return ids;
+    }
     source.summary().addNote(name + " are left out, since some are not unique in the whole model");
     return std::nullopt;
 }
@@ -138,20 +145,24 @@ ExodusOutput::Layout ExodusExporter::layout() {
         names.push_back(block.name);
         layout.largeIds = layout.largeIds || isLarge(block.id);
     }
-    for (const auto& name : names)
+    for (const auto& name : names) {
         layout.nameLength = std::max(layout.nameLength, name.size());
+    }
     return layout;
 }
 
 void ExodusExporter::writeMesh(ExodusOutput& output) {
     output.qaRecords(qaRecordsOf(rootAttributes(source.model())));
     writeCoordinates(output);
-    for (const auto& block : source.mesh().blocks)
+    for (const auto& block : source.mesh().blocks) {
         output.block(describe(block), block.nodes, block.lengths);
-    if (nodeIds)
+    }
+    if (nodeIds) {
         output.idMap(EX_NODE_MAP, *nodeIds);
-    if (elementIds)
+    }
+    if (elementIds) {
         output.idMap(EX_ELEM_MAP, *elementIds);
+    }
 }
 
 ExodusBlock ExodusExporter::describe(const ExportBlock& block) {
@@ -169,19 +180,22 @@ ExodusBlock ExodusExporter::describe(const ExportBlock& block) {
 
 void ExodusExporter::writeCoordinates(ExodusOutput& output) {
     const auto& points = source.mesh().points;
-    for (int axis = 0; axis < dimension; ++axis)
+    for (int axis = 0; axis < dimension; ++axis) {
         output.coordinates(axis, columnOf(points, 3, static_cast<std::size_t>(axis)));
+    }
 }
 
 void ExodusExporter::declareVariables(ExodusOutput& output) {
-    if (hasModes)
+    if (hasModes) {
         output.variables(EX_GLOBAL, {"ModeNumber", "EigenFrequency"});
+    }
     output.variables(EX_NODAL, nodal->names());
     output.variables(EX_ELEM_BLOCK, elemental->names());
     std::vector<int> table;
     for (const auto& block : source.mesh().blocks) {
-        for (std::size_t variable = 0; variable < elemental->count(); ++variable)
+        for (std::size_t variable = 0; variable < elemental->count(); ++variable) {
             table.push_back(elemental->targets(variable).contains(block.part) ? 1 : 0);
+        }
     }
     output.truthTable(source.mesh().blocks.size(), elemental->count(), std::move(table));
 }
@@ -216,25 +230,29 @@ void ExodusExporter::writeBareTimes(ExodusOutput& output) {
     const auto& attributes = rootAttributes(source.model());
     std::size_t row = 0;
     while (const auto time =
-               numberAttribute(attributes, AttributeNames::numbered(AttributeNames::TimeOfStep, row + 1)))
+               numberAttribute(attributes, AttributeNames::numbered(AttributeNames::TimeOfStep, row + 1))) {
         output.time(row++, *time);
+    }
 }
 
 void ExodusExporter::writeGlobals(ExodusOutput& output, std::size_t row, const ExportStep& step) {
-    if (hasModes)
+    if (hasModes) {
         output.globals(row, {step.mode.value_or(Missing), step.frequency.value_or(Missing)});
+    }
 }
 
 void ExodusExporter::writeResults(ExodusOutput& output, ResultPlace place, std::size_t row,
                                   std::size_t step) {
     Written written;
     for (const auto& [field, variables] : variablesOf(place).fields()) {
-        if (field->isStatic && step != ExportField::NoStep)
+        if (field->isStatic && step != ExportField::NoStep) {
             source.summary().addNote("results without steps are repeated in each step");
+        }
         for (const auto target : field->targets) {
             const auto* holder = field->source(step, target);
-            if (holder == nullptr)
+            if (holder == nullptr) {
                 continue;
+            }
             const auto table = reader.read(*field, *holder);
             ++source.summary().datasets;
             for (std::size_t column = 0; column < variables.size(); ++column) {
@@ -259,8 +277,9 @@ void ExodusExporter::writeColumn(ExodusOutput& output, ResultPlace place, std::s
         const auto& block = mesh.blocks[i];
         std::vector<double> ofBlock;
         ofBlock.reserve(block.rows.size());
-        for (const auto element : block.rows)
+        for (const auto element : block.rows) {
             ofBlock.push_back(values[element]);
+        }
         output.elemental(row, variable, block.id, ofBlock);
     }
 }
@@ -272,8 +291,9 @@ void ExodusExporter::fillGaps(ExodusOutput& output, ResultPlace place, const Wri
     for (std::size_t variable = 0; variable < variables.count(); ++variable) {
         for (std::size_t target = 0; target < targetCount(source.mesh(), place); ++target) {
             const bool isGap = place == ResultPlace::Nodes || variables.targets(variable).contains(target);
-            if (!isGap || written.contains({variable, target}))
+            if (!isGap || written.contains({variable, target})) {
                 continue;
+            }
             const std::vector<double> values(itemsOf(source.mesh(), place, target), Missing);
             writeColumn(output, place, variable, row, target, values);
             source.summary().addNote("NaN stands where a node or an element has no result in a step");

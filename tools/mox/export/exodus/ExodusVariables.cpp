@@ -23,14 +23,18 @@ constexpr std::array<const char*, 6> DisplacementAndRotation = {
 constexpr std::size_t RoomForNumber = 12;
 
 std::string guessedName(const ExportField& field, std::size_t column) {
-    if (field.width == 1)
+    if (field.width == 1) {
         return field.name;
-    if (field.variableType == VariableTypes::NodeSixA && field.name == DatasetNames::Displacement)
+    }
+    if (field.variableType == VariableTypes::NodeSixA && field.name == DatasetNames::Displacement) {
         return DisplacementAndRotation.at(column);
-    if (field.width == 3)
+    }
+    if (field.width == 3) {
         return field.name + Axes.at(column);
-    if (field.variableType == VariableTypes::NodeSixA || field.variableType == VariableTypes::ElementSixA)
+    }
+    if (field.variableType == VariableTypes::NodeSixA || field.variableType == VariableTypes::ElementSixA) {
         return field.name + Tensor.at(column);
+    }
     return fmt::format("{}_{}", field.name, column + 1);
 }
 
@@ -43,15 +47,18 @@ bool areDisjoint(const std::set<std::size_t>& left, const std::set<std::size_t>&
 ExodusVariables::ExodusVariables(const ExportResults& all, ResultPlace place,
                                  const std::vector<const ExportField*>& mapFields) {
     for (const auto& field : all.fields) {
-        if (field.place == place && std::find(mapFields.begin(), mapFields.end(), &field) == mapFields.end())
+        if (field.place == place &&
+            std::find(mapFields.begin(), mapFields.end(), &field) == mapFields.end()) {
             addField(field);
+        }
     }
 }
 
 std::vector<std::string> ExodusVariables::names() const {
     std::vector<std::string> names;
-    for (const auto& variable : variables)
+    for (const auto& variable : variables) {
         names.push_back(variable.name);
+    }
     return names;
 }
 
@@ -70,8 +77,9 @@ std::size_t ExodusVariables::variableFor(const std::string& wanted, const Export
     auto name = wanted;
     for (int number = 2;; ++number) {
         const auto [place, isNew] = places.emplace(name, variables.size());
-        if (isNew)
+        if (isNew) {
             variables.push_back({name, {}});
+        }
         auto& targets = variables[place->second].targets;
         if (areDisjoint(targets, field.targets)) {
             targets.insert(field.targets.begin(), field.targets.end());

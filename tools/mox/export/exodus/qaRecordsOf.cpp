@@ -21,8 +21,9 @@ QaRecord cut(const QaRecord& record) {
 std::string takeLast(std::string& text) {
     constexpr std::string_view Separator = ", ";
     const auto place = text.rfind(Separator);
-    if (place == std::string::npos)
+    if (place == std::string::npos) {
         return "";
+    }
     auto last = text.substr(place + Separator.size());
     text.resize(place);
     return last;
@@ -44,15 +45,17 @@ std::vector<QaRecord> qaRecordsOf(const MoxReader::Attributes& root) {
     std::vector<QaRecord> records;
     for (std::size_t number = 1;; ++number) {
         const auto key = AttributeNames::numbered(AttributeNames::QaRecord, number);
-        if (!root.contains(key))
+        if (!root.contains(key)) {
             break;
+        }
         records.push_back(cut(parse(textAttribute(root, key))));
     }
-    if (!records.empty() && root.contains(AttributeNames::SourceProgram))
+    if (!records.empty() && root.contains(AttributeNames::SourceProgram)) {
         records.front() = cut({textAttribute(root, AttributeNames::SourceProgram),
                                textAttribute(root, AttributeNames::SourceVersion),
                                textAttribute(root, AttributeNames::SourceDate),
                                textAttribute(root, AttributeNames::SourceTime)});
+    }
     return records;
 }
 

@@ -15,8 +15,9 @@ namespace {
 
 bool holdsOnly(const fs::path& folder, const std::string& extension) {
     for (const auto& entry : fs::directory_iterator(folder)) {
-        if (!entry.is_regular_file() || entry.path().extension() != extension)
+        if (!entry.is_regular_file() || entry.path().extension() != extension) {
             return false;
+        }
     }
     return true;
 }
@@ -42,8 +43,9 @@ void ReplaceableFolder::commit() {
     const auto old = TemporaryPath::unusedBeside(target);
     std::error_code error;
     fs::rename(target, old, error);
-    if (error)
+    if (error) {
         throw Failure(target.string(), "can't be replaced: " + error.message());
+    }
     try {
         temporary.moveToTarget();
     } catch (const Failure&) {
@@ -56,17 +58,21 @@ void ReplaceableFolder::commit() {
 /// @return the target, if the folder may be put there.
 const fs::path& ReplaceableFolder::checkedTarget() const {
     const auto status = fs::status(target);
-    if (!fs::exists(status))
+    if (!fs::exists(status)) {
         return target;
-    if (!fs::is_directory(status))
+    }
+    if (!fs::is_directory(status)) {
         throw Failure(target.string(), "exists and is no folder");
-    if (!overwrite)
+    }
+    if (!overwrite) {
         throw Failure(target.string(), "exists already; --overwrite replaces it");
-    if (!holdsOnly(target, extension))
+    }
+    if (!holdsOnly(target, extension)) {
         throw Failure(
             target.string(),
             fmt::format("holds more than {} files and is not replaced; remove it or choose another name",
                         extension));
+    }
     return target;
 }
 

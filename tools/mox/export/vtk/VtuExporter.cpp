@@ -25,8 +25,9 @@ std::vector<T> columnsOf(const std::vector<double>& table, std::size_t width, st
     std::vector<T> numbers;
     numbers.reserve(table.size() / width * columns);
     for (std::size_t row = 0; row < table.size(); row += width) {
-        for (std::size_t column = first; column < first + columns; ++column)
+        for (std::size_t column = first; column < first + columns; ++column) {
             numbers.push_back(static_cast<T>(table[row + column]));
+        }
     }
     return numbers;
 }
@@ -41,8 +42,9 @@ void putNodes(std::ostream& stream, const ExportBlock& block) {
     std::vector<std::int64_t> ordered;
     ordered.reserve(nodes.size());
     for (std::size_t element = 0; element < nodes.size(); element += order.size()) {
-        for (const auto place : order)
+        for (const auto place : order) {
             ordered.push_back(nodes[element + place]);
+        }
     }
     put(stream, ordered);
 }
@@ -61,14 +63,16 @@ void putOffsets(std::ostream& stream, const ExportBlock& block, std::int64_t& en
 // One number for each cell, the same for all of a block.
 template <typename T, typename NumberOfBlock>
 void putForEachCell(std::ostream& stream, const ExportMesh& mesh, NumberOfBlock number) {
-    for (const auto& block : mesh.blocks)
+    for (const auto& block : mesh.blocks) {
         put(stream, std::vector<T>(block.rows.size(), static_cast<T>(number(block))));
+    }
 }
 
 std::string uniqueName(const std::string& wanted, std::set<std::string>& taken) {
     auto name = wanted;
-    for (int number = 2; !taken.insert(name).second; ++number)
+    for (int number = 2; !taken.insert(name).second; ++number) {
         name = fmt::format("{} ({})", wanted, number);
+    }
     return name;
 }
 
@@ -89,8 +93,9 @@ void VtuExporter::write(std::size_t step, double value, const std::filesystem::p
     std::ofstream stream(path, std::ios::binary);
     file.write(stream);
     stream.close();
-    if (!stream)
+    if (!stream) {
         throw Failure(shownPath, "can't be written; is the disk full?");
+    }
 }
 
 void VtuExporter::addLabels(VtuFile& file, std::size_t step, double value) const {
@@ -99,27 +104,31 @@ void VtuExporter::addLabels(VtuFile& file, std::size_t step, double value) const
         file.addTexts("Step", {source.results().steps[step].name});
     }
     std::vector<std::string> names;
-    for (const auto& part : source.mesh().parts)
+    for (const auto& part : source.mesh().parts) {
         names.push_back(part.geometry->name);
+    }
     file.addTexts("Part Names", names);
 }
 
 void VtuExporter::addMesh(VtuFile& file) const {
     const auto& mesh = source.mesh();
     std::size_t nodes = 0;
-    for (const auto& block : mesh.blocks)
+    for (const auto& block : mesh.blocks) {
         nodes += block.nodes.size();
+    }
     file.setPoints({"Points", "Float32", 4, 3, mesh.nodeCount(), {}, [&mesh](std::ostream& stream) {
                         put(stream, mesh.points);
                     }});
     file.addCells({"connectivity", "Int64", 8, 1, nodes, {}, [&mesh](std::ostream& stream) {
-                       for (const auto& block : mesh.blocks)
+                       for (const auto& block : mesh.blocks) {
                            putNodes(stream, block);
+                       }
                    }});
     file.addCells({"offsets", "Int64", 8, 1, mesh.elementCount(), {}, [&mesh](std::ostream& stream) {
                        std::int64_t end = 0;
-                       for (const auto& block : mesh.blocks)
+                       for (const auto& block : mesh.blocks) {
                            putOffsets(stream, block, end);
+                       }
                    }});
     file.addCells({"types", "UInt8", 1, 1, mesh.elementCount(), {}, [&mesh](std::ostream& stream) {
                        putForEachCell<std::uint8_t>(stream, mesh,
@@ -135,8 +144,9 @@ void VtuExporter::addFields(VtuFile& file, std::size_t step) {
     std::set<std::string> pointNames;
     std::set<std::string> cellNames = {"Part"};
     for (const auto& field : source.results().fields) {
-        if (field.stands(step))
+        if (field.stands(step)) {
             addField(file, field, step, field.place == ResultPlace::Nodes ? pointNames : cellNames);
+        }
     }
 }
 
@@ -150,20 +160,24 @@ void VtuExporter::addField(VtuFile& file, const ExportField& field, std::size_t 
                                           : file.addCellData(std::move(array));
     };
     add(fieldArray(field, step, {name, 0, splits ? 3 : field.width}));
-    if (splits)
+    if (splits) {
         add(fieldArray(field, step, {uniqueName("Rotation", names), 3, 3}));
+    }
     ++source.summary().datasets;
 }
 
 // Integers have no NaN to stand where there are no numbers.
 VtuArray VtuExporter::fieldArray(const ExportField& field, std::size_t step, const Slice& slice) {
     bool isWhole = true;
-    for (std::size_t target = 0; target < targetCount(source.mesh(), field.place); ++target)
+    for (std::size_t target = 0; target < targetCount(source.mesh(), field.place); ++target) {
         isWhole = isWhole && field.source(step, target) != nullptr;
-    if (!isWhole)
+    }
+    if (!isWhole) {
         source.summary().addNote("NaN stands where a node or an element has no result in a step");
-    if (!field.isInteger)
+    }
+    if (!field.isInteger) {
         return typedArray<float>("Float32", field, step, slice);
+    }
     return isWhole ? typedArray<std::uint32_t>("UInt32", field, step, slice)
                    : typedArray<double>("Float64", field, step, slice);
 }
@@ -175,8 +189,9 @@ VtuArray VtuExporter::typedArray(const char* type, const ExportField& field, std
     const auto tuples = field.place == ResultPlace::Nodes ? mesh.nodeCount() : mesh.elementCount();
     VtuArray array{slice.name, type, sizeof(T), slice.columns, tuples, {}, {}};
     for (auto i = slice.firstColumn; i < std::min(slice.firstColumn + slice.columns, field.components.size());
-         ++i)
+         ++i) {
         array.columnNames.push_back(field.components[i]);
+    }
     array.write = [this, &field, step, first = slice.firstColumn,
                    columns = slice.columns](std::ostream& stream) {
         put(stream, columnsOf<T>(reader.readAll(field, step), field.width, first, columns));

@@ -19,8 +19,9 @@ std::uint64_t byteCount(const VtuArray& array) {
 
 std::string columnAttributes(const VtuArray& array) {
     std::string text;
-    for (std::size_t i = 0; i < array.columnNames.size(); ++i)
+    for (std::size_t i = 0; i < array.columnNames.size(); ++i) {
         text += fmt::format(" ComponentName{}=\"{}\"", i, xmlText(array.columnNames[i]));
+    }
     return text;
 }
 
@@ -28,8 +29,9 @@ std::string columnAttributes(const VtuArray& array) {
 std::string textNumbers(const std::vector<std::string>& texts) {
     std::string numbers;
     for (const auto& text : texts) {
-        for (const char letter : text)
+        for (const char letter : text) {
             numbers += fmt::format("{} ", static_cast<unsigned char>(letter));
+        }
         numbers += "0 ";
     }
     return numbers;

@@ -25,41 +25,48 @@ struct SeriesFile {
 };
 
 double valueOf(const ExportModel& model, std::size_t step) {
-    if (step == ExportField::NoStep)
+    if (step == ExportField::NoStep) {
         return 0;
+    }
     return model.results().steps[step].valueOr(static_cast<double>(step));
 }
 
 // A series shows one file for each value, so values that repeat can't serve.
 void makeDistinct(std::vector<SeriesFile>& series, ConversionSummary& summary) {
     std::set<double> values;
-    for (const auto& file : series)
+    for (const auto& file : series) {
         values.insert(file.value);
-    if (values.size() == series.size())
+    }
+    if (values.size() == series.size()) {
         return;
+    }
     summary.addNote("times repeat, so the steps stand at 1, 2, 3 and so on");
     double number = 0;
-    for (auto& file : series)
+    for (auto& file : series) {
         file.value = ++number;
+    }
 }
 
 std::vector<SeriesFile> planSeries(ExportModel& model) {
     auto steps = model.wantedSteps();
-    if (steps.empty())
+    if (steps.empty()) {
         steps.push_back(ExportField::NoStep);
+    }
     std::vector<SeriesFile> series;
     series.reserve(steps.size());
-    for (const auto step : steps)
+    for (const auto step : steps) {
         series.push_back({step, valueOf(model, step), fmt::format("step_{:05}.vtu", series.size() + 1)});
+    }
     makeDistinct(series, model.summary());
     return series;
 }
 
 std::string seriesText(const std::vector<SeriesFile>& series, const std::string& folder) {
     auto text = vtkFileStart("Collection") + "<Collection>\n";
-    for (const auto& file : series)
+    for (const auto& file : series) {
         text += fmt::format("<DataSet timestep=\"{}\" group=\"\" part=\"0\" file=\"{}/{}\"/>\n", file.value,
                             xmlText(folder), file.name);
+    }
     return text + "</Collection>\n</VTKFile>\n";
 }
 
@@ -67,8 +74,9 @@ void writeText(const std::string& text, const fs::path& path, const std::string&
     std::ofstream stream(path, std::ios::binary);
     stream << text;
     stream.close();
-    if (!stream)
+    if (!stream) {
         throw Failure(shownPath, "can't be written; is the disk full?");
+    }
 }
 
 fs::path folderBeside(const fs::path& series) {
@@ -84,11 +92,12 @@ ConversionSummary exportVtu(const ExportRequest& request) {
     OutputFile output(request.output, request.overwrite);
     ExportModel model(request);
     const auto& steps = model.wantedSteps();
-    if (steps.size() > 1)
+    if (steps.size() > 1) {
         throw Failure(
             request.output,
             fmt::format("can't hold the model's {} steps; name a .pvd file, or one step with --step",
                         steps.size()));
+    }
     const auto step = steps.empty() ? ExportField::NoStep : steps.front();
     explainErrors(request.input, [&] {
         VtuExporter(model).write(step, valueOf(model, step), output.temporaryPath(), request.output);

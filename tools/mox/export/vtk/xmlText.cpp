@@ -32,12 +32,13 @@ std::string xmlText(std::string_view text) {
     while (!text.empty()) {
         const auto size = utf8CharacterSize(text);
         const auto first = static_cast<unsigned char>(text[0]);
-        if (size == 0 || first < 0x20)
+        if (size == 0 || first < 0x20) {
             result += fmt::format("\\x{:02X}", first);
-        else if (size == 1)
+        } else if (size == 1) {
             result += escape(text[0]);
-        else
+        } else {
             result += text.substr(0, size);
+        }
         text.remove_prefix(std::max<std::size_t>(size, 1));
     }
     return result;

@@ -12,8 +12,9 @@ namespace {
 
 // CGNS calls each type by its shape, an underscore and the number of its nodes.
 int dimensionOf(CGNS_ENUMT(ElementType_t) type) {
-    if (type == CGNS_ENUMV(NGON_n))
+    if (type == CGNS_ENUMV(NGON_n)) {
         return 2;
+    }
     const auto name = cgnsTypeName(type);
     return ElementType(name.substr(0, name.find('_'))).dimension(0, 3).value_or(0);
 }
@@ -35,27 +36,31 @@ bool CgnsElementTables::canTake(CGNS_ENUMT(ElementType_t) type) {
 
 std::map<CGNS_ENUMT(ElementType_t), ElementTable> CgnsElementTables::sort(const CgnsElements& elements) {
     tables.clear();
-    if (section.type == CGNS_ENUMV(MIXED))
+    if (section.type == CGNS_ENUMV(MIXED)) {
         addMixed(elements);
-    else if (section.type == CGNS_ENUMV(NGON_n))
+    } else if (section.type == CGNS_ENUMV(NGON_n)) {
         addPolygons(elements);
-    else
+    } else {
         addUniform(elements);
+    }
     for (auto& [type, table] : tables) {
         table.dimension = dimensionOf(type);
-        if (table.dimension == 3)
+        if (table.dimension == 3) {
             reorderNodes(table.connectivity, cgnsSolidNodeOrder(nodesOf(type)));
+        }
     }
     return std::move(tables);
 }
 
 void CgnsElementTables::addUniform(const CgnsElements& elements) {
     const auto width = static_cast<std::size_t>(nodesOf(section.type));
-    if (elements.data.size() != section.count * width)
+    if (elements.data.size() != section.count * width) {
         refuse(fmt::format("{} numbers for {} elements of {} nodes", elements.data.size(), section.count,
                            width));
-    for (std::size_t place = 0; place < section.count; ++place)
+    }
+    for (std::size_t place = 0; place < section.count; ++place) {
         addElement(section.type, place, &elements.data[place * width], width);
+    }
 }
 
 void CgnsElementTables::addPolygons(const CgnsElements& elements) {
@@ -74,8 +79,9 @@ void CgnsElementTables::addMixed(const CgnsElements& elements) {
         const auto end = static_cast<std::size_t>(elements.offsets[place + 1]);
         const auto type = static_cast<CGNS_ENUMT(ElementType_t)>(begin < end ? elements.data[begin] : 0);
         const auto width = static_cast<std::size_t>(nodesOf(type));
-        if (width == 0 || end - begin != width + 1)
+        if (width == 0 || end - begin != width + 1) {
             refuse(fmt::format("element {} has an unknown type", place + 1));
+        }
         addElement(type, place, &elements.data[begin + 1], width);
     }
 }
@@ -84,8 +90,9 @@ void CgnsElementTables::addElement(CGNS_ENUMT(ElementType_t) type, std::size_t p
                                    std::size_t count) {
     auto& table = tables[type];
     for (std::size_t i = 0; i < count; ++i) {
-        if (nodes[i] < 1 || static_cast<std::size_t>(nodes[i]) > vertices)
+        if (nodes[i] < 1 || static_cast<std::size_t>(nodes[i]) > vertices) {
             refuse(fmt::format("it refers to vertex {} of {}", nodes[i], vertices));
+        }
         table.connectivity.push_back(static_cast<unsigned int>(nodes[i] - 1));
     }
     table.polylength.push_back(static_cast<unsigned int>(count));
@@ -94,10 +101,12 @@ void CgnsElementTables::addElement(CGNS_ENUMT(ElementType_t) type, std::size_t p
 
 void CgnsElementTables::checkOffsets(const CgnsElements& elements) const {
     bool isAscending = elements.offsets.front() == 0;
-    for (std::size_t place = 0; place < section.count; ++place)
+    for (std::size_t place = 0; place < section.count; ++place) {
         isAscending = isAscending && elements.offsets[place] <= elements.offsets[place + 1];
-    if (!isAscending || static_cast<std::size_t>(elements.offsets.back()) != elements.data.size())
+    }
+    if (!isAscending || static_cast<std::size_t>(elements.offsets.back()) != elements.data.size()) {
         refuse("its offsets do not fit to its elements");
+    }
 }
 
 void CgnsElementTables::refuse(const std::string& damage) const {

@@ -81,8 +81,9 @@ std::size_t CgnsZone::cells() const {
 }
 
 CgnsFile::Handle::~Handle() {
-    if (id >= 0)
+    if (id >= 0) {
         cg_close(id);
+    }
 }
 
 CgnsFile::CgnsFile(const std::string& path) : filePath(path) {
@@ -103,8 +104,9 @@ std::vector<CgnsBase> CgnsFile::bases() const {
     int count = 0;
     check(cg_nbases(file.id, &count), "the number of bases");
     std::vector<CgnsBase> result;
-    for (int number = 1; number <= count; ++number)
+    for (int number = 1; number <= count; ++number) {
         result.push_back(readBase(number));
+    }
     return result;
 }
 
@@ -115,8 +117,9 @@ CgnsBase CgnsFile::readBase(int number) const {
     base.name = name.data();
     int zones = 0;
     check(cg_nzones(file.id, number, &zones), "the number of zones");
-    for (int zone = 1; zone <= zones; ++zone)
+    for (int zone = 1; zone <= zones; ++zone) {
         base.zones.push_back(readZone(number, zone, base.cellDimension));
+    }
     base.times = readTimes(number);
     return base;
 }
@@ -137,8 +140,9 @@ CgnsZone CgnsFile::readZone(int base, int number, int cellDimension) const {
         const auto place = static_cast<std::size_t>(axis);
         zone.vertexExtents[place] = sizes[place];
         zone.cellExtents[place] = sizes[place + static_cast<std::size_t>(zone.indexCount)];
-        if (zone.vertexExtents[place] < 0 || zone.cellExtents[place] < 0)
+        if (zone.vertexExtents[place] < 0 || zone.cellExtents[place] < 0) {
             throw Failure(filePath, fmt::format("damaged: zone {} has a negative size", zone.name));
+        }
     }
     return zone;
 }
@@ -147,17 +151,19 @@ CgnsZone CgnsFile::readZone(int base, int number, int cellDimension) const {
 std::vector<double> CgnsFile::readTimes(int base) const {
     Name name{};
     int steps = 0;
-    if (cg_biter_read(file.id, base, name.data(), &steps) != CG_OK || steps < 0)
+    if (cg_biter_read(file.id, base, name.data(), &steps) != CG_OK || steps < 0) {
         return {};
+    }
     std::vector<double> times(static_cast<std::size_t>(steps));
     std::iota(times.begin(), times.end(), 1.0);
     check(cg_goto(file.id, base, "BaseIterativeData_t", 1, "end"), "the iterative data");
     const auto arrays = arraysHere();
     for (const auto* wanted : {"IterationValues", "TimeValues"}) {
         for (std::size_t place = 0; place < arrays.size(); ++place) {
-            if (arrays[place].name == wanted && arrays[place].size() == times.size())
+            if (arrays[place].name == wanted && arrays[place].size() == times.size()) {
                 check(cg_array_read_as(static_cast<int>(place) + 1, CGNS_ENUMV(RealDouble), times.data()),
                       "the times");
+            }
         }
     }
     return times;
@@ -202,9 +208,10 @@ std::vector<CgnsSection> CgnsFile::sections(const CgnsZone& zone) const {
         check(cg_section_read(file.id, zone.base, zone.number, number, name.data(), &section.type, &first,
                               &last, &boundaryElements, &parents),
               "a section of elements");
-        if (first < 1 || last < first - 1)
+        if (first < 1 || last < first - 1) {
             throw Failure(filePath, fmt::format("damaged: section {} goes from element {} to {}", name.data(),
                                                 first, last));
+        }
         section.number = number;
         section.name = name.data();
         section.first = first;
@@ -239,8 +246,9 @@ std::vector<CgnsSolution> CgnsFile::solutions(const CgnsZone& zone) const {
     int count = 0;
     check(cg_nsols(file.id, zone.base, zone.number, &count), "the number of solutions");
     std::vector<CgnsSolution> result;
-    for (int number = 1; number <= count; ++number)
+    for (int number = 1; number <= count; ++number) {
         result.push_back(readSolution(zone, number));
+    }
     return result;
 }
 
@@ -282,8 +290,9 @@ std::vector<double> CgnsFile::field(const CgnsZone& zone, const CgnsSolution& so
 
 std::vector<std::vector<std::string>> CgnsFile::solutionsOfSteps(const CgnsZone& zone) const {
     Name name{};
-    if (cg_ziter_read(file.id, zone.base, zone.number, name.data()) != CG_OK)
+    if (cg_ziter_read(file.id, zone.base, zone.number, name.data()) != CG_OK) {
         return {};
+    }
     check(cg_goto(file.id, zone.base, "Zone_t", zone.number, "ZoneIterativeData_t", 1, "end"),
           "the iterative data of a zone");
     std::vector<std::vector<std::string>> steps;
@@ -291,15 +300,17 @@ std::vector<std::vector<std::string>> CgnsFile::solutionsOfSteps(const CgnsZone&
     for (std::size_t place = 0; place < arrays.size(); ++place) {
         const auto& array = arrays[place];
         if (!array.name.ends_with("SolutionPointers") || array.type != CGNS_ENUMV(Character) ||
-            array.extents.size() != 2)
+            array.extents.size() != 2) {
             continue;
+        }
         std::string texts(array.size(), '\0');
         check(cg_array_read_as(static_cast<int>(place) + 1, CGNS_ENUMV(Character), texts.data()),
               "the solutions of the steps");
         const auto width = static_cast<std::size_t>(array.extents[0]);
         steps.resize(std::max(steps.size(), static_cast<std::size_t>(array.extents[1])));
-        for (std::size_t step = 0; step * width < texts.size(); ++step)
+        for (std::size_t step = 0; step * width < texts.size(); ++step) {
             steps[step].push_back(trimmed(std::string_view(texts).substr(step * width, width)));
+        }
     }
     return steps;
 }
@@ -314,13 +325,15 @@ std::vector<CgnsNode> CgnsFile::children(const CgnsNode& node) const {
     int count = 0;
     check(cgio_number_children(treeHandle(), node.id, &count), "its tree");
     std::vector<double> ids(static_cast<std::size_t>(std::max(0, count)));
-    if (ids.empty())
+    if (ids.empty()) {
         return {};
+    }
     check(cgio_children_ids(treeHandle(), node.id, 1, count, &count, ids.data()), "its tree");
     std::vector<CgnsNode> nodes;
     nodes.reserve(ids.size());
-    for (const auto id : ids)
+    for (const auto id : ids) {
         nodes.push_back(describe(id));
+    }
     return nodes;
 }
 
@@ -339,8 +352,9 @@ int CgnsFile::treeHandle() const {
 }
 
 void CgnsFile::check(int status, const char* what) const {
-    if (status != CG_OK)
+    if (status != CG_OK) {
         throw Failure(filePath, fmt::format("damaged: {} can't be read ({})", what, oneLine(cg_get_error())));
+    }
 }
 
 } // namespace MoxTool

@@ -47,19 +47,23 @@ Qel::Mox2::Attributes zoneAttributes(const CgnsZone& zone) {
 
 void CgnsImporter::run() {
     const auto bases = file.bases();
-    if (bases.empty())
+    if (bases.empty()) {
         throw Failure(file.path(), "has no base");
-    for (const auto& base : bases)
+    }
+    for (const auto& base : bases) {
         zoneCount += base.zones.size();
+    }
     const auto stem = std::filesystem::path(file.path()).stem().string();
     Qel::Mox2::Attributes attributes;
     setFile(attributes, file);
-    if (bases.size() == 1)
+    if (bases.size() == 1) {
         setBase(attributes, bases.front());
+    }
     const auto root = target.model.addNode(Qel::Mox2::NodeType::RootGroup,
                                            bases.size() == 1 ? bases.front().name : stem, attributes);
-    for (const auto& base : bases)
+    for (const auto& base : bases) {
         addZones(base, bases.size() == 1 ? root : addGroup(base, root));
+    }
     target.terminal.clearProgress();
     listSkipped();
 }
@@ -93,10 +97,11 @@ void CgnsImporter::addVertices(const CgnsZone& zone, const std::vector<CgnsPart>
     RealTable table(zone.vertices(), Axes.size());
     for (const auto& name : file.coordinateNames(zone)) {
         const auto axis = std::find(Axes.begin(), Axes.end(), name) - Axes.begin();
-        if (static_cast<std::size_t>(axis) == Axes.size())
+        if (static_cast<std::size_t>(axis) == Axes.size()) {
             otherCoordinates.push_back(name);
-        else
+        } else {
             table.setColumn(static_cast<std::size_t>(axis), file.coordinates(zone, name), target.narrowing);
+        }
     }
     if (parts.empty()) {
         target.summary.addNote(
@@ -106,8 +111,9 @@ void CgnsImporter::addVertices(const CgnsZone& zone, const std::vector<CgnsPart>
     }
     std::vector<unsigned int> geometries;
     geometries.reserve(parts.size());
-    for (const auto& part : parts)
+    for (const auto& part : parts) {
         geometries.push_back(part.geometry);
+    }
     std::vector<unsigned int> ids(zone.vertices());
     std::iota(ids.begin(), ids.end(), 1U);
     target.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});

@@ -15,16 +15,18 @@ namespace {
 
 DatasetWriter::Ids geometriesOf(const std::vector<CgnsPart>& parts) {
     std::vector<unsigned int> geometries;
-    for (const auto& part : parts)
+    for (const auto& part : parts) {
         geometries.push_back(part.geometry);
+    }
     return geometries;
 }
 
 std::vector<unsigned int> cellsOf(const std::vector<CgnsPart>& parts) {
     std::vector<unsigned int> cells;
     for (const auto& part : parts) {
-        if (part.hasCells)
+        if (part.hasCells) {
             cells.insert(cells.end(), part.ids.begin(), part.ids.end());
+        }
     }
     std::sort(cells.begin(), cells.end());
     return cells;
@@ -34,8 +36,9 @@ std::vector<const CgnsSolution*> named(const std::vector<CgnsSolution>& solution
                                        const std::vector<std::string>& names) {
     std::vector<const CgnsSolution*> found;
     for (const auto& solution : solutions) {
-        if (std::find(names.begin(), names.end(), solution.name) != names.end())
+        if (std::find(names.begin(), names.end(), solution.name) != names.end()) {
             found.push_back(&solution);
+        }
     }
     return found;
 }
@@ -43,12 +46,14 @@ std::vector<const CgnsSolution*> named(const std::vector<CgnsSolution>& solution
 std::vector<const CgnsSolution*> withoutStep(const std::vector<CgnsSolution>& solutions,
                                              const std::vector<std::vector<std::string>>& steps) {
     std::set<std::string> stepped;
-    for (const auto& names : steps)
+    for (const auto& names : steps) {
         stepped.insert(names.begin(), names.end());
+    }
     std::vector<const CgnsSolution*> found;
     for (const auto& solution : solutions) {
-        if (!stepped.contains(solution.name))
+        if (!stepped.contains(solution.name)) {
             found.push_back(&solution);
+        }
     }
     return found;
 }
@@ -71,9 +76,10 @@ void CgnsResultImporter::addSteps(const CgnsBase& base) {
         target.terminal.progress("importing steps",
                                  static_cast<double>(step) / static_cast<double>(base.times.size()));
         for (const auto& zone : zones) {
-            if (step < zone.steps.size())
+            if (step < zone.steps.size()) {
                 addStep(base, zone, named(zone.solutions, zone.steps[step]),
                         makeStep(step, base.times[step], std::nullopt));
+            }
         }
     }
     zones.clear();
@@ -97,12 +103,14 @@ void CgnsResultImporter::addStep(const CgnsBase& base, const Zone& zone, const S
     ResultPlan plan(base.physicalDimension);
     const auto onVertices = fieldsAt(CGNS_ENUMV(Vertex), solutions);
     const auto vertexResults = plan.nodeResults(onVertices.names);
-    for (const auto& result : vertexResults)
+    for (const auto& result : vertexResults) {
         addOnVertices(zone, onVertices, result, step);
+    }
     const auto onCells = fieldsAt(CGNS_ENUMV(CellCenter), solutions);
     const auto cellResults = plan.elementResults(onCells.names);
-    for (const auto& result : cellResults)
+    for (const auto& result : cellResults) {
         addOnCells(zone, onCells, result, step);
+    }
     noteRenamed(vertexResults, target.summary);
     noteRenamed(cellResults, target.summary);
 }
@@ -111,8 +119,9 @@ CgnsResultImporter::Fields CgnsResultImporter::fieldsAt(CGNS_ENUMT(GridLocation_
                                                         const Solutions& solutions) {
     Fields fields;
     for (const auto* solution : solutions) {
-        if (solution->location != location)
+        if (solution->location != location) {
             continue;
+        }
         fields.names.insert(fields.names.end(), solution->fields.begin(), solution->fields.end());
         fields.solutions.insert(fields.solutions.end(), solution->fields.size(), solution);
     }
@@ -122,19 +131,22 @@ CgnsResultImporter::Fields CgnsResultImporter::fieldsAt(CGNS_ENUMT(GridLocation_
 std::vector<std::vector<double>> CgnsResultImporter::readColumns(const Zone& zone, const Fields& fields,
                                                                  const ResultDataset& result) const {
     std::vector<std::vector<double>> columns;
-    for (const auto variable : result.variables)
+    for (const auto variable : result.variables) {
         columns.push_back(file.field(zone.source, *fields.solutions[variable], fields.names[variable]));
+    }
     return columns;
 }
 
 void CgnsResultImporter::addOnVertices(const Zone& zone, const Fields& fields, const ResultDataset& result,
                                        const Qel::Mox2::Step& step) {
-    if (zone.parts.empty())
+    if (zone.parts.empty()) {
         return;
+    }
     const auto columns = readColumns(zone, fields, result);
     RealTable table(zone.source.vertices(), result.width);
-    for (std::size_t column = 0; column < columns.size(); ++column)
+    for (std::size_t column = 0; column < columns.size(); ++column) {
         table.setColumn(column, columns[column], target.narrowing);
+    }
     target.datasets.writeReals(result.name, result.type, table, geometriesOf(zone.parts), step,
                                componentAttributes(result, fields.names));
 }
@@ -143,8 +155,9 @@ void CgnsResultImporter::addOnCells(const Zone& zone, const Fields& fields, cons
                                     const Qel::Mox2::Step& step) {
     const auto columns = readColumns(zone, fields, result);
     for (const auto& part : zone.parts) {
-        if (!part.hasCells)
+        if (!part.hasCells) {
             continue;
+        }
         RealTable table(part.ids.size(), result.width);
         std::vector<double> values(part.ids.size());
         for (std::size_t column = 0; column < columns.size(); ++column) {

@@ -19,13 +19,15 @@ constexpr const char* CellTypes[] = {"BAR_2", "QUAD_4", "HEXA_8"};
 Qel::Mox2::Attributes attributesOf(const std::string& section, const std::string& type,
                                    const ElementTable& table) {
     Qel::Mox2::Attributes attributes;
-    if (!section.empty())
+    if (!section.empty()) {
         attributes.set("Section", section);
+    }
     attributes.set(AttributeNames::ElementType, type);
     setNumber(attributes, AttributeNames::Elements, static_cast<std::int64_t>(table.polylength.size()));
     const auto [least, most] = std::minmax_element(table.polylength.begin(), table.polylength.end());
-    if (*least == *most)
+    if (*least == *most) {
         setNumber(attributes, AttributeNames::NodesPerElement, *least);
+    }
     return attributes;
 }
 
@@ -35,17 +37,20 @@ std::vector<CgnsPart> CgnsSectionImporter::addZone(const CgnsBase& base, const C
                                                    unsigned int group) {
     zoneGroup = group;
     std::vector<CgnsPart> parts;
-    if (zone.isStructured)
+    if (zone.isStructured) {
         addCells(base, zone, parts);
-    for (const auto& section : file.sections(zone))
+    }
+    for (const auto& section : file.sections(zone)) {
         addSection(base, zone, section, parts);
+    }
     return parts;
 }
 
 void CgnsSectionImporter::addSection(const CgnsBase& base, const CgnsZone& zone, const CgnsSection& section,
                                      std::vector<CgnsPart>& parts) {
-    if (section.hasParents)
+    if (section.hasParents) {
         sectionsWithParents.push_back(section.name);
+    }
     if (!CgnsElementTables::canTake(section.type)) {
         otherSections.push_back(fmt::format("{}: {} elements of type {}", section.name, section.count,
                                             cgnsTypeName(section.type)));
@@ -62,8 +67,9 @@ void CgnsSectionImporter::addSection(const CgnsBase& base, const CgnsZone& zone,
 
 void CgnsSectionImporter::addCells(const CgnsBase& base, const CgnsZone& zone, std::vector<CgnsPart>& parts) {
     auto table = structuredCells(zone);
-    if (table.polylength.empty())
+    if (table.polylength.empty()) {
         return;
+    }
     const std::string type = CellTypes[table.dimension - 1];
     table.attributes = attributesOf("", type, table);
     parts.push_back(addPart(base, "Cells", std::move(table)));

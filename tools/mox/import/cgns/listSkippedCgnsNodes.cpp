@@ -69,8 +69,9 @@ private:
         for (const auto& node : children) {
             const bool isFirstGrid = node.label == "GridCoordinates_t" && !hasGrid;
             hasGrid = hasGrid || isFirstGrid;
-            if (!isFirstGrid && !Known.contains(node.label))
+            if (!isFirstGrid && !Known.contains(node.label)) {
                 namesByLabel[node.label].push_back(node.name);
+            }
         }
     }
 

@@ -24,9 +24,10 @@ bool hasResults(const ExodusFile& file) {
 
 // A model knows steps by its results alone.
 void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times) {
-    for (std::size_t i = 0; i < times.size(); ++i)
+    for (std::size_t i = 0; i < times.size(); ++i) {
         attributes.set(AttributeNames::numbered(AttributeNames::TimeOfStep, i + 1),
                        fmt::format("{}", times[i]));
+    }
 }
 
 void setQaRecords(Qel::Mox2::Attributes& attributes, const std::vector<QaRecord>& records) {
@@ -36,8 +37,9 @@ void setQaRecords(Qel::Mox2::Attributes& attributes, const std::vector<QaRecord>
             AttributeNames::numbered(AttributeNames::QaRecord, i + 1),
             fmt::format("{}, {}, {}, {}", record.program, record.version, record.date, record.time));
     }
-    if (records.empty())
+    if (records.empty()) {
         return;
+    }
     attributes.set(AttributeNames::SourceProgram, records.front().program);
     attributes.set(AttributeNames::SourceVersion, records.front().version);
     attributes.set(AttributeNames::SourceDate, records.front().date);
@@ -50,8 +52,9 @@ Qel::Mox2::Attributes blockAttributes(const ExodusBlock& block) {
     attributes.set(AttributeNames::BlockName, block.name);
     attributes.set(AttributeNames::ElementType, block.elementType);
     setNumber(attributes, AttributeNames::Elements, block.elementCount);
-    if (!ElementType(block.elementType).isNsided())
+    if (!ElementType(block.elementType).isNsided()) {
         setNumber(attributes, AttributeNames::NodesPerElement, block.nodesPerElement);
+    }
     return attributes;
 }
 
@@ -86,8 +89,9 @@ Qel::Mox2::Attributes ExodusMeshImporter::rootAttributes() const {
     setNumber(attributes, AttributeNames::NodeSets, counts.num_node_sets);
     setNumber(attributes, AttributeNames::SideSets, counts.num_side_sets);
     setNumber(attributes, AttributeNames::Steps, static_cast<std::int64_t>(file.times().size()));
-    if (!hasResults(file))
+    if (!hasResults(file)) {
         setTimes(attributes, file.times());
+    }
     setQaRecords(attributes, file.qaRecords());
     return attributes;
 }
@@ -100,12 +104,12 @@ void ExodusMeshImporter::addParts() {
         const auto& block = file.blocks()[i];
         const auto dimension =
             ElementType(block.elementType).dimension(block.nodesPerElement, file.dimension());
-        if (block.elementCount == 0)
+        if (block.elementCount == 0) {
             empty.push_back(blockName(block));
-        else if (!dimension)
+        } else if (!dimension) {
             unknown.push_back(fmt::format("{}: {} elements of type {}", blockName(block), block.elementCount,
                                           block.elementType));
-        else {
+        } else {
             mesh.parts.push_back(addPart(i, *dimension));
             geometries.push_back(mesh.parts.back().geometry);
         }
@@ -128,8 +132,9 @@ void ExodusMeshImporter::addNodes() {
         return;
     }
     RealTable coordinates(static_cast<std::size_t>(count), 3);
-    for (int axis = 0; axis < file.dimension(); ++axis)
+    for (int axis = 0; axis < file.dimension(); ++axis) {
         coordinates.setColumn(static_cast<std::size_t>(axis), file.coordinates(axis), target.narrowing);
+    }
     target.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, coordinates,
                                mesh.geometries, {});
     target.datasets.writeIntegers(DatasetType::NodeIds,
@@ -152,9 +157,10 @@ void ExodusMeshImporter::addElements(const ExodusPart& part, std::span<const std
 }
 
 std::vector<unsigned int> ExodusMeshImporter::readPolylength(const ExodusBlock& block) const {
-    if (!ElementType(block.elementType).isNsided())
+    if (!ElementType(block.elementType).isNsided()) {
         return std::vector<unsigned int>(static_cast<std::size_t>(block.elementCount),
                                          static_cast<unsigned int>(block.nodesPerElement));
+    }
     const auto counts = file.nodesOfEachElement(block);
     return {counts.begin(), counts.end()};
 }
@@ -164,9 +170,10 @@ std::vector<unsigned int> ExodusMeshImporter::readConnectivity(const ExodusBlock
     std::vector<unsigned int> indices;
     indices.reserve(nodes.size());
     for (const auto node : nodes) {
-        if (node < 1 || node > file.counts().num_nodes)
+        if (node < 1 || node > file.counts().num_nodes) {
             throw Failure(file.path(), fmt::format("damaged: {} refers to node {} of {}", blockName(block),
                                                    node, file.counts().num_nodes));
+        }
         indices.push_back(static_cast<unsigned int>(node - 1));
     }
     return indices;

@@ -17,8 +17,9 @@ namespace {
 // Turns places in a part of a list into places in the whole list.
 void translate(std::vector<ResultDataset>& results, const std::vector<std::size_t>& places) {
     for (auto& result : results) {
-        for (auto& variable : result.variables)
+        for (auto& variable : result.variables) {
             variable = places[variable];
+        }
     }
 }
 
@@ -47,10 +48,12 @@ void ExodusResultImporter::run() {
 void ExodusResultImporter::planBatches() {
     const auto plan = planNodes();
     const auto truthTable = file.elementTruthTable(elementVariables.size());
-    for (const auto& part : mesh.parts)
+    for (const auto& part : mesh.parts) {
         planElements(part, truthTable, plan);
-    for (const auto& batch : batches)
+    }
+    for (const auto& batch : batches) {
         noteRenamed(batch.results, target.summary);
+    }
     listUnused(truthTable);
 }
 
@@ -59,23 +62,28 @@ void ExodusResultImporter::listUnused(const std::vector<int>& truthTable) {
     std::vector<std::string> unused;
     for (std::size_t variable = 0; variable < elementVariables.size(); ++variable) {
         bool isUsed = false;
-        for (auto cell = variable; cell < truthTable.size(); cell += elementVariables.size())
+        for (auto cell = variable; cell < truthTable.size(); cell += elementVariables.size()) {
             isUsed = isUsed || truthTable[cell] != 0;
-        if (!isUsed)
+        }
+        if (!isUsed) {
             unused.push_back(elementVariables[variable]);
+        }
     }
     target.summary.addSkipped("element variables that no block has", unused);
-    if (mesh.parts.empty() || file.times().empty())
+    if (mesh.parts.empty() || file.times().empty()) {
         target.summary.addSkipped("nodal variables, since there are no element blocks or no steps",
                                   nodeVariables);
-    if (file.times().empty())
+    }
+    if (file.times().empty()) {
         target.summary.addSkipped("element variables, since there are no steps", elementVariables);
+    }
 }
 
 ResultPlan ExodusResultImporter::planNodes() {
     ResultPlan plan(file.dimension());
-    if (mesh.parts.empty())
+    if (mesh.parts.empty()) {
         return plan;
+    }
     batches.push_back(
         {EX_NODAL, 1, file.counts().num_nodes, mesh.geometries, plan.nodeResults(nodeVariables)});
     return plan;
@@ -86,8 +94,9 @@ void ExodusResultImporter::planElements(const ExodusPart& part, const std::vecto
     std::vector<std::size_t> places;
     std::vector<std::string> names;
     for (std::size_t variable = 0; variable < elementVariables.size(); ++variable) {
-        if (truthTable[part.blockIndex * elementVariables.size() + variable] == 0)
+        if (truthTable[part.blockIndex * elementVariables.size() + variable] == 0) {
             continue;
+        }
         places.push_back(variable);
         names.push_back(elementVariables[variable]);
     }
@@ -100,15 +109,17 @@ void ExodusResultImporter::planElements(const ExodusPart& part, const std::vecto
 void ExodusResultImporter::addStep(std::size_t step) {
     const auto label = describeStep(step);
     for (const auto& batch : batches) {
-        for (const auto& result : batch.results)
+        for (const auto& result : batch.results) {
             addResult(batch, result, step, label);
+        }
     }
 }
 
 Qel::Mox2::Step ExodusResultImporter::describeStep(std::size_t step) const {
     const auto variables = findModeVariables(globalVariables);
-    if (!variables)
+    if (!variables) {
         return makeStep(step, file.times()[step], std::nullopt);
+    }
     const auto values = file.globalValues(step, globalVariables.size());
     return makeStep(step, file.times()[step], Mode{values[variables->number], values[variables->frequency]});
 }

@@ -67,8 +67,9 @@ void listEntities(const ExodusFile& file, ConversionSummary& summary) {
         const auto count = file.counts().*entities.count;
         const auto ids = file.ids(entities.type, count);
         auto names = file.names(entities.type, count);
-        for (std::size_t i = 0; i < names.size(); ++i)
+        for (std::size_t i = 0; i < names.size(); ++i) {
             names[i] = nameOrId(names[i], "id", ids[i]);
+        }
         summary.addSkipped(entities.kind, names);
     }
 }
@@ -79,23 +80,26 @@ void listGlobalVariables(const ExodusFile& file, ConversionSummary& summary) {
     const auto mode = findModeVariables(names);
     Names skipped;
     for (std::size_t i = 0; i < names.size(); ++i) {
-        if (!mode || (i != mode->number && i != mode->frequency))
+        if (!mode || (i != mode->number && i != mode->frequency)) {
             skipped.push_back(names[i]);
+        }
     }
     summary.addSkipped("global variables", skipped);
 }
 
 void listVariables(const ExodusFile& file, ConversionSummary& summary) {
     listGlobalVariables(file, summary);
-    for (const auto& variables : SkippedVariables)
+    for (const auto& variables : SkippedVariables) {
         summary.addSkipped(variables.kind, file.variableNames(variables.type));
+    }
 }
 
 void listElementAttributes(const ExodusFile& file, ConversionSummary& summary) {
     Names skipped;
     for (const auto& block : file.blocks()) {
-        for (const auto& attribute : file.attributeNames(block))
+        for (const auto& attribute : file.attributeNames(block)) {
             skipped.push_back(fmt::format("{} of {}", attribute, blockName(block)));
+        }
     }
     summary.addSkipped("element attributes", skipped);
 }
@@ -107,8 +111,9 @@ void listCoordinateNames(const ExodusFile& file, ConversionSummary& summary) {
         std::equal(names.begin(), names.end(), usual.begin(), [](const auto& name, const auto& axis) {
             return name.empty() || lowerCase(name) == axis;
         });
-    if (!areUsual)
+    if (!areUsual) {
         summary.addSkipped("names of coordinates", names);
+    }
 }
 
 // Names in a netCDF file.
@@ -137,11 +142,13 @@ public:
     explicit SkippedNetcdfContent(const ExodusFile& input) : file(input), netcdf(input.handle()) {}
 
     void addTo(ConversionSummary& summary) {
-        for (const auto& variable : netcdf.all())
+        for (const auto& variable : netcdf.all()) {
             sort(variable);
+        }
         for (const auto& attribute : netcdf.fileAttributes()) {
-            if (!std::regex_match(attribute, patterns.knownFileAttributes))
+            if (!std::regex_match(attribute, patterns.knownFileAttributes)) {
                 fileAttributes.push_back(attribute);
+            }
         }
         summary.addSkipped("assemblies", assemblies);
         summary.addSkipped("blobs", blobs);
@@ -155,33 +162,38 @@ public:
 private:
     void sort(const NetcdfVariable& variable) {
         sortAttributes(variable);
-        if (std::regex_match(variable.name, patterns.knownVariables))
+        if (std::regex_match(variable.name, patterns.knownVariables)) {
             return;
-        if (variable.name.starts_with("assembly_entity"))
+        }
+        if (variable.name.starts_with("assembly_entity")) {
             assemblies.push_back(ownerName(variable));
-        else if (variable.name.starts_with("blob_entity"))
+        } else if (variable.name.starts_with("blob_entity")) {
             blobs.push_back(ownerName(variable));
-        else if (std::regex_match(variable.name, patterns.reducedVariableNames))
+        } else if (std::regex_match(variable.name, patterns.reducedVariableNames)) {
             append(reduced, netcdf.rows(variable));
-        else if (std::regex_match(variable.name, patterns.propertyVariables))
+        } else if (std::regex_match(variable.name, patterns.propertyVariables)) {
             properties.push_back(fmt::format("{} ({})", netcdf.text(variable, "name"), variable.name));
-        else
+        } else {
             others.push_back(variable.name);
+        }
     }
 
     void sortAttributes(const NetcdfVariable& variable) {
         for (const auto& attribute : variable.attributes) {
-            if (!std::regex_match(attribute, patterns.knownAttributes))
+            if (!std::regex_match(attribute, patterns.knownAttributes)) {
                 attributes.push_back(fmt::format("{} of {}", attribute, ownerName(variable)));
+            }
         }
     }
 
     std::string ownerName(const NetcdfVariable& variable) const {
-        if (std::regex_match(variable.name, patterns.assembliesAndBlobs))
+        if (std::regex_match(variable.name, patterns.assembliesAndBlobs)) {
             return nameOrId(netcdf.text(variable, "_name"), "id", netcdf.number(variable, "_id"));
+        }
         std::smatch match;
-        if (!std::regex_match(variable.name, match, patterns.blockConnectivity))
+        if (!std::regex_match(variable.name, match, patterns.blockConnectivity)) {
             return variable.name;
+        }
         const auto number = std::stoul(match[1]);
         return number >= 1 && number <= file.blocks().size() ? blockName(file.blocks()[number - 1])
                                                              : variable.name;
@@ -210,8 +222,9 @@ void listSkippedExodusContent(const ExodusFile& file, ConversionSummary& summary
     listVariables(file, summary);
     listElementAttributes(file, summary);
     listCoordinateNames(file, summary);
-    for (const auto& records : SkippedRecords)
+    for (const auto& records : SkippedRecords) {
         summary.addSkipped(records.kind, file.inquire(records.count));
+    }
     SkippedNetcdfContent(file).addTo(summary);
 }
 

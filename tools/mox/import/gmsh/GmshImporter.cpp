@@ -66,8 +66,9 @@ void GmshImporter::run() {
                                  static_cast<double>(place) / static_cast<double>(groups.size()));
         addGroup(groups[place]);
     }
-    if (parts.empty())
+    if (parts.empty()) {
         throw Failure(path, "has no elements");
+    }
     addNodes();
     GmshResultImporter(source, *nodeIndex, nodes.tags.size(), parts, target).run();
     listSkipped();
@@ -100,8 +101,9 @@ std::vector<GmshImporter::EntityGroup> GmshImporter::groupEntities() const {
 
 std::string GmshImporter::labelOf(const GmshEntity& entity) const {
     const auto* kind = EntityKinds[entity.dimension];
-    if (entity.physicalTags.empty())
+    if (entity.physicalTags.empty()) {
         return entity.name.empty() ? fmt::format("{} {}", kind, entity.tag) : entity.name;
+    }
     std::vector<std::string> labels;
     for (const auto tag : entity.physicalTags) {
         const auto name = source.physicalName(entity.dimension, tag);
@@ -112,8 +114,9 @@ std::string GmshImporter::labelOf(const GmshEntity& entity) const {
 
 void GmshImporter::addGroup(const EntityGroup& group) {
     std::vector<int> tags;
-    for (const auto& entity : group.entities)
+    for (const auto& entity : group.entities) {
         tags.push_back(entity.tag);
+    }
     auto collected = collect(group);
     for (auto& [type, elements] : collected) {
         const auto name = uniqueName(group.label, elements.typeName, collected.size() == 1);
@@ -121,8 +124,9 @@ void GmshImporter::addGroup(const EntityGroup& group) {
         reorderNodes(table.connectivity, gmshNodeOrder(type));
         table.attributes.set(AttributeNames::ElementType, elements.typeName);
         table.attributes.set("Entities", listText(tags));
-        if (!group.entities.front().physicalTags.empty())
+        if (!group.entities.front().physicalTags.empty()) {
             table.attributes.set("Physical Groups", listText(group.entities.front().physicalTags));
+        }
         setNumber(table.attributes, "Gmsh Element Type", type);
         setNumber(table.attributes, AttributeNames::Elements, static_cast<std::int64_t>(table.ids.size()));
         setNumber(table.attributes, AttributeNames::NodesPerElement, table.polylength.front());
@@ -149,9 +153,10 @@ void GmshImporter::append(const GmshElements& elements, Collected& collected) co
     auto& table = collected.table;
     for (const auto tag : elements.nodeTags) {
         const auto place = nodeIndex->find(tag);
-        if (!place)
+        if (!place) {
             throw Failure(path,
                           fmt::format("damaged: an element refers to node {}, which is not there", tag));
+        }
         table.connectivity.push_back(static_cast<unsigned int>(*place));
     }
     const auto ids = target.limits.narrowIds(elements.tags);
@@ -162,12 +167,14 @@ void GmshImporter::append(const GmshElements& elements, Collected& collected) co
 }
 
 std::string GmshImporter::uniqueName(const std::string& label, const std::string& typeName, bool hasOneType) {
-    if (hasOneType && names.insert(label).second)
+    if (hasOneType && names.insert(label).second) {
         return label;
+    }
     const auto wanted = fmt::format("{} ({})", label, typeName);
     auto name = wanted;
-    for (int number = 2; !names.insert(name).second; ++number)
+    for (int number = 2; !names.insert(name).second; ++number) {
         name = fmt::format("{} ({})", wanted, number);
+    }
     return name;
 }
 
@@ -175,13 +182,15 @@ void GmshImporter::addNodes() {
     RealTable table(nodes.tags.size(), 3);
     std::vector<double> column(nodes.tags.size());
     for (std::size_t axis = 0; axis < 3; ++axis) {
-        for (std::size_t row = 0; row < column.size(); ++row)
+        for (std::size_t row = 0; row < column.size(); ++row) {
             column[row] = nodes.coordinates[3 * row + axis];
+        }
         table.setColumn(axis, column, target.narrowing);
     }
     std::vector<unsigned int> geometries;
-    for (const auto& part : parts)
+    for (const auto& part : parts) {
         geometries.push_back(part.geometry);
+    }
     target.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});
     target.datasets.writeIntegers(DatasetType::NodeIds, target.limits.narrowIds(nodes.tags), geometries);
     target.summary.nodes = static_cast<std::int64_t>(nodes.tags.size());
@@ -189,13 +198,15 @@ void GmshImporter::addNodes() {
 
 void GmshImporter::listSkipped() {
     const auto inFile = source.nodesInFile();
-    if (inFile > nodes.tags.size())
+    if (inFile > nodes.tags.size()) {
         target.summary.addSkipped("nodes that belong to no element",
                                   static_cast<std::int64_t>(inFile - nodes.tags.size()));
+    }
     std::vector<std::string> otherSections;
     for (const auto& section : source.sections()) {
-        if (!KnownSections.contains(section))
+        if (!KnownSections.contains(section)) {
             otherSections.push_back(section);
+        }
     }
     target.summary.addSkipped("sections of the file", otherSections);
 }

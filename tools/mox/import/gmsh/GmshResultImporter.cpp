@@ -26,8 +26,9 @@ bool isSymmetric(const GmshViewStep& tensor) {
     for (std::size_t first = 0; first + TensorParts.size() <= tensor.values.size();
          first += TensorParts.size()) {
         for (const auto& [upper, lower] : MirroredParts) {
-            if (tensor.values[first + upper] != tensor.values[first + lower])
+            if (tensor.values[first + upper] != tensor.values[first + lower]) {
                 return false;
+            }
         }
     }
     return true;
@@ -38,12 +39,15 @@ bool isMirrored(std::size_t component) {
 }
 
 std::string variableName(const std::string& view, std::size_t components, std::size_t component) {
-    if (components == 1)
+    if (components == 1) {
         return view;
-    if (components == VectorParts.size())
+    }
+    if (components == VectorParts.size()) {
         return fmt::format("{}_{}", view, VectorParts[component]);
-    if (components == TensorParts.size())
+    }
+    if (components == TensorParts.size()) {
         return fmt::format("{}_{}", view, TensorParts[component]);
+    }
     return fmt::format("{}_{}", view, component + 1);
 }
 
@@ -78,12 +82,14 @@ std::map<GmshResultImporter::StepKey, std::vector<const GmshView*>> GmshResultIm
     for (const auto& view : views) {
         for (int place = 0; place < view.steps; ++place) {
             const auto data = source.viewStep(view, place);
-            if (!data)
+            if (!data) {
                 continue;
-            if (data->kind == "NodeData" || data->kind == "ElementData")
+            }
+            if (data->kind == "NodeData" || data->kind == "ElementData") {
                 steps[{place, data->time}].push_back(&view);
-            else
+            } else {
                 others.insert(view.name);
+            }
         }
     }
     target.summary.addSkipped("views on the nodes of elements", {others.begin(), others.end()});
@@ -101,11 +107,13 @@ void GmshResultImporter::addStep(const std::vector<const GmshView*>& stepViews, 
     }
     ResultPlan plan(3);
     const auto nodeResults = plan.nodeResults(onNodes.names);
-    for (const auto& result : nodeResults)
+    for (const auto& result : nodeResults) {
         addOnNodes(result, onNodes, step);
+    }
     const auto elementResults = plan.elementResults(onElements.names);
-    for (const auto& result : elementResults)
+    for (const auto& result : elementResults) {
         addOnElements(result, onElements, step);
+    }
     noteRenamed(nodeResults, target.summary);
     noteRenamed(elementResults, target.summary);
 }
@@ -114,8 +122,9 @@ void GmshResultImporter::addVariables(const std::string& name, const GmshViewSte
                                       Variables& variables) {
     const bool isHalf = data.components == TensorParts.size() && isSymmetric(data);
     for (std::size_t component = 0; component < data.components; ++component) {
-        if (isHalf && isMirrored(component))
+        if (isHalf && isMirrored(component)) {
             continue;
+        }
         variables.names.push_back(variableName(name, data.components, component));
         variables.all.push_back({&data, component});
     }
@@ -127,12 +136,14 @@ void GmshResultImporter::addOnNodes(const ResultDataset& result, const Variables
     for (std::size_t place = 0; place < result.variables.size(); ++place) {
         const auto [values, found] = column(variables.all[result.variables[place]], nodes, nodeCount);
         table.setColumn(place, values, target.narrowing);
-        if (found < nodeCount)
+        if (found < nodeCount) {
             noteGaps(result);
+        }
     }
     std::vector<unsigned int> geometries;
-    for (const auto& part : parts)
+    for (const auto& part : parts) {
         geometries.push_back(part.geometry);
+    }
     target.datasets.writeReals(result.name, result.type, table, geometries, step,
                                componentAttributes(result, variables.names));
 }
@@ -150,10 +161,12 @@ void GmshResultImporter::addOnElements(const ResultDataset& result, const Variab
             most = std::max(most, found);
             least = std::min(least, found);
         }
-        if (most == 0)
+        if (most == 0) {
             continue;
-        if (least < part.elementCount)
+        }
+        if (least < part.elementCount) {
             noteGaps(result);
+        }
         target.datasets.writeReals(result.name, result.type, table, DatasetWriter::Ids(1, part.geometry),
                                    step, componentAttributes(result, variables.names));
     }
@@ -166,8 +179,9 @@ GmshResultImporter::column(const Variable& variable, const TagIndex& index, std:
     std::size_t found = 0;
     for (std::size_t row = 0; row < data.tags.size(); ++row) {
         const auto place = index.find(data.tags[row]);
-        if (!place)
+        if (!place) {
             continue;
+        }
         values[*place] = data.values[row * data.components + variable.component];
         ++found;
     }

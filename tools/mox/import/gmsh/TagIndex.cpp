@@ -6,15 +6,17 @@ namespace MoxTool {
 
 TagIndex::TagIndex(const std::vector<std::size_t>& tags) {
     places.reserve(tags.size());
-    for (std::size_t place = 0; place < tags.size(); ++place)
+    for (std::size_t place = 0; place < tags.size(); ++place) {
         places.emplace_back(tags[place], place);
+    }
     std::sort(places.begin(), places.end());
 }
 
 std::optional<std::size_t> TagIndex::find(std::size_t tag) const {
     const auto found = std::lower_bound(places.begin(), places.end(), std::pair(tag, std::size_t{0}));
-    if (found == places.end() || found->first != tag)
+    if (found == places.end() || found->first != tag) {
         return std::nullopt;
+    }
     return found->second;
 }
 

@@ -24,9 +24,10 @@ fs::path findModule() {
 
 boost::dll::shared_library loadModule(const std::string& path) {
     const auto module = findModule();
-    if (!fs::exists(module))
+    if (!fs::exists(module)) {
         throw Failure(path, fmt::format("can't be read: {} is missing; install mox anew",
                                         module.lexically_normal().string()));
+    }
     try {
         return boost::dll::shared_library(module);
     } catch (const std::exception& error) {

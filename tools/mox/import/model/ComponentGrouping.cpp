@@ -58,14 +58,16 @@ bool areOfOneCase(std::string_view letters) {
 std::optional<Part> parseAs(bool isTensor, std::string_view name, std::string_view number) {
     const auto& columns = isTensor ? TensorColumns : VectorColumns;
     const std::size_t length = isTensor ? 2 : 1;
-    if (name.size() < length)
+    if (name.size() < length) {
         return std::nullopt;
+    }
     const auto front = name.substr(0, name.size() - length);
     const auto letters = name.substr(front.size());
     const auto column = columns.find(lowerCase(std::string(letters)));
     const auto baseEnd = front.find_last_not_of('_');
-    if (column == columns.end() || !areOfOneCase(letters) || baseEnd == std::string_view::npos)
+    if (column == columns.end() || !areOfOneCase(letters) || baseEnd == std::string_view::npos) {
         return std::nullopt;
+    }
     const auto base = front.substr(0, baseEnd + 1);
     return Part{{std::string(base), std::string(front.substr(base.size())), std::string(number), isTensor},
                 column->second};
@@ -81,15 +83,17 @@ std::optional<Part> parse(std::string_view name) {
 std::map<Quantity, Columns> collectQuantities(const std::vector<std::string>& names) {
     std::map<Quantity, Columns> quantities;
     for (std::size_t variable = 0; variable < names.size(); ++variable) {
-        if (const auto part = parse(names[variable]))
+        if (const auto part = parse(names[variable])) {
             quantities[part->quantity].emplace(part->column, variable);
+        }
     }
     return quantities;
 }
 
 bool isComplete(const Quantity& quantity, const Columns& columns, int dimension) {
-    if (quantity.isTensor)
+    if (quantity.isTensor) {
         return columns.size() == Six;
+    }
     const bool isPlane = dimension == 2 && columns.size() == 2 && !columns.contains(2);
     return columns.size() == 3 || isPlane;
 }
@@ -97,8 +101,9 @@ bool isComplete(const Quantity& quantity, const Columns& columns, int dimension)
 VariableGroup groupOf(const Quantity& quantity, const Columns& columns) {
     VariableGroup group{
         quantity.base + quantity.number, quantity.isTensor ? GroupKind::Tensor : GroupKind::Vector, {}};
-    for (const auto& [column, variable] : columns)
+    for (const auto& [column, variable] : columns) {
         group.variables.push_back(variable);
+    }
     return group;
 }
 
@@ -108,11 +113,13 @@ std::size_t firstVariable(const VariableGroup& group) {
 
 void addSingles(const std::vector<std::string>& names, std::vector<VariableGroup>& groups) {
     std::set<std::size_t> grouped;
-    for (const auto& group : groups)
+    for (const auto& group : groups) {
         grouped.insert(group.variables.begin(), group.variables.end());
+    }
     for (std::size_t variable = 0; variable < names.size(); ++variable) {
-        if (!grouped.contains(variable))
+        if (!grouped.contains(variable)) {
             groups.push_back({names[variable], GroupKind::Single, {variable}});
+        }
     }
 }
 
@@ -130,8 +137,9 @@ bool isRotation(const VariableGroup& group) {
 std::vector<VariableGroup> ComponentGrouping::group(const std::vector<std::string>& names, int dimension) {
     std::vector<VariableGroup> groups;
     for (const auto& [quantity, columns] : collectQuantities(names)) {
-        if (isComplete(quantity, columns, dimension))
+        if (isComplete(quantity, columns, dimension)) {
             groups.push_back(groupOf(quantity, columns));
+        }
     }
     addSingles(names, groups);
     std::sort(groups.begin(), groups.end(), [](const VariableGroup& left, const VariableGroup& right) {
@@ -148,13 +156,15 @@ std::vector<VariableGroup> joinRotation(std::vector<VariableGroup> groups) {
     const auto isOnly = [&groups](auto test) {
         return std::count_if(groups.begin(), groups.end(), test) == 1;
     };
-    if (!isOnly(isDisplacement) || !isOnly(isRotation))
+    if (!isOnly(isDisplacement) || !isOnly(isRotation)) {
         return groups;
+    }
     const auto displacement = std::find_if(groups.begin(), groups.end(), isDisplacement);
     const auto rotation = std::find_if(groups.begin(), groups.end(), isRotation);
     auto& columns = displacement->variables;
-    if (columns.size() != 3 || rotation->variables.size() != 3)
+    if (columns.size() != 3 || rotation->variables.size() != 3) {
         return groups;
+    }
     displacement->kind = GroupKind::VectorPair;
     columns.insert(columns.end(), rotation->variables.begin(), rotation->variables.end());
     groups.erase(rotation);

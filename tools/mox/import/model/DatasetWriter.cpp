@@ -6,8 +6,9 @@ namespace MoxTool {
 
 void DatasetWriter::writeIntegers(Qel::Mox2::DatasetType type, const std::vector<unsigned int>& values,
                                   const Ids& ids, const Qel::Mox2::Attributes& attributes) {
-    if (values.empty() || ids.size() == 0)
+    if (values.empty() || ids.size() == 0) {
         return;
+    }
     ImportLimits::checkDatasetSize(values.size(), "a dataset of integers");
     model.addArrayProperty(type, Qel::Mox2::Array1d<unsigned int>(values), ids, Qel::Mox2::Step{},
                            attributes);
@@ -17,8 +18,9 @@ void DatasetWriter::writeIntegers(Qel::Mox2::DatasetType type, const std::vector
 void DatasetWriter::writeReals(const std::string& name, Qel::Mox2::DatasetType type, const RealTable& table,
                                const Ids& ids, const Qel::Mox2::Step& step,
                                const Qel::Mox2::Attributes& attributes) {
-    if (table.rows() == 0 || ids.size() == 0)
+    if (table.rows() == 0 || ids.size() == 0) {
         return;
+    }
     ImportLimits::checkDatasetSize(table.numbers().size(), name);
     Qel::Mox2::Array2d<float> array(table.rows(), table.columns());
     array.copy_from(table.numbers().data());

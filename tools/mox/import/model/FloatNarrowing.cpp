@@ -12,13 +12,14 @@ static_assert(std::numeric_limits<float>::is_iec559, "numbers beyond the range o
 
 float FloatNarrowing::narrow(double value) {
     const auto result = static_cast<float>(value);
-    if (result == value || std::isnan(value))
+    if (result == value || std::isnan(value)) {
         return result;
-    if (std::isinf(result))
+    }
+    if (std::isinf(result)) {
         ++tooLarge;
-    else if (std::abs(value) < std::numeric_limits<float>::min())
+    } else if (std::abs(value) < std::numeric_limits<float>::min()) {
         ++tooSmall;
-    else {
+    } else {
         ++rounded;
         largestRelativeLoss = std::max(largestRelativeLoss, std::abs((result - value) / value));
     }
@@ -27,16 +28,19 @@ float FloatNarrowing::narrow(double value) {
 
 std::vector<std::string> FloatNarrowing::report() const {
     std::vector<std::string> sentences;
-    if (rounded > 0)
+    if (rounded > 0) {
         sentences.push_back(
             fmt::format("double precision: {} numbers rounded to float, largest relative loss {:.1e}",
                         rounded, largestRelativeLoss));
-    if (tooLarge > 0)
+    }
+    if (tooLarge > 0) {
         sentences.push_back(
             fmt::format("double precision: {} numbers beyond the range of float became infinite", tooLarge));
-    if (tooSmall > 0)
+    }
+    if (tooSmall > 0) {
         sentences.push_back(fmt::format("double precision: {} numbers below {:.1e} became 0 or lost digits",
                                         tooSmall, std::numeric_limits<float>::min()));
+    }
     return sentences;
 }
 

@@ -30,9 +30,10 @@ public:
         std::vector<unsigned int> narrow;
         narrow.reserve(ids.size());
         for (const auto id : ids) {
-            if (!std::in_range<unsigned int>(id))
+            if (!std::in_range<unsigned int>(id)) {
                 throw Failure(path,
                               fmt::format("has the id {}, but a model keeps ids from 0 to {}", id, Most));
+            }
             narrow.push_back(static_cast<unsigned int>(id));
         }
         return narrow;

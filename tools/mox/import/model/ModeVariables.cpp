@@ -19,8 +19,9 @@ std::optional<std::size_t> findNamed(const std::vector<std::string>& names,
                                      const std::set<std::string>& wanted) {
     const auto found = std::find_if(names.begin(), names.end(),
                                     [&wanted](const auto& name) { return wanted.contains(plainName(name)); });
-    if (found == names.end())
+    if (found == names.end()) {
         return std::nullopt;
+    }
     return static_cast<std::size_t>(found - names.begin());
 }
 
@@ -29,8 +30,9 @@ std::optional<std::size_t> findNamed(const std::vector<std::string>& names,
 std::optional<ModeVariables> findModeVariables(const std::vector<std::string>& globalVariables) {
     const auto number = findNamed(globalVariables, {"modenumber", "mode"});
     const auto frequency = findNamed(globalVariables, {"eigenfrequency", "naturalfrequency", "frequency"});
-    if (!number || !frequency)
+    if (!number || !frequency) {
         return std::nullopt;
+    }
     return ModeVariables{*number, *frequency};
 }
 

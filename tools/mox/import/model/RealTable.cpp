@@ -3,8 +3,9 @@
 namespace MoxTool {
 
 void RealTable::setColumn(std::size_t column, std::span<const double> values, FloatNarrowing& narrowing) {
-    for (std::size_t row = 0; row < values.size(); ++row)
+    for (std::size_t row = 0; row < values.size(); ++row) {
         cells[row * width + column] = narrowing.narrow(values[row]);
+    }
 }
 
 } // namespace MoxTool

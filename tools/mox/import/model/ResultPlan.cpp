@@ -25,10 +25,12 @@ constexpr ResultTypes ElementTypes = {DatasetType::ElementScalar, DatasetType::E
                                       DatasetType::ElementSixA};
 
 ResultDataset datasetOf(const VariableGroup& group, const std::string& name, const ResultTypes& types) {
-    if (group.kind == GroupKind::Single)
+    if (group.kind == GroupKind::Single) {
         return {"", name, types.scalar, 1, group.variables};
-    if (group.kind == GroupKind::Vector)
+    }
+    if (group.kind == GroupKind::Vector) {
         return {"", name, types.vector, 3, group.variables};
+    }
     return {"", name, types.six, 6, group.variables};
 }
 
@@ -48,8 +50,9 @@ std::vector<ResultDataset> ResultPlan::nodeResults(const std::vector<std::string
 
 std::vector<ResultDataset> ResultPlan::elementResults(const std::vector<std::string>& variables) {
     std::vector<ResultDataset> datasets;
-    for (const auto& group : ComponentGrouping::group(variables, dimension))
+    for (const auto& group : ComponentGrouping::group(variables, dimension)) {
         datasets.push_back(datasetOf(group, group.name, ElementTypes));
+    }
     makeUnique(datasets, true);
     makeUnique(datasets, false);
     return datasets;
@@ -57,15 +60,17 @@ std::vector<ResultDataset> ResultPlan::elementResults(const std::vector<std::str
 
 void ResultPlan::makeUnique(std::vector<ResultDataset>& datasets, bool singles) {
     for (auto& dataset : datasets) {
-        if ((dataset.width == 1) == singles)
+        if ((dataset.width == 1) == singles) {
             dataset.name = uniqueName(dataset.wantedName);
+        }
     }
 }
 
 std::string ResultPlan::uniqueName(const std::string& wanted) {
     auto name = wanted;
-    for (int number = 2; !taken.insert(name).second; ++number)
+    for (int number = 2; !taken.insert(name).second; ++number) {
         name = fmt::format("{} ({})", wanted, number);
+    }
     return name;
 }
 

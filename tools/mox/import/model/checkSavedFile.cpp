@@ -15,13 +15,15 @@ namespace MoxTool {
 
 void checkSavedFile(const std::filesystem::path& path) {
     const auto source = std::make_shared<MoxReader::FileSource>(path);
-    if (const auto text = displacementText(MoxReader::scanIndex(*source)))
+    if (const auto text = displacementText(MoxReader::scanIndex(*source))) {
         throw std::runtime_error(fmt::format(
             "it was {}; set MOXWRITER_DEFAULT_BLOCK_SIZE, in bytes, above the largest dataset", *text));
+    }
     const MoxReader::File file(source);
-    if (const auto flaw = findIndexFlaw(file))
+    if (const auto flaw = findIndexFlaw(file)) {
         throw std::runtime_error(fmt::format(
             "the saved file is not whole ({}); is the disk full, or a dataset larger than 3 GiB?", *flaw));
+    }
     MoxReader::readModel(file);
 }
 

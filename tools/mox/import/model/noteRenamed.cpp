@@ -6,9 +6,10 @@ namespace MoxTool {
 
 void noteRenamed(const std::vector<ResultDataset>& results, ConversionSummary& summary) {
     for (const auto& result : results) {
-        if (result.name != result.wantedName)
+        if (result.name != result.wantedName) {
             summary.addNote(fmt::format("\"{}\" is named \"{}\", since another dataset has its name",
                                         result.wantedName, result.name));
+        }
     }
 }
 

@@ -27,8 +27,9 @@ Qel::Mox2::SaverOptions saverOptions() {
 
 void refuseToReplaceInput(const ImportRequest& request) {
     std::error_code missing;
-    if (std::filesystem::equivalent(request.input, request.output, missing))
+    if (std::filesystem::equivalent(request.input, request.output, missing)) {
         throw Failure(request.output, "is the input itself");
+    }
 }
 
 // A model that can't be closed must not be destroyed either, since its destructor would end the program; it
@@ -43,8 +44,9 @@ void closeOrAbandon(std::unique_ptr<Qel::Mox2::Model>& model) noexcept {
 
 void fillTarget(ImportTarget& target, const ModelFiller& fill) {
     fill(target);
-    for (const auto& sentence : target.narrowing.report())
+    for (const auto& sentence : target.narrowing.report()) {
         target.summary.addNote(sentence);
+    }
 }
 
 void save(const std::string& path, const std::string& input, const ModelFiller& fill, Terminal& terminal,
@@ -68,9 +70,10 @@ void refuseErrors(const std::string& path, const std::string& output, Terminal& 
     terminal.clearProgress();
     for (const auto& finding : findings.findings()) {
         const auto& rule = ruleOf(finding.rule);
-        if (rule.level == Level::Error)
+        if (rule.level == Level::Error) {
             throw Failure(output, fmt::format("not written, since the check of it failed: error {} {}: {}",
                                               static_cast<int>(rule.id), rule.title, finding.reason));
+        }
     }
 }
 
@@ -83,8 +86,9 @@ ConversionSummary saveImported(const ImportRequest& request, Terminal& terminal,
     try {
         const auto path = output.temporaryPath().string();
         save(path, request.input, fill, terminal, summary);
-        if (request.check)
+        if (request.check) {
             refuseErrors(path, request.output, terminal);
+        }
         checkSavedFile(path);
     } catch (const Failure&) {
         throw;

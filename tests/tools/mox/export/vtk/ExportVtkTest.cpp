@@ -13,8 +13,9 @@ using Series = std::vector<std::pair<double, std::string>>;
 class ExportVtk : public testing::Test {
 protected:
     void SetUp() override {
-        if (!VtkReading::hasPython())
+        if (!VtkReading::hasPython()) {
             GTEST_SKIP() << "python3 is not installed";
+        }
         saveForeignModel(folder.path("model.mox"));
     }
 
@@ -78,8 +79,9 @@ TEST_F(ExportVtk, NodesOfLargeSolidsStandInVtksOrder) {
         const auto solid = model.addNode(Mox::Shape, "Brick <\"&\">");
         model.addArrayProperty(Mox::Coordinates, Mox::Array2d<float>(20, 3, 0.5F), solid, Mox::Step{});
         Mox::Array1d<unsigned int> nodes(20);
-        for (unsigned int i = 0; i < 20; ++i)
+        for (unsigned int i = 0; i < 20; ++i) {
             nodes[i] = i;
+        }
         model.addArrayProperty(Mox::Connectivity2, nodes, solid, Mox::Step{});
         model.addArrayProperty(Mox::Polylength2, Mox::Array1d<unsigned int>{20}, solid, Mox::Step{});
         model.addArrayProperty("a<b & \"c\"", Mox::NodeScalar, nodes, solid, Mox::Step{});

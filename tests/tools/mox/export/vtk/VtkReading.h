@@ -30,10 +30,11 @@ struct VtkMeshRead {
     std::vector<std::string> texts(const std::string& name) const {
         std::vector<std::string> found(1);
         for (const auto byte : numbers(name)) {
-            if (byte == 0)
+            if (byte == 0) {
                 found.emplace_back();
-            else
+            } else {
                 found.back() += static_cast<char>(byte);
+            }
         }
         found.pop_back();
         return found;
@@ -50,8 +51,9 @@ public:
     /// @throws std::runtime_error if a file can't be read.
     std::optional<std::vector<VtkMeshRead>> read(const std::string& way,
                                                  const std::vector<std::string>& paths) const {
-        if (!run(way, paths))
+        if (!run(way, paths)) {
             return std::nullopt;
+        }
         std::vector<VtkMeshRead> meshes;
         std::istringstream lines(folder.read("shown"));
         for (std::string head; std::getline(lines, head);) {
@@ -84,22 +86,26 @@ private:
 
     bool run(const std::string& way, const std::vector<std::string>& paths) const {
         auto command = std::string("\"") + MOX_TEST_PYTHON + "\" \"" + MOX_TEST_READ_VTK + "\" " + way;
-        for (const auto& path : paths)
+        for (const auto& path : paths) {
             command += " \"" + path + "\"";
+        }
         command += " > \"" + folder.path("shown") + "\"";
         const int status = std::system(command.c_str());
-        if (status == 0)
+        if (status == 0) {
             return true;
-        if (status == NotInstalled || status == NotInstalled << 8)
+        }
+        if (status == NotInstalled || status == NotInstalled << 8) {
             return false;
+        }
         throw std::runtime_error("this command failed: " + command);
     }
 
     static std::vector<std::string> split(const std::string& line) {
         std::vector<std::string> cells;
         std::istringstream stream(line);
-        for (std::string cell; std::getline(stream, cell, '\t');)
+        for (std::string cell; std::getline(stream, cell, '\t');) {
             cells.push_back(cell);
+        }
         return cells;
     }
 
@@ -109,8 +115,9 @@ private:
         const char* rest = numbers.c_str();
         for (char* end = nullptr;; rest = end) {
             const double number = std::strtod(rest, &end);
-            if (end == rest)
+            if (end == rest) {
                 break;
+            }
             array.numbers.push_back(number);
         }
         mesh.arrays[head.at(0) + "/" + head.at(1)] = array;

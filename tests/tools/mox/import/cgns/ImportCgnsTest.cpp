@@ -18,8 +18,9 @@ protected:
 class ImportRealCgns : public ImportedModel {
 protected:
     void SetUp() override {
-        if (!std::filesystem::exists(RealFile))
+        if (!std::filesystem::exists(RealFile)) {
             GTEST_SKIP() << "there is no " << RealFile;
+        }
     }
 };
 
@@ -64,9 +65,10 @@ TEST_F(ImportRealCgns, CoordinatesAreThoseOfTheFileAndStandThereOnce) {
         std::vector<double> expected(4505);
         SmallCgnsFile::require(
             cg_coord_read(file, 1, 1, names[axis], CGNS_ENUMV(RealDouble), &first, &last, expected.data()));
-        for (std::size_t vertex = 0; vertex < expected.size(); ++vertex)
+        for (std::size_t vertex = 0; vertex < expected.size(); ++vertex) {
             ASSERT_EQ(std::bit_cast<std::uint32_t>(numbers[3 * vertex + axis]),
                       std::bit_cast<std::uint32_t>(static_cast<float>(expected[vertex])));
+        }
     }
     cg_close(file);
     for (std::size_t shape = 1; shape < 4; ++shape) {
@@ -92,14 +94,16 @@ TEST_F(ImportRealCgns, ElementsHaveTheirNodesAndNumbers) {
         EXPECT_EQ(dataset(place, "Connectivity").variableType, place == 0 ? 6U : 5U);
         const auto imported = integers(place, "Connectivity");
         ASSERT_EQ(imported.size(), nodes.size());
-        for (std::size_t i = 0; i < nodes.size(); ++i)
+        for (std::size_t i = 0; i < nodes.size(); ++i) {
             ASSERT_EQ(imported[i] + 1, static_cast<std::uint32_t>(nodes[i]));
+        }
         const auto count = static_cast<std::size_t>(last - first + 1);
         EXPECT_EQ(integers(place, "Polylength"), Integers(count, place == 0 ? 8 : 4));
         const auto ids = integers(place, "Element IDs");
         ASSERT_EQ(ids.size(), count);
-        for (std::size_t i = 0; i < count; ++i)
+        for (std::size_t i = 0; i < count; ++i) {
             ASSERT_EQ(ids[i], static_cast<std::uint32_t>(first) + i);
+        }
     }
     cg_close(file);
 }
@@ -115,8 +119,10 @@ TEST_F(ImportRealCgns, FamiliesAndBoundaryConditionsAreTold) {
 TEST_F(ImportRealCgns, FileCutOffAnywhereIsRefused) {
     std::ifstream file(RealFile, std::ios::binary);
     const std::string whole{std::istreambuf_iterator<char>(file), {}};
-    for (const std::size_t size : {whole.size() / 100, whole.size() / 4, whole.size() / 2, whole.size() - 1})
+    for (const std::size_t size :
+         {whole.size() / 100, whole.size() / 4, whole.size() / 2, whole.size() - 1}) {
         expectRefused(folder.write("cut.cgns", whole.substr(0, size)), "no CGNS file, or damaged (");
+    }
 }
 
 TEST_F(ImportCgns, IsRecognisedWhateverItsName) {
@@ -169,8 +175,9 @@ TEST_F(ImportCgns, PolygonsHaveTheirOwnNumbersOfNodes) {
 
 TEST_F(ImportCgns, HexahedraOf27NodesGetTheOrderOfExodus) {
     std::vector<cgsize_t> nodes(27);
-    for (std::size_t i = 0; i < nodes.size(); ++i)
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
         nodes[i] = static_cast<cgsize_t>(i) + 1;
+    }
     {
         SmallCgnsFile file(input());
         file.addZone("Zone", 27, 1);
@@ -255,8 +262,9 @@ TEST_F(ImportCgns, SeveralBasesBecomeGroupsBelowTheFile) {
             file.addZone(zone, 2, 1);
             file.lineOfVertices(2);
             file.section("Line", CGNS_ENUMV(BAR_2), 1, 1, {1, 2});
-            if (zone[0] == 'A')
+            if (zone[0] == 'A') {
                 file.addBase("Other", 3);
+            }
         }
     }
     import();

@@ -32,8 +32,9 @@ public:
     }
     void addStructuredZone(const std::string& name, std::vector<cgsize_t> vertices) {
         auto sizes = vertices;
-        for (const auto count : vertices)
+        for (const auto count : vertices) {
             sizes.push_back(count - 1);
+        }
         sizes.resize(3 * vertices.size());
         require(cg_zone_write(file, base, name.c_str(), sizes.data(), CGNS_ENUMV(Structured), &zone));
     }
@@ -46,8 +47,9 @@ public:
     /// X counts from 0 up, Y and Z are 0.
     void lineOfVertices(std::size_t count) {
         std::vector<double> x(count);
-        for (std::size_t i = 0; i < count; ++i)
+        for (std::size_t i = 0; i < count; ++i) {
             x[i] = static_cast<double>(i);
+        }
         coordinate("CoordinateX", x);
         coordinate("CoordinateY", std::vector<double>(count));
         coordinate("CoordinateZ", std::vector<double>(count));
@@ -96,8 +98,9 @@ public:
             name.resize(32, ' ');
             texts += name;
         }
-        if (zoneWithSteps != zone)
+        if (zoneWithSteps != zone) {
             require(cg_ziter_write(file, base, zone, "ZoneIteration"));
+        }
         zoneWithSteps = zone;
         require(cg_goto(file, base, "Zone_t", zone, "ZoneIterativeData_t", 1, "end"));
         const std::array<cgsize_t, 2> extents = {32, static_cast<cgsize_t>(names.size())};
@@ -105,8 +108,9 @@ public:
     }
 
     static void require(int status) {
-        if (status != CG_OK)
+        if (status != CG_OK) {
             throw std::runtime_error(cg_get_error());
+        }
     }
 
 private:

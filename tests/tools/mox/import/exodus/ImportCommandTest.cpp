@@ -122,8 +122,9 @@ TEST_F(ImportCommand, RealFilesOfOtherKindsAreRefused) {
     bool found = false;
     for (const auto* name : {"can.vtu", "README.md"}) {
         const auto path = (std::filesystem::path(MOXWRITER_DATA_DIR) / name).string();
-        if (!std::filesystem::exists(path))
+        if (!std::filesystem::exists(path)) {
             continue;
+        }
         found = true;
         const auto run = runImport({path, output()});
         EXPECT_EQ(run.exitCode, 1) << name;
@@ -132,6 +133,7 @@ TEST_F(ImportCommand, RealFilesOfOtherKindsAreRefused) {
         EXPECT_EQ(std::count(run.messages.begin(), run.messages.end(), '\n'), 1);
         EXPECT_EQ(folder.files(), Files{"model.e"});
     }
-    if (!found)
+    if (!found) {
         GTEST_SKIP() << "no files of other kinds in " << MOXWRITER_DATA_DIR;
+    }
 }

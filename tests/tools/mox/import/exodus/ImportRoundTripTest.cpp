@@ -27,8 +27,9 @@ std::vector<std::string> exodusFiles() {
     std::vector<std::string> paths;
     std::error_code missing;
     for (const auto& entry : fs::directory_iterator(DataFolder, missing)) {
-        if (extensions.contains(entry.path().extension().string()))
+        if (extensions.contains(entry.path().extension().string())) {
             paths.push_back(entry.path().string());
+        }
     }
     std::sort(paths.begin(), paths.end());
     return paths.empty() ? std::vector<std::string>{""} : paths;
@@ -37,8 +38,9 @@ std::vector<std::string> exodusFiles() {
 std::string testName(const testing::TestParamInfo<std::string>& info) {
     auto name = info.param.empty() ? "none" : fs::path(info.param).filename().string();
     for (auto& letter : name) {
-        if (std::isalnum(static_cast<unsigned char>(letter)) == 0)
+        if (std::isalnum(static_cast<unsigned char>(letter)) == 0) {
             letter = '_';
+        }
     }
     return name;
 }
@@ -53,8 +55,9 @@ struct Block {
 };
 
 void require(int status) {
-    if (status != 0)
+    if (status != 0) {
         throw std::runtime_error("the Exodus library gave status " + std::to_string(status));
+    }
 }
 
 std::size_t size(std::int64_t count) {
@@ -69,8 +72,9 @@ public:
         int disk = 0;
         float version = 0;
         id = ex_open(path.c_str(), EX_READ | EX_ALL_INT64_API, &memory, &disk, &version);
-        if (id < 0)
+        if (id < 0) {
             throw std::runtime_error("can't open " + path);
+        }
         require(ex_get_init_ext(id, &counts));
         ex_set_max_name_length(id, 255);
     }
@@ -98,8 +102,9 @@ public:
 
     std::vector<double> times() const {
         std::vector<double> result(size(ex_inquire_int(id, EX_INQ_TIME)));
-        if (!result.empty())
+        if (!result.empty()) {
             require(ex_get_all_times(id, result.data()));
+        }
         return result;
     }
 
@@ -142,20 +147,23 @@ void expectSame(float actual, double expected, const std::string& where) {
 void expectColumn(const std::vector<float>& table, std::size_t width, std::size_t column,
                   const std::vector<double>& expected, const std::string& where) {
     ASSERT_EQ(table.size(), expected.size() * width) << where;
-    for (std::size_t row = 0; row < expected.size(); ++row)
+    for (std::size_t row = 0; row < expected.size(); ++row) {
         ASSERT_NO_FATAL_FAILURE(expectSame(table[row * width + column], expected[row], where));
+    }
 }
 
 void expectIntegers(const std::vector<std::uint32_t>& actual, const std::int64_t* expected,
                     std::int64_t offset, const std::string& where) {
-    for (std::size_t i = 0; i < actual.size(); ++i)
+    for (std::size_t i = 0; i < actual.size(); ++i) {
         ASSERT_EQ(actual[i], expected[i] + offset) << where << " " << i;
+    }
 }
 
 // The variable types of connectivity, by the element types that the files have.
 std::uint32_t connectivityType(std::string type) {
-    for (auto& letter : type)
+    for (auto& letter : type) {
         letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+    }
     const std::map<std::string, std::uint32_t> types = {
         {"SPHERE", 4}, {"BAR2", 4}, {"TRI3", 5}, {"SHELL4", 5}, {"TET4", 6}, {"WEDGE6", 6}, {"HEX8", 6}};
     return types.at(type);
@@ -165,8 +173,9 @@ std::vector<std::string> componentsOf(const MoxReader::Attributes& attributes, c
     std::vector<std::string> components;
     for (int i = 1; i <= 6; ++i) {
         const auto component = textOf(attributes, "Component " + std::to_string(i));
-        if (!component.empty())
+        if (!component.empty()) {
             components.push_back(component);
+        }
     }
     return components.empty() ? std::vector<std::string>{name} : components;
 }
@@ -174,8 +183,9 @@ std::vector<std::string> componentsOf(const MoxReader::Attributes& attributes, c
 class ImportRoundTrip : public testing::TestWithParam<std::string> {
 protected:
     void SetUp() override {
-        if (GetParam().empty())
+        if (GetParam().empty()) {
             GTEST_SKIP() << "no Exodus files in " << DataFolder;
+        }
         const auto output = folder.path("out.mox");
         const auto run = runImport({GetParam(), output});
         ASSERT_EQ(run.exitCode, 0) << run.messages;
@@ -192,8 +202,9 @@ protected:
                         std::multiset<std::string>& found) {
         const auto names = original->variables(type);
         for (const auto& dataset : geometry.geometry()->datasets) {
-            if (dataset.step.empty() || !variableTypes.contains(dataset.variableType))
+            if (dataset.step.empty() || !variableTypes.contains(dataset.variableType)) {
                 continue;
+            }
             const auto step = std::stoul(dataset.step.substr(5)) - 1;
             const auto width = saved->model().resolve(dataset).width;
             const auto numbers = saved->floats(dataset);
@@ -211,8 +222,9 @@ protected:
     std::multiset<std::string> expectedResults(const std::vector<std::string>& variables) const {
         std::multiset<std::string> expected;
         for (std::size_t step = 1; step <= original->times().size(); ++step) {
-            for (const auto& variable : variables)
+            for (const auto& variable : variables) {
                 expected.insert("Step " + std::to_string(step) + " " + variable);
+            }
         }
         return expected;
     }
@@ -249,8 +261,9 @@ TEST_P(ImportRoundTrip, TreeHasOneRootGroupAndOneShapeForEachBlock) {
 TEST_P(ImportRoundTrip, EveryShapeHasAColourOfItsOwn) {
     std::set<std::array<float, 4>> colours;
     for (const auto& node : saved->model().nodes()) {
-        if (node.shape() != nullptr)
+        if (node.shape() != nullptr) {
             colours.insert(node.shape()->material.diffuse);
+        }
     }
     EXPECT_EQ(colours.size(), blocks.size());
 }
@@ -265,9 +278,10 @@ TEST_P(ImportRoundTrip, CoordinatesAreThoseOfTheFileAndStandThereOnce) {
         const auto& dataset = ReadBack::dataset(*geometry, "Coordinates");
         EXPECT_EQ(dataset.variableType, 1U);
         const auto numbers = saved->floats(dataset);
-        for (std::size_t axis = 0; axis < 3; ++axis)
+        for (std::size_t axis = 0; axis < 3; ++axis) {
             ASSERT_NO_FATAL_FAILURE(
                 expectColumn(numbers, 3, axis, axes[axis], "axis " + std::to_string(axis)));
+        }
         holders.insert(saved->model().resolve(dataset).nodeId);
     }
     EXPECT_EQ(holders.size(), 1U);
@@ -332,8 +346,9 @@ TEST_P(ImportRoundTrip, EveryElementVariableIsThereOnceOnTheBlocksThatHaveIt) {
     for (std::size_t i = 0; i < blocks.size(); ++i) {
         std::vector<std::string> present;
         for (std::size_t variable = 0; variable < variables.size(); ++variable) {
-            if (original->hasVariable(blocks[i].id, static_cast<int>(variables.size()), variable))
+            if (original->hasVariable(blocks[i].id, static_cast<int>(variables.size()), variable)) {
                 present.push_back(variables[variable]);
+            }
         }
         std::multiset<std::string> found;
         ASSERT_NO_FATAL_FAILURE(compareResults(*geometries[i], EX_ELEM_BLOCK, blocks[i].id,
@@ -347,8 +362,9 @@ TEST_P(ImportRoundTrip, StepsKeepTheirTimesToTheLastDigit) {
     std::set<std::string> seen;
     for (const auto* geometry : geometries) {
         for (const auto& dataset : geometry->geometry()->datasets) {
-            if (dataset.step.empty())
+            if (dataset.step.empty()) {
                 continue;
+            }
             const auto step = std::stoul(dataset.step.substr(5)) - 1;
             ASSERT_LT(step, times.size());
             const auto& attributes = saved->attributes(dataset);
@@ -371,8 +387,9 @@ class ImportedFile : public testing::Test {
 protected:
     void import(const std::string& name) {
         const auto path = (fs::path(DataFolder) / name).string();
-        if (!fs::exists(path))
+        if (!fs::exists(path)) {
             GTEST_SKIP() << path << " is not there";
+        }
         run = runImport({path, folder.path("out.mox")});
         ASSERT_EQ(run.exitCode, 0) << run.messages;
         saved = std::make_unique<ReadBack>(folder.path("out.mox"));
@@ -382,8 +399,9 @@ protected:
     std::map<std::string, std::uint32_t> results(std::size_t geometry, const std::string& step) const {
         std::map<std::string, std::uint32_t> found;
         for (const auto& dataset : saved->geometries().at(geometry)->geometry()->datasets) {
-            if (dataset.step == step)
+            if (dataset.step == step) {
                 found[dataset.name] = dataset.variableType;
+            }
         }
         return found;
     }
@@ -406,8 +424,9 @@ using Components = std::vector<std::string>;
 
 TEST_F(ImportedFile, EightBlocksHaveGatheredResults) {
     import("8-block.g");
-    if (IsSkipped())
+    if (IsSkipped()) {
         return;
+    }
     EXPECT_EQ(results(7, "Step 11"), (Results{{"Displacement", 13},
                                               {"accel", 13},
                                               {"force", 13},
@@ -425,8 +444,9 @@ TEST_F(ImportedFile, EightBlocksHaveGatheredResults) {
 
 TEST_F(ImportedFile, ModeShapesAreMarkedAndHaveSixColumns) {
     import("mode_solid_shell_bar.exo");
-    if (IsSkipped())
+    if (IsSkipped()) {
         return;
+    }
     EXPECT_EQ(results(0, "Step 2"), (Results{{"Displacement", 14}}));
     EXPECT_EQ(components("Displacement", "Step 2"),
               (Components{"DispX", "DispY", "DispZ", "RotX", "RotY", "RotZ"}));
@@ -439,8 +459,9 @@ TEST_F(ImportedFile, ModeShapesAreMarkedAndHaveSixColumns) {
 
 TEST_F(ImportedFile, IncompleteTensorsStaySingle) {
     import("seismic_force_test_z_out.e");
-    if (IsSkipped())
+    if (IsSkipped()) {
         return;
+    }
     EXPECT_EQ(results(0, "Step 27"), (Results{{"accel", 13},
                                               {"Displacement", 13},
                                               {"vel", 13},
@@ -452,8 +473,9 @@ TEST_F(ImportedFile, IncompleteTensorsStaySingle) {
 
 TEST_F(ImportedFile, IntegrationPointsHaveDatasetsOfTheirOwn) {
     import("exomerge_unit_test.e");
-    if (IsSkipped())
+    if (IsSkipped()) {
         return;
+    }
     const auto second = results(1, "Step 5");
     EXPECT_EQ(second.at("Displacement"), 13U);
     EXPECT_EQ(second.at("residual"), 13U);
@@ -472,8 +494,9 @@ TEST_F(ImportedFile, IntegrationPointsHaveDatasetsOfTheirOwn) {
 
 TEST_F(ImportedFile, WhatIsNotTakenIsCountedAndNamed) {
     import("exomerge_unit_test.e");
-    if (IsSkipped())
+    if (IsSkipped()) {
         return;
+    }
     EXPECT_TRUE(run.says("not taken: side sets: 8 (surface_1, surface_2, "));
     EXPECT_TRUE(run.says("not taken: node sets: 12 (surface_1_n, "));
     EXPECT_TRUE(run.says("not taken: node set variables: 1 (normal_pressure)"));
@@ -483,8 +506,9 @@ TEST_F(ImportedFile, WhatIsNotTakenIsCountedAndNamed) {
 
 TEST_F(ImportedFile, ProgramOfTheFirstQaRecordIsTheSource) {
     import("exomerge_unit_test.e");
-    if (IsSkipped())
+    if (IsSkipped()) {
         return;
+    }
     const auto& attributes = saved->model().root().group()->attributes;
     EXPECT_EQ(textOf(attributes, "Source Program"), "SolidMechanics");
     EXPECT_EQ(textOf(attributes, "Source Version"), "4.25.7-189-gaf97c7f3");
@@ -495,8 +519,9 @@ TEST_F(ImportedFile, ProgramOfTheFirstQaRecordIsTheSource) {
 
 TEST_F(ImportedFile, AssembliesAreToldThoughTheLibraryDoesNotKnowThem) {
     import("test-assembly.exo");
-    if (IsSkipped())
+    if (IsSkipped()) {
         return;
+    }
     EXPECT_EQ(saved->geometries().size(), 7U);
     EXPECT_TRUE(run.says("not taken: assemblies: 6 (Root, Child2, Child3, Child4, NewAssembly, FromPython)"));
     EXPECT_TRUE(run.says("Momentum_X, Momentum_Y, Momentum_Z, Kinetic_Energy"));

@@ -20,8 +20,9 @@ std::string contentOf(const std::string& path) {
 
 std::string replaced(std::string text, const std::string& old, const std::string& with) {
     const auto place = text.find(old);
-    if (place == std::string::npos)
+    if (place == std::string::npos) {
         throw std::runtime_error("nothing to replace");
+    }
     return text.replace(place, old.size(), with);
 }
 
@@ -133,8 +134,9 @@ protected:
 class ImportRealGmsh : public ImportGmsh {
 protected:
     void SetUp() override {
-        if (!std::filesystem::exists(RealFile))
+        if (!std::filesystem::exists(RealFile)) {
             GTEST_SKIP() << "there is no " << RealFile;
+        }
     }
 
     void readThroughLibrary(const std::string& path) {
@@ -150,10 +152,11 @@ protected:
         gmsh::model::mesh::getElements(types, tags, nodes);
         for (std::size_t type = 0; type < types.size(); ++type) {
             const auto width = nodes[type].size() / tags[type].size();
-            for (std::size_t i = 0; i < tags[type].size(); ++i)
+            for (std::size_t i = 0; i < tags[type].size(); ++i) {
                 elements[tags[type][i]] = {nodes[type].begin() + static_cast<std::ptrdiff_t>(width * i),
                                            nodes[type].begin() +
                                                static_cast<std::ptrdiff_t>(width * (i + 1))};
+            }
         }
         gmsh::finalize();
     }
@@ -163,16 +166,19 @@ protected:
         ASSERT_EQ(ids.size(), nodeTags.size());
         const auto numbers = floats(0, "Coordinates");
         std::map<std::size_t, std::size_t> rows;
-        for (std::size_t row = 0; row < ids.size(); ++row)
+        for (std::size_t row = 0; row < ids.size(); ++row) {
             rows[ids[row]] = row;
+        }
         for (std::size_t node = 0; node < nodeTags.size(); ++node) {
-            for (std::size_t axis = 0; axis < 3; ++axis)
+            for (std::size_t axis = 0; axis < 3; ++axis) {
                 ASSERT_EQ(std::bit_cast<std::uint32_t>(numbers[3 * rows.at(nodeTags[node]) + axis]),
                           std::bit_cast<std::uint32_t>(static_cast<float>(coordinates[3 * node + axis])));
+            }
         }
         std::set<std::uint32_t> found;
-        for (std::size_t shape = 0; shape < saved->geometries().size(); ++shape)
+        for (std::size_t shape = 0; shape < saved->geometries().size(); ++shape) {
             ASSERT_NO_FATAL_FAILURE(compareShape(shape, ids, found));
+        }
         EXPECT_EQ(found.size(), elements.size());
     }
 
@@ -185,8 +191,9 @@ protected:
         for (std::size_t i = 0; i < ids.size(); ++i) {
             const auto& expected = elements.at(ids[i]);
             ASSERT_EQ(lengths[i], expected.size());
-            for (std::size_t node = 0; node < expected.size(); ++node)
+            for (std::size_t node = 0; node < expected.size(); ++node) {
                 ASSERT_EQ(nodeIds.at(connectivity.at(first + node)), expected[node]);
+            }
             first += expected.size();
             found.insert(ids[i]);
         }
@@ -244,8 +251,10 @@ TEST_F(ImportRealGmsh, ShapesAreThePhysicalGroups) {
 TEST_F(ImportRealGmsh, FileCutOffAnywhereIsRefused) {
     for (const auto& path : {RealFile, converted(RealFile, 2.2, true), converted(RealFile, 4.1, true)}) {
         const auto whole = contentOf(path);
-        for (const auto size : {whole.size() / 100, whole.size() / 3, whole.size() * 2 / 3, whole.size() - 5})
+        for (const auto size :
+             {whole.size() / 100, whole.size() / 3, whole.size() * 2 / 3, whole.size() - 5}) {
             expectRefused(folder.write("cut.msh", whole.substr(0, size)), "damaged: $");
+        }
         std::filesystem::remove(folder.path("cut.msh"));
     }
 }
@@ -313,6 +322,7 @@ TEST_F(ImportGmsh, DamagedFilesAreRefusedBeforeTheLibraryStumbles) {
         {replaced(Plate, "2.2 0 8", "9.9 0 8"), "damaged, or not as Gmsh wants it ("},
         {"$MeshFormat\n2.2 0 8\n$EndMeshFormat\n", "has no elements\n"},
     };
-    for (const auto& [content, reason] : damages)
+    for (const auto& [content, reason] : damages) {
         expectRefused(write(content), reason);
+    }
 }

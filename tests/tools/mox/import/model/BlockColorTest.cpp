@@ -16,8 +16,9 @@ TEST(BlockColor, FirstBlockIsRed) {
 
 TEST(BlockColor, HundredBlocksHaveHundredColours) {
     for (std::size_t i = 0; i < 100; ++i) {
-        for (std::size_t k = 0; k < i; ++k)
+        for (std::size_t k = 0; k < i; ++k) {
             EXPECT_NE(blockColor(i), blockColor(k)) << i << " and " << k;
+        }
     }
 }
 
@@ -26,8 +27,9 @@ TEST(BlockColor, NeighboursDifferClearly) {
         const auto first = blockColor(i);
         const auto second = blockColor(i + 1);
         float distance = 0;
-        for (std::size_t c = 0; c < 3; ++c)
+        for (std::size_t c = 0; c < 3; ++c) {
             distance += std::abs(first[c] - second[c]);
+        }
         EXPECT_GT(distance, 0.5F) << i;
     }
 }

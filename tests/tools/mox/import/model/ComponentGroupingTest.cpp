@@ -12,8 +12,9 @@ static bool operator==(const VariableGroup& left, const VariableGroup& right) {
 
 static std::ostream& operator<<(std::ostream& stream, const VariableGroup& group) {
     stream << group.name << " kind " << static_cast<int>(group.kind) << ":";
-    for (const auto variable : group.variables)
+    for (const auto variable : group.variables) {
         stream << " " << variable;
+    }
     return stream;
 }
 

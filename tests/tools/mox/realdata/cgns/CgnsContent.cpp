@@ -23,8 +23,9 @@ const std::map<CGNS_ENUMT(ElementType_t), int> VtkCells = {
 };
 
 void require(int status) {
-    if (status != CG_OK)
+    if (status != CG_OK) {
         throw std::runtime_error(cg_get_error());
+    }
 }
 
 class CgnsReading {
@@ -43,10 +44,12 @@ public:
         readTimes();
         int zones = 0;
         require(cg_nzones(file, 1, &zones));
-        for (zone = 1; zone <= zones; ++zone)
+        for (zone = 1; zone <= zones; ++zone) {
             readZone();
-        for (std::size_t i = 0; i < content.blocks.size(); ++i)
+        }
+        for (std::size_t i = 0; i < content.blocks.size(); ++i) {
             content.blocks[i].id = static_cast<std::int64_t>(i) + 1;
+        }
         return content;
     }
 
@@ -54,13 +57,15 @@ private:
     void readTimes() {
         Name name{};
         int steps = 0;
-        if (cg_biter_read(file, 1, name.data(), &steps) != CG_OK)
+        if (cg_biter_read(file, 1, name.data(), &steps) != CG_OK) {
             return;
+        }
         Numbers times(static_cast<std::size_t>(steps));
         require(cg_goto(file, 1, "BaseIterativeData_t", 1, "end"));
         require(cg_array_read_as(arrayHere("TimeValues"), CGNS_ENUMV(RealDouble), times.data()));
-        for (std::size_t step = 0; step < times.size(); ++step)
+        for (std::size_t step = 0; step < times.size(); ++step) {
             content.steps.push_back({"Step " + std::to_string(step + 1), times[step]});
+        }
     }
 
     // The number of an array below the node that was gone to; 0 if there is none.
@@ -73,8 +78,9 @@ private:
             int dimension = 0;
             std::array<cgsize_t, 12> extents{};
             require(cg_array_info(number, name.data(), &type, &dimension, extents.data()));
-            if (wanted == name.data())
+            if (wanted == name.data()) {
                 return number;
+            }
         }
         return 0;
     }
@@ -89,12 +95,14 @@ private:
         zoneBlocks.clear();
         firstNode = static_cast<std::int64_t>(content.nodeIds.size());
         readVertices();
-        if (isStructured)
+        if (isStructured) {
             addCells();
+        }
         int sections = 0;
         require(cg_nsections(file, 1, zone, &sections));
-        for (int section = 1; section <= sections; ++section)
+        for (int section = 1; section <= sections; ++section) {
             readSection(section);
+        }
         readSolutions();
     }
 
@@ -119,12 +127,14 @@ private:
             Numbers values(count);
             require(cg_coord_read(file, 1, zone, name, CGNS_ENUMV(RealDouble), first.data(), last.data(),
                                   values.data()));
-            for (std::size_t vertex = 0; vertex < count; ++vertex)
+            for (std::size_t vertex = 0; vertex < count; ++vertex) {
                 content.points[content.points.size() - 3 * (count - vertex) + axis] = values[vertex];
+            }
             ++axis;
         }
-        for (std::size_t vertex = 1; vertex <= count; ++vertex)
+        for (std::size_t vertex = 1; vertex <= count; ++vertex) {
             content.nodeIds.push_back(static_cast<std::int64_t>(vertex));
+        }
         content.zones.push_back(count);
     }
 
@@ -137,14 +147,16 @@ private:
             for (cgsize_t j = 0; j < sizes[4]; ++j) {
                 for (cgsize_t i = 0; i < sizes[3]; ++i) {
                     const auto corner = k * layer + j * width + i + 1;
-                    for (const auto lowest : {corner, corner + layer})
+                    for (const auto lowest : {corner, corner + layer}) {
                         nodes.insert(nodes.end(), {lowest, lowest + 1, lowest + width + 1, lowest + width});
+                    }
                 }
             }
         }
         auto& block = addBlock("Cells", CGNS_ENUMV(HEXA_8));
-        for (std::size_t first = 0; first < nodes.size(); first += 8)
+        for (std::size_t first = 0; first < nodes.size(); first += 8) {
             addElement(block, static_cast<std::int64_t>(first / 8 + 1), &nodes[first], 8);
+        }
     }
 
     BlockContent& addBlock(const std::string& name, CGNS_ENUMT(ElementType_t) type) {
@@ -161,8 +173,9 @@ private:
     void addElement(BlockContent& block, std::int64_t id, const cgsize_t* nodes, std::int64_t count) const {
         block.elementIds.push_back(id);
         block.lengths.push_back(count);
-        for (std::int64_t node = 0; node < count; ++node)
+        for (std::int64_t node = 0; node < count; ++node) {
             block.nodes.push_back(firstNode + nodes[node] - 1);
+        }
     }
 
     void readSection(int section) {
@@ -182,20 +195,23 @@ private:
             require(cg_poly_elements_read(file, 1, zone, section, data.data(), offsets.data(), nullptr));
         } else {
             require(cg_elements_read(file, 1, zone, section, data.data(), nullptr));
-            for (std::size_t i = 0; i < offsets.size(); ++i)
+            for (std::size_t i = 0; i < offsets.size(); ++i) {
                 offsets[i] = static_cast<cgsize_t>(i * data.size() / (offsets.size() - 1));
+            }
         }
-        if (type == CGNS_ENUMV(MIXED))
+        if (type == CGNS_ENUMV(MIXED)) {
             addMixed(name.data(), first, data, offsets);
-        else
+        } else {
             addUniform(addBlock(name.data(), type), first, data, offsets);
+        }
     }
 
     void addUniform(BlockContent& block, cgsize_t first, const std::vector<cgsize_t>& data,
                     const std::vector<cgsize_t>& offsets) const {
-        for (std::size_t i = 0; i + 1 < offsets.size(); ++i)
+        for (std::size_t i = 0; i + 1 < offsets.size(); ++i) {
             addElement(block, first + static_cast<std::int64_t>(i),
                        &data[static_cast<std::size_t>(offsets[i])], offsets[i + 1] - offsets[i]);
+        }
     }
 
     // A block for each type, in the order of the library's numbers for them.
@@ -205,16 +221,18 @@ private:
             return static_cast<CGNS_ENUMT(ElementType_t)>(data[static_cast<std::size_t>(offsets[element])]);
         };
         std::set<CGNS_ENUMT(ElementType_t)> types;
-        for (std::size_t i = 0; i + 1 < offsets.size(); ++i)
+        for (std::size_t i = 0; i + 1 < offsets.size(); ++i) {
             types.insert(typeOf(i));
+        }
         for (const auto type : types) {
             auto& block =
                 addBlock(types.size() == 1 ? name : name + " (" + cg_ElementTypeName(type) + ")", type);
             for (std::size_t i = 0; i + 1 < offsets.size(); ++i) {
-                if (typeOf(i) == type)
+                if (typeOf(i) == type) {
                     addElement(block, first + static_cast<std::int64_t>(i),
                                &data[static_cast<std::size_t>(offsets[i]) + 1],
                                offsets[i + 1] - offsets[i] - 1);
+                }
             }
         }
     }
@@ -230,21 +248,24 @@ private:
             require(cg_sol_info(file, 1, zone, solution, name.data(), &location));
             const auto steps = pointed.find(name.data());
             const bool isStatic = steps == pointed.end();
-            for (const auto step : isStatic ? std::set<std::size_t>{0} : steps->second)
+            for (const auto step : isStatic ? std::set<std::size_t>{0} : steps->second) {
                 readFields(solution, location, step, isStatic);
+            }
         }
     }
 
     std::map<std::string, std::set<std::size_t>> pointedSolutions() const {
         std::map<std::string, std::set<std::size_t>> steps;
         Name name{};
-        if (cg_ziter_read(file, 1, zone, name.data()) != CG_OK)
+        if (cg_ziter_read(file, 1, zone, name.data()) != CG_OK) {
             return steps;
+        }
         require(cg_goto(file, 1, "Zone_t", zone, "ZoneIterativeData_t", 1, "end"));
         for (const auto* array : {"FlowSolutionPointers", "CellSolutionPointers"}) {
             const int number = arrayHere(array);
-            if (number == 0)
+            if (number == 0) {
                 continue;
+            }
             std::string texts(32 * content.steps.size(), ' ');
             require(cg_array_read(number, texts.data()));
             for (std::size_t step = 0; step < content.steps.size(); ++step) {
@@ -268,17 +289,19 @@ private:
             require(cg_field_read(file, 1, zone, solution, name.data(), CGNS_ENUMV(RealDouble), first.data(),
                                   last.data(), values.data()));
             auto& variable = variableOf(location == CGNS_ENUMV(Vertex), name.data(), isStatic);
-            if (variable.isNodal)
+            if (variable.isNodal) {
                 variable.values[{step, content.zones.size() - 1}] = values;
-            else
+            } else {
                 addCellValues(variable, step, values);
+            }
         }
     }
 
     VariableContent& variableOf(bool isNodal, const std::string& name, bool isStatic) {
         for (auto& variable : content.variables) {
-            if (variable.isNodal == isNodal && variable.name == name)
+            if (variable.isNodal == isNodal && variable.name == name) {
                 return variable;
+            }
         }
         content.variables.push_back({isNodal, name, isStatic, {}});
         return content.variables.back();
@@ -288,18 +311,22 @@ private:
     void addCellValues(VariableContent& variable, std::size_t step, const Numbers& values) const {
         std::map<std::int64_t, double> valueOf;
         for (const auto block : cellBlocks()) {
-            for (const auto id : content.blocks[block].elementIds)
+            for (const auto id : content.blocks[block].elementIds) {
                 valueOf[id] = 0;
+            }
         }
-        if (valueOf.size() != values.size())
+        if (valueOf.size() != values.size()) {
             throw std::runtime_error("the cells are not the elements");
+        }
         auto next = values.begin();
-        for (auto& [id, value] : valueOf)
+        for (auto& [id, value] : valueOf) {
             value = *next++;
+        }
         for (const auto block : cellBlocks()) {
             auto& target = variable.values[{step, block}];
-            for (const auto id : content.blocks[block].elementIds)
+            for (const auto id : content.blocks[block].elementIds) {
                 target.push_back(valueOf.at(id));
+            }
         }
     }
 

@@ -9,8 +9,9 @@ namespace {
 // Numbers that no float holds exactly.
 Numbers numbers(std::size_t count, double first) {
     Numbers result(count);
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         result[i] = first + 0.1 * static_cast<double>(i);
+    }
     return result;
 }
 
@@ -47,12 +48,14 @@ void writeSolids(SmallCgnsFile& file) {
 
 void writeStep(SmallCgnsFile& file, const std::string& step, double first) {
     file.solution("Vertices" + step, CGNS_ENUMV(Vertex));
-    for (const auto* name : {"Temperature", "VelocityX", "VelocityY", "VelocityZ"})
+    for (const auto* name : {"Temperature", "VelocityX", "VelocityY", "VelocityZ"}) {
         file.field(name, numbers(85, first += 100));
+    }
     file.solution("Cells" + step, CGNS_ENUMV(CellCenter));
     for (const auto* name :
-         {"Density", "StressXX", "StressXY", "StressYY", "StressYZ", "StressZX", "StressZZ"})
+         {"Density", "StressXX", "StressXY", "StressYY", "StressYZ", "StressZX", "StressZZ"}) {
         file.field(name, numbers(8, first += 100));
+    }
 }
 
 // A structured zone of two cells, with results in the second step alone and two without a step, one of which
@@ -86,8 +89,9 @@ std::string writeTwoZones(const Support::TemporaryFolder& folder) {
 // No CGNS file at hand has results to gather.
 ModelContent readRealFile(const std::string& path) {
     auto content = readCgns(path);
-    if (content.variables.empty())
+    if (content.variables.empty()) {
         content.gathered.emplace();
+    }
     return content;
 }
 

@@ -23,8 +23,9 @@ GatheredContent tensorOf(const std::string& base, const std::string& end = "") {
 Gathered gatheredInUnitTest() {
     Gathered gathered = {vectorOf("Displacement", "disp_"), vectorOf("residual", "residual_"),
                          tensorOf("stress"), tensorOf("unrotated_stress")};
-    for (int point = 1; point <= 9; ++point)
+    for (int point = 1; point <= 9; ++point) {
         gathered.push_back(tensorOf("unrotated_stress", "_" + std::to_string(point)));
+    }
     return gathered;
 }
 
@@ -54,13 +55,15 @@ ModelContent readOriginal(const std::string& path) {
         content.globals.clear();
     }
     if (content.variables.empty()) {
-        for (const auto& step : content.steps)
+        for (const auto& step : content.steps) {
             content.bareTimes.push_back(step.time);
+        }
         content.steps.clear();
     }
     const auto known = GatheredByFile.find(std::filesystem::path(path).filename().string());
-    if (known != GatheredByFile.end())
+    if (known != GatheredByFile.end()) {
         content.gathered = known->second;
+    }
     return content;
 }
 
@@ -82,11 +85,13 @@ std::string writePlane(const Support::TemporaryFolder& folder) {
     SmallExodusFile::require(ex_put_truth_table(file.handle(), EX_ELEM_BLOCK, 3, 3, table.data()));
     for (int step = 1; step <= 2; ++step) {
         file.time(step, 0.1 * step);
-        for (int variable = 1; variable <= 3; ++variable)
+        for (int variable = 1; variable <= 3; ++variable) {
             file.values(step, EX_NODAL, variable, 1, Numbers(9, variable + 0.1 * step));
+        }
         file.values(step, EX_ELEM_BLOCK, 1, 7, {70.1 * step});
-        for (int variable = 1; variable <= 3; ++variable)
+        for (int variable = 1; variable <= 3; ++variable) {
             file.values(step, EX_ELEM_BLOCK, variable, 30, {variable + 0.7 * step});
+        }
     }
     return folder.path("plane.e");
 }

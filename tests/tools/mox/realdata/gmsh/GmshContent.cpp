@@ -57,8 +57,9 @@ private:
         Numbers coordinates;
         Numbers parameters;
         gmsh::model::mesh::getNodes(tags, coordinates, parameters);
-        for (std::size_t node = 0; node < tags.size(); ++node)
+        for (std::size_t node = 0; node < tags.size(); ++node) {
             places[tags[node]] = node;
+        }
         for (auto& [tag, place] : places) {
             content.nodeIds.push_back(static_cast<std::int64_t>(tag));
             content.points.insert(content.points.end(), coordinates.begin() + 3 * static_cast<int>(place),
@@ -80,13 +81,15 @@ private:
             std::sort(physical.begin(), physical.end());
             const bool isNew =
                 physical.empty() || known.emplace(std::pair(dimension, physical), groups.size()).second;
-            if (isNew)
+            if (isNew) {
                 groups.push_back({dimension, {nameOf(dimension, tag, physical), {}}});
+            }
             auto& group = isNew ? groups.back() : groups[known.at({dimension, physical})];
             group.second.entities.push_back(tag);
         }
-        for (const auto& [dimension, group] : groups)
+        for (const auto& [dimension, group] : groups) {
             addGroup(dimension, group);
+        }
     }
 
     static std::string nameOf(int dimension, int tag, const std::vector<int>& physical) {
@@ -110,8 +113,9 @@ private:
             std::vector<Tags> elements;
             std::vector<Tags> nodes;
             gmsh::model::mesh::getElements(types, elements, nodes, dimension, entity);
-            for (std::size_t i = 0; i < types.size(); ++i)
+            for (std::size_t i = 0; i < types.size(); ++i) {
                 addElements(elements[i], nodes[i], blocks[types[i]]);
+            }
         }
         for (auto& [type, block] : blocks) {
             block.id = static_cast<std::int64_t>(content.blocks.size()) + 1;
@@ -126,8 +130,9 @@ private:
         block.elementIds.insert(block.elementIds.end(), elements.begin(), elements.end());
         block.lengths.insert(block.lengths.end(), elements.size(),
                              static_cast<std::int64_t>(nodes.size() / elements.size()));
-        for (const auto node : nodes)
+        for (const auto node : nodes) {
             block.nodes.push_back(static_cast<std::int64_t>(places.at(node)));
+        }
     }
 
     static std::string typeName(int type) {
@@ -146,14 +151,16 @@ private:
         for (const auto tag : tags) {
             for (int step = 0; step < stepsOf(tag); ++step) {
                 const auto data = readStep(tag, step);
-                if (!data.tags.empty())
+                if (!data.tags.empty()) {
                     views[{step, data.time}].push_back(tag);
+                }
             }
         }
         for (const auto& [step, viewsOfStep] : views) {
             content.steps.push_back({"Step " + std::to_string(content.steps.size() + 1), step.second});
-            for (const auto view : viewsOfStep)
+            for (const auto view : viewsOfStep) {
                 addView(view, step.first);
+            }
         }
     }
 
@@ -187,20 +194,24 @@ private:
         const auto data = readStep(view, step);
         for (const auto& [end, place] : Components.at(data.components)) {
             std::map<std::size_t, double> valueOf;
-            for (std::size_t i = 0; i < data.tags.size(); ++i)
+            for (std::size_t i = 0; i < data.tags.size(); ++i) {
                 valueOf[data.tags[i]] = data.values[i].at(place);
+            }
             auto& variable = variableOf(data.kind == "NodeData", name + end);
-            if (variable.isNodal)
+            if (variable.isNodal) {
                 addValues(variable, 0, content.nodeIds, valueOf);
-            for (std::size_t block = 0; !variable.isNodal && block < content.blocks.size(); ++block)
+            }
+            for (std::size_t block = 0; !variable.isNodal && block < content.blocks.size(); ++block) {
                 addValues(variable, block, content.blocks[block].elementIds, valueOf);
+            }
         }
     }
 
     VariableContent& variableOf(bool isNodal, const std::string& name) {
         for (auto& variable : content.variables) {
-            if (variable.isNodal == isNodal && variable.name == name)
+            if (variable.isNodal == isNodal && variable.name == name) {
                 return variable;
+            }
         }
         content.variables.push_back({isNodal, name, false, {}});
         return content.variables.back();
@@ -213,13 +224,15 @@ private:
         bool hasAny = false;
         for (std::size_t i = 0; i < ids.size(); ++i) {
             const auto found = valueOf.find(static_cast<std::size_t>(ids[i]));
-            if (found == valueOf.end())
+            if (found == valueOf.end()) {
                 continue;
+            }
             values[i] = found->second;
             hasAny = true;
         }
-        if (hasAny)
+        if (hasAny) {
             variable.values[{content.steps.size() - 1, target}] = values;
+        }
     }
 
     std::map<std::size_t, std::size_t> places; // of nodes by their tags

@@ -22,8 +22,9 @@ const std::vector<Element> Elements = {{15, 1, 0, 4},  {8, 3, 0, 3},   {10, 9, 6
 
 int nodeCount() {
     int count = 0;
-    for (const auto& element : Elements)
+    for (const auto& element : Elements) {
         count += element.nodes;
+    }
     return count;
 }
 
@@ -42,15 +43,17 @@ std::string meshText() {
     text << "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$PhysicalNames\n2\n3 5 \"solids\"\n2 6 \"skin\"\n"
          << "$EndPhysicalNames\n$Nodes\n"
          << nodeCount() << '\n';
-    for (int node = 0; node < nodeCount(); ++node)
+    for (int node = 0; node < nodeCount(); ++node) {
         text << nodeTag(node) << ' ' << 0.1 * node << ' ' << -0.3 * node << ' ' << 7.7 * node << '\n';
+    }
     text << "$EndNodes\n$Elements\n" << Elements.size() << '\n';
     int next = 0;
     for (std::size_t i = 0; i < Elements.size(); ++i) {
         const auto& element = Elements[i];
         text << elementTag(i) << ' ' << element.type << " 2 " << element.group << ' ' << element.entity;
-        for (int node = 0; node < element.nodes; ++node)
+        for (int node = 0; node < element.nodes; ++node) {
             text << ' ' << nodeTag(next++);
+        }
         text << '\n';
     }
     text << "$EndElements\n";
@@ -66,16 +69,18 @@ std::string viewText(const std::string& section, const std::string& name, int st
          << step << '\n'
          << components << '\n'
          << values.size() << '\n';
-    for (const auto& [tag, numbers] : values)
+    for (const auto& [tag, numbers] : values) {
         text << tag << ' ' << numbers << '\n';
+    }
     text << "$End" << section << '\n';
     return text.str();
 }
 
 std::string onAllNodes(int step, double time) {
     std::vector<std::pair<int, std::string>> values;
-    for (int node = 0; node < nodeCount(); ++node)
+    for (int node = 0; node < nodeCount(); ++node) {
         values.emplace_back(nodeTag(node), std::to_string(node + time));
+    }
     return viewText("NodeData", "heat", step, time, values, 1);
 }
 
@@ -97,8 +102,9 @@ std::string writeSolids(const Support::TemporaryFolder& folder) {
 // No Gmsh file at hand has results to gather.
 ModelContent readRealFile(const std::string& path) {
     auto content = readGmsh(path);
-    if (content.variables.empty())
+    if (content.variables.empty()) {
         content.gathered.emplace();
+    }
     return content;
 }
 

@@ -33,8 +33,9 @@ ElementProperties propertiesOf(int type) {
 
 int nodesOfType(int type) {
     static std::map<int, int> known;
-    if (const auto found = known.find(type); found != known.end())
+    if (const auto found = known.find(type); found != known.end()) {
         return found->second;
+    }
     try {
         return known[type] = propertiesOf(type).nodes;
     } catch (const std::string&) {
@@ -153,8 +154,9 @@ std::optional<GmshViewStep> GmshLibrary::viewStep(const GmshView& view, int step
         gmsh::view::getHomogeneousModelData(view.tag, step, result.kind, result.tags, result.values,
                                             result.time, components);
     });
-    if (result.tags.empty())
+    if (result.tags.empty()) {
         return std::nullopt;
+    }
     result.components = static_cast<std::size_t>(components);
     return result;
 }

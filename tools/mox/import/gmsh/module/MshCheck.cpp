@@ -33,21 +33,24 @@ void MshCheck::run() {
 void MshCheck::readSections() {
     for (std::string line; std::getline(file, line);) {
         line = withoutTrailingBlanks(line);
-        if (line.empty())
+        if (line.empty()) {
             continue;
-        if (!line.starts_with('$'))
+        }
+        if (!line.starts_with('$')) {
             throw std::runtime_error("something stands between two sections");
+        }
         const auto& name = sectionNames.emplace_back(line.substr(1));
-        if (name == "MeshFormat")
+        if (name == "MeshFormat") {
             readFormat();
-        else if (name == "Nodes" && isVersion2())
+        } else if (name == "Nodes" && isVersion2()) {
             readNodes2();
-        else if (name == "Nodes" && isVersion41())
+        } else if (name == "Nodes" && isVersion41()) {
             readNodes41();
-        else if (name == "Elements" && isVersion2())
+        } else if (name == "Elements" && isVersion2()) {
             readElements2();
-        else if (name == "Elements" && isVersion41())
+        } else if (name == "Elements" && isVersion41()) {
             readElements41();
+        }
         skipTo("$End" + name);
     }
 }
@@ -59,13 +62,16 @@ void MshCheck::readFormat() {
     std::getline(file, line);
     std::istringstream words(line);
     int isBinary = 0;
-    if (!(words >> formatVersion >> isBinary))
+    if (!(words >> formatVersion >> isBinary)) {
         throw std::runtime_error("it has no version");
-    if (isBinary == 0)
+    }
+    if (isBinary == 0) {
         return;
+    }
     form = MshNumbers::Form::Bytes;
-    if (numbers().next<int>() != 1)
+    if (numbers().next<int>() != 1) {
         form = MshNumbers::Form::SwappedBytes;
+    }
 }
 
 // Numbers that were read are followed by the rest of their line; else there is a whole section to pass.
@@ -73,10 +79,12 @@ void MshCheck::skipTo(const std::string& end) {
     const bool hasRead = end == "$EndNodes" || end == "$EndElements" ? isVersion2() || isVersion41() : false;
     for (std::string line; std::getline(file, line);) {
         line = withoutTrailingBlanks(line);
-        if (line == end)
+        if (line == end) {
             return;
-        if (hasRead && !line.empty())
+        }
+        if (hasRead && !line.empty()) {
             throw std::runtime_error("it holds more than it says");
+        }
     }
     throw std::runtime_error("cut off, since its end is missing");
 }
@@ -91,8 +99,9 @@ std::size_t MshCheck::countLine() {
     std::getline(file, line);
     std::istringstream words(line);
     std::size_t count = 0;
-    if (!(words >> count))
+    if (!(words >> count)) {
         throw std::runtime_error("its count is missing");
+    }
     return count;
 }
 
@@ -109,25 +118,29 @@ void MshCheck::readNodes2() {
 void MshCheck::readElements2() {
     const auto count = countLine();
     auto source = numbers();
-    for (std::size_t done = 0; done < count;)
+    for (std::size_t done = 0; done < count;) {
         done += readElementBlock2(source);
+    }
 }
 
 // Words have each element's type and number of tags behind its own number, bytes have them once for a whole
 // block. Gives the number of elements.
 std::size_t MshCheck::readElementBlock2(MshNumbers& source) {
     const bool isSingle = source.areWords();
-    if (isSingle)
+    if (isSingle) {
         source.next<int>();
+    }
     const auto nodes = nodesOf(source.next<int>());
     const auto elements = isSingle ? 1 : source.next<int>();
     const auto tags = source.next<int>();
-    if (elements < 1 || tags < 0)
+    if (elements < 1 || tags < 0) {
         throw std::runtime_error("a block of elements has a wrong size");
+    }
     for (int element = 0; element < elements; ++element) {
         source.skip<int>(static_cast<std::size_t>(tags) + (isSingle ? 0 : 1));
-        for (std::size_t node = 0; node < nodes; ++node)
+        for (std::size_t node = 0; node < nodes; ++node) {
             checkNode(static_cast<std::uint64_t>(source.next<int>()));
+        }
     }
     return static_cast<std::size_t>(elements);
 }
@@ -141,16 +154,20 @@ void MshCheck::readNodes41() {
         const auto dimension = source.next<int>();
         source.next<int>();
         const auto parameters = source.next<int>() != 0 ? dimension : 0;
-        if (dimension < 0 || dimension > 3)
+        if (dimension < 0 || dimension > 3) {
             throw std::runtime_error("a block of nodes has a wrong dimension");
+        }
         const auto nodes = source.next<std::size_t>();
-        for (std::size_t node = 0; node < nodes; ++node)
+        for (std::size_t node = 0; node < nodes; ++node) {
             addNode(source.next<std::size_t>());
-        for (std::size_t node = 0; node < nodes; ++node)
+        }
+        for (std::size_t node = 0; node < nodes; ++node) {
             source.skip<double>(3 + static_cast<std::size_t>(parameters));
+        }
     }
-    if (nodeTags.size() != count)
+    if (nodeTags.size() != count) {
         throw std::runtime_error(fmt::format("it holds {} nodes instead of {}", nodeTags.size(), count));
+    }
     finishNodes();
 }
 
@@ -166,37 +183,43 @@ void MshCheck::readElements41() {
         const auto elements = source.next<std::size_t>();
         for (std::size_t element = 0; element < elements; ++element) {
             source.next<std::size_t>();
-            for (std::size_t node = 0; node < nodes; ++node)
+            for (std::size_t node = 0; node < nodes; ++node) {
                 checkNode(source.next<std::size_t>());
+            }
         }
         done += elements;
     }
-    if (done != count)
+    if (done != count) {
         throw std::runtime_error(fmt::format("it holds {} elements instead of {}", done, count));
+    }
 }
 
 void MshCheck::addNode(std::uint64_t tag) {
-    if (tag < 1 || tag > INT32_MAX)
+    if (tag < 1 || tag > INT32_MAX) {
         throw std::runtime_error("a node has a wrong number");
+    }
     nodeTags.push_back(tag);
 }
 
 void MshCheck::finishNodes() {
     std::sort(nodeTags.begin(), nodeTags.end());
-    if (std::adjacent_find(nodeTags.begin(), nodeTags.end()) != nodeTags.end())
+    if (std::adjacent_find(nodeTags.begin(), nodeTags.end()) != nodeTags.end()) {
         throw std::runtime_error("two nodes have the same number");
+    }
 }
 
 void MshCheck::checkNode(std::uint64_t tag) const {
-    if (!std::binary_search(nodeTags.begin(), nodeTags.end(), tag))
+    if (!std::binary_search(nodeTags.begin(), nodeTags.end(), tag)) {
         throw std::runtime_error(
             fmt::format("an element refers to node {}, which is not there", static_cast<std::int64_t>(tag)));
+    }
 }
 
 std::size_t MshCheck::nodesOf(int type) const {
     const int nodes = nodesOfType(type);
-    if (nodes < 1)
+    if (nodes < 1) {
         throw std::runtime_error(fmt::format("elements of the unknown type {}", type));
+    }
     return static_cast<std::size_t>(nodes);
 }
 

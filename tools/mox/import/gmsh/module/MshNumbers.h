@@ -27,19 +27,22 @@ public:
     template <typename Number>
     Number next() {
         Number value{};
-        if (areWords())
+        if (areWords()) {
             input >> value;
-        else
+        } else {
             value = nextBytes<Number>();
-        if (!input)
+        }
+        if (!input) {
             throw std::runtime_error("a number is missing or wrong");
+        }
         return value;
     }
 
     template <typename Number>
     void skip(std::size_t count) {
-        for (std::size_t i = 0; i < count; ++i)
+        for (std::size_t i = 0; i < count; ++i) {
             next<Number>();
+        }
     }
 
 private:
@@ -48,8 +51,9 @@ private:
         static_assert(std::is_trivially_copyable_v<Number>);
         std::array<char, sizeof(Number)> bytes{};
         input.read(bytes.data(), bytes.size());
-        if (form == Form::SwappedBytes)
+        if (form == Form::SwappedBytes) {
             std::reverse(bytes.begin(), bytes.end());
+        }
         Number value{};
         std::memcpy(&value, bytes.data(), bytes.size());
         return value;
