@@ -31,7 +31,7 @@ public:
 
     /// @throws Qel::Exception::KeyNotFound if there is no such id.
     const TreeNode<T>& GetReqNode(const unsigned int& id) const {
-        if (!contains(id)) {
+        if (!Contains(id)) {
             QEL_THROW(Qel::Exception::KeyNotFound());
         }
         return nodes_[id - RootId];
@@ -39,7 +39,7 @@ public:
 
     /// @throws Qel::Exception::KeyNotFound if no node has the current id.
     TreeNode<T>& GetCurrentNode() {
-        if (!contains(currentId_)) {
+        if (!Contains(currentId_)) {
             QEL_THROW(Qel::Exception::KeyNotFound());
         }
         return nodes_[currentId_ - RootId];
@@ -96,7 +96,7 @@ protected:
     static constexpr unsigned int RootId = 1;
 
 private:
-    bool contains(unsigned int id) const { return id >= RootId && id < nextId_; }
+    bool Contains(unsigned int id) const { return id >= RootId && id < nextId_; }
 
     // In ascending order of ids, which start at 1 and have no gaps.
     std::deque<TreeNode<T>> nodes_;

@@ -14,16 +14,16 @@ class Node;
 class ChildIndex {
 public:
     /// Must be called in ascending order of ids. The node must live as long as the index.
-    void add(unsigned int parent, unsigned int id, const Node& node);
+    void Add(unsigned int parent, unsigned int id, const Node& node);
 
     /// Undoes the add() of this id.
-    void remove(unsigned int parent, unsigned int id, const Node& node);
+    void Remove(unsigned int parent, unsigned int id, const Node& node);
 
     /// @return the id of the oldest child with this name, or 0.
-    unsigned int find(unsigned int parent, std::string_view name) const;
+    unsigned int Find(unsigned int parent, std::string_view name) const;
 
     /// @return the id of the oldest child with the probe's name, type and version, or 0.
-    unsigned int findLike(unsigned int parent, const Node& probe) const;
+    unsigned int FindLike(unsigned int parent, const Node& probe) const;
 
 private:
     struct Child {

@@ -19,7 +19,7 @@ bool isDropped(std::string_view key) {
 bool isVibration(const QelUtil::AttributeList& list) {
     const auto category = list.find("Category");
     return category != list.end() && category->second.kind == QelUtil::AttributeValue::Text &&
-           category->second.asText() == "Vibration";
+           category->second.AsText() == "Vibration";
 }
 
 } // namespace

@@ -108,19 +108,19 @@ void Tree::SetRootShape(const std::string& name) {
 void Tree::AddChildNode(std::unique_ptr<Node> payload) {
     const unsigned int parent = GetCurrentId();
     const unsigned int id = GetNextId();
-    children_.add(parent, id, *payload);
+    children_.Add(parent, id, *payload);
     try {
         AddChild();
     } catch (...) {
-        children_.remove(parent, id, *payload);
+        children_.Remove(parent, id, *payload);
         throw;
     }
     GetCurrentNode().data = payload.release();
 }
 
 template <typename NodeClass>
-void Tree::moveToOrAdd(std::unique_ptr<NodeClass> node) {
-    if (const unsigned int found = children_.findLike(GetCurrentId(), *node); found != 0) {
+void Tree::MoveToOrAdd(std::unique_ptr<NodeClass> node) {
+    if (const unsigned int found = children_.FindLike(GetCurrentId(), *node); found != 0) {
         SetCurrentId(found);
     } else {
         AddChildNode(std::move(node));
@@ -128,12 +128,12 @@ void Tree::moveToOrAdd(std::unique_ptr<NodeClass> node) {
 }
 
 void Tree::AddGroupNode(const std::string& name) {
-    moveToOrAdd(std::make_unique<Group>(name, QelUtil::AttributeList()));
+    MoveToOrAdd(std::make_unique<Group>(name, QelUtil::AttributeList()));
 }
 
 void Tree::AddShapeNode(const std::string& name) {
-    moveToOrAdd(std::make_unique<Shape>(name));
-    moveToOrAdd(std::make_unique<Geometry>(name));
+    MoveToOrAdd(std::make_unique<Shape>(name));
+    MoveToOrAdd(std::make_unique<Geometry>(name));
 }
 
 unsigned int Tree::FindNodeByPath(const std::string& path, const std::string& separator) {
@@ -154,7 +154,7 @@ unsigned int Tree::FindNodeByPath(const std::string& path, const std::string& se
             throw std::out_of_range("invalid string position");
         }
         separatorPlace = path.find(separator, start);
-        id = children_.find(id, std::string_view(path).substr(start, separatorPlace - start));
+        id = children_.Find(id, std::string_view(path).substr(start, separatorPlace - start));
     }
     return id;
 }
@@ -190,12 +190,12 @@ void Tree::SaveTree(QelTnf::TnFile& container) {
     QEL_LOG("QelMox::Tree::SaveTree", "Saving mox tree ... ");
     container.GetIndex().Put(Format::MoxTree, static_cast<int>(GetNodes().size()));
     for (const auto& node : GetNodes()) {
-        saveNode(container, node);
+        SaveNode(container, node);
     }
     QEL_LOG("QelMox::Tree::SaveTree", "Mox tree saved. ");
 }
 
-void Tree::saveNode(QelTnf::TnFile& container, const QelAdt::TreeNode<Node*>& node) {
+void Tree::SaveNode(QelTnf::TnFile& container, const QelAdt::TreeNode<Node*>& node) {
     QelTnf::Index& index = container.GetIndex();
     index.Put(Format::MoxTree, node.id);
     index.Put(Format::MoxTree, node.parent);
@@ -215,11 +215,11 @@ void Tree::saveNode(QelTnf::TnFile& container, const QelAdt::TreeNode<Node*>& no
         index.Put(Format::MoxTree, lightPosition);
     }
     if (node.data != nullptr) {
-        saveDescriptor(container, *node.data);
+        SaveDescriptor(container, *node.data);
     }
 }
 
-void Tree::saveDescriptor(QelTnf::TnFile& container, Node& payload) {
+void Tree::SaveDescriptor(QelTnf::TnFile& container, Node& payload) {
     const std::string type = payload.GetTypeName();
     if (type == Format::GroupType) {
         saveGroup(container, static_cast<const Group&>(payload));
@@ -238,7 +238,7 @@ void Tree::saveDescriptor(QelTnf::TnFile& container, Node& payload) {
 
 void Tree::SaveGlobalInfo(QelTnf::TnFile& container, const std::string& comment) {
     QEL_LOG("QelMox::Tree::SaveGlobalInfo", "Saving global information ...");
-    fillCurrentModifier(comment);
+    FillCurrentModifier(comment);
     ModifierInfos.push_back(CurrentModifier);
     container.GetIndex().Put(Format::GlobalInformation, ModifierInfos);
     container.GetIndex().Put(Format::GlobalInformation, ResultAttributesList);
@@ -246,7 +246,7 @@ void Tree::SaveGlobalInfo(QelTnf::TnFile& container, const std::string& comment)
     QEL_LOG("QelMox::Tree::SaveGlobalInfo", "Global information saved.");
 }
 
-void Tree::fillCurrentModifier(const std::string& comment) {
+void Tree::FillCurrentModifier(const std::string& comment) {
     CurrentModifier.Date = currentDate();
     CurrentModifier.FormatVersion = FileVersion;
     if (CurrentModifier.CollectHostInfo != 0) {
@@ -275,7 +275,7 @@ void Tree::WriteAttributes(QelTnf::TnFile& container, const std::string& blockNa
         } else if (value.kind == AttributeValue::Double) {
             longReals.push_back(value.longReal);
         } else if (value.kind == AttributeValue::Text) {
-            texts.emplace_back(value.asText());
+            texts.emplace_back(value.AsText());
         }
     }
     QelTnf::Index& index = container.GetIndex();

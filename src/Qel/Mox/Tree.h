@@ -81,10 +81,10 @@ public:
 
 private:
     template <typename NodeClass>
-    void moveToOrAdd(std::unique_ptr<NodeClass> node);
-    void saveNode(QelTnf::TnFile& container, const QelAdt::TreeNode<Node*>& node);
-    static void saveDescriptor(QelTnf::TnFile& container, Node& payload);
-    void fillCurrentModifier(const std::string& comment);
+    void MoveToOrAdd(std::unique_ptr<NodeClass> node);
+    void SaveNode(QelTnf::TnFile& container, const QelAdt::TreeNode<Node*>& node);
+    static void SaveDescriptor(QelTnf::TnFile& container, Node& payload);
+    void FillCurrentModifier(const std::string& comment);
 
     ChildIndex children_;
 };

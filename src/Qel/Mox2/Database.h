@@ -28,7 +28,7 @@ public:
     void assertOpenedForWriting() const;
 
     /// @pre The database is not Empty.
-    QelMox::Tree& getTree() const { return *tree_; }
+    QelMox::Tree& tree() const { return *tree_; }
 
 private:
     // Lets tests bring about the state that no operation leads to.

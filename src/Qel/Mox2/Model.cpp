@@ -53,7 +53,7 @@ template <typename Paths>
 Array1d<unsigned int> mergePaths(Database& database, const Paths& paths, const std::string& separator) {
     Adder::Components<Paths, IdArray> adder(paths, separator);
     adder.update(database);
-    const IdArray& ids = adder.getResult();
+    const IdArray& ids = adder.result();
     Array1d<unsigned int> result(static_cast<std::size_t>(ids.size()));
     result.copy_from(ids.data());
     return result;
@@ -93,7 +93,7 @@ const Attributes& Model::emptyAttributes() {
 unsigned int Model::addNode(NodeType type, const std::string& name, const Attributes& attributes) {
     Adder::Node adder(type, name, *attributes.map_);
     adder.update(*database_);
-    return adder.getResult();
+    return adder.result();
 }
 
 void Model::setCurrentNodeId(unsigned int id) {

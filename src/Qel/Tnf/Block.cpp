@@ -14,22 +14,22 @@ namespace QelTnf {
 std::uint32_t defaultBlockSize = 10'485'760;
 
 void Block::Put(const void* const& source, const unsigned int& count) {
-    takeEnvironment();
-    append(source, count);
+    TakeEnvironment();
+    Append(source, count);
 }
 
 void Block::Put(const std::string& text) {
-    takeEnvironment();
-    append(text);
+    TakeEnvironment();
+    Append(text);
 }
 
-void Block::takeEnvironment() {
+void Block::TakeEnvironment() {
     defaultBlockSize = blockSizeVariable().value_or(defaultBlockSize);
 }
 
-void Block::append(const void* const source, std::uint32_t count) {
-    restoreReleasedBuffer();
-    growFor(count);
+void Block::Append(const void* const source, std::uint32_t count) {
+    RestoreReleasedBuffer();
+    GrowFor(count);
     if (count != 0) {
         std::memcpy(data_ + position_, source, count);
     }
@@ -37,24 +37,24 @@ void Block::append(const void* const source, std::uint32_t count) {
     size_ = std::max(size_, position_);
 }
 
-void Block::append(const std::string& text) {
+void Block::Append(const std::string& text) {
     const auto length = static_cast<std::uint32_t>(text.size());
-    append(length);
+    Append(length);
     if (length != 0) {
-        append(text.data(), length);
+        Append(text.data(), length);
     }
 }
 
 // The sum is formed in 64 bits: near 4 GiB the position wraps, but the bytes up to the wrap need room all the
 // same.
-void Block::growFor(std::uint32_t count) {
+void Block::GrowFor(std::uint32_t count) {
     if (std::uint64_t{position_} + count >= capacity_) {
         AllocateAdditionalMemory(std::max(count, defaultBlockSize));
     }
 }
 
 // Values reach a block that has already been written only when a close is repeated after a failure.
-void Block::restoreReleasedBuffer() {
+void Block::RestoreReleasedBuffer() {
     if (data_ == nullptr && capacity_ != 0) {
         AllocateAdditionalMemory(0);
         std::memset(data_, 0, size_);
@@ -98,11 +98,11 @@ void Block::Write(std::FILE* const stream, bool withLength) const {
     }
 }
 
-void Block::release() {
+void Block::Release() {
     std::free(std::exchange(data_, nullptr));
 }
 
-unsigned char* Block::detach() {
+unsigned char* Block::Detach() {
     return std::exchange(*this, Block()).data_;
 }
 

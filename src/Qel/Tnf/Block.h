@@ -37,18 +37,18 @@ public:
     template <typename T>
     requires std::is_arithmetic_v<T> || std::is_enum_v<T>
     void Put(const T& number) {
-        takeEnvironment();
-        append(number);
+        TakeEnvironment();
+        Append(number);
     }
 
     /// A count in 32 bits, then each number or text.
     template <typename T>
     requires std::is_arithmetic_v<T> || std::is_same_v<T, std::string>
     void Put(const std::vector<T>& elements) {
-        takeEnvironment();
-        append(static_cast<std::uint32_t>(elements.size()));
+        TakeEnvironment();
+        Append(static_cast<std::uint32_t>(elements.size()));
         for (const T& element : elements) {
-            append(element);
+            Append(element);
         }
     }
 
@@ -72,7 +72,7 @@ public:
     void Write(std::FILE* stream, bool withLength) const;
 
     /// Frees the buffer. The other fields stay, and describe the buffer that is gone.
-    void release();
+    void Release();
 
     std::uint32_t GetSize() const { return size_; }
     std::uint32_t GetPosition() const { return position_; }
@@ -80,20 +80,20 @@ public:
     const unsigned char* GetData() const { return data_; }
 
     /// Hands the buffer, which is to be freed with `free`, to the caller, and leaves an empty block.
-    unsigned char* detach();
+    unsigned char* Detach();
 
     /// Turns a released block into an empty one.
-    void reset() { *this = Block(); }
+    void Reset() { *this = Block(); }
 
 private:
-    static void takeEnvironment();
-    void append(const void* source, std::uint32_t count);
-    void append(const std::string& text);
+    static void TakeEnvironment();
+    void Append(const void* source, std::uint32_t count);
+    void Append(const std::string& text);
     template <typename T>
     requires std::is_arithmetic_v<T> || std::is_enum_v<T>
-    void append(const T& number) { append(&number, sizeof(number)); }
-    void growFor(std::uint32_t count);
-    void restoreReleasedBuffer();
+    void Append(const T& number) { Append(&number, sizeof(number)); }
+    void GrowFor(std::uint32_t count);
+    void RestoreReleasedBuffer();
 
     unsigned char* data_ = nullptr;
     std::uint64_t capacity_ = 0;

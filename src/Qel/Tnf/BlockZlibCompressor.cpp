@@ -27,7 +27,7 @@ std::uint32_t compressedBound(std::uint32_t contentLength) {
 
 void BlockZlibCompressor::operator()(Block& block) {
     const std::uint32_t contentLength = block.GetSize();
-    Bytes content(block.GetData() != nullptr ? block.detach() : nullptr);
+    Bytes content(block.GetData() != nullptr ? block.Detach() : nullptr);
 
     uLongf compressedLength = compressedBound(contentLength);
     const Bytes compressed(static_cast<unsigned char*>(std::malloc(compressedLength)));

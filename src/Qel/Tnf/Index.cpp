@@ -54,12 +54,12 @@ void makeRoom(std::vector<T>& elements, std::uint64_t count) {
 } // namespace
 
 Index::~Index() {
-    std::ranges::for_each(blocks_, &Block::release);
+    std::ranges::for_each(blocks_, &Block::Release);
 }
 
 // --- Choosing and adding blocks
 
-std::uint64_t Index::chooseBlock(const std::string& name) {
+std::uint64_t Index::ChooseBlock(const std::string& name) {
     const auto found = limiters_.find(name);
     if (found == limiters_.end() || found->second.blockIds.empty()) {
         return AddBlock(name);
@@ -82,18 +82,18 @@ std::uint64_t Index::AddBlock(const std::string& name) {
         QEL_THROW(Qel::Exception::InvalidObjectState("This point should not be reached"));
     }
     std::string entryName = name;
-    BlockSizeLimiter& limiter = limiterWithRoom(name, 1);
+    BlockSizeLimiter& limiter = LimiterWithRoom(name, 1);
     if (freeIds.size() == 1) {
-        addIndexBlock();
+        AddIndexBlock();
     }
     // Nothing fails from here on.
-    const std::uint64_t id = takeFreeId();
-    appendTo(limiter, id);
+    const std::uint64_t id = TakeFreeId();
+    AppendTo(limiter, id);
     blockInfos_[id].name.swap(entryName);
     return id;
 }
 
-std::uint64_t Index::takeFreeId() noexcept {
+std::uint64_t Index::TakeFreeId() noexcept {
     std::vector<std::uint64_t>& freeIds = limiters_.find(Format::EmptyBlockName)->second.blockIds;
     const std::uint64_t id = freeIds.back();
     freeIds.pop_back();
@@ -102,27 +102,27 @@ std::uint64_t Index::takeFreeId() noexcept {
 
 // Turns the last free id into an Index Block and adds the free ids that its table describes. The table is the
 // block's content: it goes out once as it is here, and again at the close with the final records.
-void Index::addIndexBlock() {
+void Index::AddIndexBlock() {
     TemporaryBlock table;
-    PutIndexTable(table.get(), newEntries(Format::EmptyBlockName, Format::IndexBlockRecords));
+    PutIndexTable(table.Get(), NewEntries(Format::EmptyBlockName, Format::IndexBlockRecords));
     std::string entryName = Format::IndexBlockName;
     constexpr auto tableSize = static_cast<std::uint32_t>(Format::indexTableSize(Format::IndexBlockRecords));
-    BlockSizeLimiter& indexBlocks = limiterWithRoom(Format::IndexBlockName, 1, tableSize);
+    BlockSizeLimiter& indexBlocks = LimiterWithRoom(Format::IndexBlockName, 1, tableSize);
     AddEmptyBlocks(Format::IndexBlockRecords);
     // Nothing fails from here on.
-    const std::uint64_t id = takeFreeId();
-    appendTo(indexBlocks, id);
+    const std::uint64_t id = TakeFreeId();
+    AppendTo(indexBlocks, id);
     blockInfos_[id].name.swap(entryName);
-    addFlags(indexBlocks, Format::BlockFreezable, false);
-    blocks_[id] = table.take();
+    AddFlags(indexBlocks, Format::BlockFreezable, false);
+    blocks_[id] = table.Take();
     // If the previous block has not been written yet, its length and place are not final. This place is then
     // wrong, and so are those of the blocks that go out after this one before the close.
-    place(id);
+    Place(id);
 }
 
 // The limiter of a name, made with `limit` if there is none, with room for `count` more ids.
 template <typename... LimitT>
-BlockSizeLimiter& Index::limiterWithRoom(const std::string& name, std::uint64_t count, LimitT... limit) {
+BlockSizeLimiter& Index::LimiterWithRoom(const std::string& name, std::uint64_t count, LimitT... limit) {
     if (const auto found = limiters_.find(name); found != limiters_.end()) {
         makeRoom(found->second.blockIds, count);
         return found->second;
@@ -133,24 +133,24 @@ BlockSizeLimiter& Index::limiterWithRoom(const std::string& name, std::uint64_t 
 }
 
 // The limiter must have room for the id.
-void Index::appendTo(BlockSizeLimiter& limiter, std::uint64_t id) noexcept {
+void Index::AppendTo(BlockSizeLimiter& limiter, std::uint64_t id) noexcept {
     limiter.blockIds.push_back(id);
     if (limiter.blockIds.size() > 1) {
-        limiter.closedBytes += streamedSize(*(limiter.blockIds.end() - 2));
+        limiter.closedBytes += StreamedSize(*(limiter.blockIds.end() - 2));
     }
 }
 
 std::uint64_t Index::AddEmptyBlocks(std::uint64_t count) {
-    std::ranges::reverse(appendEntries(Format::EmptyBlockName, count).blockIds);
+    std::ranges::reverse(AppendEntries(Format::EmptyBlockName, count).blockIds);
     return Format::indexTableSize(count);
 }
 
 // Kept though nothing calls it; see docs/oddities.md.
 std::uint64_t Index::AppendBlockInfo(const std::string& name) {
-    return appendEntries(name, 1).blockIds.back();
+    return AppendEntries(name, 1).blockIds.back();
 }
 
-std::vector<BlockInfo> Index::newEntries(const std::string& name, std::uint64_t count) const {
+std::vector<BlockInfo> Index::NewEntries(const std::string& name, std::uint64_t count) const {
     std::vector<BlockInfo> entries;
     entries.reserve(count);
     for (std::uint64_t i = 0; i < count; ++i) {
@@ -159,17 +159,17 @@ std::vector<BlockInfo> Index::newEntries(const std::string& name, std::uint64_t 
     return entries;
 }
 
-BlockSizeLimiter& Index::appendEntries(const std::string& name, std::uint64_t count) {
-    std::vector<BlockInfo> entries = newEntries(name, count);
+BlockSizeLimiter& Index::AppendEntries(const std::string& name, std::uint64_t count) {
+    std::vector<BlockInfo> entries = NewEntries(name, count);
     makeRoom(blockInfos_, count);
     makeRoom(blocks_, count);
-    BlockSizeLimiter& limiter = limiterWithRoom(name, count);
+    BlockSizeLimiter& limiter = LimiterWithRoom(name, count);
     // Nothing fails from here on.
     for (BlockInfo& entry : entries) {
         const std::uint64_t id = blockInfos_.size();
         blockInfos_.push_back(std::move(entry));
         blocks_.emplace_back();
-        appendTo(limiter, id);
+        AppendTo(limiter, id);
         ++nextNumber_;
     }
     return limiter;
@@ -187,7 +187,7 @@ BlockSizeLimiter& Index::GetBlockSizeLimiter(const std::string& name) {
 // --- Values
 
 void Index::Put(const std::string& name, const void* const& data, std::uint64_t size) {
-    const std::uint64_t id = chooseBlock(name);
+    const std::uint64_t id = ChooseBlock(name);
     if (blockInfos_[id].frozen) {
         QEL_THROW(Qel::Exception::KeyNotFound());
     }
@@ -196,21 +196,21 @@ void Index::Put(const std::string& name, const void* const& data, std::uint64_t 
 
 void Index::SetBlockFlags(std::string name, unsigned char flags) {
     if (const auto found = limiters_.find(name); found != limiters_.end()) {
-        addFlags(found->second, flags, IsEmptyBlockName(name));
+        AddFlags(found->second, flags, IsEmptyBlockName(name));
     }
 }
 
-void Index::addFlags(BlockSizeLimiter& limiter, unsigned char flags, bool fromFirst) noexcept {
+void Index::AddFlags(BlockSizeLimiter& limiter, unsigned char flags, bool fromFirst) noexcept {
     for (std::size_t bit = 0; bit < limiter.flaggedBlocks.size(); ++bit) {
         const unsigned char flag = flags & (1U << bit);
         if (flag != 0) {
-            flagFrom(fromFirst ? 0 : limiter.flaggedBlocks[bit], limiter.blockIds, flag);
+            FlagFrom(fromFirst ? 0 : limiter.flaggedBlocks[bit], limiter.blockIds, flag);
             limiter.flaggedBlocks[bit] = limiter.blockIds.size();
         }
     }
 }
 
-void Index::flagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag) noexcept {
+void Index::FlagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag) noexcept {
     for (std::size_t i = first; i < ids.size(); ++i) {
         blockInfos_[ids[i]].flags |= flag;
     }
@@ -221,18 +221,18 @@ std::uint64_t Index::GetStreamSize(const std::string& name) {
     if (found == limiters_.end() || found->second.blockIds.empty()) {
         return 0;
     }
-    return found->second.closedBytes + streamedSize(found->second.blockIds.back());
+    return found->second.closedBytes + StreamedSize(found->second.blockIds.back());
 }
 
 // The number of bytes for which a block counts in its name's stream.
-std::uint64_t Index::streamedSize(std::uint64_t id) const {
+std::uint64_t Index::StreamedSize(std::uint64_t id) const {
     return blockInfos_[id].frozen ? blockInfos_[id].uncompressedLength : blocks_[id].GetPosition();
 }
 
-void Index::followStreamedSize(std::uint64_t id, std::uint64_t formerSize) {
+void Index::FollowStreamedSize(std::uint64_t id, std::uint64_t formerSize) {
     BlockSizeLimiter& limiter = limiters_.at(blockInfos_[id].name);
     if (limiter.blockIds.back() != id) {
-        limiter.closedBytes += streamedSize(id) - formerSize;
+        limiter.closedBytes += StreamedSize(id) - formerSize;
     }
 }
 
@@ -248,44 +248,44 @@ void Index::WriteBufferToFileStream(std::uint64_t id, std::FILE* const stream) {
     if (contentLength != 0) {
         QEL_LOG(sourceName, "Buffer length: " << contentLength);
     }
-    const std::uint64_t formerSize = streamedSize(id);
+    const std::uint64_t formerSize = StreamedSize(id);
     if ((blockInfos_[id].flags & Format::BlockCompressed) != 0) {
-        compress(id);
+        Compress(id);
         QEL_LOG(sourceName, "Buffer length after transformations: " << blocks_[id].GetSize());
     }
-    place(id);
-    freeze(id, contentLength);
-    followStreamedSize(id, formerSize);
+    Place(id);
+    Freeze(id, contentLength);
+    FollowStreamedSize(id, formerSize);
     QEL_LOG(sourceName, "Writing buffer at position: " << blockInfos_[id].position);
     if (!QelUtil::Platform::seekTo(stream, blockInfos_[id].position)) {
         QEL_LOG(sourceName, "File positioning failed");
         QEL_THROW(Qel::Exception::FileWriteException("Saving the buffer failed"));
     }
     blocks_[id].Write(stream, false);
-    blocks_[id].release();
+    blocks_[id].Release();
     QEL_LOG(sourceName, "Buffer " << id << " written to stream.");
 }
 
-void Index::compress(std::uint64_t id) {
-    const std::uint64_t formerSize = streamedSize(id);
+void Index::Compress(std::uint64_t id) {
+    const std::uint64_t formerSize = StreamedSize(id);
     BlockZlibCompressor compressor(Format::CompressionLevel);
     try {
         compressor(blocks_[id]);
     } catch (...) {
         // The content is lost then, and no longer counts.
-        followStreamedSize(id, formerSize);
+        FollowStreamedSize(id, formerSize);
         throw;
     }
 }
 
 // Places a block right after the previous one, going by what that one's entry says now.
-void Index::place(std::uint64_t id) {
+void Index::Place(std::uint64_t id) {
     blockInfos_[id].length = blocks_[id].GetSize();
     blockInfos_[id].position =
         id == 0 ? indexSize_ + indexPosition_ : blockInfos_[id - 1].position + blockInfos_[id - 1].length;
 }
 
-void Index::freeze(std::uint64_t id, std::uint32_t contentLength) {
+void Index::Freeze(std::uint64_t id, std::uint32_t contentLength) {
     if ((blockInfos_[id].flags & Format::BlockFreezable) != 0) {
         blockInfos_[id].frozen = true;
         blockInfos_[id].uncompressedLength = contentLength;
@@ -297,21 +297,21 @@ void Index::WriteIndexBufferToFileStream(std::uint64_t id, std::FILE* const stre
     QEL_LOG(sourceName, "Writing index buffer " << id << " to stream.");
     BlockInfo& info = blockInfos_[id];
     Block& block = blocks_[id];
-    const std::uint64_t formerSize = streamedSize(id);
+    const std::uint64_t formerSize = StreamedSize(id);
     const bool isFreezable = (info.flags & Format::BlockFreezable) != 0;
     if (info.frozen) {
         info.frozen = !isFreezable;
         if (!info.released) {
-            block.release();
-            block.reset();
+            block.Release();
+            block.Reset();
             info.released = true;
         }
     }
     block.SetPosition(0);
-    PutIndexTable(block, entriesFrom(id + 1, Format::IndexBlockRecords));
-    place(id);
+    PutIndexTable(block, EntriesFrom(id + 1, Format::IndexBlockRecords));
+    Place(id);
     info.frozen = info.frozen || isFreezable;
-    followStreamedSize(id, formerSize);
+    FollowStreamedSize(id, formerSize);
     // A failed positioning is ignored for index tables: they then land wherever the stream is.
     (void)QelUtil::Platform::seekTo(stream, info.position);
     block.Write(stream, false);
@@ -322,13 +322,13 @@ void Index::WriteAllBuffersToFileStream(std::FILE* const stream) {
     constexpr const char* sourceName = "QelTnf::Index::WriteAllBuffersToFileStream";
     QEL_LOG(sourceName, "Writing all buffers to file stream ...");
     std::uint64_t id = 0;
-    while (id < blockInfos_.size() && hasGoneOut(id)) {
+    while (id < blockInfos_.size() && HasGoneOut(id)) {
         ++id;
     }
     for (; id < blockInfos_.size(); ++id) {
         WriteBufferToFileStream(id, stream);
     }
-    writeHeadIndex(stream);
+    WriteHeadIndex(stream);
     if (const auto indexBlocks = limiters_.find(Format::IndexBlockName); indexBlocks != limiters_.end()) {
         for (const std::uint64_t indexBlock : indexBlocks->second.blockIds) {
             WriteIndexBufferToFileStream(indexBlock, stream);
@@ -349,8 +349,8 @@ void Index::FlushFrozen(std::FILE* const stream) {
             ++limiter.frozenBlocks;
         }
         for (std::size_t i = limiter.frozenBlocks; i < ids.size(); ++i) {
-            if (isToBeFlushed(ids[i], limiter.limit)) {
-                if (!haveAllGoneOutAhead(ids[i])) {
+            if (IsToBeFlushed(ids[i], limiter.limit)) {
+                if (!HaveAllGoneOutAhead(ids[i])) {
                     QEL_THROW(Qel::Exception::NotYetImplemented());
                 }
                 WriteBufferToFileStream(ids[i], stream);
@@ -360,17 +360,17 @@ void Index::FlushFrozen(std::FILE* const stream) {
     QEL_LOG(sourceName, "Frozen blocks flushed. ");
 }
 
-bool Index::isToBeFlushed(std::uint64_t id, std::uint32_t limit) const {
+bool Index::IsToBeFlushed(std::uint64_t id, std::uint32_t limit) const {
     const BlockInfo& info = blockInfos_[id];
     return !info.frozen && (info.flags & Format::BlockFreezable) != 0 && blocks_[id].GetSize() >= limit;
 }
 
-bool Index::hasGoneOut(std::uint64_t id) const {
+bool Index::HasGoneOut(std::uint64_t id) const {
     return blockInfos_[id].frozen || IsIndexBlockName(blockInfos_[id].name);
 }
 
-bool Index::haveAllGoneOutAhead(std::uint64_t id) {
-    while (firstInMemory_ < id && hasGoneOut(firstInMemory_)) {
+bool Index::HaveAllGoneOutAhead(std::uint64_t id) {
+    while (firstInMemory_ < id && HasGoneOut(firstInMemory_)) {
         ++firstInMemory_;
     }
     return firstInMemory_ >= id;
@@ -378,7 +378,7 @@ bool Index::haveAllGoneOutAhead(std::uint64_t id) {
 
 // --- Index tables
 
-std::vector<BlockInfo> Index::entriesFrom(std::uint64_t first, std::uint32_t count) const {
+std::vector<BlockInfo> Index::EntriesFrom(std::uint64_t first, std::uint32_t count) const {
     const auto begin = blockInfos_.begin() + static_cast<std::ptrdiff_t>(first);
     return {begin, begin + count};
 }
@@ -397,11 +397,11 @@ void Index::PutIndexTable(Block& block, const std::vector<BlockInfo>& entries) {
     }
 }
 
-void Index::writeHeadIndex(std::FILE* const stream) const {
+void Index::WriteHeadIndex(std::FILE* const stream) const {
     TemporaryBlock table;
-    PutIndexTable(table.get(), entriesFrom(0, Format::HeadRecords));
+    PutIndexTable(table.Get(), EntriesFrom(0, Format::HeadRecords));
     (void)QelUtil::Platform::seekTo(stream, indexPosition_);
-    table.get().Write(stream, true);
+    table.Get().Write(stream, true);
 }
 
 } // namespace QelTnf

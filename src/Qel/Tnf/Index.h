@@ -87,32 +87,32 @@ private:
     // Lets tests bring about the states that only a fault of this class could lead to.
     friend struct IndexPeer;
 
-    std::uint64_t chooseBlock(const std::string& name);
-    std::uint64_t takeFreeId() noexcept;
-    void addIndexBlock();
+    std::uint64_t ChooseBlock(const std::string& name);
+    std::uint64_t TakeFreeId() noexcept;
+    void AddIndexBlock();
     template <typename... LimitT>
-    BlockSizeLimiter& limiterWithRoom(const std::string& name, std::uint64_t count, LimitT... limit);
-    void appendTo(BlockSizeLimiter& limiter, std::uint64_t id) noexcept;
+    BlockSizeLimiter& LimiterWithRoom(const std::string& name, std::uint64_t count, LimitT... limit);
+    void AppendTo(BlockSizeLimiter& limiter, std::uint64_t id) noexcept;
     std::uint64_t AddEmptyBlocks(std::uint64_t count);
     std::uint64_t AppendBlockInfo(const std::string& name);
-    std::vector<BlockInfo> newEntries(const std::string& name, std::uint64_t count) const;
-    BlockSizeLimiter& appendEntries(const std::string& name, std::uint64_t count);
+    std::vector<BlockInfo> NewEntries(const std::string& name, std::uint64_t count) const;
+    BlockSizeLimiter& AppendEntries(const std::string& name, std::uint64_t count);
 
     static void PutIndexTable(Block& block, const std::vector<BlockInfo>& entries);
-    std::vector<BlockInfo> entriesFrom(std::uint64_t first, std::uint32_t count) const;
-    void writeHeadIndex(std::FILE* stream) const;
+    std::vector<BlockInfo> EntriesFrom(std::uint64_t first, std::uint32_t count) const;
+    void WriteHeadIndex(std::FILE* stream) const;
 
-    void addFlags(BlockSizeLimiter& limiter, unsigned char flags, bool fromFirst) noexcept;
-    void flagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag) noexcept;
-    void compress(std::uint64_t id);
-    void place(std::uint64_t id);
-    void freeze(std::uint64_t id, std::uint32_t contentLength);
-    std::uint64_t streamedSize(std::uint64_t id) const;
-    void followStreamedSize(std::uint64_t id, std::uint64_t formerSize);
+    void AddFlags(BlockSizeLimiter& limiter, unsigned char flags, bool fromFirst) noexcept;
+    void FlagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag) noexcept;
+    void Compress(std::uint64_t id);
+    void Place(std::uint64_t id);
+    void Freeze(std::uint64_t id, std::uint32_t contentLength);
+    std::uint64_t StreamedSize(std::uint64_t id) const;
+    void FollowStreamedSize(std::uint64_t id, std::uint64_t formerSize);
 
-    bool hasGoneOut(std::uint64_t id) const;
-    bool haveAllGoneOutAhead(std::uint64_t id);
-    bool isToBeFlushed(std::uint64_t id, std::uint32_t limit) const;
+    bool HasGoneOut(std::uint64_t id) const;
+    bool HaveAllGoneOutAhead(std::uint64_t id);
+    bool IsToBeFlushed(std::uint64_t id, std::uint32_t limit) const;
 
     std::vector<BlockInfo> blockInfos_;
     std::vector<Block> blocks_;

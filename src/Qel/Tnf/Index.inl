@@ -9,7 +9,7 @@ namespace QelTnf {
 
 template <typename T>
 void Index::Put(const std::string& name, const T& value) {
-    const std::uint64_t id = chooseBlock(name);
+    const std::uint64_t id = ChooseBlock(name);
     if (blockInfos_[id].frozen) {
         QEL_THROW(Qel::Exception::MiscelleneousException("Attempt to write into a frozen block"));
     }

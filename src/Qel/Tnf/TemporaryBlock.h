@@ -12,12 +12,12 @@ public:
     TemporaryBlock() = default;
     TemporaryBlock(const TemporaryBlock&) = delete;
     TemporaryBlock& operator=(const TemporaryBlock&) = delete;
-    ~TemporaryBlock() { block_.release(); }
+    ~TemporaryBlock() { block_.Release(); }
 
-    Block& get() { return block_; }
+    Block& Get() { return block_; }
 
     /// Hands the block with its buffer to the caller.
-    Block take() noexcept { return std::exchange(block_, Block()); }
+    Block Take() noexcept { return std::exchange(block_, Block()); }
 
 private:
     Block block_;

@@ -50,16 +50,16 @@ void TnFile::SetBlockFlags(std::string name, unsigned flags) {
 
 std::uint64_t TnFile::PutDataset(const std::string& name, const float* const data, std::uint32_t count,
                                  std::uint8_t width) {
-    return putShuffled(name, data, count, width);
+    return PutShuffled(name, data, count, width);
 }
 
 std::uint64_t TnFile::PutDataset(const std::string& name, const unsigned int* const data, std::uint32_t count,
                                  std::uint8_t width) {
-    return putShuffled(name, data, count, width);
+    return PutShuffled(name, data, count, width);
 }
 
 template <typename T>
-std::uint64_t TnFile::putShuffled(const std::string& name, const T* const data, std::uint32_t count,
+std::uint64_t TnFile::PutShuffled(const std::string& name, const T* const data, std::uint32_t count,
                                   std::uint8_t width) {
     const std::uint64_t position = index_.GetStreamSize(name);
     if (count == 0 || width == 0) {

@@ -56,7 +56,7 @@ public:
 
 private:
     template <typename T>
-    std::uint64_t putShuffled(const std::string& name, const T* data, std::uint32_t count,
+    std::uint64_t PutShuffled(const std::string& name, const T* data, std::uint32_t count,
                               std::uint8_t width);
 
     std::FILE* stream_ = nullptr;

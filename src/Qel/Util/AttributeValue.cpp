@@ -11,7 +11,7 @@ AttributeValue::AttributeValue(std::string_view value) : kind(Text) {
     value.copy(text, std::min(length, TextSize));
 }
 
-std::string_view AttributeValue::asText() const {
+std::string_view AttributeValue::AsText() const {
     const auto* const end = std::find(text, text + TextSize, '\0');
     return {text, static_cast<std::size_t>(end - text)};
 }

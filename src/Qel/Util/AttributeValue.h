@@ -19,7 +19,7 @@ struct AttributeValue {
 
     /// The text up to its terminator; a text that fills the buffer has none.
     /// @pre The kind is Text.
-    std::string_view asText() const;
+    std::string_view AsText() const;
 
     Kind kind;
     union {

@@ -17,41 +17,41 @@ protected:
 };
 
 TEST_F(ChildIndex, EmptyIndexFindsNothing) {
-    EXPECT_EQ(index.find(1, "a"), 0U);
-    EXPECT_EQ(index.findLike(1, group), 0U);
+    EXPECT_EQ(index.Find(1, "a"), 0U);
+    EXPECT_EQ(index.FindLike(1, group), 0U);
 }
 
 TEST_F(ChildIndex, ChildIsFoundBelowItsParentAlone) {
-    index.add(1, 2, group);
-    EXPECT_EQ(index.find(1, "a"), 2U);
-    EXPECT_EQ(index.findLike(1, sameGroup), 2U);
-    EXPECT_EQ(index.find(2, "a"), 0U);
-    EXPECT_EQ(index.findLike(2, sameGroup), 0U);
-    EXPECT_EQ(index.find(1, "b"), 0U);
+    index.Add(1, 2, group);
+    EXPECT_EQ(index.Find(1, "a"), 2U);
+    EXPECT_EQ(index.FindLike(1, sameGroup), 2U);
+    EXPECT_EQ(index.Find(2, "a"), 0U);
+    EXPECT_EQ(index.FindLike(2, sameGroup), 0U);
+    EXPECT_EQ(index.Find(1, "b"), 0U);
 }
 
 TEST_F(ChildIndex, ByNameTheOldestIsFoundAndByClassTheOldestOfTheClass) {
-    index.add(1, 2, shape);
-    index.add(1, 3, group);
-    index.add(1, 4, sameGroup);
-    EXPECT_EQ(index.find(1, "a"), 2U);
-    EXPECT_EQ(index.findLike(1, sameGroup), 3U);
-    EXPECT_EQ(index.findLike(1, shape), 2U);
+    index.Add(1, 2, shape);
+    index.Add(1, 3, group);
+    index.Add(1, 4, sameGroup);
+    EXPECT_EQ(index.Find(1, "a"), 2U);
+    EXPECT_EQ(index.FindLike(1, sameGroup), 3U);
+    EXPECT_EQ(index.FindLike(1, shape), 2U);
 }
 
 TEST_F(ChildIndex, RemovedChildIsNotFound) {
-    index.add(1, 2, group);
-    index.add(1, 3, shape);
-    index.remove(1, 2, group);
-    EXPECT_EQ(index.find(1, "a"), 3U);
-    EXPECT_EQ(index.findLike(1, sameGroup), 0U);
+    index.Add(1, 2, group);
+    index.Add(1, 3, shape);
+    index.Remove(1, 2, group);
+    EXPECT_EQ(index.Find(1, "a"), 3U);
+    EXPECT_EQ(index.FindLike(1, sameGroup), 0U);
 }
 
 TEST_F(ChildIndex, RemovingAYoungerTwinLeavesTheOlder) {
-    index.add(1, 2, group);
-    index.add(1, 3, sameGroup);
-    index.remove(1, 3, sameGroup);
-    EXPECT_EQ(index.findLike(1, group), 2U);
+    index.Add(1, 2, group);
+    index.Add(1, 3, sameGroup);
+    index.Remove(1, 3, sameGroup);
+    EXPECT_EQ(index.FindLike(1, group), 2U);
 }
 
 } // namespace

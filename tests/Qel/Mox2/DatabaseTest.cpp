@@ -52,7 +52,7 @@ TEST_F(MoxDatabase, NewDatabaseIsEmpty) {
 
 TEST_F(MoxDatabase, OpenDatabaseHasATreeWithoutFile) {
     QelMox::Tree& tree = database.open();
-    EXPECT_EQ(&tree, &database.getTree());
+    EXPECT_EQ(&tree, &database.tree());
     EXPECT_EQ(tree.File.GetStream(), nullptr);
     EXPECT_NO_THROW(database.assertNotEmpty());
     EXPECT_NO_THROW(database.assertOpenedForWriting());
@@ -116,7 +116,7 @@ TEST_F(MoxDatabase, CloseWithoutWriteModeClosesTheFileAndSavesNothing) {
 
 TEST_F(MoxDatabase, FailedSaveLeavesTheDatabaseOpenAndCloseCanBeCalledAgain) {
     openFile();
-    QelMox::Tree& tree = database.getTree();
+    QelMox::Tree& tree = database.tree();
     tree.SetRootGroup("root", {});
     tree.AddShapeNode("part");
     auto& geometry = dynamic_cast<QelMox::Geometry&>(*tree.GetCurrentNode().data);

@@ -16,7 +16,7 @@ class OpenDatabase : public testing::Test {
 protected:
     OpenDatabase() { database.open(); }
 
-    QelMox::Tree& tree() { return database.getTree(); }
+    QelMox::Tree& tree() { return database.tree(); }
 
     /// The node's data, which must be of this class.
     template <typename NodeClass>

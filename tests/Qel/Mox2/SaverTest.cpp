@@ -32,18 +32,18 @@ protected:
 TEST_F(MoxSaver, OpenMakesATreeAndItsFile) {
     open(path);
     EXPECT_NO_THROW(database.assertOpenedForWriting());
-    EXPECT_NE(database.getTree().File.GetStream(), nullptr);
-    EXPECT_EQ(database.getTree().FileVersion, "1.3");
+    EXPECT_NE(database.tree().File.GetStream(), nullptr);
+    EXPECT_EQ(database.tree().FileVersion, "1.3");
     EXPECT_EQ(Support::bytesOf(path).size(), 12U);
 }
 
 TEST_F(MoxSaver, OpenDatabaseIsRefusedBeforeAnythingHappens) {
     open(path);
-    QelMox::Tree* const tree = &database.getTree();
+    QelMox::Tree* const tree = &database.tree();
     const std::string second = folder.path("second.mox");
     EXPECT_TRUE(throws<InvalidObjectState>(
         {17, "Not Empty", "Qel/Mox2/Database", "Qel::Mox2::Database::assertEmpty"}, [&] { open(second); }));
-    EXPECT_EQ(&database.getTree(), tree);
+    EXPECT_EQ(&database.tree(), tree);
     EXPECT_FALSE(std::filesystem::exists(second));
 }
 
@@ -53,17 +53,17 @@ TEST_F(MoxSaver, SourceNameAndVersionGoIntoTheCurrentModifier) {
     options.sourceVersion = "7.2";
     options.sourceComment = "not used";
     open(path, options);
-    EXPECT_EQ(database.getTree().CurrentModifier.SourceName, "Solver");
-    EXPECT_EQ(database.getTree().CurrentModifier.SourceVersion, "7.2");
-    EXPECT_EQ(database.getTree().CurrentModifier.Comment, "");
+    EXPECT_EQ(database.tree().CurrentModifier.SourceName, "Solver");
+    EXPECT_EQ(database.tree().CurrentModifier.SourceVersion, "7.2");
+    EXPECT_EQ(database.tree().CurrentModifier.Comment, "");
 }
 
 TEST_F(MoxSaver, SourceVersionWithoutSourceNameStaysEmpty) {
     SaverOptions options;
     options.sourceVersion = "7.2";
     open(path, options);
-    EXPECT_EQ(database.getTree().CurrentModifier.SourceName, "");
-    EXPECT_EQ(database.getTree().CurrentModifier.SourceVersion, "");
+    EXPECT_EQ(database.tree().CurrentModifier.SourceName, "");
+    EXPECT_EQ(database.tree().CurrentModifier.SourceVersion, "");
 }
 
 TEST_F(MoxSaver, ExistingFileLeavesADatabaseThatIsOpenWithoutFile) {
@@ -74,8 +74,8 @@ TEST_F(MoxSaver, ExistingFileLeavesADatabaseThatIsOpenWithoutFile) {
         throws<FileOpenException>({5, "File exists.", "Qel/Tnf/TnFile", "QelTnf::TnFile::OpenFileForWriting"},
                                   [&] { open(path, options); }));
     EXPECT_NO_THROW(database.assertOpenedForWriting());
-    EXPECT_EQ(database.getTree().File.GetStream(), nullptr);
-    EXPECT_EQ(database.getTree().CurrentModifier.SourceName, "");
+    EXPECT_EQ(database.tree().File.GetStream(), nullptr);
+    EXPECT_EQ(database.tree().CurrentModifier.SourceName, "");
     EXPECT_EQ(Support::bytesOf(path).size(), 3U);
 }
 
@@ -85,7 +85,7 @@ TEST_F(MoxSaver, PathThatCantBeOpenedLeavesADatabaseThatIsOpenWithoutFile) {
     EXPECT_TRUE(throws<MiscelleneousException>({2, text, "Qel/Tnf/TnFile", "QelTnf::TnFile::OpenFile"},
                                                [&] { open(unopenable); }));
     EXPECT_NO_THROW(database.assertOpenedForWriting());
-    EXPECT_EQ(database.getTree().File.GetStream(), nullptr);
+    EXPECT_EQ(database.tree().File.GetStream(), nullptr);
     EXPECT_NO_THROW(database.close());
     EXPECT_NO_THROW(database.assertEmpty());
 }

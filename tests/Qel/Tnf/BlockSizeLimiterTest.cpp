@@ -38,7 +38,7 @@ TEST(BlockSizeLimiter, LimitIs200MiBAgainWhenTheVariableIsRemovedWhateverTheGrow
     Support::BlockSizeGuard variable("16");
     QelTnf::Block block;
     block.Put(1U);
-    block.release();
+    block.Release();
     variable.set({});
     EXPECT_EQ(QelTnf::defaultBlockSize, 16U);
     EXPECT_EQ(BlockSizeLimiter().limit, 209'715'200U);

@@ -29,7 +29,7 @@ const Thrown noMemory = {16, "Memory allocation error", "Qel/Tnf/Block",
 
 class Block : public testing::Test {
 protected:
-    ~Block() override { block.release(); }
+    ~Block() override { block.Release(); }
 
     void put(const ByteVector& bytes) { Support::putInto(block, bytes); }
     void putZeros(std::size_t count) { put(ByteVector(count)); }
@@ -405,7 +405,7 @@ TEST_F(BlockFile, FullDiskPassesUnseen) {
 TEST_F(Block, ReleaseFreesTheBufferAndLeavesTheOtherFields) {
     variable.set("16");
     put({1, 2, 3});
-    block.release();
+    block.Release();
     EXPECT_EQ(block.GetData(), nullptr);
     EXPECT_EQ(block.GetCapacity(), 16U);
     EXPECT_EQ(block.GetSize(), 3U);
@@ -414,8 +414,8 @@ TEST_F(Block, ReleaseFreesTheBufferAndLeavesTheOtherFields) {
 
 TEST_F(Block, ResetMakesANewBlockOfAReleasedOne) {
     put({1, 2, 3});
-    block.release();
-    block.reset();
+    block.Release();
+    block.Reset();
     EXPECT_EQ(block.GetCapacity(), 0U);
     EXPECT_EQ(block.GetSize(), 0U);
     EXPECT_EQ(block.GetPosition(), 0U);
@@ -427,7 +427,7 @@ TEST_F(Block, ResetMakesANewBlockOfAReleasedOne) {
 TEST_F(Block, ValueForAReleasedBlockStandsBehindZerosAndNotBehindWhatWasInMemory) {
     variable.set("0");
     put(Bytes().fill(3000, 0xAB));
-    block.release();
+    block.Release();
     put({4, 5});
     EXPECT_EQ(contentOf(block), Bytes().zeros(3000).u8(4).u8(5));
     EXPECT_EQ(block.GetPosition(), 3002U);
@@ -436,13 +436,13 @@ TEST_F(Block, ValueForAReleasedBlockStandsBehindZerosAndNotBehindWhatWasInMemory
 
 TEST_F(BlockFile, ReleasedBlockWritesNothingOfItsContent) {
     put({1, 2, 3});
-    block.release();
+    block.Release();
     EXPECT_EQ(fileAfter([this](std::FILE* stream) { block.Write(stream, false); }), ByteVector());
 }
 
 TEST_F(Block, DetachHandsTheBufferOverAndLeavesAnEmptyBlock) {
     put({1, 2, 3});
-    const std::unique_ptr<unsigned char, void (*)(void*)> buffer(block.detach(), std::free);
+    const std::unique_ptr<unsigned char, void (*)(void*)> buffer(block.Detach(), std::free);
     EXPECT_EQ(buffer.get()[2], 3);
     EXPECT_EQ(block.GetData(), nullptr);
     EXPECT_EQ(block.GetCapacity(), 0U);

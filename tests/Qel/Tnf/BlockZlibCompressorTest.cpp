@@ -19,7 +19,7 @@ using Support::contentOf;
 
 class BlockZlibCompressor : public testing::Test {
 protected:
-    ~BlockZlibCompressor() override { block.release(); }
+    ~BlockZlibCompressor() override { block.Release(); }
 
     void compress(int level = 6) { QelTnf::BlockZlibCompressor{level}(block); }
     ByteVector lengthWord() const { return Support::slice(contentOf(block), 0, 4); }

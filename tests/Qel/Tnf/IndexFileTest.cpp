@@ -99,7 +99,7 @@ TEST_F(IndexFile, TableOfTwoBlocksIsByteForByteTheirRecords) {
                                .zeros(118)
                                .raw({"\xCC\0\0\0\x01\0", 6});
     EXPECT_EQ(contentOf(table), expected);
-    table.release();
+    table.Release();
 }
 
 /// A name, and the 128 bytes that stand for it.

@@ -23,7 +23,7 @@ TEST(AttributeValue, HoldsWhatItWasGiven) {
     EXPECT_EQ(AttributeValue(0xFFFFFFFFU).integer, 4294967295U);
     EXPECT_EQ(AttributeValue(0.25F).real, 0.25F);
     EXPECT_EQ(AttributeValue(1e300).longReal, 1e300);
-    EXPECT_EQ(AttributeValue(std::string_view("seven")).asText(), "seven");
+    EXPECT_EQ(AttributeValue(std::string_view("seven")).AsText(), "seven");
 }
 
 TEST(AttributeValue, ShortTextIsZeroTerminated) {
@@ -39,22 +39,22 @@ TEST(AttributeValue, TextOf256BytesHasNoTerminator) {
     const std::string text(256, 'x');
     const AttributeValue value{std::string_view(text)};
     EXPECT_EQ(value.text[255], 'x');
-    EXPECT_EQ(value.asText(), text);
+    EXPECT_EQ(value.AsText(), text);
 }
 
 TEST(AttributeValue, LongerTextIsCutTo256Bytes) {
     const std::string text = std::string(256, 'x') + "y";
-    EXPECT_EQ(AttributeValue(std::string_view(text)).asText(), std::string(256, 'x'));
+    EXPECT_EQ(AttributeValue(std::string_view(text)).AsText(), std::string(256, 'x'));
 }
 
 TEST(AttributeValue, TextEndsAtItsFirstZeroByte) {
-    EXPECT_EQ(AttributeValue(std::string_view("ab\0cd", 5)).asText(), "ab");
+    EXPECT_EQ(AttributeValue(std::string_view("ab\0cd", 5)).AsText(), "ab");
 }
 
 TEST(AttributeValue, EmptyTextIsAText) {
     const AttributeValue value{std::string_view("")};
     EXPECT_EQ(value.kind, 2);
-    EXPECT_EQ(value.asText(), "");
+    EXPECT_EQ(value.AsText(), "");
 }
 
 } // namespace

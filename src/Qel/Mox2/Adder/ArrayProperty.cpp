@@ -39,7 +39,7 @@ void ArrayProperty<PropertyT, IdsT, StepsT>::update(Database& database) {
     if (static_cast<std::uint32_t>(property_.data.cols()) != property_.width) {
         QEL_THROW(Exception::InvalidArguments());
     }
-    QelMox::Tree& tree = database.getTree();
+    QelMox::Tree& tree = database.tree();
     const std::uint64_t position =
         tree.WriteStreamDataset(property_.data.data(), static_cast<std::uint32_t>(rows), property_.width);
     record(tree, position, PropertyT::geomTypeFrom(property_.type));

@@ -105,7 +105,7 @@ void Components<Paths, Result>::update(Database& database) {
     database.assertOpenedForWriting();
     result_.setZero(static_cast<Eigen::Index>(paths_.size()));
     database.assertNotEmpty();
-    QelMox::Tree& tree = database.getTree();
+    QelMox::Tree& tree = database.tree();
     std::optional<std::string> knownRootName = rootName(tree);
     const Visitor visitor{tree, separator_, knownRootName};
     Eigen::Index i = 0;

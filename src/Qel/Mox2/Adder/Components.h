@@ -23,7 +23,7 @@ public:
     void update(Database& database) override;
 
     /// The id of each path's last node, in order; 0 for a path without components.
-    const Result& getResult() const { return result_; }
+    const Result& result() const { return result_; }
 
 private:
     struct Visitor;

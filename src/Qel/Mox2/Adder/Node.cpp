@@ -23,7 +23,7 @@ Node::Node(NodeType type, const std::string& name, const AttributeMap& attribute
 void Node::update(Database& database) {
     database.assertOpenedForWriting();
     database.assertNotEmpty();
-    QelMox::Tree& tree = database.getTree();
+    QelMox::Tree& tree = database.tree();
     if (tree.GetReqNode(RootId).data == nullptr) {
         addRootNode(tree);
     } else {

@@ -19,7 +19,7 @@ public:
     void update(Database& database) override;
 
     /// The node that is current after update().
-    unsigned int getResult() const { return result_; }
+    unsigned int result() const { return result_; }
 
 private:
     void addRootNode(QelMox::Tree& tree);

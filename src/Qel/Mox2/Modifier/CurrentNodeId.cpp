@@ -6,7 +6,7 @@ namespace Qel::Mox2::Modifier {
 
 void CurrentNodeId::update(Database& database) {
     database.assertNotEmpty();
-    QelMox::Tree& tree = database.getTree();
+    QelMox::Tree& tree = database.tree();
     if (id_ == 0 || id_ > tree.GetNodes().size()) {
         QEL_THROW(Exception::OutOfBounds());
     }

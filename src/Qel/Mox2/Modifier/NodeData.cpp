@@ -73,7 +73,7 @@ NodeData::NodeData(unsigned int id, const PropertyMap& properties, const Attribu
 void NodeData::update(Database& database) {
     database.assertOpenedForWriting();
     database.assertNotEmpty();
-    QelMox::Tree& tree = database.getTree();
+    QelMox::Tree& tree = database.tree();
     if (id_ == 0 || id_ > tree.GetNodes().size()) {
         QEL_THROW(Exception::OutOfBounds());
     }

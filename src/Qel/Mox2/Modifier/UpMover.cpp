@@ -4,7 +4,7 @@ namespace Qel::Mox2::Modifier {
 
 void UpMover::update(Database& database) {
     database.assertNotEmpty();
-    QelMox::Tree& tree = database.getTree();
+    QelMox::Tree& tree = database.tree();
     if (const unsigned int parent = tree.GetCurrentNode().parent; parent != 0) {
         tree.PutCurrentId(parent);
     }

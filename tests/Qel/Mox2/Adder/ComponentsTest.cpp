@@ -33,7 +33,7 @@ template <typename PathsT>
 Ids merge(Qel::Mox2::Database& database, const PathsT& paths, const std::string& separator = "/") {
     Qel::Mox2::Adder::Components<PathsT, IdArray> adder(paths, separator);
     adder.update(database);
-    return Ids(adder.getResult().begin(), adder.getResult().end());
+    return Ids(adder.result().begin(), adder.result().end());
 }
 
 class ComponentsAdder : public Support::OpenDatabase {

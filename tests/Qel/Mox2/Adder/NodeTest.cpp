@@ -29,7 +29,7 @@ protected:
     unsigned int add(int type, const std::string& name, const AttributeMap& attributes = {}) {
         Qel::Mox2::Adder::Node adder(NodeType(type), name, attributes);
         adder.update(database);
-        return adder.getResult();
+        return adder.result();
     }
 };
 
@@ -42,7 +42,7 @@ TEST(NodeAdderState, NeedsWriteMode) {
 TEST_F(NodeAdder, DefaultIsAnUnnamedRootGroup) {
     Qel::Mox2::Adder::Node adder;
     adder.update(database);
-    EXPECT_EQ(adder.getResult(), 1U);
+    EXPECT_EQ(adder.result(), 1U);
     EXPECT_EQ(dataOf<QelMox::Group>(1).GetName(), "");
     EXPECT_EQ(dataOf<QelMox::Group>(1).GetGroupKind(), 0);
 }

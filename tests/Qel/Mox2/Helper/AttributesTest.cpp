@@ -54,7 +54,7 @@ TEST(ToAttributeList, Alternative2IntegerBecomesKindZero) {
 TEST(ToAttributeList, Alternative6TextBecomesKindTwo) {
     const AttributeValue value = converted(AttributeVariant(std::in_place_index<6>, "steel"));
     EXPECT_EQ(value.kind, 2);
-    EXPECT_EQ(value.asText(), "steel");
+    EXPECT_EQ(value.AsText(), "steel");
 }
 
 TEST(ToAttributeList, Alternative10DoubleBecomesKindThree) {
