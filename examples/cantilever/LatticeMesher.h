@@ -30,7 +30,7 @@ public:
     /// taken.
     void addPart(const std::string& name, const std::vector<Eigen::AlignedBox3d>& boxes);
 
-    const Mesh& mesh() const { return result; }
+    const Mesh& mesh() const { return result_; }
 
 private:
     using Index3 = std::array<std::size_t, 3>;
@@ -40,11 +40,11 @@ private:
     unsigned int nodeAt(const Index3& index);
     std::size_t flat(const Index3& index) const;
 
-    std::array<GridLines, 3> lines;
-    std::vector<bool> taken;         // by lattice point that opens the cell
-    std::vector<unsigned int> nodes; // by lattice point; NoNode where none is needed yet
-    std::vector<double> coordinates; // three for each node
-    Mesh result;
+    std::array<GridLines, 3> lines_;
+    std::vector<bool> taken_;         // by lattice point that opens the cell
+    std::vector<unsigned int> nodes_; // by lattice point; NoNode where none is needed yet
+    std::vector<double> coordinates_; // three for each node
+    Mesh result_;
 };
 
 } // namespace Cantilever

@@ -68,35 +68,35 @@ bool isStiff(const Eigen::VectorXd& pivots) {
 } // namespace
 
 Structure::Structure(const Mesh& mesh, const Material& material, const std::vector<unsigned int>& fixedNodes)
-    : stiffness(assembled(mesh, material, Hexahedron::stiffness)),
-      selection(freeSelection(mesh.nodes.rows(), fixedNodes)) {
-    const SparseMatrix transposed = selection.transpose();
-    mass = selection * assembled(mesh, material, Hexahedron::mass) * transposed;
-    factorised.compute(SparseMatrix(selection * stiffness * transposed));
-    if (factorised.info() != Eigen::Success || !isStiff(factorised.vectorD())) {
+    : stiffness_(assembled(mesh, material, Hexahedron::stiffness)),
+      selection_(freeSelection(mesh.nodes.rows(), fixedNodes)) {
+    const SparseMatrix transposed = selection_.transpose();
+    mass_ = selection_ * assembled(mesh, material, Hexahedron::mass) * transposed;
+    factorised_.compute(SparseMatrix(selection_ * stiffness_ * transposed));
+    if (factorised_.info() != Eigen::Success || !isStiff(factorised_.vectorD())) {
         throw std::runtime_error("the structure is not supported well enough to be stable");
     }
 }
 
 NodeTable Structure::displacements(const NodeTable& forces) const {
-    return expanded(solveFree(selection * toVector(forces)));
+    return expanded(solveFree(selection_ * toVector(forces)));
 }
 
 NodeTable Structure::reactions(const NodeTable& displacements, const NodeTable& forces) const {
     const Eigen::VectorXd unbalanced = toVector(internalForces(displacements) - forces);
-    return toTable(unbalanced - selection.transpose() * (selection * unbalanced));
+    return toTable(unbalanced - selection_.transpose() * (selection_ * unbalanced));
 }
 
 NodeTable Structure::internalForces(const NodeTable& displacements) const {
-    return toTable(stiffness * toVector(displacements));
+    return toTable(stiffness_ * toVector(displacements));
 }
 
 Eigen::MatrixXd Structure::solveFree(const Eigen::MatrixXd& right) const {
-    return factorised.solve(right);
+    return factorised_.solve(right);
 }
 
 NodeTable Structure::expanded(const Eigen::VectorXd& free) const {
-    return toTable(selection.transpose() * free);
+    return toTable(selection_.transpose() * free);
 }
 
 } // namespace Cantilever

@@ -30,10 +30,10 @@ public:
     /// Stiffness times `displacements`: the nodal forces in N that cause them.
     NodeTable internalForces(const NodeTable& displacements) const;
 
-    Eigen::Index freeCount() const { return selection.rows(); }
+    Eigen::Index freeCount() const { return selection_.rows(); }
 
     /// The mass matrix in tonne, free degrees of freedom only.
-    const SparseMatrix& freeMass() const { return mass; }
+    const SparseMatrix& freeMass() const { return mass_; }
 
     /// Solves stiffness * x = `right` for each column, free degrees of freedom only.
     Eigen::MatrixXd solveFree(const Eigen::MatrixXd& right) const;
@@ -42,10 +42,10 @@ public:
     NodeTable expanded(const Eigen::VectorXd& free) const;
 
 private:
-    SparseMatrix stiffness; // all degrees of freedom
-    SparseMatrix selection; // one row for each free degree of freedom, with a 1 at its full number
-    SparseMatrix mass;
-    Eigen::SimplicialLDLT<SparseMatrix> factorised;
+    SparseMatrix stiffness_; // all degrees of freedom
+    SparseMatrix selection_; // one row for each free degree of freedom, with a 1 at its full number
+    SparseMatrix mass_;
+    Eigen::SimplicialLDLT<SparseMatrix> factorised_;
 };
 
 } // namespace Cantilever

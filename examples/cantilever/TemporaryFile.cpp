@@ -6,17 +6,17 @@
 namespace Cantilever {
 
 TemporaryFile::TemporaryFile(std::filesystem::path finalPath)
-    : target(std::move(finalPath)), temporary(target) {
-    temporary += ".part";
+    : target_(std::move(finalPath)), temporary_(target_) {
+    temporary_ += ".part";
 }
 
 TemporaryFile::~TemporaryFile() {
     std::error_code nothingToRemove;
-    std::filesystem::remove(temporary, nothingToRemove);
+    std::filesystem::remove(temporary_, nothingToRemove);
 }
 
 void TemporaryFile::keep() const {
-    std::filesystem::rename(temporary, target);
+    std::filesystem::rename(temporary_, target_);
 }
 
 } // namespace Cantilever

@@ -14,7 +14,7 @@ public:
     ~TemporaryFile();
 
     /// Where to write.
-    const std::filesystem::path& path() const { return temporary; }
+    const std::filesystem::path& path() const { return temporary_; }
 
     /// Gives the file its final name, replacing a file of that name.
     /// @pre The file is closed.
@@ -22,8 +22,8 @@ public:
     void keep() const;
 
 private:
-    std::filesystem::path target;
-    std::filesystem::path temporary;
+    std::filesystem::path target_;
+    std::filesystem::path temporary_;
 };
 
 } // namespace Cantilever

@@ -50,15 +50,15 @@ std::string examplesOf(const std::vector<std::unique_ptr<Command>>& commands) {
 } // namespace
 
 Application::Application(Terminal& messages)
-    : terminal(messages),
-      app(std::make_unique<CLI::App>("Works on MOX model files", "mox")),
-      commands(makeCommands()) {
-    app->set_version_flag("--version", "mox " MOX_VERSION);
-    app->footer(examplesOf(commands));
-    app->require_subcommand(0, 1);
-    addCommonOptions(*app);
-    for (const auto& command : commands) {
-        auto& level = *app->add_subcommand(command->name(), command->summary());
+    : terminal_(messages),
+      app_(std::make_unique<CLI::App>("Works on MOX model files", "mox")),
+      commands_(makeCommands()) {
+    app_->set_version_flag("--version", "mox " MOX_VERSION);
+    app_->footer(examplesOf(commands_));
+    app_->require_subcommand(0, 1);
+    addCommonOptions(*app_);
+    for (const auto& command : commands_) {
+        auto& level = *app_->add_subcommand(command->name(), command->summary());
         CommandLine line(level);
         command->addOptions(line);
         addCommonOptions(level);
@@ -71,23 +71,24 @@ Application::~Application() = default;
 void Application::addCommonOptions(CLI::App& level) {
     constexpr const char* Group = "Options of every command";
     level
-        .add_flag("--no-color", noColor,
+        .add_flag("--no-color", noColor_,
                   "No colours, not even on a terminal; NO_COLOR in the environment does the same")
         ->group(Group);
-    level.add_flag("--progress", showProgress, "Show on stderr, if that is a terminal, how far long work is")
+    level
+        .add_flag("--progress", showProgress_, "Show on stderr, if that is a terminal, how far long work is")
         ->group(Group);
 }
 
 int Application::run(int argc, const char* const* argv) {
     try {
-        app->parse(argc, argv);
+        app_->parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return reportParseError(error);
     } catch (const UsageError& error) {
         return reportUsage(error.what());
     }
-    if (app->get_subcommands().empty()) {
-        std::cout << app->help();
+    if (app_->get_subcommands().empty()) {
+        std::cout << app_->help();
         return Success;
     }
     return runCommand(selectedCommand());
@@ -95,18 +96,18 @@ int Application::run(int argc, const char* const* argv) {
 
 Command& Application::selectedCommand() const {
     return **std::ranges::find_if(
-        commands, [this](const auto& command) { return app->got_subcommand(command->name()); });
+        commands_, [this](const auto& command) { return app_->got_subcommand(command->name()); });
 }
 
 int Application::runCommand(Command& command) {
-    if (noColor) {
-        terminal.dropColours();
+    if (noColor_) {
+        terminal_.dropColours();
     }
-    if (!showProgress) {
-        terminal.hideProgress();
+    if (!showProgress_) {
+        terminal_.hideProgress();
     }
     try {
-        const int exitCode = command.run(terminal);
+        const int exitCode = command.run(terminal_);
         return isOutputLost() ? reportFailure(command, OutputLost) : exitCode;
     } catch (const std::bad_alloc&) {
         return reportFailure(command, "not enough memory");
@@ -118,19 +119,19 @@ int Application::runCommand(Command& command) {
 // Requests for help and version come as exceptions too, with exit code 0.
 int Application::reportParseError(const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) {
-        return app->exit(error, std::cout, std::cerr);
+        return app_->exit(error, std::cout, std::cerr);
     }
     return reportUsage(error.what());
 }
 
 int Application::reportUsage(std::string_view reason) {
-    const auto caller = calledAs(*app);
-    terminal.error(fmt::format("{}: {} (see {} --help)", caller, reason, caller));
+    const auto caller = calledAs(*app_);
+    terminal_.error(fmt::format("{}: {} (see {} --help)", caller, reason, caller));
     return WrongUsage;
 }
 
 int Application::reportFailure(const Command& command, std::string_view reason) {
-    terminal.error(fmt::format("mox {}: {}", command.name(), reason));
+    terminal_.error(fmt::format("mox {}: {}", command.name(), reason));
     return command.failureCode();
 }
 

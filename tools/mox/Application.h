@@ -38,11 +38,11 @@ private:
     int reportUsage(std::string_view reason);
     int reportFailure(const Command& command, std::string_view reason);
 
-    Terminal& terminal;
-    std::unique_ptr<CLI::App> app;
-    std::vector<std::unique_ptr<Command>> commands;
-    bool noColor = false;
-    bool showProgress = false;
+    Terminal& terminal_;
+    std::unique_ptr<CLI::App> app_;
+    std::vector<std::unique_ptr<Command>> commands_;
+    bool noColor_ = false;
+    bool showProgress_ = false;
 };
 
 } // namespace MoxTool

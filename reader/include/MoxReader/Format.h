@@ -68,6 +68,8 @@ inline constexpr std::string_view GroupType = "Group";
 inline constexpr std::string_view ShapeType = "Shape";
 inline constexpr std::string_view GeometryType = "Geometry";
 inline constexpr std::string_view NodeSetsType = "NodeSets";
+inline constexpr std::string_view PlainVersion = "0.1";
+inline constexpr std::string_view ShapeVersion = "0.2";
 inline constexpr std::string_view GroupVersion = "0.4";    ///< The only version with the layout read here.
 inline constexpr std::string_view GeometryVersion = "0.7"; ///< The only version with the layout read here.
 
@@ -80,6 +82,14 @@ inline constexpr std::uint32_t NodeSetsDescriptorSize = 4 /*sets*/ + 8 /*positio
 /// The material versions that lack fields of the present one: no shininess and no flag, no flag.
 inline constexpr std::string_view MaterialVersionWithoutShininess = "0.1";
 inline constexpr std::string_view MaterialVersionWithoutFlag = "0.2";
+inline constexpr std::string_view MaterialVersion = "0.3";
+/// Bytes of a material's record of the present version.
+inline constexpr std::uint32_t MaterialSize = 4 /*size word*/ + 4 + 3 /*version*/ + 4 * 16 /*colours*/ +
+                                              4 /*transparency*/ + 4 /*shininess*/ + 1 /*flag*/;
+static_assert(MaterialSize == 84);
+
+/// Who saved the file: the only version of that record.
+inline constexpr std::string_view ModifierVersion = "0.1";
 
 // --- Datasets ----------------------------------------------------------------------------------------------
 
@@ -91,32 +101,99 @@ inline constexpr std::uint8_t FloatTag = 1;
 inline constexpr std::uint8_t UnsignedTag = 5;
 inline constexpr std::uint32_t ElementSize = 4; ///< Bytes of one number, of either element type.
 
-/// What a dataset's numbers are.
-struct VariableType {
-    std::uint32_t number;
+/// What a dataset's numbers are. Other numbers are not in use.
+enum class VariableType : std::uint32_t {
+    Coordinates = 1,
+    Connectivity0 = 4,
+    Connectivity1 = 5,
+    Connectivity2 = 6,
+    Polylength = 9,
+    NodeScalar = 12,
+    NodeVector = 13,
+    NodeSixA = 14,
+    NodeSixB = 15,
+    ElementScalar = 16,
+    ElementVector = 17,
+    ElementSixA = 18,
+    ElementSixB = 19,
+    ThirdScalar = 20,
+    ThirdVector = 21,
+    ThirdSixA = 22,
+    ThirdSixB = 23,
+    FourthScalarA = 24,
+    FourthScalarB = 25,
+    FourthVector = 26,
+    FourthSixA = 27,
+    FourthSixB = 28,
+};
+
+/// A type's name and the components of each of its items.
+struct VariableTypeRow {
+    VariableType type;
     std::string_view name;
-    std::uint8_t width; ///< Components for each item.
+    std::uint8_t width;
 };
 
 inline constexpr std::array VariableTypes = {
-    VariableType{1, "Coordinates", 3},    VariableType{4, "Connectivity0", 1},
-    VariableType{5, "Connectivity1", 1},  VariableType{6, "Connectivity2", 1},
-    VariableType{9, "Polylength", 1},     VariableType{12, "NodeScalar", 1},
-    VariableType{13, "NodeVector", 3},    VariableType{14, "NodeSixA", 6},
-    VariableType{15, "NodeSixB", 6},      VariableType{16, "ElementScalar", 1},
-    VariableType{17, "ElementVector", 3}, VariableType{18, "ElementSixA", 6},
-    VariableType{19, "ElementSixB", 6},   VariableType{20, "ThirdScalar", 1},
-    VariableType{21, "ThirdVector", 3},   VariableType{22, "ThirdSixA", 6},
-    VariableType{23, "ThirdSixB", 6},     VariableType{24, "FourthScalarA", 1},
-    VariableType{25, "FourthScalarB", 1}, VariableType{26, "FourthVector", 3},
-    VariableType{27, "FourthSixA", 6},    VariableType{28, "FourthSixB", 6},
+    VariableTypeRow{VariableType::Coordinates, "Coordinates", 3},
+    VariableTypeRow{VariableType::Connectivity0, "Connectivity0", 1},
+    VariableTypeRow{VariableType::Connectivity1, "Connectivity1", 1},
+    VariableTypeRow{VariableType::Connectivity2, "Connectivity2", 1},
+    VariableTypeRow{VariableType::Polylength, "Polylength", 1},
+    VariableTypeRow{VariableType::NodeScalar, "NodeScalar", 1},
+    VariableTypeRow{VariableType::NodeVector, "NodeVector", 3},
+    VariableTypeRow{VariableType::NodeSixA, "NodeSixA", 6},
+    VariableTypeRow{VariableType::NodeSixB, "NodeSixB", 6},
+    VariableTypeRow{VariableType::ElementScalar, "ElementScalar", 1},
+    VariableTypeRow{VariableType::ElementVector, "ElementVector", 3},
+    VariableTypeRow{VariableType::ElementSixA, "ElementSixA", 6},
+    VariableTypeRow{VariableType::ElementSixB, "ElementSixB", 6},
+    VariableTypeRow{VariableType::ThirdScalar, "ThirdScalar", 1},
+    VariableTypeRow{VariableType::ThirdVector, "ThirdVector", 3},
+    VariableTypeRow{VariableType::ThirdSixA, "ThirdSixA", 6},
+    VariableTypeRow{VariableType::ThirdSixB, "ThirdSixB", 6},
+    VariableTypeRow{VariableType::FourthScalarA, "FourthScalarA", 1},
+    VariableTypeRow{VariableType::FourthScalarB, "FourthScalarB", 1},
+    VariableTypeRow{VariableType::FourthVector, "FourthVector", 3},
+    VariableTypeRow{VariableType::FourthSixA, "FourthSixA", 6},
+    VariableTypeRow{VariableType::FourthSixB, "FourthSixB", 6},
 };
 
-/// The entry of a number in VariableTypes; null for a number that no file should hold.
-constexpr const VariableType* findVariableType(std::uint32_t number) {
-    for (const auto& type : VariableTypes) {
-        if (type.number == number) {
-            return &type;
+/// Whether a number from a file means this type.
+constexpr bool isType(std::uint32_t number, VariableType type) {
+    return number == static_cast<std::uint32_t>(type);
+}
+
+/// Whether a number from a file means one of the types from `first` to `last`.
+constexpr bool isTypeWithin(std::uint32_t number, VariableType first, VariableType last) {
+    return number >= static_cast<std::uint32_t>(first) && number <= static_cast<std::uint32_t>(last);
+}
+
+/// Node indices of elements, or element indices of a part.
+constexpr bool isConnectivityType(std::uint32_t number) {
+    return isTypeWithin(number, VariableType::Connectivity0, VariableType::Connectivity2);
+}
+
+/// The dimensions of the elements of a connectivity type: 1 for lines, 2 for faces, 3 for solids.
+constexpr int elementDimensions(std::uint32_t connectivityType) {
+    return static_cast<int>(connectivityType - static_cast<std::uint32_t>(VariableType::Connectivity0)) + 1;
+}
+
+/// Results at nodes.
+constexpr bool isNodalType(std::uint32_t number) {
+    return isTypeWithin(number, VariableType::NodeScalar, VariableType::NodeSixB);
+}
+
+/// Results at elements.
+constexpr bool isElementalType(std::uint32_t number) {
+    return isTypeWithin(number, VariableType::ElementScalar, VariableType::ElementSixB);
+}
+
+/// The row of a number from a file; null for a number that no file should hold.
+constexpr const VariableTypeRow* findVariableType(std::uint32_t number) {
+    for (const auto& row : VariableTypes) {
+        if (isType(number, row.type)) {
+            return &row;
         }
     }
     return nullptr;

@@ -15,6 +15,17 @@ TEST(Format, VariableTypesHaveTheirNamesAndWidths) {
     EXPECT_EQ(1, Format::findVariableType(25)->width);
 }
 
+TEST(Format, PredicatesTakeTheTypesOfTheirRangeAlone) {
+    for (std::uint32_t number = 0; number <= 40; ++number) {
+        EXPECT_EQ(Format::isConnectivityType(number), number >= 4 && number <= 6) << number;
+        EXPECT_EQ(Format::isNodalType(number), number >= 12 && number <= 15) << number;
+        EXPECT_EQ(Format::isElementalType(number), number >= 16 && number <= 19) << number;
+        EXPECT_EQ(Format::isType(number, Format::VariableType::Polylength), number == 9) << number;
+    }
+    EXPECT_EQ(Format::elementDimensions(4), 1);
+    EXPECT_EQ(Format::elementDimensions(6), 3);
+}
+
 TEST(Format, NumbersBetweenTheVariableTypesHaveNoEntry) {
     for (const std::uint32_t number : {0u, 2u, 3u, 7u, 8u, 10u, 11u, 29u, 0xFFFFFFFFu}) {
         EXPECT_EQ(nullptr, Format::findVariableType(number)) << number;

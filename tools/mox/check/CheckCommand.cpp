@@ -37,34 +37,34 @@ Examples:
 } // namespace
 
 void CheckCommand::addOptions(CommandLine& line) {
-    line.add("FILE", paths, "The files to check; - for stdin");
-    line.addFlag("--rules", listRules, "List all rules: number, level, title, meaning");
-    line.addFlag("--json", asJson, "The result (or the rules) as JSON");
-    line.addFlag("-W,--strict", strict, "Warnings count as errors: exit code 2");
-    line.add("--limit", limit, "List so many findings of each rule at most; 0 for all").showDefault();
+    line.add("FILE", paths_, "The files to check; - for stdin");
+    line.addFlag("--rules", listRules_, "List all rules: number, level, title, meaning");
+    line.addFlag("--json", asJson_, "The result (or the rules) as JSON");
+    line.addFlag("-W,--strict", strict_, "Warnings count as errors: exit code 2");
+    line.add("--limit", limit_, "List so many findings of each rule at most; 0 for all").showDefault();
     line.setDetails(Details);
     line.setCheck([this] {
-        if (paths.empty() && !listRules) {
+        if (paths_.empty() && !listRules_) {
             throw UsageError("FILE is required");
         }
     });
 }
 
 int CheckCommand::run(Terminal& terminal) {
-    if (listRules) {
+    if (listRules_) {
         return runRules();
     }
     JsonStream json(stdout);
-    if (asJson) {
+    if (asJson_) {
         json.beginObject();
         json.key("files");
         json.beginArray();
     }
     int worst = 0;
-    for (const auto& path : paths) {
-        worst = std::max(worst, static_cast<int>(runFile(path, asJson ? &json : nullptr, terminal)));
+    for (const auto& path : paths_) {
+        worst = std::max(worst, static_cast<int>(runFile(path, asJson_ ? &json : nullptr, terminal)));
     }
-    if (asJson) {
+    if (asJson_) {
         json.endArray();
         json.endObject();
     }
@@ -72,7 +72,7 @@ int CheckCommand::run(Terminal& terminal) {
 }
 
 int CheckCommand::runRules() const {
-    if (!asJson) {
+    if (!asJson_) {
         printRules(stdout);
         return 0;
     }
@@ -84,11 +84,11 @@ int CheckCommand::runRules() const {
 // A file that can't be read does not keep the next one from being checked.
 Verdict CheckCommand::runFile(const std::string& path, JsonStream* json, Terminal& terminal) const {
     try {
-        FindingList findings(limit);
+        FindingList findings(limit_);
         const auto progress = [&](double part) { terminal.progress("checking " + path, part); };
         explainErrors(path, [&] { checkFile(openSource(path), findings, progress); });
         terminal.clearProgress();
-        const auto verdict = judge(findings, strict);
+        const auto verdict = judge(findings, strict_);
         if (json != nullptr) {
             printReport(*json, path, findings, verdict);
         } else {

@@ -26,11 +26,11 @@ private:
     int runRules() const;
     Verdict runFile(const std::string& path, JsonStream* json, Terminal& terminal) const;
 
-    std::vector<std::string> paths;
-    bool listRules = false;
-    bool asJson = false;
-    bool strict = false;
-    std::size_t limit = 20;
+    std::vector<std::string> paths_;
+    bool listRules_ = false;
+    bool asJson_ = false;
+    bool strict_ = false;
+    std::size_t limit_ = 20;
 };
 
 } // namespace MoxTool

@@ -30,10 +30,10 @@ class DatasetCheck {
 public:
     DatasetCheck(const std::vector<Node>& list, const MoxReader::LinkTable& table, bool complete,
                  FindingList& found)
-        : nodes(list), links(table), areComplete(complete), findings(found) {}
+        : nodes_(list), links_(table), areComplete_(complete), findings_(found) {}
 
     void run() {
-        for (const auto& node : nodes) {
+        for (const auto& node : nodes_) {
             if (node.geometry() == nullptr) {
                 continue;
             }
@@ -50,7 +50,7 @@ private:
     void require(bool isSound, RuleId rule, const Dataset& dataset, fmt::format_string<Args...> reason,
                  Args&&... arguments) {
         if (!isSound) {
-            findings.add(rule, fmt::format(reason, std::forward<Args>(arguments)...), placeOf(dataset));
+            findings_.add(rule, fmt::format(reason, std::forward<Args>(arguments)...), placeOf(dataset));
         }
     }
 
@@ -78,7 +78,7 @@ private:
         }
     }
 
-    void checkHolder(const Dataset& holder, const Format::VariableType* type) {
+    void checkHolder(const Dataset& holder, const Format::VariableTypeRow* type) {
         if (type != nullptr) {
             require(holder.width == type->width, RuleId::Width, holder, "{} components instead of {}",
                     holder.width, type->width);
@@ -91,10 +91,10 @@ private:
     }
 
     void checkLink(const Dataset& link) {
-        const auto& resolution = links.resolution(link.nodeId, link.index);
+        const auto& resolution = links_.resolution(link.nodeId, link.index);
         if (const auto* error = std::get_if<MoxReader::ErrorCode>(&resolution)) {
             const auto rule = brokenRule(*error);
-            const bool canBeMissing = rule == RuleId::LinkTarget && !areComplete;
+            const bool canBeMissing = rule == RuleId::LinkTarget && !areComplete_;
             require(canBeMissing, rule, link, "it leads to dataset {} of node {}", link.linkIndex,
                     link.linkNodeId);
             return;
@@ -108,10 +108,10 @@ private:
                 link.elementTag, holder.variableType, holder.elementTag);
     }
 
-    const std::vector<Node>& nodes;
-    const MoxReader::LinkTable& links;
-    bool areComplete;
-    FindingList& findings;
+    const std::vector<Node>& nodes_;
+    const MoxReader::LinkTable& links_;
+    bool areComplete_;
+    FindingList& findings_;
 };
 
 } // namespace

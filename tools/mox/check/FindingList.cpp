@@ -7,10 +7,10 @@
 namespace MoxTool {
 
 void FindingList::add(RuleId rule, std::string reason, FindingPlace place) {
-    ++byLevel[static_cast<std::size_t>(ruleOf(rule).level)];
-    const auto number = ++byRule[rule];
-    if (limit == 0 || number <= limit) {
-        list.push_back({rule, std::move(reason), std::move(place)});
+    ++byLevel_[static_cast<std::size_t>(ruleOf(rule).level)];
+    const auto number = ++byRule_[rule];
+    if (limit_ == 0 || number <= limit_) {
+        list_.push_back({rule, std::move(reason), std::move(place)});
     }
 }
 
@@ -31,15 +31,15 @@ void FindingList::addError(const MoxReader::Error& error, std::optional<std::uin
 }
 
 std::uint64_t FindingList::count(RuleId rule) const {
-    const auto found = byRule.find(rule);
-    return found == byRule.end() ? 0 : found->second;
+    const auto found = byRule_.find(rule);
+    return found == byRule_.end() ? 0 : found->second;
 }
 
 std::map<RuleId, std::uint64_t> FindingList::notKept() const {
     std::map<RuleId, std::uint64_t> rest;
-    for (const auto& [rule, number] : byRule) {
-        if (limit != 0 && number > limit) {
-            rest[rule] = number - limit;
+    for (const auto& [rule, number] : byRule_) {
+        if (limit_ != 0 && number > limit_) {
+            rest[rule] = number - limit_;
         }
     }
     return rest;

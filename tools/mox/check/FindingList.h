@@ -13,7 +13,7 @@ namespace MoxTool {
 class FindingList {
 public:
     /// @param kept For each rule; 0 keeps all.
-    explicit FindingList(std::size_t kept = 0) : limit(kept) {}
+    explicit FindingList(std::size_t kept = 0) : limit_(kept) {}
 
     void add(RuleId rule, std::string reason, FindingPlace place = {});
     /// What the reader could not read. Damage of a block has been found with the block itself; here it only
@@ -21,19 +21,19 @@ public:
     /// @param node The node whose data could not be read, if it is one's.
     void addError(const MoxReader::Error& error, std::optional<std::uint32_t> node = {});
 
-    const std::vector<Finding>& findings() const { return list; }
-    std::vector<Finding>& findings() { return list; }
-    std::uint64_t count(Level level) const { return byLevel[static_cast<std::size_t>(level)]; }
+    const std::vector<Finding>& findings() const { return list_; }
+    std::vector<Finding>& findings() { return list_; }
+    std::uint64_t count(Level level) const { return byLevel_[static_cast<std::size_t>(level)]; }
     std::uint64_t count(RuleId rule) const;
-    bool isEmpty() const { return byRule.empty(); }
+    bool isEmpty() const { return byRule_.empty(); }
     /// How many findings of each rule were counted but not kept; rules without such are left out.
     std::map<RuleId, std::uint64_t> notKept() const;
 
 private:
-    std::size_t limit;
-    std::vector<Finding> list;
-    std::array<std::uint64_t, 3> byLevel{};
-    std::map<RuleId, std::uint64_t> byRule;
+    std::size_t limit_;
+    std::vector<Finding> list_;
+    std::array<std::uint64_t, 3> byLevel_{};
+    std::map<RuleId, std::uint64_t> byRule_;
 };
 
 } // namespace MoxTool

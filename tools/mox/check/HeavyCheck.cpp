@@ -25,29 +25,29 @@ MoxReader::Model rootAlone() {
 
 HeavyCheck::HeavyCheck(const MoxReader::File& source, const std::vector<Node>& nodes, bool complete,
                        const std::set<std::uint64_t>& damaged, FindingList& list)
-    : areComplete(complete),
-      damagedBlocks(damaged),
-      findings(list),
-      bare(rootAlone()),
-      data(MoxReader::openHeavyStream(source, nodes), bare),
-      heavy(data.stream()) {
+    : areComplete_(complete),
+      damagedBlocks_(damaged),
+      findings_(list),
+      bare_(rootAlone()),
+      data_(MoxReader::openHeavyStream(source, nodes), bare_),
+      heavy_(data_.stream()) {
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         collect(nodes[i], static_cast<std::uint32_t>(i + 1));
     }
-    std::ranges::stable_sort(ranges, {}, &Range::position);
+    std::ranges::stable_sort(ranges_, {}, &Range::position);
 }
 
 void HeavyCheck::collect(const Node& node, std::uint32_t id) {
     if (const auto* sets = node.nodeSets()) {
-        hasSets = true;
-        ranges.push_back({sets->heavyPosition, sets->heavySize, id, nullptr, sets});
+        hasSets_ = true;
+        ranges_.push_back({sets->heavyPosition, sets->heavySize, id, nullptr, sets});
     }
     if (node.geometry() == nullptr) {
         return;
     }
     for (const auto& dataset : node.geometry()->datasets) {
         if (!dataset.isLink) {
-            ranges.push_back({dataset.position, dataset.sizeInBytes, id, &dataset, nullptr});
+            ranges_.push_back({dataset.position, dataset.sizeInBytes, id, &dataset, nullptr});
         }
     }
 }
@@ -55,24 +55,24 @@ void HeavyCheck::collect(const Node& node, std::uint32_t id) {
 // No byte is looked at twice, whatever the descriptors say, so the work stays in proportion to the file.
 FactsByHolder HeavyCheck::run(const CheckProgress& progress) {
     std::uint64_t used = 0;
-    for (const auto& range : ranges) {
+    for (const auto& range : ranges_) {
         if (!isInside(range)) {
             continue;
         }
         if (range.position < used) {
-            findings.add(RuleId::DatasetOverlap,
-                         fmt::format("its first {} bytes belong to another one",
-                                     std::min(used, range.end()) - range.position),
-                         range.place());
+            findings_.add(RuleId::DatasetOverlap,
+                          fmt::format("its first {} bytes belong to another one",
+                                      std::min(used, range.end()) - range.position),
+                          range.place());
         } else {
             reportUnused(used, range.position);
             look(range, progress);
         }
         used = std::max(used, range.end());
     }
-    reportUnused(used, heavy.size());
+    reportUnused(used, heavy_.size());
     checkStreamedFlags();
-    return std::move(facts);
+    return std::move(facts_);
 }
 
 FindingPlace HeavyCheck::Range::place() const {
@@ -80,13 +80,13 @@ FindingPlace HeavyCheck::Range::place() const {
 }
 
 bool HeavyCheck::isInside(const Range& range) {
-    const bool inside = range.position <= heavy.size() && range.size <= heavy.size() - range.position;
-    if (!inside && heavy.damage()) {
-        findings.addError(*heavy.damage(), range.node);
+    const bool inside = range.position <= heavy_.size() && range.size <= heavy_.size() - range.position;
+    if (!inside && heavy_.damage()) {
+        findings_.addError(*heavy_.damage(), range.node);
     } else if (!inside) {
-        findings.add(RuleId::DatasetInside,
-                     fmt::format("{} bytes at {} of {}", range.size, range.position, heavy.size()),
-                     range.place());
+        findings_.add(RuleId::DatasetInside,
+                      fmt::format("{} bytes at {} of {}", range.size, range.position, heavy_.size()),
+                      range.place());
     }
     return inside;
 }
@@ -95,17 +95,17 @@ void HeavyCheck::look(const Range& range, const CheckProgress& progress) {
     if (range.size == 0) {
         return;
     }
-    progress(static_cast<double>(range.position) / static_cast<double>(heavy.size()));
-    const auto block = heavy.blockAt(range.position);
-    if (heavy.blockAt(range.end() - 1) != block) {
-        findings.add(RuleId::DatasetOneBlock,
-                     fmt::format("{} bytes at {} reach into the next block", range.size, range.position),
-                     range.place());
+    progress(static_cast<double>(range.position) / static_cast<double>(heavy_.size()));
+    const auto block = heavy_.blockAt(range.position);
+    if (heavy_.blockAt(range.end() - 1) != block) {
+        findings_.add(RuleId::DatasetOneBlock,
+                      fmt::format("{} bytes at {} reach into the next block", range.size, range.position),
+                      range.place());
         return;
     }
-    const bool isReadable = !damagedBlocks.contains(heavy.blocks()[block].id);
+    const bool isReadable = !damagedBlocks_.contains(heavy_.blocks()[block].id);
     if (!isReadable) {
-        findings.add(RuleId::NotChecked, "its numbers stand in a damaged block", range.place());
+        findings_.add(RuleId::NotChecked, "its numbers stand in a damaged block", range.place());
     }
     if (range.sets != nullptr && isReadable) {
         lookAtSets(range);
@@ -113,21 +113,21 @@ void HeavyCheck::look(const Range& range, const CheckProgress& progress) {
     if (range.holder == nullptr || !hasSoundShape(*range.holder)) {
         return;
     }
-    facts[range.holder] = isReadable
-                              ? readFacts(heavy, *range.holder)
-                              : NumberFacts{.items = range.size / Format::ElementSize / range.holder->width};
+    facts_[range.holder] = isReadable
+                               ? readFacts(heavy_, *range.holder)
+                               : NumberFacts{.items = range.size / Format::ElementSize / range.holder->width};
 }
 
 // Without the look at the counts first, sets of a few bytes could each claim the whole stream.
 void HeavyCheck::lookAtSets(const Range& range) {
     const auto reject = [&] {
-        findings.add(RuleId::NodeSetsRecord, "its lists contradict each other or its size", range.place());
+        findings_.add(RuleId::NodeSetsRecord, "its lists contradict each other or its size", range.place());
     };
     if (!areListsWhole(range)) {
         return reject();
     }
     try {
-        data.readNodeSets(*range.sets);
+        data_.readNodeSets(*range.sets);
     } catch (const MoxReader::Error& error) {
         if (error.code() == MoxReader::ErrorCode::ReadFailed) {
             throw;
@@ -138,54 +138,54 @@ void HeavyCheck::lookAtSets(const Range& range) {
 
 bool HeavyCheck::areListsWhole(const Range& range) {
     constexpr std::array<std::uint64_t, 5> ElementSizes = {4, 1, 4, 4, 4};
-    heavy.seek(range.position);
+    heavy_.seek(range.position);
     for (const auto elementSize : ElementSizes) {
-        if (range.end() - heavy.position() < 4) {
+        if (range.end() - heavy_.position() < 4) {
             return false;
         }
-        const auto bytes = heavy.readNumber<std::uint32_t>() * elementSize;
-        if (bytes > range.end() - heavy.position()) {
+        const auto bytes = heavy_.readNumber<std::uint32_t>() * elementSize;
+        if (bytes > range.end() - heavy_.position()) {
             return false;
         }
-        heavy.skip(bytes);
+        heavy_.skip(bytes);
     }
-    return heavy.position() == range.end();
+    return heavy_.position() == range.end();
 }
 
 void HeavyCheck::reportUnused(std::uint64_t from, std::uint64_t to) {
-    if (areComplete && from < to) {
-        findings.add(RuleId::UnusedNumbers, fmt::format("{} bytes", to - from),
-                     {.stream = std::string(Format::HeavyStream), .streamOffset = from});
+    if (areComplete_ && from < to) {
+        findings_.add(RuleId::UnusedNumbers, fmt::format("{} bytes", to - from),
+                      {.stream = std::string(Format::HeavyStream), .streamOffset = from});
     }
 }
 
 // Node sets go into the stream without marking it, so with them nothing can be told.
 void HeavyCheck::checkStreamedFlags() {
-    if (hasSets || !areComplete || heavy.damage()) {
+    if (hasSets_ || !areComplete_ || heavy_.damage()) {
         return;
     }
-    for (std::size_t i = 0; i < heavy.blocks().size(); ++i) {
-        const auto& block = heavy.blocks()[i];
+    for (std::size_t i = 0; i < heavy_.blocks().size(); ++i) {
+        const auto& block = heavy_.blocks()[i];
         const auto expected = isStreamed(i);
         if (expected && *expected != block.isFreezable()) {
-            findings.add(RuleId::StreamedFlag,
-                         *expected ? "it is not marked" : "it is marked, with one dataset",
-                         {.offset = block.recordPosition, .block = block.id, .stream = block.name});
+            findings_.add(RuleId::StreamedFlag,
+                          *expected ? "it is not marked" : "it is marked, with one dataset",
+                          {.offset = block.recordPosition, .block = block.id, .stream = block.name});
         }
     }
 }
 
 /// Whether another dataset was written when the block existed; empty if that can't be told.
 std::optional<bool> HeavyCheck::isStreamed(std::size_t block) const {
-    if (block + 1 < heavy.blocks().size()) {
+    if (block + 1 < heavy_.blocks().size()) {
         return true;
     }
-    const auto start = heavy.blockStart(block);
-    const auto first = std::ranges::lower_bound(ranges, start, {}, &Range::position);
-    if (first == ranges.end() || first->position >= heavy.size()) {
+    const auto start = heavy_.blockStart(block);
+    const auto first = std::ranges::lower_bound(ranges_, start, {}, &Range::position);
+    if (first == ranges_.end() || first->position >= heavy_.size()) {
         return std::nullopt;
     }
-    return first->position != start || first->end() != heavy.size();
+    return first->position != start || first->end() != heavy_.size();
 }
 
 } // namespace MoxTool

@@ -48,15 +48,15 @@ private:
     void checkStreamedFlags();
     std::optional<bool> isStreamed(std::size_t block) const;
 
-    bool areComplete;
-    const std::set<std::uint64_t>& damagedBlocks;
-    FindingList& findings;
-    MoxReader::Model bare;     ///< A root alone: node sets are read without a look at the tree.
-    MoxReader::HeavyData data; ///< Holds the one decompressed block.
-    MoxReader::StreamReader& heavy;
-    std::vector<Range> ranges; ///< In order of their positions.
-    bool hasSets = false;
-    FactsByHolder facts;
+    bool areComplete_;
+    const std::set<std::uint64_t>& damagedBlocks_;
+    FindingList& findings_;
+    MoxReader::Model bare_;     ///< A root alone: node sets are read without a look at the tree.
+    MoxReader::HeavyData data_; ///< Holds the one decompressed block.
+    MoxReader::StreamReader& heavy_;
+    std::vector<Range> ranges_; ///< In order of their positions.
+    bool hasSets_ = false;
+    FactsByHolder facts_;
 };
 
 } // namespace MoxTool

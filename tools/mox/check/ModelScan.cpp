@@ -30,16 +30,12 @@ struct KnownType {
 constexpr std::string_view AnyVersion = "*";
 constexpr std::array KnownTypes = {
     KnownType{"", ""}, // a root that was never set
-    KnownType{Format::PlainType, "0.1"},
+    KnownType{Format::PlainType, Format::PlainVersion},
     KnownType{Format::GroupType, Format::GroupVersion},
-    KnownType{Format::ShapeType, "0.2"},
+    KnownType{Format::ShapeType, Format::ShapeVersion},
     KnownType{Format::GeometryType, Format::GeometryVersion},
     KnownType{Format::NodeSetsType, AnyVersion},
 };
-
-constexpr std::string_view MaterialVersion = "0.3";
-constexpr std::uint64_t MaterialSize = 84;
-constexpr std::string_view ModifierVersion = "0.1";
 
 template <std::size_t Count>
 bool areFinite(const std::array<float, Count>& values, std::size_t count = Count) {
@@ -71,7 +67,7 @@ std::uint64_t sizeOf(const MoxReader::ModifierInfo& info) {
 bool hasFixedForm(const MoxReader::GlobalInformation& global, std::uint64_t streamSize) {
     std::uint64_t size = 4 + 4; // the two counts
     for (const auto& info : global.modifiers) {
-        if (info.version != ModifierVersion || info.formatVersion != Format::SupportedVersion) {
+        if (info.version != Format::ModifierVersion || info.formatVersion != Format::SupportedVersion) {
             return false;
         }
         size += sizeOf(info);
@@ -81,7 +77,7 @@ bool hasFixedForm(const MoxReader::GlobalInformation& global, std::uint64_t stre
 
 } // namespace
 
-ModelScan::ModelScan(const MoxReader::File& source, FindingList& list) : file(source), findings(list) {}
+ModelScan::ModelScan(const MoxReader::File& source, FindingList& list) : file_(source), findings_(list) {}
 
 void ModelScan::run() {
     scanTree();
@@ -101,38 +97,38 @@ bool ModelScan::attempt(const Work& work, std::optional<std::uint32_t> node) {
         if (error.code() == MoxReader::ErrorCode::ReadFailed) {
             throw;
         }
-        blockFailed = isBlockDamage(error.code());
-        findings.addError(error, node);
+        blockFailed_ = isBlockDamage(error.code());
+        findings_.addError(error, node);
         return false;
     }
 }
 
 void ModelScan::checkEnd(const StreamReader& stream) {
     if (stream.damage()) {
-        findings.addError(*stream.damage());
+        findings_.addError(*stream.damage());
     } else if (!stream.atEnd()) {
-        findings.add(RuleId::BytesLeftOver, fmt::format("{} bytes", stream.remaining()),
-                     placeIn(stream, stream.position()));
+        findings_.add(RuleId::BytesLeftOver, fmt::format("{} bytes", stream.remaining()),
+                      placeIn(stream, stream.position()));
     }
 }
 
 void ModelScan::scanTree() {
-    if (!file.hasStream(Format::TreeStream)) {
-        findings.add(RuleId::StreamMissing, "there is no tree", {.stream = std::string(Format::TreeStream)});
+    if (!file_.hasStream(Format::TreeStream)) {
+        findings_.add(RuleId::StreamMissing, "there is no tree", {.stream = std::string(Format::TreeStream)});
         return;
     }
-    auto tree = file.stream(Format::TreeStream);
-    treeWhole = attempt([&] {
+    auto tree = file_.stream(Format::TreeStream);
+    treeWhole_ = attempt([&] {
         const auto count = tree.readCount(Format::NodeRecordMinSize);
         if (count == 0) {
-            findings.add(RuleId::Count, "the tree has no node", placeIn(tree, 0));
+            findings_.add(RuleId::Count, "the tree has no node", placeIn(tree, 0));
         }
         for (std::uint32_t i = 0; i < count; ++i) {
-            scanned.push_back(Node{MoxReader::readNodeRecord(tree), {}});
+            scanned_.push_back(Node{MoxReader::readNodeRecord(tree), {}});
         }
         checkEnd(tree);
     });
-    for (const auto& node : scanned) {
+    for (const auto& node : scanned_) {
         checkKind(node);
     }
 }
@@ -142,37 +138,37 @@ void ModelScan::checkKind(const Node& node) {
     const auto known = std::ranges::find(KnownTypes, std::string_view(node.typeName), &KnownType::name);
     const bool isUnset = node.typeName.empty();
     if (known == KnownTypes.end() || (isUnset && (id != 1 || !node.name.empty()))) {
-        findings.add(RuleId::NodeType, fmt::format("type \"{}\"", visibleText(node.typeName)), {.node = id});
+        findings_.add(RuleId::NodeType, fmt::format("type \"{}\"", visibleText(node.typeName)), {.node = id});
     } else if (known->version != AnyVersion && node.version != known->version) {
-        findings.add(RuleId::NodeVersion,
-                     fmt::format("version \"{}\" of a \"{}\"", visibleText(node.version), node.typeName),
-                     {.node = id});
+        findings_.add(RuleId::NodeVersion,
+                      fmt::format("version \"{}\" of a \"{}\"", visibleText(node.version), node.typeName),
+                      {.node = id});
     }
 }
 
 // Behind a descriptor that can't be read the next node's own statement of its place is taken, as long as it
 // leads forward; so nothing is read twice.
 void ModelScan::scanLightData() {
-    auto light = file.stream(Format::LightStream);
-    descriptorsWhole = treeWhole;
+    auto light = file_.stream(Format::LightStream);
+    descriptorsWhole_ = treeWhole_;
     bool inStep = true;
-    for (auto& node : scanned) {
+    for (auto& node : scanned_) {
         const auto id = idOf(node);
         if (inStep && node.lightPosition != light.position()) {
-            findings.add(RuleId::DescriptorPlace,
-                         fmt::format("it says {} instead of {}", node.lightPosition, light.position()),
-                         placeIn(light, light.position(), id));
+            findings_.add(RuleId::DescriptorPlace,
+                          fmt::format("it says {} instead of {}", node.lightPosition, light.position()),
+                          placeIn(light, light.position(), id));
         }
         if (!inStep && !seekDescriptor(light, node, id)) {
             continue;
         }
         inStep = attempt([&] { scanDescriptor(light, node, id); }, id);
-        descriptorsWhole = descriptorsWhole && inStep;
-        if (!inStep && blockFailed) {
+        descriptorsWhole_ = descriptorsWhole_ && inStep;
+        if (!inStep && blockFailed_) {
             return;
         }
     }
-    if (inStep && treeWhole) {
+    if (inStep && treeWhole_) {
         checkEnd(light);
     }
 }
@@ -182,7 +178,7 @@ bool ModelScan::seekDescriptor(StreamReader& light, const Node& node, std::uint3
         light.seek(node.lightPosition);
         return true;
     }
-    findings.add(RuleId::NotChecked, "its descriptor could not be found", {.node = id});
+    findings_.add(RuleId::NotChecked, "its descriptor could not be found", {.node = id});
     return false;
 }
 
@@ -191,10 +187,10 @@ void ModelScan::scanDescriptor(StreamReader& light, Node& node, std::uint32_t id
     if (node.typeName == Format::GroupType) {
         const auto group = MoxReader::readGroup(light);
         if (group.kind > 1 || (group.kind == 1 && id != 1)) {
-            findings.add(RuleId::GroupKind, fmt::format("it is {}", group.kind), placeIn(light, start, id));
+            findings_.add(RuleId::GroupKind, fmt::format("it is {}", group.kind), placeIn(light, start, id));
         }
         if (!areFinite(group.translation) || !areFinite(group.rotation) || !areFinite(group.scale)) {
-            findings.add(RuleId::LooksNotFinite, "a transform", placeIn(light, start, id));
+            findings_.add(RuleId::LooksNotFinite, "a transform", placeIn(light, start, id));
         }
         node.content = group;
     } else if (node.typeName == Format::ShapeType) {
@@ -204,8 +200,8 @@ void ModelScan::scanDescriptor(StreamReader& light, Node& node, std::uint32_t id
     } else if (node.typeName == Format::NodeSetsType) {
         node.content = MoxReader::readNodeSetsDescriptor(light);
         if (light.position() - start != 4 + Format::NodeSetsDescriptorSize) {
-            findings.add(RuleId::NodeSetsRecord, "the descriptor has not 16 bytes",
-                         placeIn(light, start, id));
+            findings_.add(RuleId::NodeSetsRecord, "the descriptor has not 16 bytes",
+                          placeIn(light, start, id));
         }
     } else if (!node.typeName.empty() && node.typeName != Format::PlainType) {
         // Its type has been reported; without it nothing tells how long the descriptor is.
@@ -225,14 +221,14 @@ void ModelScan::scanGeometry(StreamReader& light, Node& node, std::uint32_t id) 
 }
 
 void ModelScan::scanAttributes() {
-    auto attributes = file.stream(Format::AttributesStream);
-    if (!descriptorsWhole) {
-        findings.add(RuleId::NotChecked, "without all descriptors the attributes can't be told apart",
-                     placeIn(attributes, 0));
+    auto attributes = file_.stream(Format::AttributesStream);
+    if (!descriptorsWhole_) {
+        findings_.add(RuleId::NotChecked, "without all descriptors the attributes can't be told apart",
+                      placeIn(attributes, 0));
         return;
     }
     attempt([&] {
-        for (const auto& node : scanned) {
+        for (const auto& node : scanned_) {
             scanNodeAttributes(attributes, node, idOf(node));
         }
         checkEnd(attributes);
@@ -261,20 +257,20 @@ void ModelScan::scanAttributeRecord(StreamReader& attributes, std::uint32_t id, 
     try {
         const auto read = MoxReader::readAttributes(attributes);
         if (dataset != nullptr && dataset->isLink && !read.empty()) {
-            findings.add(RuleId::LinkAttributes, fmt::format("it has {}", read.size()), place);
+            findings_.add(RuleId::LinkAttributes, fmt::format("it has {}", read.size()), place);
         }
     } catch (const MoxReader::Error& error) {
         if (error.code() != MoxReader::ErrorCode::BadAttributes) {
             throw;
         }
-        findings.add(RuleId::AttributeRecord, std::string(MoxReader::errorText(error.code())), place);
+        findings_.add(RuleId::AttributeRecord, std::string(MoxReader::errorText(error.code())), place);
     }
 }
 
 // All records are of one size, so that one that can't be read does not hide the next.
 void ModelScan::scanMaterials() {
-    auto resources = file.stream(Format::ResourcesStream);
-    for (const auto& node : scanned) {
+    auto resources = file_.stream(Format::ResourcesStream);
+    for (const auto& node : scanned_) {
         if (node.typeName != Format::ShapeType) {
             continue;
         }
@@ -283,12 +279,12 @@ void ModelScan::scanMaterials() {
         if (attempt([&] { scanMaterial(resources, id); }, id)) {
             continue;
         }
-        if (blockFailed || start + MaterialSize > resources.size()) {
+        if (blockFailed_ || start + Format::MaterialSize > resources.size()) {
             return;
         }
-        resources.seek(start + MaterialSize);
+        resources.seek(start + Format::MaterialSize);
     }
-    if (treeWhole) {
+    if (treeWhole_) {
         checkEnd(resources);
     }
 }
@@ -298,29 +294,29 @@ void ModelScan::scanMaterial(StreamReader& resources, std::uint32_t id) {
     const auto material = MoxReader::readMaterial(resources);
     const auto size = resources.position() - start;
     const auto place = placeIn(resources, start, id);
-    if (material.version != MaterialVersion || size != MaterialSize || material.flag != 1) {
-        findings.add(RuleId::MaterialRecord,
-                     fmt::format("version \"{}\", {} bytes, flag {}", visibleText(material.version), size,
-                                 material.flag),
-                     place);
+    if (material.version != Format::MaterialVersion || size != Format::MaterialSize || material.flag != 1) {
+        findings_.add(RuleId::MaterialRecord,
+                      fmt::format("version \"{}\", {} bytes, flag {}", visibleText(material.version), size,
+                                  material.flag),
+                      place);
     }
     if (!isFinite(material)) {
-        findings.add(RuleId::LooksNotFinite, "a material", place);
+        findings_.add(RuleId::LooksNotFinite, "a material", place);
     }
 }
 
 void ModelScan::scanGlobalInformation() {
-    if (!file.hasStream(Format::GlobalStream)) {
-        findings.add(RuleId::StreamMissing, "nothing tells who saved the file",
-                     {.stream = std::string(Format::GlobalStream)});
+    if (!file_.hasStream(Format::GlobalStream)) {
+        findings_.add(RuleId::StreamMissing, "nothing tells who saved the file",
+                      {.stream = std::string(Format::GlobalStream)});
         return;
     }
-    auto global = file.stream(Format::GlobalStream);
+    auto global = file_.stream(Format::GlobalStream);
     attempt([&] {
         const auto information = MoxReader::readGlobalInformation(global);
         if (!hasFixedForm(information, global.size())) {
-            findings.add(RuleId::GlobalRecord, "a record has another version, size or format version",
-                         placeIn(global, 0));
+            findings_.add(RuleId::GlobalRecord, "a record has another version, size or format version",
+                          placeIn(global, 0));
         }
     });
 }

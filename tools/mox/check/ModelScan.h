@@ -20,9 +20,9 @@ public:
     void run();
 
     /// The nodes as far as they could be read. Their datasets are numbered by their place in this list.
-    const std::vector<MoxReader::Node>& nodes() const { return scanned; }
+    const std::vector<MoxReader::Node>& nodes() const { return scanned_; }
     /// Whether the descriptors of all nodes could be read.
-    bool hasAllDescriptors() const { return descriptorsWhole; }
+    bool hasAllDescriptors() const { return descriptorsWhole_; }
 
 private:
     template <class Work>
@@ -44,15 +44,15 @@ private:
     void scanGlobalInformation();
     void checkEnd(const MoxReader::StreamReader& stream);
     std::uint32_t idOf(const MoxReader::Node& node) const {
-        return static_cast<std::uint32_t>(&node - scanned.data() + 1);
+        return static_cast<std::uint32_t>(&node - scanned_.data() + 1);
     }
 
-    const MoxReader::File& file;
-    FindingList& findings;
-    std::vector<MoxReader::Node> scanned;
-    bool treeWhole = false; ///< If not, what belongs to the missing nodes is left over in the other streams.
-    bool descriptorsWhole = false;
-    bool blockFailed = false; ///< The last failed attempt met a damaged block.
+    const MoxReader::File& file_;
+    FindingList& findings_;
+    std::vector<MoxReader::Node> scanned_;
+    bool treeWhole_ = false; ///< If not, what belongs to the missing nodes is left over in the other streams.
+    bool descriptorsWhole_ = false;
+    bool blockFailed_ = false; ///< The last failed attempt met a damaged block.
 };
 
 } // namespace MoxTool

@@ -1,5 +1,6 @@
 #include "SenseCheck.h"
 
+#include "../mesh/DatasetNames.h"
 #include "DatasetCheck.h"
 
 #include <MoxReader/Format.h>
@@ -16,29 +17,11 @@ namespace {
 
 using MoxReader::Dataset;
 using MoxReader::Node;
-
-/// Numbers of variable types; see MoxReader::Format::VariableTypes.
-enum : std::uint32_t {
-    Coordinates = 1,
-    FirstConnectivity = 4,
-    LastConnectivity = 6,
-    Polylength = 9,
-    FirstNodeResult = 12,
-    LastNodeResult = 15,
-    FirstElementResult = 16,
-    LastElementResult = 19
-};
-
-/// Of the types of connectivity, but ids of elements.
-constexpr std::string_view PartElements = "Part Elements";
-
-bool isWithin(const Dataset& dataset, std::uint32_t first, std::uint32_t last) {
-    return dataset.variableType >= first && dataset.variableType <= last;
-}
+namespace Format = MoxReader::Format;
 
 bool isConnectivity(const Dataset& dataset) {
-    return isWithin(dataset, FirstConnectivity, LastConnectivity) && dataset.name != PartElements &&
-           dataset.elementTag == MoxReader::Format::UnsignedTag;
+    return Format::isConnectivityType(dataset.variableType) && dataset.name != DatasetNames::PartElements &&
+           dataset.elementTag == Format::UnsignedTag;
 }
 
 /// The mesh of one step of one geometry.
@@ -57,18 +40,18 @@ class GeometrySense {
 public:
     GeometrySense(const std::vector<Dataset>& list, const MoxReader::LinkTable& table,
                   const FactsByHolder& known, FindingList& found)
-        : datasets(list), links(table), facts(known), findings(found) {}
+        : datasets_(list), links_(table), facts_(known), findings_(found) {}
 
     void run() {
-        for (const auto& dataset : datasets) {
+        for (const auto& dataset : datasets_) {
             if (const auto* known = factsOf(dataset)) {
                 addToMesh(dataset, *known);
             }
         }
-        for (const auto& [step, mesh] : meshes) {
+        for (const auto& [step, mesh] : meshes_) {
             checkLengths(step, mesh);
         }
-        for (const auto& dataset : datasets) {
+        for (const auto& dataset : datasets_) {
             if (const auto* known = factsOf(dataset)) {
                 checkDataset(dataset, *known);
             }
@@ -77,21 +60,21 @@ public:
 
 private:
     const NumberFacts* factsOf(const Dataset& dataset) const {
-        const auto& resolution = links.resolution(dataset.nodeId, dataset.index);
+        const auto& resolution = links_.resolution(dataset.nodeId, dataset.index);
         const auto* holder = std::get_if<const Dataset*>(&resolution);
-        const auto found = holder == nullptr ? facts.end() : facts.find(*holder);
-        return found == facts.end() ? nullptr : &found->second;
+        const auto found = holder == nullptr ? facts_.end() : facts_.find(*holder);
+        return found == facts_.end() ? nullptr : &found->second;
     }
 
     void addToMesh(const Dataset& dataset, const NumberFacts& known) {
-        auto& mesh = meshes[dataset.step];
-        if (dataset.variableType == Coordinates) {
+        auto& mesh = meshes_[dataset.step];
+        if (Format::isType(dataset.variableType, Format::VariableType::Coordinates)) {
             mesh.nodes.insert(known.items);
         }
         if (isConnectivity(dataset)) {
             mesh.connectivity += known.items;
         }
-        if (dataset.variableType == Polylength) {
+        if (Format::isType(dataset.variableType, Format::VariableType::Polylength)) {
             mesh.allElements += known.items;
             mesh.elements.insert({known.items, mesh.allElements});
             mesh.lengths += known.sum;
@@ -103,11 +86,11 @@ private:
     template <class Part>
     const Mesh& meshWith(std::string_view step, const Part& hasPart) const {
         static const Mesh None;
-        if (const auto own = meshes.find(step); own != meshes.end() && hasPart(own->second)) {
+        if (const auto own = meshes_.find(step); own != meshes_.end() && hasPart(own->second)) {
             return own->second;
         }
-        const auto common = meshes.find("");
-        return common == meshes.end() ? None : common->second;
+        const auto common = meshes_.find("");
+        return common == meshes_.end() ? None : common->second;
     }
 
     void checkLengths(std::string_view step, const Mesh& mesh) {
@@ -117,7 +100,7 @@ private:
         const auto connectivity =
             meshWith(step, [](const Mesh& other) { return other.connectivity > 0; }).connectivity;
         if (connectivity != 0 && mesh.lengths != connectivity) {
-            findings.add(
+            findings_.add(
                 RuleId::Polylength,
                 fmt::format("{} nodes of elements, but {} in the connectivity", mesh.lengths, connectivity),
                 placeOf(*mesh.polylength));
@@ -126,21 +109,21 @@ private:
 
     void checkDataset(const Dataset& dataset, const NumberFacts& known) {
         if (known.notFinite > 0 && !dataset.isLink) {
-            findings.add(RuleId::NotFinite, fmt::format("{} of its numbers", known.notFinite),
-                         placeOf(dataset));
+            findings_.add(RuleId::NotFinite, fmt::format("{} of its numbers", known.notFinite),
+                          placeOf(dataset));
         }
         const auto& nodes =
             meshWith(dataset.step, [](const Mesh& mesh) { return !mesh.nodes.empty(); }).nodes;
         if (isConnectivity(dataset) && known.wereRead && !nodes.empty() && known.highest >= *nodes.rbegin()) {
-            findings.add(RuleId::Connectivity,
-                         fmt::format("it names place {}, counted from 0, of {} coordinates", known.highest,
-                                     *nodes.rbegin()),
-                         placeOf(dataset));
+            findings_.add(RuleId::Connectivity,
+                          fmt::format("it names place {}, counted from 0, of {} coordinates", known.highest,
+                                      *nodes.rbegin()),
+                          placeOf(dataset));
         }
-        if (isWithin(dataset, FirstNodeResult, LastNodeResult)) {
+        if (Format::isNodalType(dataset.variableType)) {
             requireLength(dataset, known, nodes, "nodes");
         }
-        if (isWithin(dataset, FirstElementResult, LastElementResult)) {
+        if (Format::isElementalType(dataset.variableType)) {
             requireLength(
                 dataset, known,
                 meshWith(dataset.step, [](const Mesh& mesh) { return !mesh.elements.empty(); }).elements,
@@ -151,17 +134,17 @@ private:
     void requireLength(const Dataset& dataset, const NumberFacts& known,
                        const std::set<std::uint64_t>& lengths, const char* what) {
         if (!lengths.empty() && !lengths.contains(known.items)) {
-            findings.add(RuleId::ResultLength,
-                         fmt::format("{} items, but {} {}", known.items, *lengths.rbegin(), what),
-                         placeOf(dataset));
+            findings_.add(RuleId::ResultLength,
+                          fmt::format("{} items, but {} {}", known.items, *lengths.rbegin(), what),
+                          placeOf(dataset));
         }
     }
 
-    const std::vector<Dataset>& datasets;
-    const MoxReader::LinkTable& links;
-    const FactsByHolder& facts;
-    FindingList& findings;
-    std::map<std::string_view, Mesh> meshes; ///< By step.
+    const std::vector<Dataset>& datasets_;
+    const MoxReader::LinkTable& links_;
+    const FactsByHolder& facts_;
+    FindingList& findings_;
+    std::map<std::string_view, Mesh> meshes_; ///< By step.
 };
 
 } // namespace

@@ -17,10 +17,10 @@ using MoxReader::NodeRecord;
 
 class TreeCheck {
 public:
-    TreeCheck(const std::vector<Node>& list, FindingList& found) : nodes(list), findings(found) {}
+    TreeCheck(const std::vector<Node>& list, FindingList& found) : nodes_(list), findings_(found) {}
 
     void run() {
-        for (std::uint32_t id = 1; id <= nodes.size(); ++id) {
+        for (std::uint32_t id = 1; id <= nodes_.size(); ++id) {
             checkId(id);
             checkParent(id);
             checkSiblings(id);
@@ -32,27 +32,27 @@ public:
 
 private:
     const Node* find(std::uint32_t id) const {
-        return id == 0 || id > nodes.size() ? nullptr : &nodes[id - 1];
+        return id == 0 || id > nodes_.size() ? nullptr : &nodes_[id - 1];
     }
 
     void require(bool isSound, RuleId rule, std::uint32_t id, const char* reason, std::uint32_t other) {
         if (!isSound) {
-            findings.add(rule, fmt::format("{} {}", reason, other), {.node = id});
+            findings_.add(rule, fmt::format("{} {}", reason, other), {.node = id});
         }
     }
 
     void checkId(std::uint32_t id) {
-        require(nodes[id - 1].id == id, RuleId::NodeIds, id, "its id is", nodes[id - 1].id);
+        require(nodes_[id - 1].id == id, RuleId::NodeIds, id, "its id is", nodes_[id - 1].id);
     }
 
     void checkParent(std::uint32_t id) {
-        const auto parent = nodes[id - 1].parent;
+        const auto parent = nodes_[id - 1].parent;
         require(id == 1 ? parent == 0 : parent != 0 && parent < id, RuleId::Parent, id, "its parent is",
                 parent);
     }
 
     void checkSiblings(std::uint32_t id) {
-        const auto& node = nodes[id - 1];
+        const auto& node = nodes_[id - 1];
         if (node.next != 0) {
             require(node.next > id && isSibling(node, &NodeRecord::next, &NodeRecord::previous, id),
                     RuleId::Siblings, id, "its next sibling is", node.next);
@@ -71,7 +71,7 @@ private:
 
     // Siblings rise along their chain, so with the ends in place too all children of a node are in one chain.
     void checkEnds(std::uint32_t id) {
-        const auto& node = nodes[id - 1];
+        const auto& node = nodes_[id - 1];
         const auto* parent = find(node.parent);
         if (parent == nullptr) {
             return;
@@ -85,7 +85,7 @@ private:
     }
 
     void checkChildren(std::uint32_t id) {
-        const auto& node = nodes[id - 1];
+        const auto& node = nodes_[id - 1];
         const auto isEnd = [&](std::uint32_t child, std::uint32_t NodeRecord::*beyond) {
             const auto* end = find(child);
             return child == 0 || (end != nullptr && end->parent == id && end->*beyond == 0);
@@ -98,17 +98,17 @@ private:
 
     void checkNames() {
         std::set<std::pair<std::uint32_t, std::string_view>> known;
-        for (std::uint32_t id = 2; id <= nodes.size(); ++id) {
-            const auto& node = nodes[id - 1];
+        for (std::uint32_t id = 2; id <= nodes_.size(); ++id) {
+            const auto& node = nodes_[id - 1];
             if (!known.emplace(node.parent, node.name).second) {
-                findings.add(RuleId::SiblingNames,
-                             fmt::format("another \"{}\" beside it", visibleText(node.name)), {.node = id});
+                findings_.add(RuleId::SiblingNames,
+                              fmt::format("another \"{}\" beside it", visibleText(node.name)), {.node = id});
             }
         }
     }
 
-    const std::vector<Node>& nodes;
-    FindingList& findings;
+    const std::vector<Node>& nodes_;
+    FindingList& findings_;
 };
 
 } // namespace

@@ -7,97 +7,97 @@
 namespace MoxTool {
 
 CommandLine::Option& CommandLine::Option::required() {
-    option->required();
+    option_->required();
     return *this;
 }
 
 CommandLine::Option& CommandLine::Option::typeName(const std::string& name) {
-    option->type_name(name);
+    option_->type_name(name);
     return *this;
 }
 
 CommandLine::Option& CommandLine::Option::showDefault() {
-    option->capture_default_str();
+    option_->capture_default_str();
     return *this;
 }
 
 CommandLine::Option& CommandLine::Option::positive() {
-    option->check(CLI::PositiveNumber);
+    option_->check(CLI::PositiveNumber);
     return *this;
 }
 
 CommandLine::Option& CommandLine::Option::oneOf(const std::vector<std::string>& values) {
-    option->check(CLI::IsMember(values));
+    option_->check(CLI::IsMember(values));
     return *this;
 }
 
 CommandLine::Option&
 CommandLine::Option::check(const std::function<std::string(const std::string&)>& problem) {
-    option->check(problem);
+    option_->check(problem);
     return *this;
 }
 
 CommandLine::Option& CommandLine::Option::excludes(const std::vector<Option>& others) {
     for (const auto& other : others) {
-        option->excludes(other.option);
+        option_->excludes(other.option_);
     }
     return *this;
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, std::string& target,
                                      const std::string& description) {
-    return Option(*level.add_option(names, target, description));
+    return Option(*level_.add_option(names, target, description));
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, std::optional<std::string>& target,
                                      const std::string& description) {
-    return Option(*level.add_option(names, target, description));
+    return Option(*level_.add_option(names, target, description));
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, std::vector<std::string>& target,
                                      const std::string& description) {
-    return Option(*level.add_option(names, target, description));
+    return Option(*level_.add_option(names, target, description));
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, unsigned int& target,
                                      const std::string& description) {
-    return Option(*level.add_option(names, target, description));
+    return Option(*level_.add_option(names, target, description));
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, unsigned long& target,
                                      const std::string& description) {
-    return Option(*level.add_option(names, target, description));
+    return Option(*level_.add_option(names, target, description));
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, unsigned long long& target,
                                      const std::string& description) {
-    return Option(*level.add_option(names, target, description));
+    return Option(*level_.add_option(names, target, description));
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, double& target,
                                      const std::string& description) {
-    return Option(*level.add_option(names, target, description));
+    return Option(*level_.add_option(names, target, description));
 }
 
 CommandLine::Option CommandLine::addFlag(const std::string& names, bool& target,
                                          const std::string& description) {
-    return Option(*level.add_flag(names, target, description));
+    return Option(*level_.add_flag(names, target, description));
 }
 
 void CommandLine::setDetails(const std::string& text) {
-    level.footer(text);
+    level_.footer(text);
 }
 
 void CommandLine::hide() {
-    level.group("");
+    level_.group("");
 }
 
 void CommandLine::setCheck(const std::function<void()>& check) {
-    level.final_callback(check);
+    level_.final_callback(check);
 }
 
 std::function<CommandHelp()> CommandLine::programHelp() const {
-    return [program = level.get_parent()] { return describeHelp(*program); };
+    return [program = level_.get_parent()] { return describeHelp(*program); };
 }
 
 } // namespace MoxTool

@@ -23,7 +23,7 @@ public:
     /// An option or an argument that was declared. All functions return the object itself.
     class Option {
     public:
-        explicit Option(CLI::Option& declared) : option(&declared) {}
+        explicit Option(CLI::Option& declared) : option_(&declared) {}
 
         Option& required();
         /// What the help calls its value.
@@ -39,11 +39,11 @@ public:
         Option& excludes(const std::vector<Option>& others);
 
     private:
-        CLI::Option* option;
+        CLI::Option* option_;
     };
 
     /// @param commandLevel Must outlive this object.
-    explicit CommandLine(CLI::App& commandLevel) : level(commandLevel) {}
+    explicit CommandLine(CLI::App& commandLevel) : level_(commandLevel) {}
 
     // All take the name of an argument, such as "FILE", or those of an option, such as "-o,--output". The
     // target gets the value and must stay where it is.
@@ -67,7 +67,7 @@ public:
     std::function<CommandHelp()> programHelp() const;
 
 private:
-    CLI::App& level;
+    CLI::App& level_;
 };
 
 } // namespace MoxTool

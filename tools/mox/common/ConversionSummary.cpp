@@ -9,34 +9,34 @@
 
 namespace MoxTool {
 
-ConversionSummary::ConversionSummary(std::string outputFile) : output(std::move(outputFile)) {}
+ConversionSummary::ConversionSummary(std::string outputFile) : output_(std::move(outputFile)) {}
 
 void ConversionSummary::addSkipped(const std::string& kind, const std::vector<std::string>& names) {
     if (!names.empty()) {
-        skipped.push_back(fmt::format("{}: {} ({})", kind, names.size(), fmt::join(names, ", ")));
+        skipped_.push_back(fmt::format("{}: {} ({})", kind, names.size(), fmt::join(names, ", ")));
     }
 }
 
 void ConversionSummary::addSkipped(const std::string& kind, std::int64_t count) {
     if (count != 0) {
-        skipped.push_back(fmt::format("{}: {}", kind, count));
+        skipped_.push_back(fmt::format("{}: {}", kind, count));
     }
 }
 
 void ConversionSummary::addNote(const std::string& sentence) {
-    if (std::find(notes.begin(), notes.end(), sentence) == notes.end()) {
-        notes.push_back(sentence);
+    if (std::find(notes_.begin(), notes_.end(), sentence) == notes_.end()) {
+        notes_.push_back(sentence);
     }
 }
 
 std::vector<std::string> ConversionSummary::lines() const {
     std::vector<std::string> all;
-    all.push_back(fmt::format("{}: shapes: {}, nodes: {}, elements: {}, steps: {}, datasets: {}", output,
+    all.push_back(fmt::format("{}: shapes: {}, nodes: {}, elements: {}, steps: {}, datasets: {}", output_,
                               shapes, nodes, elements, steps, datasets));
-    for (const auto& line : skipped) {
+    for (const auto& line : skipped_) {
         all.push_back("not taken: " + line);
     }
-    for (const auto& line : notes) {
+    for (const auto& line : notes_) {
         all.push_back("note: " + line);
     }
     return all;

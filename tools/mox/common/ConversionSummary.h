@@ -36,9 +36,9 @@ public:
     void print(Terminal& terminal) const;
 
 private:
-    std::string output;
-    std::vector<std::string> skipped;
-    std::vector<std::string> notes;
+    std::string output_;
+    std::vector<std::string> skipped_;
+    std::vector<std::string> notes_;
 };
 
 } // namespace MoxTool

@@ -7,7 +7,7 @@ namespace MoxTool {
 void JsonStream::key(std::string_view name) {
     startItem();
     put(Json(name).dump() + ": ");
-    keyStands = true;
+    keyStands_ = true;
 }
 
 void JsonStream::value(const Json& value) {
@@ -17,7 +17,7 @@ void JsonStream::value(const Json& value) {
 void JsonStream::rawValue(std::string_view text) {
     startItem();
     put(text);
-    if (hasItems.empty()) {
+    if (hasItems_.empty()) {
         put("\n");
     }
 }
@@ -25,42 +25,42 @@ void JsonStream::rawValue(std::string_view text) {
 void JsonStream::begin(char bracket) {
     startItem();
     put({&bracket, 1});
-    hasItems.push_back(false);
+    hasItems_.push_back(false);
 }
 
 void JsonStream::end(char bracket) {
-    const bool hadItems = hasItems.back();
-    hasItems.pop_back();
+    const bool hadItems = hasItems_.back();
+    hasItems_.pop_back();
     if (hadItems) {
         newLine();
     }
     put({&bracket, 1});
-    if (hasItems.empty()) {
+    if (hasItems_.empty()) {
         put("\n");
     }
 }
 
 void JsonStream::startItem() {
-    if (keyStands || hasItems.empty()) {
-        keyStands = false;
+    if (keyStands_ || hasItems_.empty()) {
+        keyStands_ = false;
         return;
     }
-    if (hasItems.back()) {
+    if (hasItems_.back()) {
         put(",");
     }
-    hasItems.back() = true;
+    hasItems_.back() = true;
     newLine();
 }
 
 void JsonStream::newLine() {
     put("\n");
-    for (std::size_t level = 0; level < hasItems.size(); ++level) {
+    for (std::size_t level = 0; level < hasItems_.size(); ++level) {
         put("  ");
     }
 }
 
 void JsonStream::put(std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), out);
+    std::fwrite(text.data(), 1, text.size(), out_);
 }
 
 } // namespace MoxTool

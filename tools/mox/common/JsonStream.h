@@ -15,7 +15,7 @@ namespace MoxTool {
 class JsonStream {
 public:
     /// @param file Stays open as long as this object; not owned. Failures show in std::ferror().
-    explicit JsonStream(std::FILE* file) : out(file) {}
+    explicit JsonStream(std::FILE* file) : out_(file) {}
 
     void beginObject() { begin('{'); }
     void endObject() { end('}'); }
@@ -34,9 +34,9 @@ private:
     void newLine();
     void put(std::string_view text);
 
-    std::FILE* out;
-    std::vector<bool> hasItems; ///< For each open object and array.
-    bool keyStands = false;
+    std::FILE* out_;
+    std::vector<bool> hasItems_; ///< For each open object and array.
+    bool keyStands_ = false;
 };
 
 } // namespace MoxTool

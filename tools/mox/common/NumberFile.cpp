@@ -22,7 +22,7 @@ std::uint64_t claimedBytes(const MoxReader::Node& node) {
 } // namespace
 
 NumberFile::NumberFile(const std::string& path)
-    : name(path), opened(path), heavy(opened.file(), opened.model()) {
+    : name_(path), opened_(path), heavy_(opened_.file(), opened_.model()) {
     requireNumbersFit();
 }
 
@@ -31,30 +31,30 @@ void NumberFile::requireNumbersFit() {
     for (const auto& node : model().nodes()) {
         bytes += claimedBytes(node);
     }
-    if (bytes <= heavy.stream().size()) {
+    if (bytes <= heavy_.stream().size()) {
         return;
     }
-    if (heavy.stream().damage()) {
-        throw readFailure(name, *heavy.stream().damage());
+    if (heavy_.stream().damage()) {
+        throw readFailure(name_, *heavy_.stream().damage());
     }
-    throw Failure(name, "its datasets claim more numbers than it holds; mox check lists all damage");
+    throw Failure(name_, "its datasets claim more numbers than it holds; mox check lists all damage");
 }
 
 const MoxReader::Dataset& NumberFile::holder(const MoxReader::Dataset& dataset) const {
-    return *explainErrors(name, [&] { return &model().resolve(dataset); });
+    return *explainErrors(name_, [&] { return &model().resolve(dataset); });
 }
 
 Numbers NumberFile::read(const MoxReader::Dataset& dataset) {
-    return explainErrors(name, [&]() -> Numbers {
+    return explainErrors(name_, [&]() -> Numbers {
         if (model().resolve(dataset).elementTag == MoxReader::Format::UnsignedTag) {
-            return heavy.readUnsigned(dataset);
+            return heavy_.readUnsigned(dataset);
         }
-        return heavy.readFloats(dataset);
+        return heavy_.readFloats(dataset);
     });
 }
 
 std::vector<MoxReader::NodeSet> NumberFile::readSets(const MoxReader::NodeSets& descriptor) {
-    return explainErrors(name, [&] { return heavy.readNodeSets(descriptor); });
+    return explainErrors(name_, [&] { return heavy_.readNodeSets(descriptor); });
 }
 
 } // namespace MoxTool

@@ -25,8 +25,8 @@ public:
     NumberFile(const NumberFile&) = delete;
     NumberFile& operator=(const NumberFile&) = delete;
 
-    const std::string& path() const { return name; }
-    const MoxReader::Model& model() const { return opened.model(); }
+    const std::string& path() const { return name_; }
+    const MoxReader::Model& model() const { return opened_.model(); }
 
     /// The dataset that holds the numbers: the given one or the end of its chain of links.
     const MoxReader::Dataset& holder(const MoxReader::Dataset& dataset) const;
@@ -34,17 +34,17 @@ public:
     Numbers read(const MoxReader::Dataset& dataset);
     /// The place, among the blocks of numbers, of the one in which a holder's numbers begin. Reading from one
     /// block and then from another decompresses both.
-    std::size_t blockOf(const MoxReader::Dataset& holder) { return heavy.stream().blockAt(holder.position); }
+    std::size_t blockOf(const MoxReader::Dataset& holder) { return heavy_.stream().blockAt(holder.position); }
     /// Bytes of all numbers.
-    std::uint64_t numberBytes() { return heavy.stream().size(); }
+    std::uint64_t numberBytes() { return heavy_.stream().size(); }
     std::vector<MoxReader::NodeSet> readSets(const MoxReader::NodeSets& descriptor);
 
 private:
     void requireNumbersFit();
 
-    std::string name;
-    OpenModel opened;
-    MoxReader::HeavyData heavy;
+    std::string name_;
+    OpenModel opened_;
+    MoxReader::HeavyData heavy_;
 };
 
 } // namespace MoxTool

@@ -16,15 +16,15 @@ public:
     /// @param path "-" stands for stdin.
     /// @throws Failure for everything that is wrong.
     explicit OpenModel(const std::string& path)
-        : opened(explainErrors(path, [&] { return MoxReader::File(openSource(path)); })),
-          contents(explainErrors(path, [this] { return MoxReader::readModel(opened); })) {}
+        : opened_(explainErrors(path, [&] { return MoxReader::File(openSource(path)); })),
+          contents_(explainErrors(path, [this] { return MoxReader::readModel(opened_); })) {}
 
-    const MoxReader::File& file() const { return opened; }
-    const MoxReader::Model& model() const { return contents; }
+    const MoxReader::File& file() const { return opened_; }
+    const MoxReader::Model& model() const { return contents_; }
 
 private:
-    MoxReader::File opened;
-    MoxReader::Model contents;
+    MoxReader::File opened_;
+    MoxReader::Model contents_;
 };
 
 } // namespace MoxTool

@@ -17,29 +17,29 @@ fs::path folderOf(const fs::path& path) {
 } // namespace
 
 OutputFile::OutputFile(fs::path path, bool mayOverwrite)
-    : target(std::move(path)), overwrite(mayOverwrite), temporary(checkedTarget()) {}
+    : target_(std::move(path)), overwrite_(mayOverwrite), temporary_(checkedTarget()) {}
 
 void OutputFile::commit() {
     checkedTarget();
-    temporary.moveToTarget();
+    temporary_.moveToTarget();
 }
 
 /// @return the target, if a file may be put there.
 const fs::path& OutputFile::checkedTarget() const {
-    if (!target.has_filename()) {
-        throw Failure(target.string(), "names no file");
+    if (!target_.has_filename()) {
+        throw Failure(target_.string(), "names no file");
     }
-    if (!fs::is_directory(folderOf(target))) {
-        throw Failure(target.string(), "the folder does not exist");
+    if (!fs::is_directory(folderOf(target_))) {
+        throw Failure(target_.string(), "the folder does not exist");
     }
-    const auto status = fs::status(target);
+    const auto status = fs::status(target_);
     if (fs::exists(status) && !fs::is_regular_file(status)) {
-        throw Failure(target.string(), "exists and is no regular file");
+        throw Failure(target_.string(), "exists and is no regular file");
     }
-    if (fs::exists(status) && !overwrite) {
-        throw Failure(target.string(), "exists already; --overwrite replaces it");
+    if (fs::exists(status) && !overwrite_) {
+        throw Failure(target_.string(), "exists already; --overwrite replaces it");
     }
-    return target;
+    return target_;
 }
 
 } // namespace MoxTool

@@ -19,7 +19,7 @@ public:
     OutputFile(std::filesystem::path path, bool mayOverwrite);
 
     /// Where the file is to be written: no file of this name exists at first.
-    const std::filesystem::path& temporaryPath() const { return temporary.path(); }
+    const std::filesystem::path& temporaryPath() const { return temporary_.path(); }
 
     /// Gives the temporary file the target's name. The file must be closed.
     /// @throws Failure if the target has appeared meanwhile and must not be replaced, or if renaming fails.
@@ -28,9 +28,9 @@ public:
 private:
     const std::filesystem::path& checkedTarget() const;
 
-    std::filesystem::path target;
-    bool overwrite;
-    TemporaryPath temporary;
+    std::filesystem::path target_;
+    bool overwrite_;
+    TemporaryPath temporary_;
 };
 
 } // namespace MoxTool

@@ -16,25 +16,25 @@ fs::path withoutTrailingSeparator(const fs::path& path) {
 } // namespace
 
 OutputFolder::OutputFolder(fs::path path)
-    : target(withoutTrailingSeparator(path)), temporary(checkedTarget()) {
-    temporary.createFolder();
+    : target_(withoutTrailingSeparator(path)), temporary_(checkedTarget()) {
+    temporary_.createFolder();
 }
 
 void OutputFolder::commit() {
     checkedTarget();
-    temporary.moveToTarget();
+    temporary_.moveToTarget();
 }
 
 /// @return the target, if a folder may be made there.
 const fs::path& OutputFolder::checkedTarget() const {
-    if (fs::exists(target)) {
-        throw Failure(target.string(), "exists already; give the name of a new folder");
+    if (fs::exists(target_)) {
+        throw Failure(target_.string(), "exists already; give the name of a new folder");
     }
-    const auto parent = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    const auto parent = target_.has_parent_path() ? target_.parent_path() : fs::path(".");
     if (!fs::is_directory(parent)) {
-        throw Failure(target.string(), "the folder that is to hold it does not exist");
+        throw Failure(target_.string(), "the folder that is to hold it does not exist");
     }
-    return target;
+    return target_;
 }
 
 } // namespace MoxTool

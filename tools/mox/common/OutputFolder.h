@@ -16,7 +16,7 @@ public:
     ///                 made.
     explicit OutputFolder(std::filesystem::path path);
 
-    const std::filesystem::path& temporaryPath() const { return temporary.path(); }
+    const std::filesystem::path& temporaryPath() const { return temporary_.path(); }
 
     /// Gives the folder the target's name. Its files must be closed.
     /// @throws Failure if the target has appeared meanwhile or if renaming fails.
@@ -25,8 +25,8 @@ public:
 private:
     const std::filesystem::path& checkedTarget() const;
 
-    std::filesystem::path target;
-    TemporaryPath temporary;
+    std::filesystem::path target_;
+    TemporaryPath temporary_;
 };
 
 } // namespace MoxTool

@@ -11,12 +11,12 @@ public:
     enum Colour { Dim, Bold, Red, Green, Cyan };
 
     /// @param coloured Whether paint() does anything, see Terminal::outputColours().
-    explicit Palette(bool coloured) : on(coloured) {}
+    explicit Palette(bool coloured) : on_(coloured) {}
 
     std::string paint(Colour colour, std::string_view text) const;
 
 private:
-    bool on;
+    bool on_;
 };
 
 } // namespace MoxTool

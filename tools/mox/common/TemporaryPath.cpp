@@ -33,31 +33,31 @@ void removeQuietly(const fs::path& path) {
 
 } // namespace
 
-TemporaryPath::TemporaryPath(const fs::path& wanted) : target(wanted), temporary(unusedBeside(wanted)) {
+TemporaryPath::TemporaryPath(const fs::path& wanted) : target_(wanted), temporary_(unusedBeside(wanted)) {
     auto& inUse = pathsInUse();
     const std::lock_guard lock(inUse.mutex);
-    inUse.paths.insert(temporary);
+    inUse.paths.insert(temporary_);
 }
 
 TemporaryPath::~TemporaryPath() {
-    removeQuietly(temporary);
+    removeQuietly(temporary_);
     auto& inUse = pathsInUse();
     const std::lock_guard lock(inUse.mutex);
-    inUse.paths.erase(temporary);
+    inUse.paths.erase(temporary_);
 }
 
 void TemporaryPath::createFolder() const {
     std::error_code error;
-    if (!fs::create_directory(temporary, error)) {
-        throw Failure(target.string(), "can't be made: " + error.message());
+    if (!fs::create_directory(temporary_, error)) {
+        throw Failure(target_.string(), "can't be made: " + error.message());
     }
 }
 
 void TemporaryPath::moveToTarget() const {
     std::error_code error;
-    fs::rename(temporary, target, error);
+    fs::rename(temporary_, target_, error);
     if (error) {
-        throw Failure(target.string(), "can't be written: " + error.message());
+        throw Failure(target_.string(), "can't be written: " + error.message());
     }
 }
 

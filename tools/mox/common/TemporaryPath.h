@@ -16,7 +16,7 @@ public:
     /// Removes what is at the path, a folder with all that is in it. Never throws.
     ~TemporaryPath();
 
-    const std::filesystem::path& path() const { return temporary; }
+    const std::filesystem::path& path() const { return temporary_; }
 
     /// @throws Failure with the target's name if what is at the path can't be a folder.
     void createFolder() const;
@@ -32,8 +32,8 @@ public:
     static void removeAll();
 
 private:
-    std::filesystem::path target;
-    std::filesystem::path temporary;
+    std::filesystem::path target_;
+    std::filesystem::path temporary_;
 };
 
 } // namespace MoxTool

@@ -24,7 +24,7 @@ bool coloursWanted() {
 } // namespace
 
 Terminal::Terminal(std::FILE* target, bool isInteractive, bool hasColours, bool hasOutputColours)
-    : stream(target), interactive(isInteractive), colours(hasColours), colouredOutput(hasOutputColours) {}
+    : stream_(target), interactive_(isInteractive), colours_(hasColours), colouredOutput_(hasOutputColours) {}
 
 Terminal::~Terminal() {
     clearProgress();
@@ -37,43 +37,43 @@ Terminal Terminal::standardError() {
 }
 
 void Terminal::dropColours() {
-    colours = false;
-    colouredOutput = false;
+    colours_ = false;
+    colouredOutput_ = false;
 }
 
 void Terminal::hideProgress() {
     clearProgress();
-    interactive = false;
+    interactive_ = false;
 }
 
 void Terminal::error(std::string_view line) {
     clearProgress();
-    fmt::print(stream, "{}{}{}\n", colours ? Red : "", line, colours ? Plain : "");
+    fmt::print(stream_, "{}{}{}\n", colours_ ? Red : "", line, colours_ ? Plain : "");
 }
 
 void Terminal::note(std::string_view line) {
     clearProgress();
-    fmt::print(stream, "{}\n", line);
+    fmt::print(stream_, "{}\n", line);
 }
 
 void Terminal::progress(std::string_view work, double fraction) {
     const auto now = std::chrono::steady_clock::now();
-    if (!interactive || now < nextProgress) {
+    if (!interactive_ || now < nextProgress_) {
         return;
     }
-    nextProgress = now + ProgressInterval;
-    progressShows = true;
-    fmt::print(stream, "{}{} {:3.0f} %", ClearLine, work, 100 * fraction);
-    std::fflush(stream);
+    nextProgress_ = now + ProgressInterval;
+    progressShows_ = true;
+    fmt::print(stream_, "{}{} {:3.0f} %", ClearLine, work, 100 * fraction);
+    std::fflush(stream_);
 }
 
 void Terminal::clearProgress() {
-    if (!progressShows) {
+    if (!progressShows_) {
         return;
     }
-    progressShows = false;
-    fmt::print(stream, "{}", ClearLine);
-    std::fflush(stream);
+    progressShows_ = false;
+    fmt::print(stream_, "{}", ClearLine);
+    std::fflush(stream_);
 }
 
 } // namespace MoxTool

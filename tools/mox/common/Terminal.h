@@ -31,7 +31,7 @@ public:
     /// Shows no progress from here on.
     void hideProgress();
     /// Whether data on stdout may be coloured.
-    bool outputColours() const { return colouredOutput; }
+    bool outputColours() const { return colouredOutput_; }
 
     /// Writes one line.
     void error(std::string_view line);
@@ -44,12 +44,12 @@ public:
     void clearProgress();
 
 private:
-    std::FILE* stream;
-    bool interactive;
-    bool colours;
-    bool colouredOutput;
-    bool progressShows = false;
-    std::chrono::steady_clock::time_point nextProgress{};
+    std::FILE* stream_;
+    bool interactive_;
+    bool colours_;
+    bool colouredOutput_;
+    bool progressShows_ = false;
+    std::chrono::steady_clock::time_point nextProgress_{};
 };
 
 } // namespace MoxTool

@@ -19,7 +19,7 @@ std::string cellText(const std::string& cell, std::size_t width, bool isFirst) {
 
 void TextTable::print(std::FILE* file) const {
     const auto widths = columnWidths();
-    for (const auto& row : rows) {
+    for (const auto& row : rows_) {
         std::string line;
         for (std::size_t column = 0; column < row.size(); ++column) {
             line += cellText(row[column], widths[column], column == 0);
@@ -29,8 +29,8 @@ void TextTable::print(std::FILE* file) const {
 }
 
 std::vector<std::size_t> TextTable::columnWidths() const {
-    std::vector<std::size_t> widths(rows.empty() ? 0 : rows.front().size());
-    for (const auto& row : rows) {
+    std::vector<std::size_t> widths(rows_.empty() ? 0 : rows_.front().size());
+    for (const auto& row : rows_) {
         for (std::size_t column = 0; column < row.size(); ++column) {
             widths[column] = std::max(widths[column], utf8Length(row[column]));
         }

@@ -10,13 +10,13 @@ namespace MoxTool {
 class TextTable {
 public:
     /// All rows need as many cells. Cells must be fit for a terminal, see visibleText().
-    void add(std::vector<std::string> row) { rows.push_back(std::move(row)); }
+    void add(std::vector<std::string> row) { rows_.push_back(std::move(row)); }
     void print(std::FILE* file) const;
 
 private:
     std::vector<std::size_t> columnWidths() const;
 
-    std::vector<std::vector<std::string>> rows;
+    std::vector<std::vector<std::string>> rows_;
 };
 
 } // namespace MoxTool

@@ -17,13 +17,13 @@ Examples:
 } // namespace
 
 void CompletionCommand::addOptions(CommandLine& line) {
-    program = line.programHelp();
-    line.add("SHELL", shell, "Only bash is known").oneOf({"bash"});
+    program_ = line.programHelp();
+    line.add("SHELL", shell_, "Only bash is known").oneOf({"bash"});
     line.setDetails(Details);
 }
 
 int CompletionCommand::run(Terminal&) {
-    fmt::print("{}", bashCompletion(program()));
+    fmt::print("{}", bashCompletion(program_()));
     return 0;
 }
 

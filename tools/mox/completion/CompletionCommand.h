@@ -17,8 +17,8 @@ public:
     int run(Terminal& terminal) override;
 
 private:
-    std::function<CommandHelp()> program;
-    std::string shell = "bash";
+    std::function<CommandHelp()> program_;
+    std::string shell_ = "bash";
 };
 
 } // namespace MoxTool

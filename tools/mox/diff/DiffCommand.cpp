@@ -58,20 +58,20 @@ std::optional<Command::Example> DiffCommand::example() const {
 }
 
 void DiffCommand::addOptions(CommandLine& line) {
-    line.add("A", inputA, "The first file; - reads stdin").required();
-    line.add("B", inputB, "The second file; - reads stdin").required();
-    line.add("--abs", options.tolerance.absolute, "What floats may differ by; else 0")
+    line.add("A", inputA_, "The first file; - reads stdin").required();
+    line.add("B", inputB_, "The second file; - reads stdin").required();
+    line.add("--abs", options_.tolerance.absolute, "What floats may differ by; else 0")
         .typeName("NUMBER")
         .check(requireTolerance);
-    line.add("--rel", options.tolerance.relative, "What part of the larger one floats may differ by; else 0")
+    line.add("--rel", options_.tolerance.relative, "What part of the larger one floats may differ by; else 0")
         .typeName("NUMBER")
         .check(requireTolerance);
-    line.addFlag("--links", options.links, "Tell also which datasets share their numbers in one file alone");
-    line.addFlag("--date", options.date, "Tell also if the dates of saving differ");
-    const auto json = line.addFlag("--json", asJson, "Write JSON");
-    line.addFlag("-q,--quiet", quiet, "Write nothing; the exit code tells").excludes({json});
+    line.addFlag("--links", options_.links, "Tell also which datasets share their numbers in one file alone");
+    line.addFlag("--date", options_.date, "Tell also if the dates of saving differ");
+    const auto json = line.addFlag("--json", asJson_, "Write JSON");
+    line.addFlag("-q,--quiet", quiet_, "Write nothing; the exit code tells").excludes({json});
     line.setCheck([this] {
-        if (inputA == "-" && inputB == "-") {
+        if (inputA_ == "-" && inputB_ == "-") {
             throw UsageError("only one of A and B can be -");
         }
     });
@@ -79,13 +79,13 @@ void DiffCommand::addOptions(CommandLine& line) {
 }
 
 int DiffCommand::run(Terminal& terminal) {
-    NumberFile a(inputA);
-    NumberFile b(inputB);
-    const auto differences = ModelComparison(a, b, options, terminal).run();
+    NumberFile a(inputA_);
+    NumberFile b(inputB_);
+    const auto differences = ModelComparison(a, b, options_, terminal).run();
     const DifferenceReport report(a, b);
-    if (asJson) {
-        report.writeJson(differences, options.tolerance);
-    } else if (!quiet) {
+    if (asJson_) {
+        report.writeJson(differences, options_.tolerance);
+    } else if (!quiet_) {
         report.writeText(differences);
     }
     return differences.empty() ? Equal : Different;

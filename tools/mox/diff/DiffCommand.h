@@ -21,11 +21,11 @@ public:
     int failureCode() const override { return Trouble; }
 
 private:
-    std::string inputA;
-    std::string inputB;
-    ComparisonOptions options;
-    bool asJson = false;
-    bool quiet = false;
+    std::string inputA_;
+    std::string inputB_;
+    ComparisonOptions options_;
+    bool asJson_ = false;
+    bool quiet_ = false;
 };
 
 } // namespace MoxTool

@@ -51,13 +51,13 @@ std::string subject(const std::string& key) {
 
 void DifferenceList::moveTo(const MoxReader::Node* a, const MoxReader::Node* b,
                             const MoxReader::Dataset* dataset) {
-    place.idA = a == nullptr ? 0 : a->id;
-    place.idB = b == nullptr ? 0 : b->id;
-    place.dataset = dataset;
+    place_.idA = a == nullptr ? 0 : a->id;
+    place_.idB = b == nullptr ? 0 : b->id;
+    place_.dataset = dataset;
 }
 
 void DifferenceList::add(std::string what, std::optional<Json> a, std::optional<Json> b) {
-    auto& added = differences.emplace_back(place);
+    auto& added = differences_.emplace_back(place_);
     added.what = std::move(what);
     added.a = std::move(a);
     added.b = std::move(b);
@@ -82,7 +82,7 @@ void DifferenceList::compareFlags(std::string what, bool a, bool b) {
 }
 
 void DifferenceList::compareFloats(std::string what, std::span<const float> a, std::span<const float> b) {
-    if (!std::ranges::equal(a, b, [this](float x, float y) { return tolerance.areEqual(x, y); })) {
+    if (!std::ranges::equal(a, b, [this](float x, float y) { return tolerance_.areEqual(x, y); })) {
         add(std::move(what), jsonOf(a), jsonOf(b));
     }
 }
@@ -121,22 +121,22 @@ bool DifferenceList::areEqual(const AttributeValue& a, const AttributeValue& b) 
         return false;
     }
     if (const auto* single = std::get_if<float>(&a)) {
-        return tolerance.areEqual(*single, std::get<float>(b));
+        return tolerance_.areEqual(*single, std::get<float>(b));
     }
     if (const auto* wide = std::get_if<double>(&a)) {
-        return tolerance.areEqual(*wide, std::get<double>(b));
+        return tolerance_.areEqual(*wide, std::get<double>(b));
     }
     return a == b;
 }
 
 std::size_t DifferenceList::keepRoomForNumbers() {
     add("numbers", std::nullopt, std::nullopt);
-    return differences.size() - 1;
+    return differences_.size() - 1;
 }
 
 std::vector<Difference> DifferenceList::take() {
-    std::erase_if(differences, [](const Difference& each) { return !each.a && !each.b && !each.numbers; });
-    return std::move(differences);
+    std::erase_if(differences_, [](const Difference& each) { return !each.a && !each.b && !each.numbers; });
+    return std::move(differences_);
 }
 
 } // namespace MoxTool

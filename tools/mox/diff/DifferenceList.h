@@ -17,7 +17,7 @@ namespace MoxTool {
 /// moveTo() takes it.
 class DifferenceList {
 public:
-    explicit DifferenceList(const Tolerance& allowed) : tolerance(allowed) {}
+    explicit DifferenceList(const Tolerance& allowed) : tolerance_(allowed) {}
 
     /// Moves to a node, or to a dataset of it.
     /// @param a Null if the first file has no such node, as b for the second.
@@ -38,7 +38,7 @@ public:
     /// Keeps room at the place for a difference of numbers, see fill().
     /// @return what fill() wants.
     std::size_t keepRoomForNumbers();
-    void fill(std::size_t room, const NumberDifference& numbers) { differences[room].numbers = numbers; }
+    void fill(std::size_t room, const NumberDifference& numbers) { differences_[room].numbers = numbers; }
 
     /// All differences in the order in which they came, without the rooms that stayed empty. The list is used
     /// up.
@@ -49,9 +49,9 @@ private:
                           const MoxReader::AttributeValue& b);
     bool areEqual(const MoxReader::AttributeValue& a, const MoxReader::AttributeValue& b) const;
 
-    Tolerance tolerance;
-    Difference place;
-    std::vector<Difference> differences;
+    Tolerance tolerance_;
+    Difference place_;
+    std::vector<Difference> differences_;
 };
 
 } // namespace MoxTool

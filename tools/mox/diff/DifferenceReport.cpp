@@ -67,7 +67,7 @@ void DifferenceReport::writeJson(const std::vector<Difference>& differences,
     JsonStream out(stdout);
     out.beginObject();
     out.key("files");
-    out.value({{"a", jsonText(fileA.path())}, {"b", jsonText(fileB.path())}});
+    out.value({{"a", jsonText(fileA_.path())}, {"b", jsonText(fileB_.path())}});
     out.key("tolerance");
     out.value({{"absolute", jsonNumber(tolerance.absolute)}, {"relative", jsonNumber(tolerance.relative)}});
     out.key("equal");
@@ -82,8 +82,8 @@ void DifferenceReport::writeJson(const std::vector<Difference>& differences,
 }
 
 std::string DifferenceReport::pathOf(const Difference& difference) const {
-    return difference.idA != 0 ? nodePath(fileA.model(), difference.idA)
-                               : nodePath(fileB.model(), difference.idB);
+    return difference.idA != 0 ? nodePath(fileA_.model(), difference.idA)
+                               : nodePath(fileB_.model(), difference.idB);
 }
 
 std::string DifferenceReport::placeText(const Difference& difference) const {
@@ -99,10 +99,10 @@ std::string DifferenceReport::bodyText(const Difference& difference) const {
         return numbersText(*difference.numbers);
     }
     if (!difference.b) {
-        return fmt::format("{}, only in {}", valueText(*difference.a), fileA.path());
+        return fmt::format("{}, only in {}", valueText(*difference.a), fileA_.path());
     }
     if (!difference.a) {
-        return fmt::format("{}, only in {}", valueText(*difference.b), fileB.path());
+        return fmt::format("{}, only in {}", valueText(*difference.b), fileB_.path());
     }
     return fmt::format("{} != {}", valueText(*difference.a), valueText(*difference.b));
 }

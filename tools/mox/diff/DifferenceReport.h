@@ -13,7 +13,7 @@ namespace MoxTool {
 class DifferenceReport {
 public:
     /// @param a,b Must outlive this object.
-    DifferenceReport(const NumberFile& a, const NumberFile& b) : fileA(a), fileB(b) {}
+    DifferenceReport(const NumberFile& a, const NumberFile& b) : fileA_(a), fileB_(b) {}
 
     /// One line for each, such as: /car/door, Displacement, step "Load 1": numbers: 2 of 24 differ, ...
     void writeText(const std::vector<Difference>& differences) const;
@@ -28,8 +28,8 @@ private:
     std::string bodyText(const Difference& difference) const;
     Json json(const Difference& difference) const;
 
-    const NumberFile& fileA;
-    const NumberFile& fileB;
+    const NumberFile& fileA_;
+    const NumberFile& fileB_;
 };
 
 } // namespace MoxTool

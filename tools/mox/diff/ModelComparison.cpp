@@ -63,20 +63,21 @@ std::optional<Json> linkTarget(const Model& model, const Dataset& dataset) {
 
 ModelComparison::ModelComparison(NumberFile& a, NumberFile& b, const ComparisonOptions& wanted,
                                  Terminal& terminal)
-    : fileA(a), fileB(b), options(wanted), messages(terminal), list(wanted.tolerance) {}
+    : fileA_(a), fileB_(b), options_(wanted), messages_(terminal), list_(wanted.tolerance) {}
 
 std::vector<Difference> ModelComparison::run() {
-    compareSaves(list, fileA.model().globalInformation(), fileB.model().globalInformation(), options.date);
-    list.moveTo(&fileA.model().root(), &fileB.model().root());
-    list.compareTexts("name", fileA.model().root().name, fileB.model().root().name);
+    compareSaves(list_, fileA_.model().globalInformation(), fileB_.model().globalInformation(),
+                 options_.date);
+    list_.moveTo(&fileA_.model().root(), &fileB_.model().root());
+    list_.compareTexts("name", fileA_.model().root().name, fileB_.model().root().name);
     compareTrees();
     compareNumbersOfAll();
-    return list.take();
+    return list_.take();
 }
 
 // With a stack of its own, since a file can nest nodes deeper than calls can.
 void ModelComparison::compareTrees() {
-    std::vector<NodePair> waiting = {{&fileA.model().root(), &fileB.model().root()}};
+    std::vector<NodePair> waiting = {{&fileA_.model().root(), &fileB_.model().root()}};
     while (!waiting.empty()) {
         const auto [a, b] = waiting.back();
         waiting.pop_back();
@@ -87,25 +88,25 @@ void ModelComparison::compareTrees() {
 }
 
 void ModelComparison::compareNodes(const Node& a, const Node& b) {
-    list.moveTo(&a, &b);
-    list.compareTexts("type", a.typeName, b.typeName);
+    list_.moveTo(&a, &b);
+    list_.compareTexts("type", a.typeName, b.typeName);
     if (a.typeName == b.typeName) {
         compareContents(a, b);
     }
 }
 
 std::vector<ModelComparison::NodePair> ModelComparison::matchChildren(const Node& a, const Node& b) {
-    const auto& modelA = fileA.model();
-    const auto& modelB = fileB.model();
+    const auto& modelA = fileA_.model();
+    const auto& modelB = fileB_.model();
     std::vector<NodePair> pairs;
     for (const auto& match : matchInOrder(childNames(modelA, a), childNames(modelB, b))) {
         const auto* childA = match.a ? &childAt(modelA, a, *match.a) : nullptr;
         const auto* childB = match.b ? &childAt(modelB, b, *match.b) : nullptr;
-        list.moveTo(childA, childB);
+        list_.moveTo(childA, childB);
         if (childB == nullptr) {
-            list.add("node", jsonText(childA->typeName), std::nullopt);
+            list_.add("node", jsonText(childA->typeName), std::nullopt);
         } else if (childA == nullptr) {
-            list.add("node", std::nullopt, jsonText(childB->typeName));
+            list_.add("node", std::nullopt, jsonText(childB->typeName));
         } else {
             pairs.emplace_back(childA, childB);
         }
@@ -115,11 +116,11 @@ std::vector<ModelComparison::NodePair> ModelComparison::matchChildren(const Node
 
 void ModelComparison::compareContents(const Node& a, const Node& b) {
     if (a.group() != nullptr) {
-        compareGroups(list, *a.group(), *b.group());
+        compareGroups(list_, *a.group(), *b.group());
     } else if (a.shape() != nullptr) {
-        compareMaterials(list, a.shape()->material, b.shape()->material);
+        compareMaterials(list_, a.shape()->material, b.shape()->material);
     } else if (a.nodeSets() != nullptr) {
-        compareNodeSets(list, fileA.readSets(*a.nodeSets()), fileB.readSets(*b.nodeSets()));
+        compareNodeSets(list_, fileA_.readSets(*a.nodeSets()), fileB_.readSets(*b.nodeSets()));
     } else if (a.geometry() != nullptr) {
         compareGeometries(a, b);
     }
@@ -129,11 +130,11 @@ void ModelComparison::compareGeometries(const Node& a, const Node& b) {
     const auto& inA = a.geometry()->datasets;
     const auto& inB = b.geometry()->datasets;
     for (const auto& match : matchInOrder(keysOf(inA), keysOf(inB))) {
-        list.moveTo(&a, &b, match.a ? &inA[*match.a] : &inB[*match.b]);
+        list_.moveTo(&a, &b, match.a ? &inA[*match.a] : &inB[*match.b]);
         if (!match.b) {
-            list.add("dataset", description(fileA.holder(inA[*match.a])), std::nullopt);
+            list_.add("dataset", description(fileA_.holder(inA[*match.a])), std::nullopt);
         } else if (!match.a) {
-            list.add("dataset", std::nullopt, description(fileB.holder(inB[*match.b])));
+            list_.add("dataset", std::nullopt, description(fileB_.holder(inB[*match.b])));
         } else {
             compareDatasets(inA[*match.a], inB[*match.b]);
         }
@@ -141,30 +142,30 @@ void ModelComparison::compareGeometries(const Node& a, const Node& b) {
 }
 
 void ModelComparison::compareDatasets(const Dataset& a, const Dataset& b) {
-    const auto& holderA = fileA.holder(a);
-    const auto& holderB = fileB.holder(b);
-    list.compareTexts("type", variableTypeText(a), variableTypeText(b));
-    list.compareFlags("vibration", a.vibration, b.vibration);
-    if (options.links) {
+    const auto& holderA = fileA_.holder(a);
+    const auto& holderB = fileB_.holder(b);
+    list_.compareTexts("type", variableTypeText(a), variableTypeText(b));
+    list_.compareFlags("vibration", a.vibration, b.vibration);
+    if (options_.links) {
         compareLinks(a, b);
     }
-    list.compareAttributes(attributesOf(a, holderA), attributesOf(b, holderB));
+    list_.compareAttributes(attributesOf(a, holderA), attributesOf(b, holderB));
     compareHolders(holderA, holderB);
 }
 
 void ModelComparison::compareLinks(const Dataset& a, const Dataset& b) {
-    auto targetA = linkTarget(fileA.model(), a);
-    auto targetB = linkTarget(fileB.model(), b);
+    auto targetA = linkTarget(fileA_.model(), a);
+    auto targetB = linkTarget(fileB_.model(), b);
     if (targetA != targetB) {
-        list.add("link", std::move(targetA), std::move(targetB));
+        list_.add("link", std::move(targetA), std::move(targetB));
     }
 }
 
 void ModelComparison::compareHolders(const Dataset& a, const Dataset& b) {
-    list.compareTexts("element type", elementTypeText(a), elementTypeText(b));
-    list.compareTexts("shape", shapeText(a), shapeText(b));
+    list_.compareTexts("element type", elementTypeText(a), elementTypeText(b));
+    list_.compareTexts("shape", shapeText(a), shapeText(b));
     if (a.elementTag == b.elementTag && a.width == b.width && itemCount(a) == itemCount(b)) {
-        tasks.push_back({&a, &b, list.keepRoomForNumbers()});
+        tasks_.push_back({&a, &b, list_.keepRoomForNumbers()});
     }
 }
 
@@ -174,26 +175,26 @@ void ModelComparison::compareNumbersOfAll() {
     requireBoundedWork();
     const Task* last = nullptr;
     std::optional<NumberDifference> difference;
-    for (const auto& task : tasks) {
-        messages.progress("comparing",
-                          static_cast<double>(&task - tasks.data()) / static_cast<double>(tasks.size()));
+    for (const auto& task : tasks_) {
+        messages_.progress("comparing",
+                           static_cast<double>(&task - tasks_.data()) / static_cast<double>(tasks_.size()));
         if (last == nullptr || !task.hasSameNumbersAs(*last)) {
             difference =
-                compareNumbers(fileA.read(*task.a), fileB.read(*task.b), task.a->width, options.tolerance);
+                compareNumbers(fileA_.read(*task.a), fileB_.read(*task.b), task.a->width, options_.tolerance);
         }
         if (difference) {
-            list.fill(task.room, *difference);
+            list_.fill(task.room, *difference);
         }
         last = &task;
     }
-    messages.clearProgress();
+    messages_.clearProgress();
 }
 
 // So that each block of the first file is decompressed once, and of the second file each of its blocks once
 // for it, in whatever order the two were written.
 void ModelComparison::sortTasks() {
-    std::ranges::stable_sort(tasks, {}, [this](const Task& task) {
-        return std::tuple(fileA.blockOf(*task.a), task.b->position, task.b->nodeId, task.b->index,
+    std::ranges::stable_sort(tasks_, {}, [this](const Task& task) {
+        return std::tuple(fileA_.blockOf(*task.a), task.b->position, task.b->nodeId, task.b->index,
                           task.a->nodeId, task.a->index);
     });
 }
@@ -204,17 +205,17 @@ void ModelComparison::requireBoundedWork() const {
     constexpr std::uint64_t MostReadings = 16;
     std::uint64_t bytes = 0;
     const Task* last = nullptr;
-    for (const auto& task : tasks) {
+    for (const auto& task : tasks_) {
         if (last == nullptr || !task.hasSameNumbersAs(*last)) {
             bytes += task.a->sizeInBytes;
         }
         last = &task;
     }
-    if (bytes > MostReadings * (fileA.numberBytes() + fileB.numberBytes())) {
-        throw Failure(fileB.path(),
+    if (bytes > MostReadings * (fileA_.numberBytes() + fileB_.numberBytes())) {
+        throw Failure(fileB_.path(),
                       fmt::format("its links pair its numbers with those of {} in too many ways to "
                                   "compare them all",
-                                  fileA.path()));
+                                  fileA_.path()));
     }
 }
 

@@ -50,12 +50,12 @@ private:
     void sortTasks();
     void requireBoundedWork() const;
 
-    NumberFile& fileA;
-    NumberFile& fileB;
-    ComparisonOptions options;
-    Terminal& messages;
-    DifferenceList list;
-    std::vector<Task> tasks;
+    NumberFile& fileA_;
+    NumberFile& fileB_;
+    ComparisonOptions options_;
+    Terminal& messages_;
+    DifferenceList list_;
+    std::vector<Task> tasks_;
 };
 
 } // namespace MoxTool

@@ -12,27 +12,27 @@ constexpr auto None = std::numeric_limits<std::size_t>::max();
 /// Gives the places of a list back by their keys, each once, those of one key in ascending order.
 class PlacesByKey {
 public:
-    explicit PlacesByKey(const std::vector<std::string_view>& keys) : behind(keys.size(), None) {
+    explicit PlacesByKey(const std::vector<std::string_view>& keys) : behind_(keys.size(), None) {
         for (std::size_t place = keys.size(); place-- > 0;) {
-            auto& front = fronts.try_emplace(keys[place], None).first->second;
-            behind[place] = front;
+            auto& front = fronts_.try_emplace(keys[place], None).first->second;
+            behind_[place] = front;
             front = place;
         }
     }
 
     std::optional<std::size_t> take(std::string_view key) {
-        const auto front = fronts.find(key);
-        if (front == fronts.end() || front->second == None) {
+        const auto front = fronts_.find(key);
+        if (front == fronts_.end() || front->second == None) {
             return std::nullopt;
         }
         const auto place = front->second;
-        front->second = behind[place];
+        front->second = behind_[place];
         return place;
     }
 
 private:
-    std::map<std::string_view, std::size_t> fronts; ///< The next place of each key, or None.
-    std::vector<std::size_t> behind;                ///< For each place the next one of its key, or None.
+    std::map<std::string_view, std::size_t> fronts_; ///< The next place of each key, or None.
+    std::vector<std::size_t> behind_;                ///< For each place the next one of its key, or None.
 };
 
 } // namespace

@@ -28,17 +28,17 @@ Examples:
 } // namespace
 
 void DumpCommand::addOptions(CommandLine& line) {
-    line.add("FILE", path, "The file to read; - for stdin").required();
-    line.addFlag("--numbers", options.numbers,
+    line.add("FILE", path_, "The file to read; - for stdin").required();
+    line.addFlag("--numbers", options_.numbers,
                  "With the numbers of all datasets and the members of node sets");
-    line.addFlag("--no-date", options.noDate, "Without the date on which the file was saved");
+    line.addFlag("--no-date", options_.noDate, "Without the date on which the file was saved");
     line.setDetails(Details);
 }
 
 int DumpCommand::run(Terminal& terminal) {
-    const OpenModel opened(path);
+    const OpenModel opened(path_);
     JsonStream json(stdout);
-    explainErrors(path, [&] { ModelDump(opened, options, json).write(terminal); });
+    explainErrors(path_, [&] { ModelDump(opened, options_, json).write(terminal); });
     return 0;
 }
 

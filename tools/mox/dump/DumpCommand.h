@@ -17,8 +17,8 @@ public:
     int run(Terminal& terminal) override;
 
 private:
-    std::string path;
-    ModelDump::Options options;
+    std::string path_;
+    ModelDump::Options options_;
 };
 
 } // namespace MoxTool

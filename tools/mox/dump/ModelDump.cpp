@@ -85,27 +85,27 @@ void writeRows(JsonStream& json, const std::vector<Number>& numbers, std::size_t
 } // namespace
 
 ModelDump::ModelDump(const OpenModel& openModel, const Options& dumpOptions, JsonStream& target)
-    : opened(openModel), options(dumpOptions), json(target), heavy(openModel.file(), openModel.model()) {}
+    : opened_(openModel), options_(dumpOptions), json_(target), heavy_(openModel.file(), openModel.model()) {}
 
 void ModelDump::write(Terminal& terminal) {
-    const auto& nodes = opened.model().nodes();
-    json.beginObject();
-    member("fileVersion", jsonText(opened.file().version()));
+    const auto& nodes = opened_.model().nodes();
+    json_.beginObject();
+    member("fileVersion", jsonText(opened_.file().version()));
     writeSaves();
-    json.key("nodes");
-    json.beginArray();
+    json_.key("nodes");
+    json_.beginArray();
     for (const auto& node : nodes) {
         terminal.progress("dumping", static_cast<double>(node.id) / static_cast<double>(nodes.size()));
         writeNode(node);
     }
-    json.endArray();
-    json.endObject();
+    json_.endArray();
+    json_.endObject();
 }
 
 void ModelDump::writeSaves() {
-    const auto& global = opened.model().globalInformation();
-    json.key("saves");
-    json.beginArray();
+    const auto& global = opened_.model().globalInformation();
+    json_.key("saves");
+    json_.beginArray();
     for (const auto& save : global.modifiers) {
         Json entry{{"version", jsonText(save.version)},
                    {"sourceName", jsonText(save.sourceName)},
@@ -115,24 +115,24 @@ void ModelDump::writeSaves() {
                    {"computer", jsonText(save.computer)},
                    {"user", jsonText(save.user)},
                    {"comment", jsonText(save.comment)}};
-        if (options.noDate) {
+        if (options_.noDate) {
             entry.erase("date");
         }
-        json.value(entry);
+        json_.value(entry);
     }
-    json.endArray();
+    json_.endArray();
     member("resultAttributes", global.resultAttributeCount);
 }
 
 void ModelDump::writeNode(const MoxReader::Node& node) {
-    json.beginObject();
+    json_.beginObject();
     member("id", node.id);
     member("parent", node.parent);
     member("name", jsonText(node.name));
     member("type", jsonText(node.typeName));
     member("version", jsonText(node.version));
     std::visit([this](const auto& content) { write(content); }, node.content);
-    json.endObject();
+    json_.endObject();
 }
 
 void ModelDump::write(const MoxReader::Group& group) {
@@ -148,33 +148,33 @@ void ModelDump::write(const MoxReader::Shape& shape) {
 }
 
 void ModelDump::write(const MoxReader::Geometry& geometry) {
-    json.key("datasets");
-    json.beginArray();
+    json_.key("datasets");
+    json_.beginArray();
     for (const auto& dataset : geometry.datasets) {
         writeDataset(dataset);
     }
-    json.endArray();
+    json_.endArray();
 }
 
 void ModelDump::write(const MoxReader::NodeSets& descriptor) {
     member("setCount", descriptor.setCount);
-    if (!options.numbers) {
+    if (!options_.numbers) {
         return;
     }
-    json.key("sets");
-    json.beginArray();
-    for (const auto& set : heavy.readNodeSets(descriptor)) {
-        json.beginObject();
+    json_.key("sets");
+    json_.beginArray();
+    for (const auto& set : heavy_.readNodeSets(descriptor)) {
+        json_.beginObject();
         member("name", jsonText(set.name));
         member("members", set.members);
-        json.endObject();
+        json_.endObject();
     }
-    json.endArray();
+    json_.endArray();
 }
 
 // A step without a name differs from no step.
 void ModelDump::writeDataset(const MoxReader::Dataset& dataset) {
-    json.beginObject();
+    json_.beginObject();
     member("name", jsonText(dataset.name));
     if (dataset.key.size() != dataset.name.size()) {
         member("step", jsonText(dataset.step));
@@ -187,7 +187,7 @@ void ModelDump::writeDataset(const MoxReader::Dataset& dataset) {
     } else {
         writeHolder(dataset);
     }
-    json.endObject();
+    json_.endObject();
 }
 
 void ModelDump::writeHolder(const MoxReader::Dataset& dataset) {
@@ -198,32 +198,32 @@ void ModelDump::writeHolder(const MoxReader::Dataset& dataset) {
                            jsonNumber(dataset.floatB), dataset.boolC});
     }
     writeAttributes(dataset.attributes);
-    if (options.numbers) {
+    if (options_.numbers) {
         writeNumbers(dataset);
     }
 }
 
 void ModelDump::writeAttributes(const MoxReader::Attributes& attributes) {
-    json.key("attributes");
-    json.beginArray();
+    json_.key("attributes");
+    json_.beginArray();
     for (const auto& [key, value] : attributes) {
-        json.value(jsonAttribute(key, value));
+        json_.value(jsonAttribute(key, value));
     }
-    json.endArray();
+    json_.endArray();
 }
 
 void ModelDump::writeNumbers(const MoxReader::Dataset& dataset) {
-    json.key("numbers");
+    json_.key("numbers");
     if (dataset.elementTag == MoxReader::Format::FloatTag) {
-        writeRows(json, heavy.readFloats(dataset), dataset.width);
+        writeRows(json_, heavy_.readFloats(dataset), dataset.width);
     } else {
-        writeRows(json, heavy.readUnsigned(dataset), dataset.width);
+        writeRows(json_, heavy_.readUnsigned(dataset), dataset.width);
     }
 }
 
 void ModelDump::member(std::string_view key, const Json& value) {
-    json.key(key);
-    json.value(value);
+    json_.key(key);
+    json_.value(value);
 }
 
 } // namespace MoxTool

@@ -38,10 +38,10 @@ private:
     void writeNumbers(const MoxReader::Dataset& dataset);
     void member(std::string_view key, const Json& value);
 
-    const OpenModel& opened;
-    const Options& options;
-    JsonStream& json;
-    MoxReader::HeavyData heavy;
+    const OpenModel& opened_;
+    const Options& options_;
+    JsonStream& json_;
+    MoxReader::HeavyData heavy_;
 };
 
 } // namespace MoxTool

@@ -81,7 +81,7 @@ ExodusFile::Handle::~Handle() {
     }
 }
 
-ExodusFile::ExodusFile(const std::string& path) : filePath(path) {
+ExodusFile::ExodusFile(const std::string& path) : filePath_(path) {
     checkContainer(path);
     open();
     readParameters();
@@ -92,55 +92,55 @@ ExodusFile::ExodusFile(const std::string& path) : filePath(path) {
 void ExodusFile::open() {
     ex_opts(EX_DEFAULT);
     int memoryWordSize = sizeof(double);
-    file.id = ex_open(filePath.c_str(), EX_READ | EX_ALL_INT64_API, &memoryWordSize, &wordSize, &version);
-    if (file.id < 0) {
-        throw Failure(filePath, fmt::format("{}, or damaged", NotExodus));
+    file_.id = ex_open(filePath_.c_str(), EX_READ | EX_ALL_INT64_API, &memoryWordSize, &wordSize_, &version_);
+    if (file_.id < 0) {
+        throw Failure(filePath_, fmt::format("{}, or damaged", NotExodus));
     }
-    nameLength = static_cast<std::size_t>(
+    nameLength_ = static_cast<std::size_t>(
         std::max<std::int64_t>(MAX_NAME_LENGTH, inquire(EX_INQ_DB_MAX_ALLOWED_NAME_LENGTH)));
-    ex_set_max_name_length(file.id, static_cast<int>(nameLength));
+    ex_set_max_name_length(file_.id, static_cast<int>(nameLength_));
 }
 
 void ExodusFile::readParameters() {
-    check(ex_get_init_ext(file.id, &parameters), "its counts");
-    if (parameters.num_dim < 1 || parameters.num_dim > 3) {
-        throw Failure(filePath, fmt::format("damaged: {} dimensions", parameters.num_dim));
+    check(ex_get_init_ext(file_.id, &parameters_), "its counts");
+    if (parameters_.num_dim < 1 || parameters_.num_dim > 3) {
+        throw Failure(filePath_, fmt::format("damaged: {} dimensions", parameters_.num_dim));
     }
 }
 
 void ExodusFile::readBlocks() {
     std::int64_t firstElement = 0;
-    for (const auto blockId : ids(EX_ELEM_BLOCK, parameters.num_elem_blk)) {
+    for (const auto blockId : ids(EX_ELEM_BLOCK, parameters_.num_elem_blk)) {
         ex_block block{};
         block.id = blockId;
         block.type = EX_ELEM_BLOCK;
-        check(ex_get_block_param(file.id, &block), "an element block");
-        elementBlocks.push_back({blockId, blockName(blockId), block.topology, block.num_entry,
-                                 block.num_nodes_per_entry, block.num_attribute, firstElement});
+        check(ex_get_block_param(file_.id, &block), "an element block");
+        elementBlocks_.push_back({blockId, blockName(blockId), block.topology, block.num_entry,
+                                  block.num_nodes_per_entry, block.num_attribute, firstElement});
         firstElement += block.num_entry;
     }
-    if (firstElement != parameters.num_elem) {
-        throw Failure(filePath, fmt::format("damaged: its blocks have {} elements instead of {}",
-                                            firstElement, parameters.num_elem));
+    if (firstElement != parameters_.num_elem) {
+        throw Failure(filePath_, fmt::format("damaged: its blocks have {} elements instead of {}",
+                                             firstElement, parameters_.num_elem));
     }
 }
 
 void ExodusFile::readTimes() {
-    stepTimes.resize(static_cast<std::size_t>(inquire(EX_INQ_TIME)));
-    if (!stepTimes.empty()) {
-        check(ex_get_all_times(file.id, stepTimes.data()), "the times");
+    stepTimes_.resize(static_cast<std::size_t>(inquire(EX_INQ_TIME)));
+    if (!stepTimes_.empty()) {
+        check(ex_get_all_times(file_.id, stepTimes_.data()), "the times");
     }
 }
 
 std::string ExodusFile::blockName(std::int64_t block) const {
-    std::string name(nameLength + 1, '\0');
-    check(ex_get_name(file.id, EX_ELEM_BLOCK, block, name.data()), "the name of an element block");
+    std::string name(nameLength_ + 1, '\0');
+    check(ex_get_name(file_.id, EX_ELEM_BLOCK, block, name.data()), "the name of an element block");
     return name.substr(0, name.find('\0'));
 }
 
 float ExodusFile::apiVersion() const {
     float result = 0;
-    ex_inquire(file.id, EX_INQ_API_VERS, nullptr, &result, nullptr);
+    ex_inquire(file_.id, EX_INQ_API_VERS, nullptr, &result, nullptr);
     return result;
 }
 
@@ -151,7 +151,7 @@ std::vector<QaRecord> ExodusFile::qaRecords() const {
         return {};
     }
     CharRows texts(count * Fields, MAX_STR_LENGTH);
-    check(ex_get_qa(file.id, reinterpret_cast<char*(*)[Fields]>(texts.data())), "the QA records");
+    check(ex_get_qa(file_.id, reinterpret_cast<char*(*)[Fields]>(texts.data())), "the QA records");
     std::vector<QaRecord> records;
     for (std::size_t i = 0; i < texts.size(); i += Fields) {
         records.push_back({texts[i], texts[i + 1], texts[i + 2], texts[i + 3]});
@@ -160,21 +160,21 @@ std::vector<QaRecord> ExodusFile::qaRecords() const {
 }
 
 std::int64_t ExodusFile::inquire(ex_inquiry what) const {
-    return std::max<std::int64_t>(0, ex_inquire_int(file.id, what));
+    return std::max<std::int64_t>(0, ex_inquire_int(file_.id, what));
 }
 
 std::vector<double> ExodusFile::coordinates(int axis) const {
-    std::vector<double> result(static_cast<std::size_t>(parameters.num_nodes));
+    std::vector<double> result(static_cast<std::size_t>(parameters_.num_nodes));
     std::array<double*, 3> targets{};
     targets.at(static_cast<std::size_t>(axis)) = result.data();
-    check(ex_get_coord(file.id, targets[0], targets[1], targets[2]), "the coordinates");
+    check(ex_get_coord(file_.id, targets[0], targets[1], targets[2]), "the coordinates");
     return result;
 }
 
 std::vector<std::int64_t> ExodusFile::idMap(ex_entity_type type, std::int64_t count) const {
     std::vector<std::int64_t> result(static_cast<std::size_t>(count));
-    if (ex_get_id_map(file.id, type, result.data()) < 0) {
-        throw Failure(filePath, "damaged: an id map can't be read");
+    if (ex_get_id_map(file_.id, type, result.data()) < 0) {
+        throw Failure(filePath_, "damaged: an id map can't be read");
     }
     return result;
 }
@@ -183,14 +183,14 @@ std::vector<std::int64_t> ExodusFile::connectivity(const ExodusBlock& block) con
     const auto count = ElementType(block.elementType).isNsided() ? block.nodesPerElement
                                                                  : block.elementCount * block.nodesPerElement;
     std::vector<std::int64_t> result(static_cast<std::size_t>(count));
-    check(ex_get_conn(file.id, EX_ELEM_BLOCK, block.id, result.data(), nullptr, nullptr),
+    check(ex_get_conn(file_.id, EX_ELEM_BLOCK, block.id, result.data(), nullptr, nullptr),
           "the nodes of the elements");
     return result;
 }
 
 std::vector<int> ExodusFile::nodesOfEachElement(const ExodusBlock& block) const {
     std::vector<int> result(static_cast<std::size_t>(block.elementCount));
-    check(ex_get_entity_count_per_polyhedra(file.id, EX_ELEM_BLOCK, block.id, result.data()),
+    check(ex_get_entity_count_per_polyhedra(file_.id, EX_ELEM_BLOCK, block.id, result.data()),
           "the sizes of the elements");
     return result;
 }
@@ -199,22 +199,22 @@ std::vector<std::string> ExodusFile::attributeNames(const ExodusBlock& block) co
     if (block.attributeCount == 0) {
         return {};
     }
-    CharRows texts(static_cast<std::size_t>(block.attributeCount), nameLength);
-    check(ex_get_attr_names(file.id, EX_ELEM_BLOCK, block.id, texts.data()),
+    CharRows texts(static_cast<std::size_t>(block.attributeCount), nameLength_);
+    check(ex_get_attr_names(file_.id, EX_ELEM_BLOCK, block.id, texts.data()),
           "the names of element attributes");
     return texts.strings();
 }
 
 std::vector<std::string> ExodusFile::coordinateNames() const {
-    CharRows texts(static_cast<std::size_t>(parameters.num_dim), nameLength);
-    check(ex_get_coord_names(file.id, texts.data()), "the names of the coordinates");
+    CharRows texts(static_cast<std::size_t>(parameters_.num_dim), nameLength_);
+    check(ex_get_coord_names(file_.id, texts.data()), "the names of the coordinates");
     return texts.strings();
 }
 
 std::vector<std::int64_t> ExodusFile::ids(ex_entity_type type, std::int64_t count) const {
     std::vector<std::int64_t> result(static_cast<std::size_t>(count));
     if (count > 0) {
-        check(ex_get_ids(file.id, type, result.data()), "the ids of blocks or sets");
+        check(ex_get_ids(file_.id, type, result.data()), "the ids of blocks or sets");
     }
     return result;
 }
@@ -223,26 +223,26 @@ std::vector<std::string> ExodusFile::names(ex_entity_type type, std::int64_t cou
     if (count == 0) {
         return {};
     }
-    CharRows texts(static_cast<std::size_t>(count), nameLength);
-    check(ex_get_names(file.id, type, texts.data()), "the names of blocks or sets");
+    CharRows texts(static_cast<std::size_t>(count), nameLength_);
+    check(ex_get_names(file_.id, type, texts.data()), "the names of blocks or sets");
     return texts.strings();
 }
 
 std::vector<std::string> ExodusFile::variableNames(ex_entity_type type) const {
     int count = 0;
-    check(ex_get_variable_param(file.id, type, &count), "the number of variables");
+    check(ex_get_variable_param(file_.id, type, &count), "the number of variables");
     if (count == 0) {
         return {};
     }
-    CharRows texts(static_cast<std::size_t>(count), nameLength);
-    check(ex_get_variable_names(file.id, type, count, texts.data()), "the names of variables");
+    CharRows texts(static_cast<std::size_t>(count), nameLength_);
+    check(ex_get_variable_names(file_.id, type, count, texts.data()), "the names of variables");
     return texts.strings();
 }
 
 std::vector<int> ExodusFile::elementTruthTable(std::size_t variableCount) const {
-    std::vector<int> table(elementBlocks.size() * variableCount);
+    std::vector<int> table(elementBlocks_.size() * variableCount);
     if (!table.empty()) {
-        check(ex_get_truth_table(file.id, EX_ELEM_BLOCK, static_cast<int>(elementBlocks.size()),
+        check(ex_get_truth_table(file_.id, EX_ELEM_BLOCK, static_cast<int>(elementBlocks_.size()),
                                  static_cast<int>(variableCount), table.data()),
               "the table of element variables");
     }
@@ -253,16 +253,16 @@ std::vector<double> ExodusFile::values(ex_entity_type type, std::size_t variable
                                        std::size_t step, std::int64_t count) const {
     std::vector<double> result(static_cast<std::size_t>(count));
     const auto number = static_cast<int>(variable) + 1;
-    check(ex_get_var(file.id, static_cast<int>(step) + 1, type, number, entity, count, result.data()),
+    check(ex_get_var(file_.id, static_cast<int>(step) + 1, type, number, entity, count, result.data()),
           "a variable");
     return result;
 }
 
 std::vector<double> ExodusFile::globalValues(std::size_t step, std::size_t variableCount) const {
     std::vector<double> result(variableCount);
-    check(
-        ex_get_glob_vars(file.id, static_cast<int>(step) + 1, static_cast<int>(variableCount), result.data()),
-        "the global variables");
+    check(ex_get_glob_vars(file_.id, static_cast<int>(step) + 1, static_cast<int>(variableCount),
+                           result.data()),
+          "the global variables");
     return result;
 }
 
@@ -270,7 +270,7 @@ std::vector<double> ExodusFile::globalValues(std::size_t step, std::size_t varia
 // there.
 void ExodusFile::check(int status, const char* what) const {
     if (status != NC_NOERR) {
-        throw Failure(filePath, fmt::format("damaged: {} can't be read", what));
+        throw Failure(filePath_, fmt::format("damaged: {} can't be read", what));
     }
 }
 

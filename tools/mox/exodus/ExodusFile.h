@@ -23,22 +23,22 @@ public:
     ExodusFile(const ExodusFile&) = delete;
     ExodusFile& operator=(const ExodusFile&) = delete;
 
-    const std::string& path() const { return filePath; }
+    const std::string& path() const { return filePath_; }
     /// The library's number of the open file, which netCDF functions take as well.
-    int handle() const { return file.id; }
+    int handle() const { return file_.id; }
 
     /// Counts of everything and the title, as the library gives them.
-    const ex_init_params& counts() const { return parameters; }
-    int dimension() const { return static_cast<int>(parameters.num_dim); }
+    const ex_init_params& counts() const { return parameters_; }
+    int dimension() const { return static_cast<int>(parameters_.num_dim); }
     /// Of the library that wrote the file.
     float apiVersion() const;
-    float fileVersion() const { return version; }
-    bool hasDoublePrecision() const { return wordSize == 8; }
+    float fileVersion() const { return version_; }
+    bool hasDoublePrecision() const { return wordSize_ == 8; }
     std::vector<QaRecord> qaRecords() const;
     /// One of the library's counts. 0 if the file says nothing of it.
     std::int64_t inquire(ex_inquiry what) const;
 
-    const std::vector<ExodusBlock>& blocks() const { return elementBlocks; }
+    const std::vector<ExodusBlock>& blocks() const { return elementBlocks_; }
     /// One coordinate of every node, for an axis below dimension().
     std::vector<double> coordinates(int axis) const;
     /// The application's ids, one for each node or element; 1, 2, 3 and so on where the file has none.
@@ -58,7 +58,7 @@ public:
     /// Their names; an empty text for each that has none.
     std::vector<std::string> names(ex_entity_type type, std::int64_t count) const;
 
-    const std::vector<double>& times() const { return stepTimes; }
+    const std::vector<double>& times() const { return stepTimes_; }
     std::vector<std::string> variableNames(ex_entity_type type) const;
     /// Row by row, one row for each block: whether the block has the variable.
     std::vector<int> elementTruthTable(std::size_t variableCount) const;
@@ -83,14 +83,14 @@ private:
     std::string blockName(std::int64_t block) const;
     void check(int status, const char* what) const;
 
-    std::string filePath;
-    Handle file;
-    int wordSize = 0;
-    float version = 0;
-    std::size_t nameLength = 0;
-    ex_init_params parameters{};
-    std::vector<ExodusBlock> elementBlocks;
-    std::vector<double> stepTimes;
+    std::string filePath_;
+    Handle file_;
+    int wordSize_ = 0;
+    float version_ = 0;
+    std::size_t nameLength_ = 0;
+    ex_init_params parameters_{};
+    std::vector<ExodusBlock> elementBlocks_;
+    std::vector<double> stepTimes_;
 };
 
 } // namespace MoxTool

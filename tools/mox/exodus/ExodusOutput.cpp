@@ -16,16 +16,16 @@ namespace {
 // The library takes texts to be written as pointers to char that is not const.
 class Pointers {
 public:
-    explicit Pointers(std::vector<std::string> texts) : kept(std::move(texts)) {
-        for (auto& text : kept) {
-            pointers.push_back(text.data());
+    explicit Pointers(std::vector<std::string> texts) : kept_(std::move(texts)) {
+        for (auto& text : kept_) {
+            pointers_.push_back(text.data());
         }
     }
-    char** data() { return pointers.data(); }
+    char** data() { return pointers_.data(); }
 
 private:
-    std::vector<std::string> kept;
-    std::vector<char*> pointers;
+    std::vector<std::string> kept_;
+    std::vector<char*> pointers_;
 };
 
 ex_init_params parametersOf(const ExodusOutput::Layout& layout) {
@@ -41,17 +41,17 @@ ex_init_params parametersOf(const ExodusOutput::Layout& layout) {
 } // namespace
 
 ExodusOutput::ExodusOutput(const std::string& path, std::string shownPath, const Layout& layout)
-    : shown(std::move(shownPath)) {
+    : shown_(std::move(shownPath)) {
     create(path, layout.largeIds);
     const auto length = std::clamp<std::size_t>(layout.nameLength, MAX_NAME_LENGTH, LongestName);
-    check(ex_set_max_name_length(file, static_cast<int>(length)));
+    check(ex_set_max_name_length(file_, static_cast<int>(length)));
     const auto parameters = parametersOf(layout);
-    check(ex_put_init_ext(file, &parameters));
+    check(ex_put_init_ext(file_, &parameters));
 }
 
 ExodusOutput::~ExodusOutput() {
-    if (file >= 0) {
-        ex_close(file);
+    if (file_ >= 0) {
+        ex_close(file_);
     }
 }
 
@@ -60,14 +60,14 @@ ExodusOutput::~ExodusOutput() {
 void ExodusOutput::create(const std::string& path, bool largeIds) {
     ex_opts(EX_DEFAULT);
     if (!std::ofstream(path, std::ios::binary)) {
-        throw Failure(shown, "can't be written");
+        throw Failure(shown_, "can't be written");
     }
     int memoryWordSize = sizeof(double);
     int diskWordSize = sizeof(double);
     const int format = largeIds ? EX_NETCDF4 | EX_MAPS_INT64_DB | EX_IDS_INT64_DB : EX_LARGE_MODEL;
-    file = ex_create(path.c_str(), EX_CLOBBER | EX_ALL_INT64_API | format, &memoryWordSize, &diskWordSize);
-    if (file < 0) {
-        throw Failure(shown, "can't be written");
+    file_ = ex_create(path.c_str(), EX_CLOBBER | EX_ALL_INT64_API | format, &memoryWordSize, &diskWordSize);
+    if (file_ < 0) {
+        throw Failure(shown_, "can't be written");
     }
 }
 
@@ -81,35 +81,35 @@ void ExodusOutput::qaRecords(const std::vector<QaRecord>& records) {
         texts.insert(texts.end(), {record.program, record.version, record.date, record.time});
     }
     Pointers pointers(std::move(texts));
-    check(ex_put_qa(file, static_cast<int>(records.size()),
+    check(ex_put_qa(file_, static_cast<int>(records.size()),
                     reinterpret_cast<char*(*)[Fields]>(pointers.data())));
 }
 
 void ExodusOutput::coordinates(int axis, const std::vector<double>& values) {
     std::array<const double*, 3> sources{};
     sources.at(static_cast<std::size_t>(axis)) = values.data();
-    check(ex_put_coord(file, sources[0], sources[1], sources[2]));
+    check(ex_put_coord(file_, sources[0], sources[1], sources[2]));
 }
 
 void ExodusOutput::block(const ExodusBlock& block, const std::vector<std::uint32_t>& nodes,
                          const std::vector<std::uint32_t>& lengths) {
-    check(ex_put_block(file, EX_ELEM_BLOCK, block.id, block.elementType.c_str(), block.elementCount,
+    check(ex_put_block(file_, EX_ELEM_BLOCK, block.id, block.elementType.c_str(), block.elementCount,
                        block.nodesPerElement, 0, 0, 0));
     std::vector<std::int64_t> connectivity;
     connectivity.reserve(nodes.size());
     for (const auto node : nodes) {
         connectivity.push_back(std::int64_t{node} + 1);
     }
-    check(ex_put_conn(file, EX_ELEM_BLOCK, block.id, connectivity.data(), nullptr, nullptr));
+    check(ex_put_conn(file_, EX_ELEM_BLOCK, block.id, connectivity.data(), nullptr, nullptr));
     if (!lengths.empty()) {
         const std::vector<int> counts(lengths.begin(), lengths.end());
-        check(ex_put_entity_count_per_polyhedra(file, EX_ELEM_BLOCK, block.id, counts.data()));
+        check(ex_put_entity_count_per_polyhedra(file_, EX_ELEM_BLOCK, block.id, counts.data()));
     }
-    check(ex_put_name(file, EX_ELEM_BLOCK, block.id, block.name.c_str()));
+    check(ex_put_name(file_, EX_ELEM_BLOCK, block.id, block.name.c_str()));
 }
 
 void ExodusOutput::idMap(ex_entity_type type, const std::vector<std::int64_t>& ids) {
-    check(ex_put_id_map(file, type, ids.data()));
+    check(ex_put_id_map(file_, type, ids.data()));
 }
 
 void ExodusOutput::variables(ex_entity_type type, const std::vector<std::string>& names) {
@@ -117,43 +117,43 @@ void ExodusOutput::variables(ex_entity_type type, const std::vector<std::string>
         return;
     }
     const auto count = static_cast<int>(names.size());
-    check(ex_put_variable_param(file, type, count));
-    check(ex_put_variable_names(file, type, count, Pointers(names).data()));
+    check(ex_put_variable_param(file_, type, count));
+    check(ex_put_variable_names(file_, type, count, Pointers(names).data()));
 }
 
 void ExodusOutput::truthTable(std::size_t blocks, std::size_t variables, std::vector<int> table) {
     if (!table.empty()) {
-        check(ex_put_truth_table(file, EX_ELEM_BLOCK, static_cast<int>(blocks), static_cast<int>(variables),
+        check(ex_put_truth_table(file_, EX_ELEM_BLOCK, static_cast<int>(blocks), static_cast<int>(variables),
                                  table.data()));
     }
 }
 
 void ExodusOutput::time(std::size_t step, double time) {
-    check(ex_put_time(file, static_cast<int>(step) + 1, &time));
+    check(ex_put_time(file_, static_cast<int>(step) + 1, &time));
 }
 
 void ExodusOutput::globals(std::size_t step, const std::vector<double>& values) {
     if (!values.empty()) {
-        check(ex_put_var(file, static_cast<int>(step) + 1, EX_GLOBAL, 1, 1,
+        check(ex_put_var(file_, static_cast<int>(step) + 1, EX_GLOBAL, 1, 1,
                          static_cast<std::int64_t>(values.size()), values.data()));
     }
 }
 
 void ExodusOutput::nodal(std::size_t step, std::size_t variable, std::size_t first,
                          const std::vector<double>& values) {
-    check(ex_put_n_var(file, static_cast<int>(step) + 1, EX_NODAL, static_cast<int>(variable) + 1, 1,
+    check(ex_put_n_var(file_, static_cast<int>(step) + 1, EX_NODAL, static_cast<int>(variable) + 1, 1,
                        static_cast<std::int64_t>(first) + 1, static_cast<std::int64_t>(values.size()),
                        values.data()));
 }
 
 void ExodusOutput::elemental(std::size_t step, std::size_t variable, std::int64_t block,
                              const std::vector<double>& values) {
-    check(ex_put_var(file, static_cast<int>(step) + 1, EX_ELEM_BLOCK, static_cast<int>(variable) + 1, block,
+    check(ex_put_var(file_, static_cast<int>(step) + 1, EX_ELEM_BLOCK, static_cast<int>(variable) + 1, block,
                      static_cast<std::int64_t>(values.size()), values.data()));
 }
 
 void ExodusOutput::close() {
-    check(ex_close(std::exchange(file, -1)));
+    check(ex_close(std::exchange(file_, -1)));
 }
 
 // Positive numbers are mere warnings.
@@ -163,7 +163,7 @@ void ExodusOutput::check(int status) const {
     }
     const std::string reason =
         exerrval < EX_MEMFAIL ? nc_strerror(exerrval) : "out of memory or a wrong argument";
-    throw Failure(shown, "can't be written by the Exodus library: " + reason);
+    throw Failure(shown_, "can't be written by the Exodus library: " + reason);
 }
 
 } // namespace MoxTool

@@ -71,8 +71,8 @@ private:
     void create(const std::string& path, bool largeIds);
     void check(int status) const;
 
-    std::string shown;
-    int file = -1;
+    std::string shown_;
+    int file_ = -1;
 };
 
 } // namespace MoxTool

@@ -18,7 +18,7 @@ struct NetcdfVariable {
 class NetcdfVariables {
 public:
     /// @param handle Of an open file, which must outlive this object.
-    explicit NetcdfVariables(int handle) : file(handle) {}
+    explicit NetcdfVariables(int handle) : file_(handle) {}
 
     std::vector<NetcdfVariable> all() const;
     /// Names of the attributes of the file itself.
@@ -31,7 +31,7 @@ public:
 private:
     std::vector<std::string> attributesOf(int variable) const;
 
-    int file;
+    int file_;
 };
 
 } // namespace MoxTool

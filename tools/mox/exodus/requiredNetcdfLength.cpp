@@ -33,7 +33,7 @@ struct Variable {
 // Reads the header in the order of its layout: magic, number of records, dimensions, attributes, variables.
 class HeaderReader {
 public:
-    explicit HeaderReader(std::istream& stream) : file(stream) {}
+    explicit HeaderReader(std::istream& stream) : file_(stream) {}
 
     std::uint64_t requiredLength() {
         readVersion();
@@ -48,7 +48,7 @@ private:
     std::uint64_t readInteger(int bytes) {
         std::uint64_t value = 0;
         for (int i = 0; i < bytes; ++i) {
-            const auto byte = file.get();
+            const auto byte = file_.get();
             if (byte == std::istream::traits_type::eof()) {
                 throw std::runtime_error("the header is cut off");
             }
@@ -61,7 +61,7 @@ private:
         if (bytes > static_cast<std::uint64_t>(std::numeric_limits<std::streamoff>::max()) / 2) {
             throw std::runtime_error("the header makes no sense");
         }
-        file.seekg(static_cast<std::streamoff>(bytes), std::ios::cur);
+        file_.seekg(static_cast<std::streamoff>(bytes), std::ios::cur);
     }
 
     void readVersion() {
@@ -70,16 +70,16 @@ private:
         if (magic >> 8U != 0x434446 || (version != 1 && version != 2 && version != 5)) {
             throw std::runtime_error("not a classic netCDF file");
         }
-        countBytes = version == 5 ? 8 : 4;
-        offsetBytes = version == 1 ? 4 : 8;
+        countBytes_ = version == 5 ? 8 : 4;
+        offsetBytes_ = version == 1 ? 4 : 8;
     }
 
-    std::uint64_t readCount() { return readInteger(countBytes); }
+    std::uint64_t readCount() { return readInteger(countBytes_); }
 
     // The highest number stands for a file that was being written as a stream; its records are not counted.
     std::uint64_t readRecordCount() {
         const auto count = readCount();
-        return count == (countBytes == 4 ? 0xFFFFFFFFU : ~std::uint64_t{0}) ? 0 : count;
+        return count == (countBytes_ == 4 ? 0xFFFFFFFFU : ~std::uint64_t{0}) ? 0 : count;
     }
 
     std::uint64_t readListLength() {
@@ -100,7 +100,7 @@ private:
     void readDimensions() {
         for (auto count = readListLength(); count > 0; --count) {
             skipName();
-            dimensions.push_back(readCount());
+            dimensions_.push_back(readCount());
         }
     }
 
@@ -114,7 +114,7 @@ private:
 
     void readVariables() {
         for (auto count = readListLength(); count > 0; --count) {
-            variables.push_back(readVariable());
+            variables_.push_back(readVariable());
         }
     }
 
@@ -127,25 +127,25 @@ private:
         skipAttributes();
         variable.size = product(variable.size, readTypeSize());
         readCount(); // the size with padding, which does not hold for large variables
-        variable.begin = readInteger(offsetBytes);
+        variable.begin = readInteger(offsetBytes_);
         return variable;
     }
 
     // A dimension of length 0 is the one of the records.
     void addDimension(Variable& variable, std::uint64_t dimension) const {
-        if (dimension >= dimensions.size()) {
+        if (dimension >= dimensions_.size()) {
             throw std::runtime_error("the header makes no sense");
         }
-        if (dimensions[dimension] == 0) {
+        if (dimensions_[dimension] == 0) {
             variable.isRecord = true;
         } else {
-            variable.size = product(variable.size, dimensions[dimension]);
+            variable.size = product(variable.size, dimensions_[dimension]);
         }
     }
 
     std::uint64_t endOfFixed() const {
         std::uint64_t end = 0;
-        for (const auto& variable : variables) {
+        for (const auto& variable : variables_) {
             if (!variable.isRecord) {
                 end = std::max(end, variable.begin + variable.size);
             }
@@ -159,7 +159,7 @@ private:
         }
         const auto lastRecord = product(records - 1, recordSize());
         std::uint64_t end = 0;
-        for (const auto& variable : variables) {
+        for (const auto& variable : variables_) {
             if (variable.isRecord) {
                 end = std::max(end, variable.begin + lastRecord + variable.size);
             }
@@ -172,7 +172,7 @@ private:
         std::uint64_t sum = 0;
         std::uint64_t last = 0;
         std::size_t count = 0;
-        for (const auto& variable : variables) {
+        for (const auto& variable : variables_) {
             if (!variable.isRecord) {
                 continue;
             }
@@ -183,11 +183,11 @@ private:
         return count == 1 ? last : sum;
     }
 
-    std::istream& file;
-    int countBytes = 4;
-    int offsetBytes = 4;
-    std::vector<std::uint64_t> dimensions;
-    std::vector<Variable> variables;
+    std::istream& file_;
+    int countBytes_ = 4;
+    int offsetBytes_ = 4;
+    std::vector<std::uint64_t> dimensions_;
+    std::vector<Variable> variables_;
 };
 
 } // namespace

@@ -67,29 +67,29 @@ std::optional<Command::Example> ExportCommand::example() const {
 }
 
 void ExportCommand::addOptions(CommandLine& line) {
-    line.add("FILE", request.input, "The file to read; - for stdin").required();
-    line.add("OUT", request.output, "The file to write").required().check(checkExtension);
-    line.add("--step", request.step, "Take this step alone").typeName("NAME");
-    line.addFlag("--overwrite", request.overwrite, "Replace OUT if it exists; else that is an error");
+    line.add("FILE", request_.input, "The file to read; - for stdin").required();
+    line.add("OUT", request_.output, "The file to write").required().check(checkExtension);
+    line.add("--step", request_.step, "Take this step alone").typeName("NAME");
+    line.addFlag("--overwrite", request_.overwrite, "Replace OUT if it exists; else that is an error");
     line.setDetails(Details);
 }
 
 int ExportCommand::run(Terminal& terminal) {
-    refuseToReplaceInput(request);
+    refuseToReplaceInput(request_);
     exportModel(terminal).print(terminal);
     return 0;
 }
 
 ConversionSummary ExportCommand::exportModel(Terminal& terminal) const {
-    switch (Formats.at(extensionOf(request.output))) {
+    switch (Formats.at(extensionOf(request_.output))) {
     case Format::Exodus:
-        return exportExodus(request, terminal);
+        return exportExodus(request_, terminal);
     case Format::Vtu:
-        return exportVtu(request);
+        return exportVtu(request_);
     case Format::Pvd:
-        return exportPvd(request, terminal);
+        return exportPvd(request_, terminal);
     }
-    throw Failure(request.output, "has no known extension");
+    throw Failure(request_.output, "has no known extension");
 }
 
 } // namespace MoxTool

@@ -18,7 +18,7 @@ public:
 private:
     ConversionSummary exportModel(Terminal& terminal) const;
 
-    ExportRequest request;
+    ExportRequest request_;
 };
 
 } // namespace MoxTool

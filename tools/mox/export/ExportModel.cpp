@@ -10,32 +10,32 @@
 namespace MoxTool {
 
 ExportModel::ExportModel(const ExportRequest& request)
-    : opened(request.input), heavy(opened.file(), opened.model()), conversion(request.output) {
+    : opened_(request.input), heavy_(opened_.file(), opened_.model()), conversion_(request.output) {
     explainErrors(request.input, [&] { read(request); });
 }
 
 void ExportModel::read(const ExportRequest& request) {
-    parts = MeshCollector(request.input, model(), heavy, conversion).collect();
-    if (parts.parts.empty()) {
+    parts_ = MeshCollector(request.input, model(), heavy_, conversion_).collect();
+    if (parts_.parts.empty()) {
         throw Failure(request.input,
                       "has no geometry with Coordinates, Connectivity and Polylength to export");
     }
-    contents = ResultCollector(model(), parts, conversion).collect();
-    listSkippedTreeContent(model(), conversion);
+    contents_ = ResultCollector(model(), parts_, conversion_).collect();
+    listSkippedTreeContent(model(), conversion_);
     chooseSteps(request);
-    conversion.shapes = static_cast<std::int64_t>(parts.parts.size());
-    conversion.nodes = static_cast<std::int64_t>(parts.nodeCount());
-    conversion.elements = static_cast<std::int64_t>(parts.elementCount());
-    conversion.steps = static_cast<std::int64_t>(wanted.size());
+    conversion_.shapes = static_cast<std::int64_t>(parts_.parts.size());
+    conversion_.nodes = static_cast<std::int64_t>(parts_.nodeCount());
+    conversion_.elements = static_cast<std::int64_t>(parts_.elementCount());
+    conversion_.steps = static_cast<std::int64_t>(wanted_.size());
 }
 
 void ExportModel::chooseSteps(const ExportRequest& request) {
-    for (std::size_t step = 0; step < contents.steps.size(); ++step) {
-        if (request.step.empty() || contents.steps[step].name == request.step) {
-            wanted.push_back(step);
+    for (std::size_t step = 0; step < contents_.steps.size(); ++step) {
+        if (request.step.empty() || contents_.steps[step].name == request.step) {
+            wanted_.push_back(step);
         }
     }
-    if (!request.step.empty() && wanted.empty()) {
+    if (!request.step.empty() && wanted_.empty()) {
         throw Failure(request.input,
                       fmt::format("has no step \"{}\"; mox tree lists its steps", visibleText(request.step)));
     }

@@ -18,24 +18,24 @@ public:
     /// @throws Failure if the file can't be read, contradicts itself, has no mesh or lacks the wanted step.
     explicit ExportModel(const ExportRequest& request);
 
-    const MoxReader::Model& model() const { return opened.model(); }
-    const ExportMesh& mesh() const { return parts; }
-    const ExportResults& results() const { return contents; }
+    const MoxReader::Model& model() const { return opened_.model(); }
+    const ExportMesh& mesh() const { return parts_; }
+    const ExportResults& results() const { return contents_; }
     /// The places of the steps that are wanted.
-    const std::vector<std::size_t>& wantedSteps() const { return wanted; }
-    FieldReader reader() { return FieldReader(parts, heavy); }
-    ConversionSummary& summary() { return conversion; }
+    const std::vector<std::size_t>& wantedSteps() const { return wanted_; }
+    FieldReader reader() { return FieldReader(parts_, heavy_); }
+    ConversionSummary& summary() { return conversion_; }
 
 private:
     void read(const ExportRequest& request);
     void chooseSteps(const ExportRequest& request);
 
-    OpenModel opened;
-    MoxReader::HeavyData heavy;
-    ConversionSummary conversion;
-    ExportMesh parts;
-    ExportResults contents;
-    std::vector<std::size_t> wanted;
+    OpenModel opened_;
+    MoxReader::HeavyData heavy_;
+    ConversionSummary conversion_;
+    ExportMesh parts_;
+    ExportResults contents_;
+    std::vector<std::size_t> wanted_;
 };
 
 } // namespace MoxTool

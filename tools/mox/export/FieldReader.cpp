@@ -7,15 +7,15 @@ namespace MoxTool {
 
 std::vector<double> FieldReader::read(const ExportField& field, const MoxReader::Dataset& holder) {
     if (field.isInteger) {
-        const auto numbers = heavy.readUnsigned(holder);
+        const auto numbers = heavy_.readUnsigned(holder);
         return {numbers.begin(), numbers.end()};
     }
-    const auto numbers = heavy.readFloats(holder);
+    const auto numbers = heavy_.readFloats(holder);
     return {numbers.begin(), numbers.end()};
 }
 
 std::vector<double> FieldReader::readAll(const ExportField& field, std::size_t step) {
-    const auto items = field.place == ResultPlace::Nodes ? mesh.nodeCount() : mesh.elementCount();
+    const auto items = field.place == ResultPlace::Nodes ? mesh_.nodeCount() : mesh_.elementCount();
     std::vector<double> table(items * field.width, std::numeric_limits<double>::quiet_NaN());
     if (field.place == ResultPlace::Nodes) {
         readNodes(field, step, table);
@@ -26,14 +26,14 @@ std::vector<double> FieldReader::readAll(const ExportField& field, std::size_t s
 }
 
 void FieldReader::readNodes(const ExportField& field, std::size_t step, std::vector<double>& table) {
-    for (std::size_t group = 0; group < mesh.nodeGroups.size(); ++group) {
+    for (std::size_t group = 0; group < mesh_.nodeGroups.size(); ++group) {
         const auto* source = field.source(step, group);
         if (source == nullptr) {
             continue;
         }
         const auto numbers = read(field, *source);
         std::copy(numbers.begin(), numbers.end(),
-                  table.begin() + static_cast<std::ptrdiff_t>(mesh.nodeGroups[group].first * field.width));
+                  table.begin() + static_cast<std::ptrdiff_t>(mesh_.nodeGroups[group].first * field.width));
     }
 }
 
@@ -41,7 +41,7 @@ void FieldReader::readElements(const ExportField& field, std::size_t step, std::
     auto target = table.begin();
     std::vector<double> numbers;
     const MoxReader::Dataset* loaded = nullptr;
-    for (const auto& block : mesh.blocks) {
+    for (const auto& block : mesh_.blocks) {
         const auto* source = field.source(step, block.part);
         if (source != nullptr && source != loaded) {
             numbers = read(field, *source);

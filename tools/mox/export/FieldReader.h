@@ -12,7 +12,7 @@ namespace MoxTool {
 class FieldReader {
 public:
     /// Both must outlive the reader.
-    FieldReader(const ExportMesh& parts, MoxReader::HeavyData& numbers) : mesh(parts), heavy(numbers) {}
+    FieldReader(const ExportMesh& parts, MoxReader::HeavyData& numbers) : mesh_(parts), heavy_(numbers) {}
 
     // Both throw MoxReader::Error.
 
@@ -26,8 +26,8 @@ private:
     void readNodes(const ExportField& field, std::size_t step, std::vector<double>& table);
     void readElements(const ExportField& field, std::size_t step, std::vector<double>& table);
 
-    const ExportMesh& mesh;
-    MoxReader::HeavyData& heavy;
+    const ExportMesh& mesh_;
+    MoxReader::HeavyData& heavy_;
 };
 
 } // namespace MoxTool

@@ -70,15 +70,15 @@ const ElementShape& shapeOf(int dimension, std::size_t nodes) {
 
 MeshCollector::MeshCollector(std::string file, const MoxReader::Model& source, MoxReader::HeavyData& numbers,
                              ConversionSummary& results)
-    : path(std::move(file)),
-      model(source),
-      heavy(numbers),
-      summary(results),
-      transforms(groupTransforms(model)) {}
+    : path_(std::move(file)),
+      model_(source),
+      heavy_(numbers),
+      summary_(results),
+      transforms_(groupTransforms(model_)) {}
 
 ExportMesh MeshCollector::collect() {
     std::vector<std::string> incomplete;
-    for (const auto& node : model.nodes()) {
+    for (const auto& node : model_.nodes()) {
         if (node.geometry() == nullptr) {
             continue;
         }
@@ -88,13 +88,13 @@ ExportMesh MeshCollector::collect() {
             incomplete.push_back(visibleText(node.name));
         }
     }
-    summary.addSkipped("geometries without Coordinates, Connectivity and Polylength", incomplete);
-    for (std::size_t part = 0; part < mesh.parts.size(); ++part) {
+    summary_.addSkipped("geometries without Coordinates, Connectivity and Polylength", incomplete);
+    for (std::size_t part = 0; part < mesh_.parts.size(); ++part) {
         addElements(part);
     }
     numberBlocks();
     noteUnknownShapes();
-    return std::move(mesh);
+    return std::move(mesh_);
 }
 
 void MeshCollector::addPart(const Node& geometry) {
@@ -104,58 +104,58 @@ void MeshCollector::addPart(const Node& geometry) {
     part.polylength = findPolylength(geometry);
     part.dimension = connectivityDimension(*part.connectivity);
     part.nodeGroup = nodesOf(geometry, *findCoordinates(geometry));
-    mesh.parts.push_back(part);
+    mesh_.parts.push_back(part);
 }
 
 std::size_t MeshCollector::nodesOf(const Node& geometry, const Dataset& coordinates) {
     NodesKey key;
     auto& [holder, matrix, results] = key;
-    holder = &model.resolve(coordinates);
-    const auto& transform = transforms[geometry.id - 1];
+    holder = &model_.resolve(coordinates);
+    const auto& transform = transforms_[geometry.id - 1];
     std::copy_n(transform.matrix().data(), matrix.size(), matrix.begin());
     for (const auto& dataset : geometry.geometry()->datasets) {
         if (isNodalResult(dataset)) {
-            results.emplace(dataset.key, &model.resolve(dataset));
+            results.emplace(dataset.key, &model_.resolve(dataset));
         }
     }
-    const auto [place, isNew] = knownNodes.emplace(std::move(key), mesh.nodeGroups.size());
+    const auto [place, isNew] = knownNodes_.emplace(std::move(key), mesh_.nodeGroups.size());
     if (isNew) {
         if (holder->width != 3) {
             fail(geometry, "its coordinates have not three columns");
         }
-        mesh.nodeGroups.push_back({holder, transform, mesh.nodeCount(), itemCount(*holder)});
-        addPoints(mesh.nodeGroups.back());
+        mesh_.nodeGroups.push_back({holder, transform, mesh_.nodeCount(), itemCount(*holder)});
+        addPoints(mesh_.nodeGroups.back());
     }
     return place->second;
 }
 
 void MeshCollector::addPoints(const ExportNodes& nodes) {
-    auto points = heavy.readFloats(*nodes.coordinates);
+    auto points = heavy_.readFloats(*nodes.coordinates);
     if (!nodes.transform.matrix().isIdentity(0)) {
         for (std::size_t i = 0; i < points.size(); i += 3) {
             Eigen::Map<Eigen::Vector3f> point(points.data() + i);
             point = (nodes.transform * point.cast<double>()).cast<float>();
         }
-        summary.addNote("transforms of groups are applied to coordinates, not to results");
+        summary_.addNote("transforms of groups are applied to coordinates, not to results");
     }
-    mesh.points.insert(mesh.points.end(), points.begin(), points.end());
-    if (mesh.nodeCount() > MostNodes) {
-        throw Failure(path, fmt::format("has more than {} nodes", MostNodes));
+    mesh_.points.insert(mesh_.points.end(), points.begin(), points.end());
+    if (mesh_.nodeCount() > MostNodes) {
+        throw Failure(path_, fmt::format("has more than {} nodes", MostNodes));
     }
 }
 
 void MeshCollector::addElements(std::size_t partIndex) {
-    auto& part = mesh.parts[partIndex];
-    const auto nodes = heavy.readUnsigned(*part.connectivity);
-    const auto lengths = heavy.readUnsigned(*part.polylength);
+    auto& part = mesh_.parts[partIndex];
+    const auto nodes = heavy_.readUnsigned(*part.connectivity);
+    const auto lengths = heavy_.readUnsigned(*part.polylength);
     checkElements(part, nodes, lengths);
-    part.firstElement = elementCount;
+    part.firstElement = elementCount_;
     part.elements = lengths.size();
-    part.firstBlock = mesh.blocks.size();
+    part.firstBlock = mesh_.blocks.size();
     splitElements(partIndex, nodes, lengths);
-    part.endBlock = mesh.blocks.size();
+    part.endBlock = mesh_.blocks.size();
     nameBlocks(part);
-    elementCount += part.elements;
+    elementCount_ += part.elements;
 }
 
 void MeshCollector::checkElements(const ExportPart& part, const Integers& nodes,
@@ -168,7 +168,7 @@ void MeshCollector::checkElements(const ExportPart& part, const Integers& nodes,
     if (std::find(lengths.begin(), lengths.end(), 0U) != lengths.end()) {
         fail(*part.geometry, "it has an element without nodes");
     }
-    const auto count = mesh.nodeGroups[part.nodeGroup].count;
+    const auto count = mesh_.nodeGroups[part.nodeGroup].count;
     const auto bad = std::find_if(nodes.begin(), nodes.end(), [=](auto node) { return node >= count; });
     if (bad != nodes.end()) {
         fail(*part.geometry, fmt::format("an element refers to node {} of {}", *bad, count));
@@ -176,10 +176,10 @@ void MeshCollector::checkElements(const ExportPart& part, const Integers& nodes,
 }
 
 void MeshCollector::splitElements(std::size_t partIndex, const Integers& nodes, const Integers& lengths) {
-    const auto& part = mesh.parts[partIndex];
-    const auto type = exodusType(model.resolve(*part.connectivity).attributes);
+    const auto& part = mesh_.parts[partIndex];
+    const auto type = exodusType(model_.resolve(*part.connectivity).attributes);
     const bool polygons = arePolygons(type, part.dimension, lengths);
-    const auto firstNode = static_cast<std::uint32_t>(mesh.nodeGroups[part.nodeGroup].first);
+    const auto firstNode = static_cast<std::uint32_t>(mesh_.nodeGroups[part.nodeGroup].first);
     std::map<std::size_t, ExportBlock> blocks;
     std::size_t place = 0;
     for (std::size_t row = 0; row < lengths.size(); ++row) {
@@ -198,18 +198,18 @@ void MeshCollector::splitElements(std::size_t partIndex, const Integers& nodes, 
         block.nodesPerElement = length;
         block.shape = polygons ? &PolygonShape : &shapeOf(part.dimension, length);
         block.type = typeFits ? type : "";
-        mesh.blocks.push_back(std::move(block));
+        mesh_.blocks.push_back(std::move(block));
     }
 }
 
 // A geometry that parts by length gives each block its own name.
 void MeshCollector::nameBlocks(const ExportPart& part) {
-    const auto& attributes = model.resolve(*part.connectivity).attributes;
+    const auto& attributes = model_.resolve(*part.connectivity).attributes;
     const bool named = attributes.contains(AttributeNames::BlockName);
     const auto name = named ? textAttribute(attributes, AttributeNames::BlockName) : part.geometry->name;
     const bool several = part.endBlock - part.firstBlock > 1;
     for (auto i = part.firstBlock; i < part.endBlock; ++i) {
-        auto& block = mesh.blocks[i];
+        auto& block = mesh_.blocks[i];
         block.name = several ? fmt::format("{} {}", name, block.nodesPerElement) : name;
     }
 }
@@ -218,8 +218,8 @@ void MeshCollector::nameBlocks(const ExportPart& part) {
 void MeshCollector::numberBlocks() {
     std::set<std::int64_t> taken;
     std::vector<ExportBlock*> others;
-    for (auto& block : mesh.blocks) {
-        const auto& connectivity = model.resolve(*mesh.parts[block.part].connectivity);
+    for (auto& block : mesh_.blocks) {
+        const auto& connectivity = model_.resolve(*mesh_.parts[block.part].connectivity);
         block.id = wantedId(connectivity.attributes);
         if (block.id == NoId || !taken.insert(block.id).second) {
             others.push_back(&block);
@@ -235,9 +235,9 @@ void MeshCollector::numberBlocks() {
 }
 
 void MeshCollector::noteUnknownShapes() {
-    for (const auto& block : mesh.blocks) {
+    for (const auto& block : mesh_.blocks) {
         if (block.shape == &UnknownShape) {
-            summary.addNote(
+            summary_.addNote(
                 fmt::format("\"{}\" has elements of {} nodes, of no known shape: type OTHER in Exodus, loose "
                             "points in VTK",
                             visibleText(block.name), block.nodesPerElement));
@@ -246,8 +246,8 @@ void MeshCollector::noteUnknownShapes() {
 }
 
 void MeshCollector::fail(const Node& geometry, const std::string& reason) const {
-    throw Failure(path, fmt::format("geometry \"{}\": {}; mox check lists all damage",
-                                    visibleText(geometry.name), reason));
+    throw Failure(path_, fmt::format("geometry \"{}\": {}; mox check lists all damage",
+                                     visibleText(geometry.name), reason));
 }
 
 } // namespace MoxTool

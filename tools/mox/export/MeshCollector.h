@@ -46,14 +46,14 @@ private:
     void noteUnknownShapes();
     [[noreturn]] void fail(const MoxReader::Node& geometry, const std::string& reason) const;
 
-    std::string path;
-    const MoxReader::Model& model;
-    MoxReader::HeavyData& heavy;
-    ConversionSummary& summary;
-    std::vector<Eigen::Affine3d> transforms;
-    std::map<NodesKey, std::size_t> knownNodes;
-    ExportMesh mesh;
-    std::size_t elementCount = 0;
+    std::string path_;
+    const MoxReader::Model& model_;
+    MoxReader::HeavyData& heavy_;
+    ConversionSummary& summary_;
+    std::vector<Eigen::Affine3d> transforms_;
+    std::map<NodesKey, std::size_t> knownNodes_;
+    ExportMesh mesh_;
+    std::size_t elementCount_ = 0;
 };
 
 } // namespace MoxTool

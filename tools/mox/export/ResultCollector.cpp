@@ -66,27 +66,27 @@ struct FoundStep {
 
 ResultCollector::ResultCollector(const MoxReader::Model& source, const ExportMesh& parts,
                                  ConversionSummary& conversion)
-    : model(source), mesh(parts), summary(conversion) {}
+    : model_(source), mesh_(parts), summary_(conversion) {}
 
 ExportResults ResultCollector::collect() {
     collectSteps();
-    for (std::size_t part = 0; part < mesh.parts.size(); ++part) {
+    for (std::size_t part = 0; part < mesh_.parts.size(); ++part) {
         addPart(part);
     }
     listSkipped();
-    return std::move(results);
+    return std::move(results_);
 }
 
 // A link from another step has numbers in common with it, but not its attributes.
 void ResultCollector::collectSteps() {
     std::map<std::string, std::size_t> places;
     std::vector<FoundStep> found;
-    for (const auto& part : mesh.parts) {
+    for (const auto& part : mesh_.parts) {
         for (const auto& dataset : part.geometry->geometry()->datasets) {
             if (dataset.step.empty() || resultPlaceOf(dataset) == ResultPlace::Nowhere) {
                 continue;
             }
-            const auto& holder = model.resolve(dataset);
+            const auto& holder = model_.resolve(dataset);
             const auto [place, isNew] = places.emplace(dataset.step, found.size());
             if (isNew) {
                 found.push_back({{dataset.step, {}, {}, {}, false}, holder.position});
@@ -101,13 +101,13 @@ void ResultCollector::collectSteps() {
     std::stable_sort(found.begin(), found.end(),
                      [](const auto& left, const auto& right) { return left.position < right.position; });
     for (const auto& step : found) {
-        stepPlaces.emplace(step.step.name, results.steps.size());
-        results.steps.push_back(step.step);
+        stepPlaces_.emplace(step.step.name, results_.steps.size());
+        results_.steps.push_back(step.step);
     }
 }
 
 void ResultCollector::addPart(std::size_t partIndex) {
-    const auto& geometry = *mesh.parts[partIndex].geometry;
+    const auto& geometry = *mesh_.parts[partIndex].geometry;
     const std::set meshDatasets = {findCoordinates(geometry), findConnectivity(geometry),
                                    findPolylength(geometry)};
     for (const auto& dataset : geometry.geometry()->datasets) {
@@ -120,18 +120,18 @@ void ResultCollector::addPart(std::size_t partIndex) {
 void ResultCollector::addDataset(std::size_t partIndex, const Dataset& dataset) {
     const auto place = resultPlaceOf(dataset);
     if (place == ResultPlace::Nowhere) {
-        others.insert(fmt::format("{} [{}]", visibleText(dataset.name), variableTypeText(dataset)));
+        others_.insert(fmt::format("{} [{}]", visibleText(dataset.name), variableTypeText(dataset)));
         return;
     }
-    const auto& holder = model.resolve(dataset);
-    const auto target = place == ResultPlace::Nodes ? mesh.parts[partIndex].nodeGroup : partIndex;
-    if (!fitsItsType(dataset, holder) || itemCount(holder) != itemsOf(mesh, place, target)) {
-        misfits.insert(fmt::format("{} of {}", visibleText(dataset.name),
-                                   visibleText(mesh.parts[partIndex].geometry->name)));
+    const auto& holder = model_.resolve(dataset);
+    const auto target = place == ResultPlace::Nodes ? mesh_.parts[partIndex].nodeGroup : partIndex;
+    if (!fitsItsType(dataset, holder) || itemCount(holder) != itemsOf(mesh_, place, target)) {
+        misfits_.insert(fmt::format("{} of {}", visibleText(dataset.name),
+                                    visibleText(mesh_.parts[partIndex].geometry->name)));
         return;
     }
-    const auto step = dataset.step.empty() ? ExportField::NoStep : stepPlaces.at(dataset.step);
-    auto& field = results.fields[fieldOf(dataset, holder)];
+    const auto step = dataset.step.empty() ? ExportField::NoStep : stepPlaces_.at(dataset.step);
+    auto& field = results_.fields[fieldOf(dataset, holder)];
     field.sources.emplace(ExportField::Source{step, target}, &holder);
     field.targets.insert(target);
 }
@@ -147,16 +147,17 @@ std::size_t ResultCollector::fieldOf(const Dataset& dataset, const Dataset& hold
     field.components = componentsOf(holder);
     const FieldKey key{field.place,       field.name,     (field.variableType << 8U) | holder.width,
                        holder.elementTag, field.isStatic, field.components};
-    const auto [place, isNew] = fieldPlaces.emplace(key, results.fields.size());
+    const auto [place, isNew] = fieldPlaces_.emplace(key, results_.fields.size());
     if (isNew) {
-        results.fields.push_back(std::move(field));
+        results_.fields.push_back(std::move(field));
     }
     return place->second;
 }
 
 void ResultCollector::listSkipped() {
-    summary.addSkipped("datasets that are no results on nodes or elements", {others.begin(), others.end()});
-    summary.addSkipped("results that fit neither nodes nor elements", {misfits.begin(), misfits.end()});
+    summary_.addSkipped("datasets that are no results on nodes or elements",
+                        {others_.begin(), others_.end()});
+    summary_.addSkipped("results that fit neither nodes nor elements", {misfits_.begin(), misfits_.end()});
 }
 
 } // namespace MoxTool

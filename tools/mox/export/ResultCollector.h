@@ -30,14 +30,14 @@ private:
     std::size_t fieldOf(const MoxReader::Dataset& dataset, const MoxReader::Dataset& holder);
     void listSkipped();
 
-    const MoxReader::Model& model;
-    const ExportMesh& mesh;
-    ConversionSummary& summary;
-    std::map<std::string, std::size_t> stepPlaces;
-    std::map<FieldKey, std::size_t> fieldPlaces;
-    std::set<std::string> others;
-    std::set<std::string> misfits;
-    ExportResults results;
+    const MoxReader::Model& model_;
+    const ExportMesh& mesh_;
+    ConversionSummary& summary_;
+    std::map<std::string, std::size_t> stepPlaces_;
+    std::map<FieldKey, std::size_t> fieldPlaces_;
+    std::set<std::string> others_;
+    std::set<std::string> misfits_;
+    ExportResults results_;
 };
 
 } // namespace MoxTool

@@ -61,22 +61,22 @@ std::optional<Command::Example> ExtractCommand::example() const {
 }
 
 void ExtractCommand::addOptions(CommandLine& line) {
-    line.add("FILE", input, "The file to read; - reads stdin").required();
-    auto node = line.add("--node", choice.path, "The path of the node, such as /bracket/rib");
+    line.add("FILE", input_, "The file to read; - reads stdin").required();
+    auto node = line.add("--node", choice_.path, "The path of the node, such as /bracket/rib");
     node.typeName("PATH");
-    auto id = line.add("--id", choice.id, "The id of the node, instead of its path");
+    auto id = line.add("--id", choice_.id, "The id of the node, instead of its path");
     id.typeName("N").positive().excludes({node});
-    line.add("--separator", choice.separator, "What stands in front of each name in PATH; else \"/\"")
+    line.add("--separator", choice_.separator, "What stands in front of each name in PATH; else \"/\"")
         .typeName("TEXT");
-    auto data = line.add("--data", choice.name, "The name of the dataset, such as Displacement");
+    auto data = line.add("--data", choice_.name, "The name of the dataset, such as Displacement");
     data.typeName("KEY");
-    auto step = line.add("--step", choice.step, "Its step; without it, the dataset that has no step");
+    auto step = line.add("--step", choice_.step, "Its step; without it, the dataset that has no step");
     step.typeName("NAME");
-    line.add("--format", format, "csv, npy or raw").typeName("FORMAT").oneOf(formatNames());
-    auto file = line.add("-o,--output", output, "The file to write; else stdout");
+    line.add("--format", format_, "csv, npy or raw").typeName("FORMAT").oneOf(formatNames());
+    auto file = line.add("-o,--output", output_, "The file to write; else stdout");
     file.typeName("FILE");
-    line.addFlag("--overwrite", overwrite, "Replace the file behind -o if it exists; else that is an error");
-    line.add("--all", folder, "Write all datasets into a new folder")
+    line.addFlag("--overwrite", overwrite_, "Replace the file behind -o if it exists; else that is an error");
+    line.add("--all", folder_, "Write all datasets into a new folder")
         .typeName("OUTDIR")
         .excludes({node, id, data, step, file});
     line.setCheck([this] { requireChoice(); });
@@ -84,55 +84,55 @@ void ExtractCommand::addOptions(CommandLine& line) {
 }
 
 void ExtractCommand::requireChoice() const {
-    if (!folder.empty()) {
+    if (!folder_.empty()) {
         return;
     }
-    if (choice.path.empty() && choice.id == 0) {
+    if (choice_.path.empty() && choice_.id == 0) {
         throw UsageError("--node, --id or --all is required");
     }
-    if (choice.name.empty()) {
+    if (choice_.name.empty()) {
         throw UsageError("--data is required");
     }
-    if (choice.separator.empty()) {
+    if (choice_.separator.empty()) {
         throw UsageError("--separator: must not be empty");
     }
 }
 
 int ExtractCommand::run(Terminal& terminal) {
-    NumberFile file(input);
-    if (folder.empty()) {
+    NumberFile file(input_);
+    if (folder_.empty()) {
         extractOne(file);
     } else {
-        FolderExtraction(file, formatName(), terminal).writeTo(folder);
+        FolderExtraction(file, formatName(), terminal).writeTo(folder_);
     }
     return 0;
 }
 
 std::string ExtractCommand::formatName() const {
-    if (!format.empty()) {
-        return format;
+    if (!format_.empty()) {
+        return format_;
     }
-    const auto extension = std::filesystem::path(output).extension().string();
+    const auto extension = std::filesystem::path(output_).extension().string();
     const auto known = NumberFormats.find(extension.empty() ? extension : extension.substr(1));
     return known == NumberFormats.end() ? "csv" : known->first;
 }
 
 void ExtractCommand::extractOne(NumberFile& file) const {
-    const auto& dataset = findDataset(file, choice);
+    const auto& dataset = findDataset(file, choice_);
     const auto width = file.holder(dataset).width;
     const auto fill = [&](std::ostream& out) {
         writeNumbers(out, file.read(dataset), width, NumberFormats.at(formatName()));
     };
-    if (output.empty() || output == "-") {
+    if (output_.empty() || output_ == "-") {
         Platform::makeBinary(stdout);
         return fill(std::cout);
     }
     std::error_code missing;
-    if (std::filesystem::equivalent(input, output, missing)) {
-        throw Failure(output, "is the input itself");
+    if (std::filesystem::equivalent(input_, output_, missing)) {
+        throw Failure(output_, "is the input itself");
     }
-    OutputFile target(output, overwrite);
-    writeFile(target.temporaryPath(), output, fill);
+    OutputFile target(output_, overwrite_);
+    writeFile(target.temporaryPath(), output_, fill);
     target.commit();
 }
 

@@ -23,12 +23,12 @@ private:
     std::string formatName() const;
     void extractOne(NumberFile& file) const;
 
-    std::string input;
-    DatasetChoice choice;
-    std::string format; ///< Empty if the name of the output decides.
-    std::string output; ///< Empty or "-" for stdout.
-    std::string folder; ///< Not empty if all datasets are wanted.
-    bool overwrite = false;
+    std::string input_;
+    DatasetChoice choice_;
+    std::string format_; ///< Empty if the name of the output decides.
+    std::string output_; ///< Empty or "-" for stdout.
+    std::string folder_; ///< Not empty if all datasets are wanted.
+    bool overwrite_ = false;
 };
 
 } // namespace MoxTool

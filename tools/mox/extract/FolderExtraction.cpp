@@ -28,7 +28,7 @@ std::string pathIn(const std::string& folder, const std::string& name) {
 } // namespace
 
 FolderExtraction::FolderExtraction(NumberFile& source, std::string format, Terminal& terminal)
-    : file(source), formatName(std::move(format)), messages(terminal) {}
+    : file_(source), formatName_(std::move(format)), messages_(terminal) {}
 
 void FolderExtraction::writeTo(const std::string& name) {
     OutputFolder folder(name);
@@ -39,22 +39,22 @@ void FolderExtraction::writeTo(const std::string& name) {
 }
 
 void FolderExtraction::writeDatasets(const std::string& folder) const {
-    const auto format = NumberFormats.at(formatName);
+    const auto format = NumberFormats.at(formatName_);
     const auto holders = holdersByPosition();
     for (std::size_t i = 0; i < holders.size(); ++i) {
-        messages.progress("extracting", static_cast<double>(i) / static_cast<double>(holders.size()));
-        const auto numbers = file.read(*holders[i]);
+        messages_.progress("extracting", static_cast<double>(i) / static_cast<double>(holders.size()));
+        const auto numbers = file_.read(*holders[i]);
         const auto name = fileName(*holders[i]);
         writeFile(pathIn(folder, name), name,
                   [&](std::ostream& out) { writeNumbers(out, numbers, holders[i]->width, format); });
     }
-    messages.clearProgress();
+    messages_.clearProgress();
 }
 
 // In the order of their positions each block of the file is inflated once.
 std::vector<const Dataset*> FolderExtraction::holdersByPosition() const {
     std::vector<const Dataset*> holders;
-    for (const auto& node : file.model().nodes()) {
+    for (const auto& node : file_.model().nodes()) {
         if (node.geometry() == nullptr) {
             continue;
         }
@@ -70,12 +70,12 @@ std::vector<const Dataset*> FolderExtraction::holdersByPosition() const {
 
 std::string FolderExtraction::fileName(const Dataset& holder) const {
     const auto title = holder.step.empty() ? holder.name : holder.name + "-" + holder.step;
-    return fmt::format("{}-{}-{}.{}", holder.nodeId, holder.index, safeFileName(title), formatName);
+    return fmt::format("{}-{}-{}.{}", holder.nodeId, holder.index, safeFileName(title), formatName_);
 }
 
 void FolderExtraction::writeIndex(const std::string& folder) const {
     auto entries = Json::array();
-    for (const auto& node : file.model().nodes()) {
+    for (const auto& node : file_.model().nodes()) {
         if (node.geometry() == nullptr) {
             continue;
         }
@@ -83,15 +83,15 @@ void FolderExtraction::writeIndex(const std::string& folder) const {
             entries.push_back(indexEntry(node, dataset));
         }
     }
-    const Json index = {{"format", formatName}, {"datasets", std::move(entries)}};
+    const Json index = {{"format", formatName_}, {"datasets", std::move(entries)}};
     writeFile(pathIn(folder, "index.json"), "index.json",
               [&](std::ostream& out) { out << index.dump(2) << '\n'; });
 }
 
 Json FolderExtraction::indexEntry(const Node& node, const Dataset& dataset) const {
-    const auto& holder = file.holder(dataset);
+    const auto& holder = file_.holder(dataset);
     Json entry = {{"file", fileName(holder)},
-                  {"node", jsonText(nodePath(file.model(), node.id))},
+                  {"node", jsonText(nodePath(file_.model(), node.id))},
                   {"id", node.id},
                   {"name", jsonText(dataset.name)}};
     if (!dataset.step.empty()) {

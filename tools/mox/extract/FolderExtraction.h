@@ -33,9 +33,9 @@ private:
     std::string fileName(const MoxReader::Dataset& holder) const;
     Json indexEntry(const MoxReader::Node& node, const MoxReader::Dataset& dataset) const;
 
-    NumberFile& file;
-    std::string formatName;
-    Terminal& messages;
+    NumberFile& file_;
+    std::string formatName_;
+    Terminal& messages_;
 };
 
 } // namespace MoxTool

@@ -15,7 +15,7 @@ public:
     int run(Terminal& terminal) override;
 
 private:
-    ImportRequest request;
+    ImportRequest request_;
 };
 
 } // namespace MoxTool

@@ -104,18 +104,18 @@ std::string stepsText(const std::vector<std::string>& steps) {
 } // namespace
 
 void InfoCommand::addOptions(CommandLine& line) {
-    line.add("FILE", path, "The file to read; - for stdin").required();
-    line.addFlag("--quick", quick, "Don't decompress the numbers");
+    line.add("FILE", path_, "The file to read; - for stdin").required();
+    line.addFlag("--quick", quick_, "Don't decompress the numbers");
     line.setDetails(Details);
 }
 
 int InfoCommand::run(Terminal& terminal) {
-    return explainErrors(path, [&] {
-        const auto source = openSource(path);
+    return explainErrors(path_, [&] {
+        const auto source = openSource(path_);
         auto index = MoxReader::scanIndex(*source);
         requireFormat(index);
         const MoxReader::File file(source, std::move(index));
-        printLine("file", fmt::format("{} ({})", visibleText(path), byteText(file.size())));
+        printLine("file", fmt::format("{} ({})", visibleText(path_), byteText(file.size())));
         printLine("version", visibleText(file.version()));
         printBlocks(file);
         const auto modelFlaw = printModel(file);
@@ -146,7 +146,7 @@ std::optional<std::string> InfoCommand::printModel(const MoxReader::File& file) 
 }
 
 std::optional<std::string> InfoCommand::findFlaw(const MoxReader::File& file, Terminal& terminal) const {
-    if (quick) {
+    if (quick_) {
         return findIndexFlaw(file);
     }
     auto flaw = findBlockFlaw(file, [&](double part) { terminal.progress("decompressing", part); });
@@ -160,7 +160,7 @@ void InfoCommand::printVerdict(const std::optional<std::string>& flaw, Terminal&
         printLine("whole", palette.paint(Palette::Red, "no") + ", " + visibleText(*flaw));
     } else {
         printLine("whole", palette.paint(Palette::Green, "yes") +
-                               (quick ? ", as far as its numbers don't matter" : ""));
+                               (quick_ ? ", as far as its numbers don't matter" : ""));
     }
 }
 

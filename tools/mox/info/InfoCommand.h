@@ -28,8 +28,8 @@ private:
     std::optional<std::string> findFlaw(const MoxReader::File& file, Terminal& terminal) const;
     void printVerdict(const std::optional<std::string>& flaw, Terminal& terminal) const;
 
-    std::string path;
-    bool quick = false;
+    std::string path_;
+    bool quick_ = false;
 };
 
 } // namespace MoxTool

@@ -32,16 +32,16 @@ void writePage(const std::filesystem::path& folder, const ManPage& page) {
 } // namespace
 
 void ManCommand::addOptions(CommandLine& line) {
-    program = line.programHelp();
+    program_ = line.programHelp();
     line.hide();
-    const auto page = line.add("COMMAND", command, "The command; without it the page of mox itself");
-    line.add("--all", folder, "Write all pages into this existing folder instead").excludes({page});
+    const auto page = line.add("COMMAND", command_, "The command; without it the page of mox itself");
+    line.add("--all", folder_, "Write all pages into this existing folder instead").excludes({page});
     line.setDetails(Details);
 }
 
 int ManCommand::run(Terminal&) {
-    if (folder.empty()) {
-        fmt::print("{}", pageOf(command).text());
+    if (folder_.empty()) {
+        fmt::print("{}", pageOf(command_).text());
     } else {
         writeAll();
     }
@@ -49,20 +49,20 @@ int ManCommand::run(Terminal&) {
 }
 
 void ManCommand::writeAll() const {
-    if (!std::filesystem::is_directory(folder)) {
-        throw Failure(folder, "is no folder; create it first");
+    if (!std::filesystem::is_directory(folder_)) {
+        throw Failure(folder_, "is no folder; create it first");
     }
-    const auto help = program();
-    writePage(folder, ManPage(help));
+    const auto help = program_();
+    writePage(folder_, ManPage(help));
     for (const auto& shown : help.commands) {
         if (!shown.isHidden) {
-            writePage(folder, ManPage(shown));
+            writePage(folder_, ManPage(shown));
         }
     }
 }
 
 ManPage ManCommand::pageOf(const std::string& wanted) const {
-    const auto help = program();
+    const auto help = program_();
     if (wanted.empty()) {
         return ManPage(help);
     }

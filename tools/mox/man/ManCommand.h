@@ -21,9 +21,9 @@ private:
     void writeAll() const;
     ManPage pageOf(const std::string& command) const;
 
-    std::function<CommandHelp()> program;
-    std::string command;
-    std::string folder;
+    std::function<CommandHelp()> program_;
+    std::string command_;
+    std::string folder_;
 };
 
 } // namespace MoxTool

@@ -62,34 +62,34 @@ std::string roffText(std::string_view text) {
     return result;
 }
 
-ManPage::ManPage(CommandHelp shown) : help(std::move(shown)) {
-    const auto place = help.details.find(ExamplesTitle);
-    details = withoutEndingLines(std::string_view(help.details).substr(0, place));
+ManPage::ManPage(CommandHelp shown) : help_(std::move(shown)) {
+    const auto place = help_.details.find(ExamplesTitle);
+    details_ = withoutEndingLines(std::string_view(help_.details).substr(0, place));
     if (place != std::string::npos) {
-        examples = withoutEndingLines(std::string_view(help.details).substr(place + ExamplesTitle.size()));
+        examples_ = withoutEndingLines(std::string_view(help_.details).substr(place + ExamplesTitle.size()));
     }
 }
 
 std::string ManPage::fileName() const {
-    return pageName(help) + ".1";
+    return pageName(help_) + ".1";
 }
 
 std::string ManPage::text() const {
-    const auto title = roffText(pageName(help));
+    const auto title = roffText(pageName(help_));
     return fmt::format(".TH \"{}\" 1 \"\" \"mox {}\" \"MOX model files\"\n", title, MOX_VERSION) +
-           section("NAME", title + " \\- " + roffText(help.description) + "\n") +
-           section("SYNOPSIS", synopsis()) + section("DESCRIPTION", block(details)) +
+           section("NAME", title + " \\- " + roffText(help_.description) + "\n") +
+           section("SYNOPSIS", synopsis()) + section("DESCRIPTION", block(details_)) +
            section("COMMANDS", commands()) + section("OPTIONS", options()) +
-           section("EXAMPLES", block(examples)) + section("SEE ALSO", references());
+           section("EXAMPLES", block(examples_)) + section("SEE ALSO", references());
 }
 
 std::string ManPage::synopsis() const {
-    const auto prefix = help.program.empty() ? "" : help.program + " ";
-    auto line = fmt::format("\\fB{}{}\\fR [OPTIONS]", prefix, roffText(help.name));
-    if (std::any_of(help.commands.begin(), help.commands.end(), isShown)) {
+    const auto prefix = help_.program.empty() ? "" : help_.program + " ";
+    auto line = fmt::format("\\fB{}{}\\fR [OPTIONS]", prefix, roffText(help_.name));
+    if (std::any_of(help_.commands.begin(), help_.commands.end(), isShown)) {
         line += " COMMAND";
     }
-    for (const auto& argument : help.arguments) {
+    for (const auto& argument : help_.arguments) {
         const auto title = roffText(argument.name) + (argument.canRepeat ? "..." : "");
         line += argument.isRequired ? " " + title : " [" + title + "]";
     }
@@ -98,10 +98,10 @@ std::string ManPage::synopsis() const {
 
 std::string ManPage::options() const {
     std::string items;
-    for (const auto& argument : help.arguments) {
+    for (const auto& argument : help_.arguments) {
         items += item(argument.name, argument.description);
     }
-    for (const auto& option : help.options) {
+    for (const auto& option : help_.options) {
         items += item(option.title, option.description);
     }
     return items;
@@ -109,7 +109,7 @@ std::string ManPage::options() const {
 
 std::string ManPage::commands() const {
     std::string items;
-    for (const auto& command : help.commands) {
+    for (const auto& command : help_.commands) {
         if (isShown(command)) {
             items += item(command.name, command.description);
         }
@@ -118,11 +118,11 @@ std::string ManPage::commands() const {
 }
 
 std::string ManPage::references() const {
-    if (!help.program.empty()) {
-        return roffText(help.program) + "(1)\n";
+    if (!help_.program.empty()) {
+        return roffText(help_.program) + "(1)\n";
     }
     std::string list;
-    for (const auto& command : help.commands) {
+    for (const auto& command : help_.commands) {
         if (isShown(command)) {
             list += (list.empty() ? "" : ", ") + roffText(pageName(command)) + "(1)";
         }

@@ -23,9 +23,9 @@ private:
     std::string commands() const;
     std::string references() const;
 
-    CommandHelp help;
-    std::string details;  ///< What the help tells in front of its examples.
-    std::string examples; ///< The lines of its examples.
+    CommandHelp help_;
+    std::string details_;  ///< What the help tells in front of its examples.
+    std::string examples_; ///< The lines of its examples.
 };
 
 /// A text with all that roff would take for its own made plain.

@@ -24,13 +24,13 @@ std::string withoutNumber(const std::string& type) {
 
 } // namespace
 
-ElementType::ElementType(const std::string& typeName) : name(withoutNumber(typeName)) {}
+ElementType::ElementType(const std::string& typeName) : name_(withoutNumber(typeName)) {}
 
 std::optional<int> ElementType::dimension(std::int64_t nodesPerElement, int modelDimension) const {
     if (isLineShell(nodesPerElement, modelDimension)) {
         return 1;
     }
-    if (const auto known = Dimensions.find(name); known != Dimensions.end()) {
+    if (const auto known = Dimensions.find(name_); known != Dimensions.end()) {
         return known->second;
     }
     if (nodesPerElement == 1) {
@@ -40,11 +40,11 @@ std::optional<int> ElementType::dimension(std::int64_t nodesPerElement, int mode
 }
 
 bool ElementType::isNsided() const {
-    return name == "nsided";
+    return name_ == "nsided";
 }
 
 bool ElementType::isLineShell(std::int64_t nodesPerElement, int modelDimension) const {
-    return name == "shell" && (nodesPerElement == 2 || (nodesPerElement == 3 && modelDimension == 2));
+    return name_ == "shell" && (nodesPerElement == 2 || (nodesPerElement == 3 && modelDimension == 2));
 }
 
 } // namespace MoxTool

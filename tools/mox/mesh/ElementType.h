@@ -28,7 +28,7 @@ public:
 private:
     bool isLineShell(std::int64_t nodesPerElement, int modelDimension) const;
 
-    std::string name; // in small letters, without the number
+    std::string name_; // in small letters, without the number
 };
 
 } // namespace MoxTool

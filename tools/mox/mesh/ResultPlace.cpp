@@ -1,16 +1,15 @@
 #include "ResultPlace.h"
 
-#include "VariableTypes.h"
+#include <MoxReader/Format.h>
 
 namespace MoxTool {
 
 ResultPlace resultPlaceOf(const MoxReader::Dataset& dataset) {
-    const auto type = dataset.variableType;
-    if (type >= VariableTypes::FirstNodal && type <= VariableTypes::LastNodal) {
+    if (MoxReader::Format::isNodalType(dataset.variableType)) {
         return ResultPlace::Nodes;
     }
-    const bool isElemental = type >= VariableTypes::FirstElemental && type <= VariableTypes::LastElemental;
-    return isElemental ? ResultPlace::Elements : ResultPlace::Nowhere;
+    return MoxReader::Format::isElementalType(dataset.variableType) ? ResultPlace::Elements
+                                                                    : ResultPlace::Nowhere;
 }
 
 } // namespace MoxTool

@@ -1,7 +1,8 @@
 #include "meshDatasets.h"
 
 #include "DatasetNames.h"
-#include "VariableTypes.h"
+
+#include <MoxReader/Format.h>
 
 #include <algorithm>
 
@@ -13,13 +14,12 @@ using MoxReader::Node;
 namespace {
 
 bool isConnectivity(const Dataset& dataset) {
-    return dataset.variableType >= VariableTypes::FirstConnectivity &&
-           dataset.variableType <= VariableTypes::LastConnectivity &&
+    return MoxReader::Format::isConnectivityType(dataset.variableType) &&
            dataset.name != DatasetNames::PartElements;
 }
 
-bool hasType(const Dataset& dataset, std::uint32_t type) {
-    return dataset.variableType == type;
+bool hasType(const Dataset& dataset, MoxReader::Format::VariableType type) {
+    return MoxReader::Format::isType(dataset.variableType, type);
 }
 
 template <typename Test>
@@ -34,8 +34,9 @@ const Dataset* findWithoutStep(const Node& geometry, Test test) {
 } // namespace
 
 const Dataset* findCoordinates(const Node& geometry) {
-    return findWithoutStep(
-        geometry, [](const Dataset& dataset) { return hasType(dataset, VariableTypes::Coordinates); });
+    return findWithoutStep(geometry, [](const Dataset& dataset) {
+        return hasType(dataset, MoxReader::Format::VariableType::Coordinates);
+    });
 }
 
 const Dataset* findConnectivity(const Node& geometry) {
@@ -43,8 +44,9 @@ const Dataset* findConnectivity(const Node& geometry) {
 }
 
 const Dataset* findPolylength(const Node& geometry) {
-    return findWithoutStep(
-        geometry, [](const Dataset& dataset) { return hasType(dataset, VariableTypes::Polylength); });
+    return findWithoutStep(geometry, [](const Dataset& dataset) {
+        return hasType(dataset, MoxReader::Format::VariableType::Polylength);
+    });
 }
 
 bool isComplete(const Node& geometry) {
@@ -53,7 +55,7 @@ bool isComplete(const Node& geometry) {
 }
 
 int connectivityDimension(const Dataset& connectivity) {
-    return static_cast<int>(connectivity.variableType - VariableTypes::FirstConnectivity) + 1;
+    return MoxReader::Format::elementDimensions(connectivity.variableType);
 }
 
 } // namespace MoxTool

@@ -14,20 +14,20 @@ namespace MoxTool {
 class AttemptBudget {
 public:
     explicit AttemptBudget(std::uint64_t fileSize)
-        : bytesToRead(ReadsOfTheFile * fileSize),
-          bytesToInflate(MoxReader::Format::ZlibMaxExpansion * fileSize) {}
+        : bytesToRead_(ReadsOfTheFile * fileSize),
+          bytesToInflate_(MoxReader::Format::ZlibMaxExpansion * fileSize) {}
 
     void charge(const BlockAttempt& failed) {
-        bytesToRead -= std::min(bytesToRead, failed.read);
-        bytesToInflate -= std::min(bytesToInflate, failed.inflated);
+        bytesToRead_ -= std::min(bytesToRead_, failed.read);
+        bytesToInflate_ -= std::min(bytesToInflate_, failed.inflated);
     }
-    bool isUsedUp() const { return bytesToRead == 0 || bytesToInflate == 0; }
+    bool isUsedUp() const { return bytesToRead_ == 0 || bytesToInflate_ == 0; }
 
 private:
     static constexpr std::uint64_t ReadsOfTheFile = 4;
 
-    std::uint64_t bytesToRead;
-    std::uint64_t bytesToInflate; ///< At first all that a file of this size can give.
+    std::uint64_t bytesToRead_;
+    std::uint64_t bytesToInflate_; ///< At first all that a file of this size can give.
 };
 
 } // namespace MoxTool

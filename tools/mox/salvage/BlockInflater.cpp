@@ -18,14 +18,14 @@ constexpr std::size_t LargestPiece = 65536;
 } // namespace
 
 BlockInflater::BlockInflater(MoxReader::Source& bytes)
-    : source(bytes), input(LargestPiece), output(LargestPiece) {
-    if (inflateInit(&zlib) != Z_OK) {
+    : source_(bytes), input_(LargestPiece), output_(LargestPiece) {
+    if (inflateInit(&zlib_) != Z_OK) {
         throw std::bad_alloc();
     }
 }
 
 BlockInflater::~BlockInflater() {
-    inflateEnd(&zlib);
+    inflateEnd(&zlib_);
 }
 
 BlockAttempt BlockInflater::run(std::uint64_t offset, std::uint64_t end, const Sink& sink) {
@@ -33,38 +33,38 @@ BlockAttempt BlockInflater::run(std::uint64_t offset, std::uint64_t end, const S
     BlockAttempt attempt{.offset = offset};
     attempt.damage =
         takeContentLength(attempt.stated) ? inflateContent(attempt, sink) : ErrorCode::ContentLengthMissing;
-    attempt.read = position - offset;
-    attempt.stored = attempt.read - zlib.avail_in;
+    attempt.read = position_ - offset;
+    attempt.stored = attempt.read - zlib_.avail_in;
     return attempt;
 }
 
 void BlockInflater::startAt(std::uint64_t offset, std::uint64_t end) {
-    inflateReset(&zlib);
-    position = offset;
-    limit = end;
-    pieceSize = FirstPiece;
+    inflateReset(&zlib_);
+    position_ = offset;
+    limit_ = end;
+    pieceSize_ = FirstPiece;
     refill();
 }
 
 void BlockInflater::refill() {
-    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize, limit - position));
-    source.read(position, std::span(input).first(size));
-    position += size;
-    zlib.next_in = input.data();
-    zlib.avail_in = static_cast<uInt>(size);
-    pieceSize = std::min(2 * pieceSize, LargestPiece);
+    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize_, limit_ - position_));
+    source_.read(position_, std::span(input_).first(size));
+    position_ += size;
+    zlib_.next_in = input_.data();
+    zlib_.avail_in = static_cast<uInt>(size);
+    pieceSize_ = std::min(2 * pieceSize_, LargestPiece);
 }
 
 bool BlockInflater::takeContentLength(std::uint64_t& length) {
     constexpr auto WordSize = MoxReader::Format::ContentWordSize;
-    if (zlib.avail_in < WordSize) {
+    if (zlib_.avail_in < WordSize) {
         return false;
     }
     for (auto i = WordSize; i-- > 0;) {
-        length = length << 8 | zlib.next_in[i];
+        length = length << 8 | zlib_.next_in[i];
     }
-    zlib.next_in += WordSize;
-    zlib.avail_in -= WordSize;
+    zlib_.next_in += WordSize;
+    zlib_.avail_in -= WordSize;
     return true;
 }
 
@@ -72,19 +72,19 @@ bool BlockInflater::takeContentLength(std::uint64_t& length) {
 std::optional<ErrorCode> BlockInflater::inflateContent(BlockAttempt& attempt, const Sink& sink) {
     int status = Z_OK;
     while (status == Z_OK) {
-        if (zlib.avail_in == 0) {
+        if (zlib_.avail_in == 0) {
             refill();
         }
-        const auto missing = std::min<std::uint64_t>(output.size(), attempt.stated - attempt.inflated);
+        const auto missing = std::min<std::uint64_t>(output_.size(), attempt.stated - attempt.inflated);
         const auto room = static_cast<uInt>(std::max<std::uint64_t>(missing, 1));
-        zlib.next_out = output.data();
-        zlib.avail_out = room;
-        status = inflate(&zlib, Z_NO_FLUSH);
-        const auto count = room - zlib.avail_out;
+        zlib_.next_out = output_.data();
+        zlib_.avail_out = room;
+        status = inflate(&zlib_, Z_NO_FLUSH);
+        const auto count = room - zlib_.avail_out;
         if (count > missing) {
             return ErrorCode::ContentTooLong;
         }
-        sink(std::span(output).first(count));
+        sink(std::span(output_).first(count));
         attempt.inflated += count;
     }
     return judge(status, attempt);
@@ -101,8 +101,8 @@ std::optional<ErrorCode> BlockInflater::judge(int status, const BlockAttempt& at
     case Z_MEM_ERROR:
         throw std::bad_alloc();
     default:
-        return zlib.msg != nullptr && zlib.msg == ChecksumMessage ? ErrorCode::ChecksumMismatch
-                                                                  : ErrorCode::ZlibDamaged;
+        return zlib_.msg != nullptr && zlib_.msg == ChecksumMessage ? ErrorCode::ChecksumMismatch
+                                                                    : ErrorCode::ZlibDamaged;
     }
 }
 

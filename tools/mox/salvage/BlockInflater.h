@@ -37,13 +37,13 @@ private:
     std::optional<MoxReader::ErrorCode> inflateContent(BlockAttempt& attempt, const Sink& sink);
     std::optional<MoxReader::ErrorCode> judge(int status, const BlockAttempt& attempt) const;
 
-    MoxReader::Source& source;
-    std::vector<std::uint8_t> input;
-    std::vector<std::uint8_t> output;
-    z_stream zlib{};
-    std::uint64_t position = 0; ///< Of the next byte to read.
-    std::uint64_t limit = 0;    ///< None from here on is read.
-    std::size_t pieceSize = 0;  ///< Bytes to read next.
+    MoxReader::Source& source_;
+    std::vector<std::uint8_t> input_;
+    std::vector<std::uint8_t> output_;
+    z_stream zlib_{};
+    std::uint64_t position_ = 0; ///< Of the next byte to read.
+    std::uint64_t limit_ = 0;    ///< None from here on is read.
+    std::size_t pieceSize_ = 0;  ///< Bytes to read next.
 };
 
 } // namespace MoxTool

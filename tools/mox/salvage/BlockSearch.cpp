@@ -17,69 +17,69 @@ constexpr std::uint64_t Convincing = 512; ///< Bytes that pass for those of a st
 } // namespace
 
 BlockSearch::BlockSearch(MoxReader::Source& bytes, BlockInflater& blockInflater, AttemptBudget& attemptBudget)
-    : source(bytes), inflater(blockInflater), budget(attemptBudget) {}
+    : source_(bytes), inflater_(blockInflater), budget_(attemptBudget) {}
 
 std::optional<std::uint64_t> BlockSearch::findWhole(std::uint64_t from) {
-    if (whole && *whole >= from) {
-        return whole;
+    if (whole_ && *whole_ >= from) {
+        return whole_;
     }
-    whole.reset();
-    untried = std::max(untried, from);
-    while (!whole && !budget.isUsedUp()) {
-        const auto header = findHeader(untried + WordSize);
+    whole_.reset();
+    untried_ = std::max(untried_, from);
+    while (!whole_ && !budget_.isUsedUp()) {
+        const auto header = findHeader(untried_ + WordSize);
         if (!header) {
-            untried = source.size();
+            untried_ = source_.size();
             break;
         }
         const auto place = *header - WordSize;
         if (isWhole(place)) {
-            whole = place;
+            whole_ = place;
         }
-        untried = place + 1;
+        untried_ = place + 1;
     }
-    return whole;
+    return whole_;
 }
 
 std::optional<std::uint64_t> BlockSearch::findCutOff(std::uint64_t from) const {
-    return cutOff && *cutOff >= from ? cutOff : std::nullopt;
+    return cutOff_ && *cutOff_ >= from ? cutOff_ : std::nullopt;
 }
 
 bool BlockSearch::isWhole(std::uint64_t place) {
-    const auto attempt = inflater.run(place, source.size(), [](auto) {});
+    const auto attempt = inflater_.run(place, source_.size(), [](auto) {});
     if (attempt.isWhole()) {
-        cutOff.reset();
+        cutOff_.reset();
         return true;
     }
-    budget.charge(attempt);
-    if (!cutOff && attempt.isCutOff() && attempt.stored >= Convincing) {
-        cutOff = place;
+    budget_.charge(attempt);
+    if (!cutOff_ && attempt.isCutOff() && attempt.stored >= Convincing) {
+        cutOff_ = place;
     }
     return false;
 }
 
 std::optional<std::uint64_t> BlockSearch::findHeader(std::uint64_t from) {
-    while (from + ZlibHeader.size() <= source.size()) {
+    while (from + ZlibHeader.size() <= source_.size()) {
         if (!isInWindow(from)) {
             moveWindow(from);
         }
-        const auto begin = window.begin() + static_cast<std::ptrdiff_t>(from - windowStart);
-        const auto hit = std::search(begin, window.end(), ZlibHeader.begin(), ZlibHeader.end());
-        if (hit != window.end()) {
-            return windowStart + static_cast<std::uint64_t>(hit - window.begin());
+        const auto begin = window_.begin() + static_cast<std::ptrdiff_t>(from - windowStart_);
+        const auto hit = std::search(begin, window_.end(), ZlibHeader.begin(), ZlibHeader.end());
+        if (hit != window_.end()) {
+            return windowStart_ + static_cast<std::uint64_t>(hit - window_.begin());
         }
-        from = windowStart + window.size() - (ZlibHeader.size() - 1);
+        from = windowStart_ + window_.size() - (ZlibHeader.size() - 1);
     }
     return std::nullopt;
 }
 
 bool BlockSearch::isInWindow(std::uint64_t place) const {
-    return place >= windowStart && place + ZlibHeader.size() <= windowStart + window.size();
+    return place >= windowStart_ && place + ZlibHeader.size() <= windowStart_ + window_.size();
 }
 
 void BlockSearch::moveWindow(std::uint64_t start) {
-    window.resize(static_cast<std::size_t>(std::min(WindowSize, source.size() - start)));
-    source.read(start, window);
-    windowStart = start;
+    window_.resize(static_cast<std::size_t>(std::min(WindowSize, source_.size() - start)));
+    source_.read(start, window_);
+    windowStart_ = start;
 }
 
 } // namespace MoxTool

@@ -34,14 +34,14 @@ private:
     bool isInWindow(std::uint64_t place) const;
     void moveWindow(std::uint64_t start);
 
-    MoxReader::Source& source;
-    BlockInflater& inflater;
-    AttemptBudget& budget;
-    std::uint64_t untried = 0; ///< All places before this one have had their attempt or will not get one.
-    std::optional<std::uint64_t> whole;  ///< The last place found.
-    std::optional<std::uint64_t> cutOff; ///< The first one behind it.
-    std::uint64_t windowStart = 0;
-    std::vector<std::uint8_t> window; ///< Bytes of the file from there on.
+    MoxReader::Source& source_;
+    BlockInflater& inflater_;
+    AttemptBudget& budget_;
+    std::uint64_t untried_ = 0; ///< All places before this one have had their attempt or will not get one.
+    std::optional<std::uint64_t> whole_;  ///< The last place found.
+    std::optional<std::uint64_t> cutOff_; ///< The first one behind it.
+    std::uint64_t windowStart_ = 0;
+    std::vector<std::uint8_t> window_; ///< Bytes of the file from there on.
 };
 
 } // namespace MoxTool

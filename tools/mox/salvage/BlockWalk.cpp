@@ -25,35 +25,35 @@ constexpr const char* UnfinishedFile = "unfinished"; ///< Gets its name when it 
 } // namespace
 
 BlockWalk::BlockWalk(MoxReader::Source& bytes, const MoxReader::RawIndex& index, std::filesystem::path target)
-    : source(bytes),
-      folder(std::move(target)),
-      inflater(bytes),
-      budget(bytes.size()),
-      search(bytes, inflater, budget),
-      known(bytes, index) {}
+    : source_(bytes),
+      folder_(std::move(target)),
+      inflater_(bytes),
+      budget_(bytes.size()),
+      search_(bytes, inflater_, budget_),
+      known_(bytes, index) {}
 
 void BlockWalk::run(const std::function<void(double)>& progress) {
     std::uint64_t position = Format::FirstBlockPosition;
-    while (position < source.size()) {
-        progress(static_cast<double>(position) / static_cast<double>(source.size()));
+    while (position < source_.size()) {
+        progress(static_cast<double>(position) / static_cast<double>(source_.size()));
         position = step(position);
     }
-    std::filesystem::remove(folder / UnfinishedFile);
+    std::filesystem::remove(folder_ / UnfinishedFile);
 }
 
 /// @return where the next block is to be expected.
 std::uint64_t BlockWalk::step(std::uint64_t position) {
-    const auto attempt = inflate(position, source.size());
+    const auto attempt = inflate(position, source_.size());
     if (attempt.isWhole()) {
         keep(attempt);
         return attempt.end();
     }
-    budget.charge(attempt);
+    budget_.charge(attempt);
     if (const auto table = findTable(position)) {
         addGap(position, position + TableSize, *table);
         return position + TableSize;
     }
-    const auto end = findNext(attempt).value_or(source.size());
+    const auto end = findNext(attempt).value_or(source_.size());
     keepBeginning(attempt, end);
     return end;
 }
@@ -61,9 +61,9 @@ std::uint64_t BlockWalk::step(std::uint64_t position) {
 /// Leaves the content in the unfinished file.
 BlockAttempt BlockWalk::inflate(std::uint64_t position, std::uint64_t end) {
     BlockAttempt attempt;
-    writeFile(folder / UnfinishedFile, SalvagedBlock{saved.size() + 1, {}}.fileName(),
+    writeFile(folder_ / UnfinishedFile, SalvagedBlock{saved_.size() + 1, {}}.fileName(),
               [&](std::ostream& out) {
-                  attempt = inflater.run(position, end, [&](std::span<const std::uint8_t> content) {
+                  attempt = inflater_.run(position, end, [&](std::span<const std::uint8_t> content) {
                       out.write(reinterpret_cast<const char*>(content.data()),
                                 static_cast<std::streamsize>(content.size()));
                   });
@@ -72,8 +72,8 @@ BlockAttempt BlockWalk::inflate(std::uint64_t position, std::uint64_t end) {
 }
 
 void BlockWalk::keep(const BlockAttempt& attempt) {
-    saved.push_back({saved.size() + 1, attempt});
-    std::filesystem::rename(folder / UnfinishedFile, folder / saved.back().fileName());
+    saved_.push_back({saved_.size() + 1, attempt});
+    std::filesystem::rename(folder_ / UnfinishedFile, folder_ / saved_.back().fileName());
 }
 
 // Where another block begins, the bytes of this one have ended, and what was made of more is wrong.
@@ -90,33 +90,33 @@ void BlockWalk::keepBeginning(BlockAttempt attempt, std::uint64_t end) {
 
 std::optional<std::uint64_t> BlockWalk::findNext(const BlockAttempt& failed) {
     const auto from = failed.offset + 1;
-    const auto found = search.findWhole(from);
-    if (budget.isUsedUp()) {
-        unsearched = from;
+    const auto found = search_.findWhole(from);
+    if (budget_.isUsedUp()) {
+        unsearched_ = from;
         return std::nullopt;
     }
-    const auto listed = known.find(from);
+    const auto listed = known_.find(from);
     if (found && listed) {
         return std::min(*found, *listed);
     }
     if (found || listed) {
         return found ? found : listed;
     }
-    return failed.isCutOff() ? std::nullopt : search.findCutOff(from);
+    return failed.isCutOff() ? std::nullopt : search_.findCutOff(from);
 }
 
 /// @return what stands there, if it is an index table, or the zeros of one that was never filled in, with a
 ///         block behind.
 std::optional<std::string> BlockWalk::findTable(std::uint64_t position) {
     const auto end = position + TableSize;
-    if (!canBeginBlock(source, end)) {
+    if (!canBeginBlock(source_, end)) {
         return std::nullopt;
     }
     if (isZero(position, end)) {
         return "the place of an index table, all zeros";
     }
     std::array<std::uint8_t, Format::tableSize(1)> start{};
-    source.read(position, start);
+    source_.read(position, start);
     const auto record = MoxReader::parseBlockRecord(std::span(start).last<Format::RecordSize>());
     const bool hasCount = std::equal(TableCount.begin(), TableCount.end(), start.begin());
     if (!hasCount || record.nameLength != Format::NameSize) {
@@ -129,7 +129,7 @@ bool BlockWalk::isZero(std::uint64_t from, std::uint64_t to) {
     std::vector<std::uint8_t> bytes;
     for (auto size = FirstPiece; from < to; from += bytes.size(), size = std::min(2 * size, LargestPiece)) {
         bytes.resize(static_cast<std::size_t>(std::min(size, to - from)));
-        source.read(from, bytes);
+        source_.read(from, bytes);
         if (std::ranges::any_of(bytes, [](auto byte) { return byte != 0; })) {
             return false;
         }
@@ -139,7 +139,7 @@ bool BlockWalk::isZero(std::uint64_t from, std::uint64_t to) {
 
 void BlockWalk::addGap(std::uint64_t from, std::uint64_t to, const std::string& what) {
     if (from < to) {
-        lost.push_back({from, to - from, what});
+        lost_.push_back({from, to - from, what});
     }
 }
 

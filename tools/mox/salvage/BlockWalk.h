@@ -45,11 +45,11 @@ public:
     void run(const std::function<void(double)>& progress);
 
     /// In the order of the file.
-    const std::vector<SalvagedBlock>& blocks() const { return saved; }
-    const std::vector<SalvageGap>& gaps() const { return lost; }
+    const std::vector<SalvagedBlock>& blocks() const { return saved_; }
+    const std::vector<SalvageGap>& gaps() const { return lost_; }
     /// From where on blocks can have been missed, because too much of the file looks like beginnings of
     /// blocks; empty otherwise.
-    std::optional<std::uint64_t> unsearchedFrom() const { return unsearched; }
+    std::optional<std::uint64_t> unsearchedFrom() const { return unsearched_; }
 
 private:
     std::uint64_t step(std::uint64_t position);
@@ -61,15 +61,15 @@ private:
     bool isZero(std::uint64_t from, std::uint64_t to);
     void addGap(std::uint64_t from, std::uint64_t to, const std::string& what);
 
-    MoxReader::Source& source;
-    std::filesystem::path folder;
-    BlockInflater inflater;
-    AttemptBudget budget;
-    BlockSearch search;
-    KnownPlaces known;
-    std::vector<SalvagedBlock> saved;
-    std::vector<SalvageGap> lost;
-    std::optional<std::uint64_t> unsearched;
+    MoxReader::Source& source_;
+    std::filesystem::path folder_;
+    BlockInflater inflater_;
+    AttemptBudget budget_;
+    BlockSearch search_;
+    KnownPlaces known_;
+    std::vector<SalvagedBlock> saved_;
+    std::vector<SalvageGap> lost_;
+    std::optional<std::uint64_t> unsearched_;
 };
 
 } // namespace MoxTool

@@ -6,20 +6,20 @@
 
 namespace MoxTool {
 
-KnownPlaces::KnownPlaces(MoxReader::Source& bytes, const MoxReader::RawIndex& index) : source(bytes) {
+KnownPlaces::KnownPlaces(MoxReader::Source& bytes, const MoxReader::RawIndex& index) : source_(bytes) {
     for (const auto& block : index.blocks) {
         if (block.isCompressed() && block.length > 0) {
-            places.push_back(block.position);
+            places_.push_back(block.position);
         }
     }
-    std::ranges::sort(places); // Displaced blocks begin before others of lower ids.
+    std::ranges::sort(places_); // Displaced blocks begin before others of lower ids.
 }
 
 std::optional<std::uint64_t> KnownPlaces::find(std::uint64_t from) {
-    while (next < places.size() && (places[next] < from || !canBeginBlock(source, places[next]))) {
-        ++next;
+    while (next_ < places_.size() && (places_[next_] < from || !canBeginBlock(source_, places_[next_]))) {
+        ++next_;
     }
-    return next < places.size() ? std::optional(places[next]) : std::nullopt;
+    return next_ < places_.size() ? std::optional(places_[next_]) : std::nullopt;
 }
 
 } // namespace MoxTool

@@ -20,9 +20,9 @@ public:
     std::optional<std::uint64_t> find(std::uint64_t from);
 
 private:
-    MoxReader::Source& source;
-    std::vector<std::uint64_t> places; ///< Ascending.
-    std::size_t next = 0;              ///< The first that has not been passed.
+    MoxReader::Source& source_;
+    std::vector<std::uint64_t> places_; ///< Ascending.
+    std::size_t next_ = 0;              ///< The first that has not been passed.
 };
 
 } // namespace MoxTool

@@ -46,20 +46,20 @@ Examples:
 } // namespace
 
 void SalvageCommand::addOptions(CommandLine& line) {
-    line.add("FILE", path, "The damaged file; - for stdin").required();
-    line.add("OUTDIR", folder, "The folder to make").required();
-    line.addFlag("--force", force, "Also if the file is whole, or is no MOX file by its first bytes");
+    line.add("FILE", path_, "The damaged file; - for stdin").required();
+    line.add("OUTDIR", folder_, "The folder to make").required();
+    line.addFlag("--force", force_, "Also if the file is whole, or is no MOX file by its first bytes");
     line.setDetails(Details);
 }
 
 int SalvageCommand::run(Terminal& terminal) {
-    explainErrors(path, [&] {
-        const auto source = openSource(path);
+    explainErrors(path_, [&] {
+        const auto source = openSource(path_);
         const auto index = MoxReader::scanIndex(*source);
         checkFront(index);
         const auto state = findState(source, index, terminal);
-        if (state.empty() && !force) {
-            throw Failure(path,
+        if (state.empty() && !force_) {
+            throw Failure(path_,
                           "is whole, nothing needs salvaging; --force takes its blocks out all the same");
         }
         salvage(*source, index, state.empty() ? "it is whole" : state, terminal);
@@ -70,15 +70,15 @@ int SalvageCommand::run(Terminal& terminal) {
 /// @throws Failure if this can't be a MOX file with blocks.
 void SalvageCommand::checkFront(const MoxReader::RawIndex& index) const {
     if (index.fileSize == 0) {
-        throw Failure(path, "is empty, so nothing can be saved");
+        throw Failure(path_, "is empty, so nothing can be saved");
     }
-    if (hasDamage(index, MoxReader::ErrorCode::BadSignature) && !force) {
-        throw Failure(path, "is no MOX file by its first bytes; --force looks for blocks all the same");
+    if (hasDamage(index, MoxReader::ErrorCode::BadSignature) && !force_) {
+        throw Failure(path_, "is no MOX file by its first bytes; --force looks for blocks all the same");
     }
     if (index.fileSize <= MoxReader::Format::FirstBlockPosition) {
         throw Failure(
-            path, fmt::format("ends after {} bytes, and blocks begin at offset {}, so nothing can be saved",
-                              index.fileSize, MoxReader::Format::FirstBlockPosition));
+            path_, fmt::format("ends after {} bytes, and blocks begin at offset {}, so nothing can be saved",
+                               index.fileSize, MoxReader::Format::FirstBlockPosition));
     }
 }
 
@@ -104,16 +104,16 @@ std::string SalvageCommand::findState(const std::shared_ptr<MoxReader::Source>& 
 
 void SalvageCommand::salvage(MoxReader::Source& source, const MoxReader::RawIndex& index,
                              const std::string& state, Terminal& terminal) const {
-    OutputFolder target(folder);
+    OutputFolder target(folder_);
     BlockWalk walk(source, index, target.temporaryPath());
     walk.run([&](double part) { terminal.progress("inflating blocks", part); });
     terminal.clearProgress();
     if (walk.blocks().empty()) {
-        throw Failure(path,
+        throw Failure(path_,
                       state + "; not even the beginning of a block can be inflated, so nothing can be saved");
     }
-    const SalvageReport report(path, state, index, walk);
-    writeFile(target.temporaryPath() / "index.json", folder + "/index.json",
+    const SalvageReport report(path_, state, index, walk);
+    writeFile(target.temporaryPath() / "index.json", folder_ + "/index.json",
               [&](std::ostream& out) { out << report.toJson().dump(2) << '\n'; });
     target.commit();
     report.print(stdout);

@@ -29,9 +29,9 @@ private:
     void salvage(MoxReader::Source& source, const MoxReader::RawIndex& index, const std::string& state,
                  Terminal& terminal) const;
 
-    std::string path;
-    std::string folder;
-    bool force = false;
+    std::string path_;
+    std::string folder_;
+    bool force_ = false;
 };
 
 } // namespace MoxTool

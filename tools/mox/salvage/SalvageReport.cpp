@@ -42,30 +42,30 @@ std::map<std::uint64_t, const MoxReader::BlockRecord*> recordsByPlace(const MoxR
 
 SalvageReport::SalvageReport(std::string file, std::string state, const MoxReader::RawIndex& fileIndex,
                              const BlockWalk& blockWalk)
-    : path(std::move(file)),
-      wrong(std::move(state)),
-      index(fileIndex),
-      walk(blockWalk),
-      records(recordsByPlace(index)),
-      lost(describeLoss(index, walk.blocks())),
-      notes(listNotes()) {}
+    : path_(std::move(file)),
+      wrong_(std::move(state)),
+      index_(fileIndex),
+      walk_(blockWalk),
+      records_(recordsByPlace(index_)),
+      lost_(describeLoss(index_, walk_.blocks())),
+      notes_(listNotes()) {}
 
 std::vector<std::string> SalvageReport::listNotes() const {
     std::vector<std::string> list;
-    if (const auto from = walk.unsearchedFrom()) {
+    if (const auto from = walk_.unsearchedFrom()) {
         list.push_back(fmt::format("from offset {} on no more blocks were searched for, because too much of "
                                    "the file looks like beginnings of blocks",
                                    *from));
     }
-    if (isUnfinished(index)) {
+    if (isUnfinished(index_)) {
         list.emplace_back(ClosingNote);
     }
-    if (const auto unnamed = countUnnamed(); unnamed > 0 && !index.blocks.empty()) {
+    if (const auto unnamed = countUnnamed(); unnamed > 0 && !index_.blocks.empty()) {
         list.push_back(fmt::format("the index has no block where {} of the saved ones stand; they can be "
                                    "among those that are listed as lost",
                                    unnamed));
     }
-    if (countWhole() < walk.blocks().size()) {
+    if (countWhole() < walk_.blocks().size()) {
         list.emplace_back(PartialNote);
     }
     list.emplace_back(PayloadNote);
@@ -73,19 +73,19 @@ std::vector<std::string> SalvageReport::listNotes() const {
 }
 
 void SalvageReport::print(std::FILE* out) const {
-    fmt::print(out, "{}: {}\n", visibleText(path), wrong);
+    fmt::print(out, "{}: {}\n", visibleText(path_), wrong_);
     fmt::print(out, "saved: {} blocks whole, {} cut off or damaged\n", countWhole(),
-               walk.blocks().size() - countWhole());
-    for (const auto& block : walk.blocks()) {
+               walk_.blocks().size() - countWhole());
+    for (const auto& block : walk_.blocks()) {
         fmt::print(out, "{}\n", lineOf(block));
     }
-    for (const auto& gap : walk.gaps()) {
+    for (const auto& gap : walk_.gaps()) {
         fmt::print(out, "not saved  offset {}, {} bytes: {}\n", gap.offset, gap.size, gap.what);
     }
-    for (const auto& line : lost) {
+    for (const auto& line : lost_) {
         fmt::print(out, "lost: {}\n", line);
     }
-    for (const auto& line : notes) {
+    for (const auto& line : notes_) {
         fmt::print(out, "note: {}\n", line);
     }
 }
@@ -105,21 +105,21 @@ std::string SalvageReport::lineOf(const SalvagedBlock& block) const {
 }
 
 Json SalvageReport::toJson() const {
-    Json json = {{"file", jsonText(path)}, {"state", wrong}, {"fileSize", index.fileSize}};
+    Json json = {{"file", jsonText(path_)}, {"state", wrong_}, {"fileSize", index_.fileSize}};
     json["blocks"] = entriesOf(true);
     json["partial"] = entriesOf(false);
     json["notSaved"] = Json::array();
-    for (const auto& gap : walk.gaps()) {
+    for (const auto& gap : walk_.gaps()) {
         json["notSaved"].push_back({{"offset", gap.offset}, {"size", gap.size}, {"what", gap.what}});
     }
-    json["lost"] = lost;
-    json["notes"] = notes;
+    json["lost"] = lost_;
+    json["notes"] = notes_;
     return json;
 }
 
 Json SalvageReport::entriesOf(bool whole) const {
     auto entries = Json::array();
-    for (const auto& block : walk.blocks()) {
+    for (const auto& block : walk_.blocks()) {
         if (block.isWhole() == whole) {
             entries.push_back(entryOf(block));
         }
@@ -142,18 +142,18 @@ Json SalvageReport::entryOf(const SalvagedBlock& block) const {
 }
 
 std::size_t SalvageReport::countWhole() const {
-    return static_cast<std::size_t>(std::ranges::count_if(walk.blocks(), &SalvagedBlock::isWhole));
+    return static_cast<std::size_t>(std::ranges::count_if(walk_.blocks(), &SalvagedBlock::isWhole));
 }
 
 std::size_t SalvageReport::countUnnamed() const {
     return static_cast<std::size_t>(
-        std::ranges::count_if(walk.blocks(), [&](const auto& block) { return nameOf(block).empty(); }));
+        std::ranges::count_if(walk_.blocks(), [&](const auto& block) { return nameOf(block).empty(); }));
 }
 
 /// @return an empty text if the index has no block there.
 std::string SalvageReport::nameOf(const SalvagedBlock& block) const {
-    const auto found = records.find(block.extent.offset);
-    return found != records.end() && !found->second->isEmptyEntry() ? found->second->name : "";
+    const auto found = records_.find(block.extent.offset);
+    return found != records_.end() && !found->second->isEmptyEntry() ? found->second->name : "";
 }
 
 } // namespace MoxTool

@@ -35,14 +35,14 @@ private:
     std::size_t countUnnamed() const;
     std::string nameOf(const SalvagedBlock& block) const;
 
-    std::string path;
-    std::string wrong;
-    const MoxReader::RawIndex& index;
-    const BlockWalk& walk;
+    std::string path_;
+    std::string wrong_;
+    const MoxReader::RawIndex& index_;
+    const BlockWalk& walk_;
     std::map<std::uint64_t, const MoxReader::BlockRecord*>
-        records; ///< By place. Of several the last has the bytes.
-    std::vector<std::string> lost;
-    std::vector<std::string> notes;
+        records_; ///< By place. Of several the last has the bytes.
+    std::vector<std::string> lost_;
+    std::vector<std::string> notes_;
 };
 
 } // namespace MoxTool

@@ -43,16 +43,16 @@ std::string rowTitle(const std::string& name) {
 } // namespace
 
 void StatCommand::addOptions(CommandLine& line) {
-    line.add("FILE", path, "The file to read; - for stdin").required();
-    line.addFlag("--bytes", exact, "Bytes as whole numbers, not as KiB, MiB and so on");
-    line.add("--rows", rows, "Rows of the tables by dataset and by step; 0 for all").showDefault();
+    line.add("FILE", path_, "The file to read; - for stdin").required();
+    line.addFlag("--bytes", exact_, "Bytes as whole numbers, not as KiB, MiB and so on");
+    line.add("--rows", rows_, "Rows of the tables by dataset and by step; 0 for all").showDefault();
     line.setDetails(Details);
 }
 
 int StatCommand::run(Terminal&) {
-    const OpenModel opened(path);
+    const OpenModel opened(path_);
     const auto statistics =
-        explainErrors(path, [&] { return collectStatistics(opened.file(), opened.model()); });
+        explainErrors(path_, [&] { return collectStatistics(opened.file(), opened.model()); });
     printBlocks(statistics.blocks);
     printDatasets("dataset", statistics.datasets.sorted());
     printDatasets("step", statistics.steps);
@@ -104,19 +104,19 @@ void StatCommand::printLinks(const Tally& total) const {
 
 TallyList StatCommand::firstRows(const TallyList& groups) const {
     const auto& all = groups.rows();
-    if (rows == 0 || all.size() <= rows) {
+    if (rows_ == 0 || all.size() <= rows_) {
         return groups;
     }
     TallyList result;
-    const auto rest = fmt::format("({} more)", all.size() - rows);
+    const auto rest = fmt::format("({} more)", all.size() - rows_);
     for (std::size_t i = 0; i < all.size(); ++i) {
-        result.add(i < rows ? all[i].first : rest, all[i].second);
+        result.add(i < rows_ ? all[i].first : rest, all[i].second);
     }
     return result;
 }
 
 std::string StatCommand::bytes(std::uint64_t count) const {
-    return exact ? std::to_string(count) : byteText(count);
+    return exact_ ? std::to_string(count) : byteText(count);
 }
 
 std::string StatCommand::bytes(double count) const {

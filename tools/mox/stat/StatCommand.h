@@ -24,9 +24,9 @@ private:
     std::string bytes(std::uint64_t count) const;
     std::string bytes(double count) const;
 
-    std::string path;
-    std::size_t rows = 20;
-    bool exact = false;
+    std::string path_;
+    std::size_t rows_ = 20;
+    bool exact_ = false;
 };
 
 } // namespace MoxTool

@@ -20,8 +20,8 @@ public:
 private:
     double storedBefore(std::uint64_t position) const;
 
-    std::vector<std::uint64_t> contentEnds; ///< Of each block in the stream, ascending.
-    std::vector<std::uint64_t> storedEnds;  ///< The bytes of the blocks up to and with each.
+    std::vector<std::uint64_t> contentEnds_; ///< Of each block in the stream, ascending.
+    std::vector<std::uint64_t> storedEnds_;  ///< The bytes of the blocks up to and with each.
 };
 
 } // namespace MoxTool

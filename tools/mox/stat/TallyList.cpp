@@ -5,23 +5,23 @@
 namespace MoxTool {
 
 void TallyList::add(const std::string& name, const Tally& tally) {
-    const auto [place, isNew] = places.try_emplace(name, list.size());
+    const auto [place, isNew] = places_.try_emplace(name, list_.size());
     if (isNew) {
-        list.emplace_back(name, Tally{});
+        list_.emplace_back(name, Tally{});
     }
-    list[place->second].second += tally;
+    list_[place->second].second += tally;
 }
 
 Tally TallyList::sum() const {
     Tally total;
-    for (const auto& row : list) {
+    for (const auto& row : list_) {
         total += row.second;
     }
     return total;
 }
 
 TallyList TallyList::sorted() const {
-    auto rows = list;
+    auto rows = list_;
     std::sort(rows.begin(), rows.end(), [](const Row& one, const Row& other) {
         return std::pair(-one.second.stored, one.first) < std::pair(-other.second.stored, other.first);
     });

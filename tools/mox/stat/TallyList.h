@@ -15,14 +15,14 @@ public:
     using Row = std::pair<std::string, Tally>;
 
     void add(const std::string& name, const Tally& tally);
-    const std::vector<Row>& rows() const { return list; }
+    const std::vector<Row>& rows() const { return list_; }
     Tally sum() const;
     /// The same rows: most bytes in the file first, equal ones by name.
     TallyList sorted() const;
 
 private:
-    std::vector<Row> list;
-    std::unordered_map<std::string, std::size_t> places;
+    std::vector<Row> list_;
+    std::unordered_map<std::string, std::size_t> places_;
 };
 
 } // namespace MoxTool

@@ -25,19 +25,19 @@ Examples:
 } // namespace
 
 void TreeCommand::addOptions(CommandLine& line) {
-    line.add("FILE", path, "The file to read; - for stdin").required();
-    line.addFlag("--attributes", options.attributes, "With the attributes of groups and datasets");
-    line.add("--depth", options.depth, "Only so many levels; the root is the first").positive();
-    line.add("--name", options.pattern,
+    line.add("FILE", path_, "The file to read; - for stdin").required();
+    line.addFlag("--attributes", options_.attributes, "With the attributes of groups and datasets");
+    line.add("--depth", options_.depth, "Only so many levels; the root is the first").positive();
+    line.add("--name", options_.pattern,
              "Only nodes whose names match, with the way to them: * stands for any text, ? for a character");
     line.setDetails(Details);
 }
 
 int TreeCommand::run(Terminal& terminal) {
-    const OpenModel opened(path);
-    const TreePrinter printer(opened.model(), options, Palette(terminal.outputColours()), stdout);
+    const OpenModel opened(path_);
+    const TreePrinter printer(opened.model(), options_, Palette(terminal.outputColours()), stdout);
     if (printer.isEmpty()) {
-        throw Failure(path, "no node has such a name; mox tree without --name lists all");
+        throw Failure(path_, "no node has such a name; mox tree without --name lists all");
     }
     printer.print();
     return 0;

@@ -17,8 +17,8 @@ public:
     int run(Terminal& terminal) override;
 
 private:
-    std::string path;
-    TreePrinter::Options options;
+    std::string path_;
+    TreePrinter::Options options_;
 };
 
 } // namespace MoxTool

@@ -48,41 +48,42 @@ std::string contentText(const MoxReader::Node& node) {
 
 TreePrinter::TreePrinter(const MoxReader::Model& shown, const Options& treeOptions, Palette colours,
                          std::FILE* file)
-    : model(shown),
-      options(treeOptions),
-      palette(colours),
-      out(file),
-      levels(treeLevels(shown)),
-      chosen(chooseNodes()) {}
+    : model_(shown),
+      options_(treeOptions),
+      palette_(colours),
+      out_(file),
+      levels_(treeLevels(shown)),
+      chosen_(chooseNodes()) {}
 
 void TreePrinter::print() const {
     if (isEmpty()) {
         return;
     }
-    std::vector<std::uint32_t> waiting{model.root().id};
+    std::vector<std::uint32_t> waiting{model_.root().id};
     while (!waiting.empty()) {
-        const auto& node = model.node(waiting.back());
+        const auto& node = model_.node(waiting.back());
         waiting.pop_back();
         printNode(node);
-        if (levels[node.id - 1] >= options.depth) {
+        if (levels_[node.id - 1] >= options_.depth) {
             continue;
         }
-        const auto children = model.children(node.id);
+        const auto children = model_.children(node.id);
         std::copy_if(children.rbegin(), children.rend(), std::back_inserter(waiting),
-                     [this](std::uint32_t id) { return chosen[id - 1]; });
+                     [this](std::uint32_t id) { return chosen_[id - 1]; });
     }
 }
 
 // Parents have lower ids than their children, so one pass from the end carries each choice up to the root.
 std::vector<bool> TreePrinter::chooseNodes() const {
-    const auto& nodes = model.nodes();
-    std::vector<bool> choice(nodes.size(), !options.pattern);
-    if (!options.pattern) {
+    const auto& nodes = model_.nodes();
+    std::vector<bool> choice(nodes.size(), !options_.pattern);
+    if (!options_.pattern) {
         return choice;
     }
     for (std::size_t i = nodes.size(); i-- > 0;) {
         const auto& node = nodes[i];
-        const bool matches = levels[node.id - 1] <= options.depth && matchesGlob(*options.pattern, node.name);
+        const bool matches =
+            levels_[node.id - 1] <= options_.depth && matchesGlob(*options_.pattern, node.name);
         choice[node.id - 1] = choice[node.id - 1] || matches;
         if (choice[node.id - 1] && node.parent != 0) {
             choice[node.parent - 1] = true;
@@ -93,15 +94,15 @@ std::vector<bool> TreePrinter::chooseNodes() const {
 
 void TreePrinter::printNode(const MoxReader::Node& node) const {
     const auto content = contentText(node);
-    printLine(levels[node.id - 1],
-              palette.paint(Palette::Bold, visibleText(node.name)) + "  " +
-                  palette.paint(Palette::Cyan, fmt::format("{} {}", typeText(node), node.id)) +
+    printLine(levels_[node.id - 1],
+              palette_.paint(Palette::Bold, visibleText(node.name)) + "  " +
+                  palette_.paint(Palette::Cyan, fmt::format("{} {}", typeText(node), node.id)) +
                   (content.empty() ? "" : "  " + content) + hiddenChildren(node));
     printContent(node);
 }
 
 void TreePrinter::printContent(const MoxReader::Node& node) const {
-    const auto level = levels[node.id - 1] + 1;
+    const auto level = levels_[node.id - 1] + 1;
     if (const auto* group = node.group()) {
         printAttributes(group->attributes, level);
     }
@@ -115,47 +116,47 @@ void TreePrinter::printContent(const MoxReader::Node& node) const {
 void TreePrinter::printDataset(const MoxReader::Dataset& dataset, std::uint32_t level) const {
     printLine(level,
               fmt::format("- {}  {}  {}", datasetTitle(dataset),
-                          palette.paint(Palette::Cyan, variableTypeText(dataset)), numbersText(dataset)));
+                          palette_.paint(Palette::Cyan, variableTypeText(dataset)), numbersText(dataset)));
     printAttributes(dataset.attributes, level + 1);
 }
 
 void TreePrinter::printAttributes(const MoxReader::Attributes& attributes, std::uint32_t level) const {
-    if (!options.attributes) {
+    if (!options_.attributes) {
         return;
     }
     for (const auto& [key, value] : attributes) {
         printLine(level,
-                  palette.paint(Palette::Dim, visibleText(key) + " = " + std::visit(ValueText{}, value)));
+                  palette_.paint(Palette::Dim, visibleText(key) + " = " + std::visit(ValueText{}, value)));
     }
 }
 
 void TreePrinter::printLine(std::uint32_t level, const std::string& text) const {
     if (level <= DeepestIndent) {
-        fmt::print(out, "{:{}}{}\n", "", 2 * (level - 1), text);
+        fmt::print(out_, "{:{}}{}\n", "", 2 * (level - 1), text);
     } else {
-        fmt::print(out, "{:{}}[{}] {}\n", "", 2 * DeepestIndent, level, text);
+        fmt::print(out_, "{:{}}[{}] {}\n", "", 2 * DeepestIndent, level, text);
     }
 }
 
 std::string TreePrinter::hiddenChildren(const MoxReader::Node& node) const {
-    const auto count = model.children(node.id).size();
-    if (levels[node.id - 1] < options.depth || count == 0) {
+    const auto count = model_.children(node.id).size();
+    if (levels_[node.id - 1] < options_.depth || count == 0) {
         return "";
     }
-    return palette.paint(Palette::Dim, fmt::format("  (+ {} below)", count));
+    return palette_.paint(Palette::Dim, fmt::format("  (+ {} below)", count));
 }
 
 // A link that leads nowhere is damage of one dataset, and the rest is worth seeing.
 std::string TreePrinter::numbersText(const MoxReader::Dataset& dataset) const {
     try {
-        const auto& holder = model.resolve(dataset);
+        const auto& holder = model_.resolve(dataset);
         auto numbers = elementTypeText(holder) + " " + shapeText(holder);
         if (!dataset.isLink) {
             return numbers;
         }
         return fmt::format("{}  -> {} of node {}", numbers, datasetTitle(holder), holder.nodeId);
     } catch (const MoxReader::Error& error) {
-        return fmt::format("-> {}", palette.paint(Palette::Red, errorText(error.code())));
+        return fmt::format("-> {}", palette_.paint(Palette::Red, errorText(error.code())));
     }
 }
 

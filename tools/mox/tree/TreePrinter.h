@@ -26,7 +26,7 @@ public:
     TreePrinter(const MoxReader::Model& shown, const Options& treeOptions, Palette colours, std::FILE* file);
 
     /// Whether the pattern fits no node.
-    bool isEmpty() const { return !chosen.front(); }
+    bool isEmpty() const { return !chosen_.front(); }
     void print() const;
 
 private:
@@ -39,12 +39,12 @@ private:
     std::string hiddenChildren(const MoxReader::Node& node) const;
     std::string numbersText(const MoxReader::Dataset& dataset) const;
 
-    const MoxReader::Model& model;
-    const Options& options;
-    Palette palette;
-    std::FILE* out;
-    std::vector<std::uint32_t> levels; ///< Of model.nodes().
-    std::vector<bool> chosen;          ///< Of model.nodes(): whether it is to be seen.
+    const MoxReader::Model& model_;
+    const Options& options_;
+    Palette palette_;
+    std::FILE* out_;
+    std::vector<std::uint32_t> levels_; ///< Of model.nodes().
+    std::vector<bool> chosen_;          ///< Of model.nodes(): whether it is to be seen.
 };
 
 } // namespace MoxTool

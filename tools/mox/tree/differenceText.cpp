@@ -26,18 +26,18 @@ public:
             text += ' ';
             text += numberText(value);
         }
-        found.push_back(text);
+        found_.push_back(text);
     }
     void compare(const char* name, float value, float usual) { compare(name, std::span(&value, 1), {usual}); }
     void compare(const char* name, std::uint8_t value, std::uint8_t usual) {
         if (value != usual) {
-            found.push_back(fmt::format("{} {}", name, value));
+            found_.push_back(fmt::format("{} {}", name, value));
         }
     }
-    std::string text() const { return fmt::format("{}", fmt::join(found, ", ")); }
+    std::string text() const { return fmt::format("{}", fmt::join(found_, ", ")); }
 
 private:
-    std::vector<std::string> found;
+    std::vector<std::string> found_;
 };
 
 } // namespace

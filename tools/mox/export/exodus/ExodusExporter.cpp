@@ -79,13 +79,13 @@ bool areLarge(const std::optional<std::vector<std::int64_t>>& ids) {
 } // namespace
 
 ExodusExporter::ExodusExporter(ExportModel& from, Terminal& messages)
-    : source(from), terminal(messages), reader(from.reader()), dimension(dimensionOf(from)) {
+    : source_(from), terminal_(messages), reader_(from.reader()), dimension_(dimensionOf(from)) {
     planMaps();
-    nodal.emplace(source.results(), ResultPlace::Nodes, mapFields);
-    elemental.emplace(source.results(), ResultPlace::Elements, mapFields);
-    for (const auto step : source.wantedSteps()) {
-        const auto& label = source.results().steps[step];
-        hasModes = hasModes || (label.mode && label.frequency);
+    nodal_.emplace(source_.results(), ResultPlace::Nodes, mapFields_);
+    elemental_.emplace(source_.results(), ResultPlace::Elements, mapFields_);
+    for (const auto step : source_.wantedSteps()) {
+        const auto& label = source_.results().steps[step];
+        hasModes_ = hasModes_ || (label.mode && label.frequency);
     }
 }
 
@@ -93,7 +93,7 @@ void ExodusExporter::write(const std::string& path, const std::string& shownPath
     ExodusOutput output(path, shownPath, layout());
     writeMesh(output);
     declareVariables(output);
-    if (source.results().steps.empty()) {
+    if (source_.results().steps.empty()) {
         writeStaticStep(output);
     } else {
         writeSteps(output);
@@ -102,12 +102,12 @@ void ExodusExporter::write(const std::string& path, const std::string& shownPath
 }
 
 void ExodusExporter::planMaps() {
-    nodeIds = takeIds(ResultPlace::Nodes, DatasetNames::NodeIds);
-    elementIds = takeIds(ResultPlace::Elements, DatasetNames::ElementIds);
+    nodeIds_ = takeIds(ResultPlace::Nodes, DatasetNames::NodeIds);
+    elementIds_ = takeIds(ResultPlace::Elements, DatasetNames::ElementIds);
 }
 
 std::optional<ExodusExporter::Ids> ExodusExporter::takeIds(ResultPlace place, const std::string& name) {
-    const auto& fields = source.results().fields;
+    const auto& fields = source_.results().fields;
     const auto field = std::find_if(fields.begin(), fields.end(), [&](const ExportField& candidate) {
         return candidate.place == place && candidate.name == name && candidate.isStatic &&
                candidate.isInteger;
@@ -115,31 +115,31 @@ std::optional<ExodusExporter::Ids> ExodusExporter::takeIds(ResultPlace place, co
     if (field == fields.end()) {
         return std::nullopt;
     }
-    mapFields.push_back(&*field);
-    if (field->targets.size() < targetCount(source.mesh(), place)) {
-        source.summary().addNote(name + " are left out, since some have none");
+    mapFields_.push_back(&*field);
+    if (field->targets.size() < targetCount(source_.mesh(), place)) {
+        source_.summary().addNote(name + " are left out, since some have none");
         return std::nullopt;
     }
-    const auto numbers = reader.readAll(*field, ExportField::NoStep);
+    const auto numbers = reader_.readAll(*field, ExportField::NoStep);
     Ids ids(numbers.begin(), numbers.end());
     if (areUnique(ids)) {
         return ids;
     }
-    source.summary().addNote(name + " are left out, since some are not unique in the whole model");
+    source_.summary().addNote(name + " are left out, since some are not unique in the whole model");
     return std::nullopt;
 }
 
 ExodusOutput::Layout ExodusExporter::layout() {
     ExodusOutput::Layout layout;
-    const auto& mesh = source.mesh();
-    layout.title = fitted(titleOf(source.model()), ExodusOutput::LongestTitle, source.summary());
-    layout.dimension = dimension;
+    const auto& mesh = source_.mesh();
+    layout.title = fitted(titleOf(source_.model()), ExodusOutput::LongestTitle, source_.summary());
+    layout.dimension = dimension_;
     layout.nodes = mesh.nodeCount();
     layout.elements = mesh.elementCount();
     layout.blocks = mesh.blocks.size();
-    layout.largeIds = areLarge(nodeIds) || areLarge(elementIds);
-    auto names = nodal->names();
-    const auto more = elemental->names();
+    layout.largeIds = areLarge(nodeIds_) || areLarge(elementIds_);
+    auto names = nodal_->names();
+    const auto more = elemental_->names();
     names.insert(names.end(), more.begin(), more.end());
     for (const auto& block : mesh.blocks) {
         names.push_back(block.name);
@@ -152,74 +152,74 @@ ExodusOutput::Layout ExodusExporter::layout() {
 }
 
 void ExodusExporter::writeMesh(ExodusOutput& output) {
-    output.qaRecords(qaRecordsOf(rootAttributes(source.model())));
+    output.qaRecords(qaRecordsOf(rootAttributes(source_.model())));
     writeCoordinates(output);
-    for (const auto& block : source.mesh().blocks) {
+    for (const auto& block : source_.mesh().blocks) {
         output.block(describe(block), block.nodes, block.lengths);
     }
-    if (nodeIds) {
-        output.idMap(EX_NODE_MAP, *nodeIds);
+    if (nodeIds_) {
+        output.idMap(EX_NODE_MAP, *nodeIds_);
     }
-    if (elementIds) {
-        output.idMap(EX_ELEM_MAP, *elementIds);
+    if (elementIds_) {
+        output.idMap(EX_ELEM_MAP, *elementIds_);
     }
 }
 
 ExodusBlock ExodusExporter::describe(const ExportBlock& block) {
-    const auto* usualType = dimension < 3 ? block.shape->planarType : block.shape->exodusType;
+    const auto* usualType = dimension_ < 3 ? block.shape->planarType : block.shape->exodusType;
     const auto nodes = block.shape == &PolygonShape ? block.nodes.size() : block.nodesPerElement;
     ExodusBlock described;
     described.id = block.id;
     described.elementType =
-        fitted(block.type.empty() ? usualType : block.type, ExodusOutput::LongestText, source.summary());
-    described.name = fitted(block.name, ExodusOutput::LongestName, source.summary());
+        fitted(block.type.empty() ? usualType : block.type, ExodusOutput::LongestText, source_.summary());
+    described.name = fitted(block.name, ExodusOutput::LongestName, source_.summary());
     described.elementCount = static_cast<std::int64_t>(block.rows.size());
     described.nodesPerElement = static_cast<std::int64_t>(nodes);
     return described;
 }
 
 void ExodusExporter::writeCoordinates(ExodusOutput& output) {
-    const auto& points = source.mesh().points;
-    for (int axis = 0; axis < dimension; ++axis) {
+    const auto& points = source_.mesh().points;
+    for (int axis = 0; axis < dimension_; ++axis) {
         output.coordinates(axis, columnOf(points, 3, static_cast<std::size_t>(axis)));
     }
 }
 
 void ExodusExporter::declareVariables(ExodusOutput& output) {
-    if (hasModes) {
+    if (hasModes_) {
         output.variables(EX_GLOBAL, {"ModeNumber", "EigenFrequency"});
     }
-    output.variables(EX_NODAL, nodal->names());
-    output.variables(EX_ELEM_BLOCK, elemental->names());
+    output.variables(EX_NODAL, nodal_->names());
+    output.variables(EX_ELEM_BLOCK, elemental_->names());
     std::vector<int> table;
-    for (const auto& block : source.mesh().blocks) {
-        for (std::size_t variable = 0; variable < elemental->count(); ++variable) {
-            table.push_back(elemental->targets(variable).contains(block.part) ? 1 : 0);
+    for (const auto& block : source_.mesh().blocks) {
+        for (std::size_t variable = 0; variable < elemental_->count(); ++variable) {
+            table.push_back(elemental_->targets(variable).contains(block.part) ? 1 : 0);
         }
     }
-    output.truthTable(source.mesh().blocks.size(), elemental->count(), std::move(table));
+    output.truthTable(source_.mesh().blocks.size(), elemental_->count(), std::move(table));
 }
 
 void ExodusExporter::writeSteps(ExodusOutput& output) {
-    const auto& steps = source.wantedSteps();
+    const auto& steps = source_.wantedSteps();
     for (std::size_t row = 0; row < steps.size(); ++row) {
-        terminal.progress("exporting results", static_cast<double>(row) / static_cast<double>(steps.size()));
-        const auto& step = source.results().steps[steps[row]];
+        terminal_.progress("exporting results", static_cast<double>(row) / static_cast<double>(steps.size()));
+        const auto& step = source_.results().steps[steps[row]];
         output.time(row, step.timeOr(static_cast<double>(row)));
         writeGlobals(output, row, step);
         writeResults(output, ResultPlace::Nodes, row, steps[row]);
         writeResults(output, ResultPlace::Elements, row, steps[row]);
     }
-    terminal.clearProgress();
+    terminal_.clearProgress();
 }
 
 // An Exodus file has results in steps alone.
 void ExodusExporter::writeStaticStep(ExodusOutput& output) {
-    if (nodal->count() + elemental->count() == 0) {
+    if (nodal_->count() + elemental_->count() == 0) {
         writeBareTimes(output);
         return;
     }
-    source.summary().addNote("results without steps stand in one step of time 0");
+    source_.summary().addNote("results without steps stand in one step of time 0");
     output.time(0, 0);
     writeResults(output, ResultPlace::Nodes, 0, ExportField::NoStep);
     writeResults(output, ResultPlace::Elements, 0, ExportField::NoStep);
@@ -227,7 +227,7 @@ void ExodusExporter::writeStaticStep(ExodusOutput& output) {
 
 // Those that an import has kept of steps without results.
 void ExodusExporter::writeBareTimes(ExodusOutput& output) {
-    const auto& attributes = rootAttributes(source.model());
+    const auto& attributes = rootAttributes(source_.model());
     std::size_t row = 0;
     while (const auto time =
                numberAttribute(attributes, AttributeNames::numbered(AttributeNames::TimeOfStep, row + 1))) {
@@ -236,7 +236,7 @@ void ExodusExporter::writeBareTimes(ExodusOutput& output) {
 }
 
 void ExodusExporter::writeGlobals(ExodusOutput& output, std::size_t row, const ExportStep& step) {
-    if (hasModes) {
+    if (hasModes_) {
         output.globals(row, {step.mode.value_or(Missing), step.frequency.value_or(Missing)});
     }
 }
@@ -246,15 +246,15 @@ void ExodusExporter::writeResults(ExodusOutput& output, ResultPlace place, std::
     Written written;
     for (const auto& [field, variables] : variablesOf(place).fields()) {
         if (field->isStatic && step != ExportField::NoStep) {
-            source.summary().addNote("results without steps are repeated in each step");
+            source_.summary().addNote("results without steps are repeated in each step");
         }
         for (const auto target : field->targets) {
             const auto* holder = field->source(step, target);
             if (holder == nullptr) {
                 continue;
             }
-            const auto table = reader.read(*field, *holder);
-            ++source.summary().datasets;
+            const auto table = reader_.read(*field, *holder);
+            ++source_.summary().datasets;
             for (std::size_t column = 0; column < variables.size(); ++column) {
                 writeColumn(output, place, variables[column], row, target,
                             columnOf(table, field->width, column));
@@ -267,7 +267,7 @@ void ExodusExporter::writeResults(ExodusOutput& output, ResultPlace place, std::
 
 void ExodusExporter::writeColumn(ExodusOutput& output, ResultPlace place, std::size_t variable,
                                  std::size_t row, std::size_t target, const std::vector<double>& values) {
-    const auto& mesh = source.mesh();
+    const auto& mesh = source_.mesh();
     if (place == ResultPlace::Nodes) {
         output.nodal(row, variable, mesh.nodeGroups[target].first, values);
         return;
@@ -289,20 +289,20 @@ void ExodusExporter::fillGaps(ExodusOutput& output, ResultPlace place, const Wri
                               std::size_t row) {
     const auto& variables = variablesOf(place);
     for (std::size_t variable = 0; variable < variables.count(); ++variable) {
-        for (std::size_t target = 0; target < targetCount(source.mesh(), place); ++target) {
+        for (std::size_t target = 0; target < targetCount(source_.mesh(), place); ++target) {
             const bool isGap = place == ResultPlace::Nodes || variables.targets(variable).contains(target);
             if (!isGap || written.contains({variable, target})) {
                 continue;
             }
-            const std::vector<double> values(itemsOf(source.mesh(), place, target), Missing);
+            const std::vector<double> values(itemsOf(source_.mesh(), place, target), Missing);
             writeColumn(output, place, variable, row, target, values);
-            source.summary().addNote("NaN stands where a node or an element has no result in a step");
+            source_.summary().addNote("NaN stands where a node or an element has no result in a step");
         }
     }
 }
 
 const ExodusVariables& ExodusExporter::variablesOf(ResultPlace place) const {
-    return place == ResultPlace::Nodes ? *nodal : *elemental;
+    return place == ResultPlace::Nodes ? *nodal_ : *elemental_;
 }
 
 } // namespace MoxTool

@@ -43,16 +43,16 @@ private:
     void fillGaps(ExodusOutput& output, ResultPlace place, const Written& written, std::size_t row);
     const ExodusVariables& variablesOf(ResultPlace place) const;
 
-    ExportModel& source;
-    Terminal& terminal;
-    FieldReader reader;
-    int dimension;
-    std::vector<const ExportField*> mapFields;
-    std::optional<Ids> nodeIds;
-    std::optional<Ids> elementIds;
-    std::optional<ExodusVariables> nodal;
-    std::optional<ExodusVariables> elemental;
-    bool hasModes = false;
+    ExportModel& source_;
+    Terminal& terminal_;
+    FieldReader reader_;
+    int dimension_;
+    std::vector<const ExportField*> mapFields_;
+    std::optional<Ids> nodeIds_;
+    std::optional<Ids> elementIds_;
+    std::optional<ExodusVariables> nodal_;
+    std::optional<ExodusVariables> elemental_;
+    bool hasModes_ = false;
 };
 
 } // namespace MoxTool

@@ -2,7 +2,8 @@
 
 #include "../../exodus/ExodusOutput.h"
 #include "../../mesh/DatasetNames.h"
-#include "../../mesh/VariableTypes.h"
+
+#include <MoxReader/Format.h>
 
 #include <fmt/core.h>
 
@@ -13,6 +14,7 @@ namespace MoxTool {
 
 namespace {
 
+using MoxReader::Format::VariableType;
 using Suffixes = std::array<const char*, 6>;
 
 constexpr Suffixes Axes = {"_x", "_y", "_z"};
@@ -22,17 +24,21 @@ constexpr std::array<const char*, 6> DisplacementAndRotation = {
 
 constexpr std::size_t RoomForNumber = 12;
 
+bool hasType(const ExportField& field, VariableType type) {
+    return MoxReader::Format::isType(field.variableType, type);
+}
+
 std::string guessedName(const ExportField& field, std::size_t column) {
     if (field.width == 1) {
         return field.name;
     }
-    if (field.variableType == VariableTypes::NodeSixA && field.name == DatasetNames::Displacement) {
+    if (hasType(field, VariableType::NodeSixA) && field.name == DatasetNames::Displacement) {
         return DisplacementAndRotation.at(column);
     }
     if (field.width == 3) {
         return field.name + Axes.at(column);
     }
-    if (field.variableType == VariableTypes::NodeSixA || field.variableType == VariableTypes::ElementSixA) {
+    if (hasType(field, VariableType::NodeSixA) || hasType(field, VariableType::ElementSixA)) {
         return field.name + Tensor.at(column);
     }
     return fmt::format("{}_{}", field.name, column + 1);
@@ -56,7 +62,7 @@ ExodusVariables::ExodusVariables(const ExportResults& all, ResultPlace place,
 
 std::vector<std::string> ExodusVariables::names() const {
     std::vector<std::string> names;
-    for (const auto& variable : variables) {
+    for (const auto& variable : variables_) {
         names.push_back(variable.name);
     }
     return names;
@@ -70,17 +76,17 @@ void ExodusVariables::addField(const ExportField& field) {
         const auto name = field.components.empty() ? guessedName(field, column) : field.components[column];
         entry.variables.push_back(variableFor(name.substr(0, ExodusOutput::LongestName), field));
     }
-    allFields.push_back(std::move(entry));
+    allFields_.push_back(std::move(entry));
 }
 
 std::size_t ExodusVariables::variableFor(const std::string& wanted, const ExportField& field) {
     auto name = wanted;
     for (int number = 2;; ++number) {
-        const auto [place, isNew] = places.emplace(name, variables.size());
+        const auto [place, isNew] = places_.emplace(name, variables_.size());
         if (isNew) {
-            variables.push_back({name, {}});
+            variables_.push_back({name, {}});
         }
-        auto& targets = variables[place->second].targets;
+        auto& targets = variables_[place->second].targets;
         if (areDisjoint(targets, field.targets)) {
             targets.insert(field.targets.begin(), field.targets.end());
             return place->second;

@@ -31,10 +31,10 @@ public:
                     const std::vector<const ExportField*>& mapFields);
 
     std::vector<std::string> names() const;
-    std::size_t count() const { return variables.size(); }
-    const std::vector<FieldColumns>& fields() const { return allFields; }
+    std::size_t count() const { return variables_.size(); }
+    const std::vector<FieldColumns>& fields() const { return allFields_; }
     /// What has the variable in any step: node groups or parts.
-    const std::set<std::size_t>& targets(std::size_t variable) const { return variables[variable].targets; }
+    const std::set<std::size_t>& targets(std::size_t variable) const { return variables_[variable].targets; }
 
 private:
     struct Variable {
@@ -45,9 +45,9 @@ private:
     void addField(const ExportField& field);
     std::size_t variableFor(const std::string& wanted, const ExportField& field);
 
-    std::vector<Variable> variables;
-    std::map<std::string, std::size_t> places;
-    std::vector<FieldColumns> allFields;
+    std::vector<Variable> variables_;
+    std::map<std::string, std::size_t> places_;
+    std::vector<FieldColumns> allFields_;
 };
 
 } // namespace MoxTool

@@ -25,31 +25,31 @@ bool holdsOnly(const fs::path& folder, const std::string& extension) {
 } // namespace
 
 ReplaceableFolder::ReplaceableFolder(fs::path path, std::string extensionOfFiles, bool mayOverwrite)
-    : target(std::move(path)),
-      extension(std::move(extensionOfFiles)),
-      overwrite(mayOverwrite),
-      temporary(checkedTarget()) {
-    temporary.createFolder();
+    : target_(std::move(path)),
+      extension_(std::move(extensionOfFiles)),
+      overwrite_(mayOverwrite),
+      temporary_(checkedTarget()) {
+    temporary_.createFolder();
 }
 
 // The old folder steps aside, so that there is one of the two at all times but for a moment. Its other name
 // is no temporary one: if the worst comes, it is still there.
 void ReplaceableFolder::commit() {
     checkedTarget();
-    if (!fs::exists(target)) {
-        temporary.moveToTarget();
+    if (!fs::exists(target_)) {
+        temporary_.moveToTarget();
         return;
     }
-    const auto old = TemporaryPath::unusedBeside(target);
+    const auto old = TemporaryPath::unusedBeside(target_);
     std::error_code error;
-    fs::rename(target, old, error);
+    fs::rename(target_, old, error);
     if (error) {
-        throw Failure(target.string(), "can't be replaced: " + error.message());
+        throw Failure(target_.string(), "can't be replaced: " + error.message());
     }
     try {
-        temporary.moveToTarget();
+        temporary_.moveToTarget();
     } catch (const Failure&) {
-        fs::rename(old, target, error);
+        fs::rename(old, target_, error);
         throw;
     }
     fs::remove_all(old, error);
@@ -57,23 +57,23 @@ void ReplaceableFolder::commit() {
 
 /// @return the target, if the folder may be put there.
 const fs::path& ReplaceableFolder::checkedTarget() const {
-    const auto status = fs::status(target);
+    const auto status = fs::status(target_);
     if (!fs::exists(status)) {
-        return target;
+        return target_;
     }
     if (!fs::is_directory(status)) {
-        throw Failure(target.string(), "exists and is no folder");
+        throw Failure(target_.string(), "exists and is no folder");
     }
-    if (!overwrite) {
-        throw Failure(target.string(), "exists already; --overwrite replaces it");
+    if (!overwrite_) {
+        throw Failure(target_.string(), "exists already; --overwrite replaces it");
     }
-    if (!holdsOnly(target, extension)) {
+    if (!holdsOnly(target_, extension_)) {
         throw Failure(
-            target.string(),
+            target_.string(),
             fmt::format("holds more than {} files and is not replaced; remove it or choose another name",
-                        extension));
+                        extension_));
     }
-    return target;
+    return target_;
 }
 
 } // namespace MoxTool

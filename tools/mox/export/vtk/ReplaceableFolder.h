@@ -21,7 +21,7 @@ public:
     ///                 made.
     ReplaceableFolder(std::filesystem::path path, std::string extensionOfFiles, bool mayOverwrite);
 
-    const std::filesystem::path& temporaryPath() const { return temporary.path(); }
+    const std::filesystem::path& temporaryPath() const { return temporary_.path(); }
 
     /// Gives the temporary folder the target's name. The files must be closed.
     /// @throws Failure if the target has appeared meanwhile and must not be replaced, or if renaming fails.
@@ -30,10 +30,10 @@ public:
 private:
     const std::filesystem::path& checkedTarget() const;
 
-    std::filesystem::path target;
-    std::string extension;
-    bool overwrite;
-    TemporaryPath temporary;
+    std::filesystem::path target_;
+    std::string extension_;
+    bool overwrite_;
+    TemporaryPath temporary_;
 };
 
 } // namespace MoxTool

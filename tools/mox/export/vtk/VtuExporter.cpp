@@ -1,7 +1,8 @@
 #include "VtuExporter.h"
 
 #include "../../mesh/DatasetNames.h"
-#include "../../mesh/VariableTypes.h"
+
+#include <MoxReader/Format.h>
 
 #include <fmt/core.h>
 
@@ -77,16 +78,17 @@ std::string uniqueName(const std::string& wanted, std::set<std::string>& taken) 
 }
 
 bool isDisplacementWithRotation(const ExportField& field) {
-    return field.variableType == VariableTypes::NodeSixA && field.name == DatasetNames::Displacement;
+    return MoxReader::Format::isType(field.variableType, MoxReader::Format::VariableType::NodeSixA) &&
+           field.name == DatasetNames::Displacement;
 }
 
 } // namespace
 
-VtuExporter::VtuExporter(ExportModel& from) : source(from), reader(from.reader()) {}
+VtuExporter::VtuExporter(ExportModel& from) : source_(from), reader_(from.reader()) {}
 
 void VtuExporter::write(std::size_t step, double value, const std::filesystem::path& path,
                         const std::string& shownPath) {
-    VtuFile file(source.mesh().nodeCount(), source.mesh().elementCount());
+    VtuFile file(source_.mesh().nodeCount(), source_.mesh().elementCount());
     addLabels(file, step, value);
     addMesh(file);
     addFields(file, step);
@@ -101,17 +103,17 @@ void VtuExporter::write(std::size_t step, double value, const std::filesystem::p
 void VtuExporter::addLabels(VtuFile& file, std::size_t step, double value) const {
     if (step != ExportField::NoStep) {
         file.setTime(value);
-        file.addTexts("Step", {source.results().steps[step].name});
+        file.addTexts("Step", {source_.results().steps[step].name});
     }
     std::vector<std::string> names;
-    for (const auto& part : source.mesh().parts) {
+    for (const auto& part : source_.mesh().parts) {
         names.push_back(part.geometry->name);
     }
     file.addTexts("Part Names", names);
 }
 
 void VtuExporter::addMesh(VtuFile& file) const {
-    const auto& mesh = source.mesh();
+    const auto& mesh = source_.mesh();
     std::size_t nodes = 0;
     for (const auto& block : mesh.blocks) {
         nodes += block.nodes.size();
@@ -143,7 +145,7 @@ void VtuExporter::addMesh(VtuFile& file) const {
 void VtuExporter::addFields(VtuFile& file, std::size_t step) {
     std::set<std::string> pointNames;
     std::set<std::string> cellNames = {"Part"};
-    for (const auto& field : source.results().fields) {
+    for (const auto& field : source_.results().fields) {
         if (field.stands(step)) {
             addField(file, field, step, field.place == ResultPlace::Nodes ? pointNames : cellNames);
         }
@@ -163,17 +165,17 @@ void VtuExporter::addField(VtuFile& file, const ExportField& field, std::size_t 
     if (splits) {
         add(fieldArray(field, step, {uniqueName("Rotation", names), 3, 3}));
     }
-    ++source.summary().datasets;
+    ++source_.summary().datasets;
 }
 
 // Integers have no NaN to stand where there are no numbers.
 VtuArray VtuExporter::fieldArray(const ExportField& field, std::size_t step, const Slice& slice) {
     bool isWhole = true;
-    for (std::size_t target = 0; target < targetCount(source.mesh(), field.place); ++target) {
+    for (std::size_t target = 0; target < targetCount(source_.mesh(), field.place); ++target) {
         isWhole = isWhole && field.source(step, target) != nullptr;
     }
     if (!isWhole) {
-        source.summary().addNote("NaN stands where a node or an element has no result in a step");
+        source_.summary().addNote("NaN stands where a node or an element has no result in a step");
     }
     if (!field.isInteger) {
         return typedArray<float>("Float32", field, step, slice);
@@ -185,7 +187,7 @@ VtuArray VtuExporter::fieldArray(const ExportField& field, std::size_t step, con
 template <typename T>
 VtuArray VtuExporter::typedArray(const char* type, const ExportField& field, std::size_t step,
                                  const Slice& slice) {
-    const auto& mesh = source.mesh();
+    const auto& mesh = source_.mesh();
     const auto tuples = field.place == ResultPlace::Nodes ? mesh.nodeCount() : mesh.elementCount();
     VtuArray array{slice.name, type, sizeof(T), slice.columns, tuples, {}, {}};
     for (auto i = slice.firstColumn; i < std::min(slice.firstColumn + slice.columns, field.components.size());
@@ -194,7 +196,7 @@ VtuArray VtuExporter::typedArray(const char* type, const ExportField& field, std
     }
     array.write = [this, &field, step, first = slice.firstColumn,
                    columns = slice.columns](std::ostream& stream) {
-        put(stream, columnsOf<T>(reader.readAll(field, step), field.width, first, columns));
+        put(stream, columnsOf<T>(reader_.readAll(field, step), field.width, first, columns));
     };
     return array;
 }

@@ -38,8 +38,8 @@ private:
     template <typename T>
     VtuArray typedArray(const char* type, const ExportField& field, std::size_t step, const Slice& slice);
 
-    ExportModel& source;
-    FieldReader reader;
+    ExportModel& source_;
+    FieldReader reader_;
 };
 
 } // namespace MoxTool

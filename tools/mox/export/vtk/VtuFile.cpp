@@ -47,14 +47,14 @@ std::string vtkFileStart(const std::string& type) {
 }
 
 void VtuFile::addTexts(const std::string& name, const std::vector<std::string>& texts) {
-    fieldData +=
+    fieldData_ +=
         fmt::format("<DataArray type=\"String\" Name=\"{}\" NumberOfTuples=\"{}\" format=\"ascii\">{}"
                     "</DataArray>\n",
                     xmlText(name), texts.size(), textNumbers(texts));
 }
 
 void VtuFile::setTime(double time) {
-    fieldData +=
+    fieldData_ +=
         fmt::format("<DataArray type=\"Float64\" Name=\"TimeValue\" NumberOfTuples=\"1\" format=\"ascii\">{}"
                     "</DataArray>\n",
                     time);
@@ -63,14 +63,14 @@ void VtuFile::setTime(double time) {
 void VtuFile::write(std::ostream& stream) const {
     std::uint64_t offset = 0;
     stream << vtkFileStart("UnstructuredGrid") << "<UnstructuredGrid>\n<FieldData>\n"
-           << fieldData << "</FieldData>\n"
-           << fmt::format("<Piece NumberOfPoints=\"{}\" NumberOfCells=\"{}\">\n", pointCount, cellCount);
-    writeSection(stream, "Points", points, offset);
-    writeSection(stream, "Cells", cells, offset);
-    writeSection(stream, "PointData", pointData, offset);
-    writeSection(stream, "CellData", cellData, offset);
+           << fieldData_ << "</FieldData>\n"
+           << fmt::format("<Piece NumberOfPoints=\"{}\" NumberOfCells=\"{}\">\n", pointCount_, cellCount_);
+    writeSection(stream, "Points", points_, offset);
+    writeSection(stream, "Cells", cells_, offset);
+    writeSection(stream, "PointData", pointData_, offset);
+    writeSection(stream, "CellData", cellData_, offset);
     stream << "</Piece>\n</UnstructuredGrid>\n<AppendedData encoding=\"raw\">\n_";
-    for (const auto* arrays : {&points, &cells, &pointData, &cellData}) {
+    for (const auto* arrays : {&points_, &cells_, &pointData_, &cellData_}) {
         for (const auto& array : *arrays) {
             const LengthWord length = byteCount(array);
             stream.write(reinterpret_cast<const char*>(&length), sizeof length);

@@ -26,17 +26,17 @@ struct VtuArray {
 class VtuFile {
 public:
     VtuFile(std::size_t pointsInAll, std::size_t cellsInAll)
-        : pointCount(pointsInAll), cellCount(cellsInAll) {}
+        : pointCount_(pointsInAll), cellCount_(cellsInAll) {}
 
     /// Texts that belong to the whole mesh.
     void addTexts(const std::string& name, const std::vector<std::string>& texts);
     /// The time that the mesh stands for.
     void setTime(double time);
-    void setPoints(VtuArray array) { points.push_back(std::move(array)); }
+    void setPoints(VtuArray array) { points_.push_back(std::move(array)); }
     /// Connectivity, offsets and types.
-    void addCells(VtuArray array) { cells.push_back(std::move(array)); }
-    void addPointData(VtuArray array) { pointData.push_back(std::move(array)); }
-    void addCellData(VtuArray array) { cellData.push_back(std::move(array)); }
+    void addCells(VtuArray array) { cells_.push_back(std::move(array)); }
+    void addPointData(VtuArray array) { pointData_.push_back(std::move(array)); }
+    void addCellData(VtuArray array) { cellData_.push_back(std::move(array)); }
 
     /// Writes it all. Failures show in the stream's state.
     void write(std::ostream& stream) const;
@@ -47,13 +47,13 @@ private:
     void writeSection(std::ostream& stream, const char* name, const Arrays& arrays,
                       std::uint64_t& offset) const;
 
-    std::size_t pointCount;
-    std::size_t cellCount;
-    std::string fieldData;
-    Arrays points;
-    Arrays cells;
-    Arrays pointData;
-    Arrays cellData;
+    std::size_t pointCount_;
+    std::size_t cellCount_;
+    std::string fieldData_;
+    Arrays points_;
+    Arrays cells_;
+    Arrays pointData_;
+    Arrays cellData_;
 };
 
 /// The beginning of a VTK XML file of a type, up to the line that opens the file's content.

@@ -35,46 +35,46 @@ bool CgnsElementTables::canTake(CGNS_ENUMT(ElementType_t) type) {
 }
 
 std::map<CGNS_ENUMT(ElementType_t), ElementTable> CgnsElementTables::sort(const CgnsElements& elements) {
-    tables.clear();
-    if (section.type == CGNS_ENUMV(MIXED)) {
+    tables_.clear();
+    if (section_.type == CGNS_ENUMV(MIXED)) {
         addMixed(elements);
-    } else if (section.type == CGNS_ENUMV(NGON_n)) {
+    } else if (section_.type == CGNS_ENUMV(NGON_n)) {
         addPolygons(elements);
     } else {
         addUniform(elements);
     }
-    for (auto& [type, table] : tables) {
+    for (auto& [type, table] : tables_) {
         table.dimension = dimensionOf(type);
         if (table.dimension == 3) {
             reorderNodes(table.connectivity, cgnsSolidNodeOrder(nodesOf(type)));
         }
     }
-    return std::move(tables);
+    return std::move(tables_);
 }
 
 void CgnsElementTables::addUniform(const CgnsElements& elements) {
-    const auto width = static_cast<std::size_t>(nodesOf(section.type));
-    if (elements.data.size() != section.count * width) {
-        refuse(fmt::format("{} numbers for {} elements of {} nodes", elements.data.size(), section.count,
+    const auto width = static_cast<std::size_t>(nodesOf(section_.type));
+    if (elements.data.size() != section_.count * width) {
+        refuse(fmt::format("{} numbers for {} elements of {} nodes", elements.data.size(), section_.count,
                            width));
     }
-    for (std::size_t place = 0; place < section.count; ++place) {
-        addElement(section.type, place, &elements.data[place * width], width);
+    for (std::size_t place = 0; place < section_.count; ++place) {
+        addElement(section_.type, place, &elements.data[place * width], width);
     }
 }
 
 void CgnsElementTables::addPolygons(const CgnsElements& elements) {
     checkOffsets(elements);
-    for (std::size_t place = 0; place < section.count; ++place) {
+    for (std::size_t place = 0; place < section_.count; ++place) {
         const auto begin = static_cast<std::size_t>(elements.offsets[place]);
         const auto end = static_cast<std::size_t>(elements.offsets[place + 1]);
-        addElement(section.type, place, elements.data.data() + begin, end - begin);
+        addElement(section_.type, place, elements.data.data() + begin, end - begin);
     }
 }
 
 void CgnsElementTables::addMixed(const CgnsElements& elements) {
     checkOffsets(elements);
-    for (std::size_t place = 0; place < section.count; ++place) {
+    for (std::size_t place = 0; place < section_.count; ++place) {
         const auto begin = static_cast<std::size_t>(elements.offsets[place]);
         const auto end = static_cast<std::size_t>(elements.offsets[place + 1]);
         const auto type = static_cast<CGNS_ENUMT(ElementType_t)>(begin < end ? elements.data[begin] : 0);
@@ -88,20 +88,20 @@ void CgnsElementTables::addMixed(const CgnsElements& elements) {
 
 void CgnsElementTables::addElement(CGNS_ENUMT(ElementType_t) type, std::size_t place, const cgsize_t* nodes,
                                    std::size_t count) {
-    auto& table = tables[type];
+    auto& table = tables_[type];
     for (std::size_t i = 0; i < count; ++i) {
-        if (nodes[i] < 1 || static_cast<std::size_t>(nodes[i]) > vertices) {
-            refuse(fmt::format("it refers to vertex {} of {}", nodes[i], vertices));
+        if (nodes[i] < 1 || static_cast<std::size_t>(nodes[i]) > vertices_) {
+            refuse(fmt::format("it refers to vertex {} of {}", nodes[i], vertices_));
         }
         table.connectivity.push_back(static_cast<unsigned int>(nodes[i] - 1));
     }
     table.polylength.push_back(static_cast<unsigned int>(count));
-    table.ids.push_back(static_cast<unsigned int>(static_cast<std::size_t>(section.first) + place));
+    table.ids.push_back(static_cast<unsigned int>(static_cast<std::size_t>(section_.first) + place));
 }
 
 void CgnsElementTables::checkOffsets(const CgnsElements& elements) const {
     bool isAscending = elements.offsets.front() == 0;
-    for (std::size_t place = 0; place < section.count; ++place) {
+    for (std::size_t place = 0; place < section_.count; ++place) {
         isAscending = isAscending && elements.offsets[place] <= elements.offsets[place + 1];
     }
     if (!isAscending || static_cast<std::size_t>(elements.offsets.back()) != elements.data.size()) {
@@ -110,7 +110,7 @@ void CgnsElementTables::checkOffsets(const CgnsElements& elements) const {
 }
 
 void CgnsElementTables::refuse(const std::string& damage) const {
-    throw Failure(path, fmt::format("damaged: section {}: {}", section.name, damage));
+    throw Failure(path_, fmt::format("damaged: section {}: {}", section_.name, damage));
 }
 
 } // namespace MoxTool

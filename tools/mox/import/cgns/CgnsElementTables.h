@@ -20,7 +20,7 @@ public:
     /// @param vertexCount Of the zone.
     /// @param toSort Must outlive this object.
     CgnsElementTables(std::string filePath, std::size_t vertexCount, const CgnsSection& toSort)
-        : path(std::move(filePath)), vertices(vertexCount), section(toSort) {}
+        : path_(std::move(filePath)), vertices_(vertexCount), section_(toSort) {}
 
     /// Whether a model can take the elements of a type: all but NFACE_n and those that users define.
     static bool canTake(CGNS_ENUMT(ElementType_t) type);
@@ -39,10 +39,10 @@ private:
 
     [[noreturn]] void refuse(const std::string& damage) const;
 
-    std::string path;
-    std::size_t vertices;
-    const CgnsSection& section;
-    std::map<CGNS_ENUMT(ElementType_t), ElementTable> tables;
+    std::string path_;
+    std::size_t vertices_;
+    const CgnsSection& section_;
+    std::map<CGNS_ENUMT(ElementType_t), ElementTable> tables_;
 };
 
 } // namespace MoxTool

@@ -86,23 +86,23 @@ CgnsFile::Handle::~Handle() {
     }
 }
 
-CgnsFile::CgnsFile(const std::string& path) : filePath(path) {
+CgnsFile::CgnsFile(const std::string& path) : filePath_(path) {
     silenceHdf5();
-    if (cg_open(path.c_str(), CG_MODE_READ, &file.id) != CG_OK) {
-        file.id = -1;
+    if (cg_open(path.c_str(), CG_MODE_READ, &file_.id) != CG_OK) {
+        file_.id = -1;
         throw Failure(path, fmt::format("no CGNS file, or damaged ({})", oneLine(cg_get_error())));
     }
 }
 
 float CgnsFile::version() const {
     float result = 0;
-    check(cg_version(file.id, &result), "the version");
+    check(cg_version(file_.id, &result), "the version");
     return result;
 }
 
 std::vector<CgnsBase> CgnsFile::bases() const {
     int count = 0;
-    check(cg_nbases(file.id, &count), "the number of bases");
+    check(cg_nbases(file_.id, &count), "the number of bases");
     std::vector<CgnsBase> result;
     for (int number = 1; number <= count; ++number) {
         result.push_back(readBase(number));
@@ -113,10 +113,11 @@ std::vector<CgnsBase> CgnsFile::bases() const {
 CgnsBase CgnsFile::readBase(int number) const {
     Name name{};
     CgnsBase base;
-    check(cg_base_read(file.id, number, name.data(), &base.cellDimension, &base.physicalDimension), "a base");
+    check(cg_base_read(file_.id, number, name.data(), &base.cellDimension, &base.physicalDimension),
+          "a base");
     base.name = name.data();
     int zones = 0;
-    check(cg_nzones(file.id, number, &zones), "the number of zones");
+    check(cg_nzones(file_.id, number, &zones), "the number of zones");
     for (int zone = 1; zone <= zones; ++zone) {
         base.zones.push_back(readZone(number, zone, base.cellDimension));
     }
@@ -128,8 +129,8 @@ CgnsZone CgnsFile::readZone(int base, int number, int cellDimension) const {
     Name name{};
     std::array<cgsize_t, 9> sizes{};
     auto type = CGNS_ENUMV(ZoneTypeNull);
-    check(cg_zone_read(file.id, base, number, name.data(), sizes.data()), "a zone");
-    check(cg_zone_type(file.id, base, number, &type), "the type of a zone");
+    check(cg_zone_read(file_.id, base, number, name.data(), sizes.data()), "a zone");
+    check(cg_zone_type(file_.id, base, number, &type), "the type of a zone");
     CgnsZone zone;
     zone.base = base;
     zone.number = number;
@@ -141,7 +142,7 @@ CgnsZone CgnsFile::readZone(int base, int number, int cellDimension) const {
         zone.vertexExtents[place] = sizes[place];
         zone.cellExtents[place] = sizes[place + static_cast<std::size_t>(zone.indexCount)];
         if (zone.vertexExtents[place] < 0 || zone.cellExtents[place] < 0) {
-            throw Failure(filePath, fmt::format("damaged: zone {} has a negative size", zone.name));
+            throw Failure(filePath_, fmt::format("damaged: zone {} has a negative size", zone.name));
         }
     }
     return zone;
@@ -151,12 +152,12 @@ CgnsZone CgnsFile::readZone(int base, int number, int cellDimension) const {
 std::vector<double> CgnsFile::readTimes(int base) const {
     Name name{};
     int steps = 0;
-    if (cg_biter_read(file.id, base, name.data(), &steps) != CG_OK || steps < 0) {
+    if (cg_biter_read(file_.id, base, name.data(), &steps) != CG_OK || steps < 0) {
         return {};
     }
     std::vector<double> times(static_cast<std::size_t>(steps));
     std::iota(times.begin(), times.end(), 1.0);
-    check(cg_goto(file.id, base, "BaseIterativeData_t", 1, "end"), "the iterative data");
+    check(cg_goto(file_.id, base, "BaseIterativeData_t", 1, "end"), "the iterative data");
     const auto arrays = arraysHere();
     for (const auto* wanted : {"IterationValues", "TimeValues"}) {
         for (std::size_t place = 0; place < arrays.size(); ++place) {
@@ -171,12 +172,12 @@ std::vector<double> CgnsFile::readTimes(int base) const {
 
 std::vector<std::string> CgnsFile::coordinateNames(const CgnsZone& zone) const {
     int count = 0;
-    check(cg_ncoords(file.id, zone.base, zone.number, &count), "the number of coordinates");
+    check(cg_ncoords(file_.id, zone.base, zone.number, &count), "the number of coordinates");
     std::vector<std::string> names;
     for (int number = 1; number <= count; ++number) {
         Name name{};
         auto type = CGNS_ENUMV(DataTypeNull);
-        check(cg_coord_info(file.id, zone.base, zone.number, number, &type, name.data()), "a coordinate");
+        check(cg_coord_info(file_.id, zone.base, zone.number, number, &type, name.data()), "a coordinate");
         names.emplace_back(name.data());
     }
     return names;
@@ -188,7 +189,7 @@ std::vector<double> CgnsFile::coordinates(const CgnsZone& zone, const std::strin
     std::transform(zone.vertexExtents.begin(), zone.vertexExtents.end(), last.begin(),
                    [](auto extent) { return static_cast<cgsize_t>(extent); });
     std::vector<double> values(zone.vertices());
-    check(cg_coord_read(file.id, zone.base, zone.number, name.c_str(), CGNS_ENUMV(RealDouble), first.data(),
+    check(cg_coord_read(file_.id, zone.base, zone.number, name.c_str(), CGNS_ENUMV(RealDouble), first.data(),
                         last.data(), values.data()),
           "the coordinates");
     return values;
@@ -196,7 +197,7 @@ std::vector<double> CgnsFile::coordinates(const CgnsZone& zone, const std::strin
 
 std::vector<CgnsSection> CgnsFile::sections(const CgnsZone& zone) const {
     int count = 0;
-    check(cg_nsections(file.id, zone.base, zone.number, &count), "the number of sections");
+    check(cg_nsections(file_.id, zone.base, zone.number, &count), "the number of sections");
     std::vector<CgnsSection> result;
     for (int number = 1; number <= count; ++number) {
         Name name{};
@@ -205,12 +206,12 @@ std::vector<CgnsSection> CgnsFile::sections(const CgnsZone& zone) const {
         cgsize_t last = 0;
         int boundaryElements = 0;
         int parents = 0;
-        check(cg_section_read(file.id, zone.base, zone.number, number, name.data(), &section.type, &first,
+        check(cg_section_read(file_.id, zone.base, zone.number, number, name.data(), &section.type, &first,
                               &last, &boundaryElements, &parents),
               "a section of elements");
         if (first < 1 || last < first - 1) {
-            throw Failure(filePath, fmt::format("damaged: section {} goes from element {} to {}", name.data(),
-                                                first, last));
+            throw Failure(filePath_, fmt::format("damaged: section {} goes from element {} to {}",
+                                                 name.data(), first, last));
         }
         section.number = number;
         section.name = name.data();
@@ -224,19 +225,19 @@ std::vector<CgnsSection> CgnsFile::sections(const CgnsZone& zone) const {
 
 CgnsElements CgnsFile::elements(const CgnsZone& zone, const CgnsSection& section) const {
     cgsize_t size = 0;
-    check(cg_ElementDataSize(file.id, zone.base, zone.number, section.number, &size),
+    check(cg_ElementDataSize(file_.id, zone.base, zone.number, section.number, &size),
           "the size of a section");
     CgnsElements elements;
     elements.data.resize(static_cast<std::size_t>(std::max<cgsize_t>(0, size)));
     const bool hasOffsets = section.type == CGNS_ENUMV(MIXED) || section.type == CGNS_ENUMV(NGON_n);
     if (!hasOffsets) {
         check(
-            cg_elements_read(file.id, zone.base, zone.number, section.number, elements.data.data(), nullptr),
+            cg_elements_read(file_.id, zone.base, zone.number, section.number, elements.data.data(), nullptr),
             "the nodes of the elements");
         return elements;
     }
     elements.offsets.resize(section.count + 1);
-    check(cg_poly_elements_read(file.id, zone.base, zone.number, section.number, elements.data.data(),
+    check(cg_poly_elements_read(file_.id, zone.base, zone.number, section.number, elements.data.data(),
                                 elements.offsets.data(), nullptr),
           "the nodes of the elements");
     return elements;
@@ -244,7 +245,7 @@ CgnsElements CgnsFile::elements(const CgnsZone& zone, const CgnsSection& section
 
 std::vector<CgnsSolution> CgnsFile::solutions(const CgnsZone& zone) const {
     int count = 0;
-    check(cg_nsols(file.id, zone.base, zone.number, &count), "the number of solutions");
+    check(cg_nsols(file_.id, zone.base, zone.number, &count), "the number of solutions");
     std::vector<CgnsSolution> result;
     for (int number = 1; number <= count; ++number) {
         result.push_back(readSolution(zone, number));
@@ -255,19 +256,19 @@ std::vector<CgnsSolution> CgnsFile::solutions(const CgnsZone& zone) const {
 CgnsSolution CgnsFile::readSolution(const CgnsZone& zone, int number) const {
     Name name{};
     CgnsSolution solution;
-    check(cg_sol_info(file.id, zone.base, zone.number, number, name.data(), &solution.location),
+    check(cg_sol_info(file_.id, zone.base, zone.number, number, name.data(), &solution.location),
           "a solution");
     solution.number = number;
     solution.name = name.data();
     auto points = CGNS_ENUMV(PointSetTypeNull);
     cgsize_t pointCount = 0;
-    check(cg_sol_ptset_info(file.id, zone.base, zone.number, number, &points, &pointCount), "a solution");
+    check(cg_sol_ptset_info(file_.id, zone.base, zone.number, number, &points, &pointCount), "a solution");
     solution.isPartial = points != CGNS_ENUMV(PointSetTypeNull);
     int fields = 0;
-    check(cg_nfields(file.id, zone.base, zone.number, number, &fields), "the number of fields");
+    check(cg_nfields(file_.id, zone.base, zone.number, number, &fields), "the number of fields");
     for (int field = 1; field <= fields; ++field) {
         auto type = CGNS_ENUMV(DataTypeNull);
-        check(cg_field_info(file.id, zone.base, zone.number, number, field, &type, name.data()), "a field");
+        check(cg_field_info(file_.id, zone.base, zone.number, number, field, &type, name.data()), "a field");
         solution.fields.emplace_back(name.data());
     }
     return solution;
@@ -282,7 +283,7 @@ std::vector<double> CgnsFile::field(const CgnsZone& zone, const CgnsSolution& so
     std::transform(extents.begin(), extents.end(), last.begin(),
                    [](auto extent) { return static_cast<cgsize_t>(extent); });
     std::vector<double> values(isOnVertices ? zone.vertices() : zone.cells());
-    check(cg_field_read(file.id, zone.base, zone.number, solution.number, name.c_str(),
+    check(cg_field_read(file_.id, zone.base, zone.number, solution.number, name.c_str(),
                         CGNS_ENUMV(RealDouble), first.data(), last.data(), values.data()),
           "a field");
     return values;
@@ -290,10 +291,10 @@ std::vector<double> CgnsFile::field(const CgnsZone& zone, const CgnsSolution& so
 
 std::vector<std::vector<std::string>> CgnsFile::solutionsOfSteps(const CgnsZone& zone) const {
     Name name{};
-    if (cg_ziter_read(file.id, zone.base, zone.number, name.data()) != CG_OK) {
+    if (cg_ziter_read(file_.id, zone.base, zone.number, name.data()) != CG_OK) {
         return {};
     }
-    check(cg_goto(file.id, zone.base, "Zone_t", zone.number, "ZoneIterativeData_t", 1, "end"),
+    check(cg_goto(file_.id, zone.base, "Zone_t", zone.number, "ZoneIterativeData_t", 1, "end"),
           "the iterative data of a zone");
     std::vector<std::vector<std::string>> steps;
     const auto arrays = arraysHere();
@@ -317,7 +318,7 @@ std::vector<std::vector<std::string>> CgnsFile::solutionsOfSteps(const CgnsZone&
 
 CgnsNode CgnsFile::root() const {
     double id = 0;
-    check(cg_root_id(file.id, &id), "its tree");
+    check(cg_root_id(file_.id, &id), "its tree");
     return describe(id);
 }
 
@@ -347,13 +348,14 @@ CgnsNode CgnsFile::describe(double id) const {
 
 int CgnsFile::treeHandle() const {
     int handle = 0;
-    check(cg_get_cgio(file.id, &handle), "its tree");
+    check(cg_get_cgio(file_.id, &handle), "its tree");
     return handle;
 }
 
 void CgnsFile::check(int status, const char* what) const {
     if (status != CG_OK) {
-        throw Failure(filePath, fmt::format("damaged: {} can't be read ({})", what, oneLine(cg_get_error())));
+        throw Failure(filePath_,
+                      fmt::format("damaged: {} can't be read ({})", what, oneLine(cg_get_error())));
     }
 }
 

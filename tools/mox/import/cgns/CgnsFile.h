@@ -77,7 +77,7 @@ public:
     CgnsFile(const CgnsFile&) = delete;
     CgnsFile& operator=(const CgnsFile&) = delete;
 
-    const std::string& path() const { return filePath; }
+    const std::string& path() const { return filePath_; }
     /// Of the library that wrote the file.
     float version() const;
     std::vector<CgnsBase> bases() const;
@@ -114,8 +114,8 @@ private:
     int treeHandle() const;
     void check(int status, const char* what) const;
 
-    std::string filePath;
-    Handle file;
+    std::string filePath_;
+    Handle file_;
 };
 
 } // namespace MoxTool

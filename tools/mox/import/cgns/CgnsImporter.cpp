@@ -46,65 +46,65 @@ Qel::Mox2::Attributes zoneAttributes(const CgnsZone& zone) {
 } // namespace
 
 void CgnsImporter::run() {
-    const auto bases = file.bases();
+    const auto bases = file_.bases();
     if (bases.empty()) {
-        throw Failure(file.path(), "has no base");
+        throw Failure(file_.path(), "has no base");
     }
     for (const auto& base : bases) {
-        zoneCount += base.zones.size();
+        zoneCount_ += base.zones.size();
     }
-    const auto stem = std::filesystem::path(file.path()).stem().string();
+    const auto stem = std::filesystem::path(file_.path()).stem().string();
     Qel::Mox2::Attributes attributes;
-    setFile(attributes, file);
+    setFile(attributes, file_);
     if (bases.size() == 1) {
         setBase(attributes, bases.front());
     }
-    const auto root = target.model.addNode(Qel::Mox2::NodeType::RootGroup,
-                                           bases.size() == 1 ? bases.front().name : stem, attributes);
+    const auto root = target_.model.addNode(Qel::Mox2::NodeType::RootGroup,
+                                            bases.size() == 1 ? bases.front().name : stem, attributes);
     for (const auto& base : bases) {
         addZones(base, bases.size() == 1 ? root : addGroup(base, root));
     }
-    target.terminal.clearProgress();
+    target_.terminal.clearProgress();
     listSkipped();
 }
 
 unsigned int CgnsImporter::addGroup(const CgnsBase& base, unsigned int root) {
     Qel::Mox2::Attributes attributes;
     setBase(attributes, base);
-    target.model.setCurrentNodeId(root);
-    return target.model.addNode(Qel::Mox2::NodeType::Group, base.name, attributes);
+    target_.model.setCurrentNodeId(root);
+    return target_.model.addNode(Qel::Mox2::NodeType::Group, base.name, attributes);
 }
 
 void CgnsImporter::addZones(const CgnsBase& base, unsigned int group) {
     for (const auto& zone : base.zones) {
-        target.terminal.progress("importing zones",
-                                 static_cast<double>(zonesDone++) / static_cast<double>(zoneCount));
+        target_.terminal.progress("importing zones",
+                                  static_cast<double>(zonesDone_++) / static_cast<double>(zoneCount_));
         addZone(base, zone, group);
     }
-    results.addSteps(base);
+    results_.addSteps(base);
 }
 
 void CgnsImporter::addZone(const CgnsBase& base, const CgnsZone& zone, unsigned int baseGroup) {
-    target.limits.checkNodeCount(zone.vertices());
-    target.model.setCurrentNodeId(baseGroup);
-    const auto group = target.model.addNode(Qel::Mox2::NodeType::Group, zone.name, zoneAttributes(zone));
-    auto parts = sections.addZone(base, zone, group);
+    target_.limits.checkNodeCount(zone.vertices());
+    target_.model.setCurrentNodeId(baseGroup);
+    const auto group = target_.model.addNode(Qel::Mox2::NodeType::Group, zone.name, zoneAttributes(zone));
+    auto parts = sections_.addZone(base, zone, group);
     addVertices(zone, parts);
-    results.addZone(base, zone, std::move(parts));
+    results_.addZone(base, zone, std::move(parts));
 }
 
 void CgnsImporter::addVertices(const CgnsZone& zone, const std::vector<CgnsPart>& parts) {
     RealTable table(zone.vertices(), Axes.size());
-    for (const auto& name : file.coordinateNames(zone)) {
+    for (const auto& name : file_.coordinateNames(zone)) {
         const auto axis = std::find(Axes.begin(), Axes.end(), name) - Axes.begin();
         if (static_cast<std::size_t>(axis) == Axes.size()) {
-            otherCoordinates.push_back(name);
+            otherCoordinates_.push_back(name);
         } else {
-            table.setColumn(static_cast<std::size_t>(axis), file.coordinates(zone, name), target.narrowing);
+            table.setColumn(static_cast<std::size_t>(axis), file_.coordinates(zone, name), target_.narrowing);
         }
     }
     if (parts.empty()) {
-        target.summary.addNote(
+        target_.summary.addNote(
             fmt::format("zone {} has no elements that a model can take; its {} vertices are not taken",
                         zone.name, zone.vertices()));
         return;
@@ -116,17 +116,17 @@ void CgnsImporter::addVertices(const CgnsZone& zone, const std::vector<CgnsPart>
     }
     std::vector<unsigned int> ids(zone.vertices());
     std::iota(ids.begin(), ids.end(), 1U);
-    target.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});
-    target.datasets.writeIntegers(DatasetType::NodeIds, ids, geometries);
-    target.summary.nodes += static_cast<std::int64_t>(zone.vertices());
+    target_.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});
+    target_.datasets.writeIntegers(DatasetType::NodeIds, ids, geometries);
+    target_.summary.nodes += static_cast<std::int64_t>(zone.vertices());
 }
 
 void CgnsImporter::listSkipped() {
-    target.summary.addSkipped("coordinates other than CoordinateX, CoordinateY and CoordinateZ",
-                              otherCoordinates);
-    sections.listSkipped();
-    results.listSkipped();
-    listSkippedCgnsNodes(file, target.summary);
+    target_.summary.addSkipped("coordinates other than CoordinateX, CoordinateY and CoordinateZ",
+                               otherCoordinates_);
+    sections_.listSkipped();
+    results_.listSkipped();
+    listSkippedCgnsNodes(file_, target_.summary);
 }
 
 } // namespace MoxTool

@@ -16,7 +16,7 @@ class CgnsImporter {
 public:
     /// Both must outlive the importer.
     CgnsImporter(const CgnsFile& input, ImportTarget& output)
-        : file(input), target(output), sections(input, output), results(input, output) {}
+        : file_(input), target_(output), sections_(input, output), results_(input, output) {}
 
     /// To be called once.
     /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.
@@ -29,13 +29,13 @@ private:
     void addVertices(const CgnsZone& zone, const std::vector<CgnsPart>& parts);
     void listSkipped();
 
-    const CgnsFile& file;
-    ImportTarget& target;
-    CgnsSectionImporter sections;
-    CgnsResultImporter results;
-    std::size_t zoneCount = 0;
-    std::size_t zonesDone = 0;
-    std::vector<std::string> otherCoordinates;
+    const CgnsFile& file_;
+    ImportTarget& target_;
+    CgnsSectionImporter sections_;
+    CgnsResultImporter results_;
+    std::size_t zoneCount_ = 0;
+    std::size_t zonesDone_ = 0;
+    std::vector<std::string> otherCoordinates_;
 };
 
 } // namespace MoxTool

@@ -62,37 +62,37 @@ std::vector<const CgnsSolution*> withoutStep(const std::vector<CgnsSolution>& so
 
 void CgnsResultImporter::addZone(const CgnsBase& base, const CgnsZone& source, std::vector<CgnsPart> parts) {
     auto cells = cellsOf(parts);
-    Zone zone{source, std::move(parts), std::move(cells), file.solutions(source),
-              file.solutionsOfSteps(source)};
+    Zone zone{source, std::move(parts), std::move(cells), file_.solutions(source),
+              file_.solutionsOfSteps(source)};
     std::erase_if(zone.solutions, [&](const auto& solution) { return !canTake(zone, solution); });
     zone.steps.resize(std::min(zone.steps.size(), base.times.size()));
     addStep(base, zone, withoutStep(zone.solutions, zone.steps), {});
-    target.summary.steps = std::max(target.summary.steps, static_cast<std::int64_t>(zone.steps.size()));
-    zones.push_back(std::move(zone));
+    target_.summary.steps = std::max(target_.summary.steps, static_cast<std::int64_t>(zone.steps.size()));
+    zones_.push_back(std::move(zone));
 }
 
 void CgnsResultImporter::addSteps(const CgnsBase& base) {
     for (std::size_t step = 0; step < base.times.size(); ++step) {
-        target.terminal.progress("importing steps",
-                                 static_cast<double>(step) / static_cast<double>(base.times.size()));
-        for (const auto& zone : zones) {
+        target_.terminal.progress("importing steps",
+                                  static_cast<double>(step) / static_cast<double>(base.times.size()));
+        for (const auto& zone : zones_) {
             if (step < zone.steps.size()) {
                 addStep(base, zone, named(zone.solutions, zone.steps[step]),
                         makeStep(step, base.times[step], std::nullopt));
             }
         }
     }
-    zones.clear();
+    zones_.clear();
 }
 
 bool CgnsResultImporter::canTake(const Zone& zone, const CgnsSolution& solution) {
     const bool isOnVertices = solution.location == CGNS_ENUMV(Vertex);
     if (solution.isPartial || (!isOnVertices && solution.location != CGNS_ENUMV(CellCenter))) {
-        elsewhere.push_back(solution.name);
+        elsewhere_.push_back(solution.name);
         return false;
     }
     if (!isOnVertices && zone.cells.size() != zone.source.cells()) {
-        withoutCells.push_back(solution.name);
+        withoutCells_.push_back(solution.name);
         return false;
     }
     return true;
@@ -111,8 +111,8 @@ void CgnsResultImporter::addStep(const CgnsBase& base, const Zone& zone, const S
     for (const auto& result : cellResults) {
         addOnCells(zone, onCells, result, step);
     }
-    noteRenamed(vertexResults, target.summary);
-    noteRenamed(cellResults, target.summary);
+    noteRenamed(vertexResults, target_.summary);
+    noteRenamed(cellResults, target_.summary);
 }
 
 CgnsResultImporter::Fields CgnsResultImporter::fieldsAt(CGNS_ENUMT(GridLocation_t) location,
@@ -132,7 +132,7 @@ std::vector<std::vector<double>> CgnsResultImporter::readColumns(const Zone& zon
                                                                  const ResultDataset& result) const {
     std::vector<std::vector<double>> columns;
     for (const auto variable : result.variables) {
-        columns.push_back(file.field(zone.source, *fields.solutions[variable], fields.names[variable]));
+        columns.push_back(file_.field(zone.source, *fields.solutions[variable], fields.names[variable]));
     }
     return columns;
 }
@@ -145,10 +145,10 @@ void CgnsResultImporter::addOnVertices(const Zone& zone, const Fields& fields, c
     const auto columns = readColumns(zone, fields, result);
     RealTable table(zone.source.vertices(), result.width);
     for (std::size_t column = 0; column < columns.size(); ++column) {
-        table.setColumn(column, columns[column], target.narrowing);
+        table.setColumn(column, columns[column], target_.narrowing);
     }
-    target.datasets.writeReals(result.name, result.type, table, geometriesOf(zone.parts), step,
-                               componentAttributes(result, fields.names));
+    target_.datasets.writeReals(result.name, result.type, table, geometriesOf(zone.parts), step,
+                                componentAttributes(result, fields.names));
 }
 
 void CgnsResultImporter::addOnCells(const Zone& zone, const Fields& fields, const ResultDataset& result,
@@ -166,17 +166,17 @@ void CgnsResultImporter::addOnCells(const Zone& zone, const Fields& fields, cons
                     std::lower_bound(zone.cells.begin(), zone.cells.end(), id) - zone.cells.begin();
                 return columns[column][static_cast<std::size_t>(cell)];
             });
-            table.setColumn(column, values, target.narrowing);
+            table.setColumn(column, values, target_.narrowing);
         }
-        target.datasets.writeReals(result.name, result.type, table, DatasetWriter::Ids(1, part.geometry),
-                                   step, componentAttributes(result, fields.names));
+        target_.datasets.writeReals(result.name, result.type, table, DatasetWriter::Ids(1, part.geometry),
+                                    step, componentAttributes(result, fields.names));
     }
 }
 
 void CgnsResultImporter::listSkipped() {
-    target.summary.addSkipped("solutions elsewhere than on all vertices or all cell centres", elsewhere);
-    target.summary.addSkipped("solutions on cells, since the zone's elements are not its cells",
-                              withoutCells);
+    target_.summary.addSkipped("solutions elsewhere than on all vertices or all cell centres", elsewhere_);
+    target_.summary.addSkipped("solutions on cells, since the zone's elements are not its cells",
+                               withoutCells_);
 }
 
 } // namespace MoxTool

@@ -15,7 +15,7 @@ namespace MoxTool {
 class CgnsResultImporter {
 public:
     /// Both must outlive the importer.
-    CgnsResultImporter(const CgnsFile& input, ImportTarget& output) : file(input), target(output) {}
+    CgnsResultImporter(const CgnsFile& input, ImportTarget& output) : file_(input), target_(output) {}
 
     /// Adds the results without a step.
     /// @param zone Must outlive the call of addSteps() for its base.
@@ -59,11 +59,11 @@ private:
     void addOnCells(const Zone& zone, const Fields& fields, const ResultDataset& result,
                     const Qel::Mox2::Step& step);
 
-    const CgnsFile& file;
-    ImportTarget& target;
-    std::vector<Zone> zones;
-    std::vector<std::string> elsewhere;
-    std::vector<std::string> withoutCells;
+    const CgnsFile& file_;
+    ImportTarget& target_;
+    std::vector<Zone> zones_;
+    std::vector<std::string> elsewhere_;
+    std::vector<std::string> withoutCells_;
 };
 
 } // namespace MoxTool

@@ -35,12 +35,12 @@ Qel::Mox2::Attributes attributesOf(const std::string& section, const std::string
 
 std::vector<CgnsPart> CgnsSectionImporter::addZone(const CgnsBase& base, const CgnsZone& zone,
                                                    unsigned int group) {
-    zoneGroup = group;
+    zoneGroup_ = group;
     std::vector<CgnsPart> parts;
     if (zone.isStructured) {
         addCells(base, zone, parts);
     }
-    for (const auto& section : file.sections(zone)) {
+    for (const auto& section : file_.sections(zone)) {
         addSection(base, zone, section, parts);
     }
     return parts;
@@ -49,14 +49,15 @@ std::vector<CgnsPart> CgnsSectionImporter::addZone(const CgnsBase& base, const C
 void CgnsSectionImporter::addSection(const CgnsBase& base, const CgnsZone& zone, const CgnsSection& section,
                                      std::vector<CgnsPart>& parts) {
     if (section.hasParents) {
-        sectionsWithParents.push_back(section.name);
+        sectionsWithParents_.push_back(section.name);
     }
     if (!CgnsElementTables::canTake(section.type)) {
-        otherSections.push_back(fmt::format("{}: {} elements of type {}", section.name, section.count,
-                                            cgnsTypeName(section.type)));
+        otherSections_.push_back(fmt::format("{}: {} elements of type {}", section.name, section.count,
+                                             cgnsTypeName(section.type)));
         return;
     }
-    auto tables = CgnsElementTables(file.path(), zone.vertices(), section).sort(file.elements(zone, section));
+    auto tables =
+        CgnsElementTables(file_.path(), zone.vertices(), section).sort(file_.elements(zone, section));
     for (auto& [type, table] : tables) {
         const auto typeName = cgnsTypeName(type);
         const auto name = tables.size() == 1 ? section.name : fmt::format("{} ({})", section.name, typeName);
@@ -76,14 +77,14 @@ void CgnsSectionImporter::addCells(const CgnsBase& base, const CgnsZone& zone, s
 }
 
 CgnsPart CgnsSectionImporter::addPart(const CgnsBase& base, const std::string& name, ElementTable table) {
-    const auto geometry = target.shapes.addShape(zoneGroup, name, partCount++);
-    target.shapes.addElements(geometry, table);
+    const auto geometry = target_.shapes.addShape(zoneGroup_, name, partCount_++);
+    target_.shapes.addElements(geometry, table);
     return {geometry, table.dimension == base.cellDimension, std::move(table.ids)};
 }
 
 void CgnsSectionImporter::listSkipped() {
-    target.summary.addSkipped("sections of other elements", otherSections);
-    target.summary.addSkipped("parents of elements", sectionsWithParents);
+    target_.summary.addSkipped("sections of other elements", otherSections_);
+    target_.summary.addSkipped("parents of elements", sectionsWithParents_);
 }
 
 } // namespace MoxTool

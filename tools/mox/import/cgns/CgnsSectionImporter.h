@@ -15,7 +15,7 @@ namespace MoxTool {
 class CgnsSectionImporter {
 public:
     /// Both must outlive the importer.
-    CgnsSectionImporter(const CgnsFile& input, ImportTarget& output) : file(input), target(output) {}
+    CgnsSectionImporter(const CgnsFile& input, ImportTarget& output) : file_(input), target_(output) {}
 
     /// @param group The zone's node in the model.
     /// @throws Failure if the file is damaged; what the model throws.
@@ -30,12 +30,12 @@ private:
     void addCells(const CgnsBase& base, const CgnsZone& zone, std::vector<CgnsPart>& parts);
     CgnsPart addPart(const CgnsBase& base, const std::string& name, ElementTable table);
 
-    const CgnsFile& file;
-    ImportTarget& target;
-    unsigned int zoneGroup = 0;
-    std::size_t partCount = 0;
-    std::vector<std::string> otherSections;
-    std::vector<std::string> sectionsWithParents;
+    const CgnsFile& file_;
+    ImportTarget& target_;
+    unsigned int zoneGroup_ = 0;
+    std::size_t partCount_ = 0;
+    std::vector<std::string> otherSections_;
+    std::vector<std::string> sectionsWithParents_;
 };
 
 } // namespace MoxTool

@@ -41,20 +41,20 @@ const std::map<std::string, std::string> Kinds = {
 
 class Collector {
 public:
-    explicit Collector(const CgnsFile& input) : file(input) {}
+    explicit Collector(const CgnsFile& input) : file_(input) {}
 
     // With a stack of its own, since a file can nest nodes deeper than calls can.
     void collect() {
-        waiting.push_back(file.root());
-        while (!waiting.empty()) {
-            const auto parent = waiting.back();
-            waiting.pop_back();
+        waiting_.push_back(file_.root());
+        while (!waiting_.empty()) {
+            const auto parent = waiting_.back();
+            waiting_.pop_back();
             collectBelow(parent);
         }
     }
 
     void addTo(ConversionSummary& summary) const {
-        for (const auto& [label, names] : namesByLabel) {
+        for (const auto& [label, names] : namesByLabel_) {
             const auto kind = Kinds.find(label);
             summary.addSkipped(kind == Kinds.end() ? "nodes of the type " + label : kind->second, names);
         }
@@ -63,21 +63,21 @@ public:
 private:
     void collectBelow(const CgnsNode& parent) {
         bool hasGrid = false;
-        const auto children = file.children(parent);
-        std::copy_if(children.rbegin(), children.rend(), std::back_inserter(waiting),
+        const auto children = file_.children(parent);
+        std::copy_if(children.rbegin(), children.rend(), std::back_inserter(waiting_),
                      [](const auto& node) { return Inner.contains(node.label); });
         for (const auto& node : children) {
             const bool isFirstGrid = node.label == "GridCoordinates_t" && !hasGrid;
             hasGrid = hasGrid || isFirstGrid;
             if (!isFirstGrid && !Known.contains(node.label)) {
-                namesByLabel[node.label].push_back(node.name);
+                namesByLabel_[node.label].push_back(node.name);
             }
         }
     }
 
-    const CgnsFile& file;
-    std::vector<CgnsNode> waiting;
-    std::map<std::string, std::vector<std::string>> namesByLabel;
+    const CgnsFile& file_;
+    std::vector<CgnsNode> waiting_;
+    std::map<std::string, std::vector<std::string>> namesByLabel_;
 };
 
 } // namespace

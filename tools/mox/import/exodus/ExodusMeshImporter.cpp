@@ -61,38 +61,38 @@ Qel::Mox2::Attributes blockAttributes(const ExodusBlock& block) {
 } // namespace
 
 ExodusMesh ExodusMeshImporter::run() {
-    target.limits.checkNodeCount(static_cast<std::uint64_t>(file.counts().num_nodes));
+    target_.limits.checkNodeCount(static_cast<std::uint64_t>(file_.counts().num_nodes));
     addRoot();
     addParts();
     addNodes();
     addAllElements();
-    return mesh;
+    return mesh_;
 }
 
 void ExodusMeshImporter::addRoot() {
-    const std::string title = file.counts().title;
-    const auto stem = std::filesystem::path(file.path()).stem().string();
-    target.model.addNode(Qel::Mox2::NodeType::RootGroup, title.empty() ? stem : title, rootAttributes());
+    const std::string title = file_.counts().title;
+    const auto stem = std::filesystem::path(file_.path()).stem().string();
+    target_.model.addNode(Qel::Mox2::NodeType::RootGroup, title.empty() ? stem : title, rootAttributes());
 }
 
 Qel::Mox2::Attributes ExodusMeshImporter::rootAttributes() const {
-    const auto& counts = file.counts();
+    const auto& counts = file_.counts();
     Qel::Mox2::Attributes attributes;
     attributes.set(AttributeNames::Title, counts.title);
-    attributes.set(AttributeNames::SourceFile, std::filesystem::path(file.path()).filename().string());
-    attributes.set("Exodus API Version", fmt::format("{:.2f}", file.apiVersion()));
-    attributes.set("Exodus File Version", fmt::format("{:.2f}", file.fileVersion()));
+    attributes.set(AttributeNames::SourceFile, std::filesystem::path(file_.path()).filename().string());
+    attributes.set("Exodus API Version", fmt::format("{:.2f}", file_.apiVersion()));
+    attributes.set("Exodus File Version", fmt::format("{:.2f}", file_.fileVersion()));
     setNumber(attributes, AttributeNames::Dimensions, counts.num_dim);
     setNumber(attributes, AttributeNames::Nodes, counts.num_nodes);
     setNumber(attributes, AttributeNames::Elements, counts.num_elem);
     setNumber(attributes, AttributeNames::ElementBlocks, counts.num_elem_blk);
     setNumber(attributes, AttributeNames::NodeSets, counts.num_node_sets);
     setNumber(attributes, AttributeNames::SideSets, counts.num_side_sets);
-    setNumber(attributes, AttributeNames::Steps, static_cast<std::int64_t>(file.times().size()));
-    if (!hasResults(file)) {
-        setTimes(attributes, file.times());
+    setNumber(attributes, AttributeNames::Steps, static_cast<std::int64_t>(file_.times().size()));
+    if (!hasResults(file_)) {
+        setTimes(attributes, file_.times());
     }
-    setQaRecords(attributes, file.qaRecords());
+    setQaRecords(attributes, file_.qaRecords());
     return attributes;
 }
 
@@ -100,51 +100,51 @@ void ExodusMeshImporter::addParts() {
     std::vector<std::string> empty;
     std::vector<std::string> unknown;
     std::vector<unsigned int> geometries;
-    for (std::size_t i = 0; i < file.blocks().size(); ++i) {
-        const auto& block = file.blocks()[i];
+    for (std::size_t i = 0; i < file_.blocks().size(); ++i) {
+        const auto& block = file_.blocks()[i];
         const auto dimension =
-            ElementType(block.elementType).dimension(block.nodesPerElement, file.dimension());
+            ElementType(block.elementType).dimension(block.nodesPerElement, file_.dimension());
         if (block.elementCount == 0) {
             empty.push_back(blockName(block));
         } else if (!dimension) {
             unknown.push_back(fmt::format("{}: {} elements of type {}", blockName(block), block.elementCount,
                                           block.elementType));
         } else {
-            mesh.parts.push_back(addPart(i, *dimension));
-            geometries.push_back(mesh.parts.back().geometry);
+            mesh_.parts.push_back(addPart(i, *dimension));
+            geometries.push_back(mesh_.parts.back().geometry);
         }
     }
-    mesh.geometries = geometries;
-    target.summary.addSkipped("empty element blocks", empty);
-    target.summary.addSkipped("element blocks of other types", unknown);
+    mesh_.geometries = geometries;
+    target_.summary.addSkipped("empty element blocks", empty);
+    target_.summary.addSkipped("element blocks of other types", unknown);
 }
 
 ExodusPart ExodusMeshImporter::addPart(std::size_t blockIndex, int dimension) {
-    const auto& block = file.blocks()[blockIndex];
-    const auto geometry = target.shapes.addShape(1, blockName(block), blockIndex);
+    const auto& block = file_.blocks()[blockIndex];
+    const auto geometry = target_.shapes.addShape(1, blockName(block), blockIndex);
     return {&block, blockIndex, dimension, geometry};
 }
 
 void ExodusMeshImporter::addNodes() {
-    const auto count = file.counts().num_nodes;
-    if (mesh.parts.empty()) {
-        target.summary.addSkipped("nodes, since there is no element block to hold them", count);
+    const auto count = file_.counts().num_nodes;
+    if (mesh_.parts.empty()) {
+        target_.summary.addSkipped("nodes, since there is no element block to hold them", count);
         return;
     }
     RealTable coordinates(static_cast<std::size_t>(count), 3);
-    for (int axis = 0; axis < file.dimension(); ++axis) {
-        coordinates.setColumn(static_cast<std::size_t>(axis), file.coordinates(axis), target.narrowing);
+    for (int axis = 0; axis < file_.dimension(); ++axis) {
+        coordinates.setColumn(static_cast<std::size_t>(axis), file_.coordinates(axis), target_.narrowing);
     }
-    target.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, coordinates,
-                               mesh.geometries, {});
-    target.datasets.writeIntegers(DatasetType::NodeIds,
-                                  target.limits.narrowIds(file.idMap(EX_NODE_MAP, count)), mesh.geometries);
-    target.summary.nodes = count;
+    target_.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, coordinates,
+                                mesh_.geometries, {});
+    target_.datasets.writeIntegers(
+        DatasetType::NodeIds, target_.limits.narrowIds(file_.idMap(EX_NODE_MAP, count)), mesh_.geometries);
+    target_.summary.nodes = count;
 }
 
 void ExodusMeshImporter::addAllElements() {
-    const auto ids = file.idMap(EX_ELEM_MAP, file.counts().num_elem);
-    for (const auto& part : mesh.parts) {
+    const auto ids = file_.idMap(EX_ELEM_MAP, file_.counts().num_elem);
+    for (const auto& part : mesh_.parts) {
         const auto first = static_cast<std::size_t>(part.block->firstElement);
         addElements(part, std::span(ids).subspan(first, static_cast<std::size_t>(part.block->elementCount)));
     }
@@ -152,8 +152,8 @@ void ExodusMeshImporter::addAllElements() {
 
 void ExodusMeshImporter::addElements(const ExodusPart& part, std::span<const std::int64_t> ids) {
     const auto& block = *part.block;
-    target.shapes.addElements(part.geometry, {part.dimension, readConnectivity(block), readPolylength(block),
-                                              target.limits.narrowIds(ids), blockAttributes(block)});
+    target_.shapes.addElements(part.geometry, {part.dimension, readConnectivity(block), readPolylength(block),
+                                               target_.limits.narrowIds(ids), blockAttributes(block)});
 }
 
 std::vector<unsigned int> ExodusMeshImporter::readPolylength(const ExodusBlock& block) const {
@@ -161,18 +161,18 @@ std::vector<unsigned int> ExodusMeshImporter::readPolylength(const ExodusBlock& 
         return std::vector<unsigned int>(static_cast<std::size_t>(block.elementCount),
                                          static_cast<unsigned int>(block.nodesPerElement));
     }
-    const auto counts = file.nodesOfEachElement(block);
+    const auto counts = file_.nodesOfEachElement(block);
     return {counts.begin(), counts.end()};
 }
 
 std::vector<unsigned int> ExodusMeshImporter::readConnectivity(const ExodusBlock& block) const {
-    const auto nodes = file.connectivity(block);
+    const auto nodes = file_.connectivity(block);
     std::vector<unsigned int> indices;
     indices.reserve(nodes.size());
     for (const auto node : nodes) {
-        if (node < 1 || node > file.counts().num_nodes) {
-            throw Failure(file.path(), fmt::format("damaged: {} refers to node {} of {}", blockName(block),
-                                                   node, file.counts().num_nodes));
+        if (node < 1 || node > file_.counts().num_nodes) {
+            throw Failure(file_.path(), fmt::format("damaged: {} refers to node {} of {}", blockName(block),
+                                                    node, file_.counts().num_nodes));
         }
         indices.push_back(static_cast<unsigned int>(node - 1));
     }

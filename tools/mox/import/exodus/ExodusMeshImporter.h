@@ -16,7 +16,7 @@ namespace MoxTool {
 class ExodusMeshImporter {
 public:
     /// Both must outlive the importer.
-    ExodusMeshImporter(const ExodusFile& input, ImportTarget& output) : file(input), target(output) {}
+    ExodusMeshImporter(const ExodusFile& input, ImportTarget& output) : file_(input), target_(output) {}
 
     /// To be called once.
     /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.
@@ -33,9 +33,9 @@ private:
     std::vector<unsigned int> readPolylength(const ExodusBlock& block) const;
     std::vector<unsigned int> readConnectivity(const ExodusBlock& block) const;
 
-    const ExodusFile& file;
-    ImportTarget& target;
-    ExodusMesh mesh;
+    const ExodusFile& file_;
+    ImportTarget& target_;
+    ExodusMesh mesh_;
 };
 
 } // namespace MoxTool

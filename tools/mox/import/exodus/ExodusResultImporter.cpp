@@ -27,32 +27,32 @@ void translate(std::vector<ResultDataset>& results, const std::vector<std::size_
 
 ExodusResultImporter::ExodusResultImporter(const ExodusFile& input, const ExodusMesh& shapes,
                                            ImportTarget& output)
-    : file(input),
-      mesh(shapes),
-      target(output),
-      nodeVariables(file.variableNames(EX_NODAL)),
-      elementVariables(file.variableNames(EX_ELEM_BLOCK)),
-      globalVariables(file.variableNames(EX_GLOBAL)) {}
+    : file_(input),
+      mesh_(shapes),
+      target_(output),
+      nodeVariables_(file_.variableNames(EX_NODAL)),
+      elementVariables_(file_.variableNames(EX_ELEM_BLOCK)),
+      globalVariables_(file_.variableNames(EX_GLOBAL)) {}
 
 void ExodusResultImporter::run() {
     planBatches();
-    for (std::size_t step = 0; step < file.times().size(); ++step) {
-        target.terminal.progress("importing results",
-                                 static_cast<double>(step) / static_cast<double>(file.times().size()));
+    for (std::size_t step = 0; step < file_.times().size(); ++step) {
+        target_.terminal.progress("importing results",
+                                  static_cast<double>(step) / static_cast<double>(file_.times().size()));
         addStep(step);
     }
-    target.terminal.clearProgress();
-    target.summary.steps = static_cast<std::int64_t>(file.times().size());
+    target_.terminal.clearProgress();
+    target_.summary.steps = static_cast<std::int64_t>(file_.times().size());
 }
 
 void ExodusResultImporter::planBatches() {
     const auto plan = planNodes();
-    const auto truthTable = file.elementTruthTable(elementVariables.size());
-    for (const auto& part : mesh.parts) {
+    const auto truthTable = file_.elementTruthTable(elementVariables_.size());
+    for (const auto& part : mesh_.parts) {
         planElements(part, truthTable, plan);
     }
-    for (const auto& batch : batches) {
-        noteRenamed(batch.results, target.summary);
+    for (const auto& batch : batches_) {
+        noteRenamed(batch.results, target_.summary);
     }
     listUnused(truthTable);
 }
@@ -60,32 +60,32 @@ void ExodusResultImporter::planBatches() {
 // Names without numbers.
 void ExodusResultImporter::listUnused(const std::vector<int>& truthTable) {
     std::vector<std::string> unused;
-    for (std::size_t variable = 0; variable < elementVariables.size(); ++variable) {
+    for (std::size_t variable = 0; variable < elementVariables_.size(); ++variable) {
         bool isUsed = false;
-        for (auto cell = variable; cell < truthTable.size(); cell += elementVariables.size()) {
+        for (auto cell = variable; cell < truthTable.size(); cell += elementVariables_.size()) {
             isUsed = isUsed || truthTable[cell] != 0;
         }
         if (!isUsed) {
-            unused.push_back(elementVariables[variable]);
+            unused.push_back(elementVariables_[variable]);
         }
     }
-    target.summary.addSkipped("element variables that no block has", unused);
-    if (mesh.parts.empty() || file.times().empty()) {
-        target.summary.addSkipped("nodal variables, since there are no element blocks or no steps",
-                                  nodeVariables);
+    target_.summary.addSkipped("element variables that no block has", unused);
+    if (mesh_.parts.empty() || file_.times().empty()) {
+        target_.summary.addSkipped("nodal variables, since there are no element blocks or no steps",
+                                   nodeVariables_);
     }
-    if (file.times().empty()) {
-        target.summary.addSkipped("element variables, since there are no steps", elementVariables);
+    if (file_.times().empty()) {
+        target_.summary.addSkipped("element variables, since there are no steps", elementVariables_);
     }
 }
 
 ResultPlan ExodusResultImporter::planNodes() {
-    ResultPlan plan(file.dimension());
-    if (mesh.parts.empty()) {
+    ResultPlan plan(file_.dimension());
+    if (mesh_.parts.empty()) {
         return plan;
     }
-    batches.push_back(
-        {EX_NODAL, 1, file.counts().num_nodes, mesh.geometries, plan.nodeResults(nodeVariables)});
+    batches_.push_back(
+        {EX_NODAL, 1, file_.counts().num_nodes, mesh_.geometries, plan.nodeResults(nodeVariables_)});
     return plan;
 }
 
@@ -93,22 +93,22 @@ void ExodusResultImporter::planElements(const ExodusPart& part, const std::vecto
                                         ResultPlan plan) {
     std::vector<std::size_t> places;
     std::vector<std::string> names;
-    for (std::size_t variable = 0; variable < elementVariables.size(); ++variable) {
-        if (truthTable[part.blockIndex * elementVariables.size() + variable] == 0) {
+    for (std::size_t variable = 0; variable < elementVariables_.size(); ++variable) {
+        if (truthTable[part.blockIndex * elementVariables_.size() + variable] == 0) {
             continue;
         }
         places.push_back(variable);
-        names.push_back(elementVariables[variable]);
+        names.push_back(elementVariables_[variable]);
     }
     auto results = plan.elementResults(names);
     translate(results, places);
-    batches.push_back({EX_ELEM_BLOCK, part.block->id, part.block->elementCount,
-                       DatasetWriter::Ids(1, part.geometry), std::move(results)});
+    batches_.push_back({EX_ELEM_BLOCK, part.block->id, part.block->elementCount,
+                        DatasetWriter::Ids(1, part.geometry), std::move(results)});
 }
 
 void ExodusResultImporter::addStep(std::size_t step) {
     const auto label = describeStep(step);
-    for (const auto& batch : batches) {
+    for (const auto& batch : batches_) {
         for (const auto& result : batch.results) {
             addResult(batch, result, step, label);
         }
@@ -116,27 +116,28 @@ void ExodusResultImporter::addStep(std::size_t step) {
 }
 
 Qel::Mox2::Step ExodusResultImporter::describeStep(std::size_t step) const {
-    const auto variables = findModeVariables(globalVariables);
+    const auto variables = findModeVariables(globalVariables_);
     if (!variables) {
-        return makeStep(step, file.times()[step], std::nullopt);
+        return makeStep(step, file_.times()[step], std::nullopt);
     }
-    const auto values = file.globalValues(step, globalVariables.size());
-    return makeStep(step, file.times()[step], Mode{values[variables->number], values[variables->frequency]});
+    const auto values = file_.globalValues(step, globalVariables_.size());
+    return makeStep(step, file_.times()[step], Mode{values[variables->number], values[variables->frequency]});
 }
 
 void ExodusResultImporter::addResult(const Batch& batch, const ResultDataset& result, std::size_t step,
                                      const Qel::Mox2::Step& label) {
     RealTable table(static_cast<std::size_t>(batch.rows), result.width);
     for (std::size_t column = 0; column < result.variables.size(); ++column) {
-        const auto values = file.values(batch.type, result.variables[column], batch.entity, step, batch.rows);
-        table.setColumn(column, values, target.narrowing);
+        const auto values =
+            file_.values(batch.type, result.variables[column], batch.entity, step, batch.rows);
+        table.setColumn(column, values, target_.narrowing);
     }
-    target.datasets.writeReals(result.name, result.type, table, batch.geometries, label,
-                               componentAttributes(result, variablesOf(batch.type)));
+    target_.datasets.writeReals(result.name, result.type, table, batch.geometries, label,
+                                componentAttributes(result, variablesOf(batch.type)));
 }
 
 const std::vector<std::string>& ExodusResultImporter::variablesOf(ex_entity_type type) const {
-    return type == EX_NODAL ? nodeVariables : elementVariables;
+    return type == EX_NODAL ? nodeVariables_ : elementVariables_;
 }
 
 } // namespace MoxTool

@@ -44,14 +44,14 @@ private:
                    const Qel::Mox2::Step& label);
     const std::vector<std::string>& variablesOf(ex_entity_type type) const;
 
-    const ExodusFile& file;
-    const ExodusMesh& mesh;
-    ImportTarget& target;
+    const ExodusFile& file_;
+    const ExodusMesh& mesh_;
+    ImportTarget& target_;
 
-    std::vector<std::string> nodeVariables;
-    std::vector<std::string> elementVariables;
-    std::vector<std::string> globalVariables;
-    std::vector<Batch> batches;
+    std::vector<std::string> nodeVariables_;
+    std::vector<std::string> elementVariables_;
+    std::vector<std::string> globalVariables_;
+    std::vector<Batch> batches_;
 };
 
 } // namespace MoxTool

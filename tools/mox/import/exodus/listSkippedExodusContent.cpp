@@ -139,80 +139,80 @@ struct Patterns {
 // What the Exodus library has no functions for, told by the names of netCDF variables and attributes.
 class SkippedNetcdfContent {
 public:
-    explicit SkippedNetcdfContent(const ExodusFile& input) : file(input), netcdf(input.handle()) {}
+    explicit SkippedNetcdfContent(const ExodusFile& input) : file_(input), netcdf_(input.handle()) {}
 
     void addTo(ConversionSummary& summary) {
-        for (const auto& variable : netcdf.all()) {
+        for (const auto& variable : netcdf_.all()) {
             sort(variable);
         }
-        for (const auto& attribute : netcdf.fileAttributes()) {
-            if (!std::regex_match(attribute, patterns.knownFileAttributes)) {
-                fileAttributes.push_back(attribute);
+        for (const auto& attribute : netcdf_.fileAttributes()) {
+            if (!std::regex_match(attribute, patterns_.knownFileAttributes)) {
+                fileAttributes_.push_back(attribute);
             }
         }
-        summary.addSkipped("assemblies", assemblies);
-        summary.addSkipped("blobs", blobs);
-        summary.addSkipped("properties", properties);
-        summary.addSkipped("variables with one value for a whole assembly, block or set", reduced);
-        summary.addSkipped("attributes of assemblies, blocks or sets", attributes);
-        summary.addSkipped("attributes of the file", fileAttributes);
-        summary.addSkipped("other netCDF variables", others);
+        summary.addSkipped("assemblies", assemblies_);
+        summary.addSkipped("blobs", blobs_);
+        summary.addSkipped("properties", properties_);
+        summary.addSkipped("variables with one value for a whole assembly, block or set", reduced_);
+        summary.addSkipped("attributes of assemblies, blocks or sets", attributes_);
+        summary.addSkipped("attributes of the file", fileAttributes_);
+        summary.addSkipped("other netCDF variables", others_);
     }
 
 private:
     void sort(const NetcdfVariable& variable) {
         sortAttributes(variable);
-        if (std::regex_match(variable.name, patterns.knownVariables)) {
+        if (std::regex_match(variable.name, patterns_.knownVariables)) {
             return;
         }
         if (variable.name.starts_with("assembly_entity")) {
-            assemblies.push_back(ownerName(variable));
+            assemblies_.push_back(ownerName(variable));
         } else if (variable.name.starts_with("blob_entity")) {
-            blobs.push_back(ownerName(variable));
-        } else if (std::regex_match(variable.name, patterns.reducedVariableNames)) {
-            append(reduced, netcdf.rows(variable));
-        } else if (std::regex_match(variable.name, patterns.propertyVariables)) {
-            properties.push_back(fmt::format("{} ({})", netcdf.text(variable, "name"), variable.name));
+            blobs_.push_back(ownerName(variable));
+        } else if (std::regex_match(variable.name, patterns_.reducedVariableNames)) {
+            append(reduced_, netcdf_.rows(variable));
+        } else if (std::regex_match(variable.name, patterns_.propertyVariables)) {
+            properties_.push_back(fmt::format("{} ({})", netcdf_.text(variable, "name"), variable.name));
         } else {
-            others.push_back(variable.name);
+            others_.push_back(variable.name);
         }
     }
 
     void sortAttributes(const NetcdfVariable& variable) {
         for (const auto& attribute : variable.attributes) {
-            if (!std::regex_match(attribute, patterns.knownAttributes)) {
-                attributes.push_back(fmt::format("{} of {}", attribute, ownerName(variable)));
+            if (!std::regex_match(attribute, patterns_.knownAttributes)) {
+                attributes_.push_back(fmt::format("{} of {}", attribute, ownerName(variable)));
             }
         }
     }
 
     std::string ownerName(const NetcdfVariable& variable) const {
-        if (std::regex_match(variable.name, patterns.assembliesAndBlobs)) {
-            return nameOrId(netcdf.text(variable, "_name"), "id", netcdf.number(variable, "_id"));
+        if (std::regex_match(variable.name, patterns_.assembliesAndBlobs)) {
+            return nameOrId(netcdf_.text(variable, "_name"), "id", netcdf_.number(variable, "_id"));
         }
         std::smatch match;
-        if (!std::regex_match(variable.name, match, patterns.blockConnectivity)) {
+        if (!std::regex_match(variable.name, match, patterns_.blockConnectivity)) {
             return variable.name;
         }
         const auto number = std::stoul(match[1]);
-        return number >= 1 && number <= file.blocks().size() ? blockName(file.blocks()[number - 1])
-                                                             : variable.name;
+        return number >= 1 && number <= file_.blocks().size() ? blockName(file_.blocks()[number - 1])
+                                                              : variable.name;
     }
 
     static void append(Names& names, const Names& more) {
         names.insert(names.end(), more.begin(), more.end());
     }
 
-    const ExodusFile& file;
-    NetcdfVariables netcdf;
-    Patterns patterns;
-    Names assemblies;
-    Names blobs;
-    Names properties;
-    Names reduced;
-    Names attributes;
-    Names fileAttributes;
-    Names others;
+    const ExodusFile& file_;
+    NetcdfVariables netcdf_;
+    Patterns patterns_;
+    Names assemblies_;
+    Names blobs_;
+    Names properties_;
+    Names reduced_;
+    Names attributes_;
+    Names fileAttributes_;
+    Names others_;
 };
 
 } // namespace

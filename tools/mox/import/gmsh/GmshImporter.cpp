@@ -56,37 +56,37 @@ GmshNodes sortedByTag(const GmshNodes& nodes) {
 } // namespace
 
 void GmshImporter::run() {
-    nodes = sortedByTag(source.nodes());
-    target.limits.checkNodeCount(nodes.tags.size());
-    nodeIndex.emplace(nodes.tags);
+    nodes_ = sortedByTag(source_.nodes());
+    target_.limits.checkNodeCount(nodes_.tags.size());
+    nodeIndex_.emplace(nodes_.tags);
     addRoot();
     const auto groups = groupEntities();
     for (std::size_t place = 0; place < groups.size(); ++place) {
-        target.terminal.progress("importing elements",
-                                 static_cast<double>(place) / static_cast<double>(groups.size()));
+        target_.terminal.progress("importing elements",
+                                  static_cast<double>(place) / static_cast<double>(groups.size()));
         addGroup(groups[place]);
     }
-    if (parts.empty()) {
-        throw Failure(path, "has no elements");
+    if (parts_.empty()) {
+        throw Failure(path_, "has no elements");
     }
     addNodes();
-    GmshResultImporter(source, *nodeIndex, nodes.tags.size(), parts, target).run();
+    GmshResultImporter(source_, *nodeIndex_, nodes_.tags.size(), parts_, target_).run();
     listSkipped();
 }
 
 void GmshImporter::addRoot() {
-    const std::filesystem::path file(path);
+    const std::filesystem::path file(path_);
     Qel::Mox2::Attributes attributes;
     attributes.set(AttributeNames::SourceFile, file.filename().string());
-    attributes.set("Gmsh File Version", source.version());
-    setNumber(attributes, AttributeNames::Nodes, static_cast<std::int64_t>(nodes.tags.size()));
-    target.model.addNode(Qel::Mox2::NodeType::RootGroup, file.stem().string(), attributes);
+    attributes.set("Gmsh File Version", source_.version());
+    setNumber(attributes, AttributeNames::Nodes, static_cast<std::int64_t>(nodes_.tags.size()));
+    target_.model.addNode(Qel::Mox2::NodeType::RootGroup, file.stem().string(), attributes);
 }
 
 std::vector<GmshImporter::EntityGroup> GmshImporter::groupEntities() const {
     std::vector<EntityGroup> groups;
     std::map<std::pair<int, std::vector<int>>, std::size_t> places;
-    for (const auto& entity : source.entities()) {
+    for (const auto& entity : source_.entities()) {
         const std::pair key(entity.dimension, entity.physicalTags);
         const auto known = places.find(key);
         if (!entity.physicalTags.empty() && known != places.end()) {
@@ -106,7 +106,7 @@ std::string GmshImporter::labelOf(const GmshEntity& entity) const {
     }
     std::vector<std::string> labels;
     for (const auto tag : entity.physicalTags) {
-        const auto name = source.physicalName(entity.dimension, tag);
+        const auto name = source_.physicalName(entity.dimension, tag);
         labels.push_back(name.empty() ? fmt::format("Physical {} {}", kind, tag) : name);
     }
     return fmt::format("{}", fmt::join(labels, " + "));
@@ -130,16 +130,16 @@ void GmshImporter::addGroup(const EntityGroup& group) {
         setNumber(table.attributes, "Gmsh Element Type", type);
         setNumber(table.attributes, AttributeNames::Elements, static_cast<std::int64_t>(table.ids.size()));
         setNumber(table.attributes, AttributeNames::NodesPerElement, table.polylength.front());
-        const auto geometry = target.shapes.addShape(1, name, parts.size());
-        target.shapes.addElements(geometry, table);
-        parts.push_back({geometry, table.ids.size(), TagIndex(elements.tags)});
+        const auto geometry = target_.shapes.addShape(1, name, parts_.size());
+        target_.shapes.addElements(geometry, table);
+        parts_.push_back({geometry, table.ids.size(), TagIndex(elements.tags)});
     }
 }
 
 std::map<int, GmshImporter::Collected> GmshImporter::collect(const EntityGroup& group) const {
     std::map<int, Collected> collected;
     for (const auto& entity : group.entities) {
-        for (const auto& elements : source.elements(entity)) {
+        for (const auto& elements : source_.elements(entity)) {
             auto& ofType = collected[elements.type];
             ofType.typeName = elements.typeName;
             ofType.table.dimension = entity.dimension;
@@ -152,14 +152,14 @@ std::map<int, GmshImporter::Collected> GmshImporter::collect(const EntityGroup& 
 void GmshImporter::append(const GmshElements& elements, Collected& collected) const {
     auto& table = collected.table;
     for (const auto tag : elements.nodeTags) {
-        const auto place = nodeIndex->find(tag);
+        const auto place = nodeIndex_->find(tag);
         if (!place) {
-            throw Failure(path,
+            throw Failure(path_,
                           fmt::format("damaged: an element refers to node {}, which is not there", tag));
         }
         table.connectivity.push_back(static_cast<unsigned int>(*place));
     }
-    const auto ids = target.limits.narrowIds(elements.tags);
+    const auto ids = target_.limits.narrowIds(elements.tags);
     table.ids.insert(table.ids.end(), ids.begin(), ids.end());
     table.polylength.insert(table.polylength.end(), ids.size(),
                             static_cast<unsigned int>(elements.nodesPerElement));
@@ -167,48 +167,48 @@ void GmshImporter::append(const GmshElements& elements, Collected& collected) co
 }
 
 std::string GmshImporter::uniqueName(const std::string& label, const std::string& typeName, bool hasOneType) {
-    if (hasOneType && names.insert(label).second) {
+    if (hasOneType && names_.insert(label).second) {
         return label;
     }
     const auto wanted = fmt::format("{} ({})", label, typeName);
     auto name = wanted;
-    for (int number = 2; !names.insert(name).second; ++number) {
+    for (int number = 2; !names_.insert(name).second; ++number) {
         name = fmt::format("{} ({})", wanted, number);
     }
     return name;
 }
 
 void GmshImporter::addNodes() {
-    RealTable table(nodes.tags.size(), 3);
-    std::vector<double> column(nodes.tags.size());
+    RealTable table(nodes_.tags.size(), 3);
+    std::vector<double> column(nodes_.tags.size());
     for (std::size_t axis = 0; axis < 3; ++axis) {
         for (std::size_t row = 0; row < column.size(); ++row) {
-            column[row] = nodes.coordinates[3 * row + axis];
+            column[row] = nodes_.coordinates[3 * row + axis];
         }
-        table.setColumn(axis, column, target.narrowing);
+        table.setColumn(axis, column, target_.narrowing);
     }
     std::vector<unsigned int> geometries;
-    for (const auto& part : parts) {
+    for (const auto& part : parts_) {
         geometries.push_back(part.geometry);
     }
-    target.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});
-    target.datasets.writeIntegers(DatasetType::NodeIds, target.limits.narrowIds(nodes.tags), geometries);
-    target.summary.nodes = static_cast<std::int64_t>(nodes.tags.size());
+    target_.datasets.writeReals(DatasetNames::Coordinates, DatasetType::Coordinates, table, geometries, {});
+    target_.datasets.writeIntegers(DatasetType::NodeIds, target_.limits.narrowIds(nodes_.tags), geometries);
+    target_.summary.nodes = static_cast<std::int64_t>(nodes_.tags.size());
 }
 
 void GmshImporter::listSkipped() {
-    const auto inFile = source.nodesInFile();
-    if (inFile > nodes.tags.size()) {
-        target.summary.addSkipped("nodes that belong to no element",
-                                  static_cast<std::int64_t>(inFile - nodes.tags.size()));
+    const auto inFile = source_.nodesInFile();
+    if (inFile > nodes_.tags.size()) {
+        target_.summary.addSkipped("nodes that belong to no element",
+                                   static_cast<std::int64_t>(inFile - nodes_.tags.size()));
     }
     std::vector<std::string> otherSections;
-    for (const auto& section : source.sections()) {
+    for (const auto& section : source_.sections()) {
         if (!KnownSections.contains(section)) {
             otherSections.push_back(section);
         }
     }
-    target.summary.addSkipped("sections of the file", otherSections);
+    target_.summary.addSkipped("sections of the file", otherSections);
 }
 
 } // namespace MoxTool

@@ -22,7 +22,7 @@ public:
     /// @param filePath Of the Gmsh file.
     /// @param input, output Must outlive the importer.
     GmshImporter(std::string filePath, const GmshModel& input, ImportTarget& output)
-        : path(std::move(filePath)), source(input), target(output) {}
+        : path_(std::move(filePath)), source_(input), target_(output) {}
 
     /// To be called once.
     /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.
@@ -52,13 +52,13 @@ private:
     void addNodes();
     void listSkipped();
 
-    std::string path;
-    const GmshModel& source;
-    ImportTarget& target;
-    GmshNodes nodes; // by ascending tag
-    std::optional<TagIndex> nodeIndex;
-    std::vector<GmshPart> parts;
-    std::set<std::string> names;
+    std::string path_;
+    const GmshModel& source_;
+    ImportTarget& target_;
+    GmshNodes nodes_; // by ascending tag
+    std::optional<TagIndex> nodeIndex_;
+    std::vector<GmshPart> parts_;
+    std::set<std::string> names_;
 };
 
 } // namespace MoxTool

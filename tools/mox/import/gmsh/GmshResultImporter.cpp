@@ -56,32 +56,32 @@ std::string variableName(const std::string& view, std::size_t components, std::s
 GmshResultImporter::GmshResultImporter(const GmshModel& input, const TagIndex& nodePlaces,
                                        std::size_t countOfNodes, const std::vector<GmshPart>& shapes,
                                        ImportTarget& output)
-    : source(input),
-      nodes(nodePlaces),
-      nodeCount(countOfNodes),
-      parts(shapes),
-      target(output),
-      views(input.views()) {}
+    : source_(input),
+      nodes_(nodePlaces),
+      nodeCount_(countOfNodes),
+      parts_(shapes),
+      target_(output),
+      views_(input.views()) {}
 
 void GmshResultImporter::run() {
     std::size_t number = 0;
     const auto steps = findSteps();
     for (const auto& [key, stepViews] : steps) {
-        target.terminal.progress("importing results",
-                                 static_cast<double>(number) / static_cast<double>(steps.size()));
+        target_.terminal.progress("importing results",
+                                  static_cast<double>(number) / static_cast<double>(steps.size()));
         addStep(stepViews, key.first, makeStep(number, key.second, std::nullopt));
         ++number;
     }
-    target.terminal.clearProgress();
-    target.summary.steps = static_cast<std::int64_t>(steps.size());
+    target_.terminal.clearProgress();
+    target_.summary.steps = static_cast<std::int64_t>(steps.size());
 }
 
 std::map<GmshResultImporter::StepKey, std::vector<const GmshView*>> GmshResultImporter::findSteps() {
     std::map<StepKey, std::vector<const GmshView*>> steps;
     std::set<std::string> others;
-    for (const auto& view : views) {
+    for (const auto& view : views_) {
         for (int place = 0; place < view.steps; ++place) {
-            const auto data = source.viewStep(view, place);
+            const auto data = source_.viewStep(view, place);
             if (!data) {
                 continue;
             }
@@ -92,7 +92,7 @@ std::map<GmshResultImporter::StepKey, std::vector<const GmshView*>> GmshResultIm
             }
         }
     }
-    target.summary.addSkipped("views on the nodes of elements", {others.begin(), others.end()});
+    target_.summary.addSkipped("views on the nodes of elements", {others.begin(), others.end()});
     return steps;
 }
 
@@ -102,7 +102,7 @@ void GmshResultImporter::addStep(const std::vector<const GmshView*>& stepViews, 
     Variables onNodes;
     Variables onElements;
     for (const auto* view : stepViews) {
-        data.push_back(*source.viewStep(*view, place));
+        data.push_back(*source_.viewStep(*view, place));
         addVariables(view->name, data.back(), data.back().kind == "NodeData" ? onNodes : onElements);
     }
     ResultPlan plan(3);
@@ -114,8 +114,8 @@ void GmshResultImporter::addStep(const std::vector<const GmshView*>& stepViews, 
     for (const auto& result : elementResults) {
         addOnElements(result, onElements, step);
     }
-    noteRenamed(nodeResults, target.summary);
-    noteRenamed(elementResults, target.summary);
+    noteRenamed(nodeResults, target_.summary);
+    noteRenamed(elementResults, target_.summary);
 }
 
 void GmshResultImporter::addVariables(const std::string& name, const GmshViewStep& data,
@@ -132,32 +132,32 @@ void GmshResultImporter::addVariables(const std::string& name, const GmshViewSte
 
 void GmshResultImporter::addOnNodes(const ResultDataset& result, const Variables& variables,
                                     const Qel::Mox2::Step& step) {
-    RealTable table(nodeCount, result.width);
+    RealTable table(nodeCount_, result.width);
     for (std::size_t place = 0; place < result.variables.size(); ++place) {
-        const auto [values, found] = column(variables.all[result.variables[place]], nodes, nodeCount);
-        table.setColumn(place, values, target.narrowing);
-        if (found < nodeCount) {
+        const auto [values, found] = column(variables.all[result.variables[place]], nodes_, nodeCount_);
+        table.setColumn(place, values, target_.narrowing);
+        if (found < nodeCount_) {
             noteGaps(result);
         }
     }
     std::vector<unsigned int> geometries;
-    for (const auto& part : parts) {
+    for (const auto& part : parts_) {
         geometries.push_back(part.geometry);
     }
-    target.datasets.writeReals(result.name, result.type, table, geometries, step,
-                               componentAttributes(result, variables.names));
+    target_.datasets.writeReals(result.name, result.type, table, geometries, step,
+                                componentAttributes(result, variables.names));
 }
 
 void GmshResultImporter::addOnElements(const ResultDataset& result, const Variables& variables,
                                        const Qel::Mox2::Step& step) {
-    for (const auto& part : parts) {
+    for (const auto& part : parts_) {
         RealTable table(part.elementCount, result.width);
         std::size_t most = 0;
         std::size_t least = part.elementCount;
         for (std::size_t place = 0; place < result.variables.size(); ++place) {
             const auto [values, found] =
                 column(variables.all[result.variables[place]], part.elements, part.elementCount);
-            table.setColumn(place, values, target.narrowing);
+            table.setColumn(place, values, target_.narrowing);
             most = std::max(most, found);
             least = std::min(least, found);
         }
@@ -167,8 +167,8 @@ void GmshResultImporter::addOnElements(const ResultDataset& result, const Variab
         if (least < part.elementCount) {
             noteGaps(result);
         }
-        target.datasets.writeReals(result.name, result.type, table, DatasetWriter::Ids(1, part.geometry),
-                                   step, componentAttributes(result, variables.names));
+        target_.datasets.writeReals(result.name, result.type, table, DatasetWriter::Ids(1, part.geometry),
+                                    step, componentAttributes(result, variables.names));
     }
 }
 
@@ -189,7 +189,7 @@ GmshResultImporter::column(const Variable& variable, const TagIndex& index, std:
 }
 
 void GmshResultImporter::noteGaps(const ResultDataset& result) {
-    target.summary.addNote(fmt::format(
+    target_.summary.addNote(fmt::format(
         "\"{}\" has no value on some nodes or elements; they are not-a-number there", result.name));
 }
 

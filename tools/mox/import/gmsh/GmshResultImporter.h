@@ -54,12 +54,12 @@ private:
                                                               std::size_t count);
     void noteGaps(const ResultDataset& result);
 
-    const GmshModel& source;
-    const TagIndex& nodes;
-    std::size_t nodeCount;
-    const std::vector<GmshPart>& parts;
-    ImportTarget& target;
-    std::vector<GmshView> views;
+    const GmshModel& source_;
+    const TagIndex& nodes_;
+    std::size_t nodeCount_;
+    const std::vector<GmshPart>& parts_;
+    ImportTarget& target_;
+    std::vector<GmshView> views_;
 };
 
 } // namespace MoxTool

@@ -16,7 +16,7 @@ public:
     std::optional<std::size_t> find(std::size_t tag) const;
 
 private:
-    std::vector<std::pair<std::size_t, std::size_t>> places; // sorted pairs of tag and place
+    std::vector<std::pair<std::size_t, std::size_t>> places_; // sorted pairs of tag and place
 };
 
 } // namespace MoxTool

@@ -10,9 +10,9 @@ void DatasetWriter::writeIntegers(Qel::Mox2::DatasetType type, const std::vector
         return;
     }
     ImportLimits::checkDatasetSize(values.size(), "a dataset of integers");
-    model.addArrayProperty(type, Qel::Mox2::Array1d<unsigned int>(values), ids, Qel::Mox2::Step{},
-                           attributes);
-    ++summary.datasets;
+    model_.addArrayProperty(type, Qel::Mox2::Array1d<unsigned int>(values), ids, Qel::Mox2::Step{},
+                            attributes);
+    ++summary_.datasets;
 }
 
 void DatasetWriter::writeReals(const std::string& name, Qel::Mox2::DatasetType type, const RealTable& table,
@@ -24,8 +24,8 @@ void DatasetWriter::writeReals(const std::string& name, Qel::Mox2::DatasetType t
     ImportLimits::checkDatasetSize(table.numbers().size(), name);
     Qel::Mox2::Array2d<float> array(table.rows(), table.columns());
     array.copy_from(table.numbers().data());
-    model.addArrayProperty(name, type, array, ids, step, attributes);
-    ++summary.datasets;
+    model_.addArrayProperty(name, type, array, ids, step, attributes);
+    ++summary_.datasets;
 }
 
 } // namespace MoxTool

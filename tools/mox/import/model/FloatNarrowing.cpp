@@ -16,30 +16,30 @@ float FloatNarrowing::narrow(double value) {
         return result;
     }
     if (std::isinf(result)) {
-        ++tooLarge;
+        ++tooLarge_;
     } else if (std::abs(value) < std::numeric_limits<float>::min()) {
-        ++tooSmall;
+        ++tooSmall_;
     } else {
-        ++rounded;
-        largestRelativeLoss = std::max(largestRelativeLoss, std::abs((result - value) / value));
+        ++rounded_;
+        largestRelativeLoss_ = std::max(largestRelativeLoss_, std::abs((result - value) / value));
     }
     return result;
 }
 
 std::vector<std::string> FloatNarrowing::report() const {
     std::vector<std::string> sentences;
-    if (rounded > 0) {
+    if (rounded_ > 0) {
         sentences.push_back(
             fmt::format("double precision: {} numbers rounded to float, largest relative loss {:.1e}",
-                        rounded, largestRelativeLoss));
+                        rounded_, largestRelativeLoss_));
     }
-    if (tooLarge > 0) {
+    if (tooLarge_ > 0) {
         sentences.push_back(
-            fmt::format("double precision: {} numbers beyond the range of float became infinite", tooLarge));
+            fmt::format("double precision: {} numbers beyond the range of float became infinite", tooLarge_));
     }
-    if (tooSmall > 0) {
+    if (tooSmall_ > 0) {
         sentences.push_back(fmt::format("double precision: {} numbers below {:.1e} became 0 or lost digits",
-                                        tooSmall, std::numeric_limits<float>::min()));
+                                        tooSmall_, std::numeric_limits<float>::min()));
     }
     return sentences;
 }

@@ -16,10 +16,10 @@ public:
     std::vector<std::string> report() const;
 
 private:
-    std::size_t rounded = 0;
-    std::size_t tooLarge = 0;
-    std::size_t tooSmall = 0;
-    double largestRelativeLoss = 0;
+    std::size_t rounded_ = 0;
+    std::size_t tooLarge_ = 0;
+    std::size_t tooSmall_ = 0;
+    double largestRelativeLoss_ = 0;
 };
 
 } // namespace MoxTool

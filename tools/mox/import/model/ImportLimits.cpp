@@ -7,7 +7,7 @@ namespace MoxTool {
 void ImportLimits::checkNodeCount(std::uint64_t count) const {
     constexpr std::uint64_t Most = std::numeric_limits<std::int32_t>::max();
     if (count > Most) {
-        throw Failure(path, fmt::format("has {} nodes, but a model can have {} at most", count, Most));
+        throw Failure(path_, fmt::format("has {} nodes, but a model can have {} at most", count, Most));
     }
 }
 

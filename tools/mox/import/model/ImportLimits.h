@@ -17,7 +17,7 @@ namespace MoxTool {
 class ImportLimits {
 public:
     /// @param inputPath Of the file that is imported, for messages.
-    explicit ImportLimits(std::string inputPath) : path(std::move(inputPath)) {}
+    explicit ImportLimits(std::string inputPath) : path_(std::move(inputPath)) {}
 
     /// @throws Failure if there are more nodes than a model can have.
     void checkNodeCount(std::uint64_t count) const;
@@ -31,7 +31,7 @@ public:
         narrow.reserve(ids.size());
         for (const auto id : ids) {
             if (!std::in_range<unsigned int>(id)) {
-                throw Failure(path,
+                throw Failure(path_,
                               fmt::format("has the id {}, but a model keeps ids from 0 to {}", id, Most));
             }
             narrow.push_back(static_cast<unsigned int>(id));
@@ -44,7 +44,7 @@ public:
     static void checkDatasetSize(std::size_t values, const std::string& name);
 
 private:
-    std::string path;
+    std::string path_;
 };
 
 } // namespace MoxTool

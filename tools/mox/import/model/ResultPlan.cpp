@@ -38,7 +38,7 @@ ResultDataset datasetOf(const VariableGroup& group, const std::string& name, con
 
 std::vector<ResultDataset> ResultPlan::nodeResults(const std::vector<std::string>& variables) {
     std::vector<ResultDataset> datasets;
-    for (const auto& group : joinRotation(ComponentGrouping::group(variables, dimension))) {
+    for (const auto& group : joinRotation(ComponentGrouping::group(variables, dimension_))) {
         const bool displaces = isDisplacement(group);
         datasets.push_back(datasetOf(group, displaces ? DatasetNames::Displacement : group.name,
                                      displaces ? DisplacementTypes : NodeTypes));
@@ -50,7 +50,7 @@ std::vector<ResultDataset> ResultPlan::nodeResults(const std::vector<std::string
 
 std::vector<ResultDataset> ResultPlan::elementResults(const std::vector<std::string>& variables) {
     std::vector<ResultDataset> datasets;
-    for (const auto& group : ComponentGrouping::group(variables, dimension)) {
+    for (const auto& group : ComponentGrouping::group(variables, dimension_)) {
         datasets.push_back(datasetOf(group, group.name, ElementTypes));
     }
     makeUnique(datasets, true);
@@ -68,7 +68,7 @@ void ResultPlan::makeUnique(std::vector<ResultDataset>& datasets, bool singles) 
 
 std::string ResultPlan::uniqueName(const std::string& wanted) {
     auto name = wanted;
-    for (int number = 2; !taken.insert(name).second; ++number) {
+    for (int number = 2; !taken_.insert(name).second; ++number) {
         name = fmt::format("{} ({})", wanted, number);
     }
     return name;

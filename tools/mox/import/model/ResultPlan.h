@@ -21,7 +21,7 @@ namespace MoxTool {
 class ResultPlan {
 public:
     /// @param dimension Of the model, from 1 to 3.
-    explicit ResultPlan(int modelDimension) : dimension(modelDimension) {}
+    explicit ResultPlan(int modelDimension) : dimension_(modelDimension) {}
 
     /// @param variables Names in the file's order; ResultDataset::variables are places in this list.
     std::vector<ResultDataset> nodeResults(const std::vector<std::string>& variables);
@@ -32,9 +32,10 @@ private:
     void makeUnique(std::vector<ResultDataset>& datasets, bool singles);
     std::string uniqueName(const std::string& wanted);
 
-    int dimension;
-    std::set<std::string> taken = {DatasetNames::Connectivity, DatasetNames::Coordinates,
-                                   DatasetNames::ElementIds, DatasetNames::NodeIds, DatasetNames::Polylength};
+    int dimension_;
+    std::set<std::string> taken_ = {DatasetNames::Connectivity, DatasetNames::Coordinates,
+                                    DatasetNames::ElementIds, DatasetNames::NodeIds,
+                                    DatasetNames::Polylength};
 };
 
 } // namespace MoxTool

@@ -27,22 +27,22 @@ constexpr ElementDatasets DatasetsByDimension[] = {
 } // namespace
 
 unsigned int ShapeWriter::addShape(unsigned int parent, const std::string& name, std::size_t place) {
-    model.setCurrentNodeId(parent);
-    const auto geometry = model.addNode(Qel::Mox2::NodeType::Shape, name);
+    model_.setCurrentNodeId(parent);
+    const auto geometry = model_.addNode(Qel::Mox2::NodeType::Shape, name);
     Qel::Mox2::NodeProperties properties;
     properties.set(Qel::Mox2::PropertyType::DiffuseColor, blockColor(place));
-    model.setNodeData(geometry, properties);
-    ++summary.shapes;
+    model_.setNodeData(geometry, properties);
+    ++summary_.shapes;
     return geometry;
 }
 
 void ShapeWriter::addElements(unsigned int geometry, const ElementTable& elements) {
     const auto& types = DatasetsByDimension[elements.dimension];
     const DatasetWriter::Ids target(1, geometry);
-    writer.writeIntegers(types.connectivity, elements.connectivity, target, elements.attributes);
-    writer.writeIntegers(types.polylength, elements.polylength, target);
-    writer.writeIntegers(DatasetType::ElementIds, elements.ids, target);
-    summary.elements += static_cast<std::int64_t>(elements.polylength.size());
+    writer_.writeIntegers(types.connectivity, elements.connectivity, target, elements.attributes);
+    writer_.writeIntegers(types.polylength, elements.polylength, target);
+    writer_.writeIntegers(DatasetType::ElementIds, elements.ids, target);
+    summary_.elements += static_cast<std::int64_t>(elements.polylength.size());
 }
 
 } // namespace MoxTool

@@ -16,7 +16,7 @@ class ShapeWriter {
 public:
     /// Both must outlive the writer.
     ShapeWriter(Qel::Mox2::Model& target, ConversionSummary& results)
-        : model(target), summary(results), writer(target, results) {}
+        : model_(target), summary_(results), writer_(target, results) {}
 
     /// @param parent The node of the group that gets the shape.
     /// @param place  Of the shape in its file, from 0: chooses its colour.
@@ -28,9 +28,9 @@ public:
     void addElements(unsigned int geometry, const ElementTable& elements);
 
 private:
-    Qel::Mox2::Model& model;
-    ConversionSummary& summary;
-    DatasetWriter writer;
+    Qel::Mox2::Model& model_;
+    ConversionSummary& summary_;
+    DatasetWriter writer_;
 };
 
 } // namespace MoxTool

@@ -81,7 +81,8 @@ TEST_F(SaveImported, BlocksTooSmallForTheDatasetsAreSaidToBeThat) {
     for (const bool check : {false, true}) {
         try {
             saveImported({"model.e", folder.path("out.mox"), false, check}, messages.terminal(),
-                         [](Qel::Mox2::Model& model, MoxTool::ConversionSummary&) {
+                         [](MoxTool::ImportTarget& target) {
+                             Qel::Mox2::Model& model = target.model;
                              model.addNode(Qel::Mox2::RootGroup, "model");
                              const auto shape = model.addNode(Qel::Mox2::Shape, "Shape");
                              for (unsigned i = 0; i < 105; ++i) {

@@ -63,9 +63,9 @@ GmshLibrary::LibraryState::~LibraryState() {
     gmsh::finalize();
 }
 
-GmshLibrary::GmshLibrary(const std::string& filePath) : path(filePath), mesh(filePath, nodesOfType) {
-    mesh.run();
-    call([&] { gmsh::merge(path); });
+GmshLibrary::GmshLibrary(const std::string& filePath) : path_(filePath), mesh_(filePath, nodesOfType) {
+    mesh_.run();
+    call([&] { gmsh::merge(path_); });
 }
 
 // The library throws its errors as texts.
@@ -74,11 +74,11 @@ void GmshLibrary::call(Function function) const {
     try {
         function();
     } catch (const std::string& error) {
-        throw failureOf(path, error);
+        throw failureOf(path_, error);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& error) {
-        throw failureOf(path, error.what());
+        throw failureOf(path_, error.what());
     }
 }
 

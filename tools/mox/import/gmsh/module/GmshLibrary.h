@@ -14,9 +14,9 @@ public:
     /// @throws Failure if it is no Gmsh file, or if it is damaged or cut off.
     explicit GmshLibrary(const std::string& filePath);
 
-    std::string version() const override { return mesh.version(); }
-    std::vector<std::string> sections() const override { return mesh.sections(); }
-    std::uint64_t nodesInFile() const override { return mesh.nodeCount(); }
+    std::string version() const override { return mesh_.version(); }
+    std::vector<std::string> sections() const override { return mesh_.sections(); }
+    std::uint64_t nodesInFile() const override { return mesh_.nodeCount(); }
     GmshNodes nodes() const override;
     std::vector<GmshEntity> entities() const override;
     std::string physicalName(int dimension, int tag) const override;
@@ -36,9 +36,9 @@ private:
     template <typename Function>
     void call(Function function) const;
 
-    std::string path;
-    LibraryState state;
-    MshCheck mesh;
+    std::string path_;
+    LibraryState state_;
+    MshCheck mesh_;
 };
 
 } // namespace MoxTool

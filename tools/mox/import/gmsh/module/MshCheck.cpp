@@ -19,19 +19,19 @@ std::string withoutTrailingBlanks(const std::string& line) {
 } // namespace
 
 MshCheck::MshCheck(const std::string& filePath, NodesOfType nodesOfElementType)
-    : path(filePath), nodesOfType(std::move(nodesOfElementType)), file(filePath, std::ios::binary) {}
+    : path_(filePath), nodesOfType_(std::move(nodesOfElementType)), file_(filePath, std::ios::binary) {}
 
 void MshCheck::run() {
     try {
         readSections();
     } catch (const std::runtime_error& damage) {
-        const auto place = sectionNames.empty() ? "" : fmt::format("${}: ", sectionNames.back());
-        throw Failure(path, fmt::format("damaged: {}{}", place, damage.what()));
+        const auto place = sectionNames_.empty() ? "" : fmt::format("${}: ", sectionNames_.back());
+        throw Failure(path_, fmt::format("damaged: {}{}", place, damage.what()));
     }
 }
 
 void MshCheck::readSections() {
-    for (std::string line; std::getline(file, line);) {
+    for (std::string line; std::getline(file_, line);) {
         line = withoutTrailingBlanks(line);
         if (line.empty()) {
             continue;
@@ -39,7 +39,7 @@ void MshCheck::readSections() {
         if (!line.starts_with('$')) {
             throw std::runtime_error("something stands between two sections");
         }
-        const auto& name = sectionNames.emplace_back(line.substr(1));
+        const auto& name = sectionNames_.emplace_back(line.substr(1));
         if (name == "MeshFormat") {
             readFormat();
         } else if (name == "Nodes" && isVersion2()) {
@@ -59,25 +59,25 @@ void MshCheck::readSections() {
 // order.
 void MshCheck::readFormat() {
     std::string line;
-    std::getline(file, line);
+    std::getline(file_, line);
     std::istringstream words(line);
     int isBinary = 0;
-    if (!(words >> formatVersion >> isBinary)) {
+    if (!(words >> formatVersion_ >> isBinary)) {
         throw std::runtime_error("it has no version");
     }
     if (isBinary == 0) {
         return;
     }
-    form = MshNumbers::Form::Bytes;
+    form_ = MshNumbers::Form::Bytes;
     if (numbers().next<int>() != 1) {
-        form = MshNumbers::Form::SwappedBytes;
+        form_ = MshNumbers::Form::SwappedBytes;
     }
 }
 
 // Numbers that were read are followed by the rest of their line; else there is a whole section to pass.
 void MshCheck::skipTo(const std::string& end) {
     const bool hasRead = end == "$EndNodes" || end == "$EndElements" ? isVersion2() || isVersion41() : false;
-    for (std::string line; std::getline(file, line);) {
+    for (std::string line; std::getline(file_, line);) {
         line = withoutTrailingBlanks(line);
         if (line == end) {
             return;
@@ -90,13 +90,13 @@ void MshCheck::skipTo(const std::string& end) {
 }
 
 MshNumbers MshCheck::numbers() {
-    return {file, form};
+    return {file_, form_};
 }
 
 // Counts of version 2 are words in every kind of file.
 std::size_t MshCheck::countLine() {
     std::string line;
-    std::getline(file, line);
+    std::getline(file_, line);
     std::istringstream words(line);
     std::size_t count = 0;
     if (!(words >> count)) {
@@ -165,8 +165,8 @@ void MshCheck::readNodes41() {
             source.skip<double>(3 + static_cast<std::size_t>(parameters));
         }
     }
-    if (nodeTags.size() != count) {
-        throw std::runtime_error(fmt::format("it holds {} nodes instead of {}", nodeTags.size(), count));
+    if (nodeTags_.size() != count) {
+        throw std::runtime_error(fmt::format("it holds {} nodes instead of {}", nodeTags_.size(), count));
     }
     finishNodes();
 }
@@ -198,25 +198,25 @@ void MshCheck::addNode(std::uint64_t tag) {
     if (tag < 1 || tag > INT32_MAX) {
         throw std::runtime_error("a node has a wrong number");
     }
-    nodeTags.push_back(tag);
+    nodeTags_.push_back(tag);
 }
 
 void MshCheck::finishNodes() {
-    std::sort(nodeTags.begin(), nodeTags.end());
-    if (std::adjacent_find(nodeTags.begin(), nodeTags.end()) != nodeTags.end()) {
+    std::sort(nodeTags_.begin(), nodeTags_.end());
+    if (std::adjacent_find(nodeTags_.begin(), nodeTags_.end()) != nodeTags_.end()) {
         throw std::runtime_error("two nodes have the same number");
     }
 }
 
 void MshCheck::checkNode(std::uint64_t tag) const {
-    if (!std::binary_search(nodeTags.begin(), nodeTags.end(), tag)) {
+    if (!std::binary_search(nodeTags_.begin(), nodeTags_.end(), tag)) {
         throw std::runtime_error(
             fmt::format("an element refers to node {}, which is not there", static_cast<std::int64_t>(tag)));
     }
 }
 
 std::size_t MshCheck::nodesOf(int type) const {
-    const int nodes = nodesOfType(type);
+    const int nodes = nodesOfType_(type);
     if (nodes < 1) {
         throw std::runtime_error(fmt::format("elements of the unknown type {}", type));
     }

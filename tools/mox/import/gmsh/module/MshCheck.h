@@ -30,17 +30,17 @@ public:
     // What run() has found.
 
     /// Of the format, as the file has it.
-    const std::string& version() const { return formatVersion; }
-    const std::vector<std::string>& sections() const { return sectionNames; }
+    const std::string& version() const { return formatVersion_; }
+    const std::vector<std::string>& sections() const { return sectionNames_; }
     /// 0 if they were not counted.
-    std::uint64_t nodeCount() const { return nodeTags.size(); }
+    std::uint64_t nodeCount() const { return nodeTags_.size(); }
 
 private:
     void readSections();
     void readFormat();
     void skipTo(const std::string& end);
-    bool isVersion2() const { return formatVersion.starts_with("2"); }
-    bool isVersion41() const { return formatVersion == "4.1"; }
+    bool isVersion2() const { return formatVersion_.starts_with("2"); }
+    bool isVersion41() const { return formatVersion_ == "4.1"; }
 
     MshNumbers numbers();
     void readNodes2();
@@ -55,13 +55,13 @@ private:
     std::size_t nodesOf(int type) const;
     std::size_t countLine();
 
-    std::string path;
-    NodesOfType nodesOfType;
-    std::ifstream file;
-    MshNumbers::Form form = MshNumbers::Form::Words;
-    std::string formatVersion;
-    std::vector<std::string> sectionNames;
-    std::vector<std::uint64_t> nodeTags; // sorted, once the section is read
+    std::string path_;
+    NodesOfType nodesOfType_;
+    std::ifstream file_;
+    MshNumbers::Form form_ = MshNumbers::Form::Words;
+    std::string formatVersion_;
+    std::vector<std::string> sectionNames_;
+    std::vector<std::uint64_t> nodeTags_; // sorted, once the section is read
 };
 
 } // namespace MoxTool

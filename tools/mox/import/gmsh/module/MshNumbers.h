@@ -18,9 +18,9 @@ public:
     enum class Form { Words, Bytes, SwappedBytes };
 
     /// @param file Before the first number; must outlive this object.
-    MshNumbers(std::istream& file, Form numberForm) : input(file), form(numberForm) {}
+    MshNumbers(std::istream& file, Form numberForm) : input_(file), form_(numberForm) {}
 
-    bool areWords() const { return form == Form::Words; }
+    bool areWords() const { return form_ == Form::Words; }
 
     /// The next number.
     /// @throws std::runtime_error if there is none.
@@ -28,11 +28,11 @@ public:
     Number next() {
         Number value{};
         if (areWords()) {
-            input >> value;
+            input_ >> value;
         } else {
             value = nextBytes<Number>();
         }
-        if (!input) {
+        if (!input_) {
             throw std::runtime_error("a number is missing or wrong");
         }
         return value;
@@ -50,8 +50,8 @@ private:
     Number nextBytes() {
         static_assert(std::is_trivially_copyable_v<Number>);
         std::array<char, sizeof(Number)> bytes{};
-        input.read(bytes.data(), bytes.size());
-        if (form == Form::SwappedBytes) {
+        input_.read(bytes.data(), bytes.size());
+        if (form_ == Form::SwappedBytes) {
             std::reverse(bytes.begin(), bytes.end());
         }
         Number value{};
@@ -59,8 +59,8 @@ private:
         return value;
     }
 
-    std::istream& input;
-    Form form;
+    std::istream& input_;
+    Form form_;
 };
 
 } // namespace MoxTool
