@@ -45,9 +45,9 @@ struct RawIndex {
 /// @throws Error  ReadFailed alone.
 /// @par Cost
 /// One read for each table, and one of four bytes for each compressed block. Each table describes ids that
-/// follow those of the one before it, and its bytes are in the file, so the walk ends. If the file has exactly
-/// the size that displaced blocks would give it, the blocks of the last table that are not "Heavy Data" are
-/// decompressed to see whether they are displaced.
+/// follow those of the one before it, and its bytes are in the file, so the walk ends. If the file has
+/// exactly the size that displaced blocks would give it, the blocks of the last table that are not "Heavy
+/// Data" are decompressed to see whether they are displaced.
 RawIndex scanIndex(Source& source);
 
 } // namespace MoxReader

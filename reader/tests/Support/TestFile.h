@@ -14,7 +14,7 @@ class TestFile {
 public:
     /// A content length and a zlib stream, flags 0x01.
     TestFile& compressed(const std::string& name, const std::vector<std::uint8_t>& content);
-    /// The content as it stands, flags 0x00.
+    /// The content as it is, flags 0x00.
     TestFile& plain(const std::string& name, const std::vector<std::uint8_t>& content);
     /// Any payload with any flags.
     TestFile& raw(const std::string& name, const std::vector<std::uint8_t>& payload, unsigned flags);
