@@ -1,5 +1,5 @@
-// Reads any bytes as a file, with everything that the library can do. Anything but a value or an Error is a
-// fault.
+// Reads arbitrary bytes as a file, using everything that the library offers. Any outcome but a value or an
+// Error is a bug.
 //
 //     moxreader_fuzz -max_len=16384 CORPUS_FOLDER
 
@@ -14,7 +14,7 @@ namespace {
 
 using namespace MoxReader;
 
-/// Many datasets may share one range, so what is read of all of them has a limit.
+/// Limits the bytes read in all, since many datasets may share one range.
 constexpr std::uint64_t NumbersLimit = 16u << 20;
 
 void readStreams(const File& file) {
@@ -24,7 +24,7 @@ void readStreams(const File& file) {
             stream.skip(stream.size() / 2);
             stream.readBytes(stream.remaining());
         } catch (const Error&) {
-            // The other streams are worth reading all the same.
+            // The other streams may still be readable.
         }
     }
 }
@@ -41,7 +41,7 @@ void readDataset(HeavyData& heavy, const Model& model, const Dataset& dataset, s
             heavy.readUnsigned(dataset);
         }
     } catch (const Error&) {
-        // The other datasets are worth reading all the same.
+        // The other datasets may still be readable.
     }
 }
 
@@ -66,7 +66,7 @@ void readNumbers(const File& file) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto source = std::make_shared<MemorySource>(std::vector<std::uint8_t>(data, data + size));
     try {
-        // The damaged index first, so that the blocks of a file with a wrong header are read as well.
+        // First by the damaged index, so that the blocks of a file with a wrong header are read too.
         const File file(source, scanIndex(*source));
         readStreams(file);
         readNumbers(file);

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Reads mox files with Python's standard library alone. The format is described in docs/format/.
+"""Reads mox files with nothing but Python's standard library. The format is described in docs/format/.
 
 As a module:
 
@@ -16,10 +16,10 @@ As a script it prints a model as JSON:
 
     python3 moxreader.py [--numbers] [--no-date] FILE
 
-Any bytes end in a value or in a MoxError. A length or a count is believed only as far as the file can justify it, and
-nothing but the block in use is held in memory beside the tree. Numbers that are lost raise it when they are asked for;
-all others can be read. Texts are UTF-8; bytes that are not are kept as
-surrogates (PEP 383), so that text.encode("utf-8", "surrogateescape") gives back what the file has.
+Reading any bytes ends in a value or in a MoxError. A length or a count is believed only as far as the file can justify
+it, and memory holds only the tree and the block in use. Asking for numbers that are lost raises MoxError; all others
+can be read. Texts are UTF-8; bytes that are not are kept as surrogates (PEP 383), so that
+text.encode("utf-8", "surrogateescape") returns what the file has.
 """
 
 import argparse
@@ -49,7 +49,7 @@ COMPRESSED = 0x01
 STREAMED = 0x21
 LENGTH_WORD = 4
 MOST_CONTENT = 0xFFFFFFFF
-MOST_BYTES_OF_ONE = 1032  # No byte of a zlib stream gives more bytes of content.
+MOST_BYTES_OF_ONE = 1032  # No byte of a zlib stream yields more bytes of content.
 
 HEAVY_DATA = "Heavy Data"
 MOST_LIMITS = 100  # How many block sizes are tried to find where blocks of unknown length end.
@@ -70,7 +70,7 @@ VARIABLE_TYPES = {
 
 
 class MoxError(Exception):
-    """The file is damaged, was never finished, or is of another format."""
+    """The file is damaged, was never finished, or has another format."""
 
 
 def require(is_sound: bool, complaint: str) -> None:
@@ -106,8 +106,8 @@ class Block(NamedTuple):
     position: int  # File offset.
     is_index_block: bool
     is_empty_entry: bool
-    is_overwritten: bool = False  # A part of it was written over with something else.
-    has_length_word: bool = True  # But its content length still stands.
+    is_overwritten: bool = False  # A part of it was overwritten.
+    has_length_word: bool = True  # Whether its content length can still be read.
 
     @property
     def is_compressed(self) -> bool:
@@ -130,16 +130,16 @@ class Block(NamedTuple):
 
 @dataclass
 class Table:
-    """An index table of the chain. Its blocks stand `shift` bytes before the places that the lengths add up to."""
+    """An index table of the chain. Its blocks lie `shift` bytes below the places that the lengths add up to."""
 
     position: int  # File offset.
     blocks: List[Block]  # At the places that the lengths add up to.
     shift: int
-    other_shift: Optional[int] = None  # What it is if the writer took the Index Block of this table to stand at 0.
+    other_shift: Optional[int] = None  # The shift if the writer took the Index Block of this table to lie at 0.
 
 
 class Cover:
-    """Ranges of bytes, joined where they touch."""
+    """A set of byte ranges, joined where they touch."""
 
     def __init__(self):
         self._starts: List[int] = []
@@ -160,7 +160,7 @@ class Cover:
 
 
 class File:
-    """An open file and its index. Opening reads the index; content is read when it is asked for."""
+    """An open file and its index. Opening reads the index; content is read on demand."""
 
     def __init__(self, source):
         """source: a path, or the bytes of a whole file."""
@@ -197,7 +197,7 @@ class File:
         return [block for block in self.blocks if block.name == name and block.holds_data]
 
     def content_length(self, block: Block) -> int:
-        """The bytes of a block's content, as stated and as far as that can be true."""
+        """The length of a block's content as stated, provided that it can be true."""
         require(block.length > 0 or not block.is_compressed, f"{block} has lost its content")
         require(block.end <= self.size, f"{block} reaches past the end of the file")
         if not block.is_compressed:
@@ -255,7 +255,7 @@ class File:
         return self._marked(tables) if self.is_displaced else [block for table in tables for block in table.blocks]
 
     def _read_table(self, offset: int, records: int, first_id: int, end: int) -> List[Block]:
-        """The blocks of a table, one behind the other from a place on."""
+        """The blocks of a table, one after another from a place on."""
         data = self.read_at(offset, table_size(records))
         (count,) = struct.unpack_from("<I", data)
         require(count == records, f"the index table at offset {offset} has {count} records instead of {records}")
@@ -269,7 +269,7 @@ class File:
         return blocks
 
     def _settle_by_table(self, table: Table, block: Block) -> None:
-        """Where the blocks of a table stand, if another table follows: where that one stands."""
+        """Finds where the blocks of a table lie, if another table follows, from where that one lies."""
         if table.other_shift is None or self._is_table(block.position - table.shift, block.id + 1):
             return
         if self._is_table(block.position - table.other_shift, block.id + 1):
@@ -286,7 +286,7 @@ class File:
             for i, record in enumerate(records))
 
     def _settle_by_size(self, tables: List[Table]) -> None:
-        """Where the blocks of the last table stand: where the file ends, and what inflates there."""
+        """Finds where the blocks of the last table lie from where the file ends and what inflates."""
         table = tables[-1]
         if table.other_shift is None:
             return
@@ -300,7 +300,7 @@ class File:
             table.shift = table.other_shift
 
     def _inflates(self, tables: List[Table], shift: int) -> bool:
-        """Whether all streams but Heavy Data are whole in the last table, as far as no table was written over them."""
+        """Whether the last table's blocks that are not Heavy Data and that no table covers are intact."""
         cover = Cover()
         for table in tables[1:]:
             cover.add(table.position, table.position + table_size(INDEX_BLOCK_RECORDS))
@@ -318,7 +318,7 @@ class File:
 
     @staticmethod
     def _marked(tables: List[Table]) -> List[Block]:
-        """All blocks where they stand. Later blocks were written over earlier ones, and the tables over all."""
+        """All blocks where they lie. Later blocks overwrite earlier ones, and the tables overwrite all."""
         cover = Cover()
         for table in tables[1:]:
             cover.add(table.position, table.position + table_size(INDEX_BLOCK_RECORDS))
@@ -331,7 +331,7 @@ class File:
 
 
 def other_shift(before: Table, blocks: List[Block]) -> Optional[int]:
-    """See Table. Datasets stand on both sides of an Index Block that was ever taken to stand at 0."""
+    """See Table. Only an Index Block with datasets on both sides can have been taken to lie at 0."""
     last, index_block = before.blocks[-2:]
     is_possible = last.name == HEAVY_DATA and last.flags == STREAMED and blocks[0].name == HEAVY_DATA
     return index_block.position if is_possible else None
@@ -355,7 +355,7 @@ class Stream:
     """
 
     def __init__(self, file: File, name: str, lengths: Optional[Dict[int, int]] = None):
-        """lengths: content lengths, by block id, that the blocks themselves do not tell."""
+        """lengths: content lengths, by block id, that the blocks themselves do not state."""
         self.name = name
         self._file = file
         self._blocks = file.blocks_of(name)
@@ -398,14 +398,14 @@ class Stream:
         return b"".join(parts)
 
     def _require(self, is_sound: bool, complaint: str) -> None:
-        """A stream that is too short is so for its damage, if it has any."""
+        """Raises the damage that cut the stream short, if any, rather than the complaint."""
         if not is_sound:
             raise self._damage or MoxError(complaint)
 
     def _content_here(self) -> Tuple[bytes, int]:
         index = bisect.bisect_right(self._starts, self.position) - 1
         if self._loaded is None or self._loaded[0] != index:
-            self._loaded = None  # The old content goes before the new one comes.
+            self._loaded = None  # Frees the old content before the new one is read.
             self._loaded = (index, self._file.read_block(self._blocks[index]))
         return self._loaded[1], self.position - self._starts[index]
 
@@ -422,7 +422,7 @@ class Stream:
         return to_text(self.read(self.number("I")))
 
     def count(self, smallest: int) -> int:
-        """A count of things of at least so many bytes each."""
+        """A count of things of at least a given size each."""
         count = self.number("I")
         is_possible = count * smallest <= self.remaining
         self._require(is_possible, f"{self}: a count of {count} is more than the stream can hold")
@@ -432,7 +432,7 @@ class Stream:
         return little_endian("f", self.read(4 * count))
 
     def numbers(self, code: str) -> array.array:
-        """A count and as many numbers."""
+        """A count, then that many numbers."""
         size = array.array(code).itemsize
         return little_endian(code, self.read(self.count(size) * size))
 
@@ -440,7 +440,7 @@ class Stream:
         return [self.text() for _ in range(self.count(4))]
 
 
-# --- The model: what stands in the streams --------------------------------------------------------------------------
+# --- The model: what the streams hold -------------------------------------------------------------------------------
 
 
 @dataclass
@@ -455,7 +455,7 @@ class Group:
 @dataclass
 class Material:
     version: str
-    diffuse: array.array  # Red, green, blue, alpha, as all colours.
+    diffuse: array.array  # Red, green, blue, alpha, like all colours.
     specular: array.array
     emissive: array.array  # The fourth value means nothing.
     ambient: array.array
@@ -545,7 +545,7 @@ class Integer(int):
 
 
 class Float(float):
-    """An attribute of single precision; a plain float is one of double precision."""
+    """A single precision attribute; one of double precision is a plain float."""
 
 
 def read_attributes(stream: Stream) -> Dict[str, Any]:
@@ -564,7 +564,7 @@ def read_attributes(stream: Stream) -> Dict[str, Any]:
 
 
 class VersionedRecord:
-    """A size and a version around fields, which a reader may know in part only."""
+    """A size, a version, and fields, of which a reader may know only some."""
 
     def __init__(self, stream: Stream):
         self._stream = stream
@@ -636,7 +636,7 @@ def read_node(tree: Stream) -> Node:
 
 
 class Model:
-    """The tree of a file with all that belongs to it. The file must stay open while numbers are read."""
+    """The tree of a file and everything that belongs to it. The file must stay open while numbers are read."""
 
     def __init__(self, file: File):
         self.nodes = self._read_tree(required_stream(file, "Mox Tree"))
@@ -667,7 +667,7 @@ class Model:
             if key in self._holders:
                 current = self._holders[key]
                 break
-            self._holders[key] = None  # What a walk finds that comes back here.
+            self._holders[key] = None  # A walk that comes back here finds this.
             walked.append(key)
             current = self._target(current)
         self._holders.update((key, current) for key in walked)
@@ -717,7 +717,7 @@ class Model:
         return nodes
 
     def _link_family(self) -> None:
-        """Makes the lists of children out of the parents' ids, then checks the other links against them."""
+        """Builds the lists of children from the parents' ids, then checks the other links against them."""
         root = self.nodes[0]
         require(root.parent == root.previous == root.next == 0, "the root has a parent or a sibling")
         for node in self.nodes[1:]:
@@ -770,15 +770,15 @@ class Model:
         smallest = 8  # A size and an empty version.
         self.modifiers = [read_modifier(stream) for _ in range(stream.count(smallest))]
         self.result_attribute_count = stream.number("I")
-        if self.result_attribute_count == 0:  # What any others would look like is not known.
+        if self.result_attribute_count == 0:  # What would follow any other count is not known.
             stream.require_end()
 
 
 def lost_lengths(file: File, datasets: List[Dataset]) -> Dict[int, int]:
-    """The content lengths of blocks of Heavy Data that have lost their own, by id; empty if they can't be told.
+    """The content lengths of blocks of Heavy Data that have lost their own, by id; empty if they can't be determined.
 
-    A writer puts one dataset behind the other into a block until it has a limit or more, then begins the next. The
-    limit is not in the file: of all that it can be, those count with which every known block comes out right.
+    A writer puts one dataset after another into a block until it has a limit or more, then begins the next. The limit
+    is not in the file: every limit that gives all known blocks their lengths is possible.
     """
     blocks = file.blocks_of(HEAVY_DATA)
     known: List[Optional[int]] = []
@@ -807,10 +807,10 @@ def lost_lengths(file: File, datasets: List[Dataset]) -> Dict[int, int]:
 
 
 def divide(arrays: List[Tuple[int, int]], known: List[Optional[int]], limit: int) -> Tuple[Optional[List[int]], int]:
-    """Divides arrays, each a position and a size, among blocks as a writer with a limit does.
+    """Divides arrays, each a position and a size, among blocks as a writer with a given limit does.
 
     known: the lengths of the blocks, None for those to be found.
-    Returns all lengths, None if there are none, and the next lower limit that can come to others; 0 if none can.
+    Returns all lengths, or None if the limit does not fit, and the next lower limit that can give others, or 0.
     """
     lengths: List[int] = []
     end = place = lower = 0
@@ -843,13 +843,13 @@ def required_stream(file: File, name: str) -> Stream:
 
 
 def are_offsets(offsets: array.array, count: int, size: int) -> bool:
-    """Whether offsets divide a list of a size into so many parts."""
+    """Whether offsets divide a list of a given size into a given number of parts."""
     return (len(offsets) == count + 1 and offsets[0] == 0 and offsets[-1] == size
             and all(offsets[i] <= offsets[i + 1] for i in range(count)))
 
 
 def unshuffle(payload: bytes, width: int, code: str) -> array.array:
-    """Brings the byte planes of a dataset's payload back into rows of numbers."""
+    """Turns the byte planes of a dataset's payload back into rows of numbers."""
     row = 4 * width
     items = len(payload) // row if row else 0
     rows = bytearray(len(payload))
@@ -862,7 +862,7 @@ def unshuffle(payload: bytes, width: int, code: str) -> array.array:
 
 
 def shortest(value: float) -> float:
-    """The double with the fewest digits that gives back a value of single precision."""
+    """The double with the fewest digits that rounds to a value of single precision."""
     for digits in range(6, 9):
         rounded = float(f"{value:.{digits}g}")
         if abs(rounded) <= 3.4028234663852886e38 and struct.pack("<f", rounded) == struct.pack("<f", value):
@@ -880,7 +880,7 @@ def json_float(value: float, is_single: bool = True):
 
 
 def json_text(text: str) -> str:
-    """A text for people: bytes that are no UTF-8 become \\xNN."""
+    """A text for display: bytes that are not UTF-8 become \\xNN."""
     return text.encode("utf-8", "surrogateescape").decode("utf-8", "backslashreplace")
 
 
@@ -902,7 +902,7 @@ def json_floats(values: array.array) -> list:
 
 
 def json_rows(model: Model, dataset: Dataset) -> list:
-    """The numbers as a list of rows; of numbers if the rows have one column."""
+    """The numbers as a list of rows, or as a plain list if there is one column."""
     numbers, holder = model.numbers(dataset), model.holder(dataset)
     values = json_floats(numbers) if numbers.typecode == "f" else numbers.tolist()
     width = holder.width if holder else 1
@@ -928,7 +928,7 @@ def json_dataset(model: Model, dataset: Dataset, with_numbers: bool) -> Dict[str
 
 
 def json_or_error(key: str, make: Callable[[], list]) -> Dict[str, Any]:
-    """What a part of a file that can be damaged alone comes to; "error" tells why if it can't be read."""
+    """The value of a part of a file that can be damaged by itself; "error" says why if it can't be read."""
     try:
         return {key: make()}
     except MoxError as error:
@@ -999,7 +999,7 @@ def main(arguments: Optional[List[str]] = None) -> int:
         sys.stdout.flush()
         require_no_errors(result)
     except BrokenPipeError:
-        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())  # Or the exit would complain again.
+        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())  # Otherwise the exit would complain again.
         return 1
     except (MoxError, OSError) as error:
         reason = error.strerror if isinstance(error, OSError) and error.strerror else error

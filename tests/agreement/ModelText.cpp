@@ -176,7 +176,7 @@ void ModelText::addWord(std::string_view text) {
     text_ += "\" ";
 }
 
-// Not every reader keeps the other bits of a value that is no number.
+// Not every reader preserves the other bits of a NaN.
 void ModelText::addWord(float number) {
     if (std::isnan(number)) {
         text_ += "nan ";

@@ -8,13 +8,12 @@
 #include <string>
 #include <string_view>
 
-/// All that a file says, as lines of text that another reader can be asked for as well: integers in decimal,
+/// Everything that a file says, as lines of text that another reader can produce too: integers in decimal,
 /// floats and numbers as the bytes in the file, texts in quotes.
 class ModelText {
 public:
-    /// @throws MoxReader::Error  Whatever is wrong with the file or its model. Numbers that can't be read
-    /// stand in
-    ///                           the text as such.
+    /// @throws MoxReader::Error  Whatever is wrong with the file or its model. Numbers that can't be read are
+    ///                           marked as such in the text.
     explicit ModelText(const MoxReader::File& file);
 
     const std::string& text() const { return text_; }

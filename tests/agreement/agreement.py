@@ -1,4 +1,4 @@
-"""Asks both readers for the same files, whole and damaged: they say the same, or both refuse.
+"""Gives both readers the same files, intact and damaged: they must agree, or both must refuse.
 
 Needs in the environment: DUMP_MODEL and MAKE_CORPUS (the programs of this folder), MOX (the tool; without it no real
 models are compared) and MOXWRITER_DATA_DIR (real models).
@@ -64,7 +64,7 @@ def damaged(data, damage):
 
 
 def plain_copy(path):
-    """The same model in blocks that are not compressed, so that damage reaches the records."""
+    """The same model in blocks that are not compressed, so that damage reaches their records."""
     with moxreader.File(path) as file:
         return moxfile.file([(block.name.encode(), file.read_block(block), 0) for block in file.blocks
                              if block.holds_data])
@@ -89,7 +89,7 @@ class Agreement(unittest.TestCase):
         return path
 
     def compare_damaged(self, data, damages):
-        """Returns how many of the damages both readers find: they refuse the file, or some of its numbers."""
+        """Returns how many of the damages both readers find: those for which they refuse the file or some numbers."""
         path = self.save("damaged.mox", data)
         result = run(os.environ["DUMP_MODEL"], path, "damages", input="\n".join(damages) + "\n")
         self.assertEqual(0, result.returncode, result.stderr)
@@ -112,7 +112,7 @@ class WholeFiles(Agreement):
             result = run(os.environ["MAKE_CORPUS"], folder, env={**os.environ, **variable})
             self.assertEqual(0, result.returncode, result.stderr)
             for path in sorted(folder.iterdir()):
-                # Small blocks put an Index Block among the many, which can be damaged by that.
+                # With small blocks there is an Index Block among the many, which can damage the file.
                 self.compare(path, must_be_read=size == "" or path.stem != "many")
 
     def test_real_models(self):
@@ -180,7 +180,7 @@ class DamagedFiles(Agreement):
         files = make.make_files()
         for name in ("low-blocks-over-earlier-ones", "low-blocks-twice", "lost-blocks-in-a-row"):
             data = files[name]
-            # Mostly what the index says, for it decides where blocks lie.
+            # Mostly in the index, since it decides where blocks lie.
             places = [chance.randrange(2800) for _ in range(60)] + [chance.randrange(len(data)) for _ in range(40)]
             damages = [f"flip {place} {1 << chance.randrange(8)}" for place in places]
             damages += [f"cut {len(data) - chance.randrange(1, len(data))}" for _ in range(20)]

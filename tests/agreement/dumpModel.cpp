@@ -1,10 +1,10 @@
-// Tells what the C++ reader makes of a file, for comparison with another reader.
+// Prints what the C++ reader finds in a file, for comparison with another reader.
 //
 //   dumpModel FILE            prints the text of the file; ends with 3 if the reader refuses it
-//   dumpModel FILE damages    reads one damage from each line of stdin and tells what becomes of the file
-//                             with it: "refused", or "read" or "in part" and the checksum of its text. A
-//                             damage is "cut SIZE", or "flip OFFSET MASK" with one or more pairs.
-//   dumpModel FILE outcome    prints a line for each dataset and each node of sets, its place, then its
+//   dumpModel FILE damages    reads one damage from each line of stdin and prints the result of reading
+//                             the file with it: "refused", or "read" or "in part" and the checksum of its
+//                             text. A damage is "cut SIZE", or "flip OFFSET MASK" with one or more pairs.
+//   dumpModel FILE outcome    prints a line for each dataset and each node of sets: its place, then its
 //                             numbers as bits, or "refused"; ends with 3 if the reader refuses the file
 
 #include "ModelText.h"

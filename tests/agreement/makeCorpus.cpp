@@ -1,5 +1,5 @@
-// Saves the models that the readers are compared on: makeCorpus FOLDER. The size of their blocks is that of
-// the environment.
+// Saves the models on which the readers are compared: makeCorpus FOLDER. The environment sets their block
+// size.
 
 #include "../docs/saveExample.h"
 #include "../golden/Support/GoldenModel.h"
@@ -22,7 +22,7 @@ int main(int argc, char** argv) try {
         Roundtrip::RandomModel(seed, 18, 60)
             .save((folder / ("few" + std::to_string(seed) + ".mox")).string());
     }
-    // With small blocks an Index Block goes in between, and blocks behind it lie too low.
+    // With small blocks there is an Index Block among them, and the blocks after it lie too low.
     Roundtrip::RandomModel(5, 60, 20).save((folder / "many.mox").string());
 
     // Arrays that fill the blocks before the first Index Block, the second, or both.

@@ -1,4 +1,4 @@
-"""All that the Python reader finds in a file, in the same lines as ModelText of the C++ reader."""
+"""Everything that the Python reader finds in a file, in the same lines as the ModelText of the C++ reader."""
 
 import array
 import math
@@ -10,7 +10,7 @@ import moxreader
 
 
 def model_text(file):
-    """The text of an open file. Raises moxreader.MoxError for whatever is wrong with it but the numbers."""
+    """The text of an open file. Raises moxreader.MoxError for anything wrong with it except its numbers."""
     model = moxreader.Model(file)
     lines = [line(file.version)]
     lines += [line(block.id, block.number, block.length, block.flags, block.reserved, block.position,
@@ -99,7 +99,7 @@ def attribute_lines(attributes):
 
 
 class Word(str):
-    """A word that stands in the text as it is."""
+    """A word that goes into the text unchanged."""
 
 
 def double_word(number):

@@ -1,8 +1,8 @@
-"""Makes the conformance set of the format: files, sound and broken. expected.json has what a reader must make of them.
+"""Makes the conformance set of the format: files, sound and broken. expected.json says what a reader must do with them.
 
     python3 make.py FOLDER
 
-Needs nothing but Python. docs/format/conformance.md tells what the entries of expected.json mean.
+Needs nothing but Python. docs/format/conformance.md explains the entries of expected.json.
 """
 
 import struct
@@ -29,7 +29,7 @@ def planes(numbers):
 
 
 def numbers_of(i, length):
-    """The numbers of array i: as good as random, so that they hardly compress."""
+    """The numbers of array i: close to random, so that they hardly compress."""
     return [((i + 1) * 2654435761 ^ (row + 1) * (row + 1) * 2246822519) % (1 << 32) for row in range(length)]
 
 
@@ -80,7 +80,7 @@ def replaced(old, new):
 
 
 def arrays(lengths, restarts=(), lost=()):
-    """A file of one geometry whose datasets T0, T1 and so on have numbers_of() each, each in a block of its own."""
+    """A file of one geometry whose datasets T0, T1 and so on hold numbers_of(), each in a block of its own."""
     blocks, entries, position = [], [], 0
     for i, length in enumerate(lengths):
         entries.append(array(b"T%d" % i, length, position))
@@ -247,7 +247,7 @@ def low():
 
 
 def broken():
-    """Files that are broken in the ways of disks and transfers."""
+    """Files broken in the ways that disks and transfers break them."""
     sample = moxfile.compressed_file(moxfile.sample())
     content = moxfile.sample()[b"Heavy Data"]
 

@@ -1,4 +1,4 @@
-"""Holds both readers and mox check to what expected.json says of each file of the conformance set.
+"""Checks both readers and mox check against what expected.json says about each file of the conformance set.
 
 Needs DUMP_MODEL in the environment (tests/agreement), and MOX for the findings of mox check.
 """
@@ -45,7 +45,7 @@ def bits(numbers):
 
 
 def cpp_outcome(path):
-    """The numbers by place, None for those refused; None if the whole file is."""
+    """The numbers by place, with None for those refused; None if the whole file is refused."""
     result = run(os.environ["DUMP_MODEL"], path, "outcome")
     if result.returncode == REFUSED:
         return None

@@ -1,4 +1,4 @@
-// The same model saved today and once before: files that users have must stay as they are, byte by byte.
+// Compares a model saved now with the same model saved earlier: the library must keep writing the same bytes.
 
 #include "Support/Bytes.h"
 #include "Support/GoldenModel.h"
@@ -24,12 +24,12 @@ constexpr std::size_t FirstRecord = 20;
 constexpr std::size_t RecordSize = 139;
 constexpr std::size_t LengthInRecord = 133;
 
-// The modifier's record: its size ahead of its version, its source's name and version and the format's
-// version, then the date.
+// The modifier's record: its size, its version, the name and version of its source, the version of the
+// format, then the date.
 constexpr std::size_t ModifierSize = 4;
 constexpr std::size_t Date = 8 + (4 + 3) + (4 + 6) + (4 + 1) + (4 + 3);
 
-// A block's content. In the global information the date and the sizes that come from it are blanked.
+// A block's content. In the global information, the date and the sizes that depend on it are blanked.
 ByteVector contentWithoutDate(const MoxReader::File& file, const MoxReader::BlockRecord& block) {
     ByteVector content = file.readBlock(block.id);
     if (block.name == "Global Information") {

@@ -1,4 +1,4 @@
-// Writes the golden file anew. To be run, and its result committed, only when the format is meant to change.
+// Rewrites the golden file. Run it and commit the result only when the format is meant to change.
 
 #include "Support/GoldenModel.h"
 

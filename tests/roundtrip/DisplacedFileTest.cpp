@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <random>
 
-// Files in which one array filled the block before an Index Block, so that the blocks behind it lie too low.
+// Files in which one array filled the block before an Index Block, so that the blocks after it lie too low.
 
 namespace {
 
@@ -17,7 +17,7 @@ using namespace MoxReader;
 using Support::numbersOfArray;
 using Support::saveNumberedArrays;
 
-/// Whether the writer wrote something else over a part of the block that holds this place of the numbers.
+/// Whether the writer overwrote a part of the block that holds the numbers at this place.
 bool isUnderOthers(const StreamReader& heavy, std::uint64_t position) {
     return heavy.blocks()[heavy.blockAt(position)].isOverwritten;
 }
@@ -29,7 +29,7 @@ protected:
         saveNumberedArrays(path, blockSize, count, lengthOf);
     }
 
-    /// Expects each array to have its numbers, or to be refused if its block lies under others.
+    /// Expects each array to have its numbers, or to be refused if others cover its block.
     /// @return how many arrays were refused.
     unsigned expectNumbers(unsigned count, const std::function<unsigned(unsigned)>& lengthOf) const {
         const File file(path);
@@ -144,7 +144,7 @@ TEST_F(DisplacedFile, BlocksThatSeveralArraysFillLieWhereTheyShould) {
     EXPECT_EQ(0u, expectNumbers(500, length));
 }
 
-// The twentieth block is the tree's: the writer opens it at the close, when everything gets its place.
+// The twentieth block is the tree's: the writer opens it at the close, when all blocks get their places.
 TEST_F(DisplacedFile, NineteenBlocksOfArraysLieWhereTheyShould) {
     const auto length = [](unsigned) { return 150u; };
     save("600", 19, length);
@@ -152,7 +152,7 @@ TEST_F(DisplacedFile, NineteenBlocksOfArraysLieWhereTheyShould) {
     EXPECT_EQ(0u, expectNumbers(19, length));
 }
 
-// The blocks before the second and before the third table take the same bytes, counted from 0.
+// The blocks before the second table and those before the third take equally many bytes, counted from 0.
 TEST_F(DisplacedFile, ATableThatLiesOverAnotherOneMakesTheFileUnreadable) {
     save("800", 460, [](unsigned) { return 200u; });
     EXPECT_THROW(readModel(File(path)), Error);

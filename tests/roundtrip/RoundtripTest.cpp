@@ -39,7 +39,7 @@ protected:
     }
 
 private:
-    // An empty text stands for a process without the variable.
+    // An empty text means that the variable is not set.
     static std::optional<std::string> sizeOrNone() {
         return GetParam().empty() ? std::nullopt : std::optional(GetParam());
     }
@@ -98,8 +98,8 @@ private:
     Support::EnvironmentGuard blockSize{Support::BlockSizeVariable, sizeOrNone()};
 };
 
-// Arrays at the limit of a block are placed too low from the nineteenth block on, as tests of their own show;
-// fewer of them come back whole whatever the size of the blocks.
+// Arrays that reach the limit of a block are placed too low from the nineteenth block on, which other tests
+// cover; fewer arrays come back intact whatever the block size.
 TEST_P(Roundtrips, FewArraysOfAnySizeComeBackEqual) {
     for (unsigned seed = 1; seed <= 12; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));

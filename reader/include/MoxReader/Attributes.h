@@ -8,8 +8,8 @@
 
 namespace MoxReader {
 
-/// The value of an attribute. The alternative's index is the kind number in the file; an integer is stored
-/// unsigned, so a writer's -1 reads as 4294967295.
+/// The value of an attribute. The index of the alternative is the kind number in the file. Integers are
+/// unsigned here, so a writer's -1 is read as 4294967295.
 using AttributeValue = std::variant<std::uint32_t, float, std::string, double>;
 
 /// Attributes by key, in ascending byte order of the keys.

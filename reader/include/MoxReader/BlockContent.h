@@ -9,25 +9,25 @@
 
 namespace MoxReader {
 
-/// What came out of a block.
+/// The result of reading a block.
 struct BlockContent {
-    std::vector<std::uint8_t> bytes; ///< The content; with damage, what was decompressed before it showed.
+    std::vector<std::uint8_t> bytes; ///< The content, or what was decompressed before the damage.
     std::optional<ErrorCode> damage; ///< Empty for a sound block.
 };
 
-/// The bytes of content that a block states: for a compressed one its content length word, empty if the block
-/// or the file is too short to hold it; for any other its length.
+/// The content length that a block states: that of a compressed block is its content length word, empty if
+/// the block or the file is too short to hold it; that of any other is the block's length.
 /// @throws Error    ReadFailed alone.
 std::optional<std::uint32_t> readContentLength(Source& source, const BlockRecord& block);
 
-/// What can be said of a block without reading its payload: BlockBeyondFile, ContentLost, BlockOverwritten,
-/// ContentLengthMissing, ContentLengthImplausible, or nothing.
+/// What can be said about a block without reading its payload: BlockBeyondFile, ContentLost,
+/// BlockOverwritten, ContentLengthMissing, ContentLengthImplausible, or nothing.
 std::optional<ErrorCode> findLengthDamage(const BlockRecord& block, std::uint64_t fileSize);
 
-/// Reads a block and decompresses it if it is compressed. Damage is told in the result, not thrown.
+/// Reads a block and decompresses it if it is compressed. Damage is reported in the result, not thrown.
 ///
 /// Damage is one of findLengthDamage(), or ZlibDamaged, ZlibIncomplete, ContentTooShort, ContentTooLong,
-/// ChecksumMismatch, TrailingBytes. With TrailingBytes the content itself is complete.
+/// ChecksumMismatch, TrailingBytes. If it is TrailingBytes, the content itself is complete.
 /// @throws Error  ReadFailed alone.
 /// @par Cost
 /// Memory for the content and 64 KiB.

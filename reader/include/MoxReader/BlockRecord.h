@@ -22,11 +22,11 @@ struct BlockRecord {
     std::uint8_t flags = 0;                               ///< Format::FlagCompressed, Format::FlagFreezable.
     std::uint8_t reserved = 0;                            ///< Always 0 in a sound file.
     std::uint64_t position = 0; ///< File offset of the block, see IndexTable::displacement.
-    bool isOverwritten = false; ///< Something was written over a part of it later; its content is lost.
+    bool isOverwritten = false; ///< A part of it was overwritten later; its content is lost.
 
     /// Bytes of content: for a compressed block its content length word (empty if the block or the file is
-    /// too short to hold one, or if it was written over), for any other block its length. Not yet checked
-    /// against what the block really holds.
+    /// too short to hold one, or if it was overwritten), for any other block its length. Not yet checked
+    /// against the actual content.
     std::optional<std::uint32_t> contentLength;
 
     std::uint64_t end() const { return position + length; }
@@ -37,8 +37,7 @@ struct BlockRecord {
     bool isEmptyEntry() const { return name.starts_with(Format::EmptyBlockName); }
 };
 
-/// Takes the fields of one index record apart. id, recordPosition, position and contentLength keep their
-/// defaults.
+/// Parses one index record. id, recordPosition, position and contentLength keep their defaults.
 BlockRecord parseBlockRecord(std::span<const std::uint8_t, Format::RecordSize> bytes);
 
 } // namespace MoxReader

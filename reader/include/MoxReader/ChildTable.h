@@ -8,7 +8,7 @@
 
 namespace MoxReader {
 
-/// The children of each node of a tree, made from the parents' ids and checked against all six links.
+/// The children of each node of a tree, derived from the parents' ids and checked against all six links.
 class ChildTable {
 public:
     /// @param nodes   Ids 1, 2, 3 and so on in this order.
@@ -24,8 +24,8 @@ private:
     void placeChildren(const std::vector<Node>& nodes);
     void checkFamily(const std::vector<Node>& nodes, const Node& parent) const;
 
-    std::vector<std::uint32_t> children_; ///< Of node 1, then of node 2 and so on.
-    /// For each node the place of its first child in children_, then the end.
+    std::vector<std::uint32_t> children_; ///< Those of node 1, then those of node 2, and so on.
+    /// For each node, the place of its first child in children_; then the end.
     std::vector<std::size_t> first_;
 };
 

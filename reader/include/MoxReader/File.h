@@ -13,8 +13,8 @@ namespace MoxReader {
 
 /// An open file: its index, its blocks and its streams. Start here.
 ///
-/// A file is never read as a whole: opening reads the index, everything else reads what is asked for.
-/// One thread at a time may use a file and all readers that come from it.
+/// A file is never read as a whole: opening reads the index, and everything else only what is asked for. One
+/// thread at a time may use a file and all readers that come from it.
 class File {
 public:
     /// Opens a file on disk.
@@ -23,7 +23,8 @@ public:
     explicit File(const std::filesystem::path& path);
     /// Opens any source of bytes. @throws Error  As above, except OpenFailed.
     explicit File(std::shared_ptr<Source> source);
-    /// Takes an index as it is, damaged or made up, for tools that work on damaged files. Looks at nothing.
+    /// Uses an index as it is, even a damaged or made-up one, without checking it: for tools that work on
+    /// damaged files.
     File(std::shared_ptr<Source> source, RawIndex index);
 
     Source& source() const { return *source_; }
@@ -34,7 +35,7 @@ public:
     /// All records in id order, Index Blocks and empty entries included.
     const std::vector<BlockRecord>& blocks() const { return index_.blocks; }
 
-    /// The names that have blocks, in order of their first block; Index Blocks and empty entries have none.
+    /// The stream names in the order of their first blocks; Index Blocks and empty entries do not count.
     const std::vector<std::string>& streamNames() const { return names_; }
     bool hasStream(std::string_view name) const { return streams_.contains(name); }
     /// A new cursor at position 0. A name without blocks gives a stream of size 0.

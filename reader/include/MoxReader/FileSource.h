@@ -7,7 +7,7 @@
 
 namespace MoxReader {
 
-/// A file on disk, read where and when it is asked for. Offsets have 64 bits.
+/// A file on disk, read only when and where it is asked for. Offsets have 64 bits.
 class FileSource : public Source {
 public:
     /// @throws Error  OpenFailed, with the path, if this is no regular file or cannot be opened.

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
-/// The numbers and names of the file format, each once. Files on disk hold them, so they never change.
-/// All integers and floats in a file are little-endian; nothing is aligned.
+/// The numbers and names of the file format, each defined once. Files on disk hold them, so they never
+/// change. All integers and floats in a file are little-endian; nothing is aligned.
 namespace MoxReader::Format {
 
 // --- The front of the file ---------------------------------------------------------------------------------
@@ -22,7 +22,7 @@ inline constexpr std::uint32_t NameSize = 128;
 inline constexpr std::uint32_t RecordSize =
     1 /*number*/ + 4 /*name length*/ + NameSize + 4 /*stored length*/ + 1 /*flags*/ + 1 /*reserved*/;
 inline constexpr std::uint32_t HeadRecords = 20; ///< Records of the head index: ids 0 to 19.
-/// Records of an Index Block: the 200 ids behind its own.
+/// Records of an Index Block: the 200 ids after its own.
 inline constexpr std::uint32_t IndexBlockRecords = 200;
 
 /// Bytes of an index table: the record count, then the records.
@@ -38,7 +38,7 @@ static_assert(tableSize(IndexBlockRecords) == 27804);
 /// A record whose name begins with this text is an Index Block; its payload is a bare index table.
 inline constexpr std::string_view IndexBlockName = "\x0B"
                                                    "Index Block ";
-/// A record whose name begins with this text is claimed by no data and has no bytes in the file.
+/// A record whose name begins with this text is an empty entry and has no bytes in the file.
 inline constexpr std::string_view EmptyBlockName = "\x0B"
                                                    "Empty Block ";
 
@@ -47,9 +47,9 @@ inline constexpr std::string_view EmptyBlockName = "\x0B"
 inline constexpr std::uint8_t FlagCompressed = 0x01; ///< The payload is a content length and one zlib stream.
 /// The block could go to disk before the file was closed.
 inline constexpr std::uint8_t FlagFreezable = 0x20;
-inline constexpr std::uint32_t ContentWordSize = 4; ///< The content length in front of a zlib stream.
+inline constexpr std::uint32_t ContentWordSize = 4; ///< The content length before a zlib stream.
 
-/// No zlib stream gives more than this many bytes for each of its own: two bits for 258 bytes.
+/// No zlib stream yields more than this many bytes for each of its own: 258 bytes take at least two bits.
 inline constexpr std::uint64_t ZlibMaxExpansion = 1032;
 
 // --- Streams: all blocks of one name, in ascending id, joined after decompression --------------------------
@@ -79,7 +79,7 @@ inline constexpr std::uint32_t DatasetMinSize =
 inline constexpr std::uint32_t VersionedRecordMinSize = 4 /*size word*/ + 4 /*empty version*/;
 inline constexpr std::uint32_t NodeSetsDescriptorSize = 4 /*sets*/ + 8 /*position*/ + 4 /*size*/;
 
-/// The material versions that lack fields of the present one: no shininess and no flag, no flag.
+/// The material versions that lack fields of the present one: "0.1" shininess and flag, "0.2" the flag.
 inline constexpr std::string_view MaterialVersionWithoutShininess = "0.1";
 inline constexpr std::string_view MaterialVersionWithoutFlag = "0.2";
 inline constexpr std::string_view MaterialVersion = "0.3";
@@ -93,7 +93,7 @@ inline constexpr std::string_view ModifierVersion = "0.1";
 
 // --- Datasets ----------------------------------------------------------------------------------------------
 
-inline constexpr char StepSeparator = 0x1E; ///< Stands between a dataset's name and its step's name.
+inline constexpr char StepSeparator = 0x1E; ///< Separates a dataset's name from its step's name.
 
 inline constexpr std::uint32_t UntaggedType = 0xFFFFFFFF; ///< A type word without an element tag.
 inline constexpr std::uint32_t ElementTagShift = 24;      ///< The tag is the high byte of the type word.

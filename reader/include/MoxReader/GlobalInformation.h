@@ -7,9 +7,9 @@
 
 namespace MoxReader {
 
-/// Who saved the file, once for each save.
+/// Who saved the file; there is one of these for each save.
 struct ModifierInfo {
-    std::string version; ///< Of this record.
+    std::string version; ///< Version of this record.
     std::string sourceName;
     std::string sourceVersion;
     std::string formatVersion;
@@ -19,13 +19,13 @@ struct ModifierInfo {
     std::string comment;
 };
 
-/// What stands in the stream "Global Information".
+/// The content of the stream "Global Information".
 struct GlobalInformation {
     std::vector<ModifierInfo> modifiers;
-    std::uint32_t resultAttributeCount = 0; ///< Always 0 in known files. Their form is not known, nor read.
+    std::uint32_t resultAttributeCount = 0; ///< 0 in all known files; what would follow is unknown.
 };
 
-/// Reads the whole stream. Fields that a later version may append to a record are stepped over.
+/// Reads the whole stream. Fields that a later version may append to a record are skipped.
 /// @throws Error  BadCount, BadRecordSize, TrailingStreamBytes, and those of StreamReader.
 GlobalInformation readGlobalInformation(StreamReader& global);
 

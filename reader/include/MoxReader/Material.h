@@ -19,7 +19,7 @@ struct Material {
     std::uint8_t flag = 0; ///< 0 in records of versions "0.1" and "0.2", which lack it.
 };
 
-/// Reads one material record. Fields that a later version may append are stepped over.
+/// Reads one material record. Fields that a later version may append are skipped.
 /// @throws Error  BadRecordSize, and those of StreamReader.
 Material readMaterial(StreamReader& resources);
 

@@ -11,14 +11,14 @@
 
 namespace MoxReader {
 
-/// The tree of a file with all that belongs to it but the numbers, which HeavyData reads.
+/// The tree of a file with everything that belongs to it except the numbers, which HeavyData reads.
 ///
 /// Ids run from 1 (the root) without gaps, and a parent's id is lower than those of its children, so a loop
 /// over nodes() meets every parent before its children.
 class Model {
 public:
-    /// Checks the tree and resolves the links between datasets; sets nodeId and index of every dataset.
-    /// A link that leads nowhere is an error of resolve() alone.
+    /// Checks the tree and resolves the links between datasets; sets nodeId and index of every dataset. A
+    /// link that leads nowhere is an error only in resolve().
     /// @throws Error  BadNodeId, BadTreeLink.
     Model(std::vector<Node> nodes, GlobalInformation global);
     Model(const Model&) = delete;
@@ -33,7 +33,7 @@ public:
 
     /// @throws Error  NoSuchNode
     const Node& node(std::uint32_t id) const;
-    /// The ids of a node's children in their order. Valid as long as the model. @throws Error  NoSuchNode
+    /// The ids of a node's children in their order, valid as long as the model. @throws Error  NoSuchNode
     std::span<const std::uint32_t> children(std::uint32_t id) const;
 
     /// The dataset that holds the numbers: the given one, or the end of its chain of links. Takes constant

@@ -17,12 +17,12 @@ struct NodeRecord {
     std::uint32_t id = 0;
     std::uint32_t parent = 0;
     std::uint32_t previous = 0; ///< Sibling before this one.
-    std::uint32_t next = 0;     ///< Sibling behind this one.
+    std::uint32_t next = 0;     ///< Sibling after this one.
     std::uint32_t firstChild = 0;
     std::uint32_t lastChild = 0;
     std::string name;
     std::string typeName;            ///< Empty for a root that was never set.
-    std::string version;             ///< Of the node's own layout.
+    std::string version;             ///< Version of the node's own layout.
     std::uint64_t lightPosition = 0; ///< Where its descriptor starts in "Light Data".
 };
 
@@ -35,7 +35,7 @@ struct Group {
     Attributes attributes;
 };
 
-/// A thing to be seen; its geometry is its child.
+/// A visible object; its geometry is its child.
 struct Shape {
     Material material;
 };
@@ -45,7 +45,7 @@ struct Geometry {
     std::vector<Dataset> datasets;
 };
 
-/// Where named sets of nodes stand in "Heavy Data". HeavyData::readNodeSets() reads them.
+/// Where named sets of nodes are in "Heavy Data". HeavyData::readNodeSets() reads them.
 struct NodeSets {
     std::uint32_t setCount = 0;
     std::uint64_t heavyPosition = 0;
@@ -66,7 +66,7 @@ struct Node : NodeRecord {
 /// Reads one record of the stream "Mox Tree". @throws Error  Those of StreamReader.
 NodeRecord readNodeRecord(StreamReader& tree);
 
-/// Reads the stream "Mox Tree": the count and all records, without a look at what the ids say.
+/// Reads the stream "Mox Tree": the count and all records, without checking the ids.
 /// @throws Error  BadCount (also for 0 nodes), TrailingStreamBytes, and those of StreamReader.
 std::vector<NodeRecord> readNodeRecords(StreamReader& tree);
 
@@ -74,8 +74,8 @@ std::vector<NodeRecord> readNodeRecords(StreamReader& tree);
 /// @throws Error  Those of StreamReader.
 Group readGroup(StreamReader& light);
 
-/// Reads the descriptor of a NodeSets node from "Light Data"; its size word lets later fields be stepped
-/// over.
+/// Reads the descriptor of a NodeSets node from "Light Data"; its size word allows later fields to be
+/// skipped.
 /// @throws Error  BadRecordSize, and those of StreamReader.
 NodeSets readNodeSetsDescriptor(StreamReader& light);
 

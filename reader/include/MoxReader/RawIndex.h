@@ -17,13 +17,13 @@ struct IndexTable {
     std::uint32_t count = 0;                ///< Records, as stored.
     std::uint64_t firstId = 0;              ///< Block id of its first record.
     std::optional<std::uint64_t> blockId{}; ///< The Index Block that holds it; empty for the head index.
-    /// How many bytes its blocks lie before the places that the lengths of all blocks before them add up to.
-    /// Not 0 if a single array filled the block before an Index Block: its writer then took that Index Block
-    /// to lie at offset 0 and placed the blocks behind it from there, over others.
+    /// How many bytes its blocks lie below the places that the lengths of all blocks before them add up to.
+    /// Not 0 if a single array filled the block before an Index Block: the writer then took that Index Block
+    /// to lie at offset 0 and placed the following blocks from there, over others.
     std::uint64_t displacement = 0;
 };
 
-/// The front of a file and its index as they stand, as far as they can be followed.
+/// The front of a file and its index exactly as stored, as far as they can be followed.
 struct RawIndex {
     std::uint64_t fileSize = 0;
     std::array<std::uint8_t, Format::Signature.size()> signature{};
@@ -31,23 +31,23 @@ struct RawIndex {
     std::optional<std::uint32_t> headLength; ///< Empty if the file ends before it.
     std::vector<IndexTable> tables;
     std::vector<BlockRecord> blocks; ///< All records in id order, Index Blocks and empty entries included.
-    std::uint64_t end = 0; ///< Where the last byte of a block or table lies; a sound file ends there as well.
-    std::vector<Error> damage; ///< In order of discovery. What stands behind a broken table is not found.
+    std::uint64_t end = 0;           ///< The end of the last block or table; a sound file ends there too.
+    std::vector<Error> damage;       ///< In order of discovery. Nothing after a broken table is found.
 
-    /// Whether blocks lie where their writer did not mean them to be. Those that are not overwritten can be
-    /// read.
+    /// Whether blocks lie where the writer did not intend. Those that are not overwritten can be read.
     bool isDisplaced() const;
 };
 
 /// Reads the front of a file and walks the chain of index tables. Damage is noted, not thrown.
 ///
-/// Blocks that reach past the end of the file are listed like all others and are no damage of the index.
+/// Blocks that reach past the end of the file are listed like all others and do not count as damage of the
+/// index.
 /// @throws Error  ReadFailed alone.
 /// @par Cost
-/// One read for each table, one of four bytes for each compressed block. Each table describes ids that follow
-/// those of the one before it, and its bytes are in the file, so the walk ends. If the file has exactly the
-/// size that displaced blocks would give it, those of the last table that are not "Heavy Data" are
-/// decompressed to see whether they are.
+/// One read for each table, and one of four bytes for each compressed block. Each table describes ids that
+/// follow those of the one before it, and its bytes are in the file, so the walk ends. If the file has
+/// exactly the size that displaced blocks would give it, the blocks of the last table that are not "Heavy
+/// Data" are decompressed to see whether they are displaced.
 RawIndex scanIndex(Source& source);
 
 } // namespace MoxReader

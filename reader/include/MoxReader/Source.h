@@ -6,7 +6,7 @@
 namespace MoxReader {
 
 /// Bytes that can be read at any offset: a file (FileSource), memory (MemorySource), or the caller's own
-/// class. A source has one position inside, so one thread at a time may use it.
+/// class. A source has an internal position, so only one thread at a time may use it.
 class Source {
 public:
     Source() = default;
@@ -14,11 +14,11 @@ public:
     Source& operator=(const Source&) = delete;
     virtual ~Source() = default;
 
-    /// Bytes in all. Constant over the life of the source.
+    /// Total number of bytes, constant over the life of the source.
     virtual std::uint64_t size() const = 0;
 
     /// Fills target with the bytes at offset.
-    /// @throws Error  Truncated if the source ends before; ReadFailed.
+    /// @throws Error  Truncated if the source ends too early; ReadFailed.
     void read(std::uint64_t offset, std::span<std::uint8_t> target);
 
 protected:

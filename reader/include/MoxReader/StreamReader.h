@@ -13,12 +13,12 @@ namespace MoxReader {
 
 /// A cursor over the stream of one name: its blocks, decompressed and joined.
 ///
-/// The reader holds at most one decompressed block. Positions count bytes of the decompressed stream.
-/// A read that fails leaves the position anywhere between where it began and where it would have ended.
+/// The reader holds at most one decompressed block. Positions count bytes of the decompressed stream. After a
+/// failed read the position is anywhere between where the read began and where it would have ended.
 class StreamReader {
 public:
-    /// @param blocks  The blocks of the stream in ascending id. They need not come from an index. One whose
-    ///                content is lost but whose contentLength is known keeps its place in the stream.
+    /// @param blocks  The blocks of the stream in ascending id. They need not come from an index. A block
+    ///                whose content is lost but whose contentLength is known keeps its place in the stream.
     StreamReader(std::shared_ptr<Source> source, std::string name, std::vector<BlockRecord> blocks);
 
     const std::string& name() const { return name_; }
@@ -28,7 +28,8 @@ public:
     /// The place in blocks() of the block that holds the byte at a position below size().
     std::size_t blockAt(std::uint64_t position) const;
 
-    /// Bytes of the stream. It ends before the first block whose length is not known, see damage().
+    /// Size of the stream in bytes. The stream ends before the first block whose length is not known, see
+    /// damage().
     std::uint64_t size() const { return starts_.back(); }
     /// Why the stream ends before its last block; empty if it does not. Reads past size() raise this error.
     const std::optional<Error>& damage() const { return damage_; }
@@ -37,7 +38,7 @@ public:
     std::uint64_t remaining() const { return size() - position_; }
     bool atEnd() const { return remaining() == 0; }
 
-    /// @throws Error  EndOfStream, or damage(), if position lies behind size().
+    /// @throws Error  EndOfStream, or damage(), if position is greater than size().
     void seek(std::uint64_t position);
     /// @throws Error  As seek().
     void skip(std::uint64_t count);
@@ -67,7 +68,7 @@ public:
     /// @throws Error  BadCount if the stream cannot hold that many.
     std::uint32_t readCount(std::uint64_t minSize);
 
-    /// The present position, for an Error.
+    /// The current position, for an Error.
     Place place() const;
 
 private:
@@ -77,7 +78,7 @@ private:
     std::shared_ptr<Source> source_;
     std::string name_;
     std::vector<BlockRecord> blocks_;
-    std::vector<std::uint64_t> starts_; ///< One for each readable block, then the stream's size.
+    std::vector<std::uint64_t> starts_; ///< The start of each readable block, then the stream's size.
     std::optional<Error> damage_;
     std::uint64_t position_ = 0;
     std::optional<std::size_t> loaded_; ///< The block that content_ holds.

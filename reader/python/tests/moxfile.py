@@ -1,4 +1,4 @@
-"""Makes files byte by byte, damaged ones and ones that no writer makes as well. Shares nothing with the reader."""
+"""Makes files byte by byte, including damaged ones and ones that no writer makes. Shares nothing with the reader."""
 
 import struct
 import zlib
@@ -31,7 +31,7 @@ def texts(*items):
 
 
 def counted(code, *values):
-    """A count and as many numbers."""
+    """A count, then that many numbers."""
     return struct.pack(f"<I{len(values)}{code}", len(values), *values)
 
 
@@ -60,7 +60,7 @@ TABLE_SIZE = 4 + 200 * 139
 
 
 def with_index_blocks(blocks):
-    """Puts an Index Block at id 19, 219 and so on, if there is a block behind it; its bytes are not filled in."""
+    """Puts an Index Block at id 19, 219 and so on, if a block follows; its bytes are not filled in."""
     result = []
     for block in blocks:
         if len(result) >= 19 and (len(result) - 19) % 200 == 0:
@@ -70,7 +70,7 @@ def with_index_blocks(blocks):
 
 
 def table(blocks, first, count):
-    """The table of so many records from an id on."""
+    """A table of `count` records from the id `first` on."""
     records = [record(i + 1, blocks[i][0], len(blocks[i][1]), blocks[i][2]) if i < len(blocks) else empty_record(i + 1)
                for i in range(first, first + count)]
     return u32(count) + b"".join(records)
@@ -79,7 +79,7 @@ def table(blocks, first, count):
 def chained_file(blocks, restarts=()):
     """A file of any number of blocks, each a name, the bytes in the file, and the flags.
 
-    restarts: the ids of Index Blocks that the writer takes to lie at 0 when it places the blocks behind them. It writes
+    restarts: the ids of Index Blocks that the writer takes to lie at 0 when it places the blocks after them. It writes
     all blocks in the order of their ids, then the tables.
     """
     blocks = with_index_blocks(blocks)

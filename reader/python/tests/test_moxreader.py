@@ -1,4 +1,4 @@
-"""Tests of the Python reader. They run by themselves: python3 -m unittest discover -s reader/python/tests"""
+"""Tests of the Python reader. They can run alone: python3 -m unittest discover -s reader/python/tests"""
 
 import contextlib
 import io
@@ -121,7 +121,7 @@ class Blocks(MoxTest):
 
 
 class LowBlocks(MoxTest):
-    """Files whose writer took an Index Block to lie at 0, so that the blocks behind it lie over others."""
+    """Files whose writer took an Index Block to lie at 0, so that the blocks after it cover others."""
 
     COUNT = 105
 

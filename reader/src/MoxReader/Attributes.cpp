@@ -8,7 +8,7 @@ namespace MoxReader {
 
 namespace {
 
-/// The lists of an attribute record in their order in the file.
+/// The lists of an attribute record, in file order.
 struct Lists {
     std::vector<std::string> keys;
     std::vector<std::uint8_t> kinds;
@@ -48,7 +48,7 @@ private:
     std::size_t used_ = 0;
 };
 
-/// Joins keys and values: each key takes the next element of the list that its kind names.
+/// Pairs keys with values: each key takes the next element of the list of its kind.
 std::optional<Attributes> join(Lists lists) {
     if (lists.keys.size() != lists.kinds.size()) {
         return std::nullopt;

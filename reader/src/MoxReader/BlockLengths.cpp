@@ -10,7 +10,7 @@ namespace MoxReader {
 
 namespace {
 
-constexpr int MostLimits = 100; ///< So many limits are tried.
+constexpr int MostLimits = 100; ///< How many limits are tried.
 
 /// An array in the stream.
 struct Range {
@@ -46,12 +46,12 @@ bool hasWrongLength(const BlockRecord& block, std::uint64_t fileSize) {
 using Lengths = std::vector<std::optional<std::uint64_t>>;
 using Starts = std::vector<std::uint64_t>;
 
-/// Divides arrays among blocks as a writer does whose blocks are full from a limit on.
+/// Divides arrays among blocks as a writer with a given limit does: a block that has reached it is full.
 class Division {
 public:
     Division(const std::vector<Range>& arrays, const Lengths& known) : arrays_(arrays), known_(known) {}
 
-    /// @return whether the known lengths allow it.
+    /// @return whether the known lengths allow this limit.
     bool tryLimit(std::uint64_t limit) {
         limit_ = limit;
         nextLimit_ = 0;
@@ -69,12 +69,12 @@ public:
 
     /// Where the blocks begin, and where the last one ends.
     const Starts& starts() const { return starts_; }
-    /// The highest limit below the one tried that can come to something else; 0 if there is none.
+    /// The highest limit below the one tried that can give a different division; 0 if there is none.
     std::uint64_t nextLimit() const { return nextLimit_; }
 
 private:
-    /// @param length Empty if it is lost.
-    /// @return where the block ends; empty if the arrays do not fill it, one behind the other.
+    /// @param length Empty if the block has lost it.
+    /// @return where the block ends; empty if consecutive arrays do not fill it.
     std::optional<std::uint64_t> pass(const std::optional<std::uint64_t>& length, bool isLast) {
         const auto start = starts_.back();
         auto end = start;
@@ -102,11 +102,11 @@ private:
     const Lengths& known_;
     std::uint64_t limit_ = 0;
     std::uint64_t nextLimit_ = 0;
-    std::size_t place_ = 0; ///< The next array.
+    std::size_t place_ = 0; ///< Index of the next array.
     Starts starts_;
 };
 
-/// No block but the last is shorter than the limit.
+/// The shortest known length, since only the last block can be shorter than the limit.
 std::uint64_t highestLimit(const Lengths& known) {
     auto limit = std::numeric_limits<std::uint64_t>::max();
     for (std::size_t i = 0; i + 1 < known.size(); ++i) {

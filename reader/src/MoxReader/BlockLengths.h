@@ -8,9 +8,9 @@
 
 namespace MoxReader {
 
-/// Gives the blocks of "Heavy Data" that have lost their content length, with their content, the one that
-/// fits the arrays; see openHeavyStream().
-/// @return whether any got one.
+/// Sets the content lengths of those blocks of "Heavy Data" that have lost theirs to what fits the arrays;
+/// see openHeavyStream().
+/// @return whether any block got a length.
 bool findLostLengths(std::vector<BlockRecord>& blocks, const std::vector<Node>& nodes,
                      std::uint64_t fileSize);
 

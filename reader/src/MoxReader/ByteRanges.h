@@ -13,7 +13,7 @@ public:
     bool touch(std::uint64_t begin, std::uint64_t end) const;
 
 private:
-    std::map<std::uint64_t, std::uint64_t> ends_; ///< By begin. Ranges neither overlap nor touch each other.
+    std::map<std::uint64_t, std::uint64_t> ends_; ///< Keyed by begin. Ranges neither overlap nor touch.
 };
 
 } // namespace MoxReader

@@ -26,7 +26,8 @@ ChildTable::ChildTable(const std::vector<Node>& nodes) {
     }
 }
 
-// Leaves in first_[id] the children of all nodes up to id: the place where the next node's children begin.
+// Afterwards first_[id] counts the children of all nodes up to id, so it is where the next node's children
+// begin.
 void ChildTable::countChildren(const std::vector<Node>& nodes) {
     first_.assign(nodes.size() + 1, 0);
     for (const auto& node : nodes) {
@@ -40,7 +41,7 @@ void ChildTable::countChildren(const std::vector<Node>& nodes) {
     std::partial_sum(first_.begin(), first_.end(), first_.begin());
 }
 
-// Ids rise along a chain of siblings, so taking the nodes in order keeps the order of siblings.
+// Ids increase along a chain of siblings, so taking the nodes in order keeps siblings in order.
 void ChildTable::placeChildren(const std::vector<Node>& nodes) {
     auto next = first_;
     children_.resize(first_.back());

@@ -20,7 +20,7 @@ bool isSoundRecord(const BlockRecord& record, std::uint64_t id) {
            record.reserved == 0;
 }
 
-/// Whether the table of an Index Block lies at a place, whole, with the records from an id on.
+/// Whether a whole table of an Index Block lies at a place, with records from an id on.
 bool isSoundTable(Source& source, std::uint64_t position, std::uint64_t firstId) {
     if (position > source.size() || TableSize > source.size() - position) {
         return false;
@@ -39,7 +39,7 @@ bool isSoundTable(Source& source, std::uint64_t position, std::uint64_t firstId)
     return true;
 }
 
-/// All tables but the head index, which nothing reaches.
+/// All tables but the head index, which nothing can cover.
 ByteRanges rangesOfTables(const RawIndex& index) {
     ByteRanges ranges;
     for (const auto& table : std::span(index.tables).subspan(1)) {
@@ -60,7 +60,7 @@ std::uint64_t endWith(const RawIndex& index, std::uint64_t displacement) {
     return std::max(index.blocks.back().end() - displacement, endOfTables(index));
 }
 
-/// The block where it lies with a displacement.
+/// The block as it lies with a displacement.
 BlockRecord moved(const BlockRecord& block, Source& source, std::uint64_t displacement) {
     auto result = block;
     result.position -= displacement;
@@ -68,8 +68,8 @@ BlockRecord moved(const BlockRecord& block, Source& source, std::uint64_t displa
     return result;
 }
 
-/// Whether with a displacement all streams but the numbers are whole in the last table, as far as no table
-/// lies over them.
+/// Whether, with a displacement, all blocks of the last table that are not "Heavy Data" and that no table
+/// covers are intact.
 bool isWholeWith(Source& source, const RawIndex& index, std::uint64_t displacement) {
     const auto tables = rangesOfTables(index);
     bool hasAny = false;
@@ -127,8 +127,8 @@ void settleByNextTable(Source& source, const RawIndex& index, IndexTable& table,
     }
 }
 
-// A table with blocks behind it ends before they do, so a file with nothing displaced has the size that its
-// lengths add up to, and no other.
+// A table with blocks after it ends before they do, so a file without displaced blocks has exactly the size
+// that its lengths add up to.
 void settleBySize(Source& source, RawIndex& index) {
     auto& table = index.tables.back();
     const auto restart = findRestart(index, table);

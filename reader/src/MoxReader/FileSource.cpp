@@ -6,7 +6,7 @@ namespace MoxReader {
 
 namespace {
 
-// string() fails on some systems for a name that the present code page lacks.
+// On some systems string() fails for a name that the current code page cannot express.
 Error openError(const std::filesystem::path& path) {
     const auto text = path.u8string();
     return Error(ErrorCode::OpenFailed, {.path = std::string(text.begin(), text.end())});

@@ -22,7 +22,7 @@ void requireWholeItems(const Dataset& holder) {
     }
 }
 
-/// The payload of a NodeSets node, its lists in their order in the file.
+/// The payload of a NodeSets node: its lists, in file order.
 struct SetLists {
     std::vector<std::uint32_t> nameOffsets;
     std::string names;
@@ -41,7 +41,7 @@ SetLists readSetLists(StreamReader& heavy) {
     return lists;
 }
 
-/// Offsets are one more than there are sets: they rise from 0 to the size of what they divide.
+/// There is one more offset than there are sets; they rise from 0 to the size of what they divide.
 bool areOffsets(const std::vector<std::uint32_t>& offsets, std::uint32_t sets, std::size_t size) {
     return offsets.size() == std::size_t{sets} + 1 && offsets.front() == 0 &&
            std::ranges::is_sorted(offsets) && offsets.back() == size;

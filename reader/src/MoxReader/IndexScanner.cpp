@@ -121,7 +121,7 @@ void IndexScanner::addRecord(const IndexTable& table, std::uint32_t row,
     index_.blocks.push_back(std::move(record));
 }
 
-// The records behind an Index Block's own stand in its table, so it is always the last of the table that
+// The records after an Index Block's own are in its table, so its record is always the last of the table that
 // names it.
 std::optional<IndexTable> IndexScanner::findNextTable() {
     const auto first = index_.blocks.begin() + static_cast<std::ptrdiff_t>(index_.tables.back().firstId);

@@ -26,7 +26,7 @@ private:
     Source& source_;
     RawIndex index_;
     bool isBroken_ = false;                          ///< A table can't be read or has a wrong record.
-    std::uint64_t sum_ = Format::FirstBlockPosition; ///< Where the lengths so far add up to.
+    std::uint64_t sum_ = Format::FirstBlockPosition; ///< The place that the lengths so far add up to.
 };
 
 } // namespace MoxReader

@@ -63,7 +63,7 @@ void Inflater::offerOutput(std::vector<std::uint8_t>& content) {
 }
 
 std::optional<ErrorCode> Inflater::judgeStep(int result) const {
-    // zlib tells a wrong checksum from other damage by its message alone.
+    // Only zlib's message distinguishes a wrong checksum from other damage.
     constexpr std::string_view ChecksumMessage = "incorrect data check";
     switch (result) {
     case Z_OK:

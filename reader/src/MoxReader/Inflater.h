@@ -8,11 +8,11 @@
 
 namespace MoxReader {
 
-/// Decompresses one zlib stream that stands in a source, piece by piece. Used once.
+/// Decompresses one zlib stream of a source piece by piece. Each object is used once.
 class Inflater {
 public:
     /// @param position  File offset of the zlib stream.
-    /// @param stored    Bytes of the zlib stream; they lie inside the source.
+    /// @param stored    Length of the zlib stream, which lies inside the source.
     Inflater(Source& source, std::uint64_t position, std::uint64_t stored);
     Inflater(const Inflater&) = delete;
     Inflater& operator=(const Inflater&) = delete;
@@ -32,9 +32,9 @@ private:
 
     Source& source_;
     std::uint64_t position_;
-    std::uint64_t stored_; ///< Bytes that are still in the source alone.
+    std::uint64_t stored_; ///< Bytes not yet read from the source.
     std::uint64_t produced_ = 0;
-    std::uint8_t surplus_ = 0; ///< Takes the first byte beyond the stated length, so that too much shows.
+    std::uint8_t surplus_ = 0; ///< Takes the first byte beyond the stated length, which reveals an excess.
     z_stream zlib_{};
     std::array<std::uint8_t, ChunkSize> chunk_;
 };

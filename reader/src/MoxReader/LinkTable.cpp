@@ -21,7 +21,7 @@ LinkTable::LinkTable(const std::vector<Node>& nodes) : first_{0} {
     for (const auto& node : nodes) {
         first_.push_back(first_.back() + (node.geometry() != nullptr ? node.geometry()->datasets.size() : 0));
     }
-    // A walk that meets its own beginning finds this value there.
+    // A walk that comes back to itself finds this value.
     resolutions_.assign(first_.back(), ErrorCode::LinkCycle);
     visited_.assign(first_.back(), false);
     for (const auto& node : nodes) {
@@ -34,8 +34,8 @@ LinkTable::LinkTable(const std::vector<Node>& nodes) : first_{0} {
     }
 }
 
-// Walks along the links up to a holder, a missing target, or a dataset that a walk has visited; all datasets
-// on the way get the same resolution. No dataset is walked over twice.
+// Follows the links to a holder, a missing target, or a dataset that was visited before; all datasets on the
+// way get the same resolution. No dataset is visited twice.
 void LinkTable::follow(const std::vector<Node>& nodes, const Dataset& start) {
     std::vector<std::size_t> walked;
     const Dataset* dataset = &start;

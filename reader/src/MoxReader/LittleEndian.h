@@ -7,7 +7,7 @@
 
 namespace MoxReader {
 
-/// The unsigned integer whose lowest byte stands at bytes[0].
+/// The unsigned integer whose lowest byte is bytes[0].
 template <std::unsigned_integral T>
 constexpr T littleEndian(const std::uint8_t* bytes) {
     T value = 0;

@@ -21,7 +21,7 @@ void requireVersion(const Node& node, std::string_view version) {
     }
 }
 
-/// Reads what the node has in "Light Data", and so gives its content the alternative of its type.
+/// Reads what the node has in "Light Data", which sets its content to the alternative of its type.
 void readDescriptor(Node& node, StreamReader& light) {
     if (node.lightPosition != light.position()) {
         throw Error(ErrorCode::BadPosition, light.place());
@@ -58,7 +58,7 @@ void readNodeMaterial(Node& node, StreamReader& resources) {
     }
 }
 
-/// Lets each node in turn read its part of a stream, which must then be used up.
+/// Reads each node's part of a stream in turn; the stream must then be used up.
 template <class ReadPart>
 void readParts(std::vector<Node>& nodes, StreamReader stream, const ReadPart& readPart) {
     for (auto& node : nodes) {

@@ -26,8 +26,8 @@ std::array<float, Count> readFloatArray(StreamReader& stream) {
     return values;
 }
 
-/// Runs read() and returns its result; an Error out of it gets the text of describe() as its record.
-/// The text is made only then.
+/// Runs read() and returns its result; an Error from it gets the text of describe() as its record. The text
+/// is made only in that case.
 template <class Read, class Describe>
 auto inRecord(const Read& read, const Describe& describe) {
     try {

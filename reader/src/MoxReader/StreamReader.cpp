@@ -16,7 +16,7 @@ Error blockError(ErrorCode code, const BlockRecord& block) {
     return Error(code, {.fileOffset = block.position, .blockId = block.id, .name = block.name});
 }
 
-/// Whether a block with this damage can have a content length that is right.
+/// Whether a block with this damage can still have a correct content length.
 bool leavesLength(ErrorCode damage) {
     return damage == ErrorCode::ContentLost || damage == ErrorCode::BlockOverwritten;
 }
@@ -66,7 +66,7 @@ void StreamReader::read(std::span<std::uint8_t> target) {
     }
 }
 
-// Blocks without content share their start with the block behind them and are never the result.
+// Blocks without content share their start with the next block and are never the result.
 std::size_t StreamReader::blockAt(std::uint64_t position) const {
     const bool isInLoaded = loaded_ && starts_[*loaded_] <= position && position < starts_[*loaded_ + 1];
     if (isInLoaded) {
@@ -81,7 +81,7 @@ void StreamReader::load(std::size_t block) {
         return;
     }
     loaded_.reset();
-    content_ = {}; // The old content goes before the new one comes.
+    content_ = {}; // Frees the old content before the new one is allocated.
     auto content = readBlockContent(*source_, blocks_[block]);
     if (content.damage) {
         throw blockError(*content.damage, blocks_[block]);

@@ -6,7 +6,7 @@
 
 namespace MoxReader {
 
-/// The outer form of a record with a size word: size, version, fields. The size covers the whole record.
+/// The frame of a record with a size word: size, version, fields. The size covers the whole record.
 class VersionedRecord {
 public:
     /// Reads size and version. @throws Error  BadRecordSize if the stream is shorter than the record.
@@ -14,8 +14,8 @@ public:
 
     const std::string& version() const { return version_; }
 
-    /// Moves the stream behind the record, over fields that the reader does not know.
-    /// @throws Error  BadRecordSize if the known fields already reach past the record.
+    /// Moves the stream to the end of the record, skipping fields that the reader does not know.
+    /// @throws Error  BadRecordSize if the known fields reach past the end of the record.
     void finish();
 
 private:

@@ -51,7 +51,7 @@ TEST(BlockContent, AnEmptyContentTakesTwelveBytes) {
 }
 
 TEST(BlockContent, AContentOfManyChunksComesOutWhole) {
-    // Digits of a simple generator: they compress to more than one chunk of input.
+    // Pseudo-random bytes, which compress to more than one chunk of input.
     std::vector<std::uint8_t> large(300000);
     std::uint32_t state = 1;
     for (auto& byte : large) {

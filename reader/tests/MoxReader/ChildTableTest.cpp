@@ -27,7 +27,7 @@ std::vector<Node> nodesOf(const std::vector<Links>& all) {
     return nodes;
 }
 
-/// 1 has the children 2, 3 and 5; 2 has the child 4.
+/// Node 1 has the children 2, 3 and 5; node 2 has the child 4.
 const std::vector<Links> Family = {
     {0, 0, 0, 2, 5}, {1, 0, 3, 4, 4}, {1, 2, 5, 0, 0}, {2, 0, 0, 0, 0}, {1, 3, 0, 0, 0}};
 

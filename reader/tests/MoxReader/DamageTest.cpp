@@ -6,7 +6,7 @@
 #include <optional>
 #include <sstream>
 
-// Whatever is done to a file, reading it ends in a value or in an Error.
+// Whatever happens to a file, reading it ends in a value or in an Error.
 
 namespace {
 
@@ -58,7 +58,7 @@ void print(std::ostream& out, const Node& node, HeavyData& heavy) {
     }
 }
 
-/// All that a file says, in one text; empty if reading ends in an Error.
+/// Everything that a file says, as one text; empty if reading ends in an Error.
 std::optional<std::string> readAll(std::vector<std::uint8_t> bytes) {
     try {
         const File file(memory(std::move(bytes)));
@@ -98,7 +98,7 @@ TEST(Damage, AFlippedBitInTheHeaderIsAnError) {
     for (std::size_t bit = 0; bit < 8 * 20; ++bit) {
         auto damaged = bytes;
         damaged[bit / 8] = static_cast<std::uint8_t>(damaged[bit / 8] ^ (1u << (bit % 8)));
-        // The version's fourth byte is its terminator: a bit there makes another version.
+        // The version's fourth byte is its terminator; a bit flipped there makes a different version.
         ASSERT_FALSE(readAll(damaged)) << "bit " << bit;
     }
 }

@@ -14,7 +14,7 @@ using namespace MoxReader;
 
 constexpr std::uint64_t TableSize = 27804;
 
-/// Bytes that do not compress, so that a block of n of them takes n + 15 in the file.
+/// Bytes that do not compress, so that a block of n of them takes n + 15 bytes in the file.
 std::vector<std::uint8_t> noise(std::size_t seed, std::size_t size) {
     std::vector<std::uint8_t> bytes(size);
     auto state = static_cast<std::uint32_t>(seed * 2654435761u + 1);
@@ -86,8 +86,8 @@ std::size_t sixHundred(std::size_t) {
 
 } // namespace
 
-// 19 blocks of 615 bytes end at 14485, where the table lies. The blocks behind it were meant for 42289 and
-// lie at 27804; 24 of them begin before the table ends at 42289.
+// 19 blocks of 615 bytes end at 14485, where the table lies. The blocks after it should begin at 42289 but
+// begin at 27804; 24 of them begin before the table ends at 42289.
 TEST(Displacement, BlocksBehindAnIndexBlockTakenToLieAt0AreFoundWhereTheyLie) {
     const File file(memory(arrays(105, sixHundred).displacedBytes({19})));
     ASSERT_EQ(2u, file.index().tables.size());
@@ -126,7 +126,7 @@ TEST(Displacement, TheOverwrittenBlocksAreTheOnesThatNoLongerHoldTheirBytes) {
     }
 }
 
-// The first 19 blocks are so long that the ones behind lie over them and not up to the table.
+// The first 19 blocks are so long that the later ones cover some of them but do not reach the table.
 TEST(Displacement, BlocksInFrontOfTheIndexBlockAreLostWhereLaterOnesLieOverThem) {
     const File file(memory(arrays(30, [](std::size_t) { return 6000; }).displacedBytes({19})));
     EXPECT_TRUE(file.blocks()[4].isOverwritten); // from 26860 to 32875
@@ -175,7 +175,7 @@ TEST(Displacement, BothIndexBlocksCanBeTakenToLieAt0) {
     EXPECT_EQ(0u, outcome.wrong);
 }
 
-// Blocks of 175 bytes, a divisor of 2800: whole blocks of the right length begin at the wrong places, too.
+// Blocks of 175 bytes, a divisor of 2800: whole blocks of the right length also begin at wrong places.
 TEST(Displacement, BlocksOfOneLengthAreNotTakenForEachOther) {
     const auto laidOut = arrays(210, [](std::size_t) { return 160; });
     const File file(memory(laidOut.displacedBytes({19})));
@@ -246,7 +246,7 @@ TEST(Displacement, DamageOfTheTreeKeepsAFileFromBeingTakenForADisplacedOne) {
     EXPECT_FALSE(isDisplaced(std::move(bytes)));
 }
 
-// With few short arrays behind it, the table lies over everything behind it.
+// Only a few short arrays follow the Index Block, so its table covers everything after it.
 TEST(Displacement, AFileWhoseTreeLiesUnderATableIsRefused) {
     const auto bytes = arrays(25, [](std::size_t) { return 40; }).displacedBytes({19});
     EXPECT_FALSE(isDisplaced(bytes));

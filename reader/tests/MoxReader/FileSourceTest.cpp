@@ -16,7 +16,8 @@ using MoxReader::FileSource;
 
 namespace {
 
-/// A file in the temporary folder that goes with the test. Tests that run at the same time have others.
+/// A file in the temporary folder, removed with the test. Tests that run at the same time have different
+/// ones.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const std::vector<std::uint8_t>& bytes)
@@ -76,7 +77,7 @@ TEST(FileSource, BlocksBehindFourGibibytesAreRead) {
 #ifdef _WIN32
     GTEST_SKIP() << "a hole in a file takes real space on this system";
 #else
-    // The first block is a hole of 4294967295 bytes, the second stands behind it.
+    // The first block is a hole of 4294967295 bytes; the second follows it.
     auto bytes = TestFile().plain("Hole", {}).plain("Mox Tree", Bytes().raw("behind")).bytes();
     bytes = patched(bytes, 16 + 4 + 133, Bytes().u32(4294967295u));
     bytes.resize(2800);

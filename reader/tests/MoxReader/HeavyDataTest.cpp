@@ -25,7 +25,7 @@ struct Opened {
     HeavyData heavy;
 };
 
-/// The sample with another first dataset.
+/// The sample with a different first dataset.
 SampleModel withFirstDataset(std::uint32_t size, unsigned width, std::uint64_t position) {
     SampleModel sample;
     sample.light = patched(sample.light, 45, fullEntry("Coordinates", 0x01000001, size, width, position));

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-// Where blocks of "Heavy Data" have lost their content, the arrays tell where the blocks behind them begin.
+// Where blocks of "Heavy Data" have lost their content, the arrays show where the blocks after them begin.
 
 namespace {
 
@@ -55,7 +55,7 @@ protected:
         return file.bytes();
     }
 
-    /// The arrays that can be read. Each is checked to hold its own bytes.
+    /// The arrays that can be read, each checked to hold its own bytes.
     static std::vector<std::string> readable(const std::vector<std::uint8_t>& bytes) {
         const File file(memory(bytes));
         const auto model = readModel(file);
@@ -102,19 +102,17 @@ TEST_F(HeavyStream, ALostFirstBlockIsBridged) {
     EXPECT_EQ((Names{"1", "2"}), readable(file({{{100}, true}, {{100}}, {{100}}})));
 }
 
-// The shortest block known has 200 bytes, but the lost one has fewer: 100 and 148 are both limits that others
-// rule out.
+// A limit of 200, the shortest known length, would put two arrays into the lost block; 148 fits.
 TEST_F(HeavyStream, ALostBlockCanBeShorterThanAllOthers) {
     EXPECT_EQ((Names{"0", "2", "3"}), readable(file({{{200}}, {{148}, true}, {{240}}, {{4}}})));
 }
 
-// One block of 60 and 60 bytes was lost, or two blocks of 60 of which one is known: the blocks in front rule
-// it out.
+// With a limit of 60 the lost block would hold one array instead of two; the first block rules that limit
+// out.
 TEST_F(HeavyStream, TheLimitIsTheOneOfAllBlocks) {
     EXPECT_EQ((Names{"0", "1", "4", "5"}), readable(file({{{60, 60}}, {{60, 60}, true}, {{60, 60}}})));
 }
 
-// 40 + 80 lost and 80 + 40 known, or 40 lost... the known block has 120 bytes from either place.
 TEST_F(HeavyStream, WhereTwoDivisionsFitNothingBehindIsRead) {
     EXPECT_EQ((Names{}),
               readable(file({{{40}, true}, {{40}}, {{40}, true}, {{40, 40}, true}, {{40}}, {{40}}})));
@@ -130,7 +128,7 @@ TEST_F(HeavyStream, AGapAnywhereLeavesWhatIsBehindALostBlockUnread) {
 }
 
 TEST_F(HeavyStream, ABlockThatContradictsTheArraysLeavesWhatIsBehindUnread) {
-    // Six blocks are said to hold what two arrays say.
+    // Two arrays cannot fill four blocks.
     EXPECT_EQ((Names{"0"}), readable(file({{{100}}, {{}, true}, {{}, true}, {{100}}})));
 }
 

@@ -10,7 +10,7 @@ using MoxReader::StreamReader;
 
 namespace {
 
-/// "abc" "" "defg" "hij" in blocks of one name, with a block of another name between them.
+/// "abc", "", "defg" and "hij" in blocks of one name, with a block of another name between them.
 StreamReader letters() {
     TestFile file;
     file.compressed("S", Bytes().raw("abc")).compressed("S", Bytes()).compressed("T", Bytes().raw("--"));

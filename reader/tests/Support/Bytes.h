@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-/// Writes values as they stand in a file, one behind the other. Numbers are little-endian.
+/// Writes values as they are stored in a file, one after another. Numbers are little-endian.
 class Bytes {
 public:
     Bytes& u8(unsigned value);
@@ -15,7 +15,7 @@ public:
     Bytes& f32(float value);
     Bytes& f64(double value);
     Bytes& f32s(std::initializer_list<float> values);
-    /// The characters alone.
+    /// Just the characters.
     Bytes& raw(std::string_view text);
     Bytes& raw(std::initializer_list<unsigned> bytes);
     Bytes& raw(const std::vector<std::uint8_t>& bytes);
@@ -28,13 +28,13 @@ public:
     Bytes& u32List(std::initializer_list<std::uint32_t> list);
     Bytes& f32List(std::initializer_list<float> list);
     Bytes& f64List(std::initializer_list<double> list);
-    /// The record of no attributes: six empty lists.
+    /// A record without attributes: six empty lists.
     Bytes& noAttributes();
 
     std::size_t size() const { return bytes_.size(); }
     operator const std::vector<std::uint8_t>&() const {
         return bytes_;
-    } // NOLINT: passes for its bytes everywhere
+    } // NOLINT: usable as its bytes everywhere
 
     friend bool operator==(const Bytes& left, const std::vector<std::uint8_t>& right) {
         return left.bytes_ == right;

@@ -15,7 +15,7 @@ MoxReader::Error errorOf(const Call& call) {
     throw std::logic_error("no Error was thrown");
 }
 
-/// Expects the call to throw an Error of this code; the names show up in the failure's text.
+/// Expects the call to throw an Error of this code; a failure's text shows the names of the codes.
 template <class Call>
 void expectError(MoxReader::ErrorCode code, const Call& call) {
     EXPECT_EQ(MoxReader::errorName(code), MoxReader::errorName(errorOf(call).code()));

@@ -14,15 +14,15 @@ class TestFile {
 public:
     /// A content length and a zlib stream, flags 0x01.
     TestFile& compressed(const std::string& name, const std::vector<std::uint8_t>& content);
-    /// The content as it stands, flags 0x00.
+    /// The content as it is, flags 0x00.
     TestFile& plain(const std::string& name, const std::vector<std::uint8_t>& content);
     /// Any payload with any flags.
     TestFile& raw(const std::string& name, const std::vector<std::uint8_t>& payload, unsigned flags);
 
-    /// The file. Index Blocks stand at ids 19, 219 and so on if there is a block behind them.
+    /// The file. There are Index Blocks at ids 19, 219 and so on, if a block follows.
     std::vector<std::uint8_t> bytes() const;
-    /// The file as its writer makes it if it takes these Index Blocks to lie at offset 0 when it places the
-    /// blocks behind them: all blocks are written in ascending id, then the tables.
+    /// The file that results if the writer takes these Index Blocks to lie at offset 0 when it places the
+    /// blocks after them: all blocks are written in ascending id, then the tables.
     std::vector<std::uint8_t> displacedBytes(const std::set<std::size_t>& restarts) const;
     std::shared_ptr<MoxReader::MemorySource> source() const;
 

@@ -40,7 +40,7 @@ Array2d<T> tableOf(const std::vector<T>& values, unsigned width) {
     return Array2d<T>(values.size() / width, width, values);
 }
 
-// Calls `use` with the numbers in one of the four kinds of array that can carry them.
+// Calls `use` with the numbers in one of the four kinds of array that can hold them.
 template <typename Use>
 void withArray(const std::vector<std::uint32_t>& bits, unsigned width, unsigned elementTag, bool asTable,
                Use use) {
@@ -173,7 +173,8 @@ void RandomModel::addArray(Model& model) {
     dataset.width = kind.width;
     dataset.elementTag = anyBelow(2) == 0 ? FloatTag : UnsignedTag;
     dataset.bits.resize(std::size_t{rows} * kind.width);
-    // Small numbers as floats too: random bits would meet values that compare unequal to themselves.
+    // Also small numbers when taken as floats: random bits would include NaNs, which compare unequal to
+    // themselves.
     std::generate(dataset.bits.begin(), dataset.bits.end(),
                   [&] { return 0x3F000000U + anyBelow(1U << 20U); });
 
@@ -203,7 +204,7 @@ void RandomModel::addArray(Model& model) {
         dataset.attributes["Category"] = std::string("Vibration");
     }
     attributes.set("Link.dropped", 1);
-    // A name of its own for each call, so that no call overwrites another's entry.
+    // Each call uses a new name, so that no call overwrites the entry of another.
     const std::string name = "array " + std::to_string(++arraysAdded);
     withArray(dataset.bits, kind.width, dataset.elementTag, kind.width != 1 || anyBelow(2) == 0,
               [&](const auto& array) {

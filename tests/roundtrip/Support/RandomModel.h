@@ -14,7 +14,7 @@ namespace Roundtrip {
 using AttributeValue = std::variant<std::uint32_t, float, std::string, double>;
 using AttributeMap = std::map<std::string, AttributeValue>;
 
-/// What a file has to hold for one dataset of a geometry.
+/// What a file must hold for one dataset of a geometry.
 struct ExpectedDataset {
     std::string key;
     std::uint32_t variableType;
@@ -41,11 +41,11 @@ struct ExpectedNode {
     std::vector<ExpectedDataset> datasets;
 };
 
-/// Builds a model out of random calls, and keeps account of what its file has to hold. The account is kept in
-/// its own terms: it shares nothing with the library or with the reader.
+/// Builds a model from random calls and records what its file must hold. The record has types of its own: it
+/// shares nothing with the library or the reader.
 class RandomModel {
 public:
-    /// @param largestRows Bound of the rows of a dataset.
+    /// @param largestRows Upper bound of the rows of a dataset.
     RandomModel(unsigned seed, unsigned arrayCalls, unsigned largestRows);
 
     /// Saves the model.
