@@ -29,7 +29,7 @@ enum : std::uint32_t {
     LastElementResult = 19
 };
 
-/// Of the types of connectivity, but ids of elements.
+/// Has a type of connectivity, but holds ids of elements.
 constexpr std::string_view PartElements = "Part Elements";
 
 bool isWithin(const Dataset& dataset, std::uint32_t first, std::uint32_t last) {
@@ -43,10 +43,10 @@ bool isConnectivity(const Dataset& dataset) {
 
 /// The mesh of one step of one geometry.
 struct Mesh {
-    std::set<std::uint64_t> nodes;    ///< Items of coordinates.
-    std::set<std::uint64_t> elements; ///< Items of polylengths, of each and in all.
+    std::set<std::uint64_t> nodes;    ///< Item counts of coordinates.
+    std::set<std::uint64_t> elements; ///< Item counts of polylengths, of each one and in total.
     std::uint64_t allElements = 0;
-    std::uint64_t connectivity = 0; ///< Items of all connectivity.
+    std::uint64_t connectivity = 0; ///< Items of all connectivity together.
     std::uint64_t lengths = 0;      ///< Sum of all polylengths.
     bool areLengthsKnown = true;
     const Dataset* polylength = nullptr;

@@ -23,7 +23,7 @@ struct ExportPart {
     std::size_t elements = 0;
     std::size_t firstElement = 0; ///< The number of elements in the parts before it.
     std::size_t firstBlock = 0;   ///< Place of its first block in ExportMesh::blocks.
-    std::size_t endBlock = 0;     ///< The place behind its last.
+    std::size_t endBlock = 0;     ///< The place after its last.
 };
 
 /// Nodes that several parts can share: those of one dataset of coordinates in one place of the assembly.

@@ -21,7 +21,7 @@ public:
     const MoxReader::Model& model() const { return opened.model(); }
     const ExportMesh& mesh() const { return parts; }
     const ExportResults& results() const { return contents; }
-    /// The places of the steps that are wanted.
+    /// The places of the requested steps.
     const std::vector<std::size_t>& wantedSteps() const { return wanted; }
     FieldReader reader() { return FieldReader(parts, heavy); }
     ConversionSummary& summary() { return conversion; }

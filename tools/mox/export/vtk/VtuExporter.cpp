@@ -49,7 +49,7 @@ void putNodes(std::ostream& stream, const ExportBlock& block) {
     put(stream, ordered);
 }
 
-// For each cell the place behind its last node.
+// Writes, for each cell, the place after its last node.
 void putOffsets(std::ostream& stream, const ExportBlock& block, std::int64_t& end) {
     std::vector<std::int64_t> offsets;
     offsets.reserve(block.rows.size());
@@ -60,7 +60,7 @@ void putOffsets(std::ostream& stream, const ExportBlock& block, std::int64_t& en
     put(stream, offsets);
 }
 
-// One number for each cell, the same for all of a block.
+// Writes one number for each cell, the same for all of a block.
 template <typename T, typename NumberOfBlock>
 void putForEachCell(std::ostream& stream, const ExportMesh& mesh, NumberOfBlock number) {
     for (const auto& block : mesh.blocks) {
@@ -166,7 +166,7 @@ void VtuExporter::addField(VtuFile& file, const ExportField& field, std::size_t 
     ++source.summary().datasets;
 }
 
-// Integers have no NaN to stand where there are no numbers.
+// Integers have no NaN for the places without numbers.
 VtuArray VtuExporter::fieldArray(const ExportField& field, std::size_t step, const Slice& slice) {
     bool isWhole = true;
     for (std::size_t target = 0; target < targetCount(source.mesh(), field.place); ++target) {
