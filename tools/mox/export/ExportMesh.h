@@ -18,7 +18,7 @@ struct ExportPart {
     const MoxReader::Node* geometry = nullptr;
     const MoxReader::Dataset* connectivity = nullptr; ///< As the geometry has it, so perhaps a link.
     const MoxReader::Dataset* polylength = nullptr;   ///< Likewise.
-    int dimension = 0;                                ///< Of its elements, from 1 to 3.
+    int dimension = 0;                                ///< The dimension of its elements, from 1 to 3.
     std::size_t nodeGroup = 0;
     std::size_t elements = 0;
     std::size_t firstElement = 0; ///< The number of elements in the parts before it.

@@ -6,7 +6,7 @@
 namespace MoxTool::VariableTypes {
 
 inline constexpr std::uint32_t Coordinates = 1;
-inline constexpr std::uint32_t FirstConnectivity = 4; ///< Of elements of one dimension; two and three follow.
+inline constexpr std::uint32_t FirstConnectivity = 4; ///< For lines; two and three dimensions follow.
 inline constexpr std::uint32_t LastConnectivity = 6;
 inline constexpr std::uint32_t Polylength = 9;
 inline constexpr std::uint32_t FirstNodal = 12;

@@ -25,7 +25,7 @@ public:
     /// @param shown, treeOptions, file Must outlive this object.
     TreePrinter(const MoxReader::Model& shown, const Options& treeOptions, Palette colours, std::FILE* file);
 
-    /// Whether the pattern fits no node.
+    /// Whether the pattern matches no node.
     bool isEmpty() const { return !chosen.front(); }
     void print() const;
 
@@ -43,8 +43,8 @@ private:
     const Options& options;
     Palette palette;
     std::FILE* out;
-    std::vector<std::uint32_t> levels; ///< Of model.nodes().
-    std::vector<bool> chosen;          ///< Of model.nodes(): whether it is to be seen.
+    std::vector<std::uint32_t> levels; ///< For each node of model.nodes().
+    std::vector<bool> chosen;          ///< For each node of model.nodes(): whether it is shown.
 };
 
 } // namespace MoxTool

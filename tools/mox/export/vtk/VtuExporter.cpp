@@ -150,7 +150,7 @@ void VtuExporter::addFields(VtuFile& file, std::size_t step) {
     }
 }
 
-// A vector of three columns is what moves a mesh.
+// A displacement with rotations is split, so that its first three columns can warp the mesh.
 void VtuExporter::addField(VtuFile& file, const ExportField& field, std::size_t step,
                            std::set<std::string>& names) {
     const auto name = uniqueName(field.name, names);

@@ -68,7 +68,7 @@ GmshLibrary::GmshLibrary(const std::string& filePath) : path(filePath), mesh(fil
     call([&] { gmsh::merge(path); });
 }
 
-// The library throws its errors as texts.
+// The library throws its errors as strings.
 template <typename Function>
 void GmshLibrary::call(Function function) const {
     try {
