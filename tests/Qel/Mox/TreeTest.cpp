@@ -530,8 +530,8 @@ TEST_F(MoxTreeAttributes, UnknownKindIsListedWithoutAValue) {
 // --- Saving the tree
 
 struct NodeRecord {
-    std::array<std::uint32_t, 6>
-        links; // The ids of the node, its parent, its siblings, its first and its last child.
+    // The ids of the node, its parent, its siblings, its first and its last child.
+    std::array<std::uint32_t, 6> links;
     const char* name;
     const char* type;
     const char* version;

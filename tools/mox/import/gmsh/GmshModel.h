@@ -44,8 +44,8 @@ struct GmshViewStep {
     double time = 0;
     std::size_t components = 0;
     std::vector<std::size_t> tags; ///< The tags of nodes or elements.
-    std::vector<double>
-        values; ///< All components of the first tag, then of the next; none if their number differs.
+    /// All components of the first tag, then of the next; none if their number differs.
+    std::vector<double> values;
 };
 
 /// A mesh file that the Gmsh library has read, in terms of vectors and strings.

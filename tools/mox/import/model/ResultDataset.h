@@ -14,8 +14,8 @@ struct ResultDataset {
     std::string wantedName; ///< The name that it would have if it were not taken.
     Qel::Mox2::DatasetType type;
     std::size_t width; ///< Columns: 1, 3 or 6.
-    std::vector<std::size_t>
-        variables; ///< For each column, starting with the first; a vector of two has no third.
+    /// For each column, starting with the first; a vector of two has no third.
+    std::vector<std::size_t> variables;
 };
 
 } // namespace MoxTool
