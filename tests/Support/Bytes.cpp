@@ -69,7 +69,7 @@ ByteVector slice(const ByteVector& bytes, std::size_t offset, std::size_t count)
 }
 
 ByteVector inflated(const ByteVector& zlibStream, std::size_t contentLength) {
-    // One byte more shows content that is longer than expected.
+    // One extra byte of room reveals content that is longer than expected.
     ByteVector content(contentLength + 1);
     uLongf length = static_cast<uLongf>(content.size());
     const int result =

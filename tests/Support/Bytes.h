@@ -21,16 +21,16 @@ public:
     Bytes& u32(std::uint32_t value) { return number(value, 4); }
     Bytes& u64(std::uint64_t value) { return number(value, 8); }
     Bytes& u32s(std::initializer_list<std::uint32_t> values);
-    /// A float by its bit pattern, or several.
+    /// A float by its bit pattern, or several floats.
     Bytes& bits(std::initializer_list<std::uint32_t> patterns) { return u32s(patterns); }
     /// Bytes without a length.
     Bytes& raw(std::string_view bytes);
     Bytes& append(const ByteVector& bytes);
-    /// A text behind its length.
+    /// A text preceded by its length.
     Bytes& text(std::string_view value);
-    /// Texts behind their count.
+    /// Texts preceded by their count.
     Bytes& texts(std::initializer_list<std::string_view> values);
-    /// The same byte so many times.
+    /// The same byte, `count` times.
     Bytes& fill(std::size_t count, std::uint8_t value);
     Bytes& zeros(std::size_t count) { return fill(count, 0); }
 
@@ -45,13 +45,13 @@ private:
     ByteVector content;
 };
 
-/// A file's bytes as they lie on disk; none if there is no such file.
+/// A file's bytes as they are on disk; none if there is no such file.
 ByteVector bytesOf(const std::string& path);
 
-/// `count` bytes from `offset` on, or fewer where there are no more.
+/// `count` bytes from `offset` on, or fewer at the end.
 ByteVector slice(const ByteVector& bytes, std::size_t offset, std::size_t count);
 
-/// What one zlib stream holds.
+/// The content of one zlib stream.
 /// @throws std::runtime_error if it is not a whole stream of `contentLength` bytes.
 ByteVector inflated(const ByteVector& zlibStream, std::size_t contentLength);
 

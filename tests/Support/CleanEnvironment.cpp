@@ -1,5 +1,5 @@
-// Linked into a test program, keeps what the environment outside says from its tests: they set the variables
-// of the library themselves.
+// Linked into a test program, this clears the library's variables from the environment, since the tests set
+// them themselves.
 
 #include "Support/EnvironmentGuard.h"
 

@@ -17,7 +17,7 @@ EnvironmentGuard::~EnvironmentGuard() {
     set(former);
 }
 
-// The one place where systems differ.
+// The only platform-dependent code of this class.
 void EnvironmentGuard::set(const std::optional<std::string>& variableValue) {
 #if defined(_WIN32)
     _putenv_s(name.c_str(), variableValue.value_or("").c_str());

@@ -5,19 +5,19 @@
 
 namespace Support {
 
-/// The size at which blocks go to disk, in bytes.
+/// The variable with the size at which blocks go to disk, in bytes.
 inline constexpr const char* BlockSizeVariable = "MOXWRITER_DEFAULT_BLOCK_SIZE";
 
 /// Sets or removes an environment variable, and restores it at the end.
 class EnvironmentGuard {
 public:
-    /// @param variableValue nothing to remove the variable.
+    /// @param variableValue Nothing to remove the variable.
     explicit EnvironmentGuard(std::string variableName, const std::optional<std::string>& variableValue = {});
     EnvironmentGuard(const EnvironmentGuard&) = delete;
     EnvironmentGuard& operator=(const EnvironmentGuard&) = delete;
     ~EnvironmentGuard();
 
-    /// Changes the variable once more; nothing removes it.
+    /// Changes the variable again; nothing removes it.
     void set(const std::optional<std::string>& variableValue);
 
 private:

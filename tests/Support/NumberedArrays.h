@@ -11,7 +11,7 @@
 
 namespace Support {
 
-/// The numbers of array i. They hardly compress, and each reader of them can work them out again.
+/// The numbers of array i. They hardly compress, and every test that reads them can compute them again.
 inline std::vector<unsigned> numbersOfArray(unsigned i, unsigned length) {
     std::vector<unsigned> numbers(length);
     for (unsigned row = 0; row < length; ++row) {
@@ -20,9 +20,10 @@ inline std::vector<unsigned> numbersOfArray(unsigned i, unsigned length) {
     return numbers;
 }
 
-/// Saves a model of one shape with the arrays T0, T1 and so on, numbersOfArray() of each.
-/// @param blockSize At which a block is full, in bytes. An array that has as many fills a block by itself.
-/// @param lengthOf  Of an array, in numbers.
+/// Saves a model of one shape with the arrays T0, T1 and so on, each with the numbers of numbersOfArray().
+/// @param blockSize The size at which a block is full, in bytes. An array of that size fills a block by
+///                  itself.
+/// @param lengthOf  The length of an array, in numbers.
 inline void saveNumberedArrays(const std::string& path, const std::string& blockSize, unsigned count,
                                const std::function<unsigned(unsigned)>& lengthOf) {
     const EnvironmentGuard guard(BlockSizeVariable, blockSize);

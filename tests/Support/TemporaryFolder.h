@@ -6,7 +6,7 @@
 
 namespace Support {
 
-/// A folder of its own for one test, removed with all that is in it.
+/// A folder for one test, removed with all its contents.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -14,15 +14,15 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     ~TemporaryFolder();
 
-    /// The path of a file in the folder; nothing is made there.
+    /// The path of a file in the folder; nothing is created.
     std::string path(const std::string& name) const;
 
-    /// Makes a file.
+    /// Creates a file.
     /// @return its path.
     std::string write(const std::string& name, const std::string& content) const;
     /// All bytes of a file.
     std::string read(const std::string& name) const;
-    /// The names of all that is in the folder, sorted.
+    /// The names of everything in the folder, sorted.
     std::vector<std::string> files() const;
 
 private:

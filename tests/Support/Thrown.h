@@ -10,15 +10,15 @@
 
 namespace Support {
 
-/// What a failure tells besides its class.
+/// What a failure reports besides its class.
 struct Thrown {
     int code;
     std::string_view text;
-    std::string_view file;     ///< From `Qel/` on and without extension; the throw file ends in it.
+    std::string_view file;     ///< From `Qel/` on, without extension; the throw file ends in it.
     std::string_view function; ///< The throw function contains it.
 };
 
-/// Tells all differences between a caught exception and the expected one.
+/// Reports all differences between a caught exception and the expected one.
 testing::AssertionResult matches(const Qel::Exception::Exception& caught, const std::type_info& type,
                                  const Thrown& expected);
 

@@ -6,7 +6,7 @@ namespace Support {
 
 namespace {
 
-// The one place where systems differ.
+// The only platform-dependent code of this class.
 void takeZoneFromEnvironment() {
 #if defined(_WIN32)
     _tzset();

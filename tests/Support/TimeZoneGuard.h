@@ -9,7 +9,8 @@ namespace Support {
 /// Moves the process into a time zone, and back at the end.
 class TimeZoneGuard {
 public:
-    /// @param zone As the variable `TZ` has it: "FAR-13:45" is a zone called FAR, 13:45 hours ahead of UTC.
+    /// @param zone In the form of the variable `TZ`: "FAR-13:45" is a zone called FAR, 13:45 hours east of
+    ///             UTC.
     explicit TimeZoneGuard(const std::string& zone);
     TimeZoneGuard(const TimeZoneGuard&) = delete;
     TimeZoneGuard& operator=(const TimeZoneGuard&) = delete;

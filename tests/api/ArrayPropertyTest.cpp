@@ -81,7 +81,7 @@ protected:
         model.addNode(Shape, "other");
     }
 
-    // A dataset of one number, which is the next one in the stream.
+    // A dataset of one number, which goes to the end of the stream.
     void addProbe() { model.addArrayProperty("probe", NodeScalar, Numbers({9}), First, Step()); }
 
     using Numbers = Array1d<float>;
@@ -89,7 +89,7 @@ protected:
     const Numbers three{std::vector<float>{1, 2, 3}};
 };
 
-// The position of the probe, and thus the bytes that the calls before it have put into the stream.
+// The position of the probe, and thus the number of bytes that the calls before it have put into the stream.
 std::uint64_t bytesBefore(const SavedModel& file) {
     for (const Dataset& dataset : file.datasets(3)) {
         if (dataset.key == "probe") {
@@ -337,7 +337,7 @@ TEST_F(ArrayProperty, CallersObjectsAreNotChanged) {
     EXPECT_EQ(ids[1], 5U);
     EXPECT_EQ(steps[0].name, "A");
     EXPECT_EQ(step.name, "A");
-    // Groups keep all attributes, and so tell what the objects still hold.
+    // Groups keep all attributes, and so show what the objects still hold.
     model.setCurrentNodeId(RootId);
     const std::vector<Attributes> held = {attributes, step.attributes, steps[0].attributes};
     for (const Attributes& each : held) {
@@ -368,10 +368,10 @@ TEST_F(ArrayProperty, FloatVectorAndUnsignedConnectivityHaveTheirTagsInTheHighBy
     model.addArrayProperty("V", NodeVector, Array2d<float>(1, 3, 0.0F), First, Step());
     model.addArrayProperty(Connectivity0, Ids({0}), First, Step());
     const std::vector<std::uint8_t> light = saved().stream("Light Data");
-    // Behind the group's 41 bytes: the count, then 4 + 1 bytes of key and the type.
+    // After the group's 41 bytes: the count, then 4 + 1 bytes of key and the type.
     EXPECT_EQ(std::vector<std::uint8_t>(light.begin() + 50, light.begin() + 54),
               (std::vector<std::uint8_t>{0x0D, 0, 0, 0x01}));
-    // Behind the first entry's remaining 26 bytes: 4 + 12 bytes of key and the type.
+    // After the first entry's remaining 26 bytes: 4 + 12 bytes of key and the type.
     EXPECT_EQ(std::vector<std::uint8_t>(light.begin() + 96, light.begin() + 100),
               (std::vector<std::uint8_t>{0x04, 0, 0, 0x05}));
 }
@@ -519,7 +519,7 @@ TEST_F(ArrayProperty, EntryThatWasALinkTakesANewTargetAsALaterPair) {
     EXPECT_THAT(file.floats(former), ElementsAre(7, 8));
 }
 
-// What the test above starts from.
+// The starting point of the test above.
 TEST_F(ArrayProperty, LinkThatIsNotUsedAgainKeepsItsTarget) {
     model.addArrayProperty("T", NodeScalar, three, Ids({First, Second}), Step());
     model.addArrayProperty("T", ElementScalar, Numbers({7, 8}), Second, stepsOf({"S", "R"}));

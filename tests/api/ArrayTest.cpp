@@ -13,7 +13,7 @@ namespace Api {
 
 namespace {
 
-// What a size with bit 31 set reads as: -2,147,483,648 sign-extended.
+// A size with bit 31 set is read as this value: -2,147,483,648 sign-extended.
 constexpr std::size_t NegativeSize = 0xFFFFFFFF80000000;
 
 template <typename T>

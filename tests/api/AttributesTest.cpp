@@ -13,7 +13,7 @@ namespace Api {
 
 namespace {
 
-// A root group (1) is made with attributes and tells what they held.
+// A root group (1) is created with attributes and shows what they held.
 class AttributesValue : public OpenModel {
 protected:
     MoxReader::Attributes savedFrom(const Attributes& attributes) {

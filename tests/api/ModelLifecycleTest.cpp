@@ -322,7 +322,7 @@ TEST_F(ModelLifecycle, SourceNameOfAnEarlierSaveIsForgotten) {
 
 // --- Assignment
 
-// Of models that share a database only one may be destroyed; here none is.
+// If models share a database, only one of them may be destroyed; here none is.
 TEST_F(ModelLifecycle, AssignedModelReachesTheSameDatabase) {
     const MeantLeak meant;
     Model& target = *new Model;

@@ -62,7 +62,7 @@ protected:
         model.setNodeData(id, only(key, value));
     }
 
-    // The parent that a node added now gets.
+    // The parent that a node added now would get.
     unsigned int currentNode() {
         const unsigned int added = model.addNode(Group, "probe");
         return saved().node(added).parent;

@@ -19,7 +19,7 @@ protected:
         model.addNode(Group, "b");
     }
 
-    // The parent that a node added now gets.
+    // The parent that a node added now would get.
     unsigned int currentNode() {
         const unsigned int added = model.addNode(Group, "probe");
         return saved().node(added).parent;

@@ -15,7 +15,7 @@ namespace {
 using Floats = std::vector<float>;
 using Vector3 = std::array<float, 3>;
 
-// A root group (1), whose translation tells what properties hold.
+// A root group (1), whose translation shows what properties hold.
 class NodePropertiesValue : public OpenModel {
 protected:
     NodePropertiesValue() { model.addNode(Group, "root"); }

@@ -20,7 +20,7 @@ Step makeStep(const std::string& name, int number) {
     return step;
 }
 
-// A root group (1) with attributes that tell what a step holds.
+// A root group (1) with attributes that show what a step holds.
 class StepListValue : public OpenModel {
 protected:
     MoxReader::Attributes attributesOf(const Step& step) {

@@ -26,7 +26,7 @@ WRITER = {
     "Qel/Util": set(),
 }
 
-# The tool. What any command may use stands first; a command that does not stand here is a folder with these rules.
+# The tool. What every command may use comes first; a command that is not listed is a folder with these rules.
 SHARED = {"common", "mesh", "exodus"}
 IMPORT = SHARED | {"import", "import/model"}
 TOOL = {

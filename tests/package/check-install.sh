@@ -1,6 +1,6 @@
 #!/bin/sh
 # Usage: check-install.sh CMAKE BUILD_FOLDER CXX plain|sanitize
-# Installs the build into a fresh folder, and builds and runs a small project outside the tree against it: once found
+# Installs the build into a new folder, and builds and runs a small project outside the tree against it: once found
 # through CMake, once through pkg-config.
 set -eu
 cmake=$1

@@ -1,7 +1,7 @@
 #!/bin/sh
 # Usage: check-symbols.sh LIBRARY SOURCE_FOLDER NM plain|sanitize
-# The exports of the shared library: all overloads of addArrayProperty, the classes and the exceptions that
-# applications name, no class of the insides, and no path of the machine that built it.
+# Checks the exports of the shared library: all overloads of addArrayProperty, the classes and the exceptions that
+# applications name, no internal class, and no path of the machine that built it.
 set -eu
 library=$1
 source_folder=$2
@@ -36,7 +36,7 @@ insides=$(echo "$symbols" | grep -E '^[TWVB] (typeinfo for |vtable for )?(QelTnf
 [ -z "$insides" ] || complain "classes of the insides are exported:
 $insides"
 
-# Sanitizers keep paths of their own.
+# Sanitizers embed paths of their own.
 if [ "$kind" = plain ] && grep -qF "$source_folder" "$library"; then
     complain "the library holds the path of its sources, $source_folder"
 fi

@@ -20,14 +20,14 @@ namespace {
 
 constexpr const char* OutputLost = "stdout: the data can't be written; is the disk full?";
 
-// The name of the program with the subcommand that stands on the command line, if any.
+// The name of the program, followed by the subcommand on the command line, if any.
 std::string calledAs(const CLI::App& app) {
     const auto selected = app.get_subcommands();
     return selected.empty() ? app.get_name() : app.get_name() + " " + selected.front()->get_name();
 }
 
-// A full disk or a closed pipe behind stdout. Some writes throw then, in words of their own, and some are
-// silent.
+// Detects a full disk or a closed pipe on stdout. Some of these writes throw, with a text of their own, and
+// others fail silently.
 bool isOutputLost() {
     std::cout.flush();
     return std::fflush(stdout) != 0 || std::ferror(stdout) != 0 || !std::cout.good();
@@ -67,7 +67,7 @@ Application::Application(Terminal& messages)
 
 Application::~Application() = default;
 
-// At each level, so that they may stand on either side of the subcommand and each help shows them.
+// Added at each level, so that they work before and after the subcommand and every help text lists them.
 void Application::addCommonOptions(CLI::App& level) {
     constexpr const char* Group = "Options of every command";
     level
@@ -116,7 +116,7 @@ int Application::runCommand(Command& command) {
     }
 }
 
-// Requests for help and version come as exceptions too, with exit code 0.
+// Requests for the help and the version come as exceptions too, with exit code 0.
 int Application::reportParseError(const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) {
         return app_->exit(error, std::cout, std::cerr);

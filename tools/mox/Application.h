@@ -25,9 +25,9 @@ public:
     Application& operator=(const Application&) = delete;
     ~Application();
 
-    /// Help and version go to stdout, one line for each failure to the terminal. Without a subcommand it
+    /// Help and version go to stdout, and each failure is one line on the terminal. Without a subcommand it
     /// shows the help. Never throws.
-    /// @return Success, WrongUsage, or what the subcommand returned or has as its failure code.
+    /// @return Success, WrongUsage, or the subcommand's result or failure code.
     int run(int argc, const char* const* argv);
 
 private:

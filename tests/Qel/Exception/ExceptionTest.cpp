@@ -13,7 +13,7 @@ namespace {
 using Qel::Exception::Base;
 using Qel::Exception::Exception;
 
-/// One of the twelve classes, and what it has to answer.
+/// One of the twelve classes and its expected properties.
 struct Row {
     const char* name;
     int code;

@@ -64,7 +64,7 @@ boost::source_location placeOf(bool left) {
     return boost::source_location();
 }
 
-// Compilers take different characters of the statement for its column.
+// Compilers differ in which character of the statement gives its column.
 TEST(Throw, TellsTheColumn) {
     const auto column = boost::get_throw_location(caughtWithMessage()).column();
     EXPECT_GE(column, 5U);

@@ -54,7 +54,7 @@ TEST(LogSystem, CanBeCopiedAndItsAssignmentReturnsTheObject) {
     EXPECT_EQ(&(system = copy), &system);
 }
 
-/// What an application may make of it.
+/// A log system as an application may define it.
 struct CountingSystem : Qel::Log::LogSystem {
     void operator+=(const Qel::Log::Record<char>&) override { ++records; }
     void operator+=(const std::ostream&) override { ++streams; }

@@ -64,7 +64,7 @@ TEST(Log, CompleteSaveWritesNothingToAnyStandardStream) {
     EXPECT_EQ(cout.str() + cerr.str() + clog.str(), "");
 }
 
-// A root group and a geometry with one array, saved and closed: each line of each site but those of Index
+// A root group and a geometry with one array, saved and closed: each line of each site except those of Index
 // Blocks and failures.
 TEST(Log, CompleteSaveIsToldInOrder) {
     const Support::TemporaryFolder folder;
@@ -93,7 +93,8 @@ TEST(Log, CompleteSaveIsToldInOrder) {
     EXPECT_EQ(std::vector<std::string>(texts.end() - 6, texts.end()),
               (std::vector<std::string>{"Buffer 19 written to stream.", "All buffers to file stream written.",
                                         "Closing file ...", "File closed.",
-                                        // Of the database and of the file's destructor.
+                                        // One line comes from the database, the other from the file's
+                                        // destructor.
                                         "Closing file ...", "Closing file ..."}));
 }
 

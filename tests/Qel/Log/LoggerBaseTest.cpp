@@ -29,7 +29,7 @@ TEST(LoggerBase, CanNotBeCopied) {
     EXPECT_FALSE(std::is_copy_assignable_v<Qel::Log::LoggerBase>);
 }
 
-/// What an application may make of it.
+/// A logger as an application may define it.
 class KeepingLogger : public Qel::Log::LoggerBase {
 public:
     LoggerBase& logRecord(const char* file, const char* function, unsigned long line,

@@ -11,7 +11,7 @@ namespace {
 constexpr const char* File = "Qel/Tnf/Index";
 constexpr const char* Function = "QelTnf::Index::FlushFrozen";
 
-/// An origin that is no one's present.
+/// An origin in the past, unlike the present one.
 Qel::Log::Origin longAgo() {
     Qel::Log::Origin origin(File, Function, 42);
     origin.time = 1234567890;

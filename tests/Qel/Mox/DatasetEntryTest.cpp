@@ -80,7 +80,7 @@ TEST_F(DatasetEntry, CategoryInLowerCaseOrOfAnotherKindIsNoVibration) {
     EXPECT_FALSE(entry.vibration);
     AttributeValue number = text("Vibration");
     for (const auto kind : {AttributeValue::Integer, AttributeValue::Float, AttributeValue::Double}) {
-        number.kind = kind; // Of the bytes of the text.
+        number.kind = kind; // The kind of the text's bytes.
         entry.SetAttributes({{"Category", number}});
         EXPECT_FALSE(entry.vibration) << kind;
     }

@@ -43,7 +43,7 @@ DatasetEntry& addEntry(QelMox::Geometry& geometry, const std::string& key, Varia
     return entry;
 }
 
-// An entry "ab" of two vectors of floats, which stand at 0x100000002 in the stream.
+// An entry "ab" of two vectors of floats, which are at 0x100000002 in the stream.
 DatasetEntry& addVectors(QelMox::Geometry& geometry) {
     DatasetEntry& entry = addEntry(geometry, "ab", VariableType::NodeVector);
     entry.values.sizeInBytes = 24;

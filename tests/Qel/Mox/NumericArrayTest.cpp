@@ -45,7 +45,7 @@ TEST(NumericArray, NewDescriptorHoldsZeroAndNoText) {
     EXPECT_EQ(descriptor.text, "");
 }
 
-// The array frees its descriptor, so that no two can have the same.
+// The array frees its descriptor, so no two arrays may have the same one.
 static_assert(std::is_same_v<decltype(QelMox::NumericArray::descriptor),
                              std::unique_ptr<QelMox::NumericArray::Descriptor>>);
 static_assert(!std::is_copy_constructible_v<QelMox::NumericArray>);

@@ -8,7 +8,7 @@
 
 namespace Support {
 
-/// What the blocks of a name hold in memory, joined in their order.
+/// What the blocks of a name hold in memory, joined in order.
 inline ByteVector streamOf(const QelTnf::Index& index, const std::string& name) {
     ByteVector content;
     for (std::size_t id = 0; id < index.GetBlocks().size(); ++id) {

@@ -530,7 +530,8 @@ TEST_F(MoxTreeAttributes, UnknownKindIsListedWithoutAValue) {
 // --- Saving the tree
 
 struct NodeRecord {
-    std::array<std::uint32_t, 6> links; // Of the node, its parent, siblings, first and last child.
+    // The ids of the node, its parent, its siblings, its first and its last child.
+    std::array<std::uint32_t, 6> links;
     const char* name;
     const char* type;
     const char* version;
@@ -609,13 +610,13 @@ TEST_F(MoxTree, NodeSetsHaveADescriptorOf20BytesAndTheirPayloadInHeavyData) {
     nodeSets->sets = {{"ab", {{1, 10}}}};
     tree.AddChildNode(std::move(nodeSets));
     tree.SaveTree(tree.File);
-    // Behind the group's 41 bytes.
+    // The position after the group's 41 bytes.
     const ByteVector expected = Bytes().u32(16).u32(1).u64(4).u32(46);
     EXPECT_EQ(Support::slice(stream("Light Data"), 41, 99), expected);
     EXPECT_EQ(stream("Heavy Data").size(), 50U);
 }
 
-// Each value has a block of its own, and the blocks stand in the order in which the values came.
+// Each value has a block of its own, and the blocks are in the order of the values.
 TEST_F(MoxTree, ValuesOfAllDescriptorsComeInTheirOrder) {
     const Support::BlockSizeGuard oneValueEach("0");
     tree.SetRootGroup("r", {});
@@ -645,7 +646,7 @@ TEST_F(MoxTree, PlainNodeIsItsRecordAlone) {
     tree.SetRootGroup("r", {});
     tree.AddChildNode(std::make_unique<Node>("n"));
     tree.SaveTree(tree.File);
-    // Behind the count and the record of the root, 24 + 5 + 9 + 7 + 8 bytes.
+    // The position after the count and the record of the root, 24 + 5 + 9 + 7 + 8 bytes.
     const ByteVector expected = Bytes().u32(2).u32(1).zeros(16).text("n").text("Node").text("0.1").u64(41);
     EXPECT_EQ(Support::slice(stream("Mox Tree"), 57, 99), expected);
     EXPECT_EQ(stream("Light Data").size(), 41U);
@@ -684,7 +685,7 @@ TEST_F(MoxTree, GlobalInformationIsOneModifierInfoAndNoResultAttributes) {
     EXPECT_EQ(tree.CurrentModifier.Comment, "remark");
 }
 
-// The date of a second in a zone called FAR, 13:45 hours ahead of UTC.
+// The date of a second in a zone called FAR, 13:45 hours east of UTC.
 std::string dateInFar(std::time_t time) {
     const std::time_t shifted = time + 13 * 3600 + 45 * 60;
     const std::tm* const calendar = std::gmtime(&shifted);

@@ -72,7 +72,7 @@ TEST(ArrayStorage, AssignmentTakesNegativeSizesAsTheyAre) {
     EXPECT_EQ(target[1], 2.5F);
 }
 
-// The narrow way to an array that memory runs out for: what it holds afterwards must be its own.
+// When memory runs out during the assignment, whatever the array then holds must be its own.
 TEST(ArrayStorage, AssignmentWithoutMemoryLeavesAnEmptyArray) {
     if (!Support::AddressSpaceLimit::isAvailable()) {
         GTEST_SKIP() << "needs a limit on memory";

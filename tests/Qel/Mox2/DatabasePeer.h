@@ -6,7 +6,7 @@
 
 namespace Qel::Mox2 {
 
-/// Reaches the fields of a database, to bring about and to see what no operation does.
+/// Accesses the fields of a database, to set and to see what no operation does.
 struct DatabasePeer {
     static void setOpenedForWriting(Database& database, bool value) { database.openedForWriting_ = value; }
     static bool isOpenedForWriting(const Database& database) { return database.openedForWriting_; }

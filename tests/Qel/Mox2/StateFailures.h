@@ -9,8 +9,8 @@
 
 namespace Support {
 
-/// Whether an operation refuses a database without a tree for want of an open file, and one that is not to be
-/// written for want of the write mode.
+/// Whether an operation refuses a database without a tree because no file is open, and one that is not to be
+/// written because it is not in write mode.
 /// @param apply Takes a database.
 template <typename Apply>
 void expectThatItNeedsWriteMode(Apply apply) {

@@ -1,6 +1,6 @@
 #include "Qel/Support/AddressSpaceLimit.h"
 
-// The one place where systems differ.
+// The only platform-dependent code of this class.
 #if defined(__linux__)
 
 #include <sys/resource.h>

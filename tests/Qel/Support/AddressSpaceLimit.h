@@ -5,7 +5,7 @@
 
 namespace Support {
 
-/// As long as it lives, allocations of more than half a GiB fail.
+/// During its lifetime, allocations of more than half a GiB fail.
 class AddressSpaceLimit {
 public:
     /// Whether this system can be limited; elsewhere a test has to be skipped.

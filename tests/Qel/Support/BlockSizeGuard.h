@@ -11,7 +11,7 @@
 namespace Support {
 
 /// Sets or removes MOXWRITER_DEFAULT_BLOCK_SIZE and starts from the growth step of a new process. Restores
-/// both at the end, so that no test leaves its sizes to the next.
+/// both at the end, so that no test affects the next.
 class BlockSizeGuard {
 public:
     explicit BlockSizeGuard(const std::optional<std::string>& value = {})
@@ -21,7 +21,7 @@ public:
     BlockSizeGuard& operator=(const BlockSizeGuard&) = delete;
     ~BlockSizeGuard() { QelTnf::defaultBlockSize = formerStep; }
 
-    /// Changes the variable once more; nothing removes it.
+    /// Changes the variable again; nothing removes it.
     void set(const std::optional<std::string>& value) { variable.set(value); }
 
 private:

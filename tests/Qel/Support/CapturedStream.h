@@ -6,7 +6,7 @@
 
 namespace Support {
 
-/// Takes what is written to a stream, such as `std::cout`, as long as it lives.
+/// Captures what is written to a stream, such as `std::cout`, during its lifetime.
 class CapturedStream {
 public:
     explicit CapturedStream(std::ostream& stream) : captured(stream), former(stream.rdbuf(text.rdbuf())) {}

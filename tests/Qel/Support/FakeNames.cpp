@@ -1,8 +1,8 @@
-// The test program's own functions stand in front of those of the C library.
+// The test program's own functions take precedence over those of the C library.
 
 #include "Qel/Support/FakeNames.h"
 
-// The one place where systems differ.
+// The only platform-dependent code of this class.
 #if defined(__linux__)
 
 #include <dlfcn.h>
@@ -30,7 +30,7 @@ extern "C" int gethostname(char* name, std::size_t size) noexcept {
     if (!fakeName) {
         return -1;
     }
-    // Like that of POSIX: a name that is too long ends without a zero byte.
+    // As in POSIX, a name that is too long ends without a zero byte.
     std::strncpy(name, fakeName->c_str(), size);
     return 0;
 }

@@ -5,7 +5,7 @@
 
 namespace Support {
 
-/// Lets the system answer with other names of the host and the user, as long as it lives.
+/// Makes the system return other names of the host and the user during its lifetime.
 class FakeNames {
 public:
     /// Whether this system's answers can be replaced; elsewhere a test has to be skipped.

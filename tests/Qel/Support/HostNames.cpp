@@ -1,6 +1,6 @@
 #include "Qel/Support/HostNames.h"
 
-// The one place where systems differ.
+// The only platform-dependent code of these functions.
 #if defined(_WIN32)
 
 namespace Support {

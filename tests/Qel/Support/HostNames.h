@@ -5,11 +5,11 @@
 
 namespace Support {
 
-/// The host's name in full, as the kernel knows it; nothing where that can't be asked.
+/// The host's full name, as the kernel knows it; nothing where that can't be determined.
 std::optional<std::string> hostName();
 
-/// The name in full of the user who runs the process, as the program `id` tells it, empty if the user has
-/// none; nothing where there is no such program.
+/// The full name of the user who runs the process, as the program `id` prints it, empty if the user has none;
+/// nothing where there is no such program.
 std::optional<std::string> nameOfUser();
 
 } // namespace Support

@@ -3,7 +3,7 @@
 #include <array>
 #include <utility>
 
-// The one place where systems differ.
+// The only platform-dependent code of this class.
 #if defined(_WIN32)
 
 namespace Support {

@@ -6,7 +6,7 @@
 
 namespace Support {
 
-/// A stream that takes bytes, some ten thousand of them, and can't be positioned.
+/// A stream that can be written, up to some ten thousand bytes, but not positioned.
 class Pipe {
 public:
     /// Whether this system has pipes that refuse to be positioned; elsewhere a test has to be skipped.
@@ -20,7 +20,7 @@ public:
     std::FILE* stream() const { return writeEnd; }
 
     /// Closes the stream.
-    /// @return all that went in.
+    /// @return everything that was written.
     ByteVector drain();
 
 private:

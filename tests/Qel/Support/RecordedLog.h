@@ -9,7 +9,7 @@
 
 namespace Support {
 
-/// A log record but for its line and its time, which differ from run to run.
+/// A log record without its line and its time, which differ from run to run.
 struct LogLine {
     std::string file;
     std::string source;
@@ -25,7 +25,7 @@ struct LogLine {
 
 using LogLines = std::vector<LogLine>;
 
-/// The lines of one site, which has a name.
+/// The lines from one named site.
 inline LogLines linesOf(const std::string& file, const std::string& source,
                         const std::vector<std::string>& texts) {
     LogLines lines;
@@ -35,7 +35,7 @@ inline LogLines linesOf(const std::string& file, const std::string& source,
     return lines;
 }
 
-/// Keeps the records of the library instead of the process's log system, as long as it lives.
+/// Keeps the library's records, in place of the process's log system, during its lifetime.
 class RecordedLog final : private Qel::Log::LogSystem {
 public:
     RecordedLog() : former(Qel::Log::replaceProcessLog(*this)) {}
@@ -44,7 +44,7 @@ public:
     ~RecordedLog() override { Qel::Log::replaceProcessLog(former); }
 
     const LogLines& lines() const { return recorded; }
-    /// The texts alone.
+    /// Only the texts.
     std::vector<std::string> texts() const {
         std::vector<std::string> result;
         for (const LogLine& line : recorded) {
@@ -52,7 +52,7 @@ public:
         }
         return result;
     }
-    /// The lines of the sites in their files, and the seconds since the epoch.
+    /// The line numbers of the sites in their files, and the seconds since the epoch.
     const std::vector<unsigned long>& sourceLines() const { return lineNumbers; }
     const std::vector<std::int64_t>& times() const { return seconds; }
     /// How often a text was printed instead.

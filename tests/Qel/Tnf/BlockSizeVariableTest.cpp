@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A text of the variable, and the number that it gives.
+/// A text of the variable and the number that it gives.
 struct Text {
     const char* name;
     std::optional<std::string> text;

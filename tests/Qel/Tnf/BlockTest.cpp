@@ -251,7 +251,7 @@ TEST_F(Block, PositionWrapsUnreportedAt4GiBAndTheSizeStays) {
     EXPECT_EQ(buffer.get()[0x10000000F], 0xAB);
 }
 
-// The buffer is far smaller than the block believes: the growth that is due fails before anything is copied.
+// The buffer is far smaller than the block believes: the required growth fails before anything is copied.
 TEST_F(Block, PutThatPasses4GiBNeedsRoomForAllOfItsBytes) {
     if (!Support::AddressSpaceLimit::isAvailable()) {
         GTEST_SKIP() << "needs a limit to the address space";
@@ -303,7 +303,7 @@ TEST_F(Block, SumOfCapacityAndAdditionalMemoryIsHeldAtTheLargestNumberInsteadOfW
 
 class BlockFile : public Block {
 protected:
-    /// What is in a new file after an action with it.
+    /// The contents of a new file after an action with it.
     template <typename Action>
     ByteVector fileAfter(Action action) {
         std::FILE* const stream = std::fopen(path.c_str(), "wb");
@@ -423,7 +423,7 @@ TEST_F(Block, ResetMakesANewBlockOfAReleasedOne) {
     EXPECT_EQ(contentOf(block), (ByteVector{4}));
 }
 
-// Of a size whose memory the system's allocator is likely to give out again, with what was in it.
+// A size whose memory the system's allocator is likely to return again with its old contents.
 TEST_F(Block, ValueForAReleasedBlockStandsBehindZerosAndNotBehindWhatWasInMemory) {
     variable.set("0");
     put(Bytes().fill(3000, 0xAB));

@@ -36,7 +36,7 @@ protected:
     QelTnf::Block block;
 };
 
-/// Frees what the compressor is expected to leave to nobody. A second release would show in it.
+/// Frees what the compressor is expected to leave without an owner. A second release would show here.
 using Abandoned = std::unique_ptr<unsigned char, void (*)(void*)>;
 
 TEST_F(BlockZlibCompressor, EmptyBlockComesOutAs12BytesOfAZeroLengthAndTheStreamOfNoData) {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-/// The container's names and tables, written down once more.
+/// The container's names and tables, written out independently of the library.
 namespace ContainerBytes {
 
 inline const std::string emptyName = "\x0b"
@@ -22,7 +22,7 @@ inline void addRecord(Support::Bytes& table, std::uint8_t number, const std::str
     table.u8(number).u32(128).raw(name).zeros(128 - name.size()).u32(length).u8(flags).u8(0);
 }
 
-/// Appends the records of free entries, from the one with this number on.
+/// Appends the records of free entries, starting with this number.
 inline void addFreeRecords(Support::Bytes& table, unsigned int firstNumber, unsigned int count) {
     for (unsigned int i = 0; i < count; ++i) {
         addRecord(table, static_cast<std::uint8_t>(firstNumber + i), emptyName, 0, 0);

@@ -43,7 +43,7 @@ const Thrown alreadyFrozen = {17, "Invalid object state", "Qel/Tnf/Index",
                               "QelTnf::Index::WriteBufferToFileStream"};
 const Thrown flushingImpossible = {20, "Not yet implemented", "Qel/Tnf/Index", "QelTnf::Index::FlushFrozen"};
 
-/// An index and an empty file. The index leaves the first twelve bytes of the file alone.
+/// An index and an empty file. The index does not touch the first twelve bytes of the file.
 class IndexFile : public testing::Test {
 protected:
     ~IndexFile() override { std::fclose(stream); }
@@ -57,7 +57,7 @@ protected:
             put("a", {static_cast<std::uint8_t>(i)});
         }
     }
-    /// A dataset as it is streamed, but for the shuffling and the compression.
+    /// A dataset as it is streamed, without the shuffling and the compression.
     void stream8(std::uint8_t value) {
         index.SetBlockFlags("s", freezable);
         put("s", Bytes().fill(8, value));
@@ -102,7 +102,7 @@ TEST_F(IndexFile, TableOfTwoBlocksIsByteForByteTheirRecords) {
     table.Release();
 }
 
-/// A name, and the 128 bytes that stand for it.
+/// A name and the 128 bytes that represent it.
 struct Name {
     const char* title;
     std::string name;
@@ -556,7 +556,7 @@ TEST_F(IndexFile, FlushSkipsANameThatBeginsLikeThatOfIndexBlocks) {
     flush();
     EXPECT_FALSE(entry(0).frozen);
     EXPECT_NE(block(0).GetData(), nullptr);
-    // It doesn't stop the block behind it, which can't know its length yet.
+    // It doesn't stop the block after it, whose length can't be known yet.
     EXPECT_TRUE(entry(1).frozen);
     EXPECT_EQ(entry(1).position, 0U);
     EXPECT_EQ(file(), (ByteVector{3, 4}));
@@ -747,7 +747,7 @@ TEST_F(IndexFile, ValueForAWrittenBlockGoesInWithoutTouchingFreedMemory) {
     EXPECT_EQ(Support::slice(contentOf(block(0)), 3, 1), (ByteVector{4}));
 }
 
-// --- The misplacement behind an Index Block
+// --- The misplacement after an Index Block
 
 TEST_F(IndexFile, IndexBlockBehindFlushedBlocksIsPlacedRightAtItsCreation) {
     variable.set("8");

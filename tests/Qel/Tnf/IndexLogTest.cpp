@@ -1,4 +1,4 @@
-// What an index tells the log.
+// What an index writes to the log.
 
 #include <Qel/Tnf/Index.h>
 
@@ -50,7 +50,7 @@ LogLines flushing(const Texts& texts) {
     return Support::linesOf("Qel/Tnf/Index", "QelTnf::Index::FlushFrozen", texts);
 }
 
-// The lines of an ordinary block of one byte, or of none.
+// The lines for an ordinary block of one byte, or of none.
 LogLines smallBuffer(const std::string& id, const std::string& length, const std::string& position) {
     Texts texts = {"Writing buffer " + id + " to stream."};
     if (length != "0") {
@@ -61,7 +61,7 @@ LogLines smallBuffer(const std::string& id, const std::string& length, const std
     return writingBuffer(texts);
 }
 
-/// An index with values, of which only what is written to the file is logged.
+/// An index with values; only its writing to the file is logged.
 class IndexLog : public testing::Test {
 protected:
     ~IndexLog() override { std::fclose(stream); }
@@ -186,7 +186,7 @@ TEST_F(IndexLog, WritingOfAllLogsEveryEntryInOrder) {
     EXPECT_EQ(log.lines(), joined({expected, writingAll({"All buffers to file stream written."})}));
 }
 
-// An Index Block ahead of the first block in memory goes out once, any other twice.
+// An Index Block before the first block in memory is written once, any other twice.
 TEST_F(IndexLog, WritingOfAllLogsEachIndexBlockBehindTheOthers) {
     variable.set("1");
     for (int i = 1; i <= 20; ++i) {

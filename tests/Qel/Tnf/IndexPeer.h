@@ -4,7 +4,7 @@
 
 namespace QelTnf {
 
-/// Reaches into an index, to bring about what its own logic can't.
+/// Accesses the insides of an index, to set what its own logic can't.
 struct IndexPeer {
     static std::vector<BlockInfo>& entries(Index& index) { return index.blockInfos_; }
     static std::vector<Block>& blocks(Index& index) { return index.blocks_; }

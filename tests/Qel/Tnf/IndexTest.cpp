@@ -221,7 +221,7 @@ TEST_F(Index, LimitBuiltAfterTheVariableWasRemovedIs200MiBThoughTheGrowthStepSta
     EXPECT_EQ(block(1).GetCapacity(), 16U);
 }
 
-/// A text of the variable, and the limit that it gives.
+/// A text of the variable and the limit that it gives.
 struct LimitOfText {
     const char* text;
     std::uint32_t limit;

@@ -1,4 +1,4 @@
-// Index::Put<T>, which stands in Index.inl.
+// Index::Put<T>, which is in Index.inl.
 
 #include <Qel/Tnf/Index.h>
 
@@ -163,7 +163,7 @@ TEST_F(IndexValues, ModifierInfoRecordHoldsSevenTextsAndNotItsFirstField) {
     info.Computer = "c";
     info.User = "";
     info.Comment = "ok";
-    // 4 of the size, 4 + 3 of the version, 7 * 4 of the lengths and 16 of the texts.
+    // 4 for the size, 4 + 3 for the version, 7 * 4 for the lengths and 16 for the texts.
     EXPECT_EQ(bytesAfterPut(std::vector<QelMox::ModifierInfo>{info}), Bytes()
                                                                           .u32(1)
                                                                           .u32(55)

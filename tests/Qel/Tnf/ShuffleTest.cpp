@@ -110,7 +110,7 @@ TYPED_TEST(Shuffle, LargestWidthPutsEachComponentByItself) {
     EXPECT_EQ(Support::slice(bytes, 2032, 8), (ByteVector{0xA0, 0xB0, 0xA1, 0xB1, 0xA2, 0xB2, 0xA3, 0xB3}));
 }
 
-// More elements than are taken through the components at a time. Byte b of component c of element i stands at
+// More elements than are processed component by component at a time. Byte b of component c of element i is at
 // c * 20000 + b * 5000 + i.
 TYPED_TEST(Shuffle, ManyElementsFillPlanesThatAreAsLongAsTheirCount) {
     std::vector<TypeParam> values(15'000);

@@ -172,7 +172,7 @@ TEST_F(TnFile, DestructorLeavesThePartialFileOnDisk) {
     EXPECT_EQ(onDisk(), Bytes().raw("as far as it got"));
 }
 
-/// Notes when it is closed.
+/// Records when it is closed.
 class ClosingFile : public QelTnf::TnFile {
 public:
     void CloseFile() override { ++closings; }

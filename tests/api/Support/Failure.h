@@ -12,7 +12,7 @@
 
 namespace Api {
 
-/// What an application learns of a failure of the library.
+/// What an application learns from a failure of the library.
 struct Failure {
     const std::type_info* type;
     Support::Thrown told;

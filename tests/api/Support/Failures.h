@@ -25,7 +25,7 @@ inline Failure attributeRefused() {
                                                      "Qel::Mox2::Helper::Attributes::AttributeValueGetter");
 }
 
-/// Of the lookup of the current node when the current id is none of a node.
+/// The current node is looked up, but the current id is not that of a node.
 inline Failure currentNodeUnknown() {
     return failure<Qel::Exception::KeyNotFound>(14, "Key not found", "Qel/Adt/AdtTree", "GetCurrentNode");
 }

@@ -1,6 +1,6 @@
 #include "api/Support/Fifo.h"
 
-// The one place where systems differ.
+// The only platform-dependent code of this class.
 #if defined(_WIN32)
 
 namespace Api {

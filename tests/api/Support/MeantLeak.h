@@ -4,7 +4,7 @@
 
 namespace Api {
 
-/// What is allocated in its lifetime may be lost without a report of the leak sanitizer.
+/// Memory allocated in its lifetime may leak without a report of the leak sanitizer.
 class MeantLeak {
 public:
     MeantLeak() {}

@@ -12,7 +12,7 @@ namespace Api {
 
 using Support::TemporaryFolder;
 
-/// A test with a model that is open to a file of its own.
+/// A test with a model that is open to its own file.
 class OpenModel : public testing::Test {
 protected:
     OpenModel() { model.saveTo(path, SaverOptions()); }

@@ -23,7 +23,7 @@ public:
     const MoxReader::Node& node(std::uint32_t id) const { return tree.node(id); }
     std::size_t nodeCount() const { return tree.nodes().size(); }
 
-    // The node of this id, which must be of the kind asked for.
+    // The node with this id, which must be of the requested kind.
     const MoxReader::Group& group(std::uint32_t id) const;
     const MoxReader::Material& material(std::uint32_t id) const;
     const std::vector<MoxReader::Dataset>& datasets(std::uint32_t id) const;

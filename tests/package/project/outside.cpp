@@ -1,4 +1,4 @@
-// An application that knows the library by its installed package alone.
+// An application that knows the library only by its installed package.
 
 #include <Qel/Exception/Exception.h>
 #include <Qel/Mox2/Model.h>

@@ -66,7 +66,7 @@ TEST(Application, UnknownOptionIsWrongUsage) {
 
 namespace {
 
-// As from a shell with "> /dev/full": nothing written there arrives.
+// As with "> /dev/full" in a shell: nothing written there arrives.
 [[noreturn]] void runOntoAFullDisk(const std::vector<const char*>& arguments) {
     MoxTool::Terminal terminal(stderr, false, false);
     const bool isOpen = std::freopen("/dev/full", "w", stdout) != nullptr;

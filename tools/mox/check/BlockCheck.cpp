@@ -8,7 +8,7 @@ namespace MoxTool {
 
 namespace {
 
-// Only compressed blocks hold more than their record tells. A free entry has no bytes that could be missing.
+// Only a compressed block holds more than its record says. A free entry has no bytes that could be missing.
 std::optional<MoxReader::ErrorCode> findDamage(const MoxReader::File& file,
                                                const MoxReader::BlockRecord& block) {
     if (block.isEmptyEntry()) {

@@ -9,12 +9,12 @@
 
 namespace MoxTool {
 
-/// Called with the share of the work that is done, from 0 to 1.
+/// Called with the fraction of the work that is done, from 0 to 1.
 using CheckProgress = std::function<void(double)>;
 
 /// Decompresses every block, one at a time, and compares its length and its checksum.
 /// @return the ids of the damaged blocks.
-/// @throws MoxReader::Error ReadFailed alone.
+/// @throws MoxReader::Error with ReadFailed only.
 std::set<std::uint64_t> checkBlocks(const MoxReader::File& file, FindingList& findings,
                                     const CheckProgress& progress);
 

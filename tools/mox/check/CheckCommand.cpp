@@ -81,7 +81,7 @@ int CheckCommand::runRules() const {
     return 0;
 }
 
-// A file that can't be read does not keep the next one from being checked.
+// A file that can't be read does not prevent the check of the next one.
 Verdict CheckCommand::runFile(const std::string& path, JsonStream* json, Terminal& terminal) const {
     try {
         FindingList findings(limit_);

@@ -27,7 +27,7 @@ Palette::Colour colourOf(Level level) {
     return Colours[static_cast<std::size_t>(level)];
 }
 
-/// Where it is, from the file's view to the model's; empty if a finding has no place.
+/// The place of a finding, from the file down to the model; empty if it has none.
 std::string placeText(const FindingPlace& place) {
     std::vector<std::string> parts;
     if (place.offset) {

@@ -9,25 +9,25 @@
 
 namespace MoxTool {
 
-/// What became of the check of one file. The numbers are exit codes.
+/// The result of checking one file. The numbers are exit codes.
 enum class Verdict : int { Whole = 0, Warnings = 1, Errors = 2, Unreadable = 3 };
 
 /// @param strict Whether warnings count as errors.
 Verdict judge(const FindingList& findings, bool strict);
 
-// Both forms name the file first, then each finding, then how many of a rule are not listed.
+// Both forms name the file first, then each finding, then how many findings of a rule are not listed.
 
-/// A line for each finding and one for the verdict.
+/// Prints a line for each finding and one for the verdict.
 void printReport(std::FILE* out, const std::string& path, const FindingList& findings,
                  const Palette& palette);
 
-/// An object.
+/// Writes the report as an object.
 void printReport(JsonStream& out, const std::string& path, const FindingList& findings, Verdict verdict);
 
-/// The object of a file that could not be read.
+/// Writes the object for a file that could not be read.
 void printUnreadable(JsonStream& out, const std::string& path, const std::string& reason);
 
-/// The table of rules.
+/// Prints the table of rules.
 void printRules(std::FILE* out);
 void printRules(JsonStream& out);
 

@@ -45,7 +45,7 @@ public:
     }
 
 private:
-    // The text is made only if there is something to say.
+    // Makes the text only if there is something to report.
     template <class... Args>
     void require(bool isSound, RuleId rule, const Dataset& dataset, fmt::format_string<Args...> reason,
                  Args&&... arguments) {

@@ -15,7 +15,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr double BlocksPart = 0.6; ///< Of the work; the rest is for the numbers.
+constexpr double BlocksPart = 0.6; ///< The blocks' share of the work; the rest is for the numbers.
 
 void checkModel(const MoxReader::File& file, const std::set<std::uint64_t>& damagedBlocks,
                 FindingList& findings, const CheckProgress& progress) {

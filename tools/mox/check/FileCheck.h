@@ -9,11 +9,11 @@
 
 namespace MoxTool {
 
-/// Goes by all rules through a file, and on behind damage where it can.
+/// Checks a file against all rules, and continues after damage where it can.
 ///
 /// Takes time in proportion to the file, whatever its bytes say, and memory for its tree, its descriptors and
 /// one decompressed block.
-/// @throws MoxReader::Error ReadFailed alone.
+/// @throws MoxReader::Error with ReadFailed only.
 void checkFile(const std::shared_ptr<MoxReader::Source>& source, FindingList& findings,
                const CheckProgress& progress);
 

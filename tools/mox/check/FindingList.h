@@ -8,17 +8,17 @@
 
 namespace MoxTool {
 
-/// What a check has found in one file. Counts all, but keeps only so many for each rule, so that a file full
-/// of faults needs no more memory than another.
+/// What a check has found in one file. Counts all findings but keeps only a limited number for each rule, so
+/// that a file full of faults needs no more memory than another.
 class FindingList {
 public:
-    /// @param kept For each rule; 0 keeps all.
+    /// @param kept How many findings of each rule are kept; 0 keeps all.
     explicit FindingList(std::size_t kept = 0) : limit_(kept) {}
 
     void add(RuleId rule, std::string reason, FindingPlace place = {});
-    /// What the reader could not read. Damage of a block has been found with the block itself; here it only
+    /// Adds an error of the reader. Damage of a block has been found with the block itself; here it only
     /// means that something was not checked.
-    /// @param node The node whose data could not be read, if it is one's.
+    /// @param node The node whose data could not be read, if the data belongs to one.
     void addError(const MoxReader::Error& error, std::optional<std::uint32_t> node = {});
 
     const std::vector<Finding>& findings() const { return list_; }
@@ -26,7 +26,7 @@ public:
     std::uint64_t count(Level level) const { return byLevel_[static_cast<std::size_t>(level)]; }
     std::uint64_t count(RuleId rule) const;
     bool isEmpty() const { return byRule_.empty(); }
-    /// How many findings of each rule were counted but not kept; rules without such are left out.
+    /// How many findings of each rule were counted but not kept; rules without any are left out.
     std::map<RuleId, std::uint64_t> notKept() const;
 
 private:

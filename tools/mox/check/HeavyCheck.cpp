@@ -52,7 +52,7 @@ void HeavyCheck::collect(const Node& node, std::uint32_t id) {
     }
 }
 
-// No byte is looked at twice, whatever the descriptors say, so the work stays in proportion to the file.
+// Reads no byte twice, whatever the descriptors say, so the work stays in proportion to the file.
 FactsByHolder HeavyCheck::run(const CheckProgress& progress) {
     std::uint64_t used = 0;
     for (const auto& range : ranges_) {
@@ -118,7 +118,7 @@ void HeavyCheck::look(const Range& range, const CheckProgress& progress) {
                                : NumberFacts{.items = range.size / Format::ElementSize / range.holder->width};
 }
 
-// Without the look at the counts first, sets of a few bytes could each claim the whole stream.
+// Checks the counts first; otherwise sets of a few bytes could each claim the whole stream.
 void HeavyCheck::lookAtSets(const Range& range) {
     const auto reject = [&] {
         findings_.add(RuleId::NodeSetsRecord, "its lists contradict each other or its size", range.place());
@@ -159,7 +159,7 @@ void HeavyCheck::reportUnused(std::uint64_t from, std::uint64_t to) {
     }
 }
 
-// Node sets go into the stream without marking it, so with them nothing can be told.
+// Node sets enter the stream without marking it, so nothing can be concluded if there are any.
 void HeavyCheck::checkStreamedFlags() {
     if (hasSets_ || !areComplete_ || heavy_.damage()) {
         return;
@@ -175,7 +175,7 @@ void HeavyCheck::checkStreamedFlags() {
     }
 }
 
-/// Whether another dataset was written when the block existed; empty if that can't be told.
+/// Whether another dataset was written when the block existed; empty if that can't be determined.
 std::optional<bool> HeavyCheck::isStreamed(std::size_t block) const {
     if (block + 1 < heavy_.blocks().size()) {
         return true;

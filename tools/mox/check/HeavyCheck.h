@@ -13,21 +13,21 @@
 
 namespace MoxTool {
 
-/// Checks where the numbers of datasets and node sets stand in "Heavy Data" and looks at each number once.
+/// Checks where the numbers of datasets and node sets are in "Heavy Data" and reads each number once.
 class HeavyCheck {
 public:
-    /// @param nodes       With nodeId and index of each dataset set, by the node's place in this list.
-    /// @param areComplete Whether no dataset is missing; if one is, unused numbers are no finding.
+    /// @param nodes       The nodeId and index of each dataset are set, by the node's place in this list.
+    /// @param areComplete Whether no dataset is missing; if any is, unused numbers are not reported.
     /// @param damaged     The blocks that can't be read.
     HeavyCheck(const MoxReader::File& file, const std::vector<MoxReader::Node>& nodes, bool areComplete,
                const std::set<std::uint64_t>& damaged, FindingList& findings);
 
-    /// @return what is known of each dataset that is no link and has a sound shape and place.
-    /// @throws MoxReader::Error ReadFailed alone.
+    /// @return the facts about each dataset that is not a link and has a sound shape and place.
+    /// @throws MoxReader::Error with ReadFailed only.
     FactsByHolder run(const CheckProgress& progress);
 
 private:
-    /// Some bytes of the stream and whose they are: a dataset's, or a NodeSets node's.
+    /// A range of the stream and its owner: a dataset or a NodeSets node.
     struct Range {
         std::uint64_t position;
         std::uint64_t size;
@@ -51,7 +51,7 @@ private:
     bool areComplete_;
     const std::set<std::uint64_t>& damagedBlocks_;
     FindingList& findings_;
-    MoxReader::Model bare_;     ///< A root alone: node sets are read without a look at the tree.
+    MoxReader::Model bare_;     ///< Only a root: node sets are read without looking at the tree.
     MoxReader::HeavyData data_; ///< Holds the one decompressed block.
     MoxReader::StreamReader& heavy_;
     std::vector<Range> ranges_; ///< In order of their positions.

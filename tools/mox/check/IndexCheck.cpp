@@ -21,7 +21,7 @@ namespace Format = MoxReader::Format;
 struct KnownName {
     std::string_view name;
     std::uint8_t flags;
-    std::uint8_t otherFlags; ///< Equal to flags if there is but one possibility.
+    std::uint8_t otherFlags; ///< Equal to flags if there is only one possibility.
 };
 
 constexpr std::uint8_t Streamed = Format::FlagCompressed | Format::FlagFreezable;

@@ -6,7 +6,7 @@
 
 namespace MoxTool {
 
-/// Checks the front of a file, its index tables and each of their records, without a look into the blocks.
+/// Checks the front of a file, its index tables and each of their records, without looking into the blocks.
 void checkIndex(const MoxReader::RawIndex& index, FindingList& findings);
 
 } // namespace MoxTool

@@ -87,7 +87,7 @@ void ModelScan::run() {
     scanGlobalInformation();
 }
 
-/// @return whether the work came to its end.
+/// @return whether the work was completed.
 template <class Work>
 bool ModelScan::attempt(const Work& work, std::optional<std::uint32_t> node) {
     try {
@@ -146,8 +146,8 @@ void ModelScan::checkKind(const Node& node) {
     }
 }
 
-// Behind a descriptor that can't be read the next node's own statement of its place is taken, as long as it
-// leads forward; so nothing is read twice.
+// After a descriptor that can't be read, the place that the next node states is used, provided that it lies
+// further on; so nothing is read twice.
 void ModelScan::scanLightData() {
     auto light = file_.stream(Format::LightStream);
     descriptorsWhole_ = treeWhole_;
@@ -204,7 +204,7 @@ void ModelScan::scanDescriptor(StreamReader& light, Node& node, std::uint32_t id
                           placeIn(light, start, id));
         }
     } else if (!node.typeName.empty() && node.typeName != Format::PlainType) {
-        // Its type has been reported; without it nothing tells how long the descriptor is.
+        // The type has been reported; the length of a descriptor of unknown type is unknown too.
         throw MoxReader::Error(MoxReader::ErrorCode::UnknownNodeType, light.place());
     }
 }
@@ -247,7 +247,7 @@ void ModelScan::scanNodeAttributes(StreamReader& attributes, const Node& node, s
     }
 }
 
-// Lists that contradict each other have been read to their end, so that the next record can follow.
+// Contradictory lists have been read to their end, so that the next record can follow.
 void ModelScan::scanAttributeRecord(StreamReader& attributes, std::uint32_t id, const Dataset* dataset) {
     auto place = placeIn(attributes, attributes.position(), id);
     if (dataset != nullptr) {
@@ -267,7 +267,7 @@ void ModelScan::scanAttributeRecord(StreamReader& attributes, std::uint32_t id, 
     }
 }
 
-// All records are of one size, so that one that can't be read does not hide the next.
+// All records have the same size, so an unreadable one does not hide the next.
 void ModelScan::scanMaterials() {
     auto resources = file_.stream(Format::ResourcesStream);
     for (const auto& node : scanned_) {

@@ -10,13 +10,13 @@
 
 namespace MoxTool {
 
-/// Reads all streams but the numbers and goes on behind damage where it can. What it reads record by record
-/// is checked here; how the records fit each other is for other checks.
+/// Reads all streams except the numbers and continues after damage where it can. Each record is checked here;
+/// whether the records fit together is left to other checks.
 class ModelScan {
 public:
     ModelScan(const MoxReader::File& source, FindingList& list);
 
-    /// @throws MoxReader::Error ReadFailed alone.
+    /// @throws MoxReader::Error with ReadFailed only.
     void run();
 
     /// The nodes as far as they could be read. Their datasets are numbered by their place in this list.
@@ -50,9 +50,9 @@ private:
     const MoxReader::File& file_;
     FindingList& findings_;
     std::vector<MoxReader::Node> scanned_;
-    bool treeWhole_ = false; ///< If not, what belongs to the missing nodes is left over in the other streams.
+    bool treeWhole_ = false; ///< If false, the other streams end with data of the missing nodes.
     bool descriptorsWhole_ = false;
-    bool blockFailed_ = false; ///< The last failed attempt met a damaged block.
+    bool blockFailed_ = false; ///< The last failed attempt was due to a damaged block.
 };
 
 } // namespace MoxTool

@@ -8,20 +8,20 @@
 
 namespace MoxTool {
 
-/// What is to be known of the numbers of a dataset.
+/// What is known about the numbers of a dataset.
 struct NumberFacts {
     std::uint64_t items = 0;
-    bool wereRead = false;       ///< If not, all that follows is 0.
-    std::uint64_t notFinite = 0; ///< Floats that are infinite or no numbers.
-    std::uint32_t highest = 0;   ///< Of unsigned numbers.
-    std::uint64_t sum = 0;       ///< Of unsigned numbers.
+    bool wereRead = false;       ///< If false, all that follows is 0.
+    std::uint64_t notFinite = 0; ///< Floats that are infinite or not a number.
+    std::uint32_t highest = 0;   ///< The largest unsigned number.
+    std::uint64_t sum = 0;       ///< The sum of the unsigned numbers.
 };
 
 /// By the dataset that holds them.
 using FactsByHolder = std::unordered_map<const MoxReader::Dataset*, NumberFacts>;
 
-/// Looks at all numbers of a dataset, with a constant amount of memory beside the stream's block.
-/// @param holder Of sound shape, and inside one block of the stream.
+/// Reads all numbers of a dataset, with constant memory besides the stream's block.
+/// @param holder A dataset of sound shape, inside one block of the stream.
 /// @throws MoxReader::Error
 NumberFacts readFacts(MoxReader::StreamReader& heavy, const MoxReader::Dataset& holder);
 

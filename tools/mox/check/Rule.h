@@ -11,14 +11,14 @@ namespace MoxTool {
 /// How bad a finding is.
 enum class Level : std::uint8_t {
     Note,    ///< Worth knowing; nothing is wrong with the file.
-    Warning, ///< The file can be read, but hardly means what its maker wanted.
+    Warning, ///< The file can be read, but probably does not mean what its author intended.
     Error    ///< The file is damaged: something in it can't be read or contradicts the format.
 };
 
 /// Such as "error".
 std::string_view levelName(Level level);
 
-/// The rules that `mox check` goes by. Scripts know the numbers, so a number never gets another meaning.
+/// The rules that `mox check` applies. Scripts rely on the numbers, so a number never changes its meaning.
 enum class RuleId : std::uint16_t {
     Signature = 101,
     FileVersion = 102,
@@ -106,7 +106,7 @@ const Rule& ruleOf(RuleId id);
 /// The rule that the reader's error breaks. For a damaged block it is the rule of that damage.
 RuleId brokenRule(MoxReader::ErrorCode code);
 
-/// Whether an error is one of a single block, so that every read of that block fails alike.
+/// Whether an error concerns a single block, so that every read of that block fails in the same way.
 bool isBlockDamage(MoxReader::ErrorCode code);
 
 } // namespace MoxTool

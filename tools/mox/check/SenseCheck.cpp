@@ -26,10 +26,10 @@ bool isConnectivity(const Dataset& dataset) {
 
 /// The mesh of one step of one geometry.
 struct Mesh {
-    std::set<std::uint64_t> nodes;    ///< Items of coordinates.
-    std::set<std::uint64_t> elements; ///< Items of polylengths, of each and in all.
+    std::set<std::uint64_t> nodes;    ///< Item counts of coordinates.
+    std::set<std::uint64_t> elements; ///< Item counts of polylengths, of each one and in total.
     std::uint64_t allElements = 0;
-    std::uint64_t connectivity = 0; ///< Items of all connectivity.
+    std::uint64_t connectivity = 0; ///< Items of all connectivity together.
     std::uint64_t lengths = 0;      ///< Sum of all polylengths.
     bool areLengthsKnown = true;
     const Dataset* polylength = nullptr;

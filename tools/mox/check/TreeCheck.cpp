@@ -69,7 +69,8 @@ private:
         return sibling != nullptr && sibling->parent == node.parent && sibling->*back == id && id != 1;
     }
 
-    // Siblings rise along their chain, so with the ends in place too all children of a node are in one chain.
+    // Ids ascend along a chain of siblings, so if the ends are right too, all children of a node are in one
+    // chain.
     void checkEnds(std::uint32_t id) {
         const auto& node = nodes_[id - 1];
         const auto* parent = find(node.parent);

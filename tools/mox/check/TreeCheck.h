@@ -8,13 +8,13 @@
 
 namespace MoxTool {
 
-/// Checks the ids of nodes and all six links between them, each node by itself, in one pass, and that
-/// siblings have names of their own.
-/// @param nodes In the order of the file; places in it, from 1, stand for the ids.
+/// Checks the ids of nodes and all six links between them, each node by itself and in one pass, and that
+/// siblings have distinct names.
+/// @param nodes In the order of the file; the place of a node in it, from 1, stands for its id.
 void checkTree(const std::vector<MoxReader::Node>& nodes, FindingList& findings);
 
-/// The path of a node for a person, such as "/root/part"; of a deep one only its end, behind "...".
-/// Goes up only as long as ids fall, so that it ends on any nodes.
+/// The path of a node for display, such as "/root/part"; if the node is deep, only the end of it, after
+/// "...". Climbs only while ids fall, so that it terminates whatever the links say.
 std::string pathText(const std::vector<MoxReader::Node>& nodes, std::uint32_t id);
 
 } // namespace MoxTool

@@ -32,8 +32,8 @@ public:
     /// help.
     virtual void addOptions(CommandLine& line) = 0;
 
-    /// Does the work, with the members that the command line has filled. Data goes to stdout, all else to the
-    /// terminal.
+    /// Does the work, with the members that the command line has filled. Data goes to stdout, everything else
+    /// to the terminal.
     /// @return the exit code, 0 for success.
     /// @throws Failure (or any std::exception), which becomes one line "mox <name>: <what>" and the exit code
     ///         failureCode().

@@ -20,12 +20,12 @@ struct ArgumentHelp {
     bool canRepeat = false;
 };
 
-/// What --help shows of the program or of one of its commands. What is hidden there is not in here.
+/// What --help shows about the program or one of its commands. Options that it hides are left out.
 struct CommandHelp {
     std::string name;
-    std::string program; ///< The name of the program that it is a command of; empty for the program itself.
+    std::string program; ///< The program that this is a command of; empty for the program itself.
     std::string description;
-    std::string details; ///< What stands behind the options: paragraphs, then examples.
+    std::string details; ///< What follows the options: paragraphs, then examples.
     std::vector<ArgumentHelp> arguments;
     std::vector<OptionHelp> options;
     std::vector<CommandHelp> commands;

@@ -14,9 +14,9 @@ class Option;
 
 namespace MoxTool {
 
-/// Takes what a command declares of its options and arguments.
+/// Takes a command's declarations of its options and arguments.
 ///
-/// Keeps the library that parses them out of the commands: each source that includes it takes seconds to
+/// Keeps the parsing library out of the commands, since every source that includes it takes seconds to
 /// compile.
 class CommandLine {
 public:
@@ -28,13 +28,13 @@ public:
         Option& required();
         /// What the help calls its value.
         Option& typeName(const std::string& name);
-        /// The help tells what holds without it.
+        /// Shows the default value in the help.
         Option& showDefault();
         /// Only numbers above 0.
         Option& positive();
         /// Only these values.
         Option& oneOf(const std::vector<std::string>& values);
-        /// @param problem Tells what is wrong with a value; nothing if it is fine.
+        /// @param problem Returns what is wrong with a value; nothing if it is fine.
         Option& check(const std::function<std::string(const std::string&)>& problem);
         Option& excludes(const std::vector<Option>& others);
 
@@ -45,8 +45,8 @@ public:
     /// @param commandLevel Must outlive this object.
     explicit CommandLine(CLI::App& commandLevel) : level_(commandLevel) {}
 
-    // All take the name of an argument, such as "FILE", or those of an option, such as "-o,--output". The
-    // target gets the value and must stay where it is.
+    // All take the name of an argument, such as "FILE", or the names of an option, such as "-o,--output". The
+    // target receives the value and must not move.
 
     Option add(const std::string& names, std::string& target, const std::string& description);
     Option add(const std::string& names, std::optional<std::string>& target, const std::string& description);
@@ -57,13 +57,14 @@ public:
     Option add(const std::string& names, double& target, const std::string& description);
     Option addFlag(const std::string& names, bool& target, const std::string& description);
 
-    /// What the help shows behind the options: paragraphs, then examples.
+    /// What the help shows after the options: paragraphs, then examples.
     void setDetails(const std::string& text);
     /// Leaves the command out of the list of commands.
     void hide();
     /// @param check Called when all values are there; throws UsageError if they don't fit together.
     void setCheck(const std::function<void()>& check);
-    /// Gives the help of the whole program, once all commands have declared their options.
+    /// Returns a function that gives the help of the whole program once all commands have declared their
+    /// options.
     std::function<CommandHelp()> programHelp() const;
 
 private:

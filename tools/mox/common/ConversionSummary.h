@@ -8,10 +8,10 @@ namespace MoxTool {
 
 class Terminal;
 
-/// What an import or an export took, what it skipped, and what else the person should know.
+/// What an import or an export took, what it skipped, and what else the user should know.
 class ConversionSummary {
 public:
-    /// @param output The file that is made, as the person named it.
+    /// @param output The path of the new file, as the user gave it.
     explicit ConversionSummary(std::string output);
 
     // What was taken.
@@ -21,7 +21,7 @@ public:
     std::int64_t steps = 0;
     std::int64_t datasets = 0;
 
-    /// Notes that things of one kind were not taken. Does nothing for no names.
+    /// Notes that things of one kind were skipped. Does nothing without names.
     /// @param kind  In the plural, such as "side sets".
     /// @param names One for each thing.
     void addSkipped(const std::string& kind, const std::vector<std::string>& names);

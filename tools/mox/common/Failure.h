@@ -5,11 +5,11 @@
 
 namespace MoxTool {
 
-/// Why a command can't do its work: a file and a reason, for a person, in one line.
+/// Why a command can't do its work: a file and a reason, in one line for the user.
 class Failure : public std::runtime_error {
 public:
-    /// @param file   The file's path as the person gave it.
-    /// @param reason What is wrong and, where it is not plain, what to do; no full stop.
+    /// @param file   The file's path as the user gave it.
+    /// @param reason What is wrong and, where it is not obvious, what to do; no full stop.
     Failure(const std::string& file, const std::string& reason) : std::runtime_error(file + ": " + reason) {}
 };
 

@@ -8,13 +8,13 @@
 
 namespace MoxTool {
 
-/// Writes JSON piece by piece, so that the whole need not stand in memory. Every object and every array opens
-/// its own lines; a value stands on one.
+/// Writes JSON piece by piece, so that the whole need not be in memory. Every object and every array starts
+/// lines of its own; a value stays on one line.
 ///
-/// The caller sees to it that the pieces make sense: in an object a key before each value.
+/// The caller must pass the pieces in an order that makes sense: within an object, a key before each value.
 class JsonStream {
 public:
-    /// @param file Stays open as long as this object; not owned. Failures show in std::ferror().
+    /// @param file Stays open for the lifetime of this object; not owned. Failures show in std::ferror().
     explicit JsonStream(std::FILE* file) : out_(file) {}
 
     void beginObject() { begin('{'); }
@@ -24,7 +24,7 @@ public:
     void key(std::string_view name);
     /// @throws nlohmann::json::type_error if a text in it is not UTF-8.
     void value(const Json& value);
-    /// A value that the caller has put into JSON's form.
+    /// Writes a value that is already JSON text.
     void rawValue(std::string_view text);
 
 private:

@@ -14,13 +14,13 @@ namespace MoxTool {
 /// The numbers of a dataset, row-major: one row for each item.
 using Numbers = std::variant<std::vector<float>, std::vector<std::uint32_t>>;
 
-/// A file with its model and its numbers, for commands that read both. Everything that is wrong with the file
-/// comes as a Failure that names it.
+/// A file with its model and its numbers, for commands that read both. Every fault of the file is reported as
+/// a Failure that names it.
 class NumberFile {
 public:
     /// @param path "-" stands for stdin.
-    /// @throws Failure also if the datasets claim more bytes in all than the file holds, since reading them
-    ///         all would then take time out of proportion to the file.
+    /// @throws Failure also if the datasets claim more bytes in total than the file holds, since reading them
+    ///                 all would take time out of proportion to the file.
     explicit NumberFile(const std::string& path);
     NumberFile(const NumberFile&) = delete;
     NumberFile& operator=(const NumberFile&) = delete;
@@ -32,10 +32,10 @@ public:
     const MoxReader::Dataset& holder(const MoxReader::Dataset& dataset) const;
     /// The numbers of a dataset or of what it links to. Best called in order of the holders' positions.
     Numbers read(const MoxReader::Dataset& dataset);
-    /// The place, among the blocks of numbers, of the one in which a holder's numbers begin. Reading from one
-    /// block and then from another decompresses both.
+    /// The place, among the blocks of numbers, of the block in which a holder's numbers begin. Reading from
+    /// one block and then from another decompresses both.
     std::size_t blockOf(const MoxReader::Dataset& holder) { return heavy_.stream().blockAt(holder.position); }
-    /// Bytes of all numbers.
+    /// The size of all numbers in bytes.
     std::uint64_t numberBytes() { return heavy_.stream().size(); }
     std::vector<MoxReader::NodeSet> readSets(const MoxReader::NodeSets& descriptor);
 

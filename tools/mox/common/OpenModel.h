@@ -14,7 +14,7 @@ namespace MoxTool {
 class OpenModel {
 public:
     /// @param path "-" stands for stdin.
-    /// @throws Failure for everything that is wrong.
+    /// @throws Failure if anything is wrong with the file.
     explicit OpenModel(const std::string& path)
         : opened_(explainErrors(path, [&] { return MoxReader::File(openSource(path)); })),
           contents_(explainErrors(path, [this] { return MoxReader::readModel(opened_); })) {}

@@ -6,8 +6,8 @@
 
 namespace MoxTool {
 
-/// A file in the making. It grows under a temporary name beside its target and gets the target's name when it
-/// is whole; otherwise it is removed. So what stands under the target's name is never half-written.
+/// A file in the making. It is written under a temporary name beside its target and gets the target's name
+/// when it is complete; otherwise it is removed. So the file of the target's name is never half-written.
 class OutputFile {
 public:
     /// Chooses the temporary name. Creates nothing.
@@ -21,7 +21,7 @@ public:
     /// Where the file is to be written: no file of this name exists at first.
     const std::filesystem::path& temporaryPath() const { return temporary_.path(); }
 
-    /// Gives the temporary file the target's name. The file must be closed.
+    /// Renames the temporary file to the target. The file must be closed.
     /// @throws Failure if the target has appeared meanwhile and must not be replaced, or if renaming fails.
     void commit();
 

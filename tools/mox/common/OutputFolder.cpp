@@ -8,7 +8,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// "out/" and "out" name the same folder; beside the first there is no room for another name.
+// "out/" and "out" name the same folder, but only the second gives another name beside it when extended.
 fs::path withoutTrailingSeparator(const fs::path& path) {
     return path.has_filename() ? path : path.parent_path();
 }

@@ -22,7 +22,7 @@ std::function<void()> atInterruption;
 
 BOOL WINAPI interrupt(DWORD) {
     atInterruption();
-    return FALSE; // what follows is the default: the end
+    return FALSE; // the default follows: the process ends
 }
 
 } // namespace
@@ -69,7 +69,7 @@ bool isTerminal(std::FILE* stream) {
 
 void makeBinary(std::FILE*) {}
 
-// A signal handler may do next to nothing; a thread that waits for the signal may do all.
+// A signal handler may do next to nothing; a thread that waits for the signal may do anything.
 void runAtInterruption(std::function<void()> function) {
     const auto signals = signalsThatEnd();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);

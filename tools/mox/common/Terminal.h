@@ -6,14 +6,14 @@
 
 namespace MoxTool {
 
-/// The messages of a program for the person in front of it: errors, notes and the progress of long work.
+/// The messages of a program to its user: errors, notes and the progress of long work.
 ///
-/// Progress is one line that overwrites itself; it shows on an interactive stream alone and is gone before
-/// any other message comes.
+/// Progress is one line that overwrites itself; it is shown only on an interactive stream and is cleared
+/// before any other message.
 class Terminal {
 public:
-    /// @param stream      Stays open as long as this object; not owned.
-    /// @param interactive Whether a person watches the stream, so that progress makes sense.
+    /// @param stream      Stays open for the lifetime of this object; not owned.
+    /// @param interactive Whether a user watches the stream, so that progress makes sense.
     /// @param colours     Whether errors are red.
     /// @param outputColours Whether data on stdout may be coloured.
     Terminal(std::FILE* stream, bool interactive, bool colours, bool outputColours = false);
@@ -22,13 +22,13 @@ public:
     /// Clears the progress.
     ~Terminal();
 
-    /// On stderr: interactive if that is a terminal, coloured if moreover `NO_COLOR` is unset or empty. The
-    /// same holds for stdout and its colours.
+    /// Writes to stderr: interactive if that is a terminal, and coloured if, moreover, `NO_COLOR` is unset or
+    /// empty. The same goes for stdout and its colours.
     static Terminal standardError();
 
-    /// Takes all colours away, on stderr and on stdout.
+    /// Turns off all colours, on stderr and on stdout.
     void dropColours();
-    /// Shows no progress from here on.
+    /// Shows no progress from now on.
     void hideProgress();
     /// Whether data on stdout may be coloured.
     bool outputColours() const { return colouredOutput_; }
@@ -38,7 +38,7 @@ public:
     /// Writes one line.
     void note(std::string_view line);
 
-    /// Shows how far the work is, at most ten times a second.
+    /// Shows how far the work has come, at most ten times a second.
     /// @param fraction From 0 to 1.
     void progress(std::string_view work, double fraction);
     void clearProgress();

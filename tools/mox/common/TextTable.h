@@ -9,7 +9,7 @@ namespace MoxTool {
 /// Rows of text in columns: the first flush left, all others flush right. Widths are counted in characters.
 class TextTable {
 public:
-    /// All rows need as many cells. Cells must be fit for a terminal, see visibleText().
+    /// All rows need the same number of cells. Cells must be fit for a terminal; see visibleText().
     void add(std::vector<std::string> row) { rows_.push_back(std::move(row)); }
     void print(std::FILE* file) const;
 

@@ -4,7 +4,7 @@
 
 namespace MoxTool {
 
-/// @throws Failure if there is nothing under this path, or if it is no regular file.
+/// @throws Failure if there is nothing at this path, or if it is not a regular file.
 void checkIsFile(const std::string& path);
 
 } // namespace MoxTool

@@ -6,16 +6,16 @@
 
 namespace MoxTool {
 
-// What stands in a dataset's descriptor, in words.
+// The contents of a dataset's descriptor, in words.
 
 /// Such as "NodeScalar"; "type 7" for a number without a known meaning.
 std::string variableTypeText(const MoxReader::Dataset& dataset);
 /// "float", "unsigned", or "element type 9" for a tag without a known meaning.
 std::string elementTypeText(const MoxReader::Dataset& dataset);
-/// Items and components, such as "8 x 3".
+/// @param holder The dataset that holds the numbers, so not a link.
 /// @param holder The dataset that holds the numbers, so no link.
 std::string shapeText(const MoxReader::Dataset& holder);
-/// Its items; 0 for a width of 0.
+/// The number of its items; 0 for a width of 0.
 std::uint32_t itemCount(const MoxReader::Dataset& holder);
 
 /// The name, and the step's if it has one, such as: Temperature, step "Step 1". Fit for a terminal.

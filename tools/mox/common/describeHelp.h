@@ -8,8 +8,8 @@ class App;
 
 namespace MoxTool {
 
-/// What the help of a program or a command shows. Commands that it does not list are there too, marked as
-/// hidden.
+/// What the help of a program or a command shows. Commands that the help does not list are included too,
+/// marked as hidden.
 CommandHelp describeHelp(const CLI::App& level);
 
 } // namespace MoxTool

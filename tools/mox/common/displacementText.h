@@ -7,10 +7,10 @@
 
 namespace MoxTool {
 
-/// The Index Blocks that a file's writer took to lie at offset 0, so that all blocks behind them lie too low.
+/// The Index Blocks that a file's writer took to lie at offset 0, so that all blocks after them lie too low.
 std::vector<const MoxReader::IndexTable*> findRestarts(const MoxReader::RawIndex& index);
 
-/// What became of a file whose writer placed blocks too low, in one line; empty for any other file.
+/// Describes, in one line, a file whose writer placed blocks too low; empty for any other file.
 std::optional<std::string> displacementText(const MoxReader::RawIndex& index);
 
 } // namespace MoxTool

@@ -8,15 +8,15 @@
 
 namespace MoxTool {
 
-/// Called with the share of the work that is done, from 0 to 1.
+/// Called with the fraction of the work that is done, from 0 to 1.
 using ProgressReport = std::function<void(double)>;
 
 /// The first flaw of the file's index, its length or one of its blocks, in words; empty if there is none.
 /// Decompresses every block, one at a time, and compares its checksum.
-/// @throws MoxReader::Error ReadFailed alone.
+/// @throws MoxReader::Error with ReadFailed only.
 std::optional<std::string> findBlockFlaw(const MoxReader::File& file, const ProgressReport& report);
 
-/// Likewise without a look into the blocks.
+/// Likewise, but without looking into the blocks.
 std::optional<std::string> findIndexFlaw(const MoxReader::File& file);
 
 } // namespace MoxTool

@@ -22,8 +22,8 @@ Json jsonText(const std::string& text) {
     return Json{{"bytes", digits}};
 }
 
-// The library prints the shortest text of a double. The double that is nearest to a float's shortest text has
-// that same text, the float itself widened has a longer one.
+// The library prints the shortest text of a double. The double nearest to a float's shortest text has that
+// same text; the float itself, widened, has a longer one.
 Json jsonNumber(float number) {
     const auto text = numberText(number);
     if (!std::isfinite(number)) {

@@ -6,13 +6,13 @@
 
 namespace MoxTool {
 
-using Json = nlohmann::ordered_json; ///< Keeps the order in which its members were given.
+using Json = nlohmann::ordered_json; ///< Keeps the order in which its members were added.
 
-/// A text; {"bytes": "<two hexadecimal digits for each>"} if it is not UTF-8, which JSON can't hold.
+/// A text; {"bytes": "<two hexadecimal digits for each>"} if it is not UTF-8, since JSON can't hold it then.
 Json jsonText(const std::string& text);
 
-/// A number that prints as numberText() does, as a number of JSON ("0.1", "1.0"); a text "nan", "inf" or
-/// "-inf" if it is not finite, for which JSON has no number.
+/// A JSON number with the text of numberText() ("0.1", "1.0"); the text "nan", "inf" or "-inf" if the number
+/// is not finite, since JSON has no such numbers.
 Json jsonNumber(float number);
 /// Likewise for doubles.
 Json jsonNumber(double number);

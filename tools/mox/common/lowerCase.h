@@ -5,7 +5,7 @@
 
 namespace MoxTool {
 
-/// The text with the letters A to Z made small, whatever the locale.
+/// The text with the letters A to Z in lower case, whatever the locale.
 inline std::string lowerCase(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
         return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;

@@ -8,7 +8,7 @@ namespace MoxTool {
 
 namespace {
 
-// How many bytes of the text the first letter of the pattern takes; 0 if it does not fit.
+// How many bytes of the text the first letter of the pattern matches; 0 if it does not match.
 std::size_t fit(std::string_view pattern, std::string_view text) {
     if (pattern.empty() || text.empty()) {
         return 0;
@@ -21,7 +21,7 @@ std::size_t fit(std::string_view pattern, std::string_view text) {
 
 } // namespace
 
-// Only the last * need ever take more: what stands before it already fits.
+// Only the last * ever needs to match more: what precedes it already fits.
 bool matchesGlob(std::string_view pattern, std::string_view text) {
     std::string_view behindStar, retry;
     bool hasStar = false;

@@ -4,8 +4,8 @@
 
 namespace MoxTool {
 
-/// Whether a pattern fits a whole text: * stands for any characters, ? for one character (of UTF-8), all else
-/// for itself. Takes time in proportion to the product of the lengths at most.
+/// Whether a pattern matches a whole text: * stands for any characters, ? for one UTF-8 character, and
+/// everything else for itself. Takes time at most in proportion to the product of the lengths.
 bool matchesGlob(std::string_view pattern, std::string_view text);
 
 } // namespace MoxTool

@@ -9,7 +9,7 @@ namespace MoxTool {
 
 namespace {
 
-// Not-a-number has a sign that means nothing.
+// The sign of a not-a-number means nothing.
 template <typename T>
 std::string textOf(T number) {
     return std::isnan(number) ? "nan" : fmt::format("{}", number);

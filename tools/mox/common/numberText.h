@@ -10,7 +10,7 @@ std::string numberText(float number);
 /// Likewise for doubles.
 std::string numberText(double number);
 
-/// A count of bytes for a person: "812 B", "1.4 KiB", up to "TiB".
+/// A count of bytes for display: "812 B", "1.4 KiB", up to "TiB".
 std::string byteText(unsigned long long bytes);
 
 } // namespace MoxTool

@@ -32,7 +32,7 @@ std::string_view adviceFor(ErrorCode code) {
     return "mox check lists all damage";
 }
 
-// The reader's text for a file that can't be opened names the path once more.
+// The reader's text for a file that can't be opened names the path again.
 std::string reasonOf(const MoxReader::Error& error) {
     return error.code() == ErrorCode::OpenFailed ? std::string(MoxReader::errorText(error.code()))
                                                  : error.what();

@@ -8,8 +8,8 @@
 
 namespace MoxTool {
 
-/// What the reader found wrong, as one line for a person: the file, the reason, the place, what to do.
-/// @param file The file's path as the person gave it.
+/// What the reader found wrong, in one line for the user: the file, the reason, the place, what to do.
+/// @param file The file's path as the user gave it.
 Failure readFailure(const std::string& file, const MoxReader::Error& error);
 
 /// Does the work and turns an error of the reader into readFailure().

@@ -7,8 +7,8 @@ namespace MoxTool {
 
 namespace {
 
-// The lead bytes of one length, and the second bytes that may follow them. The latter keep out overlong
-// forms, surrogates and what lies behind the last character.
+// The lead bytes of one length, and the second bytes that may follow them. The latter exclude overlong forms,
+// surrogates and whatever is beyond the last character.
 struct Form {
     unsigned char firstLead, lastLead;
     unsigned char firstSecond, lastSecond;

@@ -12,7 +12,7 @@ std::size_t utf8CharacterSize(std::string_view text);
 /// Whether the whole text is valid UTF-8.
 bool isUtf8(std::string_view text);
 
-/// The number of characters; a byte that is no part of one counts as one.
+/// The number of characters; a byte that is not part of one counts as one.
 std::size_t utf8Length(std::string_view text);
 
 } // namespace MoxTool

@@ -5,7 +5,7 @@
 
 namespace MoxTool {
 
-/// A text from a file, made fit for a terminal and for one line: control characters and bytes that are no
+/// A text from a file, made fit for a terminal and for one line: control characters and bytes that are not
 /// UTF-8 become \n, \r, \t or \xNN for each byte, and a backslash becomes two, so that different texts stay
 /// different.
 std::string visibleText(std::string_view text);

@@ -7,10 +7,10 @@
 
 namespace MoxTool {
 
-/// `mox diff A B`: in what two models differ.
+/// `mox diff A B`: how two models differ.
 class DiffCommand : public Command {
 public:
-    /// As diff has them.
+    /// The same as those of diff.
     enum ExitCode : int { Equal = 0, Different = 1, Trouble = 2 };
 
     std::string name() const override;

@@ -103,7 +103,7 @@ void DifferenceList::compareAttributes(const Attributes& a, const Attributes& b)
     }
 }
 
-// The kinds show only where they are what differs.
+// The kinds are shown only where they are what differs.
 void DifferenceList::compareAttribute(const std::string& key, const AttributeValue& a,
                                       const AttributeValue& b) {
     if (areEqual(a, b)) {

@@ -13,21 +13,21 @@
 
 namespace MoxTool {
 
-/// Gathers differences. It stands at a place of the two models: the file as a whole at first, then where
-/// moveTo() takes it.
+/// Collects differences. It has a current place in the two models: the file as a whole at first, then the one
+/// that moveTo() sets.
 class DifferenceList {
 public:
     explicit DifferenceList(const Tolerance& allowed) : tolerance_(allowed) {}
 
-    /// Moves to a node, or to a dataset of it.
+    /// Moves to a node, or to one of its datasets.
     /// @param a Null if the first file has no such node, as b for the second.
     void moveTo(const MoxReader::Node* a, const MoxReader::Node* b,
                 const MoxReader::Dataset* dataset = nullptr);
 
-    /// Adds a difference at the place. An empty value says that a file has nothing there.
+    /// Adds a difference at the current place. An empty value means that a file has nothing there.
     void add(std::string what, std::optional<Json> a, std::optional<Json> b);
 
-    // The following add a difference if the two are not equal, floats by the tolerance.
+    // The following add a difference if the two are not equal; floats are compared by the tolerance.
 
     void compareTexts(std::string what, const std::string& a, const std::string& b);
     void compareIntegers(std::string what, std::uint32_t a, std::uint32_t b);
@@ -35,13 +35,13 @@ public:
     void compareFloats(std::string what, std::span<const float> a, std::span<const float> b);
     void compareAttributes(const MoxReader::Attributes& a, const MoxReader::Attributes& b);
 
-    /// Keeps room at the place for a difference of numbers, see fill().
-    /// @return what fill() wants.
+    /// Reserves room at the current place for a difference of numbers; see fill().
+    /// @return the argument for fill().
     std::size_t keepRoomForNumbers();
     void fill(std::size_t room, const NumberDifference& numbers) { differences_[room].numbers = numbers; }
 
-    /// All differences in the order in which they came, without the rooms that stayed empty. The list is used
-    /// up.
+    /// All differences in the order in which they were added, without the rooms that stayed empty. The list
+    /// is used up.
     std::vector<Difference> take();
 
 private:

@@ -9,7 +9,7 @@
 
 namespace MoxTool {
 
-/// Puts the differences of two files on stdout.
+/// Writes the differences of two files to stdout.
 class DifferenceReport {
 public:
     /// @param a,b Must outlive this object.
@@ -18,8 +18,8 @@ public:
     /// One line for each, such as: /car/door, Displacement, step "Load 1": numbers: 2 of 24 differ, ...
     void writeText(const std::vector<Difference>& differences) const;
 
-    /// One object: "files", "tolerance", "equal" and "differences". Each of these has "what", and as far as
-    /// they make sense "node" (its path), "idA", "idB", "dataset", "step", "a", "b" and "numbers".
+    /// One object: "files", "tolerance", "equal" and "differences". Each difference has "what" and, where
+    /// they apply, "node" (its path), "idA", "idB", "dataset", "step", "a", "b" and "numbers".
     void writeJson(const std::vector<Difference>& differences, const Tolerance& tolerance) const;
 
 private:

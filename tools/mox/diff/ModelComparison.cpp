@@ -43,7 +43,7 @@ std::string description(const Dataset& holder) {
     return fmt::format("{}, {}", elementTypeText(holder), shapeText(holder));
 }
 
-// A link whose entry has attributes of its own is rare; otherwise they stand where the numbers are.
+// A link whose entry has attributes of its own is rare; usually they are with the numbers.
 const MoxReader::Attributes& attributesOf(const Dataset& dataset, const Dataset& holder) {
     return dataset.attributes.empty() ? holder.attributes : dataset.attributes;
 }
@@ -75,7 +75,7 @@ std::vector<Difference> ModelComparison::run() {
     return list_.take();
 }
 
-// With a stack of its own, since a file can nest nodes deeper than calls can.
+// Uses a stack of its own, since a file can nest nodes deeper than calls can.
 void ModelComparison::compareTrees() {
     std::vector<NodePair> waiting = {{&fileA_.model().root(), &fileB_.model().root()}};
     while (!waiting.empty()) {
@@ -190,8 +190,8 @@ void ModelComparison::compareNumbersOfAll() {
     messages_.clearProgress();
 }
 
-// So that each block of the first file is decompressed once, and of the second file each of its blocks once
-// for it, in whatever order the two were written.
+// With this order each block of the first file is decompressed once and, for each of them, each block of the
+// second file once, in whatever order the two were written.
 void ModelComparison::sortTasks() {
     std::ranges::stable_sort(tasks_, {}, [this](const Task& task) {
         return std::tuple(fileA_.blockOf(*task.a), task.b->position, task.b->nodeId, task.b->index,
@@ -199,8 +199,9 @@ void ModelComparison::sortTasks() {
     });
 }
 
-// Where both files share numbers, but not the same, a dataset is read once for each partner. Models that mean
-// something stay far below this; files made for it could pair everything with everything.
+// Where both files share numbers, but not in the same way, a dataset is read once for each partner.
+// Meaningful models stay far below this limit; files made for the purpose could pair everything with
+// everything.
 void ModelComparison::requireBoundedWork() const {
     constexpr std::uint64_t MostReadings = 16;
     std::uint64_t bytes = 0;

@@ -10,7 +10,7 @@
 
 namespace MoxTool {
 
-/// Finds in what two models differ.
+/// Finds how two models differ.
 ///
 /// Nodes are paired by their paths and datasets by their keys; among siblings, or datasets, of one name the
 /// first is paired with the first and so on. The ids of nodes and the order of names don't count. A node or
@@ -22,8 +22,8 @@ public:
     ModelComparison(NumberFile& a, NumberFile& b, const ComparisonOptions& options, Terminal& terminal);
 
     /// All differences, in the order of the first file's tree. May be called once.
-    /// @throws Failure if one of the files is damaged, or if their links pair so many datasets of one file
-    ///         with so many of the other that the comparison would take time out of proportion to the files.
+    /// @throws Failure if one of the files is damaged, or if links pair so many of their datasets that the
+    ///                 comparison would take time out of proportion to the files.
     std::vector<Difference> run();
 
 private:

@@ -2,12 +2,12 @@
 
 namespace MoxTool {
 
-/// How far two numbers may lie apart and still count as equal:
+/// How far apart two numbers may be and still count as equal:
 ///
 ///     |a - b| <= max(absolute, relative * max(|a|, |b|))
 ///
-/// The absolute part keeps the test right near zero, where a relative part alone allows nothing. Not-a-number
-/// equals not-a-number, an infinity equals itself alone, and -0 equals 0.
+/// The absolute part makes the test work near zero, where a relative part alone allows nothing. Not-a-number
+/// equals not-a-number, an infinity equals only itself, and -0 equals 0.
 struct Tolerance {
     double absolute = 0; ///< Finite, not negative.
     double relative = 0; ///< Likewise.

@@ -9,7 +9,7 @@ namespace {
 
 constexpr auto None = std::numeric_limits<std::size_t>::max();
 
-/// Gives the places of a list back by their keys, each once, those of one key in ascending order.
+/// Returns the places of a list by their keys, each once, and those of one key in ascending order.
 class PlacesByKey {
 public:
     explicit PlacesByKey(const std::vector<std::string_view>& keys) : behind_(keys.size(), None) {

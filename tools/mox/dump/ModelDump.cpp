@@ -26,7 +26,7 @@ Json jsonNumbers(const std::array<float, Size>& numbers, std::size_t count = Siz
     return list;
 }
 
-// What the member is called tells the kind.
+// The name of the member shows the kind.
 struct AttributeMember {
     Json& object;
 
@@ -172,7 +172,7 @@ void ModelDump::write(const MoxReader::NodeSets& descriptor) {
     json_.endArray();
 }
 
-// A step without a name differs from no step.
+// A step without a name is not the same as no step.
 void ModelDump::writeDataset(const MoxReader::Dataset& dataset) {
     json_.beginObject();
     member("name", jsonText(dataset.name));

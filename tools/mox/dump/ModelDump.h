@@ -21,7 +21,7 @@ public:
     ModelDump(const OpenModel& openModel, const Options& dumpOptions, JsonStream& target);
 
     /// @param terminal For the progress.
-    /// @throws MoxReader::Error if numbers can't be read; what stands before them is written then.
+    /// @throws MoxReader::Error if numbers can't be read; what precedes them has been written then.
     void write(Terminal& terminal);
 
 private:

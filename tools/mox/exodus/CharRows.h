@@ -9,7 +9,7 @@ namespace MoxTool {
 /// Room for texts that a C library fills: an array of pointers to buffers of one size.
 class CharRows {
 public:
-    /// @param length Of the longest text, without its terminating zero.
+    /// @param length The length of the longest text, without its terminating zero.
     CharRows(std::size_t count, std::size_t length) : buffers_(count, std::vector<char>(length + 1)) {
         for (auto& buffer : buffers_) {
             pointers_.push_back(buffer.data());
@@ -18,7 +18,7 @@ public:
     CharRows(const CharRows&) = delete;
     CharRows& operator=(const CharRows&) = delete;
 
-    /// What the library takes. Valid as long as this object.
+    /// What the library takes. Valid for the lifetime of this object.
     char** data() { return pointers_.data(); }
     std::size_t size() const { return buffers_.size(); }
     /// The text of a row, up to its terminating zero.

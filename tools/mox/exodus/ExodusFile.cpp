@@ -47,7 +47,7 @@ void checkLength(const std::string& path, std::istream& file) {
     }
 }
 
-// The Exodus library writes to stderr where netCDF can't open a file, so that is tried before.
+// The Exodus library writes to stderr if netCDF can't open a file, so that is tried first.
 void checkOpens(const std::string& path) {
     int opened = -1;
     if (const int status = nc_open(path.c_str(), NC_NOWRITE, &opened); status != NC_NOERR) {
@@ -56,7 +56,7 @@ void checkOpens(const std::string& path) {
     nc_close(opened);
 }
 
-// Catches early what the library tells unclearly or not at all.
+// Catches early what the library reports unclearly or not at all.
 void checkContainer(const std::string& path) {
     checkIsFile(path);
     std::ifstream file(path, std::ios::binary);
@@ -266,8 +266,8 @@ std::vector<double> ExodusFile::globalValues(std::size_t step, std::size_t varia
     return result;
 }
 
-// The library warns, with a positive status, of things that are absent; here everything asked for must be
-// there.
+// The library warns, with a positive status, about things that are absent; here everything requested must
+// exist.
 void ExodusFile::check(int status, const char* what) const {
     if (status != NC_NOERR) {
         throw Failure(filePath_, fmt::format("damaged: {} can't be read", what));

@@ -30,12 +30,12 @@ public:
     /// Counts of everything and the title, as the library gives them.
     const ex_init_params& counts() const { return parameters_; }
     int dimension() const { return static_cast<int>(parameters_.num_dim); }
-    /// Of the library that wrote the file.
+    /// The version of the library that wrote the file.
     float apiVersion() const;
     float fileVersion() const { return version_; }
     bool hasDoublePrecision() const { return wordSize_ == 8; }
     std::vector<QaRecord> qaRecords() const;
-    /// One of the library's counts. 0 if the file says nothing of it.
+    /// One of the library's counts. 0 if the file does not give it.
     std::int64_t inquire(ex_inquiry what) const;
 
     const std::vector<ExodusBlock>& blocks() const { return elementBlocks_; }
@@ -70,7 +70,7 @@ public:
     std::vector<double> globalValues(std::size_t step, std::size_t variableCount) const;
 
 private:
-    // Closes the file, also where the constructor fails.
+    // Closes the file, even if the constructor fails.
     struct Handle {
         ~Handle();
         int id = -1;

@@ -13,7 +13,7 @@ namespace MoxTool {
 
 namespace {
 
-// The library takes texts to be written as pointers to char that is not const.
+// The library takes the texts to write as pointers to char that is not const.
 class Pointers {
 public:
     explicit Pointers(std::vector<std::string> texts) : kept_(std::move(texts)) {
@@ -55,8 +55,8 @@ ExodusOutput::~ExodusOutput() {
     }
 }
 
-// The library writes to stderr where a file can't be made, so that is tried before. Files of the classic
-// format have no integers of 64 bits.
+// The library writes to stderr if a file can't be created, so that is tried first. Files of the classic
+// format have no 64-bit integers.
 void ExodusOutput::create(const std::string& path, bool largeIds) {
     ex_opts(EX_DEFAULT);
     if (!std::ofstream(path, std::ios::binary)) {
@@ -156,7 +156,7 @@ void ExodusOutput::close() {
     check(ex_close(std::exchange(file_, -1)));
 }
 
-// Positive numbers are mere warnings.
+// Positive numbers are only warnings.
 void ExodusOutput::check(int status) const {
     if (status >= 0) {
         return;

@@ -15,14 +15,14 @@ namespace MoxTool {
 /// An Exodus II file in the making: the Exodus library in terms of vectors and strings. All real numbers are
 /// written in double precision, so that times keep all digits.
 ///
-/// Steps and variables count from 0 here. The calls are to come in the order in which they stand here. Every
+/// Steps and variables count from 0 here. The calls must come in the order in which they are declared. Every
 /// function throws Failure if the library can't write. The library's own messages are silenced, for the whole
 /// process.
 class ExodusOutput {
 public:
-    static constexpr std::size_t LongestName = 255; ///< Of a block or a variable.
+    static constexpr std::size_t LongestName = 255; ///< The longest name of a block or a variable.
     static constexpr std::size_t LongestTitle = MAX_LINE_LENGTH;
-    /// Of an element type or a field of a QA record.
+    /// The longest element type or field of a QA record.
     static constexpr std::size_t LongestText = MAX_STR_LENGTH;
 
     struct Layout {
@@ -31,16 +31,16 @@ public:
         std::size_t nodes = 0;
         std::size_t elements = 0;
         std::size_t blocks = 0;
-        std::size_t nameLength = 0; ///< Of the longest name of a block or a variable.
-        bool largeIds = false;      ///< An id map or a block has one beyond 2147483647.
+        std::size_t nameLength = 0; ///< The length of the longest name of a block or a variable.
+        bool largeIds = false;      ///< An id map or a block has an id beyond 2147483647.
     };
 
     /// Replaces a file of that name.
-    /// @param shownPath For failures: the path as the person gave it.
+    /// @param shownPath For failures: the path as the user gave it.
     ExodusOutput(const std::string& path, std::string shownPath, const Layout& layout);
     ExodusOutput(const ExodusOutput&) = delete;
     ExodusOutput& operator=(const ExodusOutput&) = delete;
-    /// Closes the file without a look at how that went.
+    /// Closes the file and ignores errors.
     ~ExodusOutput();
 
     void qaRecords(const std::vector<QaRecord>& records);

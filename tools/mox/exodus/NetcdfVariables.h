@@ -12,12 +12,12 @@ struct NetcdfVariable {
     std::vector<std::string> attributes; ///< Names.
 };
 
-/// What stands in a netCDF file beyond the reach of the Exodus library: names of variables and attributes.
+/// What a netCDF file holds beyond the reach of the Exodus library: names of variables and attributes.
 ///
-/// What can't be read comes out empty; nothing is thrown.
+/// What can't be read is returned empty; nothing is thrown.
 class NetcdfVariables {
 public:
-    /// @param handle Of an open file, which must outlive this object.
+    /// @param handle The handle of an open file, which must outlive this object.
     explicit NetcdfVariables(int handle) : file_(handle) {}
 
     std::vector<NetcdfVariable> all() const;

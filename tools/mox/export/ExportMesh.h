@@ -18,12 +18,12 @@ struct ExportPart {
     const MoxReader::Node* geometry = nullptr;
     const MoxReader::Dataset* connectivity = nullptr; ///< As the geometry has it, so perhaps a link.
     const MoxReader::Dataset* polylength = nullptr;   ///< Likewise.
-    int dimension = 0;                                ///< Of its elements, from 1 to 3.
+    int dimension = 0;                                ///< The dimension of its elements, from 1 to 3.
     std::size_t nodeGroup = 0;
     std::size_t elements = 0;
     std::size_t firstElement = 0; ///< The number of elements in the parts before it.
     std::size_t firstBlock = 0;   ///< Place of its first block in ExportMesh::blocks.
-    std::size_t endBlock = 0;     ///< The place behind its last.
+    std::size_t endBlock = 0;     ///< The place after its last.
 };
 
 /// Nodes that several parts can share: those of one dataset of coordinates in one place of the assembly.

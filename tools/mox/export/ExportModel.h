@@ -21,7 +21,7 @@ public:
     const MoxReader::Model& model() const { return opened_.model(); }
     const ExportMesh& mesh() const { return parts_; }
     const ExportResults& results() const { return contents_; }
-    /// The places of the steps that are wanted.
+    /// The places of the requested steps.
     const std::vector<std::size_t>& wantedSteps() const { return wanted_; }
     FieldReader reader() { return FieldReader(parts_, heavy_); }
     ConversionSummary& summary() { return conversion_; }

@@ -23,7 +23,7 @@ struct ExportStep {
 
     /// The time, or the frequency, or the given number.
     double timeOr(double number) const { return time ? *time : frequency.value_or(number); }
-    /// For an animation: the frequency of a vibration goes before its time.
+    /// For an animation: the frequency of a vibration takes precedence over its time.
     double valueOr(double number) const { return vibration && frequency ? *frequency : timeOr(number); }
 };
 
@@ -31,7 +31,7 @@ struct ExportStep {
 struct ExportField {
     /// The place of the step; and of the node group, or of the part for results on elements.
     using Source = std::pair<std::size_t, std::size_t>;
-    /// In place of a step, for a result that has none and is the same in all.
+    /// Stands for the step of a result that has none and is the same in all steps.
     static constexpr std::size_t NoStep = static_cast<std::size_t>(-1);
 
     ResultPlace place = ResultPlace::Nodes;
@@ -39,12 +39,12 @@ struct ExportField {
     std::uint32_t variableType = 0;
     std::size_t width = 1;
     bool isInteger = false;
-    bool isStatic = false; ///< Without steps.
+    bool isStatic = false; ///< It has no steps.
     /// The variables of the columns from the first on, by the attributes "Component 1" and so on; empty if
     /// there are none.
     std::vector<std::string> components;
     std::map<Source, const MoxReader::Dataset*> sources; ///< The holders of the numbers.
-    std::set<std::size_t> targets;                       ///< All that have numbers in any step.
+    std::set<std::size_t> targets;                       ///< All targets that have numbers in any step.
 
     /// The numbers in a step; null if the target has none there.
     const MoxReader::Dataset* source(std::size_t step, std::size_t target) const {
@@ -61,9 +61,9 @@ struct ExportResults {
     std::vector<ExportField> fields;
 };
 
-/// The node groups or the parts: what the results of a place stand on.
+/// The number of node groups or of parts, whichever have the results of a place.
 std::size_t targetCount(const ExportMesh& mesh, ResultPlace place);
-/// The nodes of a group, or the elements of a part.
+/// The number of nodes of a group, or of elements of a part.
 std::size_t itemsOf(const ExportMesh& mesh, ResultPlace place, std::size_t target);
 
 } // namespace MoxTool

@@ -16,7 +16,7 @@ public:
 
     // Both throw MoxReader::Error.
 
-    /// One dataset, row by row. @param holder Of the field's sources.
+    /// One dataset, row by row. @param holder One of the field's sources.
     std::vector<double> read(const ExportField& field, const MoxReader::Dataset& holder);
     /// One step of a field for all nodes, or for all elements in the order of the blocks, row by row. NaN
     /// where a target has no numbers.

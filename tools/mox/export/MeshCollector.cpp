@@ -33,7 +33,7 @@ bool isNodalResult(const Dataset& dataset) {
     return resultPlaceOf(dataset) == ResultPlace::Nodes;
 }
 
-// A length that no known face has makes polygons of all.
+// A length that no known face has turns all elements into polygons.
 bool arePolygons(const std::string& type, int dimension, const Integers& lengths) {
     if (ElementType(type).isNsided()) {
         return true;
@@ -202,7 +202,7 @@ void MeshCollector::splitElements(std::size_t partIndex, const Integers& nodes, 
     }
 }
 
-// A geometry that parts by length gives each block its own name.
+// A geometry that is split by length gives each block its own name.
 void MeshCollector::nameBlocks(const ExportPart& part) {
     const auto& attributes = model_.resolve(*part.connectivity).attributes;
     const bool named = attributes.contains(AttributeNames::BlockName);
@@ -214,7 +214,7 @@ void MeshCollector::nameBlocks(const ExportPart& part) {
     }
 }
 
-// The ids that the attributes wish for, as far as they are unique, then the lowest free ones.
+// Takes the ids that the attributes ask for, as far as they are unique, then the lowest free ones.
 void MeshCollector::numberBlocks() {
     std::set<std::int64_t> taken;
     std::vector<ExportBlock*> others;

@@ -13,20 +13,19 @@
 
 namespace MoxTool {
 
-/// Gathers the geometries of a model into one mesh.
+/// Collects the geometries of a model into one mesh.
 ///
-/// Geometries share nodes if they share their coordinates and all results on nodes and stand in the same
-/// place of the assembly; otherwise each gets its own copy of the nodes. Elements keep their order, but for
-/// those of a geometry with elements of several lengths, which part by length. Groups' transforms are
-/// applied.
+/// Geometries share nodes if they share their coordinates and all results on nodes and are at the same place
+/// in the assembly; otherwise each gets its own copy of the nodes. Elements keep their order, except that a
+/// geometry with elements of several lengths is split by length. The transforms of groups are applied.
 class MeshCollector {
 public:
-    /// @param file The model's file, as the person named it. All others must outlive the collector.
+    /// @param file The model's file, as the user named it. All others must outlive the collector.
     MeshCollector(std::string file, const MoxReader::Model& model, MoxReader::HeavyData& heavy,
                   ConversionSummary& summary);
 
     /// To be called once.
-    /// @throws Failure if elements refer to nodes that are not there and the like; MoxReader::Error.
+    /// @throws Failure if elements refer to nodes that do not exist and the like; MoxReader::Error.
     ExportMesh collect();
 
 private:

@@ -19,13 +19,13 @@ using MoxReader::Dataset;
 
 namespace {
 
-// The text of a double goes before the float that stands beside it.
+// The text of a double takes precedence over the float beside it.
 std::optional<double> preciseNumber(const Attributes& attributes, const std::string& key) {
     const auto exact = numberAttribute(attributes, AttributeNames::exact(key));
     return exact ? exact : numberAttribute(attributes, key);
 }
 
-// Of two datasets of a step either can be the one with the attributes.
+// Either of two datasets of a step can be the one with the attributes.
 void describe(ExportStep& step, const Dataset& dataset) {
     const auto& attributes = dataset.attributes;
     if (!step.time) {
@@ -77,7 +77,7 @@ ExportResults ResultCollector::collect() {
     return std::move(results_);
 }
 
-// A link from another step has numbers in common with it, but not its attributes.
+// A link from another step shares the numbers of that step, but not its attributes.
 void ResultCollector::collectSteps() {
     std::map<std::string, std::size_t> places;
     std::vector<FoundStep> found;

@@ -11,7 +11,7 @@
 
 namespace MoxTool {
 
-/// Finds all results of a mesh and their steps, and notes the datasets that are no results.
+/// Finds all results of a mesh and their steps, and notes the datasets that are not results.
 class ResultCollector {
 public:
     /// All must outlive the collector.

@@ -7,11 +7,11 @@
 
 namespace MoxTool {
 
-/// A text among attributes; empty if there is no text of that key.
+/// A text among attributes; empty if the key has no text.
 std::string textAttribute(const MoxReader::Attributes& attributes, const std::string& key);
 
-/// A number among attributes, whatever its kind. A text counts if it is a number from its first letter to its
-/// last; an integer is taken with its sign.
+/// A number among attributes, whatever its kind. A text counts if all of it is a number; an integer is taken
+/// as signed.
 std::optional<double> numberAttribute(const MoxReader::Attributes& attributes, const std::string& key);
 
 } // namespace MoxTool

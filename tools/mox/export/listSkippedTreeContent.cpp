@@ -16,7 +16,7 @@ namespace {
 
 using Names = std::set<std::string>;
 
-// Attributes that an export takes, or that say what it tells in its own way.
+// Attributes that an export takes, or whose content it writes in its own way.
 bool isTaken(const std::string& key) {
     namespace Name = AttributeNames;
     static const Names keys = {Name::Title,         Name::Dimensions,

@@ -6,7 +6,7 @@
 
 namespace MoxTool {
 
-/// Notes what a mesh format can't take of a model's tree: groups, sets of nodes, materials, and the
+/// Notes what a mesh format can't take from a model's tree: groups, sets of nodes, materials, and the
 /// attributes that no export has a place for.
 void listSkippedTreeContent(const MoxReader::Model& model, ConversionSummary& summary);
 

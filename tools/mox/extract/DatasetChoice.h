@@ -5,13 +5,13 @@
 
 namespace MoxTool {
 
-/// What a person said to name one dataset.
+/// How the user named one dataset.
 struct DatasetChoice {
-    std::string path;            ///< Of the node; used if the id is 0.
+    std::string path;            ///< The path of the node; used if the id is 0.
     std::string separator = "/"; ///< Between the names in the path.
-    std::uint32_t id = 0;        ///< Of the node; 0 stands for none.
-    std::string name;            ///< Of the dataset.
-    std::string step;            ///< Empty for the dataset without a step.
+    std::uint32_t id = 0;        ///< The id of the node; 0 stands for none.
+    std::string name;            ///< The name of the dataset.
+    std::string step;            ///< Its step; empty for the dataset without a step.
 };
 
 } // namespace MoxTool

@@ -51,7 +51,7 @@ void FolderExtraction::writeDatasets(const std::string& folder) const {
     messages_.clearProgress();
 }
 
-// In the order of their positions each block of the file is inflated once.
+// In the order of positions, each block of the file is inflated once.
 std::vector<const Dataset*> FolderExtraction::holdersByPosition() const {
     std::vector<const Dataset*> holders;
     for (const auto& node : file_.model().nodes()) {

@@ -19,10 +19,10 @@ namespace MoxTool {
 class FolderExtraction {
 public:
     /// @param source Must outlive this object.
-    /// @param format Of all files, by its name in NumberFormats.
+    /// @param format The format of all files, by its name in NumberFormats.
     FolderExtraction(NumberFile& source, std::string format, Terminal& terminal);
 
-    /// @param name Of a folder that must not exist; it appears when it is complete.
+    /// @param name The path of a folder that must not exist; it appears when it is complete.
     /// @throws Failure
     void writeTo(const std::string& name);
 

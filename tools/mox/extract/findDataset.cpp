@@ -41,7 +41,7 @@ const Node& chosenGeometry(const NumberFile& file, const DatasetChoice& choice) 
                                            node.id, visibleText(node.name)));
 }
 
-// Each text once, in the order of the datasets, cut where it gets long.
+// Lists each text once, in the order of the datasets, and stops when the list gets long.
 template <typename TextOf>
 std::string listOf(const std::vector<Dataset>& datasets, TextOf textOf) {
     std::set<std::string> listed;

@@ -5,9 +5,9 @@
 
 namespace MoxTool {
 
-/// The chosen dataset of a file, as long as the file's model; the first if a geometry has several of one name
-/// and step.
-/// @throws Failure which tells what there is instead, if there is no such node or dataset.
+/// The chosen dataset of a file, valid as long as the file's model; the first if a geometry has several of
+/// one name and step.
+/// @throws Failure if there is no such node or dataset, with a list of what there is instead.
 const MoxReader::Dataset& findDataset(const NumberFile& file, const DatasetChoice& choice);
 
 } // namespace MoxTool

@@ -12,7 +12,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr std::size_t PieceSize = 65536; ///< Bytes that gather before they go out.
+constexpr std::size_t PieceSize = 65536; ///< Bytes that are collected before they are written.
 
 void appendText(std::string& piece, float number) {
     piece += numberText(number);

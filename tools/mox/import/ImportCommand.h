@@ -5,7 +5,7 @@
 
 namespace MoxTool {
 
-/// `mox import MODEL OUT.mox`: converts an Exodus II, CGNS or Gmsh file, told apart by content.
+/// `mox import MODEL OUT.mox`: converts an Exodus II, CGNS or Gmsh file, recognised by its content.
 class ImportCommand : public Command {
 public:
     std::string name() const override;

@@ -25,7 +25,7 @@ constexpr Beginning Beginnings[] = {
     {"$Comments", ModelFormat::Gmsh},
 };
 
-// CGNS writes this node before all others, so its name stands near the beginning.
+// CGNS writes this node before all others, so its name is near the beginning.
 constexpr std::string_view CgnsNode = "CGNSLibraryVersion";
 constexpr std::size_t CgnsSearchLength = std::size_t{1} << 20;
 

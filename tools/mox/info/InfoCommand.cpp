@@ -43,7 +43,7 @@ void printTextIfAny(std::string_view label, const std::string& text) {
     }
 }
 
-// What is no index of this format has nothing to show.
+// A file that does not have an index of this format has nothing to show.
 void requireFormat(const MoxReader::RawIndex& index) {
     if (index.damage.empty()) {
         return;

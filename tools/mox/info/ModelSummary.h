@@ -9,7 +9,7 @@
 
 namespace MoxTool {
 
-/// What a model has, in numbers.
+/// The contents of a model, in numbers.
 struct ModelSummary {
     std::map<std::string, std::uint64_t> nodesByType; ///< A root that was never set has the empty type.
     std::uint32_t levels = 0;                         ///< 1 for a root alone.

@@ -8,8 +8,8 @@
 
 namespace MoxTool {
 
-/// `mox man`: the manual, made from what --help shows. Does not show in the list of commands; the build and
-/// the packager use it.
+/// `mox man`: the manual, made from what --help shows. Hidden from the list of commands; used by the build
+/// and by packagers.
 class ManCommand : public Command {
 public:
     std::string name() const override { return "man"; }

@@ -19,7 +19,7 @@ std::string item(const std::string& title, const std::string& content) {
     return fmt::format(".TP\n\\fB{}\\fR\n{}\n", roffText(title), roffText(content));
 }
 
-// Lines as they stand.
+// Lines that keep their breaks.
 std::string block(std::string_view text) {
     return text.empty() ? "" : fmt::format(".nf\n{}\n.fi\n", roffText(text));
 }

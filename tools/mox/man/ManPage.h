@@ -24,11 +24,11 @@ private:
     std::string references() const;
 
     CommandHelp help_;
-    std::string details_;  ///< What the help tells in front of its examples.
+    std::string details_;  ///< What the help says before its examples.
     std::string examples_; ///< The lines of its examples.
 };
 
-/// A text with all that roff would take for its own made plain.
+/// A text in which everything that roff would interpret is escaped.
 std::string roffText(std::string_view text);
 
 } // namespace MoxTool

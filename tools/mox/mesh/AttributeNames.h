@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <string>
 
-/// The keys of attributes in which an import keeps what a file of another format says and a model has no
-/// place for, and from which an export gives it back.
+/// The keys of attributes in which an import keeps the parts of a foreign file that a model has no place for,
+/// and from which an export restores them.
 namespace MoxTool::AttributeNames {
 
 // At the root group.
@@ -41,7 +41,7 @@ inline std::string exact(const std::string& key) {
     return key + " (exact)";
 }
 
-// Several of a kind, numbered from 1: their keys are one of these with the number behind it.
+// Several of a kind, numbered from 1: their keys are one of these followed by the number.
 inline constexpr const char* TimeOfStep = "Time of Step "; ///< At the root, of a file without results.
 inline constexpr const char* QaRecord = "QA Record ";      ///< At the root.
 inline constexpr const char* Component = "Component ";     ///< At a result: the variable of a column.

@@ -12,7 +12,7 @@ inline constexpr const char* ElementIds = "Element IDs";
 /// A part's list of elements. Its type is that of a connectivity.
 inline constexpr const char* PartElements = "Part Elements";
 
-/// The result that moves the mesh. Of six columns the last three are rotations.
+/// The result that moves the mesh. If it has six columns, the last three are rotations.
 inline constexpr const char* Displacement = "Displacement";
 
 } // namespace MoxTool::DatasetNames

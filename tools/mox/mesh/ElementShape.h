@@ -6,7 +6,7 @@
 
 namespace MoxTool {
 
-/// How other formats call elements of one topological dimension and number of nodes.
+/// What other formats call elements of one topological dimension and number of nodes.
 struct ElementShape {
     int dimension;     ///< 1 for lines and single nodes, 2 for faces, 3 for solids.
     std::size_t nodes; ///< 0 for elements of any number.
@@ -22,7 +22,7 @@ const ElementShape* findElementShape(int dimension, std::size_t nodes);
 
 /// Faces, each with its own number of nodes.
 extern const ElementShape PolygonShape;
-/// Elements that are nothing but their nodes.
+/// Elements of which only the nodes are known.
 extern const ElementShape UnknownShape;
 
 } // namespace MoxTool

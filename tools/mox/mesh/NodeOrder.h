@@ -15,7 +15,7 @@ using NodeOrder = std::span<const std::uint8_t>;
 /// @param elementType Gmsh's number of the type, such as 11 for the tetrahedron of 10 nodes.
 NodeOrder gmshNodeOrder(int elementType);
 
-/// @param nodes Of an element with three dimensions. CGNS differs in those of 27 nodes alone.
+/// @param nodes The number of nodes of a solid element. CGNS differs only for 27 nodes.
 NodeOrder cgnsSolidNodeOrder(int nodes);
 
 /// Puts the nodes of all elements into the order of Exodus.

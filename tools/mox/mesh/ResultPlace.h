@@ -4,10 +4,10 @@
 
 namespace MoxTool {
 
-/// Where the numbers of a dataset stand.
+/// What the numbers of a dataset belong to.
 enum class ResultPlace { Nodes, Elements, Nowhere };
 
-/// Nowhere for what is no result on nodes or elements.
+/// Nowhere for a dataset that is not a result on nodes or elements.
 ResultPlace resultPlaceOf(const MoxReader::Dataset& dataset);
 
 } // namespace MoxTool

@@ -4,10 +4,10 @@
 
 namespace MoxTool {
 
-// Which datasets of a geometry make its mesh. All are told by their type, and connectivity from a part's list
-// of elements by the latter's name.
+// Which datasets of a geometry form its mesh. All are recognised by their type, and connectivity is
+// distinguished from a part's list of elements by the latter's name.
 
-/// Null if the geometry has none without a step; so with the next two.
+/// Null if the geometry has none without a step; the same goes for the next two.
 const MoxReader::Dataset* findCoordinates(const MoxReader::Node& geometry);
 const MoxReader::Dataset* findConnectivity(const MoxReader::Node& geometry);
 const MoxReader::Dataset* findPolylength(const MoxReader::Node& geometry);

@@ -9,8 +9,8 @@
 
 namespace MoxTool {
 
-/// The work that failing attempts may take in all, in proportion to the file: bytes can be laid out so that
-/// each of very many places looks like the beginning of a block that goes on to the end of the file.
+/// The work that failing attempts may take in total, in proportion to the file: bytes can be laid out so that
+/// each of very many places looks like the beginning of a block that extends to the end of the file.
 class AttemptBudget {
 public:
     explicit AttemptBudget(std::uint64_t fileSize)
@@ -27,7 +27,7 @@ private:
     static constexpr std::uint64_t ReadsOfTheFile = 4;
 
     std::uint64_t bytesToRead_;
-    std::uint64_t bytesToInflate_; ///< At first all that a file of this size can give.
+    std::uint64_t bytesToInflate_; ///< Initially all that a file of this size can give.
 };
 
 } // namespace MoxTool

@@ -12,7 +12,7 @@ using MoxReader::ErrorCode;
 
 namespace {
 
-constexpr std::size_t FirstPiece = 256; ///< Bytes that chance has put there seldom pass for more of a stream.
+constexpr std::size_t FirstPiece = 256; ///< Random bytes seldom pass for more of a stream.
 constexpr std::size_t LargestPiece = 65536;
 
 } // namespace
@@ -68,7 +68,7 @@ bool BlockInflater::takeContentLength(std::uint64_t& length) {
     return true;
 }
 
-// Once all of the content is there, one byte of room shows whether more comes.
+// Once all of the content has been inflated, one byte of room shows whether there is more.
 std::optional<ErrorCode> BlockInflater::inflateContent(BlockAttempt& attempt, const Sink& sink) {
     int status = Z_OK;
     while (status == Z_OK) {
@@ -91,12 +91,12 @@ std::optional<ErrorCode> BlockInflater::inflateContent(BlockAttempt& attempt, co
 }
 
 std::optional<ErrorCode> BlockInflater::judge(int status, const BlockAttempt& attempt) const {
-    // zlib tells a wrong checksum from other damage by its message alone.
+    // zlib distinguishes a wrong checksum from other damage only by its message.
     constexpr std::string_view ChecksumMessage = "incorrect data check";
     switch (status) {
     case Z_STREAM_END:
         return attempt.inflated < attempt.stated ? std::optional(ErrorCode::ContentTooShort) : std::nullopt;
-    case Z_BUF_ERROR: // neither is there more to read nor more to give
+    case Z_BUF_ERROR: // there is no more input and no more output
         return ErrorCode::ZlibIncomplete;
     case Z_MEM_ERROR:
         throw std::bad_alloc();

@@ -13,11 +13,11 @@
 
 namespace MoxTool {
 
-/// Inflates blocks whose length is not known: each ends where its zlib stream does. Takes a constant amount
-/// of memory, and of a block that fails early it reads little.
+/// Inflates blocks of unknown length: each ends where its zlib stream does. Takes a constant amount of
+/// memory, and reads little of a block that fails early.
 class BlockInflater {
 public:
-    /// Gets the content piece by piece.
+    /// Receives the content piece by piece.
     using Sink = std::function<void(std::span<const std::uint8_t>)>;
 
     explicit BlockInflater(MoxReader::Source& source);
@@ -25,7 +25,7 @@ public:
     BlockInflater& operator=(const BlockInflater&) = delete;
     ~BlockInflater();
 
-    /// @param offset Of the content length word, inside the source.
+    /// @param offset The place of the content length word, inside the source.
     /// @param end    The block is cut off here; inside the source as well.
     /// @throws MoxReader::Error ReadFailed.
     BlockAttempt run(std::uint64_t offset, std::uint64_t end, const Sink& sink);
@@ -41,8 +41,8 @@ private:
     std::vector<std::uint8_t> input_;
     std::vector<std::uint8_t> output_;
     z_stream zlib_{};
-    std::uint64_t position_ = 0; ///< Of the next byte to read.
-    std::uint64_t limit_ = 0;    ///< None from here on is read.
+    std::uint64_t position_ = 0; ///< The next byte to read.
+    std::uint64_t limit_ = 0;    ///< Nothing is read from here on.
     std::size_t pieceSize_ = 0;  ///< Bytes to read next.
 };
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint64_t WordSize = MoxReader::Format::ContentWordSize;
 constexpr std::uint64_t WindowSize = 65536;
-constexpr std::uint64_t Convincing = 512; ///< Bytes that pass for those of a stream; chance gives far fewer.
+constexpr std::uint64_t Convincing = 512; ///< Bytes that pass for a stream; random ones give far fewer.
 
 } // namespace
 

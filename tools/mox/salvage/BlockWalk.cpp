@@ -18,9 +18,9 @@ namespace Format = MoxReader::Format;
 
 constexpr std::uint64_t TableSize = Format::tableSize(Format::IndexBlockRecords);
 constexpr std::array<std::uint8_t, 4> TableCount = {Format::IndexBlockRecords}; ///< Its first word, a u32.
-constexpr std::uint64_t FirstPiece = 64; ///< To look for zeros in: mostly something else stands in it.
+constexpr std::uint64_t FirstPiece = 64; ///< Searched for zeros first: usually it holds something else.
 constexpr std::uint64_t LargestPiece = 65536;
-constexpr const char* UnfinishedFile = "unfinished"; ///< Gets its name when it is known what came of it.
+constexpr const char* UnfinishedFile = "unfinished"; ///< Renamed once its outcome is known.
 
 } // namespace
 
@@ -58,7 +58,7 @@ std::uint64_t BlockWalk::step(std::uint64_t position) {
     return end;
 }
 
-/// Leaves the content in the unfinished file.
+/// Writes the content to the unfinished file.
 BlockAttempt BlockWalk::inflate(std::uint64_t position, std::uint64_t end) {
     BlockAttempt attempt;
     writeFile(folder_ / UnfinishedFile, SalvagedBlock{saved_.size() + 1, {}}.fileName(),
@@ -76,7 +76,7 @@ void BlockWalk::keep(const BlockAttempt& attempt) {
     std::filesystem::rename(folder_ / UnfinishedFile, folder_ / saved_.back().fileName());
 }
 
-// Where another block begins, the bytes of this one have ended, and what was made of more is wrong.
+// This block's bytes have ended where another block begins, so any content made from later bytes is wrong.
 void BlockWalk::keepBeginning(BlockAttempt attempt, std::uint64_t end) {
     if (attempt.end() > end) {
         attempt = inflate(attempt.offset, end);
@@ -105,8 +105,8 @@ std::optional<std::uint64_t> BlockWalk::findNext(const BlockAttempt& failed) {
     return failed.isCutOff() ? std::nullopt : search_.findCutOff(from);
 }
 
-/// @return what stands there, if it is an index table, or the zeros of one that was never filled in, with a
-///         block behind.
+/// @return a description of what is there, if it is an index table, or the zeros of one that was never filled
+/// in, followed by a block.
 std::optional<std::string> BlockWalk::findTable(std::uint64_t position) {
     const auto end = position + TableSize;
     if (!canBeginBlock(source_, end)) {

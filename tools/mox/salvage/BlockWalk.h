@@ -17,38 +17,39 @@
 
 namespace MoxTool {
 
-/// Bytes of the file of which nothing was saved.
+/// Bytes of the file from which nothing was saved.
 struct SalvageGap {
     std::uint64_t offset;
     std::uint64_t size;
-    std::string what; ///< What stands there, in words.
+    std::string what; ///< What is there, in words.
 };
 
-/// Walks the compressed blocks of a file without believing its index: a block ends where its zlib stream
-/// does, and the next one begins there. Where none does, the walk goes on at the next place at which either
-/// a search finds a whole block or the index has one; up to there the beginning of a damaged block is saved.
+/// Walks through the compressed blocks of a file without trusting its index: a block ends where its zlib
+/// stream does, and the next one begins there. If none does, the walk continues at the next place where
+/// either a search finds a whole block or the index has one; up to there the beginning of a damaged block is
+/// saved.
 ///
-/// What is saved and the gaps divide the file, from the first place of a block on, without overlap.
+/// What is saved and the gaps cover the file, from the place of the first block on, without overlap.
 class BlockWalk {
 public:
-    /// @param index  Gives places at which to look, as far as it can be read.
-    /// @param folder Exists, empty; gets the content of each block as a file of its own.
+    /// @param index  Provides places at which to look, as far as it can be read.
+    /// @param folder Exists and is empty; receives the content of each block as a file of its own.
     BlockWalk(MoxReader::Source& source, const MoxReader::RawIndex& index, std::filesystem::path folder);
 
-    /// Once.
-    /// @param progress Called with the share of the work that is done, from 0 to 1.
+    /// To be called once.
+    /// @param progress Called with the fraction of the work that is done, from 0 to 1.
     /// @throws Failure if a file can't be written.
     /// @throws MoxReader::Error ReadFailed.
     /// @par Cost
-    /// Time in proportion to the file and to what its blocks hold; memory for the lists alone. Attempts that
-    /// come to nothing have a budget. When it is used up, the walk ends.
+    /// Time in proportion to the file and to the contents of its blocks; memory only for the lists. Failing
+    /// attempts have a budget. When it is used up, the walk ends.
     void run(const std::function<void(double)>& progress);
 
     /// In the order of the file.
     const std::vector<SalvagedBlock>& blocks() const { return saved_; }
     const std::vector<SalvageGap>& gaps() const { return lost_; }
-    /// From where on blocks can have been missed, because too much of the file looks like beginnings of
-    /// blocks; empty otherwise.
+    /// The place after which blocks can have been missed, because too much of the file looks like beginnings
+    /// of blocks; empty if there is none.
     std::optional<std::uint64_t> unsearchedFrom() const { return unsearched_; }
 
 private:

@@ -9,13 +9,13 @@
 
 namespace MoxTool {
 
-/// The places at which the index, as far as it can be read, has compressed blocks. It may be wrong.
+/// The places of compressed blocks according to the index, as far as it can be read. It may be wrong.
 class KnownPlaces {
 public:
     KnownPlaces(MoxReader::Source& source, const MoxReader::RawIndex& index);
 
-    /// The first of them from a given place on at which a block can begin.
-    /// @param from Must not fall from call to call.
+    /// The first of them, at or after a given place, at which a block can begin.
+    /// @param from Must not decrease from call to call.
     /// @throws MoxReader::Error ReadFailed.
     std::optional<std::uint64_t> find(std::uint64_t from);
 

@@ -10,7 +10,7 @@
 
 namespace MoxTool {
 
-/// `mox salvage`: gets the blocks out of a file that was never closed, is cut short or is damaged.
+/// `mox salvage`: extracts the blocks of a file that was never closed, is cut off or is damaged.
 class SalvageCommand : public Command {
 public:
     std::string name() const override { return "salvage"; }
@@ -19,7 +19,7 @@ public:
         return Example{"mox salvage crashed.mox saved", "what is left of a file that was never closed"};
     }
     void addOptions(CommandLine& line) override;
-    /// @return 0; failures, among them a file that is whole and one of which nothing is left, are 1.
+    /// @return 0; failures give 1, among them a file that is whole and one of which nothing is left.
     int run(Terminal& terminal) override;
 
 private:

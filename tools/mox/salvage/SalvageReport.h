@@ -15,14 +15,14 @@ namespace MoxTool {
 /// What the walk through a damaged file has saved and what it could not.
 class SalvageReport {
 public:
-    /// @param file  As the person gave it.
+    /// @param file  The path as the user gave it.
     /// @param state What is wrong with the file, in words.
-    /// @param index Gives the blocks their names, as far as it can be read. Stays alive, as does the walk,
-    ///              which has run.
+    /// @param index Gives the blocks their names, as far as it can be read. Must outlive this object, as must
+    ///              the walk, which has been run.
     SalvageReport(std::string file, std::string state, const MoxReader::RawIndex& index,
                   const BlockWalk& walk);
 
-    /// Lines for a person.
+    /// Prints lines for the user.
     void print(std::FILE* out) const;
     Json toJson() const;
 
@@ -40,7 +40,7 @@ private:
     const MoxReader::RawIndex& index_;
     const BlockWalk& walk_;
     std::map<std::uint64_t, const MoxReader::BlockRecord*>
-        records_; ///< By place. Of several the last has the bytes.
+        records_; ///< By place. If there are several, the last has the bytes.
     std::vector<std::string> lost_;
     std::vector<std::string> notes_;
 };

@@ -9,7 +9,7 @@ namespace MoxTool {
 
 /// A block of which at least the beginning could be inflated. Its content is in a file of its own.
 struct SalvagedBlock {
-    std::uint64_t number; ///< From 1 in the order of the blocks saved.
+    std::uint64_t number; ///< From 1, in the order of the saved blocks.
     BlockAttempt extent;
 
     bool isWhole() const { return extent.isWhole(); }

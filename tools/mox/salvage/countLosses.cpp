@@ -7,7 +7,7 @@ namespace MoxTool {
 
 namespace {
 
-// A block without bytes has lost its content, as has one that was written over, whatever stands at its place.
+// A block without bytes has lost its content, as has one that was overwritten, whatever is at its place.
 const SalvagedBlock* findSaved(const std::vector<SalvagedBlock>& saved,
                                const MoxReader::BlockRecord& record) {
     const auto offsetOf = [](const SalvagedBlock& block) { return block.extent.offset; };

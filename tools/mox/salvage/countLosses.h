@@ -11,7 +11,7 @@
 
 namespace MoxTool {
 
-/// What the index tells of one stream, and what was saved of it.
+/// What the index says about one stream, and what was saved of it.
 struct StreamLoss {
     std::string name;
     std::size_t blocks = 0;

@@ -56,7 +56,7 @@ void tallyNode(FileStatistics& statistics, const MoxReader::Model& model, const 
     }
 }
 
-// Numbers that were given again under the same key leave the first ones behind.
+// Numbers that were given again under the same key make the first ones unused.
 void tallyUnclaimed(FileStatistics& statistics, std::uint64_t streamSize, double stored) {
     const auto claimed = statistics.datasets.sum();
     if (streamSize > claimed.content) {

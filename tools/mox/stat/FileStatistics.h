@@ -7,7 +7,7 @@
 
 namespace MoxTool {
 
-/// Where the bytes of a file go. Reads the index and the model's descriptors, no numbers.
+/// Where the bytes of a file go. Reads the index and the model's descriptors, but no numbers.
 struct FileStatistics {
     TallyList blocks; ///< By block name, and one row for the header and the index. Adds up to the file.
     /// By dataset name over all geometries and steps, and what else the numbers' stream has.

@@ -92,8 +92,8 @@ void StatCommand::printDatasets(const char* title, const TallyList& groups) cons
     table.print(stdout);
 }
 
-// Without compression the links would save what they share. What they save in the file is not known, so the
-// ratio of all numbers stands in.
+// The links save, before compression, the numbers that they share. What they save in the file is not known,
+// so it is estimated by the ratio of all numbers.
 void StatCommand::printLinks(const Tally& total) const {
     const auto content = static_cast<double>(total.content);
     const auto saved = content > 0 ? static_cast<double>(total.shared) * total.stored / content : 0;

@@ -21,7 +21,7 @@ double StoredShare::of(std::uint64_t position, std::uint64_t size) const {
     return storedBefore(first + std::min(size, end - first)) - storedBefore(first);
 }
 
-// Linear between the ends of two blocks.
+// Interpolates linearly between the ends of two blocks.
 double StoredShare::storedBefore(std::uint64_t position) const {
     const auto found = std::lower_bound(contentEnds_.begin(), contentEnds_.end(), position);
     const auto block = static_cast<std::size_t>(found - contentEnds_.begin());

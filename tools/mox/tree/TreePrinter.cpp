@@ -17,7 +17,7 @@ namespace MoxTool {
 
 namespace {
 
-// Indentation without an end would make the output of a deep tree grow with the square of its depth.
+// With unlimited indentation the output of a deep tree would grow with the square of its depth.
 constexpr std::uint32_t DeepestIndent = 32;
 
 struct ValueText {
@@ -146,7 +146,7 @@ std::string TreePrinter::hiddenChildren(const MoxReader::Node& node) const {
     return palette_.paint(Palette::Dim, fmt::format("  (+ {} below)", count));
 }
 
-// A link that leads nowhere is damage of one dataset, and the rest is worth seeing.
+// A link that leads nowhere is damage to one dataset, and the rest is worth showing.
 std::string TreePrinter::numbersText(const MoxReader::Dataset& dataset) const {
     try {
         const auto& holder = model_.resolve(dataset);

@@ -25,7 +25,7 @@ public:
     /// @param shown, treeOptions, file Must outlive this object.
     TreePrinter(const MoxReader::Model& shown, const Options& treeOptions, Palette colours, std::FILE* file);
 
-    /// Whether the pattern fits no node.
+    /// Whether the pattern matches no node.
     bool isEmpty() const { return !chosen_.front(); }
     void print() const;
 
@@ -43,8 +43,8 @@ private:
     const Options& options_;
     Palette palette_;
     std::FILE* out_;
-    std::vector<std::uint32_t> levels_; ///< Of model.nodes().
-    std::vector<bool> chosen_;          ///< Of model.nodes(): whether it is to be seen.
+    std::vector<std::uint32_t> levels_; ///< For each node of model.nodes().
+    std::vector<bool> chosen_;          ///< For each node of model.nodes(): whether it is shown.
 };
 
 } // namespace MoxTool

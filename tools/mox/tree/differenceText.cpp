@@ -12,7 +12,7 @@ namespace MoxTool {
 
 namespace {
 
-// The default diffuse colour in a fifth of its strength, rounded as the writer does it.
+// The default diffuse colour at a fifth of its strength, rounded as the writer does it.
 constexpr float DefaultAmbient = std::bit_cast<float>(0x3E23D70BU);
 
 class Differences {

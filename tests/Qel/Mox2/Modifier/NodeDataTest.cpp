@@ -36,12 +36,12 @@ const Thrown WrongAlternative = {19, "Template specialization not defined", "Qel
 const Thrown RefusedAttribute = {3, "Invalid arguments", "Qel/Mox2/Helper/Attributes",
                                  "AttributeValueGetter"};
 
-// A property of this number.
+// A map with only this property.
 PropertyMap only(int key, const PropertyValue& value) {
     return PropertyMap{{PropertyType(key), value}};
 }
 
-// A value that every property of the number takes.
+// A value of the type that the property takes.
 PropertyValue fitting(int key) {
     if (key >= 7) {
         return 0.5F;

@@ -59,7 +59,7 @@ TEST(ValueGetter, VectorIsReturnedAsACopy) {
     EXPECT_EQ(std::get<Floats>(value)[0], 1.0F);
 }
 
-// Throws in place of its construction, which takes a variant's value away.
+// Throws when constructed, which deprives a variant of its value.
 struct Fickle {
     Fickle() = default;
     explicit Fickle(int) { throw std::runtime_error("no construction"); }

@@ -142,13 +142,13 @@ TEST_F(CheckCommand, TakesAnIndexBlockBehindBlocksThatAreNotFilledSingly) {
     EXPECT_EQ(run.exitCode, 0) << run.output;
 }
 
-// The known damage by arrays that fill the nineteenth block singly: those behind it are placed too low.
+// The known damage by arrays that fill the nineteenth block singly: the blocks after it are placed too low.
 TEST_F(CheckCommand, FindsBlocksThatWereMisplacedBehindAnIndexBlock) {
     const Support::EnvironmentGuard guard(Support::BlockSizeVariable, std::string("1"));
     EXPECT_EQ(runMox({"check", saveModel(100)}).exitCode, 2);
 }
 
-// An id that is given twice makes the dataset a link to itself, so that its numbers are out of reach.
+// An id that is given twice makes the dataset a link to itself, so that its numbers can't be reached.
 TEST_F(CheckCommand, FindsALinkToItself) {
     const auto path = folder.path("twice.mox");
     Mox::Model model;

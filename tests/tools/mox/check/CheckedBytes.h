@@ -20,7 +20,7 @@ inline MoxTool::FindingList findingsIn(std::vector<std::uint8_t> bytes) {
     return findingsIn(std::make_shared<MoxReader::MemorySource>(std::move(bytes)));
 }
 
-/// The numbers of the rules that are broken, each as often as it is.
+/// The numbers of the broken rules, each as often as it is broken.
 inline std::vector<int> rulesIn(const MoxTool::FindingList& findings) {
     std::vector<int> rules;
     for (const auto& finding : findings.findings()) {

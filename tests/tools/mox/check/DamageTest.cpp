@@ -1,4 +1,4 @@
-// Every single bit of saved files, every length to which they can be cut, and damages at random.
+// Every single bit of saved files, every length to which they can be cut, and random damage.
 
 #include "CheckedBytes.h"
 #include "DeflateBits.h"
@@ -53,7 +53,7 @@ FileBytes savedModel(unsigned results = 1) {
     return {text.begin(), text.end()};
 }
 
-/// Bytes with some of them changed, without a copy of the rest.
+/// Bytes with some changes, without a copy of the rest.
 class ChangedSource : public MoxReader::Source {
 public:
     ChangedSource(const FileBytes& original, std::size_t place, std::uint8_t mask)
@@ -84,7 +84,7 @@ std::map<std::string, FileBytes> streamsOf(const std::shared_ptr<MoxReader::Sour
     return streams;
 }
 
-/// The bits, counted from the start of the file, that its zlib streams don't need: behind the last block of
+/// The bits, counted from the start of the file, that its zlib streams don't need: after the last block of
 /// the deflated data, or in the distance of a copy.
 struct SpareBits {
     std::set<std::size_t> padding;
@@ -119,10 +119,11 @@ TEST(SavedFile, IsWhole) {
     EXPECT_EQ(rulesIn(findingsIn(savedModel())), std::vector<int>{});
 }
 
-// Two kinds of bits can flip unseen, and both say nothing about the model. Behind the last code of deflated
-// data bits fill up the byte; they are all unused. And where data repeats with a short period, it is the same
-// whether it is copied from one period back or from two, so that some bits of distances choose between
-// encodings of one content; that all streams inflate to the very same bytes proves it for each of them.
+// Two kinds of bits can flip undetected, and neither says anything about the model. After the last code of
+// deflated data, unused bits fill up the byte. And where data repeats with a short period, it makes no
+// difference whether it is copied from one period back or from two, so some bits of distances choose between
+// encodings of the same content; this is proved for each of them by all streams inflating to the very same
+// bytes.
 TEST(SavedFile, HasNoBitThatCanFlipUnseenButPaddingAndDistancesOfEqualCopies) {
     const auto bytes = savedModel();
     const auto sound = streamsOf(std::make_shared<MoxReader::MemorySource>(bytes));
@@ -169,7 +170,7 @@ std::vector<int> rulesWithFlip(const FileBytes& bytes, std::size_t record) {
 
 } // namespace
 
-// The one flag that can be right either way: of a last block of numbers whose arrays nothing names.
+// The only flag that can be right either way: that of a last block of numbers whose arrays nothing names.
 TEST(FreezableFlag, OfNumbersCanFlipUnseenOnlyWhereNothingTellsHowManyArraysTheLastBlockHolds) {
     EXPECT_EQ(rulesWithFlip(savedModel(), 0), std::vector<int>{113});
     EXPECT_EQ(rulesWithFlip(unnamedLastArray(), 0), (std::vector<int>{708, 113}));
@@ -177,7 +178,7 @@ TEST(FreezableFlag, OfNumbersCanFlipUnseenOnlyWhereNothingTellsHowManyArraysTheL
     EXPECT_EQ(rulesWithFlip(soundSample().file().bytes(), 0), std::vector<int>{}); // It has node sets.
 }
 
-// Of any other block it is an error.
+// In any other block it is an error.
 TEST(FreezableFlag, OfAnyOtherBlockNeverFlipsUnseen) {
     const auto bytes = savedModel();
     for (std::size_t record = 1; record < 20; ++record) {
@@ -185,8 +186,9 @@ TEST(FreezableFlag, OfAnyOtherBlockNeverFlipsUnseen) {
     }
 }
 
-// "aaaaa": two literals, a copy of three bytes from one byte back, the end. Codes stand with their highest
-// bit first, all else with the lowest: 1 10 | 10010001 | 10010001 | 0000001 00000 | 0000000 | padding.
+// "aaaaa": two literals, a copy of three bytes from one byte back, the end. Codes are written with their
+// highest bit first, everything else with the lowest: 1 10 | 10010001 | 10010001 | 0000001 00000 | 0000000 |
+// padding.
 TEST(DeflateBits, TellWhatEachBitOfASmallStreamMeans) {
     const FileBytes stream = {0x78, 0x9C, 0x4B, 0x4C, 0x04, 0x02, 0x00, 0x05, 0xB4, 0x01, 0xE6};
     FileBytes content(5);
@@ -206,8 +208,8 @@ TEST(DeflateBits, TellWhatEachBitOfASmallStreamMeans) {
     EXPECT_EQ(deflateBits(stream), expected);
 }
 
-// A file with an Index Block is ten times as long, so that one bit of every 29th byte has to do. A record
-// has 139 bytes, so every byte of it has its turn in one of the 200.
+// A file with an Index Block is ten times as long, so only one bit of every 29th byte is tested. A record has
+// 139 bytes, so each of its bytes is tested in one of the 200.
 TEST(SavedFile, ShowsFlippedBitsInItsIndexBlockToo) {
     const Support::EnvironmentGuard smallBlocks(Support::BlockSizeVariable, "20");
     const auto bytes = savedModel(30);
@@ -222,7 +224,7 @@ TEST(SavedFile, ShowsFlippedBitsInItsIndexBlockToo) {
     }
 }
 
-// What stands in the blocks behind it can't be placed then, but nothing else is hidden.
+// The contents of the blocks after it can't be placed then, but nothing else is hidden.
 TEST(SavedFile, IsCheckedInFrontOfABlockThatStatesAnImpossibleLength) {
     const Support::EnvironmentGuard smallBlocks(Support::BlockSizeVariable, "20");
     auto bytes = savedModel(30);
@@ -267,7 +269,7 @@ FileBytes damaged(FileBytes bytes, std::mt19937& random) {
     case 3: // bytes that are missing
         bytes.erase(at, behind);
         break;
-    case 4: { // bytes too many
+    case 4: { // extra bytes
         const FileBytes copy(at, behind);
         bytes.insert(at, copy.begin(), copy.end());
         break;
@@ -278,7 +280,7 @@ FileBytes damaged(FileBytes bytes, std::mt19937& random) {
     return bytes;
 }
 
-/// Whether nothing but the encoding of compressed data differs, so that no damage has been done.
+/// Whether only the encoding of compressed data differs, so that no damage has been done.
 bool areEquivalent(const FileBytes& left, const FileBytes& right) {
     if (left.size() != right.size() || !std::equal(left.begin(), left.begin() + FirstBlock, right.begin())) {
         return false;
@@ -344,7 +346,7 @@ constexpr FileBytes SampleModel::*Streams[] = {&SampleModel::heavy,     &SampleM
 
 } // namespace
 
-// With checksums that are right: what a faulty writer could make.
+// The checksums are right, as they would be in the output of a faulty writer.
 TEST(Streams, HaveNoBitThatTheReaderRefusesAndTheCheckDoesNot) {
     int refused = 0;
     for (const auto& stream : Streams) {

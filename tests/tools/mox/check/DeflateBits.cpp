@@ -11,7 +11,7 @@ constexpr std::size_t HeaderBits = 16;
 constexpr unsigned EndOfBlock = 256;
 constexpr unsigned FirstLength = 257;
 
-/// Bits behind the symbols of lengths, from 257 on, and behind those of distances, from 0 on.
+/// Extra bits after the symbols of lengths, from 257 on, and after those of distances, from 0 on.
 constexpr std::array<std::uint8_t, 29> LengthExtra = {0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2,
                                                       2, 3, 3, 3, 3, 4, 4, 4, 4, 5, 5, 5, 5, 0};
 constexpr std::array<std::uint8_t, 30> DistanceExtra = {0, 0, 0, 0, 1, 1, 2, 2,  3,  3,  4,  4,  5,  5,  6,
@@ -19,7 +19,7 @@ constexpr std::array<std::uint8_t, 30> DistanceExtra = {0, 0, 0, 0, 1, 1, 2, 2, 
 constexpr std::array<std::uint8_t, 19> OrderOfCodeLengths = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
                                                              11, 4,  12, 3, 13, 2, 14, 1, 15};
 
-using Lengths = std::vector<std::uint8_t>; ///< Of the codes of the symbols 0, 1 and so on; 0 for none.
+using Lengths = std::vector<std::uint8_t>; ///< The code lengths of the symbols 0, 1 and so on; 0 for none.
 
 /// Symbols by the length and the bits of their codes.
 class Code {

@@ -5,13 +5,13 @@
 #include <span>
 #include <vector>
 
-/// What a bit of a zlib stream says to the one that inflates it (RFC 1950 and RFC 1951).
+/// What a bit of a zlib stream means for inflating it (RFC 1950 and RFC 1951).
 enum class DeflateBit : std::uint8_t {
     Frame,    ///< Header or checksum of the stream.
     Block,    ///< Header of a deflate block: its kind, the lengths of its codes.
     Symbol,   ///< A literal byte, the end of a block, or how many bytes are copied.
-    Distance, ///< How far back the bytes begin that are copied.
-    Padding,  ///< Behind the last block, up to the next whole byte: nothing.
+    Distance, ///< How far back the copied bytes begin.
+    Padding,  ///< Unused, between the last block and the next whole byte.
 };
 
 /// The meaning of each bit of a whole zlib stream, the lowest bit of each byte first.

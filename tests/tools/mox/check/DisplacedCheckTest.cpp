@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-// Files in which one array filled the block before an Index Block, so that the blocks behind it lie too low.
+// Files in which one array filled the block before an Index Block, so that the blocks after it lie too low.
 
 namespace {
 

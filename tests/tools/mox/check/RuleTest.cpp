@@ -12,7 +12,7 @@ namespace {
 
 using FileBytes = std::vector<std::uint8_t>;
 
-// Places in the file: the record of block 0 stands at 20, that of the first free entry (6) at 854.
+// Places in the file: the record of block 0 is at 20, that of the first free entry (6) at 854.
 constexpr std::size_t FirstRecord = 20;
 constexpr std::size_t FreeRecord = 20 + 6 * 139;
 constexpr std::size_t FirstBlock = 2800;
@@ -36,7 +36,7 @@ FileBytes withRecord(std::size_t node, const std::function<void(TreeRecord&)>& c
     return sample.file().bytes();
 }
 
-// The sample's streams but the numbers, behind other blocks for these.
+// The sample's streams except the numbers, after other blocks for these.
 FileBytes withHeavyBlocks(TestFile file) {
     const auto sample = soundSample();
     file.compressed("Mox Tree", sample.tree).compressed("Light Data", sample.light);
@@ -54,7 +54,7 @@ FileBytes firstBlockEnd(int change) {
     return withByte(FirstBlock + payload.size() - 1, payload.back() ^ static_cast<unsigned>(change));
 }
 
-// Datasets of 600 bytes that each fill a block, so that those behind the Index Block lie too low.
+// Datasets of 600 bytes that each fill a block, so that those after the Index Block lie too low.
 FileBytes lowBlocks() {
     constexpr unsigned Count = 60;
     constexpr unsigned Size = 600;
@@ -271,7 +271,7 @@ TEST(FileCheck, WarnsOnceOfConnectivityBeyondTheCoordinates) {
 
 TEST(FileCheck, GoesOnBehindADescriptorThatCannotBeRead) {
     auto sample = soundSample();
-    sample.light = patched(sample.light, 64, {2}); // no truth value: the geometry's entries can't be read
+    sample.light = patched(sample.light, 64, {2}); // not a truth value: the geometry's entries can't be read
     sample.light = patched(sample.light, 216, {3});
     const auto rules = rulesIn(findingsIn(sample.file().bytes()));
     EXPECT_EQ(std::ranges::count(rules, 305), 1);

@@ -6,16 +6,16 @@
 #include <utility>
 #include <vector>
 
-/// The hand-made sample of the reader's tests, without the one thing in it that a check warns of: its
-/// connectivity names places far beyond its two coordinates. Offsets of interest in its streams stand beside
-/// the cases that use them.
+/// The hand-made sample of the reader's tests, without the one thing in it that a check warns about: its
+/// connectivity names places far beyond its two coordinates. Offsets of interest in its streams are listed
+/// beside the cases that use them.
 inline SampleModel soundSample() {
     SampleModel sample;
     sample.heavy = patched(sample.heavy, 24, {0, 1, 0, 0, 0, 0, 0, 0});
     return sample;
 }
 
-/// A file that is one Geometry with these entries, none with attributes, over these numbers in one block.
+/// A file with a single Geometry with these entries, all without attributes, over these numbers in one block.
 inline TestFile loneGeometry(const std::vector<std::vector<std::uint8_t>>& entries,
                              const std::vector<std::uint8_t>& numbers, unsigned heavyFlags = 0x01) {
     Bytes light;

@@ -80,7 +80,7 @@ TEST_F(CommonOptions, HelpOfEveryCommandShowsExamplesAndTheCommonOptions) {
     }
 }
 
-// Whatever the bytes say, a command comes to an end with one of its exit codes. The commands take turns.
+// Whatever the bytes say, a command ends with one of its exit codes. The commands take turns.
 TEST_F(CommonOptions, EveryDamagedByteEndsInAnExitCode) {
     const auto whole = folder.read("two words ü.mox");
     const auto file = folder.path("damaged.mox");

@@ -20,7 +20,7 @@ public:
 
     MoxTool::Terminal& terminal() { return shown; }
 
-    /// All that was written so far.
+    /// Everything written so far.
     std::string text() {
         std::rewind(file);
         std::string result;

@@ -8,13 +8,13 @@
 #include <string>
 #include <vector>
 
-/// What a run of `mox` gave.
+/// The results of a run of `mox`.
 struct MoxRun {
     int exitCode;
     std::string output;   ///< On stdout.
     std::string messages; ///< On stderr.
 
-    /// Whether a text stands among the messages.
+    /// Whether the messages contain a text.
     bool says(const std::string& text) const { return messages.find(text) != std::string::npos; }
 };
 

@@ -82,7 +82,7 @@ TEST(TemporaryPath, AllCanBeTakenAwayAtOnceButForThoseThatMoved) {
 
 namespace {
 
-// Waits for its end, which comes from the thread that takes the signal.
+// Waits to be ended by the thread that takes the signal.
 void workUntil(int signal, const std::string& target) {
     MoxTool::Platform::runAtInterruption(TemporaryPath::removeAll);
     const MoxTool::OutputFile file(target, false);

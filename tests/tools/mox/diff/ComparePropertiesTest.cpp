@@ -8,7 +8,7 @@ using MoxTool::DifferenceList;
 
 namespace {
 
-// Such as: "diffuse 1 != 2". What is not there is "none".
+// Lines such as "diffuse 1 != 2". A missing value is "none".
 std::vector<std::string> linesOf(DifferenceList& list) {
     std::vector<std::string> lines;
     for (const auto& each : list.take()) {

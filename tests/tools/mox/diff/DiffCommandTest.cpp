@@ -343,7 +343,7 @@ TEST_F(DiffCommand, SharedNumbersMayBeSharedOtherwise) {
     EXPECT_EQ(std::ranges::count(run.output, '\n'), 60 - 3) << run.output;
 }
 
-// Each of 40 datasets with each of 41 would be read 1640 times, where both files together hold 81.
+// Each of 40 datasets with each of 41 would require 1640 reads, although both files together hold 81.
 TEST_F(DiffCommand, LinksThatPairEverythingWithEverythingAreRefused) {
     save("a.mox", [](Mox::Model& model) { addSharedNumbers(model, 40, 40 * 41); });
     save("b.mox", [](Mox::Model& model) { addSharedNumbers(model, 41, 40 * 41); });

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Such as "00 1- -1": the places of each pair.
+// A text such as "00 1- -1": the places of each pair.
 std::string matched(const std::vector<std::string_view>& a, const std::vector<std::string_view>& b) {
     std::string text;
     for (const auto& match : MoxTool::matchInOrder(a, b)) {

@@ -29,7 +29,7 @@ TEST(NumberDifference, WithAToleranceTheWorstIsFarthestBeyondIt) {
     const auto found = compareNumbers(Floats{1000, 1}, Floats{1100, 2}, 1, {0, 0.05});
     ASSERT_TRUE(found);
     EXPECT_EQ(found->differing, 2U);
-    EXPECT_EQ(found->row, 1U); // By 0.5 of the larger one, where the first is off by 0.09.
+    EXPECT_EQ(found->row, 1U); // Differs by 0.5 of the larger one, the first by 0.09.
 }
 
 TEST(NumberDifference, NumberThatIsNotFiniteIsWorseThanAllOthers) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// Saves a model that no import has made:
+/// Saves a model that does not come from an import:
 ///
 ///     Assembly
 ///         Faces, moved by (10, 0, 0) and stretched by 2 along x: a quadrangle, a triangle and a quadrangle,

@@ -29,8 +29,8 @@ protected:
         EXPECT_EQ(run.messages, "mox extract: " + reason + "\n");
     }
 
-    /// Saves a model whose names and numbers are out of the ordinary: Group 1 "a/b", Shape 2 with Geometry 3
-    /// "c", Shape 4 with Geometry 5 "c".
+    /// Saves a model with unusual names and numbers: Group 1 "a/b", Shape 2 with Geometry 3 "c", Shape 4 with
+    /// Geometry 5 "c".
     void saveOddModel() const {
         Mox::Model odd;
         odd.saveTo(model, {true, "", "", ""});

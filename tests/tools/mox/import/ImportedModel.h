@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-/// A test that imports a file and looks at the result.
+/// A test that imports a file and examines the result.
 class ImportedModel : public testing::Test {
 protected:
     using Floats = std::vector<float>;

@@ -17,7 +17,7 @@ public:
 
     const MoxReader::Model& model() const { return contents; }
 
-    /// The geometries of all shapes, in their order.
+    /// The geometries of all shapes, in order.
     std::vector<const MoxReader::Node*> geometries() const {
         std::vector<const MoxReader::Node*> found;
         for (const auto& node : contents.nodes()) {

@@ -11,7 +11,7 @@ namespace {
 
 using Nodes = std::vector<unsigned int>;
 
-// An element whose nodes are called by their places in Gmsh, as Exodus orders them.
+// An element whose nodes are numbered by their places in Gmsh, in the order of Exodus.
 Nodes inExodusOrder(int gmshType, std::size_t nodes) {
     Nodes element(nodes);
     std::iota(element.begin(), element.end(), 0U);
@@ -33,7 +33,7 @@ TEST(NodeOrder, HexahedronOf20NodesGoesRoundItsLevels) {
               (Nodes{0, 1, 2, 3, 4, 5, 6, 7, 8, 11, 13, 9, 10, 12, 14, 15, 16, 18, 19, 17}));
 }
 
-// Behind the edges Gmsh has the faces -z -y -x +x +y +z and the centre, Exodus the centre and -z +z -x +x -y
+// After the edges Gmsh has the faces -z -y -x +x +y +z and the centre, Exodus the centre and -z +z -x +x -y
 // +y.
 TEST(NodeOrder, HexahedronOf27NodesHasItsCentreBeforeItsFaces) {
     const auto element = inExodusOrder(12, 27);

@@ -4,8 +4,8 @@
 
 #include <string>
 
-/// Whether the Exodus library was there when the tests were built.
+/// Whether the Exodus library was available when the tests were built.
 bool canReadExodus();
 
-/// An Exodus file as its library reads it; its steps are called as a model calls them.
+/// An Exodus file as its library reads it; its steps have the names that a model gives them.
 ModelContent readExodus(const std::string& path);

@@ -12,10 +12,10 @@
 using Numbers = std::vector<double>;
 using Names = std::vector<std::string>;
 
-/// In whose order the nodes of an element stand.
+/// The format whose order the nodes of an element are in.
 enum class NodeOrdering { Exodus, Vtk, Cgns, Gmsh };
 
-/// Elements of one kind, in an Exodus file or where a model makes one of them.
+/// Elements of one kind, in an Exodus file or wherever a model makes such a block.
 struct BlockContent {
     std::int64_t id = 0;
     std::string name; ///< Can be empty.
@@ -26,7 +26,7 @@ struct BlockContent {
     std::vector<std::int64_t> nodes;   ///< Places in all points, from 0, element by element.
     std::vector<std::int64_t> elementIds;
 
-    /// In a model and in VTK.
+    /// The name in a model and in VTK.
     std::string partName() const { return name.empty() ? "Block " + std::to_string(id) : name; }
 };
 
@@ -40,22 +40,22 @@ struct VariableContent {
     bool isNodal = false;
     std::string name;
     bool isStatic = false; ///< The same in all steps.
-    /// By the places of the step (0 for a static variable) and of the zone or block; without those that have
-    /// none.
+    /// By the places of the step (0 for a static variable) and of the zone or block; those without values are
+    /// left out.
     std::map<std::pair<std::size_t, std::size_t>, Numbers> values;
 
     const Numbers* find(std::size_t step, std::size_t target) const;
     bool standsOn(std::size_t target) const; ///< In any step.
 };
 
-/// Variables that stand in one array, or a variable whose array has another name.
+/// Variables that are in one array, or a variable whose array has another name.
 struct GatheredContent {
     bool isNodal;
     std::string name;
     Names variables;
 };
 
-/// What a file of a mesh with results holds, in the terms of no format.
+/// The contents of a file of a mesh with results, independent of any format.
 struct ModelContent {
     NodeOrdering ordering = NodeOrdering::Exodus;
     std::string title;
@@ -63,12 +63,12 @@ struct ModelContent {
     std::vector<std::array<std::string, 4>> qaRecords;
     Numbers points; ///< x, y, z of each node, zone by zone.
     std::vector<std::int64_t> nodeIds;
-    std::vector<std::size_t> zones; ///< The number of nodes of each.
+    std::vector<std::size_t> zones; ///< The number of nodes of each zone.
     std::vector<BlockContent> blocks;
     std::vector<StepContent> steps; ///< With results.
-    Numbers bareTimes;              ///< Of steps in a file without results.
+    Numbers bareTimes;              ///< The times of the steps of a file without results.
     std::vector<VariableContent> variables;
-    /// Nothing if nobody has told.
+    /// Nothing if this is not known.
     std::optional<std::vector<GatheredContent>> gathered;
     Names globalNames;
     std::vector<Numbers> globals; ///< By step.

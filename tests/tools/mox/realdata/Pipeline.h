@@ -13,8 +13,8 @@
 
 /// A file of another program, and how to read it without mox.
 struct PipelineCase {
-    std::string name; ///< Of the tests.
-    /// Gives the path, perhaps of a file that it has just written into the folder; empty if there is none.
+    std::string name; ///< The name of the case in the tests.
+    /// Returns the path, perhaps of a file that it has just written into the folder; empty if there is none.
     std::function<std::string(const Support::TemporaryFolder&)> file;
     std::function<ModelContent(const std::string&)> read;
 
@@ -32,7 +32,7 @@ inline std::string nameOfCase(const testing::TestParamInfo<PipelineCase>& info) 
 }
 
 /// Takes a file through all of mox: import, check, dump, and export to the formats that others read. The
-/// tests are in PipelineTest.cpp; each format brings its files along in a source of its own.
+/// tests are in PipelineTest.cpp; the files of each format are in a source of its own.
 class Pipeline : public testing::TestWithParam<PipelineCase> {
 protected:
     /// Imports the file.
@@ -42,9 +42,9 @@ protected:
     /// Exports the model. @return the path of the output.
     std::string exported(const std::string& extension) const;
 
-    /// Exports the model for VTK, has it read in one way, and compares it.
+    /// Exports the model for VTK, has it read in the given way, and compares it.
     void compareVtk(const std::string& way);
-    /// Its files in the order of time, after a look at their times.
+    /// Its files in the order of time, after their times have been checked.
     std::vector<std::string> vtkFiles();
 
     Support::TemporaryFolder folder;

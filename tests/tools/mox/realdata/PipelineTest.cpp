@@ -1,5 +1,5 @@
-// Takes files of other programs through all of mox, and compares what comes out with what the libraries of
-// the formats read from them, number for number.
+// Takes files of other programs through all of mox, and compares the output, number for number, with what the
+// libraries of the formats read from the files.
 
 #include "Pipeline.h"
 #include "ExodusContent.h"

@@ -17,8 +17,8 @@ const std::vector<CellKind> Kinds = {
     {25, 3, 20, "HEX20"},     {29, 3, 27, "HEX27"},
 };
 
-// Corners have the same order in all formats. For each node behind them the corners that it stands between,
-// by the manuals of the formats; in lines and faces all formats agree, so they are not here.
+// Corners have the same order in all formats. For each further node, these are the corners between which it
+// lies, by the manuals of the formats; lines and faces are left out, since all formats agree on them.
 struct FurtherNodes {
     std::size_t corners;
     std::map<NodeOrdering, std::string> nodes;
@@ -71,7 +71,7 @@ std::vector<std::size_t> placesOf(int vtkCell, NodeOrdering from, NodeOrdering t
     return places;
 }
 
-// Quadrilaterals are shells where there is a third dimension.
+// Quadrilaterals are shells if there is a third dimension.
 std::string firstLetters(std::string type) {
     type.resize(3);
     std::transform(type.begin(), type.end(), type.begin(),

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// The elements that a VTK cell of some number stands for.
+/// The elements that a VTK cell of a certain number represents.
 struct CellKind {
     int vtkCell;
     int dimension;
@@ -14,11 +14,11 @@ struct CellKind {
     std::string exodusType;
 };
 
-/// @param vtkCell One that an export knows.
+/// @param vtkCell A cell that an export knows.
 const CellKind& cellKind(int vtkCell);
 
-/// @param type Of an Exodus file, where the first three letters count, in any case.
+/// @param type A type of an Exodus file; only the first three letters count, in any case.
 int vtkCellOf(const std::string& type, std::int64_t nodesPerElement);
 
-/// The nodes of all elements of a block, put from one format's order into another's.
+/// The nodes of all elements of a block, converted from one format's order into another's.
 std::vector<std::int64_t> nodesInOrder(const BlockContent& block, NodeOrdering from, NodeOrdering to);

@@ -53,7 +53,7 @@ private:
         }
     }
 
-    // Of the dataset of a name, as it is where its numbers are.
+    // The rows of the dataset of a name, taken from the dataset that has its numbers.
     std::size_t rows(const Json& geometry, const std::string& name) const {
         for (const auto& dataset : geometry.at("datasets")) {
             if (dataset.at("name") == name && !dataset.contains("step")) {

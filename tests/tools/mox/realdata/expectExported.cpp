@@ -10,7 +10,7 @@ namespace {
 
 using Ids = std::vector<std::int64_t>;
 
-// Exodus numbers nodes and elements by itself where not all have ids of their own.
+// Exodus numbers nodes and elements itself if not all have ids of their own.
 Ids uniqueIds(Ids ids) {
     if (std::set<std::int64_t>(ids.begin(), ids.end()).size() != ids.size()) {
         std::iota(ids.begin(), ids.end(), 1);
@@ -47,7 +47,7 @@ Numbers timesOf(const ModelContent& content) {
     return times;
 }
 
-// All nodes of an Exodus file have a variable, and of the blocks those that have it in any step.
+// A variable is on all nodes of an Exodus file, or on those blocks that have it in any step.
 void expectVariable(const ModelContent& exported, const ModelContent& original,
                     const VariableContent& expected) {
     const auto* variable = exported.findVariable(expected.isNodal, expected.name);

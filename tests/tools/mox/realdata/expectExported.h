@@ -2,6 +2,5 @@
 
 #include "ModelContent.h"
 
-/// Expects that an Exodus file holds all that a file held from which a model was made: what is left of it
-/// after an import and an export.
+/// Expects that an Exodus file holds everything that an import and an export preserve of the original file.
 void expectExported(const ModelContent& exported, const ModelContent& original);

@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <string>
 
-/// Expects the numbers of the original, cut to float, to the last bit; NaN where that has NaN.
+/// Expects the numbers of the original, narrowed to float, to the last bit; NaN where the original has NaN.
 inline void expectNumbers(const Numbers& actual, const Numbers& original, const std::string& what) {
     ASSERT_EQ(actual.size(), original.size()) << what;
     const auto isSame = [](double left, double right) {

@@ -69,7 +69,7 @@ std::map<std::string, VtkArrayRead> resultsOf(const VtkMeshRead& mesh, const std
     return results;
 }
 
-// A displacement with a rotation is parted, so that VTK can warp a mesh by the first.
+// A displacement with a rotation is split, so that VTK can warp a mesh by the displacement.
 std::map<std::string, Names> withRotationApart(std::map<std::string, Names> arrays) {
     const auto found = arrays.find("Displacement");
     if (found != arrays.end() && found->second.size() == 6) {
@@ -103,7 +103,7 @@ void expectColumns(const VtkArrayRead& array, const Names& variables, const Mode
         ASSERT_NO_FATAL_FAILURE(
             expectNumbers(columnOf(array, column), original.wholeColumn(*variable, step), variables[column]));
     }
-    // The third of two dimensions.
+    // The third component of a two-dimensional model.
     auto zeros = columnOf(array, 0);
     std::replace_if(
         zeros.begin(), zeros.end(), [](double number) { return !std::isnan(number); }, 0.0);

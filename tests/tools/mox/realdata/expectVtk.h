@@ -3,7 +3,7 @@
 #include "../export/vtk/VtkReading.h"
 #include "ModelContent.h"
 
-/// Expects that a VTK file holds the mesh that a file held from which a model was made, and its results in a
+/// Expects that a VTK file holds the mesh of the file from which a model was made, and its results in one
 /// step.
 /// @param step Its place; anything if the original has none.
 void expectVtk(const VtkMeshRead& mesh, const ModelContent& original, std::size_t step);

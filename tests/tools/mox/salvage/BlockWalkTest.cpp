@@ -14,9 +14,9 @@
 namespace {
 
 constexpr std::size_t FirstBlock = 2800;
-constexpr std::uint64_t MostOfOneByte = 1032; ///< A byte of a zlib stream gives no more.
+constexpr std::uint64_t MostOfOneByte = 1032; ///< The most bytes that one byte of a zlib stream can give.
 
-/// Bytes in memory that count what is read of them.
+/// Bytes in memory that count how many of them are read.
 class CountingSource : public MoxReader::Source {
 public:
     explicit CountingSource(std::vector<std::uint8_t> content) : bytes(std::move(content)) {}
@@ -42,7 +42,7 @@ public:
         walk.run([](double) {});
     }
 
-    /// With those of the index.
+    /// Includes those of the index.
     std::uint64_t bytesRead() const { return source.bytesRead(); }
     std::uint64_t fileSize() const { return source.size(); }
     std::vector<std::string> files() const { return folder.files(); }
@@ -64,7 +64,7 @@ private:
     MoxTool::BlockWalk walk;
 };
 
-/// These bytes where blocks stand, in a file without an index.
+/// These bytes in place of blocks, in a file without an index.
 std::vector<std::uint8_t> withoutIndex(const std::vector<std::uint8_t>& bytes) {
     return Bytes().fill(FirstBlock, 0).raw(bytes);
 }
@@ -74,7 +74,7 @@ Bytes opening() {
     return Bytes().u32(0x7FFFFFFF).raw({0x78, 0x9C});
 }
 
-/// A piece of a zlib stream that stands for itself: its content is the bytes behind the first five.
+/// A self-contained piece of a zlib stream: its content is the bytes after the first five.
 Bytes storedPiece(const std::vector<std::uint8_t>& content) {
     const auto size = static_cast<unsigned>(content.size());
     return Bytes().u8(0).u8(size & 0xFF).u8(size >> 8).u8(~size & 0xFF).u8(~size >> 8 & 0xFF).raw(content);
@@ -88,8 +88,8 @@ std::vector<std::uint8_t> endlessZeros(std::size_t size) {
 
 } // namespace
 
-// Each opening stands in a piece of the streams of all openings before it, so that all streams go on
-// together to the end of the file.
+// Each opening is in a piece of the streams of all openings before it, so that all streams continue together
+// to the end of the file.
 TEST(BlockWalk, ReadsAFewTimesTheFileIfVeryManyStreamsShareOneEnd) {
     Bytes bytes = opening();
     for (unsigned i = 0; i < 2000; ++i) {
@@ -103,8 +103,8 @@ TEST(BlockWalk, ReadsAFewTimesTheFileIfVeryManyStreamsShareOneEnd) {
     EXPECT_TRUE(walk.blocks()[0].extent.isCutOff());
 }
 
-// Behind each of the whole blocks stands an opening whose stream goes on to the end of the file; the next
-// block is a part of it.
+// Each of the whole blocks is followed by an opening whose stream continues to the end of the file and
+// includes the next block.
 TEST(BlockWalk, ReadsAFewTimesTheFileIfStreamsHideWholeBlocks) {
     const std::vector<std::uint8_t> tiny = Bytes().u32(1).raw(zlibStream({65}));
     Bytes bytes;

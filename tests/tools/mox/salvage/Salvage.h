@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// A run of `mox salvage` over a file of these bytes, and what it left.
+/// A run of `mox salvage` on a file of these bytes, and its output.
 class Salvage {
 public:
     explicit Salvage(const std::vector<std::uint8_t>& bytes, const std::vector<std::string>& options = {})

@@ -13,7 +13,7 @@ std::vector<std::uint8_t> block(const std::vector<std::uint8_t>& content) {
     return Bytes().u32(static_cast<std::uint32_t>(content.size())).raw(zlibStream(content));
 }
 
-// What a crash leaves: the first twelve bytes, zeros for the index, and what was written behind it.
+// What a crash leaves: the first twelve bytes, zeros for the index, and what was written after it.
 Bytes neverClosed() {
     Bytes file;
     file.raw({0x89, 0x54, 0x4E, 0x46, 0x0D, 0x0A, 0x1A, 0x0A}).raw("1.3").u8(0);
@@ -28,7 +28,8 @@ std::vector<std::uint8_t> cut(std::vector<std::uint8_t> bytes, std::size_t lengt
 const std::vector<std::uint8_t> Sevens(1000, 7);
 const auto Whole = block(Sevens);
 
-/// The content of a block that does not compress, so that its bytes are the content's, behind 4 + 2 + 5.
+/// The content of a block that does not compress, so that its bytes are the content's, after 4 + 2 + 5
+/// others.
 std::vector<std::uint8_t> incompressible() {
     std::vector<std::uint8_t> content;
     for (unsigned i = 0, value = 1; i < 300; ++i, value = value * 75 % 65537) {
@@ -37,7 +38,7 @@ std::vector<std::uint8_t> incompressible() {
     return content;
 }
 
-/// The end of a line on a stream whose blocks are not all saved.
+/// The end of a line about a stream whose blocks are not all saved.
 std::string lossOf(std::size_t begun, std::size_t unread) {
     return " (saved in part: " + std::to_string(begun) +
            ", stored bytes not read: " + std::to_string(unread) + ")";
@@ -187,8 +188,8 @@ TEST(SalvageCommand, TakesAShorterContentThanStatedForDamage) {
     EXPECT_EQ(salvage.index.at("partial")[0].at("damage"), "the content is shorter than stated");
 }
 
-// The first half of a block, and at once another: what the first one's stream would make of the second's
-// bytes is not its content.
+// The first half of a block, followed directly by another: what the first one's stream would make of the
+// second one's bytes is not its content.
 TEST(SalvageCommand, EndsABeginningWhereAnotherBlockBegins) {
     const auto content = incompressible();
     const auto half = cut(block(content), 4 + 2 + 5 + 150);
@@ -213,7 +214,7 @@ TEST(SalvageCommand, SavesNeighboursThatAreBothDamagedIfTheIndexHasThem) {
               Lines{"2 of 2 blocks of \"Heavy Data\": the numbers of datasets" + lossOf(2, 0)});
 }
 
-// One block after another behind bytes that are none: only a search finds it.
+// Blocks that follow each other after bytes that are not blocks: only a search finds them.
 TEST(SalvageCommand, FindsABlockThatIsCutOffBehindOtherBytes) {
     std::vector<std::uint8_t> content;
     for (unsigned i = 0; i < 10; ++i) {
@@ -238,8 +239,8 @@ TEST(SalvageCommand, TakesAFewFittingBytesAtTheEndForChance) {
     EXPECT_EQ(salvage.index.at("notSaved")[0].at("size"), 8 + beginning.size());
 }
 
-// A search comes upon a stream that could go on to the end of the file. The whole block in it shows that it
-// does not, and behind that another is cut off.
+// A search comes upon a stream that could continue to the end of the file. The whole block in it shows that
+// it does not, and after that another block is cut off.
 TEST(SalvageCommand, FindsABlockThatIsCutOffBehindOneThatOnlySeemedToBe) {
     const std::vector<std::uint8_t> content(2000, 1);
     const auto seeming = Bytes().u32(5000).raw({0x78, 0x9C, 0, 0xFF, 0x7F, 0, 0x80});
@@ -252,7 +253,7 @@ TEST(SalvageCommand, FindsABlockThatIsCutOffBehindOneThatOnlySeemedToBe) {
     EXPECT_EQ(salvage.index.at("partial")[0].at("inflated"), 1000 - 4 - 2 - 5);
 }
 
-// The index has the last one as bytes that are not compressed.
+// The index lists the last one as uncompressed.
 TEST(SalvageCommand, FindsAWholeBlockBehindSeveralDamagedOnesThoughTheIndexHasNone) {
     auto damaged = block(incompressible());
     damaged.back() ^= 1;
@@ -313,7 +314,7 @@ TEST(SalvageCommand, SavesBlocksWithoutNamesIfTheIndexIsDamaged) {
     EXPECT_EQ(salvage.lost(), Lines{"the index: which block holds what"});
 }
 
-// The lengths in the index give the places: a wrong one moves all that follow.
+// The lengths in the index determine the places: a wrong one moves all that follow.
 TEST(SalvageCommand, TellsThatSavedBlocksCanBeThoseThatTheIndexMisses) {
     const auto recordOfFirst = 16 + 4;
     const auto bytes = patched(SampleModel().file().bytes(), recordOfFirst + 133, {1, 0, 0, 0});

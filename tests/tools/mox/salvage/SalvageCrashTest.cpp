@@ -3,7 +3,7 @@
 #include "Salvage.h"
 #include "SavedModel.h"
 
-// The one place where systems differ.
+// The only platform-dependent code of this test.
 #if defined(__unix__)
 
 #include <sys/resource.h>
@@ -20,12 +20,12 @@ std::vector<std::uint8_t> bytesOf(const Support::TemporaryFolder& folder) {
     return {text.begin(), text.end()};
 }
 
-/// What a block holds that these two arrays fill.
+/// The content of a block that these two arrays fill.
 std::string contentOf(unsigned block) {
     return SavedModel::stored(2 * block) + SavedModel::stored(2 * block + 1);
 }
 
-/// For a process of its own: no file grows beyond so many bytes from here on.
+/// For a separate process: from now on no file grows beyond this size.
 void limitFileSize(std::size_t size) {
     const rlimit noCoreDump = {0, 0};
     setrlimit(RLIMIT_CORE, &noCoreDump);
@@ -33,7 +33,7 @@ void limitFileSize(std::size_t size) {
     setrlimit(RLIMIT_FSIZE, &limit);
 }
 
-/// Saves all but the end of a model, in a process that ends there.
+/// Saves a model except for its end, in a process that ends there.
 [[noreturn]] void saveAndDie(const std::string& path, unsigned arrays) {
     const Support::EnvironmentGuard smallBlocks(Support::BlockSizeVariable, SavedModel::BlockSize);
     Qel::Mox2::Model model;
@@ -44,7 +44,7 @@ void limitFileSize(std::size_t size) {
     std::_Exit(Died);
 }
 
-/// Saves a model on a disk that takes so many bytes of a file.
+/// Saves a model on a disk that takes only this many bytes of a file.
 [[noreturn]] void saveOnFullDisk(const std::string& path, unsigned arrays, std::size_t room) {
     const Support::EnvironmentGuard smallBlocks(Support::BlockSizeVariable, SavedModel::BlockSize);
     std::signal(SIGXFSZ, SIG_IGN);
@@ -64,7 +64,7 @@ protected:
 
 } // namespace
 
-// Block 2 has one array of the two that fill it, and so is in memory alone.
+// Block 2 has one of the two arrays that fill it, and so is only in memory.
 TEST_F(SalvageCrashDeathTest, ProcessThatEndsWithoutCloseLeavesItsFullBlocks) {
     EXPECT_EXIT(saveAndDie(path, 5), testing::ExitedWithCode(Died), "");
     const Salvage salvage(bytesOf(folder));
@@ -129,7 +129,7 @@ TEST_F(SalvageCrashDeathTest, ProcessThatIsKilledWhileItWritesABlockLeavesTheBeg
     EXPECT_EQ(partial.at("inflated"), content.size());
 }
 
-// The writer does not notice, and completes the index, which stands at the front.
+// The writer does not notice, and completes the index, which is at the front.
 TEST_F(SalvageCrashDeathTest, FullDiskLeavesBlocksWithTheirNames) {
     const auto sound = SavedModel::bytes(20);
     const auto blocks = soundBlocks(sound);

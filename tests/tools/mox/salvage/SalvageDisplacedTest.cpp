@@ -9,7 +9,7 @@
 #include <memory>
 #include <span>
 
-// Files in which one array filled the block before an Index Block, so that the blocks behind it lie too low.
+// Files in which one array filled the block before an Index Block, so that the blocks after it lie too low.
 
 namespace {
 

@@ -1,4 +1,4 @@
-// Files that the library has saved, cut, damaged, and left behind by processes that ended too early.
+// Files that the library has saved, then cut or damaged, and files left by processes that ended too early.
 
 #include "Salvage.h"
 #include "SavedModel.h"
@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t FirstBlock = 2800;
 constexpr std::size_t TableBytes = 27804;
-constexpr unsigned Arrays = 44; ///< Which fill 22 blocks, so that an Index Block stands between them.
+constexpr unsigned Arrays = 44; ///< They fill 22 blocks, so there is an Index Block between them.
 
 using FileBytes = std::vector<std::uint8_t>;
 using Blocks = std::vector<SoundBlock>;
@@ -32,12 +32,12 @@ const Sample& sample() {
     return sound;
 }
 
-/// The place of the Index Block: it has id 19, so 19 blocks stand in front of it.
+/// The place of the Index Block: it has id 19, so 19 blocks precede it.
 std::size_t tablePlace() {
     return static_cast<std::size_t>(sample().blocks[18].end());
 }
 
-/// The same file as its writer leaves it that stops before it fills in the index.
+/// The same file as left by a writer that stops before it fills in the index.
 FileBytes neverClosed() {
     auto bytes = sample().bytes;
     std::fill(bytes.begin() + 12, bytes.begin() + FirstBlock, std::uint8_t{0});
@@ -73,7 +73,7 @@ std::set<std::size_t> lengths() {
     return all;
 }
 
-/// What zlib itself can make of a block of which the file has the bytes up to a length.
+/// What zlib itself can make of a block if the file has its bytes up to a length.
 std::string beginningOf(const SoundBlock& block, std::size_t length) {
     const auto start = static_cast<std::size_t>(block.offset) + 4;
     if (length <= start) {
@@ -90,7 +90,7 @@ void expectWhole(const Salvage& salvage, const nlohmann::json& entry, const Soun
     ASSERT_EQ(entry.at("name"), hasName ? nlohmann::json(block.name) : nlohmann::json());
 }
 
-/// Blocks, beginnings and gaps together are every byte from the first block on, each once.
+/// Blocks, beginnings and gaps together cover every byte from the first block on exactly once.
 void expectNothingTwiceOrNever(const Salvage& salvage, std::size_t length) {
     std::set<std::pair<std::uint64_t, std::uint64_t>> ranges;
     const auto add = [&](const char* list, const char* size) {
@@ -244,7 +244,7 @@ TEST(SalvageRealFile, GivesAllBlocksWithNoiseBetweenAllOfThem) {
     }
 }
 
-// Forced, since noise in the names of unclaimed entries of the index is no damage.
+// Forced, since noise in the names of unclaimed entries of the index is not damage.
 TEST(SalvageRealFile, GivesEveryBlockThatNoiseInAnotherPlaceLeaves) {
     std::mt19937 random(3);
     for (int run = 0; run < 100; ++run) {

@@ -32,7 +32,7 @@ inline std::vector<float> numbers(unsigned array) {
     return values;
 }
 
-/// How the file holds them: the lowest byte of each number, then the second bytes, and so on.
+/// How the file holds them: the lowest bytes of all numbers, then the second bytes, and so on.
 inline std::string stored(unsigned array) {
     std::string bytes;
     for (unsigned plane = 0; plane < 4; ++plane) {
@@ -55,7 +55,7 @@ inline void addArrays(Qel::Mox2::Model& model, unsigned count) {
     }
 }
 
-/// @param path Where to save.
+/// @param path The path of the file.
 inline void open(Qel::Mox2::Model& model, const std::string& path) {
     model.saveTo(path, {true, "Solver", "2.1", ""});
 }
@@ -84,7 +84,7 @@ struct SoundBlock {
     std::uint64_t end() const { return offset + stored; }
 };
 
-/// All of them, with the content that zlib itself gives.
+/// All compressed blocks, with the content that zlib itself gives.
 inline std::vector<SoundBlock> soundBlocks(const std::vector<std::uint8_t>& file) {
     const MoxReader::File reader(std::make_shared<MoxReader::MemorySource>(file));
     std::vector<SoundBlock> blocks;

@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-/// What zlib makes of the bytes of a stream, be they all of them or only the first.
+/// What zlib makes of all the bytes of a stream, or of only the first ones.
 inline std::string inflatedByZlib(std::span<const std::uint8_t> stream) {
     constexpr std::size_t Room = 1 << 20;
     std::string content(Room, '\0');

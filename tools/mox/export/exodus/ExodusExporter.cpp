@@ -52,7 +52,7 @@ bool areUnique(const std::vector<std::int64_t>& ids) {
     return std::set<std::int64_t>(ids.begin(), ids.end()).size() == ids.size();
 }
 
-// What an import from a file of fewer dimensions has put into the others is zeros.
+// An import from a file of fewer dimensions fills the other coordinates with zeros.
 int dimensionOf(const ExportModel& source) {
     const auto wish = numberAttribute(rootAttributes(source.model()), "Dimensions").value_or(3);
     if (wish != 1 && wish != 2) {
@@ -213,7 +213,7 @@ void ExodusExporter::writeSteps(ExodusOutput& output) {
     terminal_.clearProgress();
 }
 
-// An Exodus file has results in steps alone.
+// An Exodus file has results only in steps.
 void ExodusExporter::writeStaticStep(ExodusOutput& output) {
     if (nodal_->count() + elemental_->count() == 0) {
         writeBareTimes(output);
@@ -225,7 +225,7 @@ void ExodusExporter::writeStaticStep(ExodusOutput& output) {
     writeResults(output, ResultPlace::Elements, 0, ExportField::NoStep);
 }
 
-// Those that an import has kept of steps without results.
+// Writes the times that an import has kept of steps without results.
 void ExodusExporter::writeBareTimes(ExodusOutput& output) {
     const auto& attributes = rootAttributes(source_.model());
     std::size_t row = 0;
@@ -284,7 +284,7 @@ void ExodusExporter::writeColumn(ExodusOutput& output, ResultPlace place, std::s
     }
 }
 
-// A variable stands on all nodes, and on the elements of a block in all steps or in none.
+// A variable is on all nodes, or on the elements of a block in all steps or in none.
 void ExodusExporter::fillGaps(ExodusOutput& output, ResultPlace place, const Written& written,
                               std::size_t row) {
     const auto& variables = variablesOf(place);

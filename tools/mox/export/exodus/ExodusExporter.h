@@ -10,15 +10,15 @@ namespace MoxTool {
 
 class Terminal;
 
-/// Carries a model into an Exodus file, with one result of one step in memory at a time.
+/// Writes a model to an Exodus file, with one result of one step in memory at a time.
 class ExodusExporter {
 public:
     /// Both must outlive the exporter.
     ExodusExporter(ExportModel& source, Terminal& terminal);
 
     /// To be called once.
-    /// @param path      Where the file grows.
-    /// @param shownPath What failures call it.
+    /// @param path      Where the file is written.
+    /// @param shownPath Its path in failures.
     /// @throws Failure if it can't be written; MoxReader::Error.
     void write(const std::string& path, const std::string& shownPath);
 

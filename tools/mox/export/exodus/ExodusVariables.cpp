@@ -68,7 +68,7 @@ std::vector<std::string> ExodusVariables::names() const {
     return names;
 }
 
-// Columns behind the last component are the zeros of a model with fewer dimensions.
+// Columns after the last component are the zeros of a model with fewer dimensions.
 void ExodusVariables::addField(const ExportField& field) {
     FieldColumns entry{&field, {}};
     const auto columns = field.components.empty() ? field.width : field.components.size();

@@ -13,16 +13,16 @@ namespace MoxTool {
 /// The variables of an Exodus file for the results of one place. A variable has one number for each node or
 /// element, so each column of a result becomes one.
 ///
-/// A column is named by the component that it is said to be; otherwise by its result and, if that has more
-/// than one column, _x _y _z, _xx _yy _zz _xy _yz _zx, or a number. A displacement of six columns gives
-/// Displacement_x and so on, and Rotation_x and so on. Columns of one name that have no target in common are
-/// one variable; else the later gets " (2)" behind its name.
+/// A column is named by the component that the attributes give for it; otherwise by its result and, if that
+/// has more than one column, _x _y _z, _xx _yy _zz _xy _yz _zx, or a number. A displacement of six columns
+/// gives Displacement_x and so on, and Rotation_x and so on. Columns of one name that have no target in
+/// common are one variable; otherwise the later one gets " (2)" after its name.
 class ExodusVariables {
 public:
-    /// What becomes of one result.
+    /// The variables of one result.
     struct FieldColumns {
         const ExportField* field;
-        std::vector<std::size_t> variables; ///< For each of its columns from the first on.
+        std::vector<std::size_t> variables; ///< For each of its columns, starting with the first.
     };
 
     /// @param all       Outlives this object.
@@ -33,7 +33,7 @@ public:
     std::vector<std::string> names() const;
     std::size_t count() const { return variables_.size(); }
     const std::vector<FieldColumns>& fields() const { return allFields_; }
-    /// What has the variable in any step: node groups or parts.
+    /// The node groups or parts that have the variable in any step.
     const std::set<std::size_t>& targets(std::size_t variable) const { return variables_[variable].targets; }
 
 private:

@@ -17,7 +17,7 @@ QaRecord cut(const QaRecord& record) {
     return {field(record.program), field(record.version), field(record.date), field(record.time)};
 }
 
-// What stands behind the last comma; the rest stays.
+// Removes and returns what follows the last comma.
 std::string takeLast(std::string& text) {
     constexpr std::string_view Separator = ", ";
     const auto place = text.rfind(Separator);
@@ -29,7 +29,7 @@ std::string takeLast(std::string& text) {
     return last;
 }
 
-// A program's name can have a comma, the other three fields hardly.
+// A program's name can contain a comma; the other three fields rarely do.
 QaRecord parse(std::string text) {
     QaRecord record;
     record.time = takeLast(text);

@@ -8,8 +8,8 @@
 
 namespace MoxTool {
 
-/// The records of the programs that worked on a model before, by the attributes "QA Record 1" and so on that
-/// an import gives the root. The first is told more exactly by "Source Program" and the like.
+/// The records of the programs that worked on a model before, from the attributes "QA Record 1" and so on
+/// that an import gives the root. "Source Program" and the like give the first one more exactly.
 std::vector<QaRecord> qaRecordsOf(const MoxReader::Attributes& root);
 
 } // namespace MoxTool

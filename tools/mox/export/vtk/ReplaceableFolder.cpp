@@ -32,8 +32,8 @@ ReplaceableFolder::ReplaceableFolder(fs::path path, std::string extensionOfFiles
     temporary_.createFolder();
 }
 
-// The old folder steps aside, so that there is one of the two at all times but for a moment. Its other name
-// is no temporary one: if the worst comes, it is still there.
+// The old folder is renamed first, so that one of the two exists at all times except for a moment. Its other
+// name is not a temporary one: if the worst happens, it is still there.
 void ReplaceableFolder::commit() {
     checkedTarget();
     if (!fs::exists(target_)) {

@@ -7,11 +7,11 @@
 
 namespace MoxTool {
 
-/// A folder of files of one kind in the making, which can replace one of its kind: it grows under a temporary
-/// name beside its target and gets the target's name when it is whole; otherwise it is removed.
+/// A folder of files of one kind in the making, which can replace another such folder: it is filled under a
+/// temporary name beside its target and gets the target's name when it is complete; otherwise it is removed.
 class ReplaceableFolder {
 public:
-    /// Makes the temporary folder.
+    /// Creates the temporary folder.
     ///
     /// @param path             The target.
     /// @param extensionOfFiles Such as ".vtu".
@@ -23,7 +23,7 @@ public:
 
     const std::filesystem::path& temporaryPath() const { return temporary_.path(); }
 
-    /// Gives the temporary folder the target's name. The files must be closed.
+    /// Renames the temporary folder to the target. The files must be closed.
     /// @throws Failure if the target has appeared meanwhile and must not be replaced, or if renaming fails.
     void commit();
 

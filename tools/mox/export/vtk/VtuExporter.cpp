@@ -50,7 +50,7 @@ void putNodes(std::ostream& stream, const ExportBlock& block) {
     put(stream, ordered);
 }
 
-// For each cell the place behind its last node.
+// Writes, for each cell, the place after its last node.
 void putOffsets(std::ostream& stream, const ExportBlock& block, std::int64_t& end) {
     std::vector<std::int64_t> offsets;
     offsets.reserve(block.rows.size());
@@ -61,7 +61,7 @@ void putOffsets(std::ostream& stream, const ExportBlock& block, std::int64_t& en
     put(stream, offsets);
 }
 
-// One number for each cell, the same for all of a block.
+// Writes one number for each cell, the same for all of a block.
 template <typename T, typename NumberOfBlock>
 void putForEachCell(std::ostream& stream, const ExportMesh& mesh, NumberOfBlock number) {
     for (const auto& block : mesh.blocks) {
@@ -152,7 +152,7 @@ void VtuExporter::addFields(VtuFile& file, std::size_t step) {
     }
 }
 
-// A vector of three columns is what moves a mesh.
+// A displacement with rotations is split, so that its first three columns can warp the mesh.
 void VtuExporter::addField(VtuFile& file, const ExportField& field, std::size_t step,
                            std::set<std::string>& names) {
     const auto name = uniqueName(field.name, names);
@@ -168,7 +168,7 @@ void VtuExporter::addField(VtuFile& file, const ExportField& field, std::size_t 
     ++source_.summary().datasets;
 }
 
-// Integers have no NaN to stand where there are no numbers.
+// Integers have no NaN for the places without numbers.
 VtuArray VtuExporter::fieldArray(const ExportField& field, std::size_t step, const Slice& slice) {
     bool isWhole = true;
     for (std::size_t target = 0; target < targetCount(source_.mesh(), field.place); ++target) {

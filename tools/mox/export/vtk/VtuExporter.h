@@ -8,7 +8,7 @@
 
 namespace MoxTool {
 
-/// Makes VTU files of a model: one mesh of all its parts, with the results of one step.
+/// Writes VTU files of a model: one mesh of all its parts, with the results of one step.
 class VtuExporter {
 public:
     /// @param source Must outlive the exporter.
@@ -16,14 +16,14 @@ public:
 
     /// @param step      Place of the step; ExportField::NoStep for the results without one.
     /// @param value     The step's time or frequency.
-    /// @param path      Where the file grows.
-    /// @param shownPath What failures call it.
+    /// @param path      Where the file is written.
+    /// @param shownPath Its path in failures.
     /// @throws Failure if it can't be written; MoxReader::Error.
     void write(std::size_t step, double value, const std::filesystem::path& path,
                const std::string& shownPath);
 
 private:
-    // Columns of a result that make an array.
+    // Columns of a result that form an array.
     struct Slice {
         std::string name;
         std::size_t firstColumn;

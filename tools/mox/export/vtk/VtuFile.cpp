@@ -11,7 +11,7 @@ namespace MoxTool {
 
 namespace {
 
-using LengthWord = std::uint64_t; // in front of each array's bytes; "UInt64" in the file's head
+using LengthWord = std::uint64_t; // precedes each array's bytes; "UInt64" in the file's head
 
 std::uint64_t byteCount(const VtuArray& array) {
     return std::uint64_t{array.wordSize} * array.columns * array.tuples;
@@ -25,7 +25,7 @@ std::string columnAttributes(const VtuArray& array) {
     return text;
 }
 
-// Texts stand as the numbers of their bytes, each with a zero behind it.
+// Texts are written as the numbers of their bytes, each text followed by a zero.
 std::string textNumbers(const std::vector<std::string>& texts) {
     std::string numbers;
     for (const auto& text : texts) {

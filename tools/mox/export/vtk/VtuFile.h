@@ -10,18 +10,18 @@
 
 namespace MoxTool {
 
-/// Numbers that a VTU file is to hold. They are made when they are written, one array at a time.
+/// Numbers for a VTU file. They are produced when they are written, one array at a time.
 struct VtuArray {
     std::string name;
-    std::string type;     ///< Of a number: "Float32", "UInt32" and so on.
-    std::size_t wordSize; ///< Bytes of a number.
-    std::size_t columns;  ///< Numbers of a tuple.
+    std::string type;     ///< The type of a number: "Float32", "UInt32" and so on.
+    std::size_t wordSize; ///< Bytes per number.
+    std::size_t columns;  ///< Numbers per tuple.
     std::size_t tuples;
     std::vector<std::string> columnNames;     ///< Empty, or some from the first column on.
     std::function<void(std::ostream&)> write; ///< Writes them in the machine's byte order.
 };
 
-/// One unstructured mesh in VTK's XML format: a piece with all numbers appended as raw bytes behind the
+/// One unstructured mesh in VTK's XML format: a piece with all numbers appended as raw bytes after the
 /// markup.
 class VtuFile {
 public:
@@ -30,7 +30,7 @@ public:
 
     /// Texts that belong to the whole mesh.
     void addTexts(const std::string& name, const std::vector<std::string>& texts);
-    /// The time that the mesh stands for.
+    /// The time that the mesh represents.
     void setTime(double time);
     void setPoints(VtuArray array) { points_.push_back(std::move(array)); }
     /// Connectivity, offsets and types.
@@ -38,7 +38,7 @@ public:
     void addPointData(VtuArray array) { pointData_.push_back(std::move(array)); }
     void addCellData(VtuArray array) { cellData_.push_back(std::move(array)); }
 
-    /// Writes it all. Failures show in the stream's state.
+    /// Writes the whole file. Failures show in the stream's state.
     void write(std::ostream& stream) const;
 
 private:

@@ -31,7 +31,7 @@ double valueOf(const ExportModel& model, std::size_t step) {
     return model.results().steps[step].valueOr(static_cast<double>(step));
 }
 
-// A series shows one file for each value, so values that repeat can't serve.
+// A series shows one file for each value, so repeated values can't be used.
 void makeDistinct(std::vector<SeriesFile>& series, ConversionSummary& summary) {
     std::set<double> values;
     for (const auto& file : series) {

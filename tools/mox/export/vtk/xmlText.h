@@ -5,8 +5,8 @@
 
 namespace MoxTool {
 
-/// A text as it may stand between the quotes of an XML attribute: markup becomes entities. What XML can't
-/// hold, control characters and bytes that are no UTF-8, becomes "\xNN".
+/// A text as it may be written between the quotes of an XML attribute: markup becomes entities. Control
+/// characters and bytes that are not UTF-8, which XML can't hold, become "\xNN".
 std::string xmlText(std::string_view text);
 
 } // namespace MoxTool

@@ -10,7 +10,7 @@ namespace MoxTool {
 
 namespace {
 
-// CGNS calls each type by its shape, an underscore and the number of its nodes.
+// CGNS names each type by its shape, an underscore and the number of its nodes.
 int dimensionOf(CGNS_ENUMT(ElementType_t) type) {
     if (type == CGNS_ENUMV(NGON_n)) {
         return 2;

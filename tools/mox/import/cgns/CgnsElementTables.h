@@ -17,16 +17,16 @@ std::string cgnsTypeName(CGNS_ENUMT(ElementType_t) type);
 class CgnsElementTables {
 public:
     /// @param filePath For messages.
-    /// @param vertexCount Of the zone.
+    /// @param vertexCount The number of vertices of the zone.
     /// @param toSort Must outlive this object.
     CgnsElementTables(std::string filePath, std::size_t vertexCount, const CgnsSection& toSort)
         : path_(std::move(filePath)), vertices_(vertexCount), section_(toSort) {}
 
-    /// Whether a model can take the elements of a type: all but NFACE_n and those that users define.
+    /// Whether a model can take the elements of a type: all except NFACE_n and user-defined types.
     static bool canTake(CGNS_ENUMT(ElementType_t) type);
 
     /// One table for each type, without attributes; ids are the numbers of the elements in the zone.
-    /// @throws Failure if the data are damaged.
+    /// @throws Failure if the data is damaged.
     std::map<CGNS_ENUMT(ElementType_t), ElementTable> sort(const CgnsElements& elements);
 
 private:

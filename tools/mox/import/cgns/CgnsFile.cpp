@@ -19,8 +19,8 @@ namespace {
 constexpr std::size_t NameLength = CGIO_MAX_NAME_LENGTH;
 using Name = std::array<char, NameLength + 1>;
 
-// The library leaves HDF5 open where it fails to open a file, and HDF5 would complain of that at the end of
-// the process; it also tells of every damage on stderr.
+// The library leaves HDF5 open if it fails to open a file, and HDF5 would complain about that at the end of
+// the process; it also reports all damage on stderr.
 void silenceHdf5() {
     H5dont_atexit();
     H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
@@ -51,7 +51,7 @@ struct ArrayHead {
     }
 };
 
-// The arrays below the node that cg_goto() has found last, in their order.
+// The arrays below the node that cg_goto() found last, in order.
 std::vector<ArrayHead> arraysHere() {
     int count = 0;
     cg_narrays(&count);
@@ -148,7 +148,7 @@ CgnsZone CgnsFile::readZone(int base, int number, int cellDimension) const {
     return zone;
 }
 
-// A base without iterative data has no steps; one whose steps have no times gets their numbers.
+// A base without iterative data has no steps; if its steps have no times, their numbers are used.
 std::vector<double> CgnsFile::readTimes(int base) const {
     Name name{};
     int steps = 0;

@@ -44,7 +44,7 @@ struct CgnsSection {
     bool hasParents = false;
 };
 
-/// The elements of a section as they stand in the file.
+/// The elements of a section as they are in the file.
 struct CgnsElements {
     std::vector<cgsize_t> data; ///< Nodes from 1; in a mixed section each element's type before its nodes.
     /// Where in the data each element begins, and the last one ends; only where elements differ in size.
@@ -56,7 +56,7 @@ struct CgnsSolution {
     int number = 0; ///< From 1.
     std::string name;
     CGNS_ENUMT(GridLocation_t) location{};
-    bool isPartial = false; ///< On some vertices or cells alone.
+    bool isPartial = false; ///< On some vertices or cells only.
     std::vector<std::string> fields;
 };
 
@@ -78,7 +78,7 @@ public:
     CgnsFile& operator=(const CgnsFile&) = delete;
 
     const std::string& path() const { return filePath_; }
-    /// Of the library that wrote the file.
+    /// The version of the library that wrote the file.
     float version() const;
     std::vector<CgnsBase> bases() const;
 
@@ -93,14 +93,14 @@ public:
     /// One value for each vertex, or for each cell, as the solution is located.
     std::vector<double> field(const CgnsZone& zone, const CgnsSolution& solution,
                               const std::string& name) const;
-    /// For each step the names of the zone's solutions; empty if the file does not tell.
+    /// For each step the names of the zone's solutions; empty if the file does not give them.
     std::vector<std::vector<std::string>> solutionsOfSteps(const CgnsZone& zone) const;
 
     CgnsNode root() const;
     std::vector<CgnsNode> children(const CgnsNode& node) const;
 
 private:
-    // Closes the file, also where the constructor fails.
+    // Closes the file, even if the constructor fails.
     struct Handle {
         ~Handle();
         int id = -1;

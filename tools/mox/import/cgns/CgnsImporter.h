@@ -11,7 +11,7 @@
 
 namespace MoxTool {
 
-/// Carries a CGNS file into a model: a group for each base and each zone, with its shapes and results.
+/// Converts a CGNS file into a model: a group for each base and each zone, with its shapes and results.
 class CgnsImporter {
 public:
     /// Both must outlive the importer.

@@ -10,8 +10,8 @@
 
 namespace MoxTool {
 
-/// Carries the results of CGNS zones on vertices and cell centres into a model, with one dataset of one step
-/// in memory at a time.
+/// Adds the results of CGNS zones on vertices and cell centres to a model, with one dataset of one step in
+/// memory at a time.
 class CgnsResultImporter {
 public:
     /// Both must outlive the importer.
@@ -22,18 +22,18 @@ public:
     /// @throws Failure if the file is damaged; std::length_error for a result that is too large; what the
     ///         model throws.
     void addZone(const CgnsBase& base, const CgnsZone& zone, std::vector<CgnsPart> parts);
-    /// Adds the steps of all zones that were added since the last call, one by one: so they stand in their
-    /// order also where the first zone does not have the first step.
+    /// Adds the steps of all zones added since the last call, one by one, so that they come in order even if
+    /// the first zone does not have the first step.
     /// @throws As addZone().
     void addSteps(const CgnsBase& base);
 
-    /// Notes in the summary what was not taken of all zones.
+    /// Notes in the summary what was skipped in all zones.
     void listSkipped();
 
 private:
     using Solutions = std::vector<const CgnsSolution*>;
 
-    // A zone with what there is to add to it.
+    // A zone and what is to be added to it.
     struct Zone {
         const CgnsZone& source;
         std::vector<CgnsPart> parts;

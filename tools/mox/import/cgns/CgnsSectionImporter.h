@@ -10,7 +10,7 @@
 
 namespace MoxTool {
 
-/// Carries the elements of CGNS zones into a model: a shape for each section and element type, or one for the
+/// Adds the elements of CGNS zones to a model: a shape for each section and element type, or one for the
 /// cells of a structured zone.
 class CgnsSectionImporter {
 public:
@@ -18,10 +18,10 @@ public:
     CgnsSectionImporter(const CgnsFile& input, ImportTarget& output) : file_(input), target_(output) {}
 
     /// @param group The zone's node in the model.
-    /// @throws Failure if the file is damaged; what the model throws.
+    /// @throws Failure if the file is damaged; anything that the model throws.
     std::vector<CgnsPart> addZone(const CgnsBase& base, const CgnsZone& zone, unsigned int group);
 
-    /// Notes in the summary what was not taken of all zones.
+    /// Notes in the summary what was skipped in all zones.
     void listSkipped();
 
 private:

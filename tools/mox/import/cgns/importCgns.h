@@ -11,8 +11,8 @@ class Terminal;
 ///
 /// @param terminal Shows the progress.
 /// @return what was taken and what was not.
-/// @throws Failure if the input can't be read or taken, or the output can't be written. The output's name is
-///         then as it was before.
+/// @throws Failure if the input can't be read or taken, or the output can't be written. Whatever has the
+///                 output's name is then unchanged.
 ConversionSummary importCgns(const ImportRequest& request, Terminal& terminal);
 
 } // namespace MoxTool

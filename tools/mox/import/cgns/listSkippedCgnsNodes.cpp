@@ -11,12 +11,12 @@ namespace MoxTool {
 
 namespace {
 
-// What is read elsewhere, if it can be taken at all.
+// These are read elsewhere, if they can be taken at all.
 const std::set<std::string> Known = {
     "CGNSBase_t",          "Zone_t",         "ZoneType_t",          "ZoneBC_t",
     "Elements_t",          "FlowSolution_t", "BaseIterativeData_t", "ZoneIterativeData_t",
     "CGNSLibraryVersion_t"};
-// Nodes whose children are looked at as well.
+// Nodes whose children are visited as well.
 const std::set<std::string> Inner = {"CGNSBase_t", "Zone_t", "ZoneBC_t"};
 
 const std::map<std::string, std::string> Kinds = {
@@ -43,7 +43,7 @@ class Collector {
 public:
     explicit Collector(const CgnsFile& input) : file_(input) {}
 
-    // With a stack of its own, since a file can nest nodes deeper than calls can.
+    // Uses a stack of its own, since a file can nest nodes deeper than calls can.
     void collect() {
         waiting_.push_back(file_.root());
         while (!waiting_.empty()) {

@@ -11,7 +11,7 @@ namespace MoxTool {
 /// What the results of an Exodus file are attached to in a model.
 struct ExodusMesh {
     std::vector<ExodusPart> parts;
-    Qel::Mox2::Array1d<unsigned int> geometries; ///< Of all parts.
+    Qel::Mox2::Array1d<unsigned int> geometries; ///< The geometries of all parts.
 };
 
 } // namespace MoxTool

@@ -22,7 +22,7 @@ bool hasResults(const ExodusFile& file) {
     return !file.variableNames(EX_NODAL).empty() || !file.variableNames(EX_ELEM_BLOCK).empty();
 }
 
-// A model knows steps by its results alone.
+// A model knows steps only by their results.
 void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times) {
     for (std::size_t i = 0; i < times.size(); ++i) {
         attributes.set(AttributeNames::numbered(AttributeNames::TimeOfStep, i + 1),

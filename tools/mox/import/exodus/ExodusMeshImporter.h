@@ -11,7 +11,7 @@
 
 namespace MoxTool {
 
-/// Carries the mesh of an Exodus file into a model: a root group, one shape for each element block, nodes and
+/// Adds the mesh of an Exodus file to a model: a root group, one shape for each element block, nodes and
 /// elements.
 class ExodusMeshImporter {
 public:
@@ -19,7 +19,8 @@ public:
     ExodusMeshImporter(const ExodusFile& input, ImportTarget& output) : file_(input), target_(output) {}
 
     /// To be called once.
-    /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.
+    /// @throws Failure if the file is damaged or has more than a model can hold; anything that the model
+    ///                 throws.
     ExodusMesh run();
 
 private:

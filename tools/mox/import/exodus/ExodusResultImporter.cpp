@@ -57,7 +57,7 @@ void ExodusResultImporter::planBatches() {
     listUnused(truthTable);
 }
 
-// Names without numbers.
+// Lists names without numbers.
 void ExodusResultImporter::listUnused(const std::vector<int>& truthTable) {
     std::vector<std::string> unused;
     for (std::size_t variable = 0; variable < elementVariables_.size(); ++variable) {

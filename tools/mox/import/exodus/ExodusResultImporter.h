@@ -12,20 +12,20 @@
 
 namespace MoxTool {
 
-/// Carries the results on nodes and elements into a model, step by step, with one result of one step in
-/// memory at a time.
+/// Adds the results on nodes and elements to a model, step by step, with one result of one step in memory at
+/// a time.
 class ExodusResultImporter {
 public:
     /// All arguments must outlive the importer.
     ExodusResultImporter(const ExodusFile& input, const ExodusMesh& shapes, ImportTarget& output);
 
     /// To be called once.
-    /// @throws Failure if the file is damaged; std::length_error for a result that is too large; what the
-    ///         model throws.
+    /// @throws Failure if the file is damaged; std::length_error for a result that is too large; anything
+    ///                 that the model throws.
     void run();
 
 private:
-    // Results of the same rows on the same geometries.
+    // Results with the same rows on the same geometries.
     struct Batch {
         ex_entity_type type;
         std::int64_t entity; // the id of the block

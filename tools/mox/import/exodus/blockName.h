@@ -7,7 +7,7 @@
 
 namespace MoxTool {
 
-/// What to call a block: its name, or such as "Block 76".
+/// What to call a block: its name, or a text such as "Block 76".
 inline std::string blockName(const ExodusBlock& block) {
     return nameOrId(block.name, "Block", block.id);
 }

@@ -74,7 +74,7 @@ void listEntities(const ExodusFile& file, ConversionSummary& summary) {
     }
 }
 
-// Those that became attributes of the steps are taken.
+// Leaves out those that became attributes of the steps.
 void listGlobalVariables(const ExodusFile& file, ConversionSummary& summary) {
     const auto names = file.variableNames(EX_GLOBAL);
     const auto mode = findModeVariables(names);
@@ -118,7 +118,8 @@ void listCoordinateNames(const ExodusFile& file, ConversionSummary& summary) {
 
 // Names in a netCDF file.
 struct Patterns {
-    // Read through the Exodus library, told of by the functions above, or mere bookkeeping.
+    // Variables that are read through the Exodus library, reported by the functions above, or mere
+    // bookkeeping.
     const std::regex knownVariables{
         "time_whole|qa_records|info_records|coord[xyz]?|coor_names|connect[0-9]+|ebepecnt[0-9]+|"
         "(eb|ed|fa|ns|ss|es|fs|els|econn|fconn)_(status|names|prop1)|(em|nm|edm|fam)_prop1|"
@@ -136,7 +137,7 @@ struct Patterns {
                                          "maximum_name_length|int64_status|title|last_written_time|type"};
 };
 
-// What the Exodus library has no functions for, told by the names of netCDF variables and attributes.
+// Finds what the Exodus library has no functions for, by the names of netCDF variables and attributes.
 class SkippedNetcdfContent {
 public:
     explicit SkippedNetcdfContent(const ExodusFile& input) : file_(input), netcdf_(input.handle()) {}

@@ -5,8 +5,9 @@
 
 namespace MoxTool {
 
-/// Notes in the summary all that an Exodus file has and a model can't take: sets, maps, edge and face blocks,
-/// element attributes, global and set variables, assemblies, records, and whatever else stands in the file.
+/// Notes in the summary everything in an Exodus file that a model can't take: sets, maps, edge and face
+/// blocks, element attributes, global and set variables, assemblies, records, and whatever else the file
+/// holds.
 ///
 /// @throws Failure if the file is damaged.
 void listSkippedExodusContent(const ExodusFile& file, ConversionSummary& summary);

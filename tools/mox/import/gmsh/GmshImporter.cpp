@@ -25,7 +25,7 @@ namespace {
 // By dimension.
 constexpr const char* EntityKinds[] = {"Point", "Curve", "Surface", "Volume"};
 
-// Sections that are read, or that hold nothing but bookkeeping.
+// Sections that are read, or that hold only bookkeeping.
 const std::set<std::string> KnownSections = {
     "MeshFormat",      "Comments",        "Entities",           "PhysicalNames",
     "Nodes",           "Elements",        "NodeData",           "ElementData",
@@ -33,7 +33,7 @@ const std::set<std::string> KnownSections = {
 
 constexpr std::size_t LongestAttribute = 255;
 
-// A list of numbers, or how many they are if the list is too long for an attribute.
+// A list of numbers, or their count if the list is too long for an attribute.
 std::string listText(const std::vector<int>& numbers) {
     const auto text = fmt::format("{}", fmt::join(numbers, ", "));
     return text.size() <= LongestAttribute ? text : fmt::format("{} in all", numbers.size());

@@ -15,17 +15,18 @@
 
 namespace MoxTool {
 
-/// Carries a Gmsh model into a model: a root group, and a shape for each set of entities that belong to the
-/// same physical groups (or for an entity that is in none) and for each type of elements.
+/// Converts a Gmsh model into a model: a root group, and a shape for each type of elements of each set of
+/// entities that belong to the same physical groups (or of each entity that is in none).
 class GmshImporter {
 public:
-    /// @param filePath Of the Gmsh file.
+    /// @param filePath The path of the Gmsh file.
     /// @param input, output Must outlive the importer.
     GmshImporter(std::string filePath, const GmshModel& input, ImportTarget& output)
         : path_(std::move(filePath)), source_(input), target_(output) {}
 
     /// To be called once.
-    /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.
+    /// @throws Failure if the file is damaged or has more than a model can hold; anything that the model
+    ///                 throws.
     void run();
 
 private:

@@ -19,7 +19,7 @@ struct GmshEntity {
     int dimension = 0;
     int tag = 0;
     std::string name;              ///< Empty if the file gives none.
-    std::vector<int> physicalTags; ///< Of the physical groups that it belongs to.
+    std::vector<int> physicalTags; ///< The tags of the physical groups that it belongs to.
 };
 
 /// The elements of one type of an entity.
@@ -43,15 +43,16 @@ struct GmshViewStep {
     std::string kind; ///< "NodeData", "ElementData" or "ElementNodeData".
     double time = 0;
     std::size_t components = 0;
-    std::vector<std::size_t> tags; ///< Of nodes or elements.
-    std::vector<double> values;    ///< All components of the first tag, then of the next; none if it differs.
+    std::vector<std::size_t> tags; ///< The tags of nodes or elements.
+    /// All components of the first tag, then of the next; none if their number differs.
+    std::vector<double> values;
 };
 
 /// A mesh file that the Gmsh library has read, in terms of vectors and strings.
 ///
-/// The library and its dozens of companions take a tenth of a second to load, so they stay out of the
-/// program: the one class behind this interface is in a module that loadGmshModel() loads where a Gmsh file
-/// is met.
+/// The library and its dozens of dependencies take a tenth of a second to load, so they stay out of the
+/// program: the only class that implements this interface is in a module, which loadGmshModel() loads when it
+/// is needed.
 ///
 /// All functions throw Failure if the library fails.
 class GmshModel {
@@ -61,9 +62,9 @@ public:
     GmshModel& operator=(const GmshModel&) = delete;
     virtual ~GmshModel() = default;
 
-    /// Of the file's format, such as "4.1".
+    /// The version of the file's format, such as "4.1".
     virtual std::string version() const = 0;
-    /// The names of all sections of the file, such as "Nodes", in their order.
+    /// The names of all sections of the file, such as "Nodes", in order.
     virtual std::vector<std::string> sections() const = 0;
     /// How many nodes the file has; Gmsh may drop those that belong to no element. 0 if that is not known.
     virtual std::uint64_t nodesInFile() const = 0;
@@ -78,9 +79,8 @@ public:
     virtual std::optional<GmshViewStep> viewStep(const GmshView& view, int step) const = 0;
 };
 
-/// The one function of the module: reads a file. The caller owns the model, of which there can be one at a
-/// time.
-/// @throws Failure if it is no Gmsh file, or if it is damaged or cut off.
+/// The only function of the module: reads a file. The caller owns the model; there can be only one at a time.
+/// @throws Failure if it is not a Gmsh file, or if it is damaged or cut off.
 using OpenGmshModel = GmshModel*(const char* path);
 /// The function's name.
 constexpr const char* OpenGmshModelName = "moxOpenGmshModel";

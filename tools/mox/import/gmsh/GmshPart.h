@@ -6,7 +6,7 @@
 
 namespace MoxTool {
 
-/// A shape of a model that was made of elements of a Gmsh file.
+/// A shape of a model, made from elements of a Gmsh file.
 struct GmshPart {
     unsigned int geometry; ///< Its node in the model.
     std::size_t elementCount;

@@ -14,11 +14,10 @@
 
 namespace MoxTool {
 
-/// Carries the views of a Gmsh model on nodes and elements into a model, step by step.
+/// Adds the views of a Gmsh model on nodes and elements to a model, step by step.
 ///
-/// A view of three components counts as variables with _x, _y, _z behind its name, one of nine with _xx to
-/// _zz (but for the lower three, if they equal the upper ones), and one of another number with _1, _2 and so
-/// on.
+/// A view of three components counts as variables with _x, _y, _z after its name, one of nine with _xx to _zz
+/// (without the lower three if they equal the upper ones), and one of any other number with _1, _2 and so on.
 class GmshResultImporter {
 public:
     /// @param parts All shapes. All arguments must outlive the importer.
@@ -26,7 +25,7 @@ public:
                        const std::vector<GmshPart>& parts, ImportTarget& target);
 
     /// To be called once.
-    /// @throws Failure if Gmsh fails; what the model throws.
+    /// @throws Failure if Gmsh fails; anything that the model throws.
     void run();
 
 private:
@@ -41,7 +40,7 @@ private:
         std::vector<Variable> all; // one for each name
     };
 
-    // The place of a step in its views, and its time.
+    // The place of a step in its views and its time.
     using StepKey = std::pair<int, double>;
 
     std::map<StepKey, std::vector<const GmshView*>> findSteps();
@@ -49,7 +48,7 @@ private:
     static void addVariables(const std::string& name, const GmshViewStep& data, Variables& variables);
     void addOnNodes(const ResultDataset& result, const Variables& variables, const Qel::Mox2::Step& step);
     void addOnElements(const ResultDataset& result, const Variables& variables, const Qel::Mox2::Step& step);
-    // The values at the places that an index finds, not-a-number elsewhere; and how many were found.
+    // The values at the places that an index finds and not-a-number elsewhere, and how many were found.
     static std::pair<std::vector<double>, std::size_t> column(const Variable& variable, const TagIndex& index,
                                                               std::size_t count);
     void noteGaps(const ResultDataset& result);

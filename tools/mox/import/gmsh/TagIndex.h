@@ -10,7 +10,7 @@ namespace MoxTool {
 /// Finds the place of a tag in a list of tags.
 class TagIndex {
 public:
-    /// @param tags In any order. Of equal ones the first is found.
+    /// @param tags In any order. If several are equal, the first is found.
     explicit TagIndex(const std::vector<std::size_t>& tags);
 
     std::optional<std::size_t> find(std::size_t tag) const;

@@ -40,7 +40,7 @@ boost::dll::shared_library loadModule(const std::string& path) {
 } // namespace
 
 std::unique_ptr<GmshModel> loadGmshModel(const std::string& path) {
-    // Kept to the end of the process, since the library can't be loaded a second time.
+    // Kept until the process ends, since the library can't be loaded a second time.
     static const auto module = loadModule(path);
     return std::unique_ptr<GmshModel>(module.get<OpenGmshModel>(OpenGmshModelName)(path.c_str()));
 }

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t Six = 6;
 
-// Columns of a quantity by the letters behind its base.
+// Columns of a quantity by the letters after its base.
 const std::map<std::string, std::size_t> TensorColumns = {{"xx", 0}, {"yy", 1}, {"zz", 2}, {"xy", 3},
                                                           {"yz", 4}, {"zx", 5}, {"xz", 5}};
 const std::map<std::string, std::size_t> VectorColumns = {{"x", 0}, {"y", 1}, {"z", 2}};
@@ -38,7 +38,7 @@ struct Part {
 
 using Columns = std::map<std::size_t, std::size_t>; // from a column to a variable
 
-// The end of a name that is an underscore and a number, perhaps empty.
+// The underscore and the number that end a name; empty if it has none.
 std::string_view numberBehind(std::string_view name) {
     constexpr std::string_view Digits = "0123456789";
     const auto end = name.find_last_not_of(Digits);
@@ -53,7 +53,7 @@ bool areOfOneCase(std::string_view letters) {
            std::none_of(letters.begin(), letters.end(), isLower);
 }
 
-// The name is cut at its ends alone: a pattern would go through it letter by letter and, in some libraries,
+// The name is cut only at its ends: a pattern would go through it letter by letter and, in some libraries,
 // call by call, and names from files can be of any length.
 std::optional<Part> parseAs(bool isTensor, std::string_view name, std::string_view number) {
     const auto& columns = isTensor ? TensorColumns : VectorColumns;

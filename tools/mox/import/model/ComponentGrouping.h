@@ -6,7 +6,7 @@
 
 namespace MoxTool {
 
-/// What the variables of a group are to each other.
+/// How the variables of a group relate to each other.
 enum class GroupKind {
     Single,     ///< One variable.
     Vector,     ///< x, y, z; or x, y of a two-dimensional model.
@@ -14,7 +14,7 @@ enum class GroupKind {
     VectorPair, ///< x, y, z of a displacement, then x, y, z of a rotation.
 };
 
-/// One dataset to be made of one variable, or of several that are the components of one quantity.
+/// One dataset to be made from one variable, or from several that are the components of one quantity.
 struct VariableGroup {
     std::string name;
     GroupKind kind;
@@ -29,15 +29,15 @@ struct VariableGroup {
 /// are one quantity, named by the base and the number: "stress", "Disp", "stress_3".
 /// - The letters xx, yy, zz, xy, yz, zx (or xz for zx) make six values, if all are there.
 /// - The letters x, y, z make a vector, if all are there, or if x and y are there in a two-dimensional model.
-/// - Letters are of either case, two of them of one: "VelocityY" is the y of "Velocity".
+/// - Letters are of either case, but two letters are of the same case: "VelocityY" is the y of "Velocity".
 /// - The base must be the same to the letter and not be empty.
 /// - A name that ends in two component letters is never a part of a vector.
-/// - What is no part of a complete quantity stays as it is. Of two names for one component the first is
-/// taken.
+/// - What is not part of a complete quantity stays as it is. Of two names for one component the first is
+/// used.
 class ComponentGrouping {
 public:
     /// @param names     Variables of one kind, in the file's order.
-    /// @param dimension Of the model, from 1 to 3.
+    /// @param dimension The dimension of the model, from 1 to 3.
     /// @return every variable in exactly one group, in the order of the groups' first variables in the file.
     ///         Names of groups are not made unique.
     static std::vector<VariableGroup> group(const std::vector<std::string>& names, int dimension);
@@ -48,7 +48,7 @@ bool isDisplacement(const VariableGroup& group);
 
 /// Appends the columns of the only rotation (a vector named rot, rotation or rotations, in any case) to the
 /// only displacement, which becomes a VectorPair, and drops the rotation's own group. Changes nothing unless
-/// both are there once with three variables each.
+/// there is exactly one of each, with three variables each.
 std::vector<VariableGroup> joinRotation(std::vector<VariableGroup> groups);
 
 } // namespace MoxTool

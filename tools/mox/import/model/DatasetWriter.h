@@ -10,7 +10,7 @@
 
 namespace MoxTool {
 
-/// Adds datasets to a model and counts them; refuses what the file format would cut off in silence.
+/// Adds datasets to a model and counts them; refuses what the file format would silently cut off.
 class DatasetWriter {
 public:
     using Ids = Qel::Mox2::Array1d<unsigned int>;

@@ -12,7 +12,7 @@ struct ElementTable {
     std::vector<unsigned int> connectivity; ///< Places of nodes, from 0, element by element.
     std::vector<unsigned int> polylength;   ///< The number of nodes of each element.
     std::vector<unsigned int> ids;          ///< One for each element.
-    Qel::Mox2::Attributes attributes;       ///< Kept at the connectivity.
+    Qel::Mox2::Attributes attributes;       ///< Stored with the connectivity.
 };
 
 } // namespace MoxTool

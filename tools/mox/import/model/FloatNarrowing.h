@@ -6,13 +6,13 @@
 
 namespace MoxTool {
 
-/// Cuts double numbers to float, as the files of the model hold them, and keeps account of what that costs.
+/// Narrows doubles to float, as the model's files hold them, and keeps account of the loss.
 class FloatNarrowing {
 public:
     /// The nearest float; infinite for numbers beyond its range.
     float narrow(double value);
 
-    /// What was lost, one sentence for each kind of loss; empty if every number came through whole.
+    /// What was lost, one sentence for each kind of loss; empty if every number was preserved.
     std::vector<std::string> report() const;
 
 private:

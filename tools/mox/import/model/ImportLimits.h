@@ -13,17 +13,17 @@
 
 namespace MoxTool {
 
-/// Refuses what a file of another format can have and a model can't hold.
+/// Refuses what a file of another format can have but a model can't hold.
 class ImportLimits {
 public:
-    /// @param inputPath Of the file that is imported, for messages.
+    /// @param inputPath The path of the file that is imported, for messages.
     explicit ImportLimits(std::string inputPath) : path_(std::move(inputPath)) {}
 
     /// @throws Failure if there are more nodes than a model can have.
     void checkNodeCount(std::uint64_t count) const;
 
     /// Ids of nodes or elements as a model keeps them.
-    /// @throws Failure for an id that does not fit into 32 bits without sign.
+    /// @throws Failure for an id that does not fit into 32 bits unsigned.
     template <typename Ids>
     std::vector<unsigned int> narrowIds(const Ids& ids) const {
         constexpr auto Most = std::numeric_limits<unsigned int>::max();

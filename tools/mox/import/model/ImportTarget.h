@@ -15,11 +15,11 @@ namespace MoxTool {
 
 class Terminal;
 
-/// Where an importer puts what it reads: a model, the means to write it, and the account of what was taken
-/// and what not.
+/// Where an importer puts what it reads: a model, the means to write it, and the summary of what was taken
+/// and what was not.
 struct ImportTarget {
-    /// @param inputPath Of the file that is imported, as the person named it.
-    /// @param output    Open and without a node. All others must outlive the target.
+    /// @param inputPath The path of the file that is imported, as the user named it.
+    /// @param output    Open and without nodes. All others must outlive the target.
     ImportTarget(std::string inputPath, Qel::Mox2::Model& output, Terminal& messages,
                  ConversionSummary& results)
         : limits(std::move(inputPath)),

@@ -7,7 +7,7 @@
 
 namespace MoxTool {
 
-/// Places, among the global variables of a file, of those that tell which mode of vibration a step is.
+/// Places, among the global variables of a file, of those that say which mode of vibration a step is.
 struct ModeVariables {
     std::size_t number;
     std::size_t frequency;

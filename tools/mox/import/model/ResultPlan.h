@@ -9,18 +9,18 @@
 
 namespace MoxTool {
 
-/// Decides which results a geometry gets: groups components as ComponentGrouping does, chooses types and
+/// Decides which results a geometry gets: groups components as ComponentGrouping does, and chooses types and
 /// names.
 ///
 /// A displacement is named "Displacement", since a file marks displacements by that name alone, and takes a
-/// rotation as its second three columns. Everything else keeps the name that the file gives. Where two want
-/// one name, a single variable goes before a group and the earlier before the later; the other gets " (2)"
-/// behind its name. So does one that has the name of a dataset of the mesh.
+/// rotation as its second three columns. Everything else keeps the name that the file gives. If two results
+/// want the same name, a single variable takes precedence over a group, and the earlier over the later; the
+/// other gets " (2)" after its name. So does a result that has the name of a dataset of the mesh.
 ///
 /// Datasets of nodes and of elements share the names of their geometry, so one plan makes both, nodes first.
 class ResultPlan {
 public:
-    /// @param dimension Of the model, from 1 to 3.
+    /// @param dimension The dimension of the model, from 1 to 3.
     explicit ResultPlan(int modelDimension) : dimension_(modelDimension) {}
 
     /// @param variables Names in the file's order; ResultDataset::variables are places in this list.

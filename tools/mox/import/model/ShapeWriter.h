@@ -19,12 +19,12 @@ public:
         : model_(target), summary_(results), writer_(target, results) {}
 
     /// @param parent The node of the group that gets the shape.
-    /// @param place  Of the shape in its file, from 0: chooses its colour.
+    /// @param place  The place of the shape in its file, from 0: chooses its colour.
     /// @return the node of the shape's geometry.
-    /// @throws what the model throws.
+    /// @throws anything that the model throws.
     unsigned int addShape(unsigned int parent, const std::string& name, std::size_t place);
 
-    /// @throws std::length_error for more than a dataset can hold; what the model throws.
+    /// @throws std::length_error for more than a dataset can hold; anything that the model throws.
     void addElements(unsigned int geometry, const ElementTable& elements);
 
 private:

@@ -11,7 +11,7 @@ namespace {
 constexpr double Paleness = 0.35; // the darkest of the three components
 constexpr double Brightness = 0.9;
 
-// How much of a primary colour a hue has: 1 within a sixth of the circle around it, 0 beyond two sixths.
+// How much of a primary colour a hue has: 1 within a sixth of the circle from it, 0 beyond two sixths.
 double share(double hue, double primary) {
     const double distance = std::abs(hue - primary);
     const double sixths = 6 * std::min(distance, 1 - distance);

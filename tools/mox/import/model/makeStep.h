@@ -15,8 +15,8 @@ struct Mode {
 
 /// A step of the model: the name "Step 1", "Step 2" and so on, since times can repeat, and these attributes:
 /// - "Time", a float, and "Time (exact)", the shortest text that gives the same double;
-/// - for a mode moreover "Category" with the text "Vibration", "Mode", an integer, "Frequency", a float, and
-///   "Frequency (exact)".
+/// - for a mode also "Category" with the text "Vibration", "Mode", an integer, "Frequency", a float, and
+/// "Frequency (exact)".
 /// @param index From 0.
 Qel::Mox2::Step makeStep(std::size_t index, double time, const std::optional<Mode>& mode);
 

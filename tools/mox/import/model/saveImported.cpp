@@ -33,7 +33,7 @@ void refuseToReplaceInput(const ImportRequest& request) {
 }
 
 // A model that can't be closed must not be destroyed either, since its destructor would end the program; it
-// is then left to the end of the process.
+// is then kept until the process ends.
 void closeOrAbandon(std::unique_ptr<Qel::Mox2::Model>& model) noexcept {
     try {
         model->close();
@@ -63,7 +63,7 @@ void save(const std::string& path, const std::string& input, const ModelFiller& 
     }
 }
 
-// Only the first finding is told: a file that is just made should have none.
+// Only the first finding is reported: a new file should have none.
 void refuseErrors(const std::string& path, const std::string& output, Terminal& terminal) {
     FindingList findings(1);
     checkFile(openSource(path), findings, [&](double part) { terminal.progress("checking", part); });

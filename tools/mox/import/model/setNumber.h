@@ -8,7 +8,7 @@
 
 namespace MoxTool {
 
-/// Sets an integer. Attributes can hold 32 bits with sign; a larger number becomes a text.
+/// Sets an integer. Attributes can hold 32 bits signed; a larger number becomes a text.
 inline void setNumber(Qel::Mox2::Attributes& attributes, const std::string& key, std::int64_t value) {
     if (value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max()) {
         attributes.set(key, static_cast<int>(value));

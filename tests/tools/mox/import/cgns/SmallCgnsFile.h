@@ -72,12 +72,12 @@ public:
     void solution(const std::string& name, CGNS_ENUMT(GridLocation_t) location) {
         require(cg_sol_write(file, base, zone, name.c_str(), location, &solutionNumber));
     }
-    /// On these vertices alone.
+    /// A solution on these vertices only.
     void partialSolution(const std::string& name, const std::vector<cgsize_t>& vertices) {
         require(cg_sol_ptset_write(file, base, zone, name.c_str(), CGNS_ENUMV(Vertex), CGNS_ENUMV(PointList),
                                    static_cast<cgsize_t>(vertices.size()), vertices.data(), &solutionNumber));
     }
-    /// Of the solution added last.
+    /// A field of the solution added last.
     void field(const std::string& name, const std::vector<double>& values) {
         int number = 0;
         require(cg_field_write(file, base, zone, solutionNumber, CGNS_ENUMV(RealDouble), name.c_str(),

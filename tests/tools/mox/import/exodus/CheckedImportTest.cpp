@@ -1,4 +1,4 @@
-// What the saving library can't save whole ends an import.
+// An import fails if the saving library can't save its model whole.
 
 #include "../../exodus/SmallExodusFile.h"
 #include "../ImportRun.h"
@@ -42,7 +42,7 @@ protected:
 
 } // namespace
 
-// If each dataset fills a block, those behind the twentieth block are written over each other.
+// If each dataset fills a block, those after the twentieth block overwrite each other.
 TEST_F(CheckedImport, DamageBySmallBlocksIsFoundByTheCheck) {
     const Support::EnvironmentGuard variable("MOXWRITER_DEFAULT_BLOCK_SIZE", "4000");
     expectRefused({"--check"}, "not written, since the check of it failed: error ");

@@ -1,5 +1,5 @@
-// Imports every Exodus file at hand, reads the result back, and compares it number for number with what the
-// Exodus library itself gives.
+// Imports every available Exodus file, reads the result back, and compares it number for number with what the
+// Exodus library itself returns.
 
 #include "../ImportRun.h"
 #include "../ReadBack.h"
@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 const std::string DataFolder = MOXWRITER_DATA_DIR;
 
-// One empty path if there are none, so that the tests can say so.
+// One empty path if there are none, so that the tests can report it.
 std::vector<std::string> exodusFiles() {
     const std::set<std::string> extensions = {".e", ".g", ".exo", ".ex2"};
     std::vector<std::string> paths;
@@ -196,7 +196,7 @@ protected:
         ASSERT_EQ(geometries.size(), blocks.size());
     }
 
-    // Compares the results of one kind on one geometry; gives the variables that were found in each step.
+    // Compares the results of one kind on one geometry; returns the variables that were found in each step.
     void compareResults(const MoxReader::Node& geometry, ex_entity_type type, std::int64_t entity,
                         std::int64_t rows, const std::set<std::uint32_t>& variableTypes,
                         std::multiset<std::string>& found) {
@@ -382,7 +382,7 @@ INSTANTIATE_TEST_SUITE_P(Files, ImportRoundTrip, testing::ValuesIn(exodusFiles()
 
 namespace {
 
-// One real file, imported; skips the test if it is not at hand.
+// One real file, imported; skips the test if it is not available.
 class ImportedFile : public testing::Test {
 protected:
     void import(const std::string& name) {

@@ -1,4 +1,4 @@
-// What real files at hand don't have: planes, polygons, empty blocks, large ids, colliding names.
+// What the available real files don't have: planes, polygons, empty blocks, large ids, colliding names.
 
 #include "../../exodus/SmallExodusFile.h"
 #include "../ImportRun.h"

@@ -26,8 +26,8 @@ std::string replaced(std::string text, const std::string& old, const std::string
     return text.replace(place, old.size(), with);
 }
 
-// A square of two triangles and a quadrilateral, with a line and a point, in physical groups but for the
-// point; results on nodes and on elements.
+// A square of two triangles and a quadrilateral, with a line and a point, all except the point in physical
+// groups; results on nodes and on elements.
 const std::string Plate = R"($MeshFormat
 2.2 0 8
 $EndMeshFormat
@@ -117,7 +117,7 @@ class ImportGmsh : public ImportedModel {
 protected:
     std::string write(const std::string& content) const { return folder.write("model.msh", content); }
 
-    // Has the library write the mesh of a file in another form.
+    // Makes the library write the mesh of a file in another form.
     std::string converted(const std::string& path, double version, bool binary) const {
         gmsh::initialize(0, nullptr, false);
         gmsh::option::setNumber("General.Terminal", 0);

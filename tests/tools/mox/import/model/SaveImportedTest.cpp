@@ -18,8 +18,8 @@ using Files = std::vector<std::string>;
 
 class SaveImported : public testing::Test {
 protected:
-    // A shape with numbers. The model is closed early, so that the saved file can be damaged before anyone
-    // looks at it.
+    // A shape with numbers. The model is closed early, so that the saved file can be damaged before it is
+    // read.
     void fill(Qel::Mox2::Model& model) const {
         model.addNode(Qel::Mox2::RootGroup, "model");
         const auto shape = model.addNode(Qel::Mox2::Shape, "Shape");
@@ -42,7 +42,7 @@ protected:
         file.put(changed);
     }
 
-    // What the import of a file of a damaged output ends with; empty if it comes to a good end.
+    // The message with which an import fails whose output was damaged; empty if it succeeds.
     std::string saveDamaged(bool check) {
         try {
             saveImported({"model.e", folder.path("out.mox"), false, check}, messages.terminal(),

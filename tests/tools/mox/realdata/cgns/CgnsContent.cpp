@@ -68,7 +68,7 @@ private:
         }
     }
 
-    // The number of an array below the node that was gone to; 0 if there is none.
+    // The number of an array below the current node; 0 if there is none.
     static int arrayHere(const std::string& wanted) {
         int count = 0;
         require(cg_narrays(&count));
@@ -138,7 +138,7 @@ private:
         content.zones.push_back(count);
     }
 
-    // Of a structured zone of three dimensions: the bottom of each cell against the clock, then its top.
+    // For a structured zone of three dimensions: the bottom of each cell anticlockwise, then its top.
     void addCells() {
         const auto width = sizes[0];
         const auto layer = sizes[0] * sizes[1];
@@ -237,7 +237,7 @@ private:
         }
     }
 
-    // Each solution belongs to the steps that point at it; one that none points at, to all.
+    // Each solution belongs to the steps that refer to it, or to all steps if none does.
     void readSolutions() {
         const auto pointed = pointedSolutions();
         int solutions = 0;

@@ -4,5 +4,5 @@
 
 #include <string>
 
-/// A CGNS file of one base as its library reads it; its steps are called as a model calls them.
+/// A CGNS file of one base as its library reads it; its steps have the names that a model gives them.
 ModelContent readCgns(const std::string& path);

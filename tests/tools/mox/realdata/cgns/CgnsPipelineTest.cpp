@@ -27,7 +27,7 @@ std::vector<cgsize_t> range(cgsize_t first, std::size_t count) {
     return nodes;
 }
 
-// Faces that are no cells, then a solid of each kind of higher order, then a mixture.
+// Faces that are not cells, then a solid of each kind of higher order, then a mixture.
 void writeSolids(SmallCgnsFile& file) {
     file.addZone("Solids", 85, 8);
     writeVertices(file, 85);
@@ -58,8 +58,8 @@ void writeStep(SmallCgnsFile& file, const std::string& step, double first) {
     }
 }
 
-// A structured zone of two cells, with results in the second step alone and two without a step, one of which
-// is called as what a model has by itself. The library puts it before the other zone.
+// A structured zone of two cells, with results in the second step only and two without a step, one of which
+// has a name that a model uses itself. The library puts the zone before the other one.
 void writeBlock(SmallCgnsFile& file) {
     file.addStructuredZone("Block", {3, 2, 2});
     writeVertices(file, 12);
@@ -86,7 +86,7 @@ std::string writeTwoZones(const Support::TemporaryFolder& folder) {
     return folder.path("zones.cgns");
 }
 
-// No CGNS file at hand has results to gather.
+// No available CGNS file has results to combine.
 ModelContent readRealFile(const std::string& path) {
     auto content = readCgns(path);
     if (content.variables.empty()) {

@@ -29,7 +29,7 @@ Gathered gatheredInUnitTest() {
     return gathered;
 }
 
-// What the variables of the files at hand are gathered to.
+// How the variables of the available files are combined.
 const std::map<std::string, Gathered> GatheredByFile = {
     {"8-block.g",
      {{true, "Displacement", {"disp_X", "disp_Y", "disp_Z"}},
@@ -46,7 +46,7 @@ const std::map<std::string, Gathered> GatheredByFile = {
     {"test-assembly.exo", {}},
 };
 
-// A model takes the global variables of mode shapes alone, and of steps without results the times.
+// A model takes only the global variables of mode shapes, and only the times of steps without results.
 ModelContent readOriginal(const std::string& path) {
     auto content = readExodus(path);
     const auto& globals = content.globalNames;
@@ -71,7 +71,7 @@ std::vector<PipelineCase> realFiles() {
     return casesOfData({".e", ".g", ".exo", ".ex2"}, readOriginal);
 }
 
-// A plane of a triangle, a quadrilateral and a line, each of higher order, in which one block alone has a
+// A plane of a triangle, a quadrilateral and a line, each of higher order, in which only one block has a
 // variable.
 std::string writePlane(const Support::TemporaryFolder& folder) {
     SmallExodusFile file(folder.path("plane.e"), {2, 9, 3, 3});

@@ -18,7 +18,7 @@ const std::map<int, int> VtkCells = {
     {11, 24}, {7, 14}, {19, 27}, {6, 13}, {18, 26}, {5, 12}, {17, 25}, {12, 29},
 };
 
-// What the values of a view are called behind its name, and their places among them.
+// The suffixes of the names of a view's values, and the places of the values.
 const std::map<int, std::vector<std::pair<std::string, std::size_t>>> Components = {
     {1, {{"", 0}}},
     {3, {{"_x", 0}, {"_y", 1}, {"_z", 2}}},

@@ -4,6 +4,6 @@
 
 #include <string>
 
-/// A Gmsh file as its library reads it; its steps and blocks are called as a model calls them. Views of 9
-/// values are taken to be symmetric.
+/// A Gmsh file as its library reads it; its steps and blocks have the names that a model gives them. Views of
+/// 9 values are assumed to be symmetric.
 ModelContent readGmsh(const std::string& path);

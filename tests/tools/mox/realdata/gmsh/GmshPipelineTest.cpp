@@ -28,7 +28,7 @@ int nodeCount() {
     return count;
 }
 
-// Falling, with gaps.
+// Tags fall, with gaps.
 int nodeTag(int place) {
     return 3 * (nodeCount() - place);
 }
@@ -99,7 +99,7 @@ std::string writeSolids(const Support::TemporaryFolder& folder) {
     return folder.write("solids.msh", text);
 }
 
-// No Gmsh file at hand has results to gather.
+// No available Gmsh file has results to combine.
 ModelContent readRealFile(const std::string& path) {
     auto content = readGmsh(path);
     if (content.variables.empty()) {

@@ -1,5 +1,5 @@
-// The Gmsh library frees wrongly, and in part never, what it makes for each kind of prism that it meets;
-// sanitizers would take that for ours.
+// The Gmsh library frees some of what it allocates for each kind of prism wrongly, and some never; sanitizers
+// would blame the tests for that.
 extern "C" const char* __asan_default_options();
 extern "C" const char* __lsan_default_suppressions();
 

@@ -68,7 +68,7 @@ GmshLibrary::GmshLibrary(const std::string& filePath) : path_(filePath), mesh_(f
     call([&] { gmsh::merge(path_); });
 }
 
-// The library throws its errors as texts.
+// The library throws its errors as strings.
 template <typename Function>
 void GmshLibrary::call(Function function) const {
     try {

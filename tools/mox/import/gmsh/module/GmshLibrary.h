@@ -8,10 +8,10 @@
 namespace MoxTool {
 
 /// A Gmsh file, read by the Gmsh library. The library has one state for the whole process, so there can be
-/// one object at a time.
+/// only one object at a time.
 class GmshLibrary : public GmshModel {
 public:
-    /// @throws Failure if it is no Gmsh file, or if it is damaged or cut off.
+    /// @throws Failure if it is not a Gmsh file, or if it is damaged or cut off.
     explicit GmshLibrary(const std::string& filePath);
 
     std::string version() const override { return mesh_.version(); }

@@ -55,8 +55,8 @@ void MshCheck::readSections() {
     }
 }
 
-// Version, 0 for words or 1 for bytes, size of a real number; where it is bytes, the number 1 shows their
-// order.
+// The version; 0 for words or 1 for bytes; the size of a real number. In a file of bytes, the number 1 then
+// shows their order.
 void MshCheck::readFormat() {
     std::string line;
     std::getline(file_, line);
@@ -74,7 +74,7 @@ void MshCheck::readFormat() {
     }
 }
 
-// Numbers that were read are followed by the rest of their line; else there is a whole section to pass.
+// After numbers that were read comes the rest of their line; otherwise there is a whole section to skip.
 void MshCheck::skipTo(const std::string& end) {
     const bool hasRead = end == "$EndNodes" || end == "$EndElements" ? isVersion2() || isVersion41() : false;
     for (std::string line; std::getline(file_, line);) {
@@ -93,7 +93,7 @@ MshNumbers MshCheck::numbers() {
     return {file_, form_};
 }
 
-// Counts of version 2 are words in every kind of file.
+// Counts are words in every file of version 2.
 std::size_t MshCheck::countLine() {
     std::string line;
     std::getline(file_, line);
@@ -123,8 +123,8 @@ void MshCheck::readElements2() {
     }
 }
 
-// Words have each element's type and number of tags behind its own number, bytes have them once for a whole
-// block. Gives the number of elements.
+// In words, each element's type and number of tags follow its own number; in bytes, they precede a whole
+// block. Returns the number of elements.
 std::size_t MshCheck::readElementBlock2(MshNumbers& source) {
     const bool isSingle = source.areWords();
     if (isSingle) {

@@ -11,14 +11,14 @@
 
 namespace MoxTool {
 
-/// Goes through a Gmsh mesh file before the Gmsh library reads it, since the library overlooks some damages
-/// and crashes at others.
+/// Reads through a Gmsh mesh file before the Gmsh library does, since the library overlooks some damage and
+/// crashes on other damage.
 ///
-/// Each section must have its end. In files of version 2 and 4.1 moreover the sections of nodes and elements
-/// must hold as many numbers as they say, and elements must refer to nodes that are there.
+/// Every section must have an end. In files of version 2 and 4.1, moreover, the sections of nodes and
+/// elements must hold as many numbers as they say, and elements must refer to existing nodes.
 class MshCheck {
 public:
-    /// The number of nodes of an element type; 0 or an exception for one that there is not.
+    /// The number of nodes of an element type; 0 or an exception for a type that does not exist.
     using NodesOfType = std::function<int(int type)>;
 
     MshCheck(const std::string& filePath, NodesOfType nodesOfElementType);
@@ -29,7 +29,7 @@ public:
 
     // What run() has found.
 
-    /// Of the format, as the file has it.
+    /// The version of the format, as the file has it.
     const std::string& version() const { return formatVersion_; }
     const std::vector<std::string>& sections() const { return sectionNames_; }
     /// 0 if they were not counted.

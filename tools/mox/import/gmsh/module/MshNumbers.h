@@ -14,10 +14,10 @@ namespace MoxTool {
 /// other.
 class MshNumbers {
 public:
-    /// How the numbers stand in the file.
+    /// How the numbers are written in the file.
     enum class Form { Words, Bytes, SwappedBytes };
 
-    /// @param file Before the first number; must outlive this object.
+    /// @param file Positioned before the first number; must outlive this object.
     MshNumbers(std::istream& file, Form numberForm) : input_(file), form_(numberForm) {}
 
     bool areWords() const { return form_ == Form::Words; }
