@@ -113,7 +113,17 @@ TEST_F(HeavyStream, TheLimitIsTheOneOfAllBlocks) {
     EXPECT_EQ((Names{"0", "1", "4", "5"}), readable(file({{{60, 60}}, {{60, 60}, true}, {{60, 60}}})));
 }
 
-TEST_F(HeavyStream, WhereTwoDivisionsFitNothingBehindIsRead) {
+// With a limit of 100 the first block holds 80 and 40 bytes and the second 60 and 40; with one of 80 they hold
+// 80, and 40 and 60.
+TEST_F(HeavyStream, WhereTwoDivisionsFitNothingAfterALostBlockIsRead) {
+    EXPECT_EQ((Names{}), readable(file({{{80, 40}, true}, {{60, 40}}, {{104}, true}, {{8}, true}})));
+}
+
+TEST_F(HeavyStream, WhereOneOfTwoDivisionsFitsTheArraysAfterALostBlockAreRead) {
+    EXPECT_EQ((Names{"2", "3"}), readable(file({{{80, 40}, true}, {{60, 41}}, {{104}, true}, {{8}, true}})));
+}
+
+TEST_F(HeavyStream, WhereNoDivisionFitsNothingAfterALostBlockIsRead) {
     EXPECT_EQ((Names{}),
               readable(file({{{40}, true}, {{40}}, {{40}, true}, {{40, 40}, true}, {{40}}, {{40}}})));
 }
