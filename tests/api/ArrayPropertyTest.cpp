@@ -295,7 +295,7 @@ TEST_F(ArrayProperty, PayloadIsComponentByComponentInBytePlanes) {
                                          0xC0, 0xF0, 0xC1, 0xF1, 0xC2, 0xF2, 0xC3, 0xF3}));
 }
 
-TEST_F(ArrayProperty, NextPositionIsBehindAllNumbersOfTheLast) {
+TEST_F(ArrayProperty, NextPositionIsAfterAllNumbersOfTheLast) {
     model.addArrayProperty(Coordinates, Array2d<float>(5, 3, 1.0F), First, Step());
     model.addArrayProperty(NodeIds, Ids({1, 2}), First, Step());
     model.addArrayProperty(ElementIds, Ids({1, 2}), First, Step());
@@ -410,7 +410,7 @@ TEST_F(ArrayProperty, EmptyStepListWritesTheNumbersAndRecordsNothing) {
 
 // --- Keys and links
 
-TEST_F(ArrayProperty, StepNameStandsBehindTheSeparatorInTheKey) {
+TEST_F(ArrayProperty, StepNameStandsAfterTheSeparatorInTheKey) {
     model.addArrayProperty(DisplacementVector, Array2d<float>(1, 3, 0.0F), First, stepOf("Step1"));
     model.addArrayProperty(DisplacementVector, Array2d<float>(1, 3, 0.0F), First, Step());
     const SavedModel file = saved();

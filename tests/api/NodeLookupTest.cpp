@@ -74,7 +74,7 @@ TEST_F(NodeLookup, VectorOfTheRootsNameAloneThrows) {
     expectInvalidStringPosition([&] { model.getNodeId(Names{"a"}); });
 }
 
-TEST_F(NodeLookup, CharacterBehindTheRootsNameIsSkippedWithoutALook) {
+TEST_F(NodeLookup, CharacterAfterTheRootsNameIsSkippedWithoutALook) {
     EXPECT_EQ(model.getNodeId("/aXb"), 2U);
     EXPECT_EQ(model.getNodeId("/ab"), 0U);
 }

@@ -103,7 +103,7 @@ TEST_F(SavedContent, TreeRecordsOfSixLinksThreeTextsAndAPosition) {
     EXPECT_EQ(stream("Mox Tree"), (Bytes().u32(3).append(root).append(shape).append(geometry)));
 }
 
-TEST_F(SavedContent, LightDataOfAGroupTakes41BytesAFullEntry30AndALink14BehindItsKey) {
+TEST_F(SavedContent, LightDataOfAGroupTakes41BytesAFullEntry30AndALink14AfterItsKey) {
     const ByteVector group = Bytes()
                                  .u32s({0, 0, 0})      // translation
                                  .u32s({0, 0, One, 0}) // rotation

@@ -1,7 +1,7 @@
 """Which part of the tree may include which.
 
 A part is a folder with all that is below it, up to a folder that is a part of its own. Each may include itself and the
-parts that stand behind it here. Headers from elsewhere, such as those of other libraries, are no matter of these rules.
+parts that stand after it here. Headers from elsewhere, such as those of other libraries, are no matter of these rules.
 """
 
 import re

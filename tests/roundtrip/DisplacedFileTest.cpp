@@ -66,7 +66,7 @@ unsigned any(unsigned i, unsigned from, unsigned to) {
 
 } // namespace
 
-TEST_F(DisplacedFile, ArraysThatEachFillABlockAreReadBehindTheIndexBlock) {
+TEST_F(DisplacedFile, ArraysThatEachFillABlockAreReadAfterTheIndexBlock) {
     const auto length = [](unsigned) { return 150u; };
     save("512", 105, length);
     const auto found = index();
@@ -124,7 +124,7 @@ TEST_F(DisplacedFile, BothIndexBlocksCanBeHit) {
     EXPECT_GT(250u, expectNumbers(300, length));
 }
 
-TEST_F(DisplacedFile, AnIndexBlockBehindADisplacedBlockOfSeveralArraysIsDisplacedWithIt) {
+TEST_F(DisplacedFile, AnIndexBlockAfterADisplacedBlockOfSeveralArraysIsDisplacedWithIt) {
     const auto length = [](unsigned i) { return i < 20 ? 300u : 150u; };
     save("1000", 500, length);
     const auto found = index();

@@ -49,8 +49,8 @@ std::string examplesOf(const std::vector<std::unique_ptr<Command>>& commands) {
 
 } // namespace
 
-Application::Application(Terminal& messages)
-    : terminal_(messages),
+Application::Application(Terminal& terminal)
+    : terminal_(terminal),
       app_(std::make_unique<CLI::App>("Works on MOX model files", "mox")),
       commands_(makeCommands()) {
     app_->set_version_flag("--version", "mox " MOX_VERSION);

@@ -20,7 +20,7 @@ public:
     enum ExitCode : int { Success = 0, WrongUsage = 2 };
 
     /// @param messages Where messages go; must outlive the application.
-    explicit Application(Terminal& messages);
+    explicit Application(Terminal& terminal);
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
     ~Application();

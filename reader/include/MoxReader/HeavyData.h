@@ -30,7 +30,7 @@ public:
     /// @param model  Resolves the links; must outlive this object.
     HeavyData(const File& file, const Model& model);
     /// Reads from any cursor over the stream.
-    HeavyData(StreamReader heavy, const Model& model);
+    HeavyData(StreamReader stream, const Model& model);
 
     // A dataset may be a link: the numbers are then those of Model::resolve(). All of the following throw
     // Error: those of Model::resolve(), BadDatasetSize if the size is not a whole number of items,

@@ -22,8 +22,8 @@ void ByteRanges::add(std::uint64_t begin, std::uint64_t end) {
 }
 
 bool ByteRanges::touch(std::uint64_t begin, std::uint64_t end) const {
-    const auto behind = ends_.lower_bound(end);
-    return begin < end && behind != ends_.begin() && std::prev(behind)->second > begin;
+    const auto after = ends_.lower_bound(end);
+    return begin < end && after != ends_.begin() && std::prev(after)->second > begin;
 }
 
 } // namespace MoxReader

@@ -111,9 +111,9 @@ std::optional<std::uint64_t> findRestart(const RawIndex& index, const IndexTable
     }
     const auto* indexBlock = &index.blocks[static_cast<std::size_t>(*table.blockId)];
     const auto& before = *(indexBlock - 1);
-    const auto& behind = *(indexBlock + 1);
+    const auto& after = *(indexBlock + 1);
     const bool isPossible = before.name == Format::HeavyStream && before.flags == StreamedFlags &&
-                            behind.name == Format::HeavyStream;
+                            after.name == Format::HeavyStream;
     return isPossible ? std::optional(indexBlock->position) : std::nullopt;
 }
 
@@ -179,19 +179,19 @@ void settlePlaces(Source& source, RawIndex& index) {
     index.end = endWith(index, index.tables.back().displacement);
     const bool isDisplaced = index.isDisplaced();
     auto later = isDisplaced ? rangesOfTables(index) : ByteRanges();
-    auto behind = index.blocks.end();
+    auto after = index.blocks.end();
     for (auto table = index.tables.rbegin(); table != index.tables.rend(); ++table) {
         const auto first = index.blocks.begin() + static_cast<std::ptrdiff_t>(table->firstId);
-        if (first == behind) {
+        if (first == after) {
             continue;
         }
-        for (auto block = first; block != behind; ++block) {
+        for (auto block = first; block != after; ++block) {
             settleBlock(source, *block, table->displacement, later);
         }
         if (isDisplaced) {
-            later.add(first->position, std::prev(behind)->end());
+            later.add(first->position, std::prev(after)->end());
         }
-        behind = first;
+        after = first;
     }
 }
 

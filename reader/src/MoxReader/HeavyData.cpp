@@ -77,7 +77,7 @@ StreamReader openHeavyStream(const File& file, const std::vector<Node>& nodes) {
 HeavyData::HeavyData(const File& file, const Model& model)
     : HeavyData(openHeavyStream(file, model.nodes()), model) {}
 
-HeavyData::HeavyData(StreamReader heavy, const Model& model) : model_(model), stream_(std::move(heavy)) {}
+HeavyData::HeavyData(StreamReader stream, const Model& model) : model_(model), stream_(std::move(stream)) {}
 
 std::vector<float> HeavyData::readFloats(const Dataset& dataset) {
     const auto& holder = holderOf(dataset, Format::FloatTag);

@@ -72,8 +72,8 @@ std::size_t StreamReader::blockAt(std::uint64_t position) const {
     if (isInLoaded) {
         return *loaded_;
     }
-    const auto behind = std::ranges::upper_bound(starts_, position);
-    return static_cast<std::size_t>(std::distance(starts_.begin(), behind)) - 1;
+    const auto after = std::ranges::upper_bound(starts_, position);
+    return static_cast<std::size_t>(std::distance(starts_.begin(), after)) - 1;
 }
 
 void StreamReader::load(std::size_t block) {

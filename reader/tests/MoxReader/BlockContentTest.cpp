@@ -107,7 +107,7 @@ TEST(BlockContent, AWrongChecksumIsTold) {
     expectDamage(ErrorCode::ChecksumMismatch, patched(payload, payload.size() - 1, {0x00}));
 }
 
-TEST(BlockContent, BytesBehindTheStreamAreTold) {
+TEST(BlockContent, BytesAfterTheStreamAreReported) {
     const auto content = contentOf(Bytes().raw(withContentLength(10)).u8(0), 0x01);
     EXPECT_EQ(ErrorCode::TrailingBytes, content.damage);
     EXPECT_EQ(Content, content.bytes);

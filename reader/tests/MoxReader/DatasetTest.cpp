@@ -17,7 +17,7 @@ std::vector<Dataset> datasetsOf(const std::vector<std::uint8_t>& content) {
 
 } // namespace
 
-TEST(Dataset, AFullEntryTellsWhereItsNumbersAre) {
+TEST(Dataset, AFullEntrySaysWhereItsNumbersAre) {
     const auto datasets =
         datasetsOf(Bytes().u32(1).raw(fullEntry("Speed", 0x0100000D, 240, 3, 0x123456789AULL, true)));
     ASSERT_EQ(1u, datasets.size());
@@ -41,7 +41,7 @@ TEST(Dataset, AFullEntryKeepsItsFieldsWithoutMeaning) {
     EXPECT_TRUE(dataset.boolC);
 }
 
-TEST(Dataset, ALinkTellsItsTarget) {
+TEST(Dataset, ALinkNamesItsTarget) {
     const auto datasets =
         datasetsOf(Bytes().u32(2).raw(linkEntry("L", 0x05000004, 3, 7)).raw(fullEntry("F", 0, 0, 1, 0)));
     EXPECT_TRUE(datasets[0].isLink);

@@ -88,7 +88,7 @@ std::size_t sixHundred(std::size_t) {
 
 // 19 blocks of 615 bytes end at 14485, where the table lies. The blocks after it should begin at 42289 but
 // begin at 27804; 24 of them begin before the table ends at 42289.
-TEST(Displacement, BlocksBehindAnIndexBlockTakenToLieAt0AreFoundWhereTheyLie) {
+TEST(Displacement, BlocksAfterAnIndexBlockTakenToLieAt0AreFoundWhereTheyLie) {
     const File file(memory(arrays(105, sixHundred).displacedBytes({19})));
     ASSERT_EQ(2u, file.index().tables.size());
     EXPECT_EQ(0u, file.index().tables[0].displacement);
@@ -151,7 +151,7 @@ TEST(Displacement, ASecondIndexBlockAloneCanBeTakenToLieAt0) {
     EXPECT_EQ(0u, outcome.wrong);
 }
 
-TEST(Displacement, TheTableBehindDisplacedBlocksIsDisplacedWithThem) {
+TEST(Displacement, TheTableAfterDisplacedBlocksIsDisplacedWithThem) {
     const File file(memory(arrays(300, sixHundred).displacedBytes({19})));
     ASSERT_EQ(3u, file.index().tables.size());
     EXPECT_EQ(14485u, file.index().tables[1].displacement);
@@ -193,7 +193,7 @@ TEST(Displacement, NothingIsDisplacedInASoundFile) {
     }
 }
 
-TEST(Displacement, BytesBehindASoundFileDisplaceNothing) {
+TEST(Displacement, BytesAfterASoundFileDisplaceNothing) {
     auto bytes = arrays(105, sixHundred).bytes();
     bytes.resize(bytes.size() + 1000);
     EXPECT_FALSE(isDisplaced(std::move(bytes)));
@@ -229,7 +229,7 @@ TEST(Displacement, AFlippedBitOfASoundFileNeverDisplacesIt) {
     }
 }
 
-TEST(Displacement, OnlyDatasetsOnBothSidesOfAnIndexBlockCanDisplaceWhatIsBehindIt) {
+TEST(Displacement, OnlyDatasetsOnBothSidesOfAnIndexBlockCanDisplaceWhatFollowsIt) {
     const auto bytes = arrays(105, sixHundred).displacedBytes({19});
     constexpr std::size_t FlagsOfBlock18 = 20 + 18 * 139 + 137;
     EXPECT_FALSE(isDisplaced(patched(bytes, FlagsOfBlock18, {0x01})));

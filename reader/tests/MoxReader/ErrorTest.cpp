@@ -5,7 +5,7 @@
 using MoxReader::Error;
 using MoxReader::ErrorCode;
 
-TEST(Error, TextTellsTheReasonAndThePlace) {
+TEST(Error, TextNamesTheReasonAndThePlace) {
     const Error error(ErrorCode::BadValue,
                       {.fileOffset = 12, .blockId = 3, .name = "Light Data", .streamOffset = 40});
     EXPECT_STREQ(

@@ -73,19 +73,19 @@ TEST(FileSource, AFileThatShrinksWhileOpenIsAReadFailure) {
     expectError(ErrorCode::ReadFailed, [&] { source.read(2, bytes); });
 }
 
-TEST(FileSource, BlocksBehindFourGibibytesAreRead) {
+TEST(FileSource, BlocksAfterFourGibibytesAreRead) {
 #ifdef _WIN32
     GTEST_SKIP() << "a hole in a file takes real space on this system";
 #else
     // The first block is a hole of 4294967295 bytes; the second follows it.
-    auto bytes = TestFile().plain("Hole", {}).plain("Mox Tree", Bytes().raw("behind")).bytes();
+    auto bytes = TestFile().plain("Hole", {}).plain("Mox Tree", Bytes().raw("beyond")).bytes();
     bytes = patched(bytes, 16 + 4 + 133, Bytes().u32(4294967295u));
     bytes.resize(2800);
     const TemporaryFile temporary(bytes);
-    temporary.writeAt(4294970095u, Bytes().raw("behind"));
+    temporary.writeAt(4294970095u, Bytes().raw("beyond"));
     const MoxReader::File file(temporary.path());
     EXPECT_EQ(4294970101u, file.size());
     EXPECT_EQ(4294970095u, file.blocks()[1].position);
-    EXPECT_EQ((std::vector<std::uint8_t>{'b', 'e', 'h', 'i', 'n', 'd'}), file.readBlock(1));
+    EXPECT_EQ((std::vector<std::uint8_t>{'b', 'e', 'y', 'o', 'n', 'd'}), file.readBlock(1));
 #endif
 }

@@ -16,7 +16,7 @@ TEST(File, ListsTheNamesOfItsStreamsInOrderOfTheirFirstBlocks) {
     EXPECT_FALSE(file.hasStream("Resources"));
 }
 
-TEST(File, AStreamGoesOnBehindAnIndexBlock) {
+TEST(File, AStreamGoesOnAfterAnIndexBlock) {
     TestFile bytes;
     for (unsigned i = 0; i < 21; ++i) {
         bytes.compressed("S", {static_cast<std::uint8_t>(i)});

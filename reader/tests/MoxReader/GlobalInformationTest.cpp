@@ -47,7 +47,7 @@ TEST(GlobalInformation, ResultAttributesAreCountedAndNotRead) {
     EXPECT_EQ(3u, globalOf(Bytes().u32(0).u32(3).raw("of unknown form")).resultAttributeCount);
 }
 
-TEST(GlobalInformation, BytesBehindTheLastCountAreAnError) {
+TEST(GlobalInformation, BytesAfterTheLastCountAreAnError) {
     expectError(ErrorCode::TrailingStreamBytes, [] { globalOf(Bytes().u32(0).u32(0).u8(0)); });
 }
 

@@ -79,7 +79,7 @@ protected:
 
 } // namespace
 
-TEST_F(HeavyStream, ArraysBehindALostBlockOfOneArrayAreRead) {
+TEST_F(HeavyStream, ArraysAfterALostBlockOfOneArrayAreRead) {
     EXPECT_EQ((Names{"0", "2", "3"}), readable(file({{{100}}, {{120}, true}, {{104}}, {{8}}})));
 }
 
@@ -128,16 +128,16 @@ TEST_F(HeavyStream, WhereNoDivisionFitsNothingAfterALostBlockIsRead) {
               readable(file({{{40}, true}, {{40}}, {{40}, true}, {{40, 40}, true}, {{40}}, {{40}}})));
 }
 
-TEST_F(HeavyStream, AGapAmongLostArraysLeavesWhatIsBehindThemUnread) {
+TEST_F(HeavyStream, AGapAmongLostArraysLeavesWhatFollowsThemUnread) {
     EXPECT_EQ((Names{"0"}), readable(file({{{100}}, {{60, 60}, true}, {{104}}, {{8}}}, {2})));
     EXPECT_EQ((Names{"0"}), readable(file({{{100}}, {{120}, true}, {{104}}, {{8}}}, {1})));
 }
 
-TEST_F(HeavyStream, AGapAnywhereLeavesWhatIsBehindALostBlockUnread) {
+TEST_F(HeavyStream, AGapAnywhereLeavesWhatFollowsALostBlockUnread) {
     EXPECT_EQ((Names{"0"}), readable(file({{{60, 60}}, {{120}, true}, {{40, 80}}, {{8}}}, {1, 3})));
 }
 
-TEST_F(HeavyStream, ABlockThatContradictsTheArraysLeavesWhatIsBehindUnread) {
+TEST_F(HeavyStream, ABlockThatContradictsTheArraysLeavesWhatFollowsUnread) {
     // Two arrays cannot fill four blocks.
     EXPECT_EQ((Names{"0"}), readable(file({{{100}}, {{}, true}, {{}, true}, {{100}}})));
 }

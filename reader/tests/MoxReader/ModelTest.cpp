@@ -88,7 +88,7 @@ TEST(Model, APlainNodeHasNothing) {
     EXPECT_TRUE(std::holds_alternative<std::monostate>(model.node(5).content));
 }
 
-TEST(Model, GlobalInformationTellsWhoSavedTheFile) {
+TEST(Model, GlobalInformationSaysWhoSavedTheFile) {
     const auto model = modelOf({});
     ASSERT_EQ(1u, model.globalInformation().modifiers.size());
     EXPECT_EQ("App", model.globalInformation().modifiers[0].sourceName);
@@ -135,7 +135,7 @@ TEST(Model, ResolveWorksAfterTheModelHasMoved) {
     EXPECT_EQ(&datasets[2], &model.resolve(datasets[3]));
 }
 
-TEST(Model, ResolveTellsALinkThatLeadsNowhere) {
+TEST(Model, ResolveReportsALinkThatLeadsNowhere) {
     SampleModel sample;
     sample.light = patched(sample.light, 212 - 9, Bytes().u32(3).u32(4));
     const auto missing = modelOf(sample);

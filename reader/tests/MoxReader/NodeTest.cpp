@@ -45,7 +45,7 @@ TEST(Node, ACountBeyondTheStreamIsBad) {
                 [] { recordsOf(patched(treeStream(sampleRecords()), 0, Bytes().u32(100))); });
 }
 
-TEST(Node, ACountThatLeavesRecordsBehindIsAnError) {
+TEST(Node, ACountThatLeavesRecordsOverIsAnError) {
     expectError(ErrorCode::TrailingStreamBytes,
                 [] { recordsOf(patched(treeStream(sampleRecords()), 0, Bytes().u32(4))); });
 }

@@ -35,7 +35,7 @@ void expectDamage(ErrorCode code, std::uint64_t offset, const RawIndex& index) {
 
 } // namespace
 
-TEST(RawIndex, TwoBlocksLieOneBehindTheOther) {
+TEST(RawIndex, TwoBlocksLieOneAfterTheOther) {
     TestFile file;
     file.raw("Mox Tree", Bytes().u32(1000).fill(296, 0xAA), 0x01);
     file.raw("Light Data", Bytes().u32(500).fill(200, 0xBB), 0x01);
@@ -86,7 +86,7 @@ TEST(RawIndex, WithNineteenBlocksTheChainEndsAtTheHeadIndex) {
     EXPECT_TRUE(index.blocks[19].isEmptyEntry());
 }
 
-TEST(RawIndex, TheTwentiethBlockStandsBehindAnIndexBlockAtId19) {
+TEST(RawIndex, TheTwentiethBlockStandsAfterAnIndexBlockAtId19) {
     const auto index = scan(manyBlocks(20).bytes());
     EXPECT_TRUE(index.damage.empty());
     ASSERT_EQ(2u, index.tables.size());

@@ -26,9 +26,9 @@ namespace {
 
 // A record consists of its size in bytes, its version and its fields: those of the first version, then those
 // that each later version added, up to its own.
-template <typename PutFirstFields, typename PutFieldsBehind>
+template <typename PutFirstFields, typename PutLaterFields>
 void putRecord(Block& block, const std::string& version, PutFirstFields putFirstFields,
-               PutFieldsBehind putFieldsBehind) {
+               PutLaterFields putLaterFields) {
     const std::uint32_t start = block.GetPosition();
     block.Put(std::uint32_t{0});
     block.Put(version);
@@ -37,7 +37,7 @@ void putRecord(Block& block, const std::string& version, PutFirstFields putFirst
         if (version == rung) {
             break;
         }
-        putFieldsBehind(rung);
+        putLaterFields(rung);
     }
     const std::uint32_t end = block.GetPosition();
     block.SetPosition(start);

@@ -350,7 +350,7 @@ void Index::FlushFrozen(std::FILE* const stream) {
         }
         for (std::size_t i = limiter.frozenBlocks; i < ids.size(); ++i) {
             if (IsToBeFlushed(ids[i], limiter.limit)) {
-                if (!HaveAllGoneOutAhead(ids[i])) {
+                if (!HaveAllEarlierGoneOut(ids[i])) {
                     QEL_THROW(Qel::Exception::NotYetImplemented());
                 }
                 WriteBufferToFileStream(ids[i], stream);
@@ -369,7 +369,7 @@ bool Index::HasGoneOut(std::uint64_t id) const {
     return blockInfos_[id].frozen || IsIndexBlockName(blockInfos_[id].name);
 }
 
-bool Index::HaveAllGoneOutAhead(std::uint64_t id) {
+bool Index::HaveAllEarlierGoneOut(std::uint64_t id) {
     while (firstInMemory_ < id && HasGoneOut(firstInMemory_)) {
         ++firstInMemory_;
     }

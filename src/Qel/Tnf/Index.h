@@ -111,7 +111,7 @@ private:
     void FollowStreamedSize(std::uint64_t id, std::uint64_t formerSize);
 
     bool HasGoneOut(std::uint64_t id) const;
-    bool HaveAllGoneOutAhead(std::uint64_t id);
+    bool HaveAllEarlierGoneOut(std::uint64_t id);
     bool IsToBeFlushed(std::uint64_t id, std::uint32_t limit) const;
 
     std::vector<BlockInfo> blockInfos_;

@@ -95,7 +95,7 @@ TEST_F(AdtTree, TwoChildrenOfTheRootAreLinkedToEachOther) {
     EXPECT_EQ(linksOf(tree.GetReqNode(3)), (Links{3, 1, 2, 0, 0, 0}));
 }
 
-TEST_F(AdtTree, LateChildIsLinkedBehindItsSiblingsAndNotBehindTheNewestNode) {
+TEST_F(AdtTree, LateChildIsLinkedAfterItsSiblingsAndNotAfterTheNewestNode) {
     tree.AddChild(); // 2 below 1
     tree.AddChild(); // 3 below 2
     tree.SetCurrentId(1);

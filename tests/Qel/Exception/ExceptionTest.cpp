@@ -83,7 +83,7 @@ TEST_P(ConcreteException, AnswersItsCodeThroughEveryBaseThatHasOne) {
     EXPECT_EQ(static_cast<const Base&>(*exception).code(), GetParam().code);
 }
 
-TEST_P(ConcreteException, WithoutAMessageTellsItsDescriptionThroughEveryBase) {
+TEST_P(ConcreteException, WithoutAMessageGivesItsDescriptionThroughEveryBase) {
     const auto exception = GetParam().make();
     EXPECT_EQ(exception->description(), GetParam().description);
     EXPECT_EQ(exception->what(), GetParam().description);
@@ -91,11 +91,11 @@ TEST_P(ConcreteException, WithoutAMessageTellsItsDescriptionThroughEveryBase) {
     EXPECT_EQ(static_cast<const std::exception&>(*exception).what(), GetParam().description);
 }
 
-TEST_P(ConcreteException, WithAnEmptyTextTellsItsDescription) {
+TEST_P(ConcreteException, WithAnEmptyTextGivesItsDescription) {
     EXPECT_EQ(GetParam().makeWith("")->what(), GetParam().description);
 }
 
-TEST_P(ConcreteException, WithAMessageTellsThatThroughEveryBaseAndKeepsItsDescription) {
+TEST_P(ConcreteException, WithAMessageGivesThatThroughEveryBaseAndKeepsItsDescription) {
     const auto exception = GetParam().makeWith("a file is missing");
     EXPECT_STREQ(exception->what(), "a file is missing");
     EXPECT_STREQ(static_cast<const Base&>(*exception).what(), "a file is missing");
@@ -119,7 +119,7 @@ TEST_P(ConcreteException, IsCaughtAsItsClassAndAsEachOfItsBases) {
     EXPECT_THROW(GetParam().raise(), boost::exception);
 }
 
-TEST(Exception, BaseTellsNoTextAtAllAndAnswersCode1) {
+TEST(Exception, BaseGivesNoTextAtAllAndAnswersCode1) {
     const Base base;
     EXPECT_EQ(base.what(), nullptr);
     EXPECT_EQ(base.code(), 1);
@@ -132,7 +132,7 @@ TEST(Exception, PlainOneIsUnknownAndAnswersTheCodeOfBase) {
     EXPECT_EQ(exception.code(), 1);
 }
 
-TEST(Exception, PlainOneWithAMessageTellsThat) {
+TEST(Exception, PlainOneWithAMessageGivesThat) {
     EXPECT_STREQ(Exception("a file is missing").what(), "a file is missing");
 }
 

@@ -35,17 +35,17 @@ typename Info::value_type infoOf(const boost::exception& caught) {
     return *boost::get_error_info<Info>(caught);
 }
 
-TEST(Throw, TellsTheFileFromQelOnWithoutExtension) {
+TEST(Throw, RecordsTheFileFromQelOnWithoutExtension) {
     EXPECT_STREQ(infoOf<boost::throw_file>(caughtWithMessage()), "Qel/Exception/ThrowTest");
 }
 
-TEST(Throw, TellsTheFullSignatureOfTheFunction) {
+TEST(Throw, RecordsTheFullSignatureOfTheFunction) {
     const std::string_view function = infoOf<boost::throw_function>(caughtWithMessage());
     EXPECT_TRUE(function.starts_with("void ")) << function;
     EXPECT_NE(function.find("throwWithMessage(long"), std::string_view::npos) << function;
 }
 
-TEST(Throw, TellsTheLine) {
+TEST(Throw, RecordsTheLine) {
     EXPECT_EQ(infoOf<boost::throw_line>(caughtWithMessage()), ThrowLine);
 }
 
@@ -65,7 +65,7 @@ boost::source_location placeOf(bool left) {
 }
 
 // Compilers differ in which character of the statement gives its column.
-TEST(Throw, TellsTheColumn) {
+TEST(Throw, RecordsTheColumn) {
     const auto column = boost::get_throw_location(caughtWithMessage()).column();
     EXPECT_GE(column, 5U);
     EXPECT_LE(column, 68U);

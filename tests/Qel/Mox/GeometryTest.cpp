@@ -130,7 +130,7 @@ TEST_F(MoxGeometry, NoDatasetsWriteACountOfZeroAndNothingElse) {
     EXPECT_TRUE(heavy().empty());
 }
 
-TEST_F(MoxGeometry, FullEntryTakes30BytesBehindItsKey) {
+TEST_F(MoxGeometry, FullEntryTakes30BytesAfterItsKey) {
     addVectors(geometry).attributes["a"] = AttributeValue(5U);
     write(geometry);
     const ByteVector expected = Bytes()
@@ -153,7 +153,7 @@ TEST_F(MoxGeometry, FullEntryTakes30BytesBehindItsKey) {
     EXPECT_TRUE(heavy().empty());
 }
 
-TEST_F(MoxGeometry, LinkTakes14BytesBehindItsKeyAndNeedsNoPosition) {
+TEST_F(MoxGeometry, LinkTakes14BytesAfterItsKeyAndNeedsNoPosition) {
     DatasetEntry& entry = addEntry(geometry, "ab", VariableType::Connectivity0);
     entry.values.elementTag = 5;
     entry.vibration = true;
@@ -165,7 +165,7 @@ TEST_F(MoxGeometry, LinkTakes14BytesBehindItsKeyAndNeedsNoPosition) {
     EXPECT_EQ(attributes(), EmptyRecord);
 }
 
-TEST_F(MoxGeometry, FieldsBehindTheWidthStandInTheirOrder) {
+TEST_F(MoxGeometry, FieldsAfterTheWidthStandInTheirOrder) {
     for (const char* const version : {"0.7", "0.4"}) {
         QelTnf::TnFile other;
         VersionedGeometry either("part", version);
@@ -229,7 +229,7 @@ TEST_F(MoxGeometry, EntriesAreWrittenInOrderOfTheFirstUseOfTheirKeys) {
     EXPECT_EQ(attributes().size(), 48U);
 }
 
-TEST_F(MoxGeometry, MissingPositionIsKeyNotFoundBehindTheRowsAheadOfIt) {
+TEST_F(MoxGeometry, MissingPositionIsKeyNotFoundAfterTheRowsBeforeIt) {
     addVectors(geometry);
     geometry.positions.clear();
     const Thrown expected = {14, "Key not found", "Qel/Mox/Geometry", "QelMox::Geometry::WriteTn"};

@@ -63,7 +63,7 @@ TEST_F(MoxNodeSets, SetsWriteTheirNamesAndMembersAsFiveLists) {
     EXPECT_EQ(nodeSets.heavySize, 79U);
 }
 
-TEST_F(MoxNodeSets, PositionIsBehindWhatTheStreamHoldsAlready) {
+TEST_F(MoxNodeSets, PositionIsAfterWhatTheStreamHoldsAlready) {
     container.GetIndex().Put("Heavy Data", std::string("12345"));
     nodeSets.WriteHeavy(container, "Heavy Data");
     EXPECT_EQ(nodeSets.heavyPosition, 9U);

@@ -78,7 +78,7 @@ TEST_F(Records, ModifierInfoIsItsSizeItsVersionAndSevenTexts) {
     EXPECT_EQ(written(std::vector<ModifierInfo>{info}), expected);
 }
 
-TEST_F(Records, ModifierInfosStandBehindTheirCount) {
+TEST_F(Records, ModifierInfosStandAfterTheirCount) {
     const ByteVector expected = Bytes().u32(2).u32(39).text("0.1").zeros(28).u32(39).text("0.1").zeros(28);
     EXPECT_EQ(written(std::vector<ModifierInfo>(2)), expected);
 }

@@ -330,7 +330,7 @@ TEST_F(MoxTree, FindNodeByPathOfTheRootAloneThrowsWithTheRootCurrent) {
     EXPECT_EQ(tree.GetCurrentId(), 1U);
 }
 
-TEST_F(MoxTree, FindNodeByPathSkipsAsManyCharactersBehindTheRootAsTheSeparatorHas) {
+TEST_F(MoxTree, FindNodeByPathSkipsAsManyCharactersAfterTheRootAsTheSeparatorHas) {
     tree.SetRootGroup("a", {});
     addGroup("b");
     EXPECT_EQ(tree.FindNodeByPath("::aXYb", "::"), 2U);
@@ -464,7 +464,7 @@ TEST_F(MoxTreeAttributes, EmptyListWritesSixEmptyLists) {
     EXPECT_EQ(recordOf({}), ByteVector(24, 0));
 }
 
-TEST_F(MoxTreeAttributes, KeysStandInOrderAndTheirKindsTellWhereTheirValuesAre) {
+TEST_F(MoxTreeAttributes, KeysStandInOrderAndTheirKindsSayWhereTheirValuesAre) {
     const ByteVector expected = Bytes()
                                     .u32(3)
                                     .text("a")
@@ -719,7 +719,7 @@ TEST_F(MoxTree, ComputerAndUserAreCollectedOnlyWhenAskedFor) {
     const std::optional<std::string> computer = Support::hostName();
     const std::optional<std::string> user = Support::nameOfUser();
     if (!computer || !user) {
-        GTEST_SKIP() << "needs a system that tells its names in another way";
+        GTEST_SKIP() << "needs a system that gives its names in another way";
     }
     EXPECT_EQ(tree.CurrentModifier.Computer, computer->substr(0, 79));
     EXPECT_EQ(tree.CurrentModifier.User, user->substr(0, 79));

@@ -33,14 +33,14 @@ INSTANTIATE_TEST_SUITE_P(
                     Text{"Number", "1048576", 1'048'576},                                          //
                     Text{"Zero", "0", 0},                                                          //
                     Text{"LeadingZerosAreDecimal", "0010", 10},                                    //
-                    Text{"DigitsAheadOfLetters", "12abc", 12},                                     //
-                    Text{"HexadecimalIsAZeroAheadOfALetter", "0x10", 0},                           //
+                    Text{"DigitsBeforeLetters", "12abc", 12},                                      //
+                    Text{"HexadecimalIsAZeroBeforeALetter", "0x10", 0},                            //
                     Text{"FractionIsCut", "7.9", 7},                                               //
                     Text{"LettersAreZero", "abc", 0},                                              //
                     Text{"BlanksAlone", " \t ", 0},                                                //
-                    Text{"BlanksAheadOfASign", "  +7", 7},                                         //
+                    Text{"BlanksBeforeASign", "  +7", 7},                                          //
                     Text{"AllKindsOfBlanks", " \t\n\v\f\r7", 7},                                   //
-                    Text{"BlankBehindASign", "+ 7", 0},                                            //
+                    Text{"BlankAfterASign", "+ 7", 0},                                             //
                     Text{"SignAlone", "-", 0},                                                     //
                     Text{"TwoSigns", "--7", 0},                                                    //
                     Text{"PlusAndMinus", "+-7", 0},                                                //
@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Text{"AllBitsSetCountsAsNotSet", "4294967295", {}},                            //
                     Text{"SaturatedCountsAsNotSet", "4294967296", {}},                             //
                     Text{"SaturatedBeyond64BitsCountsAsNotSet", "99999999999999999999999999", {}}, //
-                    Text{"SaturatedAheadOfLettersCountsAsNotSet", "4294967296abc", {}},            //
+                    Text{"SaturatedBeforeLettersCountsAsNotSet", "4294967296abc", {}},             //
                     Text{"MinusOneCountsAsNotSet", "-1", {}},                                      //
                     Text{"MinusTwoIsTheLargestValid", "-2", 4'294'967'294},                        //
                     Text{"MinusAllBitsIsOne", "-4294967295", 1},                                   //

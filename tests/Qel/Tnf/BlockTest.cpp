@@ -424,7 +424,7 @@ TEST_F(Block, ResetMakesANewBlockOfAReleasedOne) {
 }
 
 // A size whose memory the system's allocator is likely to return again with its old contents.
-TEST_F(Block, ValueForAReleasedBlockStandsBehindZerosAndNotBehindWhatWasInMemory) {
+TEST_F(Block, ValueForAReleasedBlockStandsAfterZerosAndNotAfterWhatWasInMemory) {
     variable.set("0");
     put(Bytes().fill(3000, 0xAB));
     block.Release();

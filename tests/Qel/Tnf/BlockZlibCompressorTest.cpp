@@ -53,7 +53,7 @@ TEST_F(BlockZlibCompressor, ContentComesOutAsItsLengthAndOneZlibStream) {
     EXPECT_LT(block.GetSize(), 100U);
 }
 
-TEST_F(BlockZlibCompressor, WritePositionEndsUpBehindTheCompressedContent) {
+TEST_F(BlockZlibCompressor, WritePositionEndsUpAfterTheCompressedContent) {
     Support::putInto(block, Bytes().fill(1000, 0xAB));
     block.SetPosition(10);
     compress();

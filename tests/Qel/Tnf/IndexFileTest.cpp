@@ -187,7 +187,7 @@ TEST_F(IndexFile, SameNameRecursWithDifferentFlags) {
     EXPECT_EQ(fileAt(296, 1), (ByteVector{0x01}));
 }
 
-TEST_F(IndexFile, NineteenBlocksLeaveId19EmptyAndNothingButPayloadsBehindTheHead) {
+TEST_F(IndexFile, NineteenBlocksLeaveId19EmptyAndNothingButPayloadsAfterTheHead) {
     addOneByteBlocks(19);
     writeAll();
     Bytes expected = Bytes().zeros(12).u32(2784).u32(20);
@@ -201,7 +201,7 @@ TEST_F(IndexFile, NineteenBlocksLeaveId19EmptyAndNothingButPayloadsBehindTheHead
     EXPECT_EQ(file(), expected);
 }
 
-TEST_F(IndexFile, TwentiethBlockStandsBehindAnIndexBlockOf27804BytesWithItsRecord) {
+TEST_F(IndexFile, TwentiethBlockStandsAfterAnIndexBlockOf27804BytesWithItsRecord) {
     addOneByteBlocks(20);
     writeAll();
     Bytes expected = Bytes().zeros(12).u32(2784).u32(20);
@@ -275,7 +275,7 @@ TEST_F(IndexFile, FreezableBlockIsFrozenAndKeepsTheLengthOfItsContent) {
     EXPECT_LT(entry(0).length, 100U);
 }
 
-TEST_F(IndexFile, BlockIsPlacedBehindItsPredecessorAsThatStandsThen) {
+TEST_F(IndexFile, BlockIsPlacedAfterItsPredecessorAsThatStandsThen) {
     put("a", {1});
     put("b", {2});
     index.WriteBufferToFileStream(1, stream);
@@ -594,7 +594,7 @@ TEST_F(IndexFile, FlushPassesAnIndexBlockThatIsStillInMemory) {
     EXPECT_EQ(fileAt(30680, 4), (ByteVector{20, 20, 20, 20}));
 }
 
-TEST_F(IndexFile, FlushRefusesABlockBehindAnotherNamesBlockThatIsStillInMemory) {
+TEST_F(IndexFile, FlushRefusesABlockAfterAnotherNamesBlockThatIsStillInMemory) {
     variable.set("8");
     put("other", {1});
     put("a", Bytes().fill(8, 2));
@@ -615,7 +615,7 @@ TEST_F(IndexFile, CloseCompletesTheFileAfterARefusedFlush) {
     EXPECT_EQ(fileAt(2800, 100), Bytes{1}.fill(8, 2).u8(3));
 }
 
-TEST_F(IndexFile, FlushGoesByTheOrderOfNamesAndRefusesWhatStandsBehindALaterName) {
+TEST_F(IndexFile, FlushGoesByTheOrderOfNamesAndRefusesWhatStandsAfterALaterName) {
     variable.set("8");
     put("b", Bytes().fill(8, 1));
     put("a", Bytes().fill(8, 2));
@@ -678,7 +678,7 @@ TEST_F(IndexFile, IndexBlockThatIsFrozenGetsANewBufferOnceAndStaysFrozen) {
     EXPECT_TRUE(entry(19).frozen);
 }
 
-TEST_F(IndexFile, IndexBlockAheadOfTheFirstUnwrittenBlockIsWrittenOnceOnly) {
+TEST_F(IndexFile, IndexBlockBeforeTheFirstUnwrittenBlockIsWrittenOnceOnly) {
     variable.set("8");
     for (std::uint8_t value = 1; value <= 21; ++value) {
         stream8(value);
@@ -749,7 +749,7 @@ TEST_F(IndexFile, ValueForAWrittenBlockGoesInWithoutTouchingFreedMemory) {
 
 // --- The misplacement after an Index Block
 
-TEST_F(IndexFile, IndexBlockBehindFlushedBlocksIsPlacedRightAtItsCreation) {
+TEST_F(IndexFile, IndexBlockAfterFlushedBlocksIsPlacedRightAtItsCreation) {
     variable.set("8");
     for (std::uint8_t value = 1; value <= 38; ++value) {
         index.SetBlockFlags("s", freezable);
@@ -763,7 +763,7 @@ TEST_F(IndexFile, IndexBlockBehindFlushedBlocksIsPlacedRightAtItsCreation) {
 }
 
 // Each dataset fills a block by itself, so block 18 gets its flag with the dataset that already needs id 20.
-TEST_F(IndexFile, IndexBlockBehindAnUnflushedBlockGetsAPlaceFromZeros) {
+TEST_F(IndexFile, IndexBlockAfterAnUnflushedBlockGetsAPlaceFromZeros) {
     variable.set("8");
     for (std::uint8_t value = 1; value <= 20; ++value) {
         stream8(value);
@@ -773,7 +773,7 @@ TEST_F(IndexFile, IndexBlockBehindAnUnflushedBlockGetsAPlaceFromZeros) {
     EXPECT_EQ(fileAt(2944, 100), Bytes().fill(8, 19));
 }
 
-TEST_F(IndexFile, BlocksBehindTheMisplacedIndexBlockLandTooLowBeforeTheClose) {
+TEST_F(IndexFile, BlocksAfterTheMisplacedIndexBlockLandTooLowBeforeTheClose) {
     variable.set("8");
     for (std::uint8_t value = 1; value <= 22; ++value) {
         stream8(value);

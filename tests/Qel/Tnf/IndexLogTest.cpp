@@ -187,7 +187,7 @@ TEST_F(IndexLog, WritingOfAllLogsEveryEntryInOrder) {
 }
 
 // An Index Block before the first block in memory is written once, any other twice.
-TEST_F(IndexLog, WritingOfAllLogsEachIndexBlockBehindTheOthers) {
+TEST_F(IndexLog, WritingOfAllLogsEachIndexBlockAfterTheOthers) {
     variable.set("1");
     for (int i = 1; i <= 20; ++i) {
         put("a", {static_cast<std::uint8_t>(i)});

@@ -112,7 +112,7 @@ TEST_F(Index, TwentiethNamedBlockTurnsId19IntoAnIndexBlockAndGetsId20) {
     EXPECT_EQ(idsOf(indexName), (Ids{19}));
 }
 
-TEST_F(Index, BlockBehindId218TurnsId219IntoTheSecondIndexBlockAndGetsId220) {
+TEST_F(Index, BlockAfterId218TurnsId219IntoTheSecondIndexBlockAndGetsId220) {
     addBlocks(20);
     for (std::uint64_t id = 21; id <= 218; ++id) {
         ASSERT_EQ(add(), id);
@@ -141,7 +141,7 @@ TEST_F(Index, IndexBlockHoldsTheImageOfItsCreation) {
     EXPECT_EQ(contentOf(block(19)), table);
 }
 
-TEST_F(Index, IndexBlockIsPlacedAtItsCreationBehindItsPredecessorAsThatStandsThen) {
+TEST_F(Index, IndexBlockIsPlacedAtItsCreationAfterItsPredecessorAsThatStandsThen) {
     addBlocks(19);
     IndexPeer::entries(index)[18].position = 5000;
     IndexPeer::entries(index)[18].length = 70;

@@ -196,7 +196,7 @@ TEST_F(IndexValues, FirstValueOfANameOpensItsBlockAndCreatesTheHeadEntries) {
     EXPECT_EQ(index.GetBlockInfos()[1].name, "b");
 }
 
-TEST_F(IndexValues, ValuesGoOneBehindTheOther) {
+TEST_F(IndexValues, ValuesGoOneAfterTheOther) {
     index.Put("a", static_cast<unsigned char>(1));
     index.Put("a", std::string("b"));
     index.Put("a", true);
@@ -269,7 +269,7 @@ protected:
     }
 };
 
-TEST_F(IndexWithoutMemory, ListKeepsWhatWentInAheadOfTheElementThatFailed) {
+TEST_F(IndexWithoutMemory, ListKeepsWhatWentInBeforeTheElementThatFailed) {
     EXPECT_TRUE(putFails(std::vector<unsigned int>{1, 2, 3}));
     EXPECT_EQ(contentOf(block(0)), (ByteVector{7, 0, 0, 0, 3, 0, 0, 0, 1, 0, 0, 0}));
 }

@@ -250,7 +250,7 @@ TEST_F(TnFileDatasets, EmptyDatasetHasAPositionAndMakesNoBlock) {
     EXPECT_TRUE(file.GetIndex().GetBlockInfos().empty());
 }
 
-TEST_F(TnFileDatasets, EmptyDatasetBehindAnotherGetsThePresentSizeAndSetsNoFlag) {
+TEST_F(TnFileDatasets, EmptyDatasetAfterAnotherGetsThePresentSizeAndSetsNoFlag) {
     putZeros(3);
     EXPECT_EQ(putDataset({}, 0, 1), 12U);
     EXPECT_EQ(putDataset({}, 1, 0), 12U);
@@ -273,7 +273,7 @@ TEST_F(TnFileDatasets, BlockThatADatasetOpensGetsItsFlagsWithTheNextDataset) {
     EXPECT_EQ(entry(1).flags, 0x00);
 }
 
-TEST_F(TnFileDatasets, BlockGoesOutWithTheDatasetBehindTheOneThatFilledIt) {
+TEST_F(TnFileDatasets, BlockGoesOutWithTheDatasetAfterTheOneThatFilledIt) {
     variable.set("8");
     putZeros(2);
     EXPECT_FALSE(entry(0).frozen);
@@ -355,7 +355,7 @@ TEST_F(TnFileDatasets, CopyThatGetsNoMemoryIsBadAllocWithTheFlagsSetAndNothingPu
     EXPECT_EQ(putZeros(1), 4U);
 }
 
-TEST_F(TnFileDatasets, BlocksBehindId19LandTooLowWhereEachDatasetFillsABlockByItself) {
+TEST_F(TnFileDatasets, BlocksAfterId19LandTooLowWhereEachDatasetFillsABlockByItself) {
     variable.set("8");
     for (int dataset = 1; dataset <= 22; ++dataset) {
         putZeros(2);

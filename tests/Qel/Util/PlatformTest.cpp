@@ -120,7 +120,7 @@ TEST(Platform, LocalTimeFollowsAZoneThatIsSetWithinTheProcess) {
 TEST(Platform, ComputerNameIsThatOfTheHost) {
     const std::optional<std::string> name = Support::hostName();
     if (!name) {
-        GTEST_SKIP() << "needs a system that tells its name in another way";
+        GTEST_SKIP() << "needs a system that gives its name in another way";
     }
     EXPECT_NE(*name, "");
     EXPECT_EQ(Platform::computerName(), name->substr(0, 79));
@@ -129,7 +129,7 @@ TEST(Platform, ComputerNameIsThatOfTheHost) {
 TEST(Platform, UserNameIsThatOfTheProcess) {
     const std::optional<std::string> name = Support::nameOfUser();
     if (!name) {
-        GTEST_SKIP() << "needs a system that tells its user in another way";
+        GTEST_SKIP() << "needs a system that gives its user in another way";
     }
     EXPECT_EQ(Platform::userName(), name->substr(0, 79));
 }

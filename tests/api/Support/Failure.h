@@ -15,7 +15,7 @@ namespace Api {
 /// What an application learns from a failure of the library.
 struct Failure {
     const std::type_info* type;
-    Support::Thrown told;
+    Support::Thrown thrown;
 };
 
 /// @tparam Class The class that is thrown, inside boost's wrapper.
@@ -30,9 +30,9 @@ testing::AssertionResult fails(Action action, const Failure& expected) {
     try {
         action();
     } catch (const Qel::Exception::Exception& caught) {
-        return Support::matches(caught, *expected.type, expected.told);
+        return Support::matches(caught, *expected.type, expected.thrown);
     }
-    return testing::AssertionFailure() << "nothing was thrown instead of \"" << expected.told.text << "\"";
+    return testing::AssertionFailure() << "nothing was thrown instead of \"" << expected.thrown.text << "\"";
 }
 
 } // namespace Api

@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* Details =
     R"(Checks the index, each block with its checksum, the tree, each descriptor and each dataset, and goes on
-behind damage where it can. Then it looks at what the numbers say and warns of what can hardly be meant.
+after damage where it can. Then it looks at what the numbers say and warns of what can hardly be meant.
 
 A line of the result: the file, the level, the number and title of the rule, the place, the reason.
 Levels: an error is damage; a warning is about a file that can be read; a note is for your information.

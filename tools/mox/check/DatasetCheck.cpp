@@ -28,9 +28,9 @@ bool hasWholeItems(const Dataset& holder) {
 
 class DatasetCheck {
 public:
-    DatasetCheck(const std::vector<Node>& list, const MoxReader::LinkTable& table, bool complete,
-                 FindingList& found)
-        : nodes_(list), links_(table), areComplete_(complete), findings_(found) {}
+    DatasetCheck(const std::vector<Node>& nodes, const MoxReader::LinkTable& links, bool areComplete,
+                 FindingList& findings)
+        : nodes_(nodes), links_(links), areComplete_(areComplete), findings_(findings) {}
 
     void run() {
         for (const auto& node : nodes_) {

@@ -13,7 +13,7 @@ namespace MoxTool {
 class FindingList {
 public:
     /// @param kept How many findings of each rule are kept; 0 keeps all.
-    explicit FindingList(std::size_t kept = 0) : limit_(kept) {}
+    explicit FindingList(std::size_t limit = 0) : limit_(limit) {}
 
     void add(RuleId rule, std::string reason, FindingPlace place = {});
     /// Adds an error of the reader. Damage of a block has been found with the block itself; here it only

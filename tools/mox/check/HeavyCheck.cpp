@@ -23,11 +23,11 @@ MoxReader::Model rootAlone() {
 
 } // namespace
 
-HeavyCheck::HeavyCheck(const MoxReader::File& source, const std::vector<Node>& nodes, bool complete,
-                       const std::set<std::uint64_t>& damaged, FindingList& list)
-    : areComplete_(complete),
-      damagedBlocks_(damaged),
-      findings_(list),
+HeavyCheck::HeavyCheck(const MoxReader::File& source, const std::vector<Node>& nodes, bool areComplete,
+                       const std::set<std::uint64_t>& damagedBlocks, FindingList& findings)
+    : areComplete_(areComplete),
+      damagedBlocks_(damagedBlocks),
+      findings_(findings),
       bare_(rootAlone()),
       data_(MoxReader::openHeavyStream(source, nodes), bare_),
       heavy_(data_.stream()) {

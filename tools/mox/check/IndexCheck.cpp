@@ -54,7 +54,7 @@ void checkNameAndFlags(const BlockRecord& record, FindingList& findings) {
         return;
     }
     if (!isPadded(record)) {
-        findings.add(RuleId::BlockName, "bytes behind the end of the name", placeOf(record));
+        findings.add(RuleId::BlockName, "bytes after the end of the name", placeOf(record));
     }
     if (record.flags != known->flags && record.flags != known->otherFlags) {
         findings.add(
@@ -85,7 +85,7 @@ void checkFreeEntriesAreLast(const RawIndex& index, FindingList& findings) {
     const auto used = std::find_if(firstFree, index.blocks.end(),
                                    [](const auto& record) { return !record.isEmptyEntry(); });
     if (used != index.blocks.end()) {
-        findings.add(RuleId::FreeEntries, "a block in use stands behind a free entry", placeOf(*used));
+        findings.add(RuleId::FreeEntries, "a block in use stands after a free entry", placeOf(*used));
     }
 }
 
@@ -105,7 +105,7 @@ void checkPlaces(const RawIndex& index, FindingList& findings) {
     for (const auto* table : findRestarts(index)) {
         findings.add(
             RuleId::BlockPlaces,
-            fmt::format("the blocks behind this Index Block lie {} bytes too low, since a single dataset "
+            fmt::format("the blocks after this Index Block lie {} bytes too low, since a single dataset "
                         "filled the block before it; they can be read unless others lie over them",
                         table->displacement),
             {.offset = table->position, .block = table->blockId});

@@ -77,7 +77,7 @@ bool hasFixedForm(const MoxReader::GlobalInformation& global, std::uint64_t stre
 
 } // namespace
 
-ModelScan::ModelScan(const MoxReader::File& source, FindingList& list) : file_(source), findings_(list) {}
+ModelScan::ModelScan(const MoxReader::File& file, FindingList& findings) : file_(file), findings_(findings) {}
 
 void ModelScan::run() {
     scanTree();
@@ -307,7 +307,7 @@ void ModelScan::scanMaterial(StreamReader& resources, std::uint32_t id) {
 
 void ModelScan::scanGlobalInformation() {
     if (!file_.hasStream(Format::GlobalStream)) {
-        findings_.add(RuleId::StreamMissing, "nothing tells who saved the file",
+        findings_.add(RuleId::StreamMissing, "nothing says who saved the file",
                       {.stream = std::string(Format::GlobalStream)});
         return;
     }

@@ -14,7 +14,7 @@ namespace MoxTool {
 /// whether the records fit together is left to other checks.
 class ModelScan {
 public:
-    ModelScan(const MoxReader::File& source, FindingList& list);
+    ModelScan(const MoxReader::File& file, FindingList& findings);
 
     /// @throws MoxReader::Error with ReadFailed only.
     void run();

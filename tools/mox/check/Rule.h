@@ -41,7 +41,7 @@ enum class RuleId : std::uint16_t {
     ZlibStream = 204,
     ContentSize = 205,
     Checksum = 206,
-    BytesBehindStream = 207,
+    BytesAfterStream = 207,
     BlockOverwritten = 208,
 
     StreamMissing = 301,

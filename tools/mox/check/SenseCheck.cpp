@@ -38,9 +38,9 @@ struct Mesh {
 /// The checks of one geometry.
 class GeometrySense {
 public:
-    GeometrySense(const std::vector<Dataset>& list, const MoxReader::LinkTable& table,
-                  const FactsByHolder& known, FindingList& found)
-        : datasets_(list), links_(table), facts_(known), findings_(found) {}
+    GeometrySense(const std::vector<Dataset>& datasets, const MoxReader::LinkTable& links,
+                  const FactsByHolder& facts, FindingList& findings)
+        : datasets_(datasets), links_(links), facts_(facts), findings_(findings) {}
 
     void run() {
         for (const auto& dataset : datasets_) {

@@ -17,7 +17,7 @@ using MoxReader::NodeRecord;
 
 class TreeCheck {
 public:
-    TreeCheck(const std::vector<Node>& list, FindingList& found) : nodes_(list), findings_(found) {}
+    TreeCheck(const std::vector<Node>& nodes, FindingList& findings) : nodes_(nodes), findings_(findings) {}
 
     void run() {
         for (std::uint32_t id = 1; id <= nodes_.size(); ++id) {

@@ -43,7 +43,7 @@ public:
     };
 
     /// @param commandLevel Must outlive this object.
-    explicit CommandLine(CLI::App& commandLevel) : level_(commandLevel) {}
+    explicit CommandLine(CLI::App& level) : level_(level) {}
 
     // All take the name of an argument, such as "FILE", or the names of an option, such as "-o,--output". The
     // target receives the value and must not move.

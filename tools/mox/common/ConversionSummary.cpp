@@ -9,7 +9,7 @@
 
 namespace MoxTool {
 
-ConversionSummary::ConversionSummary(std::string outputFile) : output_(std::move(outputFile)) {}
+ConversionSummary::ConversionSummary(std::string output) : output_(std::move(output)) {}
 
 void ConversionSummary::addSkipped(const std::string& kind, const std::vector<std::string>& names) {
     if (!names.empty()) {

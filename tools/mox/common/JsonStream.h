@@ -15,7 +15,7 @@ namespace MoxTool {
 class JsonStream {
 public:
     /// @param file Stays open for the lifetime of this object; not owned. Failures show in std::ferror().
-    explicit JsonStream(std::FILE* file) : out_(file) {}
+    explicit JsonStream(std::FILE* out) : out_(out) {}
 
     void beginObject() { begin('{'); }
     void endObject() { end('}'); }

@@ -21,8 +21,8 @@ std::uint64_t claimedBytes(const MoxReader::Node& node) {
 
 } // namespace
 
-NumberFile::NumberFile(const std::string& path)
-    : name_(path), opened_(path), heavy_(opened_.file(), opened_.model()) {
+NumberFile::NumberFile(const std::string& name)
+    : name_(name), opened_(name), heavy_(opened_.file(), opened_.model()) {
     requireNumbersFit();
 }
 

@@ -21,7 +21,7 @@ public:
     /// @param path "-" stands for stdin.
     /// @throws Failure also if the datasets claim more bytes in total than the file holds, since reading them
     ///                 all would take time out of proportion to the file.
-    explicit NumberFile(const std::string& path);
+    explicit NumberFile(const std::string& name);
     NumberFile(const NumberFile&) = delete;
     NumberFile& operator=(const NumberFile&) = delete;
 

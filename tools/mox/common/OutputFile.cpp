@@ -16,8 +16,8 @@ fs::path folderOf(const fs::path& path) {
 
 } // namespace
 
-OutputFile::OutputFile(fs::path path, bool mayOverwrite)
-    : target_(std::move(path)), overwrite_(mayOverwrite), temporary_(checkedTarget()) {}
+OutputFile::OutputFile(fs::path target, bool overwrite)
+    : target_(std::move(target)), overwrite_(overwrite), temporary_(checkedTarget()) {}
 
 void OutputFile::commit() {
     checkedTarget();

@@ -16,7 +16,7 @@ public:
     /// @param mayOverwrite Whether commit() may replace an existing file.
     /// @throws Failure if the target exists and must not be replaced, if it is no regular file, or if its
     ///                 folder does not exist.
-    OutputFile(std::filesystem::path path, bool mayOverwrite);
+    OutputFile(std::filesystem::path target, bool overwrite);
 
     /// Where the file is to be written: no file of this name exists at first.
     const std::filesystem::path& temporaryPath() const { return temporary_.path(); }

@@ -11,7 +11,7 @@ public:
     enum Colour { Dim, Bold, Red, Green, Cyan };
 
     /// @param coloured Whether paint() does anything, see Terminal::outputColours().
-    explicit Palette(bool coloured) : on_(coloured) {}
+    explicit Palette(bool on) : on_(on) {}
 
     std::string paint(Colour colour, std::string_view text) const;
 

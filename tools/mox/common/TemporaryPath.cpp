@@ -33,7 +33,7 @@ void removeQuietly(const fs::path& path) {
 
 } // namespace
 
-TemporaryPath::TemporaryPath(const fs::path& wanted) : target_(wanted), temporary_(unusedBeside(wanted)) {
+TemporaryPath::TemporaryPath(const fs::path& target) : target_(target), temporary_(unusedBeside(target)) {
     auto& inUse = pathsInUse();
     const std::lock_guard lock(inUse.mutex);
     inUse.paths.insert(temporary_);

@@ -10,7 +10,7 @@ class TemporaryPath {
 public:
     /// Chooses a path beside the target where nothing exists yet. Creates nothing.
     /// @param wanted The target.
-    explicit TemporaryPath(const std::filesystem::path& wanted);
+    explicit TemporaryPath(const std::filesystem::path& target);
     TemporaryPath(const TemporaryPath&) = delete;
     TemporaryPath& operator=(const TemporaryPath&) = delete;
     /// Removes what is at the path; a folder with its contents. Never throws.

@@ -23,8 +23,8 @@ bool coloursWanted() {
 
 } // namespace
 
-Terminal::Terminal(std::FILE* target, bool isInteractive, bool hasColours, bool hasOutputColours)
-    : stream_(target), interactive_(isInteractive), colours_(hasColours), colouredOutput_(hasOutputColours) {}
+Terminal::Terminal(std::FILE* stream, bool interactive, bool colours, bool colouredOutput)
+    : stream_(stream), interactive_(interactive), colours_(colours), colouredOutput_(colouredOutput) {}
 
 Terminal::~Terminal() {
     clearProgress();

@@ -28,7 +28,7 @@ std::optional<std::string> displacementText(const MoxReader::RawIndex& index) {
                                               : std::string("an index table is among what is lost");
     return fmt::format(
         "saved with blocks too small: a single dataset filled the block before Index Block {}, and the "
-        "writer then placed those behind it over others; {}",
+        "writer then placed those after it over others; {}",
         *restarts.front()->blockId, outcome);
 }
 

@@ -31,7 +31,7 @@ std::optional<std::string> findIndexFlaw(const MoxReader::File& file) {
         }
     }
     if (index.end != file.size()) {
-        return fmt::format("the file has {} bytes behind its last block", file.size() - index.end);
+        return fmt::format("the file has {} bytes after its last block", file.size() - index.end);
     }
     return std::nullopt;
 }

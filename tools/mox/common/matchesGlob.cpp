@@ -23,12 +23,12 @@ std::size_t fit(std::string_view pattern, std::string_view text) {
 
 // Only the last * ever needs to match more: what precedes it already fits.
 bool matchesGlob(std::string_view pattern, std::string_view text) {
-    std::string_view behindStar, retry;
+    std::string_view afterStar, retry;
     bool hasStar = false;
     while (!text.empty() || !pattern.empty()) {
         if (pattern.starts_with('*')) {
             pattern.remove_prefix(1);
-            behindStar = pattern;
+            afterStar = pattern;
             retry = text;
             hasStar = true;
         } else if (const auto size = fit(pattern, text)) {
@@ -36,7 +36,7 @@ bool matchesGlob(std::string_view pattern, std::string_view text) {
             text.remove_prefix(size);
         } else if (hasStar && !retry.empty()) {
             retry.remove_prefix(1);
-            pattern = behindStar;
+            pattern = afterStar;
             text = retry;
         } else {
             return false;

@@ -50,7 +50,7 @@ std::string DiffCommand::name() const {
 }
 
 std::string DiffCommand::summary() const {
-    return "Tell in what two models differ";
+    return "Report how two models differ";
 }
 
 std::optional<Command::Example> DiffCommand::example() const {
@@ -66,10 +66,11 @@ void DiffCommand::addOptions(CommandLine& line) {
     line.add("--rel", options_.tolerance.relative, "What part of the larger one floats may differ by; else 0")
         .typeName("NUMBER")
         .check(requireTolerance);
-    line.addFlag("--links", options_.links, "Tell also which datasets share their numbers in one file alone");
-    line.addFlag("--date", options_.date, "Tell also if the dates of saving differ");
+    line.addFlag("--links", options_.links,
+                 "Report also which datasets share their numbers in one file alone");
+    line.addFlag("--date", options_.date, "Report also if the dates of saving differ");
     const auto json = line.addFlag("--json", asJson_, "Write JSON");
-    line.addFlag("-q,--quiet", quiet_, "Write nothing; the exit code tells").excludes({json});
+    line.addFlag("-q,--quiet", quiet_, "Write nothing; the exit code says it").excludes({json});
     line.setCheck([this] {
         if (inputA_ == "-" && inputB_ == "-") {
             throw UsageError("only one of A and B can be -");

@@ -17,7 +17,7 @@ namespace MoxTool {
 /// that moveTo() sets.
 class DifferenceList {
 public:
-    explicit DifferenceList(const Tolerance& allowed) : tolerance_(allowed) {}
+    explicit DifferenceList(const Tolerance& tolerance) : tolerance_(tolerance) {}
 
     /// Moves to a node, or to one of its datasets.
     /// @param a Null if the first file has no such node, as b for the second.

@@ -13,7 +13,7 @@ namespace MoxTool {
 class DifferenceReport {
 public:
     /// @param a,b Must outlive this object.
-    DifferenceReport(const NumberFile& a, const NumberFile& b) : fileA_(a), fileB_(b) {}
+    DifferenceReport(const NumberFile& fileA, const NumberFile& fileB) : fileA_(fileA), fileB_(fileB) {}
 
     /// One line for each, such as: /car/door, Displacement, step "Load 1": numbers: 2 of 24 differ, ...
     void writeText(const std::vector<Difference>& differences) const;

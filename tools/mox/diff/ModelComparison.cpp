@@ -61,9 +61,9 @@ std::optional<Json> linkTarget(const Model& model, const Dataset& dataset) {
 
 } // namespace
 
-ModelComparison::ModelComparison(NumberFile& a, NumberFile& b, const ComparisonOptions& wanted,
-                                 Terminal& terminal)
-    : fileA_(a), fileB_(b), options_(wanted), messages_(terminal), list_(wanted.tolerance) {}
+ModelComparison::ModelComparison(NumberFile& fileA, NumberFile& fileB, const ComparisonOptions& options,
+                                 Terminal& messages)
+    : fileA_(fileA), fileB_(fileB), options_(options), messages_(messages), list_(options.tolerance) {}
 
 std::vector<Difference> ModelComparison::run() {
     compareSaves(list_, fileA_.model().globalInformation(), fileB_.model().globalInformation(),

@@ -84,8 +84,8 @@ void writeRows(JsonStream& json, const std::vector<Number>& numbers, std::size_t
 
 } // namespace
 
-ModelDump::ModelDump(const OpenModel& openModel, const Options& dumpOptions, JsonStream& target)
-    : opened_(openModel), options_(dumpOptions), json_(target), heavy_(openModel.file(), openModel.model()) {}
+ModelDump::ModelDump(const OpenModel& opened, const Options& options, JsonStream& json)
+    : opened_(opened), options_(options), json_(json), heavy_(opened.file(), opened.model()) {}
 
 void ModelDump::write(Terminal& terminal) {
     const auto& nodes = opened_.model().nodes();

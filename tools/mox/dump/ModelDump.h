@@ -18,7 +18,7 @@ public:
     };
 
     /// All arguments must outlive this object.
-    ModelDump(const OpenModel& openModel, const Options& dumpOptions, JsonStream& target);
+    ModelDump(const OpenModel& opened, const Options& options, JsonStream& json);
 
     /// @param terminal For the progress.
     /// @throws MoxReader::Error if numbers can't be read; what precedes them has been written then.

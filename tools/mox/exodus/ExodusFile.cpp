@@ -81,8 +81,8 @@ ExodusFile::Handle::~Handle() {
     }
 }
 
-ExodusFile::ExodusFile(const std::string& path) : filePath_(path) {
-    checkContainer(path);
+ExodusFile::ExodusFile(const std::string& filePath) : filePath_(filePath) {
+    checkContainer(filePath);
     open();
     readParameters();
     readBlocks();

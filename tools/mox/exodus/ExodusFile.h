@@ -19,7 +19,7 @@ namespace MoxTool {
 class ExodusFile {
 public:
     /// @throws Failure if there is no such file, if it is no Exodus II file, or if it is damaged or cut off.
-    explicit ExodusFile(const std::string& path);
+    explicit ExodusFile(const std::string& filePath);
     ExodusFile(const ExodusFile&) = delete;
     ExodusFile& operator=(const ExodusFile&) = delete;
 

@@ -16,7 +16,7 @@ namespace {
 // The library takes the texts to write as pointers to char that is not const.
 class Pointers {
 public:
-    explicit Pointers(std::vector<std::string> texts) : kept_(std::move(texts)) {
+    explicit Pointers(std::vector<std::string> kept) : kept_(std::move(kept)) {
         for (auto& text : kept_) {
             pointers_.push_back(text.data());
         }
@@ -40,8 +40,8 @@ ex_init_params parametersOf(const ExodusOutput::Layout& layout) {
 
 } // namespace
 
-ExodusOutput::ExodusOutput(const std::string& path, std::string shownPath, const Layout& layout)
-    : shown_(std::move(shownPath)) {
+ExodusOutput::ExodusOutput(const std::string& path, std::string shown, const Layout& layout)
+    : shown_(std::move(shown)) {
     create(path, layout.largeIds);
     const auto length = std::clamp<std::size_t>(layout.nameLength, MAX_NAME_LENGTH, LongestName);
     check(ex_set_max_name_length(file_, static_cast<int>(length)));

@@ -37,7 +37,7 @@ public:
 
     /// Replaces a file of that name.
     /// @param shownPath For failures: the path as the user gave it.
-    ExodusOutput(const std::string& path, std::string shownPath, const Layout& layout);
+    ExodusOutput(const std::string& path, std::string shown, const Layout& layout);
     ExodusOutput(const ExodusOutput&) = delete;
     ExodusOutput& operator=(const ExodusOutput&) = delete;
     /// Closes the file and ignores errors.

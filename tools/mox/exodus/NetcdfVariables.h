@@ -18,7 +18,7 @@ struct NetcdfVariable {
 class NetcdfVariables {
 public:
     /// @param handle The handle of an open file, which must outlive this object.
-    explicit NetcdfVariables(int handle) : file_(handle) {}
+    explicit NetcdfVariables(int file) : file_(file) {}
 
     std::vector<NetcdfVariable> all() const;
     /// Names of the attributes of the file itself.

@@ -33,7 +33,7 @@ struct Variable {
 // Reads the header in the order of its layout: magic, number of records, dimensions, attributes, variables.
 class HeaderReader {
 public:
-    explicit HeaderReader(std::istream& stream) : file_(stream) {}
+    explicit HeaderReader(std::istream& file) : file_(file) {}
 
     std::uint64_t requiredLength() {
         readVersion();

@@ -12,7 +12,7 @@ namespace MoxTool {
 class FieldReader {
 public:
     /// Both must outlive the reader.
-    FieldReader(const ExportMesh& parts, MoxReader::HeavyData& numbers) : mesh_(parts), heavy_(numbers) {}
+    FieldReader(const ExportMesh& mesh, MoxReader::HeavyData& heavy) : mesh_(mesh), heavy_(heavy) {}
 
     // Both throw MoxReader::Error.
 

@@ -68,12 +68,12 @@ const ElementShape& shapeOf(int dimension, std::size_t nodes) {
 
 } // namespace
 
-MeshCollector::MeshCollector(std::string file, const MoxReader::Model& source, MoxReader::HeavyData& numbers,
-                             ConversionSummary& results)
-    : path_(std::move(file)),
-      model_(source),
-      heavy_(numbers),
-      summary_(results),
+MeshCollector::MeshCollector(std::string path, const MoxReader::Model& model, MoxReader::HeavyData& heavy,
+                             ConversionSummary& summary)
+    : path_(std::move(path)),
+      model_(model),
+      heavy_(heavy),
+      summary_(summary),
       transforms_(groupTransforms(model_)) {}
 
 ExportMesh MeshCollector::collect() {

@@ -64,9 +64,9 @@ struct FoundStep {
 
 } // namespace
 
-ResultCollector::ResultCollector(const MoxReader::Model& source, const ExportMesh& parts,
-                                 ConversionSummary& conversion)
-    : model_(source), mesh_(parts), summary_(conversion) {}
+ResultCollector::ResultCollector(const MoxReader::Model& model, const ExportMesh& mesh,
+                                 ConversionSummary& summary)
+    : model_(model), mesh_(mesh), summary_(summary) {}
 
 ExportResults ResultCollector::collect() {
     collectSteps();

@@ -27,9 +27,9 @@ Formats:
        equal; what is no number stands as nan, inf or -inf
   npy  for NumPy: float32 or uint32, of shape (items,) or (items, components)
   raw  the numbers alone: 4 bytes each, lowest byte first, item by item
-Without --format the end of the name behind -o decides; otherwise it is csv.
+Without --format the end of the name given by -o decides; otherwise it is csv.
 
---all makes one file for each dataset with numbers of its own, and index.json, which tells for each dataset,
+--all makes one file for each dataset with numbers of its own, and index.json, which says for each dataset,
 links as well, its node, name, step, type, shape and file.
 
 Examples:
@@ -75,7 +75,8 @@ void ExtractCommand::addOptions(CommandLine& line) {
     line.add("--format", format_, "csv, npy or raw").typeName("FORMAT").oneOf(formatNames());
     auto file = line.add("-o,--output", output_, "The file to write; else stdout");
     file.typeName("FILE");
-    line.addFlag("--overwrite", overwrite_, "Replace the file behind -o if it exists; else that is an error");
+    line.addFlag("--overwrite", overwrite_,
+                 "Replace the file given by -o if it exists; else that is an error");
     line.add("--all", folder_, "Write all datasets into a new folder")
         .typeName("OUTDIR")
         .excludes({node, id, data, step, file});

@@ -27,8 +27,8 @@ std::string pathIn(const std::string& folder, const std::string& name) {
 
 } // namespace
 
-FolderExtraction::FolderExtraction(NumberFile& source, std::string format, Terminal& terminal)
-    : file_(source), formatName_(std::move(format)), messages_(terminal) {}
+FolderExtraction::FolderExtraction(NumberFile& file, std::string formatName, Terminal& messages)
+    : file_(file), formatName_(std::move(formatName)), messages_(messages) {}
 
 void FolderExtraction::writeTo(const std::string& name) {
     OutputFolder folder(name);

@@ -20,7 +20,7 @@ class FolderExtraction {
 public:
     /// @param source Must outlive this object.
     /// @param format The format of all files, by its name in NumberFormats.
-    FolderExtraction(NumberFile& source, std::string format, Terminal& terminal);
+    FolderExtraction(NumberFile& file, std::string formatName, Terminal& messages);
 
     /// @param name The path of a folder that must not exist; it appears when it is complete.
     /// @throws Failure

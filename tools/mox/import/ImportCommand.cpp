@@ -13,7 +13,7 @@ namespace MoxTool {
 namespace {
 
 constexpr const char* Details =
-    R"(The kind of file is told by its content:
+    R"(The kind of file is recognized by its content:
   Exodus II  each element block becomes one shape
   CGNS       each zone becomes a group, each section of elements a shape in it (one for each element type
              of a mixed section; one for the cells of a structured zone)
@@ -23,7 +23,7 @@ constexpr const char* Details =
 Variables whose names differ in their last letters become one dataset:
   x y z              a vector (disp_x, DispY, disp_Z; in a 2-D model x y, with 0 for z)
   xx yy zz xy yz zx  six values, in this order (stress_xx, sigma_XY; xz stands for zx)
-Either can have a number behind it: stress_xx_1 to stress_zx_1 become stress_1. Case does not matter,
+Either can end in a number: stress_xx_1 to stress_zx_1 become stress_1. Case does not matter,
 and the underscore can be missing. An incomplete group stays as single variables.
 disp, displ or displacement becomes "Displacement"; rot, rotation or rotations is added to it as three
 more columns.

@@ -23,7 +23,7 @@ namespace MoxTool {
 namespace {
 
 constexpr const char* Details =
-    R"(To tell whether the file is whole, every block is decompressed and the tree is read; --quick leaves the
+    R"(To say whether the file is whole, every block is decompressed and the tree is read; --quick leaves the
 blocks of numbers out. Of a damaged file it shows what can be read. mox check looks closer.
 
 Exit codes: 0 the file is whole, 1 it is not or can't be read, 2 wrong usage.

@@ -15,7 +15,7 @@ class InfoCommand : public Command {
 public:
     std::string name() const override { return "info"; }
     std::string summary() const override {
-        return "Tell on one screen what a file is and whether it is whole";
+        return "Say on one screen what a file is and whether it is whole";
     }
     std::optional<Example> example() const override {
         return Example{"mox info bracket.mox", "what is in it, and whether it is whole"};

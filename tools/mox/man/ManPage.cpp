@@ -62,7 +62,7 @@ std::string roffText(std::string_view text) {
     return result;
 }
 
-ManPage::ManPage(CommandHelp shown) : help_(std::move(shown)) {
+ManPage::ManPage(CommandHelp help) : help_(std::move(help)) {
     const auto place = help_.details.find(ExamplesTitle);
     details_ = withoutEndingLines(std::string_view(help_.details).substr(0, place));
     if (place != std::string::npos) {

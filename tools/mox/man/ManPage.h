@@ -11,7 +11,7 @@ namespace MoxTool {
 /// --help shows.
 class ManPage {
 public:
-    explicit ManPage(CommandHelp shown);
+    explicit ManPage(CommandHelp help);
 
     /// Such as "mox-import.1".
     std::string fileName() const;

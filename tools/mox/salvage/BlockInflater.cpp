@@ -17,8 +17,8 @@ constexpr std::size_t LargestPiece = 65536;
 
 } // namespace
 
-BlockInflater::BlockInflater(MoxReader::Source& bytes)
-    : source_(bytes), input_(LargestPiece), output_(LargestPiece) {
+BlockInflater::BlockInflater(MoxReader::Source& source)
+    : source_(source), input_(LargestPiece), output_(LargestPiece) {
     if (inflateInit(&zlib_) != Z_OK) {
         throw std::bad_alloc();
     }

@@ -16,8 +16,8 @@ constexpr std::uint64_t Convincing = 512; ///< Bytes that pass for a stream; ran
 
 } // namespace
 
-BlockSearch::BlockSearch(MoxReader::Source& bytes, BlockInflater& blockInflater, AttemptBudget& attemptBudget)
-    : source_(bytes), inflater_(blockInflater), budget_(attemptBudget) {}
+BlockSearch::BlockSearch(MoxReader::Source& source, BlockInflater& inflater, AttemptBudget& budget)
+    : source_(source), inflater_(inflater), budget_(budget) {}
 
 std::optional<std::uint64_t> BlockSearch::findWhole(std::uint64_t from) {
     if (whole_ && *whole_ >= from) {

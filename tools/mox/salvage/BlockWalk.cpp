@@ -24,13 +24,14 @@ constexpr const char* UnfinishedFile = "unfinished"; ///< Renamed once its outco
 
 } // namespace
 
-BlockWalk::BlockWalk(MoxReader::Source& bytes, const MoxReader::RawIndex& index, std::filesystem::path target)
-    : source_(bytes),
-      folder_(std::move(target)),
-      inflater_(bytes),
-      budget_(bytes.size()),
-      search_(bytes, inflater_, budget_),
-      known_(bytes, index) {}
+BlockWalk::BlockWalk(MoxReader::Source& source, const MoxReader::RawIndex& index,
+                     std::filesystem::path folder)
+    : source_(source),
+      folder_(std::move(folder)),
+      inflater_(source),
+      budget_(source.size()),
+      search_(source, inflater_, budget_),
+      known_(source, index) {}
 
 void BlockWalk::run(const std::function<void(double)>& progress) {
     std::uint64_t position = Format::FirstBlockPosition;

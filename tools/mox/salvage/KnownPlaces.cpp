@@ -6,7 +6,7 @@
 
 namespace MoxTool {
 
-KnownPlaces::KnownPlaces(MoxReader::Source& bytes, const MoxReader::RawIndex& index) : source_(bytes) {
+KnownPlaces::KnownPlaces(MoxReader::Source& source, const MoxReader::RawIndex& index) : source_(source) {
     for (const auto& block : index.blocks) {
         if (block.isCompressed() && block.length > 0) {
             places_.push_back(block.position);

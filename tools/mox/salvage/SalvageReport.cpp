@@ -22,12 +22,12 @@ constexpr const char* ClosingNote =
 
 constexpr const char* PartialNote =
     "a file named .part.raw or .damaged.raw holds a block up to where it is cut off or its damage showed, "
-    "which can be long behind the damage itself; the checksum of a block stands at its end, so nothing "
+    "which can be long after the damage itself; the checksum of a block stands at its end, so nothing "
     "vouches for these bytes";
 
 constexpr const char* PayloadNote =
-    "a raw file of numbers holds datasets one behind the other, each component by component and each "
-    "component as its lowest bytes, then its second bytes and so on; without descriptors nothing tells "
+    "a raw file of numbers holds datasets one after the other, each component by component and each "
+    "component as its lowest bytes, then its second bytes and so on; without descriptors nothing says "
     "where one begins";
 
 std::map<std::uint64_t, const MoxReader::BlockRecord*> recordsByPlace(const MoxReader::RawIndex& index) {
@@ -40,12 +40,12 @@ std::map<std::uint64_t, const MoxReader::BlockRecord*> recordsByPlace(const MoxR
 
 } // namespace
 
-SalvageReport::SalvageReport(std::string file, std::string state, const MoxReader::RawIndex& fileIndex,
-                             const BlockWalk& blockWalk)
-    : path_(std::move(file)),
-      wrong_(std::move(state)),
-      index_(fileIndex),
-      walk_(blockWalk),
+SalvageReport::SalvageReport(std::string path, std::string wrong, const MoxReader::RawIndex& index,
+                             const BlockWalk& walk)
+    : path_(std::move(path)),
+      wrong_(std::move(wrong)),
+      index_(index),
+      walk_(walk),
       records_(recordsByPlace(index_)),
       lost_(describeLoss(index_, walk_.blocks())),
       notes_(listNotes()) {}

@@ -66,10 +66,10 @@ std::vector<std::string> lossOfUnfinished(const std::vector<SalvagedBlock>& save
     return lines;
 }
 
-std::vector<std::string> lossBehindIndex(const MoxReader::RawIndex& index,
-                                         const std::vector<StreamLoss>& losses) {
+std::vector<std::string> lossAfterIndex(const MoxReader::RawIndex& index,
+                                        const std::vector<StreamLoss>& losses) {
     std::vector<std::string> lines = {
-        fmt::format("the index behind its first {} entries: what blocks there were, and what they held",
+        fmt::format("the index after its first {} entries: what blocks there were, and what they held",
                     index.blocks.size())};
     for (const auto& [name, meaning] : StreamMeanings) {
         if (std::ranges::find(losses, name, &StreamLoss::name) == losses.end()) {
@@ -97,7 +97,7 @@ std::vector<std::string> describeLoss(const MoxReader::RawIndex& index,
         }
     }
     if (isIncomplete(index)) {
-        std::ranges::copy(lossBehindIndex(index, losses), std::back_inserter(lines));
+        std::ranges::copy(lossAfterIndex(index, losses), std::back_inserter(lines));
     }
     return lines;
 }

@@ -15,10 +15,10 @@ namespace MoxTool {
 namespace {
 
 constexpr const char* Details =
-    R"(Three tables: by block name, by dataset, by step. "content" is before compression, "in file" behind it,
+    R"(Three tables: by block name, by dataset, by step. "content" is before compression, "in file" after it,
 "ratio" the first over the second. Datasets are compressed together, block by block, so what one of them
 takes in the file is its part of its block. "shared" is what links would take if they had numbers of their
-own; the last line tells what they saved.
+own; the last line says what they saved.
 
 Examples:
   mox stat bracket.mox

@@ -9,7 +9,7 @@ namespace MoxTool {
 class StatCommand : public Command {
 public:
     std::string name() const override { return "stat"; }
-    std::string summary() const override { return "Tell where the bytes of a file go"; }
+    std::string summary() const override { return "Show where the bytes of a file go"; }
     std::optional<Example> example() const override {
         return Example{"mox stat bracket.mox", "where its bytes go"};
     }

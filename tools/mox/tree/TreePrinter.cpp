@@ -46,13 +46,13 @@ std::string contentText(const MoxReader::Node& node) {
 
 } // namespace
 
-TreePrinter::TreePrinter(const MoxReader::Model& shown, const Options& treeOptions, Palette colours,
-                         std::FILE* file)
-    : model_(shown),
-      options_(treeOptions),
-      palette_(colours),
-      out_(file),
-      levels_(treeLevels(shown)),
+TreePrinter::TreePrinter(const MoxReader::Model& model, const Options& options, Palette palette,
+                         std::FILE* out)
+    : model_(model),
+      options_(options),
+      palette_(palette),
+      out_(out),
+      levels_(treeLevels(model)),
       chosen_(chooseNodes()) {}
 
 void TreePrinter::print() const {

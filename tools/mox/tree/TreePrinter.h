@@ -23,7 +23,7 @@ public:
     };
 
     /// @param shown, treeOptions, file Must outlive this object.
-    TreePrinter(const MoxReader::Model& shown, const Options& treeOptions, Palette colours, std::FILE* file);
+    TreePrinter(const MoxReader::Model& model, const Options& options, Palette palette, std::FILE* out);
 
     /// Whether the pattern matches no node.
     bool isEmpty() const { return !chosen_.front(); }

@@ -37,7 +37,7 @@ TEST(PathSplitter, SpacesAndPunctuationDontSplit) {
     EXPECT_EQ(componentsOf("/a b\t/c.d,e", "/"), (Names{"a b\t", "c.d,e"}));
 }
 
-TEST(PathSplitter, LastTextStaysBehindTheEnd) {
+TEST(PathSplitter, LastTextRemainsAfterTheEnd) {
     const std::string path = "/a/b";
     const PathSplitter splitter(path, "/");
     auto component = splitter.begin();

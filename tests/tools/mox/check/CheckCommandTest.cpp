@@ -136,14 +136,14 @@ TEST_F(CheckCommand, TakesAModelWithoutNodes) {
     EXPECT_EQ(runMox({"check", folder.path("empty.mox")}).exitCode, 0);
 }
 
-TEST_F(CheckCommand, TakesAnIndexBlockBehindBlocksThatAreNotFilledSingly) {
+TEST_F(CheckCommand, TakesAnIndexBlockAfterBlocksThatAreNotFilledSingly) {
     const Support::EnvironmentGuard guard(Support::BlockSizeVariable, std::string("20"));
     const auto run = runMox({"check", saveModel(100)});
     EXPECT_EQ(run.exitCode, 0) << run.output;
 }
 
 // The known damage by arrays that fill the nineteenth block singly: the blocks after it are placed too low.
-TEST_F(CheckCommand, FindsBlocksThatWereMisplacedBehindAnIndexBlock) {
+TEST_F(CheckCommand, FindsBlocksThatWereMisplacedAfterAnIndexBlock) {
     const Support::EnvironmentGuard guard(Support::BlockSizeVariable, std::string("1"));
     EXPECT_EQ(runMox({"check", saveModel(100)}).exitCode, 2);
 }

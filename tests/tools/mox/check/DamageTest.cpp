@@ -171,7 +171,7 @@ std::vector<int> rulesWithFlip(const FileBytes& bytes, std::size_t record) {
 } // namespace
 
 // The only flag that can be right either way: that of a last block of numbers whose arrays nothing names.
-TEST(FreezableFlag, OfNumbersCanFlipUnseenOnlyWhereNothingTellsHowManyArraysTheLastBlockHolds) {
+TEST(FreezableFlag, OfNumbersCanFlipUnseenOnlyWhereNothingSaysHowManyArraysTheLastBlockHolds) {
     EXPECT_EQ(rulesWithFlip(savedModel(), 0), std::vector<int>{113});
     EXPECT_EQ(rulesWithFlip(unnamedLastArray(), 0), (std::vector<int>{708, 113}));
     EXPECT_EQ(rulesWithFlip(unnamedLastArray(), 1), std::vector<int>{708});
@@ -189,7 +189,7 @@ TEST(FreezableFlag, OfAnyOtherBlockNeverFlipsUnseen) {
 // "aaaaa": two literals, a copy of three bytes from one byte back, the end. Codes are written with their
 // highest bit first, everything else with the lowest: 1 10 | 10010001 | 10010001 | 0000001 00000 | 0000000 |
 // padding.
-TEST(DeflateBits, TellWhatEachBitOfASmallStreamMeans) {
+TEST(DeflateBits, ShowWhatEachBitOfASmallStreamMeans) {
     const FileBytes stream = {0x78, 0x9C, 0x4B, 0x4C, 0x04, 0x02, 0x00, 0x05, 0xB4, 0x01, 0xE6};
     FileBytes content(5);
     uLongf size = content.size();
@@ -255,22 +255,22 @@ FileBytes damaged(FileBytes bytes, std::mt19937& random) {
     const auto place = below(2) == 0 ? below(bytes.size()) : FirstBlock + below(bytes.size() - FirstBlock);
     const auto at = bytes.begin() + static_cast<std::ptrdiff_t>(place);
     const auto count = std::min<std::size_t>(1 + below(40), bytes.size() - place);
-    const auto behind = at + static_cast<std::ptrdiff_t>(count);
+    const auto after = at + static_cast<std::ptrdiff_t>(count);
     switch (below(6)) {
     case 0: // a wrong byte
         *at = static_cast<std::uint8_t>(*at + 1 + below(255));
         break;
     case 1: // a hole
-        std::fill(at, behind, std::uint8_t{0});
+        std::fill(at, after, std::uint8_t{0});
         break;
     case 2: // other bytes
-        std::generate(at, behind, [&] { return static_cast<std::uint8_t>(random()); });
+        std::generate(at, after, [&] { return static_cast<std::uint8_t>(random()); });
         break;
     case 3: // bytes that are missing
-        bytes.erase(at, behind);
+        bytes.erase(at, after);
         break;
     case 4: { // extra bytes
-        const FileBytes copy(at, behind);
+        const FileBytes copy(at, after);
         bytes.insert(at, copy.begin(), copy.end());
         break;
     }

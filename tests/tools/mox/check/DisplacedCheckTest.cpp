@@ -45,7 +45,7 @@ TEST_F(DisplacedCheck, BlocksThatLieTooLowAreNamedAsThatAndTheLostOnesAreListed)
     const auto& first = findings.findings().front();
     EXPECT_EQ(19u, first.place.block);
     EXPECT_EQ(index.tables[1].position, first.place.offset);
-    EXPECT_EQ("the blocks behind this Index Block lie " + std::to_string(index.tables[1].position) +
+    EXPECT_EQ("the blocks after this Index Block lie " + std::to_string(index.tables[1].position) +
                   " bytes too low, since a single dataset filled the block before it; they can be read "
                   "unless others "
                   "lie over them",

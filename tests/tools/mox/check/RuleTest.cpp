@@ -269,7 +269,7 @@ TEST(FileCheck, WarnsOnceOfConnectivityBeyondTheCoordinates) {
     EXPECT_EQ(finding.place.key, "Connectivity");
 }
 
-TEST(FileCheck, GoesOnBehindADescriptorThatCannotBeRead) {
+TEST(FileCheck, GoesOnAfterADescriptorThatCannotBeRead) {
     auto sample = soundSample();
     sample.light = patched(sample.light, 64, {2}); // not a truth value: the geometry's entries can't be read
     sample.light = patched(sample.light, 216, {3});

@@ -32,7 +32,7 @@ TEST(ConversionSummary, SaysNothingOfKindsThatTheFileHasNot) {
     EXPECT_EQ(summary.lines().size(), 1U);
 }
 
-TEST(ConversionSummary, TellsAFactOnce) {
+TEST(ConversionSummary, StatesAFactOnce) {
     ConversionSummary summary("a.mox");
     summary.addNote("one");
     summary.addNote("two");

@@ -59,7 +59,7 @@ TEST(TemporaryPath, MovesToItsTarget) {
     EXPECT_EQ(folder.files(), std::vector<std::string>{"out"});
 }
 
-TEST(TemporaryPath, TellsThatItCanNotMove) {
+TEST(TemporaryPath, ReportsThatItCanNotMove) {
     const Support::TemporaryFolder folder;
     const TemporaryPath temporary(folder.path("out"));
     EXPECT_THROW(temporary.moveToTarget(), MoxTool::Failure);

@@ -29,7 +29,7 @@ MoxReader::GlobalInformation savedBy(const std::string& source, const std::strin
 
 } // namespace
 
-TEST(CompareNodeSets, TellsWhatIsMissingAndTheFirstMemberThatDiffers) {
+TEST(CompareNodeSets, ReportsWhatIsMissingAndTheFirstMemberThatDiffers) {
     DifferenceList list({});
     MoxTool::compareNodeSets(
         list, {{"same", {{1, 2}}}, {"moved", {{1, 2}, {3, 4}}}, {"short", {{1, 2}}}, {"old", {}}},
@@ -52,7 +52,7 @@ TEST(CompareSaves, DateCountsOnlyIfAsked) {
                                     "save 1: date \"Monday\" != \"Tuesday\""}));
 }
 
-TEST(CompareSaves, TellsIfOneFileWasSavedMoreOften) {
+TEST(CompareSaves, ReportsIfOneFileWasSavedMoreOften) {
     DifferenceList list({});
     MoxTool::compareSaves(list, {{{}, {}}}, {{{}}}, true);
     EXPECT_EQ(linesOf(list), (Lines{"saves 2 != 1"}));
@@ -68,7 +68,7 @@ TEST(CompareMaterials, FourthValueOfTheEmissiveColourDoesNotCount) {
     EXPECT_EQ(linesOf(list), Lines{});
 }
 
-TEST(CompareMaterials, TellsEachFieldOnItsOwn) {
+TEST(CompareMaterials, ReportsEachFieldOnItsOwn) {
     MoxReader::Material a;
     MoxReader::Material b;
     b.ambient = {0, 0, 0, 0.5F};

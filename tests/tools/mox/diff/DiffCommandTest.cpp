@@ -78,7 +78,7 @@ TEST_F(DiffCommand, ModelSavedTwiceIsEqual) {
     expectEqual(diff({"--links"}));
 }
 
-TEST_F(DiffCommand, TellsTheWorstNumberAndItsPlace) {
+TEST_F(DiffCommand, ReportsTheWorstNumberAndItsPlace) {
     saveDataset("a.mox", {0, 0, 0, 1, 1, 1});
     saveDataset("b.mox", {0, 0, 0, 1, 1.5F, 2});
     expectDifferences(diff(), "/root/part, U, step \"Load 1\": numbers: 2 of 6 differ, "
@@ -127,7 +127,7 @@ TEST_F(DiffCommand, StepsArePartOfTheKey) {
                                   "\"float, 1 x 1\", only in " + folder.path("b.mox") + "\n");
 }
 
-TEST_F(DiffCommand, TellsNodesThatOneFileLacksAndTypesThatChanged) {
+TEST_F(DiffCommand, ReportsNodesThatOneFileLacksAndTypesThatChanged) {
     save("a.mox", [](Mox::Model& model) {
         addGroup(model, "old");
         addGroup(model, "both");
@@ -142,7 +142,7 @@ TEST_F(DiffCommand, TellsNodesThatOneFileLacksAndTypesThatChanged) {
                                   "\n/root/both: node: \"Geometry\", only in " + folder.path("b.mox") + "\n");
 }
 
-TEST_F(DiffCommand, TellsTransformsMaterialsAndAttributes) {
+TEST_F(DiffCommand, ReportsTransformsMaterialsAndAttributes) {
     const auto fill = [](float x, float red, int mass) {
         return [=](Mox::Model& model) {
             Mox::Attributes attributes;

@@ -14,7 +14,7 @@ TEST(NumberDifference, EqualNumbersHaveNone) {
     EXPECT_FALSE(compareNumbers(Floats{}, Floats{}, 0, {}));
 }
 
-TEST(NumberDifference, CountsAndTellsTheGreatestWithItsPlace) {
+TEST(NumberDifference, CountsAndReportsTheGreatestWithItsPlace) {
     const auto found = compareNumbers(Floats{1, 2, 3, 4, 5, 6}, Floats{1, 2, 3.5F, 4, 8, 6}, 3, {});
     ASSERT_TRUE(found);
     EXPECT_EQ(found->differing, 2U);

@@ -115,7 +115,7 @@ TEST_F(ExtractCommand, InputIsNeverReplaced) {
                   model + ": is the input itself");
 }
 
-TEST_F(ExtractCommand, TellsWhatThereIsInsteadOfAMissingDataset) {
+TEST_F(ExtractCommand, ListsWhatThereIsInsteadOfAMissingDataset) {
     expectFailure(extract({"--node", "/Assembly/Cube", "--data", "Stress"}),
                   model + ": /Assembly/Cube has no dataset \"Stress\" without a step; the node has "
                           "\"Coordinates\", \"Temperature\"");

@@ -57,7 +57,7 @@ TEST_F(InfoCommand, ShowsOfACutFileWhatIsLeft) {
     EXPECT_TRUE(says(run, "whole     no, block 0 at 2800: the block reaches past the end of the file"));
 }
 
-TEST_F(InfoCommand, TellsThatAFileWasNeverClosed) {
+TEST_F(InfoCommand, ReportsThatAFileWasNeverClosed) {
     const auto file = folder.write("open.mox", folder.read("sample.mox").substr(0, 12));
     const auto run = runMox({"info", file});
     EXPECT_EQ(run.exitCode, 1);
@@ -65,24 +65,24 @@ TEST_F(InfoCommand, TellsThatAFileWasNeverClosed) {
         << run.output;
 }
 
-TEST_F(InfoCommand, BytesBehindTheLastBlockAreAFlaw) {
+TEST_F(InfoCommand, BytesAfterTheLastBlockAreAFlaw) {
     const auto file = folder.write("long.mox", folder.read("sample.mox") + "xyz");
     const auto run = runMox({"info", file});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(says(run, "whole     no, the file has 3 bytes behind its last block"));
+    EXPECT_TRUE(says(run, "whole     no, the file has 3 bytes after its last block"));
 }
 
-TEST_F(InfoCommand, TellsThatBlocksLieTooLow) {
+TEST_F(InfoCommand, ReportsThatBlocksLieTooLow) {
     const auto file = folder.path("low.mox");
     Support::saveNumberedArrays(file, "512", 105, [](unsigned) { return 150u; });
     for (const auto& arguments :
          {std::vector<std::string>{"info", file}, std::vector<std::string>{"info", "--quick", file}}) {
         const auto run = runMox(arguments);
         EXPECT_EQ(run.exitCode, 1);
-        EXPECT_NE(run.output.find(
-                      "whole     no, saved with blocks too small: a single dataset filled the block "
-                      "before Index Block 19, and the writer then placed those behind it over others; "),
-                  std::string::npos)
+        EXPECT_NE(
+            run.output.find("whole     no, saved with blocks too small: a single dataset filled the block "
+                            "before Index Block 19, and the writer then placed those after it over others; "),
+            std::string::npos)
             << run.output;
         EXPECT_NE(run.output.find(" blocks are lost, the rest can be read\n"), std::string::npos)
             << run.output;
@@ -90,7 +90,7 @@ TEST_F(InfoCommand, TellsThatBlocksLieTooLow) {
     }
 }
 
-TEST_F(InfoCommand, TellsThatATableIsLostAmongBlocksThatLieTooLow) {
+TEST_F(InfoCommand, ReportsThatATableIsLostAmongBlocksThatLieTooLow) {
     const auto file = folder.path("low.mox");
     Support::saveNumberedArrays(file, "512", 460, [](unsigned) { return 200u; });
     const auto run = runMox({"info", file});

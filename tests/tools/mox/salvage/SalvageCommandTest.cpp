@@ -61,7 +61,7 @@ TEST(SalvageCommand, SavesEveryBlockOfAFileThatWasNeverClosed) {
     EXPECT_EQ(salvage.index.at("notSaved").size(), 0u);
 }
 
-TEST(SalvageCommand, TellsWhatAFileThatWasNeverClosedLacks) {
+TEST(SalvageCommand, ReportsWhatAFileThatWasNeverClosedLacks) {
     const Salvage salvage(neverClosed().raw(Whole));
     EXPECT_EQ(salvage.index.at("state"), "it was never closed by its writer");
     EXPECT_EQ(salvage.lost(),
@@ -77,7 +77,7 @@ TEST(SalvageCommand, TellsWhatAFileThatWasNeverClosedLacks) {
               std::string::npos);
 }
 
-TEST(SalvageCommand, GoesOnBehindThePlaceOfAnIndexTable) {
+TEST(SalvageCommand, GoesOnAfterThePlaceOfAnIndexTable) {
     const Salvage salvage(neverClosed().raw(Whole).fill(27804, 0).raw(Whole));
     EXPECT_EQ(salvage.index.at("blocks").size(), 2u);
     ASSERT_EQ(salvage.index.at("notSaved").size(), 1u);
@@ -86,7 +86,7 @@ TEST(SalvageCommand, GoesOnBehindThePlaceOfAnIndexTable) {
     EXPECT_EQ(salvage.index.at("notSaved")[0].at("what"), "the place of an index table, all zeros");
 }
 
-TEST(SalvageCommand, GoesOnBehindAnIndexTable) {
+TEST(SalvageCommand, GoesOnAfterAnIndexTable) {
     Bytes table;
     table.u32(200);
     for (unsigned i = 0; i < 200; ++i) {
@@ -215,7 +215,7 @@ TEST(SalvageCommand, SavesNeighboursThatAreBothDamagedIfTheIndexHasThem) {
 }
 
 // Blocks that follow each other after bytes that are not blocks: only a search finds them.
-TEST(SalvageCommand, FindsABlockThatIsCutOffBehindOtherBytes) {
+TEST(SalvageCommand, FindsABlockThatIsCutOffAfterOtherBytes) {
     std::vector<std::uint8_t> content;
     for (unsigned i = 0; i < 10; ++i) {
         content.insert(content.end(), Whole.begin(), Whole.end());
@@ -241,7 +241,7 @@ TEST(SalvageCommand, TakesAFewFittingBytesAtTheEndForChance) {
 
 // A search comes upon a stream that could continue to the end of the file. The whole block in it shows that
 // it does not, and after that another block is cut off.
-TEST(SalvageCommand, FindsABlockThatIsCutOffBehindOneThatOnlySeemedToBe) {
+TEST(SalvageCommand, FindsABlockThatIsCutOffAfterOneThatOnlySeemedToBe) {
     const std::vector<std::uint8_t> content(2000, 1);
     const auto seeming = Bytes().u32(5000).raw({0x78, 0x9C, 0, 0xFF, 0x7F, 0, 0x80});
     const auto last = cut(Bytes().u32(5000).raw({0x78, 0x9C, 0, 0xFF, 0x7F, 0, 0x80}).raw(content), 1000);
@@ -254,7 +254,7 @@ TEST(SalvageCommand, FindsABlockThatIsCutOffBehindOneThatOnlySeemedToBe) {
 }
 
 // The index lists the last one as uncompressed.
-TEST(SalvageCommand, FindsAWholeBlockBehindSeveralDamagedOnesThoughTheIndexHasNone) {
+TEST(SalvageCommand, FindsAWholeBlockAfterSeveralDamagedOnesThoughTheIndexHasNone) {
     auto damaged = block(incompressible());
     damaged.back() ^= 1;
     TestFile file;
@@ -288,7 +288,7 @@ TEST(SalvageCommand, CountsWhatIsLostOfAFileThatIsCutShort) {
     EXPECT_EQ(salvage.index.at("partial")[0].at("name"), "Heavy Data");
 }
 
-TEST(SalvageCommand, TellsThatTheIndexIsCutShortToo) {
+TEST(SalvageCommand, ReportsThatTheIndexIsCutShortToo) {
     TestFile file;
     for (unsigned i = 0; i < 25; ++i) {
         file.compressed("Heavy Data", Sevens);
@@ -301,7 +301,7 @@ TEST(SalvageCommand, TellsThatTheIndexIsCutShortToo) {
     EXPECT_EQ(salvage.lost()[0],
               "1 of 19 blocks of \"Heavy Data\": the numbers of datasets" + lossOf(0, Whole.size()));
     EXPECT_EQ(salvage.lost()[1],
-              "the index behind its first 20 entries: what blocks there were, and what they held");
+              "the index after its first 20 entries: what blocks there were, and what they held");
     EXPECT_EQ(salvage.lost()[2],
               "\"Mox Tree\", or where in the file it is: the tree: names, types and ids of nodes");
 }
@@ -315,7 +315,7 @@ TEST(SalvageCommand, SavesBlocksWithoutNamesIfTheIndexIsDamaged) {
 }
 
 // The lengths in the index determine the places: a wrong one moves all that follow.
-TEST(SalvageCommand, TellsThatSavedBlocksCanBeThoseThatTheIndexMisses) {
+TEST(SalvageCommand, ReportsThatSavedBlocksCanBeThoseThatTheIndexMisses) {
     const auto recordOfFirst = 16 + 4;
     const auto bytes = patched(SampleModel().file().bytes(), recordOfFirst + 133, {1, 0, 0, 0});
     const Salvage salvage(bytes);

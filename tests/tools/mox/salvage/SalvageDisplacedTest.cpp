@@ -29,7 +29,7 @@ TEST(SalvageDisplaced, AllBlocksThatNothingLiesOverAreSavedWithTheirNames) {
     ASSERT_EQ(0, salvage.run.exitCode) << salvage.run.messages;
     EXPECT_EQ("it was saved with blocks too small: a single dataset filled the block before Index Block 19, "
               "and the "
-              "writer then placed those behind it over others; 24 blocks are lost, the rest can be read",
+              "writer then placed those after it over others; 24 blocks are lost, the rest can be read",
               salvage.index.at("state").get<std::string>());
     std::map<std::uint64_t, nlohmann::json> saved;
     for (const auto& entry : salvage.index.at("blocks")) {

@@ -283,7 +283,7 @@ TEST(SalvageRealFile, TooShortForABlockGivesOneLineAndNoFolder) {
     }
 }
 
-TEST(SalvageRealFile, TooShortForABlockTellsHowShort) {
+TEST(SalvageRealFile, TooShortForABlockSaysHowShort) {
     const auto messageFor = [](std::size_t length) {
         return Salvage(cut(sample().bytes, length)).run.messages;
     };

@@ -41,7 +41,7 @@ TEST(StoredShare, PieceOfABlockGetsItsPartOfTheBlocksBytes) {
     EXPECT_DOUBLE_EQ(share.of(0, 0), 0);
 }
 
-TEST(StoredShare, WhatLiesBehindTheStreamAccountsForNothing) {
+TEST(StoredShare, WhatLiesAfterTheStreamAccountsForNothing) {
     const auto source = std::make_shared<MoxReader::MemorySource>(std::vector<std::uint8_t>(20));
     const StoredShare share(MoxReader::StreamReader(source, "Heavy Data", {compressedBlock(0, 20, 100)}));
     EXPECT_DOUBLE_EQ(share.of(90, 1000), 2);
@@ -83,7 +83,7 @@ protected:
 
 } // namespace
 
-TEST_F(StatCommand, TellsBytesByBlockNameDatasetAndStep) {
+TEST_F(StatCommand, ListsBytesByBlockNameDatasetAndStep) {
     const auto run = runMox({"stat", "--bytes", path});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.messages, "");

@@ -78,8 +78,8 @@ bool areLarge(const std::optional<std::vector<std::int64_t>>& ids) {
 
 } // namespace
 
-ExodusExporter::ExodusExporter(ExportModel& from, Terminal& messages)
-    : source_(from), terminal_(messages), reader_(from.reader()), dimension_(dimensionOf(from)) {
+ExodusExporter::ExodusExporter(ExportModel& source, Terminal& terminal)
+    : source_(source), terminal_(terminal), reader_(source.reader()), dimension_(dimensionOf(source)) {
     planMaps();
     nodal_.emplace(source_.results(), ResultPlace::Nodes, mapFields_);
     elemental_.emplace(source_.results(), ResultPlace::Elements, mapFields_);

@@ -24,10 +24,10 @@ bool holdsOnly(const fs::path& folder, const std::string& extension) {
 
 } // namespace
 
-ReplaceableFolder::ReplaceableFolder(fs::path path, std::string extensionOfFiles, bool mayOverwrite)
-    : target_(std::move(path)),
-      extension_(std::move(extensionOfFiles)),
-      overwrite_(mayOverwrite),
+ReplaceableFolder::ReplaceableFolder(fs::path target, std::string extension, bool overwrite)
+    : target_(std::move(target)),
+      extension_(std::move(extension)),
+      overwrite_(overwrite),
       temporary_(checkedTarget()) {
     temporary_.createFolder();
 }

@@ -19,7 +19,7 @@ public:
     ///                         files of the extension is never replaced.
     /// @throws Failure if the target exists and must not be replaced, or if the temporary folder can't be
     ///                 made.
-    ReplaceableFolder(std::filesystem::path path, std::string extensionOfFiles, bool mayOverwrite);
+    ReplaceableFolder(std::filesystem::path target, std::string extension, bool overwrite);
 
     const std::filesystem::path& temporaryPath() const { return temporary_.path(); }
 

@@ -84,7 +84,7 @@ bool isDisplacementWithRotation(const ExportField& field) {
 
 } // namespace
 
-VtuExporter::VtuExporter(ExportModel& from) : source_(from), reader_(from.reader()) {}
+VtuExporter::VtuExporter(ExportModel& source) : source_(source), reader_(source.reader()) {}
 
 void VtuExporter::write(std::size_t step, double value, const std::filesystem::path& path,
                         const std::string& shownPath) {

@@ -25,8 +25,7 @@ struct VtuArray {
 /// markup.
 class VtuFile {
 public:
-    VtuFile(std::size_t pointsInAll, std::size_t cellsInAll)
-        : pointCount_(pointsInAll), cellCount_(cellsInAll) {}
+    VtuFile(std::size_t pointCount, std::size_t cellCount) : pointCount_(pointCount), cellCount_(cellCount) {}
 
     /// Texts that belong to the whole mesh.
     void addTexts(const std::string& name, const std::vector<std::string>& texts);

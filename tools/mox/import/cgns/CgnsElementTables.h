@@ -19,8 +19,8 @@ public:
     /// @param filePath For messages.
     /// @param vertexCount The number of vertices of the zone.
     /// @param toSort Must outlive this object.
-    CgnsElementTables(std::string filePath, std::size_t vertexCount, const CgnsSection& toSort)
-        : path_(std::move(filePath)), vertices_(vertexCount), section_(toSort) {}
+    CgnsElementTables(std::string path, std::size_t vertices, const CgnsSection& section)
+        : path_(std::move(path)), vertices_(vertices), section_(section) {}
 
     /// Whether a model can take the elements of a type: all except NFACE_n and user-defined types.
     static bool canTake(CGNS_ENUMT(ElementType_t) type);

@@ -86,11 +86,11 @@ CgnsFile::Handle::~Handle() {
     }
 }
 
-CgnsFile::CgnsFile(const std::string& path) : filePath_(path) {
+CgnsFile::CgnsFile(const std::string& filePath) : filePath_(filePath) {
     silenceHdf5();
-    if (cg_open(path.c_str(), CG_MODE_READ, &file_.id) != CG_OK) {
+    if (cg_open(filePath.c_str(), CG_MODE_READ, &file_.id) != CG_OK) {
         file_.id = -1;
-        throw Failure(path, fmt::format("no CGNS file, or damaged ({})", oneLine(cg_get_error())));
+        throw Failure(filePath, fmt::format("no CGNS file, or damaged ({})", oneLine(cg_get_error())));
     }
 }
 

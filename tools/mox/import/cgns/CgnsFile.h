@@ -73,7 +73,7 @@ struct CgnsNode {
 class CgnsFile {
 public:
     /// @throws Failure if it is no CGNS file, or if it is damaged or cut off.
-    explicit CgnsFile(const std::string& path);
+    explicit CgnsFile(const std::string& filePath);
     CgnsFile(const CgnsFile&) = delete;
     CgnsFile& operator=(const CgnsFile&) = delete;
 

@@ -15,8 +15,8 @@ namespace MoxTool {
 class CgnsImporter {
 public:
     /// Both must outlive the importer.
-    CgnsImporter(const CgnsFile& input, ImportTarget& output)
-        : file_(input), target_(output), sections_(input, output), results_(input, output) {}
+    CgnsImporter(const CgnsFile& file, ImportTarget& target)
+        : file_(file), target_(target), sections_(file, target), results_(file, target) {}
 
     /// To be called once.
     /// @throws Failure if the file is damaged or has more than a model can hold; what the model throws.

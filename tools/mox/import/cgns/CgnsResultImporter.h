@@ -15,7 +15,7 @@ namespace MoxTool {
 class CgnsResultImporter {
 public:
     /// Both must outlive the importer.
-    CgnsResultImporter(const CgnsFile& input, ImportTarget& output) : file_(input), target_(output) {}
+    CgnsResultImporter(const CgnsFile& file, ImportTarget& target) : file_(file), target_(target) {}
 
     /// Adds the results without a step.
     /// @param zone Must outlive the call of addSteps() for its base.

@@ -15,7 +15,7 @@ namespace MoxTool {
 class CgnsSectionImporter {
 public:
     /// Both must outlive the importer.
-    CgnsSectionImporter(const CgnsFile& input, ImportTarget& output) : file_(input), target_(output) {}
+    CgnsSectionImporter(const CgnsFile& file, ImportTarget& target) : file_(file), target_(target) {}
 
     /// @param group The zone's node in the model.
     /// @throws Failure if the file is damaged; anything that the model throws.

@@ -41,7 +41,7 @@ const std::map<std::string, std::string> Kinds = {
 
 class Collector {
 public:
-    explicit Collector(const CgnsFile& input) : file_(input) {}
+    explicit Collector(const CgnsFile& file) : file_(file) {}
 
     // Uses a stack of its own, since a file can nest nodes deeper than calls can.
     void collect() {

@@ -16,7 +16,7 @@ namespace MoxTool {
 class ExodusMeshImporter {
 public:
     /// Both must outlive the importer.
-    ExodusMeshImporter(const ExodusFile& input, ImportTarget& output) : file_(input), target_(output) {}
+    ExodusMeshImporter(const ExodusFile& file, ImportTarget& target) : file_(file), target_(target) {}
 
     /// To be called once.
     /// @throws Failure if the file is damaged or has more than a model can hold; anything that the model

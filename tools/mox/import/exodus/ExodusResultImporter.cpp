@@ -25,11 +25,11 @@ void translate(std::vector<ResultDataset>& results, const std::vector<std::size_
 
 } // namespace
 
-ExodusResultImporter::ExodusResultImporter(const ExodusFile& input, const ExodusMesh& shapes,
-                                           ImportTarget& output)
-    : file_(input),
-      mesh_(shapes),
-      target_(output),
+ExodusResultImporter::ExodusResultImporter(const ExodusFile& file, const ExodusMesh& mesh,
+                                           ImportTarget& target)
+    : file_(file),
+      mesh_(mesh),
+      target_(target),
       nodeVariables_(file_.variableNames(EX_NODAL)),
       elementVariables_(file_.variableNames(EX_ELEM_BLOCK)),
       globalVariables_(file_.variableNames(EX_GLOBAL)) {}

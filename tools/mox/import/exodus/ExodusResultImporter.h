@@ -17,7 +17,7 @@ namespace MoxTool {
 class ExodusResultImporter {
 public:
     /// All arguments must outlive the importer.
-    ExodusResultImporter(const ExodusFile& input, const ExodusMesh& shapes, ImportTarget& output);
+    ExodusResultImporter(const ExodusFile& file, const ExodusMesh& mesh, ImportTarget& target);
 
     /// To be called once.
     /// @throws Failure if the file is damaged; std::length_error for a result that is too large; anything

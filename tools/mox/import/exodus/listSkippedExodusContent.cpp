@@ -140,7 +140,7 @@ struct Patterns {
 // Finds what the Exodus library has no functions for, by the names of netCDF variables and attributes.
 class SkippedNetcdfContent {
 public:
-    explicit SkippedNetcdfContent(const ExodusFile& input) : file_(input), netcdf_(input.handle()) {}
+    explicit SkippedNetcdfContent(const ExodusFile& file) : file_(file), netcdf_(file.handle()) {}
 
     void addTo(ConversionSummary& summary) {
         for (const auto& variable : netcdf_.all()) {

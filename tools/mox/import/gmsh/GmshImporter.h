@@ -21,8 +21,8 @@ class GmshImporter {
 public:
     /// @param filePath The path of the Gmsh file.
     /// @param input, output Must outlive the importer.
-    GmshImporter(std::string filePath, const GmshModel& input, ImportTarget& output)
-        : path_(std::move(filePath)), source_(input), target_(output) {}
+    GmshImporter(std::string path, const GmshModel& source, ImportTarget& target)
+        : path_(std::move(path)), source_(source), target_(target) {}
 
     /// To be called once.
     /// @throws Failure if the file is damaged or has more than a model can hold; anything that the model

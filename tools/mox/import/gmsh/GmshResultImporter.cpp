@@ -53,15 +53,14 @@ std::string variableName(const std::string& view, std::size_t components, std::s
 
 } // namespace
 
-GmshResultImporter::GmshResultImporter(const GmshModel& input, const TagIndex& nodePlaces,
-                                       std::size_t countOfNodes, const std::vector<GmshPart>& shapes,
-                                       ImportTarget& output)
-    : source_(input),
-      nodes_(nodePlaces),
-      nodeCount_(countOfNodes),
-      parts_(shapes),
-      target_(output),
-      views_(input.views()) {}
+GmshResultImporter::GmshResultImporter(const GmshModel& source, const TagIndex& nodes, std::size_t nodeCount,
+                                       const std::vector<GmshPart>& parts, ImportTarget& target)
+    : source_(source),
+      nodes_(nodes),
+      nodeCount_(nodeCount),
+      parts_(parts),
+      target_(target),
+      views_(source.views()) {}
 
 void GmshResultImporter::run() {
     std::size_t number = 0;

@@ -39,7 +39,7 @@ struct Part {
 using Columns = std::map<std::size_t, std::size_t>; // from a column to a variable
 
 // The underscore and the number that end a name; empty if it has none.
-std::string_view numberBehind(std::string_view name) {
+std::string_view trailingNumber(std::string_view name) {
     constexpr std::string_view Digits = "0123456789";
     const auto end = name.find_last_not_of(Digits);
     const bool isNumber = end != std::string_view::npos && end + 1 < name.size() && name[end] == '_';
@@ -74,7 +74,7 @@ std::optional<Part> parseAs(bool isTensor, std::string_view name, std::string_vi
 }
 
 std::optional<Part> parse(std::string_view name) {
-    const auto number = numberBehind(name);
+    const auto number = trailingNumber(name);
     name.remove_suffix(number.size());
     const auto part = parseAs(true, name, number);
     return part ? part : parseAs(false, name, number);

@@ -16,7 +16,7 @@ public:
     using Ids = Qel::Mox2::Array1d<unsigned int>;
 
     /// Both must outlive the writer.
-    DatasetWriter(Qel::Mox2::Model& target, ConversionSummary& results) : model_(target), summary_(results) {}
+    DatasetWriter(Qel::Mox2::Model& model, ConversionSummary& summary) : model_(model), summary_(summary) {}
 
     // Both throw std::length_error for a dataset of 4 GiB or more, and what Model::addArrayProperty() throws.
     // They do nothing without ids or rows.

@@ -17,7 +17,7 @@ namespace MoxTool {
 class ImportLimits {
 public:
     /// @param inputPath The path of the file that is imported, for messages.
-    explicit ImportLimits(std::string inputPath) : path_(std::move(inputPath)) {}
+    explicit ImportLimits(std::string path) : path_(std::move(path)) {}
 
     /// @throws Failure if there are more nodes than a model can have.
     void checkNodeCount(std::uint64_t count) const;

@@ -21,7 +21,7 @@ namespace MoxTool {
 class ResultPlan {
 public:
     /// @param dimension The dimension of the model, from 1 to 3.
-    explicit ResultPlan(int modelDimension) : dimension_(modelDimension) {}
+    explicit ResultPlan(int dimension) : dimension_(dimension) {}
 
     /// @param variables Names in the file's order; ResultDataset::variables are places in this list.
     std::vector<ResultDataset> nodeResults(const std::vector<std::string>& variables);

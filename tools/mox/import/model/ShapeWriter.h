@@ -15,8 +15,8 @@ namespace MoxTool {
 class ShapeWriter {
 public:
     /// Both must outlive the writer.
-    ShapeWriter(Qel::Mox2::Model& target, ConversionSummary& results)
-        : model_(target), summary_(results), writer_(target, results) {}
+    ShapeWriter(Qel::Mox2::Model& model, ConversionSummary& summary)
+        : model_(model), summary_(summary), writer_(model, summary) {}
 
     /// @param parent The node of the group that gets the shape.
     /// @param place  The place of the shape in its file, from 0: chooses its colour.

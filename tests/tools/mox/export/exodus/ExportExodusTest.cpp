@@ -94,7 +94,7 @@ TEST_F(ExportExodus, NanStandsWhereAStepHasNoResult) {
     EXPECT_TRUE(says("note: NaN stands where a node or an element has no result in a step"));
 }
 
-TEST_F(ExportExodus, SummaryTellsWhatIsNotTaken) {
+TEST_F(ExportExodus, SummarySaysWhatIsNotTaken) {
     exportForeignModel();
     EXPECT_TRUE(says(folder.path("out.exo") + ": shapes: 2, nodes: 14, elements: 4, steps: 2, datasets: 4"));
     EXPECT_TRUE(says("not taken: geometries without Coordinates, Connectivity and Polylength: 1 (Empty)"));

@@ -129,7 +129,7 @@ TEST(ComponentGrouping, RotationJoinsTheDisplacement) {
     EXPECT_EQ(MoxTool::joinRotation(groups), (Groups{{"Disp", GroupKind::VectorPair, {0, 1, 2, 3, 4, 5}}}));
 }
 
-TEST(ComponentGrouping, RotationAheadOfTheDisplacementJoinsToo) {
+TEST(ComponentGrouping, RotationBeforeTheDisplacementJoinsToo) {
     const Groups groups = {{"rotation", GroupKind::Vector, {0, 1, 2}},
                            {"displ", GroupKind::Vector, {3, 4, 5}}};
     EXPECT_EQ(MoxTool::joinRotation(groups), (Groups{{"displ", GroupKind::VectorPair, {3, 4, 5, 0, 1, 2}}}));

@@ -63,7 +63,7 @@ GmshLibrary::LibraryState::~LibraryState() {
     gmsh::finalize();
 }
 
-GmshLibrary::GmshLibrary(const std::string& filePath) : path_(filePath), mesh_(filePath, nodesOfType) {
+GmshLibrary::GmshLibrary(const std::string& path) : path_(path), mesh_(path, nodesOfType) {
     mesh_.run();
     call([&] { gmsh::merge(path_); });
 }

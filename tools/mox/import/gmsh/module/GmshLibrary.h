@@ -12,7 +12,7 @@ namespace MoxTool {
 class GmshLibrary : public GmshModel {
 public:
     /// @throws Failure if it is not a Gmsh file, or if it is damaged or cut off.
-    explicit GmshLibrary(const std::string& filePath);
+    explicit GmshLibrary(const std::string& path);
 
     std::string version() const override { return mesh_.version(); }
     std::vector<std::string> sections() const override { return mesh_.sections(); }

@@ -18,8 +18,8 @@ std::string withoutTrailingBlanks(const std::string& line) {
 
 } // namespace
 
-MshCheck::MshCheck(const std::string& filePath, NodesOfType nodesOfElementType)
-    : path_(filePath), nodesOfType_(std::move(nodesOfElementType)), file_(filePath, std::ios::binary) {}
+MshCheck::MshCheck(const std::string& path, NodesOfType nodesOfType)
+    : path_(path), nodesOfType_(std::move(nodesOfType)), file_(path, std::ios::binary) {}
 
 void MshCheck::run() {
     try {

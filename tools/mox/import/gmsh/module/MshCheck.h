@@ -21,7 +21,7 @@ public:
     /// The number of nodes of an element type; 0 or an exception for a type that does not exist.
     using NodesOfType = std::function<int(int type)>;
 
-    MshCheck(const std::string& filePath, NodesOfType nodesOfElementType);
+    MshCheck(const std::string& path, NodesOfType nodesOfType);
 
     /// To be called once.
     /// @throws Failure if the file is damaged or cut off.

@@ -18,7 +18,7 @@ public:
     enum class Form { Words, Bytes, SwappedBytes };
 
     /// @param file Positioned before the first number; must outlive this object.
-    MshNumbers(std::istream& file, Form numberForm) : input_(file), form_(numberForm) {}
+    MshNumbers(std::istream& input, Form form) : input_(input), form_(form) {}
 
     bool areWords() const { return form_ == Form::Words; }
 
