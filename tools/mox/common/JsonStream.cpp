@@ -60,7 +60,11 @@ void JsonStream::newLine() {
 }
 
 void JsonStream::put(std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), out_);
+    if (text_ != nullptr) {
+        *text_ += text;
+    } else {
+        std::fwrite(text.data(), 1, text.size(), out_);
+    }
 }
 
 } // namespace MoxTool

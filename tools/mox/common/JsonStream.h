@@ -3,6 +3,7 @@
 #include "jsonValue.h"
 
 #include <cstdio>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -16,6 +17,8 @@ class JsonStream {
 public:
     /// @param file Stays open for the lifetime of this object; not owned. Failures show in std::ferror().
     explicit JsonStream(std::FILE* file) : out_(file) {}
+    /// @param text Receives all that is written; must outlive this object.
+    explicit JsonStream(std::string& text) : text_(&text) {}
 
     void beginObject() { begin('{'); }
     void endObject() { end('}'); }
@@ -34,7 +37,9 @@ private:
     void newLine();
     void put(std::string_view text);
 
-    std::FILE* out_;
+    // One of these is null.
+    std::FILE* out_ = nullptr;
+    std::string* text_ = nullptr;
     std::vector<bool> hasItems_; ///< For each open object and array.
     bool keyStands_ = false;
 };
