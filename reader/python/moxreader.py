@@ -385,6 +385,10 @@ def to_text(data: bytes) -> str:
     return data.decode("utf-8", "surrogateescape")
 
 
+NOTHING_LOADED = (0, b"")
+NUMBERS = {code: struct.Struct("<" + code) for code in "BIQf"}
+
+
 class Stream:
     """A cursor over all blocks of one name, decompressed and joined. Holds one block's content.
 
@@ -407,7 +411,7 @@ class Stream:
             self._starts.append(self._starts[-1] + length)
         self.size = self._starts[-1]
         self.position = 0
-        self._loaded: Optional[Tuple[int, bytes]] = None
+        self._loaded = NOTHING_LOADED  # The place in the stream, and the content, of the block in use.
 
     def __str__(self) -> str:
         return f'"{self.name}" at {self.position}'
@@ -417,7 +421,8 @@ class Stream:
         return self.size - self.position
 
     def seek(self, position: int) -> None:
-        self._require(position <= self.size, f'"{self.name}" ends before position {position}', "EndOfStream")
+        if position > self.size:
+            self._fail(f'"{self.name}" ends before position {position}', "EndOfStream")
         self.position = position
 
     def require_end(self) -> None:
@@ -426,8 +431,13 @@ class Stream:
             raise self.damage
 
     def read(self, size: int) -> bytes:
-        is_there = size <= self.remaining
-        self._require(is_there, f"{self}: the stream ends inside a value of {size} bytes", "EndOfStream")
+        if size > self.remaining:
+            self._fail(f"{self}: the stream ends inside a value of {size} bytes", "EndOfStream")
+        start, content = self._loaded
+        offset = self.position - start
+        if 0 <= offset and offset + size <= len(content):
+            self.position += size
+            return content[offset:offset + size]
         parts = []
         while size > 0:
             content, offset = self._content_here()
@@ -436,21 +446,23 @@ class Stream:
             self.position += len(parts[-1])
         return b"".join(parts)
 
-    def _require(self, is_sound: bool, complaint: str, code: str) -> None:
+    def _fail(self, complaint: str, code: str) -> None:
         """Raises the damage that cut the stream short, if any, rather than the complaint."""
-        if not is_sound:
-            raise self.damage or MoxError(complaint, code)
+        raise self.damage or MoxError(complaint, code)
 
     def _content_here(self) -> Tuple[bytes, int]:
-        index = bisect.bisect_right(self._starts, self.position) - 1
-        if self._loaded is None or self._loaded[0] != index:
-            self._loaded = None  # Frees the old content before the new one is read.
-            self._loaded = (index, self._file.read_block(self._blocks[index]))
-        return self._loaded[1], self.position - self._starts[index]
+        start, content = self._loaded
+        if not start <= self.position < start + len(content):
+            index = bisect.bisect_right(self._starts, self.position) - 1
+            start, content = self._loaded = NOTHING_LOADED  # Frees the old content before the new one is read.
+            start, content = self._starts[index], self._file.read_block(self._blocks[index])
+            self._loaded = (start, content)
+        return content, self.position - start
 
     def number(self, code: str):
         """One number, by its code in Python's struct: "B", "I", "Q" or "f"."""
-        return struct.unpack("<" + code, self.read(struct.calcsize("<" + code)))[0]
+        layout = NUMBERS[code]
+        return layout.unpack(self.read(layout.size))[0]
 
     def truth(self) -> bool:
         value = self.number("B")
@@ -463,8 +475,8 @@ class Stream:
     def count(self, smallest: int) -> int:
         """A count of things of at least a given size each."""
         count = self.number("I")
-        is_possible = count * smallest <= self.remaining
-        self._require(is_possible, f"{self}: a count of {count} is more than the stream can hold", "BadCount")
+        if count * smallest > self.remaining:
+            self._fail(f"{self}: a count of {count} is more than the stream can hold", "BadCount")
         return count
 
     def floats(self, count: int) -> array.array:
@@ -991,23 +1003,15 @@ def floats_text(values) -> str:
     return "[" + ",".join(map(float_text, values)) + "]"
 
 
+ENCODER = json.JSONEncoder(ensure_ascii=False)
+
+
 def quoted(text: str) -> str:
     try:
         text.encode("utf-8")
     except UnicodeEncodeError:
         return one_line({"bytes": text.encode("utf-8", "surrogateescape").hex()})
-    return json.dumps(text, ensure_ascii=False)
-
-
-def one_line(value: Any) -> str:
-    """Integers, truth values, texts, and lists and dictionaries of these; other texts come from quoted()."""
-    if isinstance(value, Ready):
-        return value
-    if isinstance(value, dict):
-        return "{" + ",".join(f'"{key}":{one_line(each)}' for key, each in value.items()) + "}"
-    if isinstance(value, (list, tuple)):
-        return "[" + ",".join(map(one_line, value)) + "]"
-    return quoted(value) if isinstance(value, str) else json.dumps(value)
+    return ENCODER.encode(text)
 
 
 class Ready(str):
@@ -1015,7 +1019,7 @@ class Ready(str):
 
 
 class Lines(list):
-    """A list of which every item begins a line. A member of Members or an item of Lines can be any of these."""
+    """A list of which every item begins a line. Its items, like the members of Members, can be any of these."""
 
 
 class Rows(list):
@@ -1026,24 +1030,37 @@ class Members(list):
     """An object of which every member begins a line; a list of pairs."""
 
 
-def pieces_of(value: Any, indent: str = "") -> Iterator[str]:
-    """The text of a value, in pieces."""
-    inner = indent + "  "
-    if isinstance(value, Rows) and value:
-        yield f"[\n{inner}" + f",\n{inner}".join(value) + f"\n{indent}]"
-    elif isinstance(value, (Lines, Members)) or isinstance(value, Iterator):
-        opening, closing = "{}" if isinstance(value, Members) else "[]"
-        before = opening
-        for item in value:
-            yield f"{before}\n{inner}"
-            before = ","
-            if isinstance(value, Members):
-                yield f'"{item[0]}": '
-                item = item[1]
-            yield from pieces_of(item, inner)
-        yield opening + closing if before == opening else f"\n{indent}{closing}"
+def one_line(value: Any) -> str:
+    """Ready, integers, truth values, texts, and lists and dictionaries of these."""
+    kind = type(value)
+    if kind is Ready:
+        return value
+    if kind is int:
+        return str(value)
+    if kind is bool:
+        return "true" if value else "false"
+    if kind is str:
+        return quoted(value)
+    if kind is dict:
+        return "{" + ",".join([f'"{key}":{one_line(each)}' for key, each in value.items()]) + "}"
+    return "[" + ",".join(map(one_line, value)) + "]"
+
+
+def laid_out(value: Any, indent: str) -> str:
+    """The text of any of these values. indent: that of the line on which it begins."""
+    kind = type(value)
+    if kind is Rows:
+        items, brackets = value, "[]"
+    elif kind is Lines:
+        items, brackets = [laid_out(item, indent + "  ") for item in value], "[]"
+    elif kind is Members:
+        items, brackets = [f'"{key}": {laid_out(item, indent + "  ")}' for key, item in value], "{}"
     else:
-        yield one_line(value)
+        return one_line(value)
+    if not items:
+        return brackets
+    inner = f"\n{indent}  "
+    return brackets[0] + inner + f",{inner}".join(items) + f"\n{indent}{brackets[1]}"
 
 
 class Dump:
@@ -1067,10 +1084,13 @@ class Dump:
             top += [("blocks", Lines(map(block_line, filter(is_claimed, self._file.blocks)))),
                     ("streams", Lines(map(self._stream, self._file.stream_names())))]
         top += [("saves", Lines(map(self._save, self._model.modifiers))),
-                ("resultAttributes", self._model.result_attribute_count),
-                ("nodes", map(self._node, self._model.nodes))]
-        yield from pieces_of(top)
-        yield "\n"
+                ("resultAttributes", self._model.result_attribute_count)]
+        yield laid_out(top, "")[:-2] + ',\n  "nodes": ['
+        separator = "\n    "
+        for node in self._model.nodes:
+            yield separator + laid_out(self._node(node), "    ")
+            separator = ",\n    "
+        yield "\n  ]\n}\n"
 
     def _or_unreadable(self, make: Callable[[], list]) -> list:
         """The members of a part of the file that can be damaged by itself."""
@@ -1111,7 +1131,7 @@ class Dump:
         if isinstance(content, Shape) and content.material:
             return [("material", material_line(content.material))]
         if isinstance(content, Geometry):
-            return [("datasets", map(self._dataset, content.datasets))]
+            return [("datasets", Lines(map(self._dataset, content.datasets)))]
         if isinstance(content, NodeSets):
             return self._node_sets(node, content)
         return []

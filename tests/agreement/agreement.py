@@ -100,12 +100,17 @@ class Agreement(unittest.TestCase):
     def compare_damaged(self, data, damages):
         """Returns how many of the damages both readers find: those for which they refuse the file or some numbers."""
         path = self.save("damaged.mox", data)
-        result = run(os.environ["DUMP_MODEL"], path, "damages", input="\n".join(damages) + "\n")
-        self.assertEqual(0, result.returncode, result.stderr)
-        verdicts = result.stdout.split("\n")[:-1]
+        reader = subprocess.Popen([os.environ["DUMP_MODEL"], str(path), "damages"], text=True,
+                                  stdin=self.save("damages", "\n".join(damages).encode() + b"\n").open(),
+                                  stdout=(self.folder / "verdicts").open("w"), stderr=subprocess.PIPE)
+        with reader:
+            expected = [python_verdict(damaged(data, damage)) for damage in damages]
+            complaint = reader.communicate()[1]
+        self.assertEqual(0, reader.returncode, complaint)
+        verdicts = (self.folder / "verdicts").read_text().split("\n")[:-1]
         self.assertEqual(len(damages), len(verdicts))
-        for damage, verdict in zip(damages, verdicts):
-            self.assertEqual(verdict, python_verdict(damaged(data, damage)), damage)
+        for damage, verdict, own in zip(damages, verdicts, expected):
+            self.assertEqual(verdict, own, damage)
         return sum(not verdict.startswith("read") for verdict in verdicts)
 
 
