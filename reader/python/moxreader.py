@@ -792,9 +792,9 @@ class Model:
             family = [0, *node.children, 0]
             is_sound = (node.first_child, node.last_child) == (family[1], family[-2])
             require(is_sound, f"the first or last child of node {node.id} is wrong")
-            for before, child, behind in zip(family, node.children, family[2:]):
+            for before, child, after in zip(family, node.children, family[2:]):
                 links = (self.nodes[child - 1].previous, self.nodes[child - 1].next)
-                require(links == (before, behind), f"the siblings of node {child} are wrong")
+                require(links == (before, after), f"the siblings of node {child} are wrong")
 
     def _read_light_data(self, light: Stream) -> None:
         for node in self.nodes:
