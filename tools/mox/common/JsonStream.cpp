@@ -6,7 +6,9 @@ namespace MoxTool {
 
 void JsonStream::key(std::string_view name) {
     startItem();
-    put(Json(name).dump() + ": ");
+    put("\"");
+    put(name);
+    put("\": ");
     keyStands_ = true;
 }
 

@@ -24,6 +24,7 @@ public:
     void endObject() { end('}'); }
     void beginArray() { begin('['); }
     void endArray() { end(']'); }
+    /// @param name Of characters that JSON does not escape.
     void key(std::string_view name);
     /// @throws nlohmann::json::type_error if a text in it is not UTF-8.
     void value(const Json& value);

@@ -75,15 +75,11 @@ bool isUnclaimed(const MoxReader::BlockRecord& block) {
            block.length == 0 && block.flags == 0 && block.reserved == 0;
 }
 
-Json blockJson(const MoxReader::BlockRecord& block) {
-    return {{"id", block.id},
-            {"number", block.number},
-            {"name", jsonText(block.name)},
-            {"length", block.length},
-            {"flags", block.flags},
-            {"reserved", block.reserved},
-            {"position", block.position},
-            {"overwritten", block.isOverwritten}};
+std::string blockJson(const MoxReader::BlockRecord& block) {
+    return fmt::format(R"({{"id":{},"number":{},"name":{},"length":{},"flags":{},"reserved":{},)"
+                       R"("position":{},"overwritten":{}}})",
+                       block.id, block.number, textJson(block.name), block.length, block.flags,
+                       block.reserved, block.position, block.isOverwritten);
 }
 
 std::string checksumOf(MoxReader::StreamReader& stream) {
@@ -156,7 +152,7 @@ void ModelDump::writeBlocks() {
     json_.beginArray();
     for (const auto& block : file_.blocks()) {
         if (!isUnclaimed(block)) {
-            json_.value(blockJson(block));
+            json_.rawValue(blockJson(block));
         }
     }
     json_.endArray();
