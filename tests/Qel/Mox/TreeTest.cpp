@@ -14,6 +14,7 @@
 #include <Qel/Mox/Group.h>
 #include <Qel/Mox/NodeSets.h>
 #include <Qel/Mox/Shape.h>
+#include <Qel/Tnf/BlockStream.h>
 
 #include <gtest/gtest.h>
 
@@ -455,7 +456,9 @@ TEST_F(MoxTree, SaveFileWithoutOpenFileLogsNothing) {
 class MoxTreeAttributes : public MoxTree {
 protected:
     ByteVector recordOf(const AttributeList& list) {
-        QelMox::Tree::WriteAttributes(tree.File, "Attributes", list);
+        const std::string name = "Attributes";
+        QelTnf::BlockStream attributes(tree.File.GetIndex(), name);
+        QelMox::Tree::WriteAttributes(attributes, list);
         return stream("Attributes");
     }
 };
