@@ -66,8 +66,7 @@ std::uint64_t TnFile::PutShuffled(const std::string& name, const T* const data, 
     if (count == 0 || width == 0) {
         return position;
     }
-    SetBlockFlags(name, Format::BlockFreezable);
-    SetBlockFlags(name, Format::BlockCompressed);
+    SetBlockFlags(name, Format::BlockFreezable | Format::BlockCompressed);
 
     // The number of values wraps at 32 bits, and only the wrapped number of values goes into the file.
     const std::uint32_t values = count * width;
