@@ -24,7 +24,7 @@ using Roundtrip::ExpectedDataset;
 using Roundtrip::ExpectedNode;
 using Roundtrip::RandomModel;
 
-class Roundtrips : public testing::TestWithParam<std::string> {
+class RoundtripsOfAnySize : public testing::Test {
 protected:
     void saveAndCompare(RandomModel& random) {
         random.save(path);
@@ -39,11 +39,6 @@ protected:
     }
 
 private:
-    // An empty text means that the variable is not set.
-    static std::optional<std::string> sizeOrNone() {
-        return GetParam().empty() ? std::nullopt : std::optional(GetParam());
-    }
-
     static void compareNode(const ExpectedNode& expected, const MoxReader::Node& node,
                             const MoxReader::Model& model, MoxReader::HeavyData& numbers) {
         EXPECT_EQ(expected.parent, node.parent);
@@ -95,6 +90,15 @@ private:
 
     Support::TemporaryFolder folder;
     std::string path = folder.path("model.mox");
+};
+
+class Roundtrips : public RoundtripsOfAnySize, public testing::WithParamInterface<std::string> {
+private:
+    // An empty text means that the variable is not set.
+    static std::optional<std::string> sizeOrNone() {
+        return GetParam().empty() ? std::nullopt : std::optional(GetParam());
+    }
+
     Support::EnvironmentGuard blockSize{Support::BlockSizeVariable, sizeOrNone()};
 };
 
@@ -112,6 +116,16 @@ INSTANTIATE_TEST_SUITE_P(BlockSizes, Roundtrips, testing::Values("1", "4096", "1
                          [](const auto& parameter) {
                              return parameter.param.empty() ? std::string("Unset") : parameter.param;
                          });
+
+// Limits that fall at every byte of the tree's values, at which these go on in another block.
+TEST_F(RoundtripsOfAnySize, FewArraysComeBackEqualWhereverBlocksEnd) {
+    for (unsigned size = 0; size <= 300; ++size) {
+        SCOPED_TRACE("blocks of " + std::to_string(size) + " bytes");
+        const Support::EnvironmentGuard blockSize(Support::BlockSizeVariable, std::to_string(size));
+        RandomModel random(size, 6, 40);
+        saveAndCompare(random);
+    }
+}
 
 class RoundtripsOfManyArrays : public Roundtrips {};
 

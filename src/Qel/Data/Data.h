@@ -2,7 +2,7 @@
 
 namespace Qel::Data {
 
-/// An array with attributes.
+/// An array, which is not copied, with a copy of its attributes.
 /// @tparam TraitsT Gives the type of the elements; see Qel::Type::Traits.
 template <typename ArrayT, typename MapT, typename TraitsT>
 class Data {
@@ -18,7 +18,8 @@ public:
     Data& operator=(Data&&) noexcept = default;
     virtual ~Data() = default;
 
-    ArrayT data;
+    /// Not owned: the caller's array, which must live as long as the object is used.
+    const ArrayT* data = nullptr;
     MapT attributes;
 };
 

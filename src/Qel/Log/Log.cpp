@@ -6,9 +6,13 @@ namespace Qel::Log {
 
 namespace {
 
-LogSystem*& currentSystem() {
+LogSystem& ownSystem() {
     static LogSystem system;
-    static LogSystem* current = &system;
+    return system;
+}
+
+LogSystem*& currentSystem() {
+    static LogSystem* current = &ownSystem();
     return current;
 }
 
@@ -20,6 +24,10 @@ LogSystem& processLog() {
 
 LogSystem& replaceProcessLog(LogSystem& replacement) {
     return *std::exchange(currentSystem(), &replacement);
+}
+
+bool hasReceiver() {
+    return currentSystem() != &ownSystem();
 }
 
 } // namespace Qel::Log

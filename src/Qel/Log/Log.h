@@ -14,16 +14,21 @@ LogSystem& processLog();
 /// @return the former one.
 LogSystem& replaceProcessLog(LogSystem& replacement);
 
+/// Whether the process's own log system, which drops all records, has been replaced.
+bool hasReceiver();
+
 } // namespace Qel::Log
 
-/// Logs one record of severity Info. `sourceName` is the site's qualified name; `message` is what is streamed
-/// into the record, as in QEL_LOG("QelTnf::Index::FlushFrozen", "Buffer " << id). Too costly for loops over
-/// values.
+/// Logs one record of severity Info, if there is a receiver: otherwise `message` is not even evaluated.
+/// `sourceName` is the site's qualified name; `message` is what is streamed into the record, as in
+/// QEL_LOG("QelTnf::Index::FlushFrozen", "Buffer " << id).
 #define QEL_LOG(sourceName, message)                                                                         \
     do {                                                                                                     \
-        ::Qel::Log::Record<char> record(::Qel::Log::Severity::Info,                                          \
-                                        ::Qel::Log::Origin(QEL_SOURCE_PATH, sourceName, __LINE__));          \
-        /* Handing over the result of the insertion would choose the overload that prints. */                \
-        record << message;                                                                                   \
-        ::Qel::Log::processLog() += record;                                                                  \
+        if (::Qel::Log::hasReceiver()) {                                                                     \
+            ::Qel::Log::Record<char> record(::Qel::Log::Severity::Info,                                      \
+                                            ::Qel::Log::Origin(QEL_SOURCE_PATH, sourceName, __LINE__));      \
+            /* Handing over the result of the insertion would choose the overload that prints. */            \
+            record << message;                                                                               \
+            ::Qel::Log::processLog() += record;                                                              \
+        }                                                                                                    \
     } while (false)

@@ -3,7 +3,7 @@
 #include <Qel/Exception/Throw.h>
 #include <Qel/Mox/Format.h>
 #include <Qel/Mox/Tree.h>
-#include <Qel/Tnf/TnFile.h>
+#include <Qel/Tnf/BlockStream.h>
 
 #include <utility>
 
@@ -17,31 +17,30 @@ unsigned int taggedType(const DatasetEntry& entry) {
     return type == ~0U ? type : type | (entry.values.elementTag << Format::ElementTagShift);
 }
 
-void putLink(QelTnf::Index& index, const std::string& lightData, const DatasetEntry& entry) {
-    index.Put(lightData, entry.linkNodeId);
-    index.Put(lightData, entry.linkIndex);
+void putLink(QelTnf::BlockStream& lightData, const DatasetEntry& entry) {
+    lightData.Put(entry.linkNodeId);
+    lightData.Put(entry.linkIndex);
 }
 
-void putSize(QelTnf::Index& index, const std::string& lightData, const NumericArray& values) {
-    index.Put(lightData, static_cast<int>(static_cast<unsigned int>(values.sizeInBytes)));
-    index.Put(lightData, values.GetWidth());
+void putSize(QelTnf::BlockStream& lightData, const NumericArray& values) {
+    lightData.Put(static_cast<int>(static_cast<unsigned int>(values.sizeInBytes)));
+    lightData.Put(values.GetWidth());
 }
 
-void putFixedFields(QelTnf::Index& index, const std::string& lightData, const NumericArray& values) {
-    index.Put(lightData, values.boolA);
-    index.Put(lightData, values.boolB);
-    index.Put(lightData, values.floatA);
-    index.Put(lightData, values.floatB);
-    index.Put(lightData, values.boolC);
+void putFixedFields(QelTnf::BlockStream& lightData, const NumericArray& values) {
+    lightData.Put(values.boolA);
+    lightData.Put(values.boolB);
+    lightData.Put(values.floatA);
+    lightData.Put(values.floatB);
+    lightData.Put(values.boolC);
 }
 
-void putPosition(QelTnf::Index& index, const std::string& lightData, std::uint64_t position,
-                 const std::string& version) {
+void putPosition(QelTnf::BlockStream& lightData, std::uint64_t position, const std::string& version) {
     if (version == Format::GeometryVersion) {
-        index.Put(lightData, position);
+        lightData.Put(position);
     } else {
         // Kept though nothing calls it; see docs/oddities.md.
-        index.Put(lightData, static_cast<unsigned int>(position));
+        lightData.Put(static_cast<unsigned int>(position));
     }
 }
 
@@ -76,59 +75,57 @@ std::uint64_t Geometry::FindOrAddDataset(const std::string& key) {
     return added;
 }
 
-void Geometry::WriteTn(QelTnf::TnFile& container, const std::string& lightData, const std::string& heavyData,
-                       const std::string& attributes) const {
+void Geometry::WriteTn(QelTnf::BlockStream& lightData, QelTnf::BlockStream& heavyData,
+                       QelTnf::BlockStream& attributes) const {
     const std::string version = GetVersion();
     if (version != Format::GeometryVersion && version != Format::GeometryWithNarrowPositions &&
         version != Format::GeometryWithNumbers) {
-        WriteTn_l05(container, lightData, heavyData, attributes);
+        WriteTn_l05(lightData, heavyData, attributes);
         return;
     }
-    QelTnf::Index& index = container.GetIndex();
-    index.Put(lightData, static_cast<int>(datasets_.size()));
+    lightData.Put(static_cast<int>(datasets_.size()));
     for (const auto& dataset : datasets_) {
         const DatasetEntry& entry = *dataset;
-        index.Put(lightData, entry.key);
-        index.Put(lightData, taggedType(entry));
-        index.Put(lightData, entry.isLink);
+        lightData.Put(entry.key);
+        lightData.Put(taggedType(entry));
+        lightData.Put(entry.isLink);
         if (entry.isLink) {
-            putLink(index, lightData, entry);
+            putLink(lightData, entry);
         } else {
-            putSize(index, lightData, entry.values);
-            putFixedFields(index, lightData, entry.values);
+            putSize(lightData, entry.values);
+            putFixedFields(lightData, entry.values);
             const auto position = positions.find(entry.key);
             if (position == positions.end()) {
                 QEL_THROW(Qel::Exception::KeyNotFound());
             }
-            putPosition(index, lightData, position->second, version);
+            putPosition(lightData, position->second, version);
             if (version == Format::GeometryWithNumbers) {
                 // Kept though nothing calls it; see docs/oddities.md.
-                index.Put(heavyData, entry.values.data, entry.values.sizeInBytes);
+                heavyData.Put(entry.values.data, static_cast<std::uint32_t>(entry.values.sizeInBytes));
             }
         }
-        index.Put(lightData, entry.vibration);
-        Tree::WriteAttributes(container, attributes, entry.attributes);
+        lightData.Put(entry.vibration);
+        Tree::WriteAttributes(attributes, entry.attributes);
     }
 }
 
 // Kept though nothing calls it; see docs/oddities.md.
-void Geometry::WriteTn_l05(QelTnf::TnFile& container, const std::string& lightData, const std::string&,
-                           const std::string& attributes) const {
-    QelTnf::Index& index = container.GetIndex();
-    index.Put(lightData, static_cast<int>(datasets_.size()));
+void Geometry::WriteTn_l05(QelTnf::BlockStream& lightData, QelTnf::BlockStream&,
+                           QelTnf::BlockStream& attributes) const {
+    lightData.Put(static_cast<int>(datasets_.size()));
     for (const auto& dataset : datasets_) {
         const DatasetEntry& entry = *dataset;
-        index.Put(lightData, entry.key);
-        index.Put(lightData, entry.variableType);
-        putSize(index, lightData, entry.values);
+        lightData.Put(entry.key);
+        lightData.Put(entry.variableType);
+        putSize(lightData, entry.values);
         const auto position = positions.find(entry.key);
         if (position == positions.end()) {
             QEL_THROW(Qel::Exception::KeyNotFound());
         }
-        putFixedFields(index, lightData, entry.values);
-        index.Put(lightData, entry.vibration);
-        Tree::WriteAttributes(container, attributes, entry.attributes);
-        index.Put(lightData, position->second);
+        putFixedFields(lightData, entry.values);
+        lightData.Put(entry.vibration);
+        Tree::WriteAttributes(attributes, entry.attributes);
+        lightData.Put(position->second);
     }
 }
 

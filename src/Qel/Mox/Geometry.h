@@ -13,7 +13,7 @@
 #include <vector>
 
 namespace QelTnf {
-class TnFile;
+class BlockStream;
 }
 
 namespace QelMox {
@@ -41,13 +41,13 @@ public:
 
     /// Puts all entries into the file's blocks, in the layout of GetVersion().
     /// @throws Qel::Exception::KeyNotFound for an entry that needs a position and has none.
-    void WriteTn(QelTnf::TnFile& container, const std::string& lightData, const std::string& heavyData,
-                 const std::string& attributes) const;
+    void WriteTn(QelTnf::BlockStream& lightData, QelTnf::BlockStream& heavyData,
+                 QelTnf::BlockStream& attributes) const;
 
     /// The layout of the versions before "0.5": without links, and without the type of the elements.
     /// @throws Qel::Exception::KeyNotFound for an entry without a position.
-    void WriteTn_l05(QelTnf::TnFile& container, const std::string& lightData, const std::string& heavyData,
-                     const std::string& attributes) const;
+    void WriteTn_l05(QelTnf::BlockStream& lightData, QelTnf::BlockStream& heavyData,
+                     QelTnf::BlockStream& attributes) const;
 
 private:
     std::vector<std::unique_ptr<DatasetEntry>> datasets_;

@@ -30,8 +30,8 @@ template <typename PutFirstFields, typename PutLaterFields>
 void putRecord(Block& block, const std::string& version, PutFirstFields putFirstFields,
                PutLaterFields putLaterFields) {
     const std::uint32_t start = block.GetPosition();
-    block.Put(std::uint32_t{0});
-    block.Put(version);
+    block.Append(std::uint32_t{0});
+    block.Append(version);
     putFirstFields();
     for (const std::string_view rung : QelMox::Format::VersionLadder) {
         if (version == rung) {
@@ -41,17 +41,17 @@ void putRecord(Block& block, const std::string& version, PutFirstFields putFirst
     }
     const std::uint32_t end = block.GetPosition();
     block.SetPosition(start);
-    block.Put(end - start);
+    block.Append(end - start);
     block.SetPosition(end);
 }
 
 void putColor(Block& block, const QelMox::Material::Color& color) {
-    block.Put(color.data(), static_cast<unsigned int>(sizeof(color)));
+    block.Append(color.data(), sizeof(color));
 }
 
 } // namespace
 
-void Block::Put(const QelMox::Material& material) {
+void Block::Append(const QelMox::Material& material) {
     putRecord(
         *this, material.GetRecordVersion(),
         [&] {
@@ -59,42 +59,42 @@ void Block::Put(const QelMox::Material& material) {
             putColor(*this, material.GetSpecular());
             putColor(*this, material.GetEmissive());
             putColor(*this, material.GetAmbient());
-            Put(material.GetTransparency());
+            Append(material.GetTransparency());
         },
         [&](std::string_view rung) {
             if (rung == QelMox::Format::MaterialWithoutShininess) {
-                Put(material.GetShininess());
+                Append(material.GetShininess());
             } else if (rung == QelMox::Format::MaterialWithoutFlag) {
-                Put(material.GetMaterialFlag());
+                Append(material.GetMaterialFlag());
             }
         });
 }
 
-void Block::Put(const QelMox::ModifierInfo& info) {
+void Block::Append(const QelMox::ModifierInfo& info) {
     putRecord(
         *this, std::string(QelMox::Format::ModifierInfoVersion),
         [&] {
-            Put(info.SourceName);
-            Put(info.SourceVersion);
-            Put(info.FormatVersion);
-            Put(info.Date);
-            Put(info.Computer);
-            Put(info.User);
-            Put(info.Comment);
+            Append(info.SourceName);
+            Append(info.SourceVersion);
+            Append(info.FormatVersion);
+            Append(info.Date);
+            Append(info.Computer);
+            Append(info.User);
+            Append(info.Comment);
         },
         [](std::string_view) {});
 }
 
-void Block::Put(const std::vector<QelMox::ModifierInfo>& infos) {
-    Put(static_cast<std::uint32_t>(infos.size()));
+void Block::Append(const std::vector<QelMox::ModifierInfo>& infos) {
+    Append(static_cast<std::uint32_t>(infos.size()));
     for (const QelMox::ModifierInfo& info : infos) {
-        Put(info);
+        Append(info);
     }
 }
 
 // The elements have no layout in the file; the list is always empty.
-void Block::Put(const std::vector<QelMox::ResultAttributes>& attributes) {
-    Put(static_cast<std::uint32_t>(attributes.size()));
+void Block::Append(const std::vector<QelMox::ResultAttributes>& attributes) {
+    Append(static_cast<std::uint32_t>(attributes.size()));
 }
 
 } // namespace QelTnf

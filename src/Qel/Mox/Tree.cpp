@@ -7,9 +7,11 @@
 #include <Qel/Mox/Group.h>
 #include <Qel/Mox/NodeSets.h>
 #include <Qel/Mox/Shape.h>
+#include <Qel/Tnf/BlockStream.h>
 #include <Qel/Tnf/Format.h>
 #include <Qel/Util/Platform.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -29,23 +31,51 @@ std::string currentDate() {
     return {text.data(), length};
 }
 
-void saveGroup(QelTnf::TnFile& container, const Group& group) {
-    QelTnf::Index& index = container.GetIndex();
-    index.Put(Format::LightData, group.GetTranslation().data(), sizeof(group.GetTranslation()));
-    index.Put(Format::LightData, group.GetRotation().data(), sizeof(group.GetRotation()));
-    index.Put(Format::LightData, group.GetScale().data(), sizeof(group.GetScale()));
-    Tree::WriteAttributes(container, Format::Attributes, group.GetAttributes());
-    index.Put(Format::LightData, group.GetGroupKind());
+void saveGroup(QelTnf::BlockStream& lightData, QelTnf::BlockStream& attributes, const Group& group) {
+    lightData.Put(group.GetTranslation().data(), sizeof(group.GetTranslation()));
+    lightData.Put(group.GetRotation().data(), sizeof(group.GetRotation()));
+    lightData.Put(group.GetScale().data(), sizeof(group.GetScale()));
+    Tree::WriteAttributes(attributes, group.GetAttributes());
+    lightData.Put(group.GetGroupKind());
 }
 
 // Kept though nothing calls it; see docs/oddities.md.
-void saveNodeSets(QelTnf::TnFile& container, NodeSets& nodeSets) {
-    nodeSets.WriteHeavy(container, Format::HeavyData);
-    QelTnf::Index& index = container.GetIndex();
-    index.Put(Format::LightData, Format::NodeSetsMark);
-    index.Put(Format::LightData, static_cast<unsigned int>(nodeSets.sets.size()));
-    index.Put(Format::LightData, nodeSets.heavyPosition);
-    index.Put(Format::LightData, nodeSets.heavySize);
+void saveNodeSets(QelTnf::BlockStream& lightData, const NodeSets& nodeSets) {
+    lightData.Put(Format::NodeSetsMark);
+    lightData.Put(static_cast<unsigned int>(nodeSets.sets.size()));
+    lightData.Put(nodeSets.heavyPosition);
+    lightData.Put(nodeSets.heavySize);
+}
+
+using QelUtil::AttributeValue;
+
+// A list of all keys and one of all kinds.
+void putKeys(QelTnf::BlockStream& stream, const QelUtil::AttributeList& list) {
+    const auto count = static_cast<std::uint32_t>(list.size());
+    QelTnf::Block& keys = stream.NextBlock();
+    keys.Append(count);
+    for (const auto& [key, value] : list) {
+        keys.Append(key);
+    }
+    QelTnf::Block& kinds = stream.NextBlock();
+    kinds.Append(count);
+    for (const auto& [key, value] : list) {
+        kinds.Append(static_cast<unsigned char>(value.kind));
+    }
+}
+
+// A list of the values of one kind.
+template <typename ValueOf>
+void putValues(QelTnf::BlockStream& stream, const QelUtil::AttributeList& list, AttributeValue::Kind kind,
+               ValueOf valueOf) {
+    QelTnf::Block& block = stream.NextBlock();
+    block.Append(static_cast<std::uint32_t>(
+        std::ranges::count(list, kind, [](const auto& attribute) { return attribute.second.kind; })));
+    for (const auto& [key, value] : list) {
+        if (value.kind == kind) {
+            block.Append(valueOf(value));
+        }
+    }
 }
 
 void logDataset(std::uint32_t count, std::uint8_t width) {
@@ -56,6 +86,18 @@ void logDataset(std::uint32_t count, std::uint8_t width) {
 }
 
 } // namespace
+
+// The streams that the tree is written to.
+struct Tree::SaveStreams {
+    explicit SaveStreams(QelTnf::TnFile& file) : container(file) {}
+
+    QelTnf::TnFile& container;
+    QelTnf::BlockStream moxTree{container.GetIndex(), Format::MoxTree};
+    QelTnf::BlockStream lightData{container.GetIndex(), Format::LightData};
+    QelTnf::BlockStream heavyData{container.GetIndex(), Format::HeavyData};
+    QelTnf::BlockStream attributes{container.GetIndex(), Format::Attributes};
+    QelTnf::BlockStream resources{container.GetIndex(), Format::Resources};
+};
 
 Tree::Tree() {
     // Nothing here draws random numbers, but applications that do have come to rely on the known seed.
@@ -188,51 +230,54 @@ void Tree::SaveFile(QelTnf::TnFile& container, const std::string& comment) {
 
 void Tree::SaveTree(QelTnf::TnFile& container) {
     QEL_LOG("QelMox::Tree::SaveTree", "Saving mox tree ... ");
-    container.GetIndex().Put(Format::MoxTree, static_cast<int>(GetNodes().size()));
+    SaveStreams streams(container);
+    streams.moxTree.Put(static_cast<int>(GetNodes().size()));
     for (const auto& node : GetNodes()) {
-        SaveNode(container, node);
+        SaveNode(streams, node);
     }
     QEL_LOG("QelMox::Tree::SaveTree", "Mox tree saved. ");
 }
 
-void Tree::SaveNode(QelTnf::TnFile& container, const QelAdt::TreeNode<Node*>& node) {
-    QelTnf::Index& index = container.GetIndex();
-    index.Put(Format::MoxTree, node.id);
-    index.Put(Format::MoxTree, node.parent);
-    index.Put(Format::MoxTree, node.previous);
-    index.Put(Format::MoxTree, node.next);
-    index.Put(Format::MoxTree, node.firstChild);
-    index.Put(Format::MoxTree, node.lastChild);
-    index.Put(Format::MoxTree, node.data != nullptr ? node.data->GetName() : std::string());
-    index.Put(Format::MoxTree, node.data != nullptr ? node.data->GetTypeName() : std::string());
-    index.Put(Format::MoxTree, node.data != nullptr ? node.data->GetVersion() : std::string());
+void Tree::SaveNode(SaveStreams& streams, const QelAdt::TreeNode<Node*>& node) {
+    QelTnf::BlockStream& moxTree = streams.moxTree;
+    moxTree.Put(node.id);
+    moxTree.Put(node.parent);
+    moxTree.Put(node.previous);
+    moxTree.Put(node.next);
+    moxTree.Put(node.firstChild);
+    moxTree.Put(node.lastChild);
+    moxTree.Put(node.data != nullptr ? std::string_view(node.data->GetName()) : std::string_view());
+    moxTree.Put(node.data != nullptr ? node.data->GetTypeName() : std::string());
+    moxTree.Put(node.data != nullptr ? node.data->GetVersion() : std::string());
     // The comparison can't succeed with the present file version: all files have 64-bit positions.
-    const std::uint64_t lightPosition = index.GetStreamSize(Format::LightData);
+    const std::uint64_t lightPosition = streams.lightData.GetSize();
     if (Format::FileVersion == Format::NarrowFileVersion) {
         // Kept though nothing calls it; see docs/oddities.md.
-        index.Put(Format::MoxTree, static_cast<unsigned int>(lightPosition));
+        moxTree.Put(static_cast<unsigned int>(lightPosition));
     } else {
-        index.Put(Format::MoxTree, lightPosition);
+        moxTree.Put(lightPosition);
     }
     if (node.data != nullptr) {
-        SaveDescriptor(container, *node.data);
+        SaveDescriptor(streams, *node.data);
     }
 }
 
-void Tree::SaveDescriptor(QelTnf::TnFile& container, Node& payload) {
+void Tree::SaveDescriptor(SaveStreams& streams, Node& payload) {
     const std::string type = payload.GetTypeName();
     if (type == Format::GroupType) {
-        saveGroup(container, static_cast<const Group&>(payload));
+        saveGroup(streams.lightData, streams.attributes, static_cast<const Group&>(payload));
     }
     if (type == Format::ShapeType) {
-        container.GetIndex().Put(Format::Resources, static_cast<const Shape&>(payload).GetMaterial());
+        streams.resources.Put(static_cast<const Shape&>(payload).GetMaterial());
     }
     if (type == Format::GeometryType) {
-        static_cast<const Geometry&>(payload).WriteTn(container, Format::LightData, Format::HeavyData,
-                                                      Format::Attributes);
+        static_cast<const Geometry&>(payload).WriteTn(streams.lightData, streams.heavyData,
+                                                      streams.attributes);
     }
     if (type == Format::NodeSetsType) {
-        saveNodeSets(container, static_cast<NodeSets&>(payload));
+        auto& nodeSets = static_cast<NodeSets&>(payload);
+        nodeSets.WriteHeavy(streams.container, Format::HeavyData);
+        saveNodeSets(streams.lightData, nodeSets);
     }
 }
 
@@ -256,35 +301,14 @@ void Tree::FillCurrentModifier(const std::string& comment) {
     CurrentModifier.Comment = comment;
 }
 
-void Tree::WriteAttributes(QelTnf::TnFile& container, const std::string& blockName,
-                           const QelUtil::AttributeList& list) {
-    using QelUtil::AttributeValue;
-    std::vector<std::string> keys;
-    std::vector<unsigned char> kinds;
-    std::vector<unsigned int> integers;
-    std::vector<float> reals;
-    std::vector<double> longReals;
-    std::vector<std::string> texts;
-    for (const auto& [key, value] : list) {
-        keys.push_back(key);
-        kinds.push_back(static_cast<unsigned char>(value.kind));
-        if (value.kind == AttributeValue::Integer) {
-            integers.push_back(value.integer);
-        } else if (value.kind == AttributeValue::Float) {
-            reals.push_back(value.real);
-        } else if (value.kind == AttributeValue::Double) {
-            longReals.push_back(value.longReal);
-        } else if (value.kind == AttributeValue::Text) {
-            texts.emplace_back(value.AsText());
-        }
-    }
-    QelTnf::Index& index = container.GetIndex();
-    index.Put(blockName, keys);
-    index.Put(blockName, kinds);
-    index.Put(blockName, integers);
-    index.Put(blockName, reals);
-    index.Put(blockName, longReals);
-    index.Put(blockName, texts);
+void Tree::WriteAttributes(QelTnf::BlockStream& stream, const QelUtil::AttributeList& list) {
+    putKeys(stream, list);
+    putValues(stream, list, AttributeValue::Integer,
+              [](const AttributeValue& value) { return value.integer; });
+    putValues(stream, list, AttributeValue::Float, [](const AttributeValue& value) { return value.real; });
+    putValues(stream, list, AttributeValue::Double,
+              [](const AttributeValue& value) { return value.longReal; });
+    putValues(stream, list, AttributeValue::Text, [](const AttributeValue& value) { return value.AsText(); });
 }
 
 } // namespace QelMox

@@ -13,6 +13,10 @@
 #include <string>
 #include <vector>
 
+namespace QelTnf {
+class BlockStream;
+}
+
 namespace QelMox {
 
 /// The model in memory, and its file. Owns the payload of every node.
@@ -70,8 +74,7 @@ public:
     void SaveGlobalInfo(QelTnf::TnFile& container, const std::string& comment);
 
     /// Puts an attribute record: the keys, the kinds, and the values of each kind, in key order.
-    static void WriteAttributes(QelTnf::TnFile& container, const std::string& blockName,
-                                const QelUtil::AttributeList& list);
+    static void WriteAttributes(QelTnf::BlockStream& stream, const QelUtil::AttributeList& list);
 
     std::string FileVersion;
     std::vector<ModifierInfo> ModifierInfos;
@@ -82,8 +85,9 @@ public:
 private:
     template <typename NodeClass>
     void MoveToOrAdd(std::unique_ptr<NodeClass> node);
-    void SaveNode(QelTnf::TnFile& container, const QelAdt::TreeNode<Node*>& node);
-    static void SaveDescriptor(QelTnf::TnFile& container, Node& payload);
+    struct SaveStreams;
+    static void SaveNode(SaveStreams& streams, const QelAdt::TreeNode<Node*>& node);
+    static void SaveDescriptor(SaveStreams& streams, Node& payload);
     void FillCurrentModifier(const std::string& comment);
 
     ChildIndex children_;

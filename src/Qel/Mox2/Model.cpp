@@ -145,7 +145,7 @@ void Model::addArrayProperty(const std::string& name, DatasetType type, const Ar
                              const StepsT& steps, const Attributes& attributes) {
     using Property = typename PropertyFor<ArrayT>::Type;
     Property property;
-    property.data = *data.storage_;
+    property.data = data.storage_;
     property.attributes = *attributes.map_;
     property.name = name;
     property.type = type;

@@ -18,26 +18,11 @@ void Block::Put(const void* const& source, const unsigned int& count) {
     Append(source, count);
 }
 
-void Block::Put(const std::string& text) {
-    TakeEnvironment();
-    Append(text);
-}
-
 void Block::TakeEnvironment() {
     defaultBlockSize = blockSizeVariable().value_or(defaultBlockSize);
 }
 
-void Block::Append(const void* const source, std::uint32_t count) {
-    RestoreReleasedBuffer();
-    GrowFor(count);
-    if (count != 0) {
-        std::memcpy(data_ + position_, source, count);
-    }
-    position_ += count;
-    size_ = std::max(size_, position_);
-}
-
-void Block::Append(const std::string& text) {
+void Block::Append(std::string_view text) {
     const auto length = static_cast<std::uint32_t>(text.size());
     Append(length);
     if (length != 0) {
@@ -45,10 +30,9 @@ void Block::Append(const std::string& text) {
     }
 }
 
-// The sum is formed in 64 bits: near 4 GiB the position wraps, but the bytes up to the wrap need room all the
-// same.
-void Block::GrowFor(std::uint32_t count) {
-    if (std::uint64_t{position_} + count >= capacity_) {
+void Block::MakeRoomFor(std::uint32_t count) {
+    RestoreReleasedBuffer();
+    if (!HasRoomFor(count)) {
         AllocateAdditionalMemory(std::max(count, defaultBlockSize));
     }
 }
@@ -100,6 +84,13 @@ void Block::Write(std::FILE* const stream, bool withLength) const {
 
 void Block::Release() {
     std::free(std::exchange(data_, nullptr));
+}
+
+void Block::Attach(unsigned char* const buffer, std::uint64_t capacity, std::uint32_t size) {
+    data_ = buffer;
+    capacity_ = capacity;
+    size_ = size;
+    position_ = size;
 }
 
 unsigned char* Block::Detach() {

@@ -2,7 +2,9 @@
 
 #include <Qel/Exception/Throw.h>
 
+#include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include <zlib.h>
@@ -30,18 +32,20 @@ void BlockZlibCompressor::operator()(Block& block) {
     Bytes content(block.GetData() != nullptr ? block.Detach() : nullptr);
 
     uLongf compressedLength = compressedBound(contentLength);
-    const Bytes compressed(static_cast<unsigned char*>(std::malloc(compressedLength)));
+    const std::size_t capacity = sizeof(contentLength) + compressedLength;
+    Bytes compressed(static_cast<unsigned char*>(std::malloc(capacity)));
     if (compressed == nullptr) {
         QEL_THROW(Qel::Exception::MemoryAllocationException());
     }
-    if (compress2(compressed.get(), &compressedLength, content.get(), contentLength, level_) != Z_OK) {
+    std::memcpy(compressed.get(), &contentLength, sizeof(contentLength));
+    if (compress2(compressed.get() + sizeof(contentLength), &compressedLength, content.get(), contentLength,
+                  level_) != Z_OK) {
         // Not reported, and the content is neither restored nor freed: the block goes out empty.
         (void)content.release();
         return;
     }
-    content.reset();
-    block.Put(contentLength);
-    block.Put(compressed.get(), static_cast<std::uint32_t>(compressedLength));
+    block.Attach(compressed.release(), capacity,
+                 static_cast<std::uint32_t>(sizeof(contentLength) + compressedLength));
 }
 
 } // namespace QelTnf

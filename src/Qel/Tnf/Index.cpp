@@ -60,13 +60,14 @@ Index::~Index() {
 // --- Choosing and adding blocks
 
 std::uint64_t Index::ChooseBlock(const std::string& name) {
+    const BlockSizeLimiter* const limiter = FindLimiter(name);
+    return limiter != nullptr && TakesValues(*limiter) ? limiter->blockIds.back() : AddBlock(name);
+}
+
+// Null if there never was a block of this name.
+BlockSizeLimiter* Index::FindLimiter(const std::string& name) {
     const auto found = limiters_.find(name);
-    if (found == limiters_.end() || found->second.blockIds.empty()) {
-        return AddBlock(name);
-    }
-    const std::uint64_t last = found->second.blockIds.back();
-    const bool isFull = blocks_[last].GetSize() >= found->second.limit;
-    return blockInfos_[last].frozen || isFull ? AddBlock(name) : last;
+    return found != limiters_.end() ? &found->second : nullptr;
 }
 
 std::uint64_t Index::AddBlock(const std::string& name) {
@@ -194,6 +195,15 @@ void Index::Put(const std::string& name, const void* const& data, std::uint64_t 
     blocks_[id].Put(data, static_cast<unsigned int>(size));
 }
 
+unsigned char* Index::Extend(const std::string& name, std::uint32_t count) {
+    const std::uint64_t id = ChooseBlock(name);
+    if (blockInfos_[id].frozen) {
+        QEL_THROW(Qel::Exception::KeyNotFound());
+    }
+    Block::TakeEnvironment();
+    return blocks_[id].Extend(count);
+}
+
 void Index::SetBlockFlags(std::string name, unsigned char flags) {
     if (const auto found = limiters_.find(name); found != limiters_.end()) {
         AddFlags(found->second, flags, IsEmptyBlockName(name));
@@ -217,11 +227,12 @@ void Index::FlagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, u
 }
 
 std::uint64_t Index::GetStreamSize(const std::string& name) {
-    const auto found = limiters_.find(name);
-    if (found == limiters_.end() || found->second.blockIds.empty()) {
-        return 0;
-    }
-    return found->second.closedBytes + StreamedSize(found->second.blockIds.back());
+    const BlockSizeLimiter* const limiter = FindLimiter(name);
+    return limiter != nullptr ? StreamSize(*limiter) : 0;
+}
+
+std::uint64_t Index::StreamSize(const BlockSizeLimiter& limiter) const {
+    return limiter.blockIds.empty() ? 0 : limiter.closedBytes + StreamedSize(limiter.blockIds.back());
 }
 
 // The number of bytes for which a block counts in its name's stream.
@@ -378,22 +389,21 @@ bool Index::HaveAllEarlierGoneOut(std::uint64_t id) {
 
 // --- Index tables
 
-std::vector<BlockInfo> Index::EntriesFrom(std::uint64_t first, std::uint32_t count) const {
-    const auto begin = blockInfos_.begin() + static_cast<std::ptrdiff_t>(first);
-    return {begin, begin + count};
+std::span<const BlockInfo> Index::EntriesFrom(std::uint64_t first, std::uint32_t count) const {
+    return std::span(blockInfos_).subspan(first, count);
 }
 
-void Index::PutIndexTable(Block& block, const std::vector<BlockInfo>& entries) {
+void Index::PutIndexTable(Block& block, std::span<const BlockInfo> entries) {
     block.Put(static_cast<std::uint32_t>(entries.size()));
     for (const BlockInfo& entry : entries) {
         std::array<char, Format::NameSize> name{};
         std::string_view(entry.name.c_str()).copy(name.data(), name.size());
-        block.Put(entry.number);
-        block.Put(Format::NameSize);
-        block.Put(name.data(), Format::NameSize);
-        block.Put(entry.length);
-        block.Put(entry.flags);
-        block.Put(entry.reserved);
+        block.Append(entry.number);
+        block.Append(Format::NameSize);
+        block.Append(name.data(), Format::NameSize);
+        block.Append(entry.length);
+        block.Append(entry.flags);
+        block.Append(entry.reserved);
     }
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,11 @@ public:
     /// Appends raw bytes to a name's stream. The size is cut to 32 bits.
     /// @throws Qel::Exception::MemoryAllocationException if there is no memory; nothing goes in.
     void Put(const std::string& name, const void* const& data, std::uint64_t size);
+
+    /// Appends `count` bytes, which hold anything until the caller fills them, to a name's stream.
+    /// @return where they begin, good until the index is used again.
+    /// @throws Qel::Exception::MemoryAllocationException if there is no memory; nothing goes in.
+    unsigned char* Extend(const std::string& name, std::uint32_t count);
 
     /// Appends one value to a name's stream: numbers as they lie in memory, texts and lists preceded by their
     /// length or count in 32 bits.
@@ -84,9 +90,19 @@ public:
     std::uint64_t GetIndexSize() const { return indexSize_; }
 
 private:
+    friend class BlockStream;
     // Lets tests bring about the states that only a fault of this class could lead to.
     friend struct IndexPeer;
 
+    BlockSizeLimiter* FindLimiter(const std::string& name);
+    // Whether the next value of a name goes into its last block.
+    bool TakesValues(const BlockSizeLimiter& limiter) const {
+        if (limiter.blockIds.empty()) {
+            return false;
+        }
+        const std::uint64_t last = limiter.blockIds.back();
+        return !blockInfos_[last].frozen && blocks_[last].GetSize() < limiter.limit;
+    }
     std::uint64_t ChooseBlock(const std::string& name);
     std::uint64_t TakeFreeId() noexcept;
     void AddIndexBlock();
@@ -98,8 +114,8 @@ private:
     std::vector<BlockInfo> NewEntries(const std::string& name, std::uint64_t count) const;
     BlockSizeLimiter& AppendEntries(const std::string& name, std::uint64_t count);
 
-    static void PutIndexTable(Block& block, const std::vector<BlockInfo>& entries);
-    std::vector<BlockInfo> EntriesFrom(std::uint64_t first, std::uint32_t count) const;
+    static void PutIndexTable(Block& block, std::span<const BlockInfo> entries);
+    std::span<const BlockInfo> EntriesFrom(std::uint64_t first, std::uint32_t count) const;
     void WriteHeadIndex(std::FILE* stream) const;
 
     void AddFlags(BlockSizeLimiter& limiter, unsigned char flags, bool fromFirst) noexcept;
@@ -107,6 +123,7 @@ private:
     void Compress(std::uint64_t id);
     void Place(std::uint64_t id);
     void Freeze(std::uint64_t id, std::uint32_t contentLength);
+    std::uint64_t StreamSize(const BlockSizeLimiter& limiter) const;
     std::uint64_t StreamedSize(std::uint64_t id) const;
     void FollowStreamedSize(std::uint64_t id, std::uint64_t formerSize);
 

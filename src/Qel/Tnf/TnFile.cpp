@@ -6,6 +6,7 @@
 #include <Qel/Tnf/Shuffle.h>
 #include <Qel/Util/Platform.h>
 
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -65,15 +66,19 @@ std::uint64_t TnFile::PutShuffled(const std::string& name, const T* const data, 
     if (count == 0 || width == 0) {
         return position;
     }
-    SetBlockFlags(name, Format::BlockFreezable);
-    SetBlockFlags(name, Format::BlockCompressed);
+    SetBlockFlags(name, Format::BlockFreezable | Format::BlockCompressed);
 
     // The number of values wraps at 32 bits, and only the wrapped number of values goes into the file.
     const std::uint32_t values = count * width;
     const std::uint64_t bytes = std::uint64_t{values} * sizeof(T);
-    const std::unique_ptr<unsigned char[]> shuffled(new unsigned char[bytes]);
-    shuffleComponents(data, values, width, shuffled.get());
-    index_.Put(name, shuffled.get(), bytes);
+    if (bytes <= std::numeric_limits<std::uint32_t>::max()) {
+        shuffleComponents(data, values, width, index_.Extend(name, static_cast<std::uint32_t>(bytes)));
+    } else {
+        // A put takes the low 32 bits of a size: only the beginning of these planes goes into the file.
+        const std::unique_ptr<unsigned char[]> shuffled(new unsigned char[bytes]);
+        shuffleComponents(data, values, width, shuffled.get());
+        index_.Put(name, shuffled.get(), bytes);
+    }
     index_.FlushFrozen(stream_);
     return position;
 }

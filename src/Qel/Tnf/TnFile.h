@@ -35,15 +35,15 @@ public:
     /// See Index::SetBlockFlags().
     void SetBlockFlags(std::string name, unsigned flags);
 
-    /// Shuffles a copy of an array, appends it to a name's stream and writes out the full blocks of the
-    /// streams.
+    /// Appends an array to a name's stream, shuffled, and writes out the full blocks of the streams.
     ///
     /// The flags that let a block go out reach only the blocks that exist before the array is put, so a block
     /// goes out with the array after the one that filled it.
     /// @param data  `count` elements of `width` values each, the values of one element adjacent.
     /// @return the position of the array in the name's stream, before compression. An empty array gets a
     ///         position too, but changes nothing.
-    /// @throws std::bad_alloc if there is no memory for the copy; nothing goes in.
+    /// @throws std::bad_alloc if the array has 4 GiB or more and there is no memory for a copy; nothing goes
+    ///         in.
     /// @throws Qel::Exception::Exception what Index::Put() and Index::FlushFrozen() throw.
     std::uint64_t PutDataset(const std::string& name, const float* data, std::uint32_t count,
                              std::uint8_t width);

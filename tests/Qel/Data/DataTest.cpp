@@ -17,15 +17,18 @@ static_assert(std::is_same_v<Data::Array, std::vector<int>>);
 static_assert(std::is_same_v<Data::Map, std::string>);
 static_assert(std::is_same_v<Data::Traits, Tag>);
 
-TEST(Data, HoldsCopiesOfArrayAndAttributes) {
-    std::vector<int> numbers = {1, 2};
+TEST(Data, HoldsNoArrayAtFirst) {
+    EXPECT_EQ(Data().data, nullptr);
+}
+
+TEST(Data, PointsToTheArrayAndHoldsACopyOfTheAttributes) {
+    const std::vector<int> numbers = {1, 2};
     std::string attributes = "a";
     Data data;
-    data.data = numbers;
+    data.data = &numbers;
     data.attributes = attributes;
-    numbers[0] = 9;
     attributes = "other";
-    EXPECT_EQ(data.data, (std::vector<int>{1, 2}));
+    EXPECT_EQ(data.data, &numbers);
     EXPECT_EQ(data.attributes, "a");
 }
 

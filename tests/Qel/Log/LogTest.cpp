@@ -44,10 +44,19 @@ TEST(Log, SiteHandsOverOneRecordOfSeverityInfoWithItsPlaceItsTimeAndItsText) {
     EXPECT_EQ(log.printed(), 0);
 }
 
-TEST(Log, SiteBuildsItsMessageThoughItIsDropped) {
+TEST(Log, SiteBuildsItsMessageOnlyWhileSomebodyReceivesIt) {
     const Support::CapturedStream cout(std::cout);
     int built = 0;
-    QEL_LOG("Qel::Log::LogTest", "Message " << ++built);
+    const auto log = [&built] { QEL_LOG("Qel::Log::LogTest", "Message " << ++built); };
+    log();
+    EXPECT_EQ(built, 0);
+    {
+        const Support::RecordedLog receiver;
+        log();
+        EXPECT_EQ(built, 1);
+        EXPECT_EQ(receiver.texts(), std::vector<std::string>{"Message 1"});
+    }
+    log();
     EXPECT_EQ(built, 1);
     EXPECT_EQ(cout.str(), "");
 }

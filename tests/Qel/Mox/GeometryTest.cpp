@@ -4,6 +4,7 @@
 #include "Support/Bytes.h"
 #include "Support/Thrown.h"
 
+#include <Qel/Tnf/BlockStream.h>
 #include <Qel/Tnf/TnFile.h>
 
 #include <gtest/gtest.h>
@@ -59,11 +60,17 @@ void makeLink(DatasetEntry& entry) {
     entry.linkIndex = 7;
 }
 
+void writeTo(QelTnf::TnFile& container, const QelMox::Geometry& geometry) {
+    const std::string names[] = {"Light Data", "Heavy Data", "Attributes"};
+    QelTnf::BlockStream lightData(container.GetIndex(), names[0]);
+    QelTnf::BlockStream heavyData(container.GetIndex(), names[1]);
+    QelTnf::BlockStream attributes(container.GetIndex(), names[2]);
+    geometry.WriteTn(lightData, heavyData, attributes);
+}
+
 class MoxGeometry : public testing::Test {
 protected:
-    void write(const QelMox::Geometry& written) {
-        written.WriteTn(container, "Light Data", "Heavy Data", "Attributes");
-    }
+    void write(const QelMox::Geometry& written) { writeTo(container, written); }
     ByteVector light() { return Support::streamOf(container.GetIndex(), "Light Data"); }
     ByteVector attributes() { return Support::streamOf(container.GetIndex(), "Attributes"); }
     ByteVector heavy() { return Support::streamOf(container.GetIndex(), "Heavy Data"); }
@@ -173,11 +180,11 @@ TEST_F(MoxGeometry, FieldsAfterTheWidthStandInTheirOrder) {
         values.boolA = true;
         values.floatA = 1;
         values.floatB = 2;
-        either.WriteTn(other, "Light Data", "Heavy Data", "Attributes");
+        writeTo(other, either);
         values.boolA = false;
         values.boolB = true;
         values.boolC = true;
-        either.WriteTn(other, "Light Data", "Heavy Data", "Attributes");
+        writeTo(other, either);
         const ByteVector light = Support::streamOf(other.GetIndex(), "Light Data");
         // The count, the key, the type, the link's mark in the newer layout, the size and the width.
         const std::size_t ahead = 4U + 6U + 4U + (version == std::string("0.7") ? 1U : 0U) + 4U + 1U;
@@ -291,7 +298,7 @@ TEST_F(MoxGeometry, AnyOtherVersionHasNeitherLinksNorTags) {
         makeLink(entry);
         entry.vibration = true;
         entry.attributes["a"] = AttributeValue(5U);
-        older.WriteTn(other, "Light Data", "Heavy Data", "Attributes");
+        writeTo(other, older);
         const ByteVector expected =
             Bytes().u32(1).text("ab").u32(13).u32(24).u8(3).u8(0).u8(0).bits({0, 0}).u8(0).u8(1).u64(
                 0x100000002);

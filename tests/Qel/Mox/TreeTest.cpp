@@ -14,6 +14,7 @@
 #include <Qel/Mox/Group.h>
 #include <Qel/Mox/NodeSets.h>
 #include <Qel/Mox/Shape.h>
+#include <Qel/Tnf/BlockStream.h>
 
 #include <gtest/gtest.h>
 
@@ -455,7 +456,9 @@ TEST_F(MoxTree, SaveFileWithoutOpenFileLogsNothing) {
 class MoxTreeAttributes : public MoxTree {
 protected:
     ByteVector recordOf(const AttributeList& list) {
-        QelMox::Tree::WriteAttributes(tree.File, "Attributes", list);
+        const std::string name = "Attributes";
+        QelTnf::BlockStream attributes(tree.File.GetIndex(), name);
+        QelMox::Tree::WriteAttributes(attributes, list);
         return stream("Attributes");
     }
 };
@@ -570,6 +573,66 @@ TEST_F(MoxTree, RecordsOfASmallTree) {
                                              {{2, 1, 0, 4, 3, 3}, "s", "Shape", "0.2", 41},
                                              {{3, 2, 0, 0, 0, 0}, "s", "Geometry", "0.7", 41},
                                              {{4, 1, 2, 0, 0, 0}, "g", "Group", "0.4", 45}}));
+}
+
+using Sizes = std::vector<std::uint32_t>;
+
+// The sizes of a name's blocks if values of these sizes go into them: a value goes into the last block unless that
+// holds as much as the limit.
+Sizes dividedAt(std::uint32_t limit, const Sizes& values) {
+    Sizes blocks;
+    for (const std::uint32_t value : values) {
+        if (blocks.empty() || blocks.back() >= limit) {
+            blocks.push_back(0);
+        }
+        blocks.back() += value;
+    }
+    return blocks;
+}
+
+Sizes sizesOf(const QelTnf::Index& index, const std::string& name) {
+    Sizes sizes;
+    for (std::size_t id = 0; id < index.GetBlocks().size(); ++id) {
+        if (index.GetBlockInfos()[id].name == name) {
+            sizes.push_back(index.GetBlocks()[id].GetSize());
+        }
+    }
+    return sizes;
+}
+
+// The values of a root group with two attributes, of a shape and of its geometry with one dataset, in their order.
+TEST_F(MoxTree, LimitThatFallsAnywhereAmongTheValuesOfANodeDividesOnlyBetweenThem) {
+    const Sizes treeValues = {4,                                          // the count
+                              4, 4, 4, 4, 4, 4, 5, 9,  7, 8,              // "r", "Group", "0.4"
+                              4, 4, 4, 4, 4, 4, 6, 9,  7, 8,              // "ss", "Shape", "0.2"
+                              4, 4, 4, 4, 4, 4, 6, 12, 7, 8};             // "ss", "Geometry", "0.7"
+    const Sizes lightValues = {12, 16, 12, 1,                             // the group
+                               4,  6,  4,  1, 4, 1, 1, 1, 4, 4, 1, 8, 1}; // the geometry
+    const Sizes attributeValues = {14, 6, 8, 4, 4, 9, 4, 4, 4, 4, 4, 4};
+    for (std::uint32_t limit = 0; limit <= 180; ++limit) {
+        const Support::BlockSizeGuard variable(std::to_string(limit));
+        QelMox::Tree limited;
+        limited.SetRootGroup("r", {{"a", AttributeValue(7U)}, {"b", AttributeValue(std::string_view("t"))}});
+        limited.AddShapeNode("ss");
+        auto& geometry = dynamic_cast<Geometry&>(*limited.GetCurrentNode().data);
+        geometry.FindOrAddDataset("ab");
+        geometry.positions["ab"] = 9;
+        limited.SaveTree(limited.File);
+        const QelTnf::Index& index = limited.File.GetIndex();
+        ASSERT_EQ(sizesOf(index, "Mox Tree"), dividedAt(limit, treeValues)) << limit;
+        ASSERT_EQ(sizesOf(index, "Light Data"), dividedAt(limit, lightValues)) << limit;
+        ASSERT_EQ(sizesOf(index, "Attributes"), dividedAt(limit, attributeValues)) << limit;
+        ASSERT_EQ(sizesOf(index, "Resources"), Sizes{84}) << limit;
+        ASSERT_EQ(Support::streamOf(index, "Mox Tree"),
+                  recordsOf({{{1, 0, 0, 0, 2, 2}, "r", "Group", "0.4", 0},
+                             {{2, 1, 0, 0, 3, 3}, "ss", "Shape", "0.2", 41},
+                             {{3, 2, 0, 0, 0, 0}, "ss", "Geometry", "0.7", 41}}))
+            << limit;
+        const Bytes attributes = Bytes().u32(2).text("a").text("b").u32(2).u8(0).u8(2).u32(1).u32(7).zeros(8);
+        ASSERT_EQ(Support::streamOf(index, "Attributes"),
+                  Bytes().append(attributes).u32(1).text("t").zeros(24))
+            << limit;
+    }
 }
 
 TEST_F(MoxTree, DescriptorOfAGroupTakes41BytesOfLightData) {

@@ -59,7 +59,7 @@ TYPED_TEST(ArrayPropertyOf, DefaultStateIsAnUnnamedNodeScalarOfWidthOne) {
     EXPECT_EQ(int{property.type}, 10);
     EXPECT_EQ(property.width, 1);
     EXPECT_TRUE(property.attributes.empty());
-    EXPECT_EQ(property.data.size(), 0);
+    EXPECT_EQ(property.data, nullptr);
 }
 
 TYPED_TEST(ArrayPropertyOf, WidthAndVariableTypeOfEveryType) {

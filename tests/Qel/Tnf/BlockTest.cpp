@@ -207,6 +207,33 @@ TEST_F(Block, EmptyTextIsTheFourBytesOfAZeroLength) {
     EXPECT_EQ(contentOf(block), (ByteVector{0, 0, 0, 0}));
 }
 
+TEST_F(Block, AppendLeavesTheVariableAlone) {
+    variable.set("32");
+    block.Append(1U);
+    block.Append(std::string("ab"));
+    EXPECT_EQ(QelTnf::defaultBlockSize, 10'485'760U);
+    EXPECT_EQ(contentOf(block), (ByteVector{1, 0, 0, 0, 2, 0, 0, 0, 'a', 'b'}));
+}
+
+TEST_F(Block, ExtendGivesThePlaceOfTheNextBytesAndMovesPastThem) {
+    variable.set("4");
+    put({1, 2, 3});
+    unsigned char* const place = block.Extend(2);
+    EXPECT_EQ(place, block.GetData() + 3);
+    place[0] = 8;
+    place[1] = 9;
+    EXPECT_EQ(contentOf(block), (ByteVector{1, 2, 3, 8, 9}));
+    EXPECT_EQ(block.GetPosition(), 5U);
+}
+
+TEST_F(Block, ExtendBelowTheSizeLeavesTheSizeAndTheBytes) {
+    put({1, 2, 3});
+    block.SetPosition(1);
+    EXPECT_EQ(block.Extend(1), block.GetData() + 1);
+    EXPECT_EQ(block.GetPosition(), 2U);
+    EXPECT_EQ(contentOf(block), (ByteVector{1, 2, 3}));
+}
+
 TEST_F(Block, RecordReachesBackToPatchItsLengthAndGoesOnAtItsEnd) {
     put({7});
     const std::uint32_t start = block.GetPosition();
@@ -448,6 +475,19 @@ TEST_F(Block, DetachHandsTheBufferOverAndLeavesAnEmptyBlock) {
     EXPECT_EQ(block.GetCapacity(), 0U);
     EXPECT_EQ(block.GetSize(), 0U);
     EXPECT_EQ(block.GetPosition(), 0U);
+}
+
+TEST_F(Block, AttachTakesABufferWithItsContentAndGoesOnAfterIt) {
+    auto* const buffer = static_cast<unsigned char*>(std::malloc(4));
+    buffer[0] = 7;
+    buffer[1] = 8;
+    block.Attach(buffer, 4, 2);
+    EXPECT_EQ(block.GetData(), buffer);
+    EXPECT_EQ(block.GetCapacity(), 4U);
+    EXPECT_EQ(block.GetPosition(), 2U);
+    put({9});
+    EXPECT_EQ(block.GetData(), buffer);
+    EXPECT_EQ(contentOf(block), (ByteVector{7, 8, 9}));
 }
 
 TEST_F(Block, CopySharesTheBuffer) {

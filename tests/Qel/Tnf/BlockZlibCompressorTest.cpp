@@ -73,13 +73,21 @@ TEST_F(BlockZlibCompressor, ContentThatDoesNotCompressGrowsByTheOverhead) {
     EXPECT_EQ(Support::inflated(zlibStream(), 1000), content);
 }
 
-TEST_F(BlockZlibCompressor, NewBufferGrowsByTheOrdinaryRule) {
-    variable.set("16");
-    Support::putInto(block, {1});
-    QelTnf::defaultBlockSize = 10'485'760;
-    variable.set({});
+// The bound of 1,000 bytes is 1,212.
+TEST_F(BlockZlibCompressor, BlockKeepsTheRoomThatZlibWasGiven) {
+    Support::putInto(block, Bytes().fill(1000, 0xAB));
     compress();
-    EXPECT_EQ(block.GetCapacity(), 10'485'760U);
+    EXPECT_EQ(block.GetCapacity(), 1216U);
+}
+
+TEST_F(BlockZlibCompressor, CompressedBlockTakesFurtherValues) {
+    variable.set("16");
+    Support::putInto(block, Bytes().fill(1000, 0xAB));
+    compress();
+    const ByteVector compressed = contentOf(block);
+    const ByteVector more = Bytes().fill(2000, 0xCD);
+    Support::putInto(block, more);
+    EXPECT_EQ(contentOf(block), Bytes().append(compressed).append(more));
 }
 
 TEST_F(BlockZlibCompressor, LevelGoesToZlib) {

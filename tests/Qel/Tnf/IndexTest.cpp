@@ -341,6 +341,38 @@ TEST_F(Index, PutRefusesABlockThatIsFrozenWhenItIsOpenedAndTheNextPutOpensAnothe
     EXPECT_EQ(contentOf(block(2)), (ByteVector{3}));
 }
 
+TEST_F(Index, ExtendedStreamHoldsWhatTheCallerFillsIn) {
+    variable.set("4");
+    put("a", {1});
+    unsigned char* const place = index.Extend("a", 3);
+    place[0] = 7;
+    place[1] = 8;
+    place[2] = 9;
+    EXPECT_EQ(contentOf(block(0)), (ByteVector{1, 7, 8, 9}));
+    *index.Extend("a", 1) = 5;
+    EXPECT_EQ(contentOf(block(1)), (ByteVector{5}));
+    EXPECT_EQ(index.GetStreamSize("a"), 5U);
+}
+
+TEST_F(Index, ExtendLooksTheVariableUp) {
+    variable.set("16");
+    *index.Extend("a", 1) = 5;
+    EXPECT_EQ(QelTnf::defaultBlockSize, 16U);
+    EXPECT_EQ(block(0).GetCapacity(), 16U);
+}
+
+TEST_F(Index, ExtendRefusesABlockThatIsFrozenWhenItIsOpenedAndTheNextPutOpensAnother) {
+    put("a", {1});
+    IndexPeer::entries(index)[0].frozen = true;
+    IndexPeer::entries(index)[1].frozen = true;
+    EXPECT_TRUE(Support::throws<Qel::Exception::KeyNotFound>(
+        {14, "Key not found", "Qel/Tnf/Index", "QelTnf::Index::Extend"}, [this] { index.Extend("a", 1); }));
+    EXPECT_EQ(block(1).GetSize(), 0U);
+    put("a", {3});
+    EXPECT_EQ(idsOf("a"), (Ids{0, 1, 2}));
+    EXPECT_EQ(contentOf(block(2)), (ByteVector{3}));
+}
+
 TEST_F(Index, UnknownNameHasNoLimiterAndAskingForItCreatesNone) {
     add("a");
     EXPECT_TRUE(Support::throws<Qel::Exception::KeyNotFound>(

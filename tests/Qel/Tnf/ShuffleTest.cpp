@@ -139,6 +139,38 @@ TYPED_TEST(Shuffle, ManyElementsFillPlanesThatAreAsLongAsTheirCount) {
     EXPECT_EQ(bytesIn(values), expected);
 }
 
+// However many values are split at a time, all counts up to four times sixteen, and some about the limits of what
+// is taken through the components together, give each byte the place that the layout says.
+TYPED_TEST(Shuffle, EachByteOfEachCountAndWidthIsAtItsPlace) {
+    std::vector<std::size_t> counts = {1008, 1023, 1024, 1025, 1039, 1040, 2049};
+    for (std::size_t count = 0; count < 64; ++count) {
+        counts.push_back(count);
+    }
+    std::uint32_t state = 1;
+    for (const std::size_t width : {1U, 2U, 3U, 4U, 5U, 6U, 7U}) {
+        for (const std::size_t elements : counts) {
+            // Half of the values have bytes above 0x7F only, which saturating arithmetic would change.
+            std::vector<std::uint32_t> bits(elements * width);
+            for (std::uint32_t& value : bits) {
+                state = state * 1664525U + 1013904223U;
+                value = (state >> 16U) % 2 == 0 ? state : state | 0x80808080U;
+            }
+            std::vector<TypeParam> source(bits.size());
+            ByteVector expected(bits.size() * 4 + 1, 0xEE);
+            for (std::size_t i = 0; i < bits.size(); ++i) {
+                std::memcpy(&source[i], &bits[i], sizeof(bits[i]));
+                for (std::size_t byte = 0; byte < 4; ++byte) {
+                    expected[(i % width * 4 + byte) * elements + i / width] =
+                        static_cast<std::uint8_t>(bits[i] >> (8 * byte));
+                }
+            }
+            ByteVector destination(expected.size(), 0xEE);
+            QelTnf::shuffleComponents(source.data(), source.size(), width, destination.data());
+            ASSERT_EQ(destination, expected) << elements << " elements of width " << width;
+        }
+    }
+}
+
 TYPED_TEST(Shuffle, SourceOfShuffleComponentsStaysAsItWas) {
     const std::vector<TypeParam> source = valuesOf<TypeParam>({A, B});
     ByteVector destination(8);

@@ -264,6 +264,29 @@ TEST_F(TnFileDatasets, CountTimesWidthWrapsIn32Bits) {
                                                0xC0, 0xC1, 0xC2, 0xC3, 0xD0, 0xD1, 0xD2, 0xD3}));
 }
 
+TEST_F(TnFileDatasets, CountTimesWidthThatWrapsToNothingOpensABlockWithoutBytes) {
+    for (const char* const step : {"8", "0"}) {
+        variable.set(step);
+        QelTnf::TnFile other;
+        EXPECT_EQ(other.PutDataset("Heavy Data", static_cast<const float*>(nullptr), 0x80000000, 2), 0U);
+        EXPECT_EQ(other.GetIndex().GetBlockInfos().at(0).name, "Heavy Data");
+        EXPECT_EQ(other.GetIndex().GetBlocks().at(0).GetSize(), 0U);
+    }
+}
+
+// Each array is shuffled straight into the block after what is there, also where the block has to grow for it.
+TEST_F(TnFileDatasets, DatasetsStandOneAfterTheOtherInAGrowingBlock) {
+    variable.set("1000");
+    file.GetIndex().AddBlock("Heavy Data");
+    variable.set("4");
+    file.GetIndex().Put("Heavy Data", static_cast<unsigned char>(0xEE));
+    EXPECT_EQ(putDataset({0xA3A2A1A0, 0xB3B2B1B0}, 2, 1), 1U);
+    EXPECT_EQ(putDataset({0xC3C2C1C0}, 1, 1), 9U);
+    EXPECT_EQ(block(0).GetCapacity(), 16U);
+    EXPECT_EQ(contentOf(block(0)),
+              (ByteVector{0xEE, 0xA0, 0xB0, 0xA1, 0xB1, 0xA2, 0xB2, 0xA3, 0xB3, 0xC0, 0xC1, 0xC2, 0xC3}));
+}
+
 TEST_F(TnFileDatasets, BlockThatADatasetOpensGetsItsFlagsWithTheNextDataset) {
     variable.set("8");
     putZeros(2);
@@ -340,7 +363,25 @@ TEST_F(TnFile, FullDiskPassesUnseen) {
 // The address sanitizer ends the process where operator new fails.
 constexpr bool operatorNewCanFail = SUPPORT_ADDRESS_SANITIZER == 0;
 
-TEST_F(TnFileDatasets, CopyThatGetsNoMemoryIsBadAllocWithTheFlagsSetAndNothingPut) {
+TEST_F(TnFileDatasets, BlockThatGetsNoMemoryHasItsFlagsAndNothingPut) {
+    if (!Support::AddressSpaceLimit::isAvailable()) {
+        GTEST_SKIP() << "needs a limit to the address space";
+    }
+    putZeros(1);
+    const unsigned int value = 0;
+    {
+        const Support::AddressSpaceLimit limit;
+        // The largest dataset that goes straight into a block: 4 bytes less than 4 GiB.
+        EXPECT_TRUE(Support::throws<Qel::Exception::MemoryAllocationException>(
+            {16, "Memory allocation error", "Qel/Tnf/Block", "QelTnf::Block::AllocateAdditionalMemory"},
+            [&] { file.PutDataset("Heavy Data", &value, 0x3FFFFFFF, 1); }));
+    }
+    EXPECT_EQ(entry(0).flags, 0x21);
+    EXPECT_EQ(block(0).GetSize(), 4U);
+    EXPECT_EQ(putZeros(1), 4U);
+}
+
+TEST_F(TnFileDatasets, CopyOf4GiBThatGetsNoMemoryIsBadAllocWithTheFlagsSetAndNothingPut) {
     if (!Support::AddressSpaceLimit::isAvailable() || !operatorNewCanFail) {
         GTEST_SKIP() << "needs a limit to the address space and no address sanitizer";
     }
@@ -348,7 +389,7 @@ TEST_F(TnFileDatasets, CopyThatGetsNoMemoryIsBadAllocWithTheFlagsSetAndNothingPu
     const unsigned int value = 0;
     {
         const Support::AddressSpaceLimit limit;
-        EXPECT_THROW(file.PutDataset("Heavy Data", &value, 0x20000000, 1), std::bad_alloc);
+        EXPECT_THROW(file.PutDataset("Heavy Data", &value, 0x40000000, 1), std::bad_alloc);
     }
     EXPECT_EQ(entry(0).flags, 0x21);
     EXPECT_EQ(block(0).GetSize(), 4U);

@@ -25,7 +25,7 @@ void ArrayProperty<PropertyT, IdsT, StepsT>::update(Database& database) {
     constexpr Eigen::Index largestCount = std::numeric_limits<std::int32_t>::max();
     database.assertOpenedForWriting();
     database.assertNotEmpty();
-    const Eigen::Index rows = property_.data.rows();
+    const Eigen::Index rows = property_.data->rows();
     if (ids_.size() == 0 || rows == 0) {
         return;
     }
@@ -36,12 +36,12 @@ void ArrayProperty<PropertyT, IdsT, StepsT>::update(Database& database) {
         QEL_THROW(Exception::OverflowError());
     }
     // Only the low 32 bits of the number of columns count. A one-dimensional array has one column.
-    if (static_cast<std::uint32_t>(property_.data.cols()) != property_.width) {
+    if (static_cast<std::uint32_t>(property_.data->cols()) != property_.width) {
         QEL_THROW(Exception::InvalidArguments());
     }
     QelMox::Tree& tree = database.tree();
     const std::uint64_t position =
-        tree.WriteStreamDataset(property_.data.data(), static_cast<std::uint32_t>(rows), property_.width);
+        tree.WriteStreamDataset(property_.data->data(), static_cast<std::uint32_t>(rows), property_.width);
     record(tree, position, PropertyT::geomTypeFrom(property_.type));
 }
 
@@ -86,11 +86,11 @@ std::string ArrayProperty<PropertyT, IdsT, StepsT>::keyOf(const StepData& step) 
 template <typename PropertyT, typename IdsT, typename StepsT>
 void ArrayProperty<PropertyT, IdsT, StepsT>::describeNumbers(QelMox::DatasetEntry& entry,
                                                              QelMox::VariableType variableType) const {
-    const auto rows = static_cast<std::uint32_t>(property_.data.rows());
+    const auto rows = static_cast<std::uint32_t>(property_.data->rows());
     entry.variableType = variableType;
     entry.values = QelMox::NumericArray();
-    entry.values.data = property_.data.data();
-    entry.values.sizeInBytes = std::uint64_t{property_.width} * rows * sizeof(*property_.data.data());
+    entry.values.data = property_.data->data();
+    entry.values.sizeInBytes = std::uint64_t{property_.width} * rows * sizeof(*property_.data->data());
     entry.values.width = property_.width;
     entry.values.elementTag = PropertyT::Traits::elementTag;
 }

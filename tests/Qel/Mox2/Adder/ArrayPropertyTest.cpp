@@ -53,9 +53,9 @@ const Steps OneStep(1);
 
 // "T", a scalar of the numbers 1, 2 and 3 for each node.
 ColumnProperty<float> threeFloats(const AttributeMap& attributes = {}) {
+    static const ColumnArray<float> numbers = (ColumnArray<float>(3) << 1, 2, 3).finished();
     ColumnProperty<float> property;
-    property.data.resize(3);
-    property.data << 1, 2, 3;
+    property.data = &numbers;
     property.attributes = attributes;
     property.name = "T";
     property.type = Qel::Mox2::NodeScalar;
@@ -105,9 +105,9 @@ TEST(ArrayPropertyAdderState, NeedsWriteModeAlsoWithNothingToDo) {
 // --- Entries
 
 TEST_F(ArrayPropertyAdder, EntryDescribesTheNumbers) {
+    const TableArray<unsigned int> numbers = (TableArray<unsigned int>(2, 3) << 1, 2, 3, 4, 5, 6).finished();
     TableProperty<unsigned int> property;
-    property.data.resize(2, 3);
-    property.data << 1, 2, 3, 4, 5, 6;
+    property.data = &numbers;
     property.name = "V";
     property.type = Qel::Mox2::NodeVector;
     property.width = 3;
@@ -264,28 +264,33 @@ TEST_F(ArrayPropertyAdder, OneKeyTwiceInACallLinksToItself) {
 // --- Order of the checks
 
 TEST_F(ArrayPropertyAdder, NothingToDoComesBeforeEveryOtherCheck) {
+    const ColumnArray<float> nothing;
     ColumnProperty<float> noRows = threeFloats({{"a", 7U}});
-    noRows.data.resize(0);
+    noRows.data = &nothing;
     noRows.width = 3;
     noRows.type = DatasetType(31);
     EXPECT_NO_THROW(add(std::move(noRows), idsOf({First})));
+    const ColumnArray<float> negative(-1);
     ColumnProperty<float> negativeRows = threeFloats();
-    negativeRows.data = ColumnArray<float>(-1);
+    negativeRows.data = &negative;
     EXPECT_NO_THROW(add(std::move(negativeRows), IdArray()));
+    const TableArray<float> columnsWithoutRows(0, 5);
     TableProperty<float> rowsWithoutColumns;
-    rowsWithoutColumns.data = TableArray<float>(0, 5);
+    rowsWithoutColumns.data = &columnsWithoutRows;
     EXPECT_NO_THROW(add(std::move(rowsWithoutColumns), idsOf({First})));
     EXPECT_EQ(tree().GetCurrentId(), 2U);
     EXPECT_EQ(streamed(), 0U);
 }
 
 TEST_F(ArrayPropertyAdder, NegativeCountsAreAnUnderflow) {
+    const ColumnArray<float> negativeColumn(-1);
     ColumnProperty<float> column = threeFloats();
-    column.data = ColumnArray<float>(-1);
+    column.data = &negativeColumn;
     column.width = 3;
     EXPECT_TRUE(throws<UnderflowError>(NegativeCount, [&] { add(std::move(column), idsOf({First})); }));
+    const TableArray<float> negativeTable(-2147483648LL, 3);
     TableProperty<float> table;
-    table.data = TableArray<float>(-2147483648LL, 3);
+    table.data = &negativeTable;
     EXPECT_TRUE(throws<UnderflowError>(NegativeCount, [&] { add(std::move(table), idsOf({First})); }));
     const IdArray negativeIds(-1);
     EXPECT_TRUE(throws<UnderflowError>(NegativeCount, [&] { add(threeFloats(), negativeIds); }));
@@ -294,15 +299,17 @@ TEST_F(ArrayPropertyAdder, NegativeCountsAreAnUnderflow) {
 
 TEST_F(ArrayPropertyAdder, RowsAbove31BitsAreAnOverflowBeforeTheColumnsAreLookedAt) {
     // Without columns it takes no memory.
+    const TableArray<float> rows(0x80000000LL, 0);
     TableProperty<float> table;
-    table.data = TableArray<float>(0x80000000LL, 0);
+    table.data = &rows;
     EXPECT_TRUE(throws<OverflowError>(TooLargeCount, [&] { add(std::move(table), idsOf({First})); }));
     EXPECT_EQ(streamed(), 0U);
 }
 
 TEST_F(ArrayPropertyAdder, LargestCountOfRowsIsNoOverflow) {
+    const TableArray<float> rows(0x7FFFFFFFLL, 0);
     TableProperty<float> table;
-    table.data = TableArray<float>(0x7FFFFFFFLL, 0);
+    table.data = &rows;
     EXPECT_TRUE(throws<InvalidArguments>(WrongColumns, [&] { add(std::move(table), idsOf({First})); }));
 }
 
@@ -310,8 +317,9 @@ TEST_F(ArrayPropertyAdder, ColumnsAreComparedWithTheWidthBeforeTheWrite) {
     ColumnProperty<float> column = threeFloats();
     column.width = 3;
     EXPECT_TRUE(throws<InvalidArguments>(WrongColumns, [&] { add(std::move(column), idsOf({First})); }));
+    const TableArray<float> zeros = TableArray<float>::Zero(2, 2);
     TableProperty<float> table;
-    table.data = TableArray<float>::Zero(2, 2);
+    table.data = &zeros;
     table.width = 3;
     EXPECT_TRUE(throws<InvalidArguments>(WrongColumns, [&] { add(std::move(table), idsOf({First})); }));
     EXPECT_EQ(streamed(), 0U);
