@@ -3,6 +3,8 @@
 // Bulk: "bytes_per_second" of saving against that of compressing the same numbers, shuffled, with zlib alone.
 // Tree: the time for each item, which has to stay flat as the number of items grows.
 
+#include "TemporaryFile.h"
+
 #include <Qel/Mox2/Model.h>
 
 #include <benchmark/benchmark.h>
@@ -12,27 +14,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <filesystem>
-#include <random>
 #include <string>
 #include <vector>
 
 namespace {
 
 using namespace Qel::Mox2;
-
-class TemporaryFile {
-public:
-    TemporaryFile()
-        : path((std::filesystem::temp_directory_path() /
-                ("moxwriter-benchmark-" + std::to_string(std::random_device()()) + ".mox"))
-                   .string()) {}
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() { std::filesystem::remove(path); }
-
-    const std::string path;
-};
 
 void open(Model& model, const TemporaryFile& file) {
     SaverOptions options;

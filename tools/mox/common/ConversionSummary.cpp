@@ -33,6 +33,9 @@ std::vector<std::string> ConversionSummary::lines() const {
     std::vector<std::string> all;
     all.push_back(fmt::format("{}: shapes: {}, nodes: {}, elements: {}, steps: {}, datasets: {}", output_,
                               shapes, nodes, elements, steps, datasets));
+    if (!compressor.empty()) {
+        all.back() += ", compressor: " + compressor;
+    }
     for (const auto& line : skipped_) {
         all.push_back("not taken: " + line);
     }

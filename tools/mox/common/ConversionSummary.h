@@ -20,6 +20,8 @@ public:
     std::int64_t elements = 0;
     std::int64_t steps = 0;
     std::int64_t datasets = 0;
+    /// What has compressed the new file; empty if nothing has.
+    std::string compressor;
 
     /// Notes that things of one kind were skipped. Does nothing without names.
     /// @param kind  In the plural, such as "side sets".

@@ -1,7 +1,10 @@
 #pragma once
 
 #include "../common/Command.h"
+#include "Compressor.h"
 #include "ImportRequest.h"
+
+#include <string>
 
 namespace MoxTool {
 
@@ -16,6 +19,7 @@ public:
 
 private:
     ImportRequest request_;
+    std::string compressor_ = Compressor::preferred();
 };
 
 } // namespace MoxTool

@@ -15,6 +15,13 @@ TEST(ConversionSummary, CountsWhatWasTaken) {
     EXPECT_EQ(summary.lines(), Lines{"a.mox: shapes: 2, nodes: 12, elements: 5, steps: 3, datasets: 20"});
 }
 
+TEST(ConversionSummary, NamesTheCompressorIfThereIsOne) {
+    ConversionSummary summary("a.mox");
+    summary.compressor = "zlib";
+    EXPECT_EQ(summary.lines(),
+              Lines{"a.mox: shapes: 0, nodes: 0, elements: 0, steps: 0, datasets: 0, compressor: zlib"});
+}
+
 TEST(ConversionSummary, CountsAndNamesWhatWasSkipped) {
     ConversionSummary summary("a.mox");
     summary.addSkipped("side sets", Lines{"top", "bottom"});

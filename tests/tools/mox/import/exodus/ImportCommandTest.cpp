@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#ifdef MOX_HAS_DEFLATE
+#include <MoxWriterDeflate/compressor.h>
+#endif
+
 namespace {
 
 using Files = std::vector<std::string>;
@@ -39,10 +43,40 @@ protected:
 } // namespace
 
 TEST_F(ImportCommand, WritesTheOutputAndNothingElse) {
-    const auto run = runImport({input, output()});
+    const auto run = runImport({"--compressor", "zlib", input, output()});
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.messages, output() + ": shapes: 1, nodes: 2, elements: 1, steps: 2, datasets: 7\n");
+    EXPECT_EQ(run.messages,
+              output() + ": shapes: 1, nodes: 2, elements: 1, steps: 2, datasets: 7, compressor: zlib\n");
     EXPECT_EQ(folder.files(), (Files{"model.e", "out.mox"}));
+}
+
+#ifdef MOX_HAS_DEFLATE
+TEST_F(ImportCommand, TakesLibdeflateUnlessZlibIsAskedFor) {
+    const unsigned long long before = moxwriter_deflate_calls();
+    EXPECT_TRUE(runImport({input, output()}).says(", compressor: deflate"));
+    const unsigned long long between = moxwriter_deflate_calls();
+    EXPECT_GT(between, before);
+    EXPECT_TRUE(
+        runImport({"--overwrite", "--compressor", "zlib", input, output()}).says(", compressor: zlib"));
+    EXPECT_EQ(moxwriter_deflate_calls(), between);
+    EXPECT_TRUE(
+        runImport({"--overwrite", "--compressor", "deflate", input, output()}).says(", compressor: deflate"));
+    EXPECT_GT(moxwriter_deflate_calls(), between);
+}
+#else
+TEST_F(ImportCommand, RefusesTheCompressorThatMoxWasBuiltWithout) {
+    const auto run = runImport({"--compressor", "deflate", input, output()});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.says("mox was built without libdeflate, so there is zlib alone"));
+    EXPECT_EQ(folder.files(), Files{"model.e"});
+}
+#endif
+
+TEST_F(ImportCommand, UnknownCompressorIsRefused) {
+    const auto run = runImport({"--compressor", "lz4", input, output()});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.says("there is no 'lz4'; there are zlib and deflate"));
+    EXPECT_EQ(folder.files(), Files{"model.e"});
 }
 
 TEST_F(ImportCommand, MissingFileIsRefused) {

@@ -1,0 +1,28 @@
+#include "common/sampleFields.h"
+#include "library/open.h"
+#include "library/works.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace Workloads::Library {
+
+using namespace Qel::Mox2;
+
+void saveArray(std::uint64_t mebibytes, const std::string& path, Stopwatch& watch) {
+    Array2d<float> array(fieldsIn(mebibytes) * FieldRows, FieldColumns);
+    float* target = &array(0, 0);
+    for (std::uint64_t i = 0; i < fieldsIn(mebibytes); ++i) {
+        target = std::ranges::copy(sampleField(FieldRows, FieldColumns, i % FieldCount), target).out;
+    }
+
+    watch.start("add");
+    Model model;
+    open(model, path);
+    model.addNode(Group, "root");
+    model.addArrayProperty(DisplacementVector, array, model.addNode(Shape, "part"), Step());
+    watch.start("close");
+    model.close();
+}
+
+} // namespace Workloads::Library
