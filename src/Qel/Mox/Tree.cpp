@@ -275,7 +275,7 @@ void Tree::WriteAttributes(QelTnf::TnFile& container, const std::string& blockNa
         } else if (value.kind == AttributeValue::Double) {
             longReals.push_back(value.longReal);
         } else if (value.kind == AttributeValue::Text) {
-            texts.emplace_back(value.AsText());
+            texts.push_back(value.text);
         }
     }
     QelTnf::Index& index = container.GetIndex();

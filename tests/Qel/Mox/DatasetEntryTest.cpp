@@ -46,8 +46,8 @@ TEST_F(DatasetEntry, CategoryVibrationIsKeptAndMarksTheEntryWhileReservedKeysAre
                          {"unit", text("mm")}});
     EXPECT_TRUE(entry.vibration);
     EXPECT_EQ(keys(), (Keys{"Category", "unit"}));
-    EXPECT_EQ(entry.attributes.at("Category").AsText(), "Vibration");
-    EXPECT_EQ(entry.attributes.at("unit").AsText(), "mm");
+    EXPECT_EQ(entry.attributes.at("Category").text, "Vibration");
+    EXPECT_EQ(entry.attributes.at("unit").text, "mm");
 }
 
 TEST_F(DatasetEntry, AllReservedKeysAreDropped) {
@@ -98,7 +98,7 @@ TEST_F(DatasetEntry, LaterAttributesAreAddedAndReplaceThoseOfTheirKeys) {
     entry.SetAttributes({{"b", text("x")}, {"c", AttributeValue(3U)}});
     EXPECT_EQ(keys(), (Keys{"a", "b", "c"}));
     EXPECT_EQ(entry.attributes.at("a").integer, 1U);
-    EXPECT_EQ(entry.attributes.at("b").AsText(), "x");
+    EXPECT_EQ(entry.attributes.at("b").text, "x");
     EXPECT_EQ(entry.attributes.at("c").integer, 3U);
 }
 
