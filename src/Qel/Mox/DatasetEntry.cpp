@@ -34,4 +34,12 @@ void DatasetEntry::SetAttributes(const QelUtil::AttributeList& list) {
     }
 }
 
+void DatasetEntry::LinkTo(unsigned int nodeId, unsigned int index, const QelUtil::AttributeList& list) {
+    vibration = isVibration(list);
+    isLink = true;
+    linkNodeId = nodeId;
+    linkIndex = index;
+    QelUtil::AttributeList().swap(attributes);
+}
+
 } // namespace QelMox

@@ -102,4 +102,22 @@ TEST_F(DatasetEntry, LaterAttributesAreAddedAndReplaceThoseOfTheirKeys) {
     EXPECT_EQ(entry.attributes.at("c").integer, 3U);
 }
 
+TEST_F(DatasetEntry, LinkNamesItsTargetAndHasNoAttributes) {
+    entry.SetAttributes({{"a", AttributeValue(1U)}});
+    entry.LinkTo(3, 7, {{"b", AttributeValue(2U)}});
+    EXPECT_TRUE(entry.isLink);
+    EXPECT_EQ(entry.linkNodeId, 3U);
+    EXPECT_EQ(entry.linkIndex, 7U);
+    EXPECT_FALSE(entry.vibration);
+    EXPECT_EQ(keys(), Keys());
+}
+
+TEST_F(DatasetEntry, LinkIsMarkedAsAVibrationByTheAttributesThatItIsGiven) {
+    entry.LinkTo(3, 7, {{"Category", text("Vibration")}});
+    EXPECT_TRUE(entry.vibration);
+    EXPECT_EQ(keys(), Keys());
+    entry.LinkTo(3, 7, {});
+    EXPECT_FALSE(entry.vibration);
+}
+
 } // namespace
