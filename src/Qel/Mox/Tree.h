@@ -81,12 +81,12 @@ public:
 
 private:
     template <typename NodeClass>
-    void MoveToOrAdd(std::unique_ptr<NodeClass> node);
+    bool MoveToChildOfClass(const std::string& name);
     void SaveNode(QelTnf::TnFile& container, const QelAdt::TreeNode<Node*>& node);
     static void SaveDescriptor(QelTnf::TnFile& container, Node& payload);
     void FillCurrentModifier(const std::string& comment);
 
-    ChildIndex children_;
+    ChildIndex children_{GetNodes()};
 };
 
 } // namespace QelMox
