@@ -191,7 +191,8 @@ protected:
     }
     Outcome add(Qel::Mox2::NodeType type, const std::string& name) {
         return outcomeOf([&] {
-            Qel::Mox2::Adder::Node adder(type, name, {});
+            const Qel::Mox2::AttributeMap none;
+            Qel::Mox2::Adder::Node adder(type, name, none);
             adder.update(database);
             return Ids{adder.result()};
         });
