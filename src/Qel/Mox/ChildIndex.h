@@ -1,42 +1,50 @@
 #pragma once
 
+#include <Qel/Adt/AdtTree.h>
+#include <Qel/Util/HashTable.h>
+
 #include <cstddef>
+#include <deque>
 #include <string_view>
-#include <unordered_map>
-#include <utility>
+#include <typeinfo>
 
 namespace QelMox {
 
 class Node;
 
-/// Finds the children of a node by name in constant time, however large the tree. If several children have
-/// the same name and class, it knows the oldest.
+/// Finds the children of a node by name in constant time, however large the tree. It takes up the nodes of the tree
+/// when it is asked for one, so that a tree in which nothing is looked up needs no index.
 class ChildIndex {
 public:
-    /// Must be called in ascending order of ids. The node must live as long as the index.
-    void Add(unsigned int parent, unsigned int id, const Node& node);
+    using Nodes = std::deque<QelAdt::TreeNode<Node*>>;
 
-    /// Undoes the add() of this id.
-    void Remove(unsigned int parent, unsigned int id, const Node& node);
+    /// @param nodes The nodes of a tree, which only grows and must live as long as the index. All of them except the
+    ///              root have a payload.
+    explicit ChildIndex(const Nodes& nodes) : nodes_(nodes) {}
 
     /// @return the id of the oldest child with this name, or 0.
-    unsigned int Find(unsigned int parent, std::string_view name) const;
+    unsigned int Find(unsigned int parent, std::string_view name);
 
-    /// @return the id of the oldest child with the probe's name, type and version, or 0.
-    unsigned int FindLike(unsigned int parent, const Node& probe) const;
+    /// @return the id of the oldest child with this name whose payload is of exactly this class, or 0.
+    unsigned int Find(unsigned int parent, std::string_view name, const std::type_info& nodeClass);
 
 private:
-    struct Child {
-        unsigned int id;
-        const Node* node;
-    };
-    using Key = std::pair<unsigned int, std::string_view>;
-    struct KeyHash {
-        std::size_t operator()(const Key& key) const;
-    };
+    using TreeNode = QelAdt::TreeNode<Node*>;
 
-    // Under each key, at most one child of each class. The names are views of the names in the nodes.
-    std::unordered_multimap<Key, Child, KeyHash> children_;
+    template <typename Predicate>
+    unsigned int Search(unsigned int parent, std::string_view name, Predicate accepts);
+    void TakeUpNewNodes();
+    void TakeUp(const TreeNode& child);
+    template <typename Predicate>
+    unsigned int OldestOfTable(std::size_t hash, unsigned int parent, std::string_view name,
+                               Predicate accepts) const;
+    const TreeNode& NodeOf(unsigned int id) const { return nodes_[id - 1]; }
+
+    const Nodes& nodes_;
+    std::size_t taken_ = 1; // The root is nobody's child.
+    // The ids of all children but first ones, which their parents know; of those with the same parent, name and
+    // class only the oldest.
+    QelUtil::HashTable ids_;
 };
 
 } // namespace QelMox

@@ -19,18 +19,27 @@ bool isDropped(std::string_view key) {
 bool isVibration(const QelUtil::AttributeList& list) {
     const auto category = list.find("Category");
     return category != list.end() && category->second.kind == QelUtil::AttributeValue::Text &&
-           category->second.AsText() == "Vibration";
+           category->second.text == "Vibration";
 }
 
 } // namespace
 
 void DatasetEntry::SetAttributes(const QelUtil::AttributeList& list) {
     vibration = isVibration(list);
+    attributes.reserve(list.size());
     for (const auto& [attributeKey, value] : list) {
         if (!isDropped(attributeKey)) {
             attributes.insert_or_assign(attributeKey, value);
         }
     }
+}
+
+void DatasetEntry::LinkTo(unsigned int nodeId, unsigned int index, const QelUtil::AttributeList& list) {
+    vibration = isVibration(list);
+    isLink = true;
+    linkNodeId = nodeId;
+    linkIndex = index;
+    QelUtil::AttributeList().swap(attributes);
 }
 
 } // namespace QelMox

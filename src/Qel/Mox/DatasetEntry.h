@@ -4,6 +4,8 @@
 #include <Qel/Mox/VariableType.h>
 #include <Qel/Util/AttributeList.h>
 
+#include <cstdint>
+#include <optional>
 #include <string>
 
 namespace QelMox {
@@ -14,12 +16,18 @@ struct DatasetEntry {
     /// "Category" = "Vibration" marks the dataset as a vibration.
     void SetAttributes(const QelUtil::AttributeList& list);
 
+    /// Makes the entry a link to another. It then has no attributes, but is marked as a vibration like an entry that
+    /// is given these attributes. An entry that has become a link stays one, even when its key is used again.
+    void LinkTo(unsigned int nodeId, unsigned int index, const QelUtil::AttributeList& list);
+
     std::string key;
-    VariableType variableType = {};
-    bool vibration = false;
     QelUtil::AttributeList attributes;
     NumericArray values;
-    /// True if the entry is a link to the one that the next two fields name. Never becomes false again.
+    /// The position of the numbers in the stream of the datasets.
+    std::optional<std::uint64_t> position;
+    VariableType variableType = {};
+    bool vibration = false;
+    /// True if the entry is a link to the one that the next two fields name.
     bool isLink = false;
     unsigned int linkNodeId = 0;
     unsigned int linkIndex = 0;

@@ -5,11 +5,20 @@
 #include <Qel/Mox/Tree.h>
 #include <Qel/Tnf/BlockStream.h>
 
+#include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace QelMox {
 
 namespace {
+
+// Up to so many entries a walk along them takes no longer than a search, and needs no memory.
+constexpr std::size_t FewDatasets = 8;
+
+std::size_t hashOf(const std::string& key) {
+    return std::hash<std::string>()(key);
+}
 
 // A type of all ones means "not known" and gets no tag.
 unsigned int taggedType(const DatasetEntry& entry) {
@@ -59,20 +68,48 @@ std::string Geometry::GetVersion() const {
 }
 
 std::uint64_t Geometry::FindOrAddDataset(const std::string& key) {
-    if (const auto found = indices_.find(key); found != indices_.end()) {
-        return found->second;
+    if (const std::optional<std::uint64_t> found = FindDataset(key)) {
+        return *found;
     }
-    const std::uint64_t added = datasets_.size();
     auto entry = std::make_unique<DatasetEntry>();
     entry->key = key;
     datasets_.push_back(std::move(entry));
-    try {
-        indices_.emplace(datasets_.back()->key, added);
-    } catch (...) {
-        datasets_.pop_back();
-        throw;
+    return datasets_.size() - 1;
+}
+
+std::optional<std::uint64_t> Geometry::FindDataset(const std::string& key) {
+    if (datasets_.size() <= FewDatasets) {
+        return WalkTo(key);
     }
-    return added;
+    IndexNewDatasets();
+    std::optional<std::uint64_t> found;
+    indices_->Visit(hashOf(key), [&](std::uint32_t index) {
+        if (datasets_[index]->key == key) {
+            found = index;
+        }
+    });
+    return found;
+}
+
+std::optional<std::uint64_t> Geometry::WalkTo(const std::string& key) const {
+    const auto match =
+        std::ranges::find(datasets_, key, [](const auto& entry) -> const std::string& { return entry->key; });
+    return match == datasets_.end() ? std::nullopt : std::optional<std::uint64_t>(match - datasets_.begin());
+}
+
+void Geometry::IndexNewDatasets() {
+    if (indices_ == nullptr) {
+        indices_ = std::make_unique<QelUtil::HashTable>();
+    }
+    for (std::size_t index = indices_->GetCount(); index < datasets_.size(); ++index) {
+        indices_->Add(hashOf(datasets_[index]->key), static_cast<std::uint32_t>(index));
+    }
+}
+
+void Geometry::ForgetPositions() {
+    for (const auto& entry : datasets_) {
+        entry->position.reset();
+    }
 }
 
 void Geometry::WriteTn(QelTnf::BlockStream& lightData, QelTnf::BlockStream& heavyData,
@@ -94,11 +131,10 @@ void Geometry::WriteTn(QelTnf::BlockStream& lightData, QelTnf::BlockStream& heav
         } else {
             putSize(lightData, entry.values);
             putFixedFields(lightData, entry.values);
-            const auto position = positions.find(entry.key);
-            if (position == positions.end()) {
+            if (!entry.position) {
                 QEL_THROW(Qel::Exception::KeyNotFound());
             }
-            putPosition(lightData, position->second, version);
+            putPosition(lightData, *entry.position, version);
             if (version == Format::GeometryWithNumbers) {
                 // Kept though nothing calls it; see docs/oddities.md.
                 heavyData.Put(entry.values.data, static_cast<std::uint32_t>(entry.values.sizeInBytes));
@@ -118,14 +154,13 @@ void Geometry::WriteTn_l05(QelTnf::BlockStream& lightData, QelTnf::BlockStream&,
         lightData.Put(entry.key);
         lightData.Put(entry.variableType);
         putSize(lightData, entry.values);
-        const auto position = positions.find(entry.key);
-        if (position == positions.end()) {
+        if (!entry.position) {
             QEL_THROW(Qel::Exception::KeyNotFound());
         }
         putFixedFields(lightData, entry.values);
         lightData.Put(entry.vibration);
         Tree::WriteAttributes(attributes, entry.attributes);
-        lightData.Put(position->second);
+        lightData.Put(*entry.position);
     }
 }
 

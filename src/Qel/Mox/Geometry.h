@@ -3,13 +3,12 @@
 #include <Qel/Mox/DatasetEntry.h>
 #include <Qel/Mox/Node.h>
 #include <Qel/Mox/VariableType.h>
+#include <Qel/Util/HashTable.h>
 
 #include <cstdint>
-#include <map>
 #include <memory>
+#include <optional>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace QelTnf {
@@ -36,8 +35,8 @@ public:
     DatasetEntry& GetDataset(std::uint64_t index) { return *datasets_[index]; }
     const DatasetEntry& GetDataset(std::uint64_t index) const { return *datasets_[index]; }
 
-    /// The position of each key's numbers in the stream of the datasets.
-    std::map<std::string, std::uint64_t> positions;
+    /// Takes their position from all entries.
+    void ForgetPositions();
 
     /// Puts all entries into the file's blocks, in the layout of GetVersion().
     /// @throws Qel::Exception::KeyNotFound for an entry that needs a position and has none.
@@ -50,9 +49,14 @@ public:
                      QelTnf::BlockStream& attributes) const;
 
 private:
+    std::optional<std::uint64_t> FindDataset(const std::string& key);
+    std::optional<std::uint64_t> WalkTo(const std::string& key) const;
+    void IndexNewDatasets();
+
     std::vector<std::unique_ptr<DatasetEntry>> datasets_;
-    // The keys are views of those in the entries, which therefore never move.
-    std::unordered_map<std::string_view, std::uint64_t> indices_;
+    // The indices of the entries by the hashes of their keys, made when there are many. Entries that were added
+    // after the last search are missing.
+    std::unique_ptr<QelUtil::HashTable> indices_;
 };
 
 } // namespace QelMox

@@ -22,7 +22,7 @@ std::string Node::GetVersion() const {
 
 // Kept though nothing calls it; see docs/oddities.md.
 bool Node::GetFlag() const {
-    return flagA_;
+    return false;
 }
 
 } // namespace QelMox

@@ -27,7 +27,6 @@ public:
 
 private:
     const std::string name_;
-    bool flagA_ = false;
 };
 
 } // namespace QelMox

@@ -4,6 +4,7 @@
 
 namespace QelMox {
 
+// Kept though nothing calls it; see docs/oddities.md.
 bool NodesWithSameName::operator()(const Node* const left, const Node* const right) const {
     return left->GetName() == right->GetName() && left->GetTypeName() == right->GetTypeName() &&
            left->GetVersion() == right->GetVersion();

@@ -4,7 +4,8 @@ namespace QelMox {
 
 class Node;
 
-/// Considers two nodes equal if their names, types and versions are.
+/// Considers two nodes equal if their names, types and versions are. The ChildIndex compares names and classes, which
+/// comes to the same: each class has a type and a version of its own.
 struct NodesWithSameName {
     bool operator()(const Node* left, const Node* right) const;
 };

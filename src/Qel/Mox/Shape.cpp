@@ -6,7 +6,7 @@
 
 namespace QelMox {
 
-Shape::Shape(std::string name) : Node(std::move(name)), material_(std::string()) {}
+Shape::Shape(std::string name) : Node(std::move(name)) {}
 
 std::string Shape::GetTypeName() const {
     return std::string(Format::ShapeType);
@@ -14,6 +14,18 @@ std::string Shape::GetTypeName() const {
 
 std::string Shape::GetVersion() const {
     return std::string(Format::ShapeVersion);
+}
+
+const Material& Shape::GetMaterial() const {
+    static const Material defaultMaterial{std::string()};
+    return material_ != nullptr ? *material_ : defaultMaterial;
+}
+
+Material& Shape::GetMaterial() {
+    if (material_ == nullptr) {
+        material_ = std::make_unique<Material>(std::string());
+    }
+    return *material_;
 }
 
 } // namespace QelMox

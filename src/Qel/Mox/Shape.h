@@ -3,6 +3,7 @@
 #include <Qel/Mox/Material.h>
 #include <Qel/Mox/Node.h>
 
+#include <memory>
 #include <string>
 
 namespace QelMox {
@@ -16,11 +17,13 @@ public:
     std::string GetTypeName() const override;
     std::string GetVersion() const override;
 
-    const Material& GetMaterial() const { return material_; }
-    Material& GetMaterial() { return material_; }
+    /// The shape's material, which only the shape itself changes.
+    const Material& GetMaterial() const;
+    Material& GetMaterial();
 
 private:
-    Material material_;
+    // Null as long as nobody has asked for a material to change: shapes with the default one share it.
+    std::unique_ptr<Material> material_;
 };
 
 } // namespace QelMox

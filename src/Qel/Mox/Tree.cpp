@@ -18,6 +18,7 @@
 #include <ctime>
 #include <stdexcept>
 #include <string_view>
+#include <typeinfo>
 #include <utility>
 
 namespace QelMox {
@@ -148,34 +149,32 @@ void Tree::SetRootShape(const std::string& name) {
 }
 
 void Tree::AddChildNode(std::unique_ptr<Node> payload) {
-    const unsigned int parent = GetCurrentId();
-    const unsigned int id = GetNextId();
-    children_.Add(parent, id, *payload);
-    try {
-        AddChild();
-    } catch (...) {
-        children_.Remove(parent, id, *payload);
-        throw;
-    }
+    AddChild();
     GetCurrentNode().data = payload.release();
 }
 
 template <typename NodeClass>
-void Tree::MoveToOrAdd(std::unique_ptr<NodeClass> node) {
-    if (const unsigned int found = children_.FindLike(GetCurrentId(), *node); found != 0) {
+bool Tree::MoveToChildOfClass(const std::string& name) {
+    const unsigned int found = children_.Find(GetCurrentId(), name, typeid(NodeClass));
+    if (found != 0) {
         SetCurrentId(found);
-    } else {
-        AddChildNode(std::move(node));
     }
+    return found != 0;
 }
 
 void Tree::AddGroupNode(const std::string& name) {
-    MoveToOrAdd(std::make_unique<Group>(name, QelUtil::AttributeList()));
+    if (!MoveToChildOfClass<Group>(name)) {
+        AddChildNode(std::make_unique<Group>(name, QelUtil::AttributeList()));
+    }
 }
 
 void Tree::AddShapeNode(const std::string& name) {
-    MoveToOrAdd(std::make_unique<Shape>(name));
-    MoveToOrAdd(std::make_unique<Geometry>(name));
+    if (!MoveToChildOfClass<Shape>(name)) {
+        AddChildNode(std::make_unique<Shape>(name));
+    }
+    if (!MoveToChildOfClass<Geometry>(name)) {
+        AddChildNode(std::make_unique<Geometry>(name));
+    }
 }
 
 unsigned int Tree::FindNodeByPath(const std::string& path, const std::string& separator) {
@@ -308,7 +307,8 @@ void Tree::WriteAttributes(QelTnf::BlockStream& stream, const QelUtil::Attribute
     putValues(stream, list, AttributeValue::Float, [](const AttributeValue& value) { return value.real; });
     putValues(stream, list, AttributeValue::Double,
               [](const AttributeValue& value) { return value.longReal; });
-    putValues(stream, list, AttributeValue::Text, [](const AttributeValue& value) { return value.AsText(); });
+    putValues(stream, list, AttributeValue::Text,
+              [](const AttributeValue& value) -> const std::string& { return value.text; });
 }
 
 } // namespace QelMox

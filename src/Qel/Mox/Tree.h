@@ -84,13 +84,13 @@ public:
 
 private:
     template <typename NodeClass>
-    void MoveToOrAdd(std::unique_ptr<NodeClass> node);
+    bool MoveToChildOfClass(const std::string& name);
     struct SaveStreams;
     static void SaveNode(SaveStreams& streams, const QelAdt::TreeNode<Node*>& node);
     static void SaveDescriptor(SaveStreams& streams, Node& payload);
     void FillCurrentModifier(const std::string& comment);
 
-    ChildIndex children_;
+    ChildIndex children_{GetNodes()};
 };
 
 } // namespace QelMox

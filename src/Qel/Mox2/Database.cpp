@@ -20,7 +20,7 @@ void Database::close() {
     tree_->File.CloseFile();
     for (const auto& node : tree_->GetNodes()) {
         if (auto* const geometry = dynamic_cast<QelMox::Geometry*>(node.data)) {
-            geometry->positions.clear();
+            geometry->ForgetPositions();
         }
     }
     tree_.reset();

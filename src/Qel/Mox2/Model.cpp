@@ -45,7 +45,8 @@ const IdArray& oneId(unsigned int id) {
 
 const std::vector<StepData>& oneStep(const std::string& name, const AttributeMap& attributes) {
     static std::vector<StepData> steps(1);
-    steps.front() = StepData(name, attributes);
+    steps.front().name = name;
+    steps.front().attributes = attributes;
     return steps;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace QelUtil {
@@ -17,17 +18,14 @@ struct AttributeValue {
     /// Keeps the text up to its first zero byte, at most 256 bytes.
     explicit AttributeValue(std::string_view value);
 
-    /// The text up to its terminator; a text that fills the buffer has none.
-    /// @pre The kind is Text.
-    std::string_view AsText() const;
-
     Kind kind;
     union {
         std::uint32_t integer;
         float real;
-        char text[TextSize];
         double longReal;
     };
+    /// Empty unless the kind is Text.
+    std::string text;
 };
 
 } // namespace QelUtil

@@ -1,57 +1,200 @@
 #include <Qel/Mox/ChildIndex.h>
 
+#include <Qel/Adt/AdtTree.h>
+#include <Qel/Mox/Geometry.h>
 #include <Qel/Mox/Group.h>
 #include <Qel/Mox/Node.h>
 #include <Qel/Mox/Shape.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
+#include <random>
+#include <string>
+#include <string_view>
+#include <typeinfo>
+#include <vector>
+
 namespace {
+
+using QelMox::Geometry;
+using QelMox::Group;
+using QelMox::Shape;
+
+class OlderGeometry final : public Geometry {
+public:
+    using Geometry::Geometry;
+
+    std::string GetVersion() const override { return "0.5"; }
+};
 
 class ChildIndex : public testing::Test {
 protected:
-    const QelMox::Group group{"a", {}};
-    const QelMox::Group sameGroup{"a", {}};
-    const QelMox::Shape shape{"a"};
-    QelMox::ChildIndex index;
+    static constexpr unsigned int RootId = 1;
+
+    ChildIndex() {
+        owned.push_back(std::make_unique<Group>("root", QelUtil::AttributeList()));
+        tree.GetCurrentNode().data = owned.back().get();
+    }
+
+    unsigned int add(unsigned int parent, std::unique_ptr<QelMox::Node> node) {
+        tree.SetCurrentId(parent);
+        tree.AddChild();
+        tree.GetCurrentNode().data = node.get();
+        owned.push_back(std::move(node));
+        return tree.GetCurrentId();
+    }
+    unsigned int addGroup(unsigned int parent, const std::string& name) {
+        return add(parent, std::make_unique<Group>(name, QelUtil::AttributeList()));
+    }
+    unsigned int addShape(unsigned int parent, const std::string& name) {
+        return add(parent, std::make_unique<Shape>(name));
+    }
+    unsigned int addGeometry(unsigned int parent, const std::string& name) {
+        return add(parent, std::make_unique<Geometry>(name));
+    }
+
+    std::vector<std::unique_ptr<QelMox::Node>> owned;
+    QelAdt::Tree<QelMox::Node*> tree;
+    QelMox::ChildIndex index{tree.GetNodes()};
 };
 
-TEST_F(ChildIndex, EmptyIndexFindsNothing) {
-    EXPECT_EQ(index.Find(1, "a"), 0U);
-    EXPECT_EQ(index.FindLike(1, group), 0U);
+TEST_F(ChildIndex, NothingIsBelowARootAlone) {
+    EXPECT_EQ(index.Find(RootId, "root"), 0U);
+    EXPECT_EQ(index.Find(RootId, "root", typeid(Group)), 0U);
+}
+
+TEST_F(ChildIndex, NothingIsBelowNodesThatAreNotThere) {
+    addGroup(RootId, "a");
+    addGroup(RootId, "b");
+    for (const unsigned int unknown : {0U, 4U, 99U, 0xFFFFFFFFU}) {
+        EXPECT_EQ(index.Find(unknown, "root"), 0U);
+        EXPECT_EQ(index.Find(unknown, "b"), 0U);
+        EXPECT_EQ(index.Find(unknown, "b", typeid(Group)), 0U);
+    }
 }
 
 TEST_F(ChildIndex, ChildIsFoundBelowItsParentAlone) {
-    index.Add(1, 2, group);
-    EXPECT_EQ(index.Find(1, "a"), 2U);
-    EXPECT_EQ(index.FindLike(1, sameGroup), 2U);
-    EXPECT_EQ(index.Find(2, "a"), 0U);
-    EXPECT_EQ(index.FindLike(2, sameGroup), 0U);
-    EXPECT_EQ(index.Find(1, "b"), 0U);
+    const unsigned int a = addGroup(RootId, "a");
+    const unsigned int b = addGroup(RootId, "b");
+    const unsigned int c = addGroup(a, "c");
+    EXPECT_EQ(index.Find(RootId, "a"), a);
+    EXPECT_EQ(index.Find(RootId, "b"), b);
+    EXPECT_EQ(index.Find(RootId, "b", typeid(Group)), b);
+    EXPECT_EQ(index.Find(a, "c"), c);
+    EXPECT_EQ(index.Find(RootId, "c"), 0U);
+    EXPECT_EQ(index.Find(a, "b"), 0U);
+    EXPECT_EQ(index.Find(b, "c"), 0U);
+    EXPECT_EQ(index.Find(c, "c"), 0U);
+}
+
+TEST_F(ChildIndex, NamesAreComparedAsWholeByteStrings) {
+    addGroup(RootId, "first");
+    const unsigned int lower = addGroup(RootId, "a");
+    const unsigned int upper = addGroup(RootId, "A");
+    const unsigned int withZero = addGroup(RootId, std::string("a\0b", 3));
+    const unsigned int unnamed = addGroup(RootId, "");
+    EXPECT_EQ(index.Find(RootId, "a"), lower);
+    EXPECT_EQ(index.Find(RootId, "A"), upper);
+    EXPECT_EQ(index.Find(RootId, std::string_view("a\0b", 3)), withZero);
+    EXPECT_EQ(index.Find(RootId, std::string_view("a\0", 2)), 0U);
+    EXPECT_EQ(index.Find(RootId, ""), unnamed);
 }
 
 TEST_F(ChildIndex, ByNameTheOldestIsFoundAndByClassTheOldestOfTheClass) {
-    index.Add(1, 2, shape);
-    index.Add(1, 3, group);
-    index.Add(1, 4, sameGroup);
-    EXPECT_EQ(index.Find(1, "a"), 2U);
-    EXPECT_EQ(index.FindLike(1, sameGroup), 3U);
-    EXPECT_EQ(index.FindLike(1, shape), 2U);
+    for (const char* const parentName : {"with an elder sibling", "without"}) {
+        const unsigned int parent = addGroup(RootId, parentName);
+        if (parentName == std::string("with an elder sibling")) {
+            addGroup(parent, "elder");
+        }
+        const unsigned int shape = addShape(parent, "a");
+        const unsigned int group = addGroup(parent, "a");
+        addGroup(parent, "a");
+        addShape(parent, "a");
+        const unsigned int geometry = addGeometry(parent, "a");
+        EXPECT_EQ(index.Find(parent, "a"), shape);
+        EXPECT_EQ(index.Find(parent, "a", typeid(Shape)), shape);
+        EXPECT_EQ(index.Find(parent, "a", typeid(Group)), group);
+        EXPECT_EQ(index.Find(parent, "a", typeid(Geometry)), geometry);
+    }
 }
 
-TEST_F(ChildIndex, RemovedChildIsNotFound) {
-    index.Add(1, 2, group);
-    index.Add(1, 3, shape);
-    index.Remove(1, 2, group);
-    EXPECT_EQ(index.Find(1, "a"), 3U);
-    EXPECT_EQ(index.FindLike(1, sameGroup), 0U);
+TEST_F(ChildIndex, ClassIsComparedExactly) {
+    addGroup(RootId, "elder");
+    const unsigned int older = add(RootId, std::make_unique<OlderGeometry>("a"));
+    EXPECT_EQ(index.Find(RootId, "a", typeid(Geometry)), 0U);
+    const unsigned int geometry = addGeometry(RootId, "a");
+    EXPECT_EQ(index.Find(RootId, "a", typeid(Geometry)), geometry);
+    EXPECT_EQ(index.Find(RootId, "a", typeid(OlderGeometry)), older);
+    EXPECT_EQ(index.Find(RootId, "a"), older);
 }
 
-TEST_F(ChildIndex, RemovingAYoungerTwinLeavesTheOlder) {
-    index.Add(1, 2, group);
-    index.Add(1, 3, sameGroup);
-    index.Remove(1, 3, sameGroup);
-    EXPECT_EQ(index.FindLike(1, group), 2U);
+TEST_F(ChildIndex, NodesThatWereAddedAfterASearchAreFound) {
+    EXPECT_EQ(index.Find(RootId, "a"), 0U);
+    const unsigned int a = addGroup(RootId, "a");
+    EXPECT_EQ(index.Find(RootId, "a"), a);
+    EXPECT_EQ(index.Find(RootId, "b"), 0U);
+    const unsigned int b = addGroup(RootId, "b");
+    const unsigned int c = addGroup(RootId, "c");
+    EXPECT_EQ(index.Find(RootId, "b"), b);
+    EXPECT_EQ(index.Find(RootId, "c"), c);
+    addGroup(RootId, "b");
+    EXPECT_EQ(index.Find(RootId, "b"), b);
+}
+
+// With an entry for each of them, this would take minutes.
+TEST_F(ChildIndex, OldestOfManyTwinsIsFound) {
+    addGroup(RootId, "elder");
+    const unsigned int oldest = addGroup(RootId, "a");
+    for (unsigned int i = 0; i < 100'000; ++i) {
+        addGroup(RootId, "a");
+    }
+    EXPECT_EQ(index.Find(RootId, "a"), oldest);
+}
+
+TEST_F(ChildIndex, FindsWhatAWalkAlongAllNodesOfARandomTreeFinds) {
+    const std::vector<std::string> names = {
+        "", "a", "b", "A", std::string("a\0b", 3), "a name that needs memory of its own", "aa"};
+    const std::vector<const std::type_info*> classes = {&typeid(Group), &typeid(Shape), &typeid(Geometry),
+                                                        &typeid(OlderGeometry)};
+    std::mt19937 random(1);
+    const auto below = [&](std::size_t count) { return static_cast<unsigned int>(random() % count); };
+    const auto walk = [&](unsigned int parent, const std::string& name, const std::type_info* nodeClass) {
+        const auto match = std::ranges::find_if(tree.GetNodes(), [&](const auto& node) {
+            return node.parent == parent && node.data->GetName() == name &&
+                   (nodeClass == nullptr || typeid(*node.data) == *nodeClass);
+        });
+        return match == tree.GetNodes().end() ? 0 : match->id;
+    };
+    for (int step = 0; step < 3000; ++step) {
+        // Mostly below young nodes, so that the tree is deep, and some have hundreds of children.
+        const unsigned int newest = tree.GetNextId() - 1;
+        const unsigned int parent =
+            below(2) == 0 ? RootId + below(std::min(newest, 5U)) : RootId + below(newest);
+        const std::string name =
+            below(3) == 0 ? "number " + std::to_string(below(500)) : names[below(names.size())];
+        switch (below(8)) {
+        case 0:
+            addGroup(parent, name);
+            break;
+        case 1:
+            addShape(parent, name);
+            break;
+        case 2:
+            addGeometry(parent, name);
+            break;
+        case 3:
+            add(parent, std::make_unique<OlderGeometry>(name));
+            break;
+        case 4:
+            ASSERT_EQ(index.Find(parent, name), walk(parent, name, nullptr)) << step;
+            break;
+        default:
+            const std::type_info* const nodeClass = classes[below(classes.size())];
+            ASSERT_EQ(index.Find(parent, name, *nodeClass), walk(parent, name, nodeClass)) << step;
+        }
+    }
 }
 
 } // namespace

@@ -46,8 +46,8 @@ TEST_F(DatasetEntry, CategoryVibrationIsKeptAndMarksTheEntryWhileReservedKeysAre
                          {"unit", text("mm")}});
     EXPECT_TRUE(entry.vibration);
     EXPECT_EQ(keys(), (Keys{"Category", "unit"}));
-    EXPECT_EQ(entry.attributes.at("Category").AsText(), "Vibration");
-    EXPECT_EQ(entry.attributes.at("unit").AsText(), "mm");
+    EXPECT_EQ(entry.attributes.at("Category").text, "Vibration");
+    EXPECT_EQ(entry.attributes.at("unit").text, "mm");
 }
 
 TEST_F(DatasetEntry, AllReservedKeysAreDropped) {
@@ -98,8 +98,26 @@ TEST_F(DatasetEntry, LaterAttributesAreAddedAndReplaceThoseOfTheirKeys) {
     entry.SetAttributes({{"b", text("x")}, {"c", AttributeValue(3U)}});
     EXPECT_EQ(keys(), (Keys{"a", "b", "c"}));
     EXPECT_EQ(entry.attributes.at("a").integer, 1U);
-    EXPECT_EQ(entry.attributes.at("b").AsText(), "x");
+    EXPECT_EQ(entry.attributes.at("b").text, "x");
     EXPECT_EQ(entry.attributes.at("c").integer, 3U);
+}
+
+TEST_F(DatasetEntry, LinkNamesItsTargetAndHasNoAttributes) {
+    entry.SetAttributes({{"a", AttributeValue(1U)}});
+    entry.LinkTo(3, 7, {{"b", AttributeValue(2U)}});
+    EXPECT_TRUE(entry.isLink);
+    EXPECT_EQ(entry.linkNodeId, 3U);
+    EXPECT_EQ(entry.linkIndex, 7U);
+    EXPECT_FALSE(entry.vibration);
+    EXPECT_EQ(keys(), Keys());
+}
+
+TEST_F(DatasetEntry, LinkIsMarkedAsAVibrationByTheAttributesThatItIsGiven) {
+    entry.LinkTo(3, 7, {{"Category", text("Vibration")}});
+    EXPECT_TRUE(entry.vibration);
+    EXPECT_EQ(keys(), Keys());
+    entry.LinkTo(3, 7, {});
+    EXPECT_FALSE(entry.vibration);
 }
 
 } // namespace

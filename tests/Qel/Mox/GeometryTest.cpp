@@ -50,7 +50,7 @@ DatasetEntry& addVectors(QelMox::Geometry& geometry) {
     entry.values.sizeInBytes = 24;
     entry.values.width = 3;
     entry.values.elementTag = 1;
-    geometry.positions["ab"] = 0x100000002;
+    entry.position = 0x100000002;
     return entry;
 }
 
@@ -84,7 +84,6 @@ TEST_F(MoxGeometry, NamesItsTypeAndVersion) {
     EXPECT_EQ(geometry.GetTypeName(), "Geometry");
     EXPECT_EQ(geometry.GetVersion(), "0.7");
     EXPECT_EQ(geometry.GetDatasetCount(), 0U);
-    EXPECT_TRUE(geometry.positions.empty());
 }
 
 // --- Entries
@@ -102,6 +101,7 @@ TEST_F(MoxGeometry, NewKeyAppendsAnEntryWithDefaults) {
     EXPECT_EQ(entry.values.width, 1);
     EXPECT_EQ(entry.values.sizeInBytes, 0U);
     EXPECT_TRUE(entry.attributes.empty());
+    EXPECT_FALSE(entry.position.has_value());
 }
 
 TEST_F(MoxGeometry, KnownKeyGivesItsIndex) {
@@ -119,13 +119,36 @@ TEST_F(MoxGeometry, KeysAreComparedAsWholeByteStrings) {
     EXPECT_EQ(geometry.FindOrAddDataset("a"), 0U);
 }
 
-TEST_F(MoxGeometry, EntriesAreFoundAmongMany) {
-    for (int i = 0; i < 1000; ++i) {
-        geometry.FindOrAddDataset("key" + std::to_string(i));
+TEST_F(MoxGeometry, EachEntryIsFoundAmongAllThatAreThere) {
+    constexpr unsigned int count = 100;
+    const auto key = [](unsigned int number) { return "key" + std::to_string(number); };
+    for (unsigned int added = 0; added < count; ++added) {
+        EXPECT_EQ(geometry.FindOrAddDataset(key(added)), added);
+        for (unsigned int known = 0; known <= added; ++known) {
+            EXPECT_EQ(geometry.FindOrAddDataset(key(known)), known);
+        }
+        EXPECT_EQ(geometry.GetDatasetCount(), added + 1);
     }
-    EXPECT_EQ(geometry.FindOrAddDataset("key0"), 0U);
-    EXPECT_EQ(geometry.FindOrAddDataset("key999"), 999U);
-    EXPECT_EQ(geometry.GetDatasetCount(), 1000U);
+}
+
+TEST_F(MoxGeometry, EntriesThatWereAddedOneAfterTheOtherAreFound) {
+    constexpr unsigned int count = 1000;
+    for (unsigned int i = 0; i < count; ++i) {
+        EXPECT_EQ(geometry.FindOrAddDataset("key" + std::to_string(i)), i);
+    }
+    for (unsigned int i = 0; i < count; ++i) {
+        EXPECT_EQ(geometry.FindOrAddDataset("key" + std::to_string(i)), i);
+        EXPECT_EQ(geometry.GetDataset(i).key, "key" + std::to_string(i));
+    }
+    EXPECT_EQ(geometry.GetDatasetCount(), count);
+}
+
+TEST_F(MoxGeometry, ForgetPositionsTakesThemFromAllEntries) {
+    addEntry(geometry, "a", VariableType::NodeScalar).position = 0;
+    addEntry(geometry, "b", VariableType::NodeScalar).position = 7;
+    geometry.ForgetPositions();
+    EXPECT_FALSE(geometry.GetDataset(0).position.has_value());
+    EXPECT_FALSE(geometry.GetDataset(1).position.has_value());
 }
 
 // --- The present layout
@@ -238,7 +261,7 @@ TEST_F(MoxGeometry, EntriesAreWrittenInOrderOfTheFirstUseOfTheirKeys) {
 
 TEST_F(MoxGeometry, MissingPositionIsKeyNotFoundAfterTheRowsBeforeIt) {
     addVectors(geometry);
-    geometry.positions.clear();
+    geometry.ForgetPositions();
     const Thrown expected = {14, "Key not found", "Qel/Mox/Geometry", "QelMox::Geometry::WriteTn"};
     EXPECT_TRUE(throws<KeyNotFound>(expected, [&] { write(geometry); }));
     // The count, the key, the type, no link, the size, the width and the five zero fields.
@@ -312,7 +335,7 @@ TEST_F(MoxGeometry, AnyOtherVersionHasNeitherLinksNorTags) {
 TEST_F(MoxGeometry, OldestLayoutMissesAPositionBeforeTheFifthRow) {
     VersionedGeometry older("part", "0.4");
     addVectors(older);
-    older.positions.clear();
+    older.ForgetPositions();
     const Thrown expected = {14, "Key not found", "Qel/Mox/Geometry", "QelMox::Geometry::WriteTn_l05"};
     EXPECT_TRUE(throws<KeyNotFound>(expected, [&] { write(older); }));
     const ByteVector written = Bytes().u32(1).text("ab").u32(13).u32(24).u8(3);

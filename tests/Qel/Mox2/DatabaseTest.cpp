@@ -96,11 +96,11 @@ TEST_F(MoxDatabase, CloseEmptiesThePositionsOfEveryGeometry) {
     tree.SetRootGroup("root", {});
     tree.AddShapeNode("part");
     auto& geometry = dynamic_cast<QelMox::Geometry&>(*tree.GetCurrentNode().data);
-    geometry.FindOrAddDataset("key");
-    geometry.positions["key"] = 7;
+    QelMox::DatasetEntry& entry = geometry.GetDataset(geometry.FindOrAddDataset("key"));
+    entry.position = 7;
     const std::shared_ptr<QelMox::Tree> kept = DatabasePeer::tree(database);
     database.close();
-    EXPECT_TRUE(geometry.positions.empty());
+    EXPECT_FALSE(entry.position.has_value());
     EXPECT_EQ(geometry.GetDatasetCount(), 1U);
 }
 
@@ -124,7 +124,7 @@ TEST_F(MoxDatabase, FailedSaveLeavesTheDatabaseOpenAndCloseCanBeCalledAgain) {
     EXPECT_THROW(database.close(), Qel::Exception::KeyNotFound);
     EXPECT_NO_THROW(database.assertOpenedForWriting());
     EXPECT_NE(tree.File.GetStream(), nullptr);
-    geometry.positions["key without position"] = 0;
+    geometry.GetDataset(0).position = 0;
     EXPECT_NO_THROW(database.close());
     EXPECT_NO_THROW(database.assertEmpty());
 }

@@ -26,7 +26,7 @@ TEST(AttributeList, CopyIsDeep) {
     list["text"] = AttributeValue(std::string_view("former"));
     const AttributeList copy = list;
     list["text"] = AttributeValue(std::string_view("later"));
-    EXPECT_EQ(copy.at("text").AsText(), "former");
+    EXPECT_EQ(copy.at("text").text, "former");
 }
 
 } // namespace

@@ -11,15 +11,6 @@ namespace Qel::Mox2::Adder {
 
 using Helper::Attributes::toAttributeList;
 
-// The ids are assigned, not copy-constructed: that would fail for an array of negative size, which update()
-// is to refuse.
-template <typename PropertyT, typename IdsT, typename StepsT>
-ArrayProperty<PropertyT, IdsT, StepsT>::ArrayProperty(PropertyT property, const IdsT& ids,
-                                                      const StepsT& steps)
-    : property_(std::move(property)), steps_(steps) {
-    ids_ = ids;
-}
-
 template <typename PropertyT, typename IdsT, typename StepsT>
 void ArrayProperty<PropertyT, IdsT, StepsT>::update(Database& database) {
     constexpr Eigen::Index largestCount = std::numeric_limits<std::int32_t>::max();
@@ -49,33 +40,45 @@ template <typename PropertyT, typename IdsT, typename StepsT>
 void ArrayProperty<PropertyT, IdsT, StepsT>::record(QelMox::Tree& tree, std::uint64_t position,
                                                     QelMox::VariableType variableType) const {
     const QelUtil::AttributeList propertyAttributes = toAttributeList(property_.attributes);
+    // Filled while the first id is recorded: the steps before one whose attributes are refused have entries.
+    std::vector<StepContent> contents;
     Holder holder;
     for (const unsigned int id : ids_) {
-        for (const StepData& step : steps_) {
-            const std::string key = keyOf(step);
-            QelUtil::AttributeList attributes = propertyAttributes;
-            attributes.merge(toAttributeList(step.attributes));
-
+        for (std::size_t i = 0; i < steps_.size(); ++i) {
+            if (i == contents.size()) {
+                contents.push_back(contentOf(steps_[i], propertyAttributes));
+            }
             tree.PutCurrentId(id);
             auto* const geometry = dynamic_cast<QelMox::Geometry*>(tree.GetCurrentNode().data);
             if (geometry == nullptr) {
                 continue;
             }
-            // Room for the position is made before the entry, and the attributes come last: even when memory
-            // runs out, every entry has its position and its numbers, without which the model could never be
-            // closed.
-            std::uint64_t& place = geometry->positions[key];
-            const std::uint64_t index = geometry->FindOrAddDataset(key);
+            // The attributes come last: even when memory runs out, every entry has its position and its numbers,
+            // without which the model could never be closed.
+            const std::uint64_t index = geometry->FindOrAddDataset(contents[i].key);
             QelMox::DatasetEntry& entry = geometry->GetDataset(index);
             describeNumbers(entry, variableType);
-            place = position;
-            entry.SetAttributes(attributes);
+            entry.position = position;
             // No node has the id 0; an entry there could be neither a link nor the target of one.
-            if (id != 0) {
-                linkTo(holder, tree, id, index);
+            if (id == 0 || holder.first) {
+                entry.SetAttributes(contents[i].attributes);
+            } else {
+                entry.LinkTo(holder.nodeId, holder.index, contents[i].attributes);
+            }
+            if (id != 0 && holder.first) {
+                holder = {.first = false, .nodeId = id, .index = static_cast<unsigned int>(index)};
             }
         }
     }
+}
+
+template <typename PropertyT, typename IdsT, typename StepsT>
+auto ArrayProperty<PropertyT, IdsT, StepsT>::contentOf(const StepData& step,
+                                                       const QelUtil::AttributeList& propertyAttributes) const
+    -> StepContent {
+    StepContent content{keyOf(step), propertyAttributes};
+    content.attributes.merge(toAttributeList(step.attributes));
+    return content;
 }
 
 template <typename PropertyT, typename IdsT, typename StepsT>
@@ -93,23 +96,6 @@ void ArrayProperty<PropertyT, IdsT, StepsT>::describeNumbers(QelMox::DatasetEntr
     entry.values.sizeInBytes = std::uint64_t{property_.width} * rows * sizeof(*property_.data->data());
     entry.values.width = property_.width;
     entry.values.elementTag = PropertyT::Traits::elementTag;
-}
-
-// An entry that has become a link stays one, even when its key is used again.
-template <typename PropertyT, typename IdsT, typename StepsT>
-void ArrayProperty<PropertyT, IdsT, StepsT>::linkTo(Holder& holder, QelMox::Tree& tree, unsigned int id,
-                                                    std::uint64_t index) {
-    if (holder.first) {
-        holder = {.first = false, .nodeId = id, .index = static_cast<unsigned int>(index)};
-        return;
-    }
-    tree.SetCurrentId(id);
-    QelMox::DatasetEntry& entry =
-        dynamic_cast<QelMox::Geometry&>(*tree.GetCurrentNode().data).GetDataset(index);
-    entry.isLink = true;
-    entry.linkNodeId = holder.nodeId;
-    entry.linkIndex = holder.index;
-    entry.attributes.clear();
 }
 
 template class ArrayProperty<ColumnProperty<unsigned int>, IdArray, std::vector<StepData>>;

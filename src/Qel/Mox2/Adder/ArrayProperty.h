@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Qel::Mox2::Adder {
@@ -20,7 +21,9 @@ namespace Qel::Mox2::Adder {
 template <typename PropertyT, typename IdsT, typename StepsT>
 class ArrayProperty final : public Base::Modifier<Database> {
 public:
-    ArrayProperty(PropertyT property, const IdsT& ids, const StepsT& steps);
+    /// @param ids, steps Must live as long as the operation.
+    ArrayProperty(PropertyT property, const IdsT& ids, const StepsT& steps)
+        : property_(std::move(property)), ids_(ids), steps_(steps) {}
 
     void update(Database& database) override;
 
@@ -31,15 +34,20 @@ private:
         unsigned int nodeId = 0;
         unsigned int index = 0;
     };
+    // What the entries of a step have in common.
+    struct StepContent {
+        std::string key;
+        QelUtil::AttributeList attributes;
+    };
 
     void record(QelMox::Tree& tree, std::uint64_t position, QelMox::VariableType variableType) const;
+    StepContent contentOf(const StepData& step, const QelUtil::AttributeList& propertyAttributes) const;
     std::string keyOf(const StepData& step) const;
     void describeNumbers(QelMox::DatasetEntry& entry, QelMox::VariableType variableType) const;
-    static void linkTo(Holder& holder, QelMox::Tree& tree, unsigned int id, std::uint64_t index);
 
     PropertyT property_;
-    IdsT ids_;
-    StepsT steps_;
+    const IdsT& ids_;
+    const StepsT& steps_;
 };
 
 extern template class ArrayProperty<ColumnProperty<unsigned int>, IdArray, std::vector<StepData>>;

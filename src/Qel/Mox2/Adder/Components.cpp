@@ -4,8 +4,10 @@
 #include <Qel/Mox2/Component/PathSplitter.h>
 #include <Qel/Mox2/Helper/Attributes.h>
 
+#include <cstddef>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace Qel::Mox2::Adder {
 
@@ -35,6 +37,22 @@ std::optional<std::string> rootName(const QelMox::Tree& tree) {
     return root != nullptr ? std::optional(root->GetName()) : std::nullopt;
 }
 
+// A node that a path has passed through, and where its name ends in the path.
+struct PassedNode {
+    unsigned int id;
+    std::size_t nameEnd;
+};
+
+// A path, and the nodes that it has passed through, from the root on.
+struct PassedPath {
+    const std::string* path = nullptr;
+    std::vector<PassedNode> nodes;
+};
+
+std::size_t endOf(const Component::PathSplitter::Iterator& component, const std::string& path) {
+    return static_cast<std::size_t>(component.base() - path.begin());
+}
+
 } // namespace
 
 /// Merges paths into the tree, one after another.
@@ -43,6 +61,7 @@ struct Components<Paths, Result>::Visitor {
     QelMox::Tree& tree;
     const std::string& separator;
     std::optional<std::string>& knownRootName;
+    PassedPath& former;
 
     /// @return the id of the path's last node, or 0 for a path without components.
     unsigned int merge(const std::string& path, const AttributeMap& attributes) const {
@@ -52,13 +71,50 @@ struct Components<Paths, Result>::Visitor {
         if (!path.starts_with(separator)) {
             QEL_THROW(Exception::InvalidArguments("Relative paths not supported"));
         }
-        const Component::PathSplitter splitter(path, separator.c_str());
+        const std::size_t start = followFormerPath(path);
+        const Component::PathSplitter splitter(path, separator.c_str(), start);
         auto component = splitter.begin();
-        if (component == splitter.end()) {
+        if (component.at_end()) {
             return 0;
         }
-        addMergeNode(*component);
-        return addBelowRoot(component, splitter.end(), path.ends_with(separator), attributes);
+        std::string name = *component;
+        if (start == 0) {
+            addMergeNode(name);
+            former.nodes.push_back({RootId, endOf(component, path)});
+            ++component;
+        }
+        // A path of only the root's name makes a node of that name below the root: no path gives the root's id.
+        while (!component.at_end()) {
+            name = *component;
+            const std::size_t nameEnd = endOf(component, path);
+            if (!(++component).at_end()) {
+                tree.AddGroupNode(name);
+                former.nodes.push_back({tree.GetCurrentId(), nameEnd});
+            }
+        }
+        return addLast(name, path.ends_with(separator), attributes);
+    }
+
+    /// Makes the last of the nodes current that the former path has passed through and this one passes through as
+    /// well: paths that follow each other mostly begin alike.
+    /// @return where the node's name ends, or 0 if there is no such node; the current node is then as before.
+    std::size_t followFormerPath(const std::string& path) const {
+        while (!former.nodes.empty() && !passesThrough(former.nodes.back(), path)) {
+            former.nodes.pop_back();
+        }
+        former.path = &path;
+        if (former.nodes.empty()) {
+            return 0;
+        }
+        tree.SetCurrentId(former.nodes.back().id);
+        return former.nodes.back().nameEnd;
+    }
+
+    // The path is the same up to the separator after the node's name, and goes on with another name.
+    bool passesThrough(const PassedNode& node, const std::string& path) const {
+        const std::size_t length = node.nameEnd + 1;
+        return path.compare(0, length, *former.path, 0, length) == 0 &&
+               path.find_first_not_of(separator.c_str(), node.nameEnd) != std::string::npos;
     }
 
     /// Handles a path's first component, which names the root.
@@ -73,20 +129,9 @@ struct Components<Paths, Result>::Visitor {
         }
     }
 
-    // A path of only the root's name makes a node of that name below the root: no path gives the root's id.
-    unsigned int addBelowRoot(Component::PathSplitter::Iterator component,
-                              const Component::PathSplitter::Iterator& end, bool endsInGroup,
-                              const AttributeMap& attributes) const {
-        std::string name = *component;
-        if (++component != end) {
-            name = *component;
-            ++component;
-        }
-        for (; component != end; ++component) {
-            tree.AddGroupNode(name);
-            name = *component;
-        }
-        if (!endsInGroup) {
+    /// Adds what the path's last component names.
+    unsigned int addLast(const std::string& name, bool isGroup, const AttributeMap& attributes) const {
+        if (!isGroup) {
             tree.AddShapeNode(name);
             return tree.GetCurrentId();
         }
@@ -107,7 +152,8 @@ void Components<Paths, Result>::update(Database& database) {
     database.assertNotEmpty();
     QelMox::Tree& tree = database.tree();
     std::optional<std::string> knownRootName = rootName(tree);
-    const Visitor visitor{tree, separator_, knownRootName};
+    PassedPath former;
+    const Visitor visitor{tree, separator_, knownRootName, former};
     Eigen::Index i = 0;
     for (const auto& entry : paths_) {
         result_[i] = visitor.merge(pathOf(entry), attributesOf(entry));

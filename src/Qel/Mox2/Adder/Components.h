@@ -18,6 +18,7 @@ namespace Qel::Mox2::Adder {
 template <typename Paths, typename Result>
 class Components final : public Base::Modifier<Database> {
 public:
+    /// The arguments must live as long as the operation.
     Components(const Paths& paths, const std::string& separator) : paths_(paths), separator_(separator) {}
 
     void update(Database& database) override;
@@ -28,8 +29,8 @@ public:
 private:
     struct Visitor;
 
-    Paths paths_;
-    std::string separator_;
+    const Paths& paths_;
+    const std::string& separator_;
     Result result_;
 };
 

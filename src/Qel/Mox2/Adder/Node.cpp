@@ -10,15 +10,13 @@
 
 namespace Qel::Mox2::Adder {
 
-using Helper::Attributes::toAttributeList;
-
 namespace {
 constexpr unsigned int RootId = 1;
 constexpr unsigned char MarkedGroupKind = 1;
 } // namespace
 
 Node::Node(NodeType type, const std::string& name, const AttributeMap& attributes)
-    : type_(type), name_(name), attributes_(attributes) {}
+    : type_(type), name_(name), attributes_(&attributes) {}
 
 void Node::update(Database& database) {
     database.assertOpenedForWriting();
@@ -35,14 +33,14 @@ void Node::update(Database& database) {
 void Node::addRootNode(QelMox::Tree& tree) {
     switch (type_) {
     case RootMarkedGroup:
-        tree.SetRootGroup(name_, MarkedGroupKind, toAttributeList(attributes_));
+        tree.SetRootGroup(name(), MarkedGroupKind, attributes());
         break;
     case RootGroup:
     case Group:
-        tree.SetRootGroup(name_, toAttributeList(attributes_));
+        tree.SetRootGroup(name(), attributes());
         break;
     case Shape:
-        tree.SetRootShape(name_);
+        tree.SetRootShape(name());
         break;
     default:
         QEL_THROW(Exception::InvalidArguments("Invalid node type for root node"));
@@ -52,15 +50,20 @@ void Node::addRootNode(QelMox::Tree& tree) {
 void Node::addNonRootNode(QelMox::Tree& tree) {
     switch (type_) {
     case Group:
-        tree.AddChildNode(std::make_unique<QelMox::Group>(name_, toAttributeList(attributes_)));
+        tree.AddChildNode(std::make_unique<QelMox::Group>(name(), attributes()));
         break;
     case Shape:
-        tree.AddChildNode(std::make_unique<QelMox::Shape>(name_));
-        tree.AddChildNode(std::make_unique<QelMox::Geometry>(name_));
+        tree.AddChildNode(std::make_unique<QelMox::Shape>(name()));
+        tree.AddChildNode(std::make_unique<QelMox::Geometry>(name()));
         break;
     default:
         QEL_THROW(Exception::InvalidArguments("Invalid node type"));
     }
+}
+
+QelUtil::AttributeList Node::attributes() const {
+    return attributes_ != nullptr ? Helper::Attributes::toAttributeList(*attributes_)
+                                  : QelUtil::AttributeList();
 }
 
 } // namespace Qel::Mox2::Adder

@@ -4,8 +4,10 @@
 #include <Qel/Mox2/AttributeMap.h>
 #include <Qel/Mox2/Database.h>
 #include <Qel/Mox2/NodeType.h>
+#include <Qel/Util/AttributeList.h>
 
 #include <string>
+#include <string_view>
 
 namespace Qel::Mox2::Adder {
 
@@ -14,6 +16,7 @@ class Node final : public Base::Modifier<Database> {
 public:
     // Kept though nothing calls it; see docs/oddities.md.
     Node() = default;
+    /// The name and the attributes must live as long as the operation.
     Node(NodeType type, const std::string& name, const AttributeMap& attributes);
 
     void update(Database& database) override;
@@ -24,10 +27,12 @@ public:
 private:
     void addRootNode(QelMox::Tree& tree);
     void addNonRootNode(QelMox::Tree& tree);
+    std::string name() const { return std::string(name_); }
+    QelUtil::AttributeList attributes() const;
 
     NodeType type_ = RootGroup;
-    std::string name_;
-    AttributeMap attributes_;
+    std::string_view name_;
+    const AttributeMap* attributes_ = nullptr; // Null means none.
     unsigned int result_ = 0;
 };
 

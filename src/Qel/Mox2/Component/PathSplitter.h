@@ -3,6 +3,7 @@
 #include <boost/token_functions.hpp>
 #include <boost/token_iterator.hpp>
 
+#include <cstddef>
 #include <string>
 
 namespace Qel::Mox2::Component {
@@ -14,9 +15,12 @@ public:
     using Separators = boost::char_separator<char>;
     using Iterator = boost::token_iterator<Separators, std::string::const_iterator, std::string>;
 
-    /// @param path Must live as long as the splitter.
-    PathSplitter(const std::string& path, const char* separators)
-        : first_(path.begin()), last_(path.end()), splitting_(separators, "", boost::drop_empty_tokens) {}
+    /// @param path  Must live as long as the splitter.
+    /// @param start Where in the path the splitting begins.
+    PathSplitter(const std::string& path, const char* separators, std::size_t start = 0)
+        : first_(path.begin() + static_cast<std::string::difference_type>(start)),
+          last_(path.end()),
+          splitting_(separators, "", boost::drop_empty_tokens) {}
     virtual ~PathSplitter() = default;
 
     Iterator begin() const { return Iterator(splitting_, first_, last_); }

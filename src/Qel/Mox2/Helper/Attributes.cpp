@@ -6,11 +6,12 @@ namespace Qel::Mox2::Helper::Attributes {
 
 QelUtil::AttributeList toAttributeList(const AttributeMap& map) {
     QelUtil::AttributeList list;
+    list.reserve(map.size());
     for (const auto& [key, value] : map) {
         if (value.valueless_by_exception()) {
             throw std::bad_variant_access();
         }
-        list.insert_or_assign(key, std::visit(AttributeValueGetter(), value));
+        list.emplace_hint(list.end(), key, std::visit(AttributeValueGetter(), value));
     }
     return list;
 }

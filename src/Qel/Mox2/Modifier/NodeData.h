@@ -16,6 +16,7 @@ namespace Qel::Mox2::Modifier {
 /// Sets properties and attributes of a node; see Model::setNodeData().
 class NodeData final : public Base::Modifier<Database> {
 public:
+    /// The properties and the attributes must live as long as the operation.
     NodeData(unsigned int id, const PropertyMap& properties, const AttributeMap& attributes);
 
     void update(Database& database) override;
@@ -32,8 +33,8 @@ public:
 
 private:
     unsigned int id_;
-    PropertyMap properties_;
-    AttributeMap attributes_;
+    const PropertyMap& properties_;
+    const AttributeMap& attributes_;
 };
 
 } // namespace Qel::Mox2::Modifier

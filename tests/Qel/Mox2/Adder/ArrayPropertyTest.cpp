@@ -124,20 +124,20 @@ TEST_F(ArrayPropertyAdder, EntryDescribesTheNumbers) {
     EXPECT_EQ(added.values.floatA, 0.0F);
     EXPECT_EQ(added.values.floatB, 0.0F);
     EXPECT_FALSE(added.isLink);
-    EXPECT_EQ(dataOf<Geometry>(First).positions.at("V"), 0U);
+    EXPECT_EQ(added.position, 0U);
 }
 
 TEST_F(ArrayPropertyAdder, PositionsOfAllEntriesOfACallAreThatOfTheOneWrite) {
     add(threeFloats(), idsOf({First}));
     add(threeFloats(), idsOf({Second, First}), {StepData("A", {}), StepData("B", {})});
     EXPECT_EQ(streamed(), 24U);
-    const std::string a = "T\x1e"
-                          "A";
-    const std::string b = "T\x1e"
-                          "B";
-    EXPECT_EQ(dataOf<Geometry>(First).positions,
-              (std::map<std::string, std::uint64_t>{{"T", 0}, {a, 12}, {b, 12}}));
-    EXPECT_EQ(dataOf<Geometry>(Second).positions, (std::map<std::string, std::uint64_t>{{a, 12}, {b, 12}}));
+    ASSERT_EQ(countOf(First), 3U);
+    EXPECT_EQ(entry(First, 0).position, 0U);
+    EXPECT_EQ(entry(First, 1).position, 12U);
+    EXPECT_EQ(entry(First, 2).position, 12U);
+    ASSERT_EQ(countOf(Second), 2U);
+    EXPECT_EQ(entry(Second, 0).position, 12U);
+    EXPECT_EQ(entry(Second, 1).position, 12U);
 }
 
 TEST_F(ArrayPropertyAdder, FirstPairHoldsTheNumbersAndAllLaterOnesLinkToIt) {
@@ -216,7 +216,7 @@ TEST_F(ArrayPropertyAdder, ReusedLinkStaysALinkToItsOldTarget) {
     EXPECT_TRUE(entry(Second).isLink);
     EXPECT_EQ(entry(Second).linkNodeId, First);
     EXPECT_EQ(entry(Second).attributes.size(), 1U);
-    EXPECT_EQ(dataOf<Geometry>(Second).positions.at("T"), 12U);
+    EXPECT_EQ(entry(Second).position, 12U);
 }
 
 TEST_F(ArrayPropertyAdder, ReusedEntryTakesANewTarget) {

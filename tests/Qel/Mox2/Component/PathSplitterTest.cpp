@@ -37,6 +37,14 @@ TEST(PathSplitter, SpacesAndPunctuationDontSplit) {
     EXPECT_EQ(componentsOf("/a b\t/c.d,e", "/"), (Names{"a b\t", "c.d,e"}));
 }
 
+TEST(PathSplitter, SplittingBeginsAtTheStart) {
+    const std::string path = "/a/b/c";
+    const PathSplitter splitter(path, "/", 2);
+    EXPECT_EQ(Names(splitter.begin(), splitter.end()), (Names{"b", "c"}));
+    const PathSplitter atTheEnd(path, "/", 6);
+    EXPECT_EQ(Names(atTheEnd.begin(), atTheEnd.end()), Names());
+}
+
 TEST(PathSplitter, LastTextRemainsAfterTheEnd) {
     const std::string path = "/a/b";
     const PathSplitter splitter(path, "/");

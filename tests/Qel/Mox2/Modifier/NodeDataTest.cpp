@@ -175,7 +175,7 @@ TEST_F(NodeDataModifier, AttributesOfAGroupAreMerged) {
     const QelUtil::AttributeList& attributes = dataOf<QelMox::Group>(RootId).GetAttributes();
     ASSERT_EQ(attributes.size(), 3U);
     EXPECT_EQ(attributes.at("a").integer, 1U);
-    EXPECT_EQ(attributes.at("b").AsText(), "x");
+    EXPECT_EQ(attributes.at("b").text, "x");
     EXPECT_EQ(attributes.at("c").integer, 3U);
 }
 
