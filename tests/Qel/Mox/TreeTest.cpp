@@ -615,8 +615,7 @@ TEST_F(MoxTree, LimitThatFallsAnywhereAmongTheValuesOfANodeDividesOnlyBetweenThe
         limited.SetRootGroup("r", {{"a", AttributeValue(7U)}, {"b", AttributeValue(std::string_view("t"))}});
         limited.AddShapeNode("ss");
         auto& geometry = dynamic_cast<Geometry&>(*limited.GetCurrentNode().data);
-        geometry.FindOrAddDataset("ab");
-        geometry.positions["ab"] = 9;
+        geometry.GetDataset(geometry.FindOrAddDataset("ab")).position = 9;
         limited.SaveTree(limited.File);
         const QelTnf::Index& index = limited.File.GetIndex();
         ASSERT_EQ(sizesOf(index, "Mox Tree"), dividedAt(limit, treeValues)) << limit;
