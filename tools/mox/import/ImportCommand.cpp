@@ -75,11 +75,12 @@ void ImportCommand::addOptions(CommandLine& line) {
     line.addFlag("--overwrite", request_.overwrite, "Replace OUT.mox if it exists; else that is an error");
     line.addFlag("--check", request_.check,
                  "Check the result as mox check does, before it gets its name; an error ends the import");
+    line.addFlag("--verbose", verbose_, "List all names of what is not taken, not only the first ten");
     line.setDetails(Details);
 }
 
 int ImportCommand::run(Terminal& terminal) {
-    importerOf(recogniseFormat(request_.input))(request_, terminal).print(terminal);
+    importerOf(recogniseFormat(request_.input))(request_, terminal).print(terminal, verbose_);
     return 0;
 }
 

@@ -16,6 +16,7 @@ public:
 
 private:
     ImportRequest request_;
+    bool verbose_ = false;
 };
 
 } // namespace MoxTool
