@@ -12,9 +12,9 @@ As a module:
                 for dataset in node.content.datasets:
                     print(dataset.name, dataset.step, model.numbers(dataset))
 
-As a script it prints a model as JSON:
+As a script it prints a model as JSON, in the form of docs/format/dump.md:
 
-    python3 moxreader.py [--numbers] [--no-date] FILE
+    python3 moxreader.py [--numbers] [--no-date] [--storage] FILE
 
 Reading any bytes ends in a value or in a MoxError. A length or a count is believed only as far as the file can justify
 it, and memory holds only the tree and the block in use. Asking for numbers that are lost raises MoxError; all others
@@ -25,6 +25,8 @@ text.encode("utf-8", "surrogateescape") returns what the file has.
 import argparse
 import array
 import bisect
+import decimal
+import functools
 import io
 import json
 import math
@@ -33,7 +35,7 @@ import struct
 import sys
 import zlib
 from dataclasses import dataclass, field
-from typing import Any, Callable, Dict, List, NamedTuple, Optional, Tuple
+from typing import Any, Callable, Dict, Iterator, List, NamedTuple, Optional, Tuple
 
 SIGNATURE = b"\x89TNF\r\n\x1a\n"
 VERSION = b"1.3\0"
@@ -58,6 +60,7 @@ STEP_SEPARATOR = "\x1e"
 UNTAGGED = 0xFFFFFFFF
 FLOAT_TAG = 1
 UNSIGNED_TAG = 5
+SMALLEST_NORMAL = 2.0 ** -126  # Of single precision.
 ARRAY_CODES = {FLOAT_TAG: "f", UNSIGNED_TAG: "I"}
 
 VARIABLE_TYPES = {
@@ -68,14 +71,23 @@ VARIABLE_TYPES = {
     24: "FourthScalarA", 25: "FourthScalarB", 26: "FourthVector", 27: "FourthSixA", 28: "FourthSixB",
 }
 
+ELEMENT_TYPES = {FLOAT_TAG: "float", UNSIGNED_TAG: "unsigned"}
+
 
 class MoxError(Exception):
-    """The file is damaged, was never finished, or has another format."""
+    """The file is damaged, was never finished, or has another format.
+
+    code: what is wrong, one of the names in docs/format/dump.md; None for what makes the whole file unreadable.
+    """
+
+    def __init__(self, complaint: str, code: Optional[str] = None):
+        super().__init__(complaint)
+        self.code = code
 
 
-def require(is_sound: bool, complaint: str) -> None:
+def require(is_sound: bool, complaint: str, code: Optional[str] = None) -> None:
     if not is_sound:
-        raise MoxError(complaint)
+        raise MoxError(complaint, code)
 
 
 def table_size(records: int) -> int:
@@ -198,22 +210,24 @@ class File:
 
     def content_length(self, block: Block) -> int:
         """The length of a block's content as stated, provided that it can be true."""
-        require(block.length > 0 or not block.is_compressed, f"{block} has lost its content")
-        require(block.end <= self.size, f"{block} reaches past the end of the file")
+        require(block.length > 0 or not block.is_compressed, f"{block} has lost its content", "ContentLost")
+        require(block.end <= self.size, f"{block} reaches past the end of the file", "BlockBeyondFile")
         if not block.is_compressed:
             return block.length
-        require(block.has_length_word, f"{block} was written over")
-        require(block.length >= LENGTH_WORD, f"{block} is too short for its content length")
+        require(block.has_length_word, f"{block} was written over", "BlockOverwritten")
+        is_long_enough = block.length >= LENGTH_WORD
+        require(is_long_enough, f"{block} is too short for its content length", "ContentLengthMissing")
         (length,) = struct.unpack("<I", self.read_at(block.position, LENGTH_WORD))
         if block.is_overwritten:
             return length
         stored = block.length - LENGTH_WORD
-        require(length <= stored * MOST_BYTES_OF_ONE, f"{block} states more content than its bytes can give")
+        require(length <= stored * MOST_BYTES_OF_ONE, f"{block} states more content than its bytes can give",
+                "ContentLengthImplausible")
         return length
 
     def read_block(self, block: Block) -> bytes:
-        require(not block.is_overwritten, f"{block} was written over")
         length = self.content_length(block)
+        require(not block.is_overwritten, f"{block} was written over", "BlockOverwritten")
         if not block.is_compressed:
             return self.read_at(block.position, block.length)
         stored = self.read_at(block.position + LENGTH_WORD, block.length - LENGTH_WORD)
@@ -221,9 +235,10 @@ class File:
         try:
             content = inflater.decompress(stored, length + 1)
         except zlib.error as error:
-            raise MoxError(f"{block}: {error}") from None
+            raise MoxError(f"{block}: {error}", zlib_damage(stored, length)) from None
         is_whole = inflater.eof and len(content) == length and not inflater.unused_data
-        require(is_whole, f"{block} does not inflate to its stated length")
+        require(is_whole, f"{block} does not inflate to its stated length",
+                end_damage(len(content) - length, inflater.eof))
         return content
 
     def _read_front(self) -> str:
@@ -344,8 +359,34 @@ def marked(block: Block, cover: Cover) -> Block:
     return block._replace(is_overwritten=True, has_length_word=has_word)
 
 
+def end_damage(surplus: int, has_ended: bool) -> str:
+    """What is wrong with a block of which zlib does not complain."""
+    if surplus > 0:
+        return "ContentTooLong"
+    if not has_ended:
+        return "ZlibIncomplete"
+    return "ContentTooShort" if surplus < 0 else "TrailingBytes"
+
+
+def zlib_damage(stored: bytes, length: int) -> str:
+    """What is wrong with a block of which zlib complains: the complaint, or what comes before it."""
+    inflater, size = zlib.decompressobj(), 0
+    try:
+        for i in range(len(stored)):
+            size += len(inflater.decompress(stored[i:i + 1]))
+            if size > length:
+                return "ContentTooLong"
+    except zlib.error as error:
+        return "ChecksumMismatch" if "incorrect data check" in str(error) else "ZlibDamaged"
+    raise AssertionError("zlib complains only once")
+
+
 def to_text(data: bytes) -> str:
     return data.decode("utf-8", "surrogateescape")
+
+
+NOTHING_LOADED = (0, b"")
+NUMBERS = {code: struct.Struct("<" + code) for code in "BIQf"}
 
 
 class Stream:
@@ -360,17 +401,17 @@ class Stream:
         self._file = file
         self._blocks = file.blocks_of(name)
         self._starts = [0]
-        self._damage: Optional[MoxError] = None
+        self.damage: Optional[MoxError] = None  # Why the stream ends before its last block.
         for block in self._blocks:
             try:
                 length = lengths[block.id] if lengths and block.id in lengths else file.content_length(block)
             except MoxError as damage:
-                self._damage = damage
+                self.damage = damage
                 break
             self._starts.append(self._starts[-1] + length)
         self.size = self._starts[-1]
         self.position = 0
-        self._loaded: Optional[Tuple[int, bytes]] = None
+        self._loaded = NOTHING_LOADED  # The place in the stream, and the content, of the block in use.
 
     def __str__(self) -> str:
         return f'"{self.name}" at {self.position}'
@@ -380,15 +421,23 @@ class Stream:
         return self.size - self.position
 
     def seek(self, position: int) -> None:
-        self._require(position <= self.size, f'"{self.name}" ends before position {position}')
+        if position > self.size:
+            self._fail(f'"{self.name}" ends before position {position}', "EndOfStream")
         self.position = position
 
     def require_end(self) -> None:
         require(self.remaining == 0, f"{self}: {self.remaining} bytes too many")
-        self._require(self._damage is None, "")
+        if self.damage is not None:
+            raise self.damage
 
     def read(self, size: int) -> bytes:
-        self._require(size <= self.remaining, f"{self}: the stream ends inside a value of {size} bytes")
+        if size > self.remaining:
+            self._fail(f"{self}: the stream ends inside a value of {size} bytes", "EndOfStream")
+        start, content = self._loaded
+        offset = self.position - start
+        if 0 <= offset and offset + size <= len(content):
+            self.position += size
+            return content[offset:offset + size]
         parts = []
         while size > 0:
             content, offset = self._content_here()
@@ -397,21 +446,23 @@ class Stream:
             self.position += len(parts[-1])
         return b"".join(parts)
 
-    def _require(self, is_sound: bool, complaint: str) -> None:
+    def _fail(self, complaint: str, code: str) -> None:
         """Raises the damage that cut the stream short, if any, rather than the complaint."""
-        if not is_sound:
-            raise self._damage or MoxError(complaint)
+        raise self.damage or MoxError(complaint, code)
 
     def _content_here(self) -> Tuple[bytes, int]:
-        index = bisect.bisect_right(self._starts, self.position) - 1
-        if self._loaded is None or self._loaded[0] != index:
-            self._loaded = None  # Frees the old content before the new one is read.
-            self._loaded = (index, self._file.read_block(self._blocks[index]))
-        return self._loaded[1], self.position - self._starts[index]
+        start, content = self._loaded
+        if not start <= self.position < start + len(content):
+            index = bisect.bisect_right(self._starts, self.position) - 1
+            start, content = self._loaded = NOTHING_LOADED  # Frees the old content before the new one is read.
+            start, content = self._starts[index], self._file.read_block(self._blocks[index])
+            self._loaded = (start, content)
+        return content, self.position - start
 
     def number(self, code: str):
         """One number, by its code in Python's struct: "B", "I", "Q" or "f"."""
-        return struct.unpack("<" + code, self.read(struct.calcsize("<" + code)))[0]
+        layout = NUMBERS[code]
+        return layout.unpack(self.read(layout.size))[0]
 
     def truth(self) -> bool:
         value = self.number("B")
@@ -424,8 +475,8 @@ class Stream:
     def count(self, smallest: int) -> int:
         """A count of things of at least a given size each."""
         count = self.number("I")
-        is_possible = count * smallest <= self.remaining
-        self._require(is_possible, f"{self}: a count of {count} is more than the stream can hold")
+        if count * smallest > self.remaining:
+            self._fail(f"{self}: a count of {count} is more than the stream can hold", "BadCount")
         return count
 
     def floats(self, count: int) -> array.array:
@@ -673,14 +724,28 @@ class Model:
         self._holders.update((key, current) for key in walked)
         return current
 
-    def numbers(self, dataset: Dataset) -> array.array:
-        """The numbers row by row, one row for each item, holder(dataset).width numbers in each."""
+    def required_holder(self, dataset: Dataset) -> Dataset:
+        """Like holder(), but raises MoxError if there is none."""
         holder = self.holder(dataset)
         if holder is None:
-            raise MoxError(f"{dataset} is a link without an end")
-        require(holder.element_tag in ARRAY_CODES, f"{holder} has numbers of an unknown type")
+            raise MoxError(f"{dataset} is a link without an end", self._link_damage(dataset))
+        return holder
+
+    def _link_damage(self, link: Dataset) -> str:
+        passed = set()
+        current: Optional[Dataset] = link
+        while current is not None and (current.node_id, current.index) not in passed:
+            passed.add((current.node_id, current.index))
+            current = self._target(current)
+        return "BadLinkTarget" if current is None else "LinkCycle"
+
+    def numbers(self, dataset: Dataset) -> array.array:
+        """The numbers row by row, one row for each item, holder(dataset).width numbers in each."""
+        holder = self.required_holder(dataset)
+        require(holder.element_tag in ARRAY_CODES, f"{holder} has numbers of an unknown type", "WrongElementType")
         row = 4 * holder.width
-        require(holder.size % row == 0 if row else holder.size == 0, f"{holder} has no whole number of items")
+        is_whole = holder.size % row == 0 if row else holder.size == 0
+        require(is_whole, f"{holder} has no whole number of items", "BadDatasetSize")
         self._heavy.seek(holder.position)
         return unshuffle(self._heavy.read(holder.size), holder.width, ARRAY_CODES[holder.element_tag])
 
@@ -693,7 +758,7 @@ class Model:
         is_sound = (heavy.position - sets.position == sets.size and len(firsts) == len(seconds)
                     and are_offsets(names_at, sets.count, len(names))
                     and are_offsets(members_at, sets.count, len(firsts)))
-        require(is_sound, f"the node sets of node {node.id} contradict themselves")
+        require(is_sound, f"the node sets of node {node.id} contradict themselves", "BadNodeSets")
         members = list(zip(firsts, seconds))
         return [(to_text(names[names_at[i]:names_at[i + 1]]), members[members_at[i]:members_at[i + 1]])
                 for i in range(sets.count)]
@@ -858,146 +923,336 @@ def unshuffle(payload: bytes, width: int, code: str) -> array.array:
     return little_endian(code, bytes(rows))
 
 
-# --- The script -----------------------------------------------------------------------------------------------------
+# --- The dump: a model as JSON --------------------------------------------------------------------------------------
 
 
 def shortest(value: float) -> float:
-    """The double with the fewest digits that rounds to a value of single precision."""
-    for digits in range(6, 9):
-        rounded = float(f"{value:.{digits}g}")
-        if abs(rounded) <= 3.4028234663852886e38 and struct.pack("<f", rounded) == struct.pack("<f", value):
+    """The double with the fewest digits that rounds to a value of single precision; of several, the nearest."""
+    if value < 0:
+        return -shortest(-value)
+    if value < SMALLEST_NORMAL:
+        return exact_shortest(value)
+    near, far = value * 2 ** -25, value * 2 ** -24  # Half of the distance to the next float is between these.
+    for form in ("%.5e", "%.6e", "%.7e"):
+        rounded = float(form % value)
+        error = abs(rounded - value)
+        if error < near:
             return rounded
-    return float(f"{value:.9g}")
+        if error <= far:
+            mantissa, exponent = math.frexp(value)
+            half = math.ldexp(0.5, exponent - 24)
+            if mantissa == 0.5 or error == half:
+                return exact_shortest(value)
+            if error < half:
+                return rounded
+    return float("%.8e" % value)
 
 
-def json_float(value: float, is_single: bool = True):
-    """JSON has no numbers that are not finite; they become the texts "NaN", "Infinity" and "-Infinity"."""
-    if math.isnan(value):
-        return "NaN"
-    if math.isinf(value):
-        return "Infinity" if value > 0 else "-Infinity"
-    return shortest(value) if is_single else value
+def exact_shortest(value: float) -> float:
+    """The same, slower, for any positive value."""
+    mantissa, exponent = math.frexp(value)
+    unit = max(exponent - 24, -149)
+    half = math.ldexp(0.5, unit)
+    if mantissa == 0.5 and unit > -149:
+        return shortest_power(value, value - half / 2, value + half)
+    for digits in range(1, 9):
+        text = f"{value:.{digits - 1}e}"
+        rounded = float(text)
+        error = abs(rounded - value)
+        if error < half or error == half and rounds_to(value, text, rounded):
+            return rounded
+    return float(f"{value:.8e}")
 
 
-def json_text(text: str) -> str:
-    """A text for display: bytes that are not UTF-8 become \\xNN."""
-    return text.encode("utf-8", "surrogateescape").decode("utf-8", "backslashreplace")
+def rounds_to(value: float, text: str, limit: float) -> bool:
+    """Whether a decimal, which as a double is a limit of those that round to a value, is one of those."""
+    is_even = math.ldexp(value, 149 if value < SMALLEST_NORMAL else 24 - math.frexp(value)[1]) % 2 == 0
+    exact = decimal.Decimal(text)
+    return is_even if exact == decimal.Decimal(limit) else (exact > limit) == (value > limit)
 
 
-def json_attribute(value: Any) -> Dict[str, Any]:
+def shortest_power(value: float, low: float, high: float) -> float:
+    """The same for a power of two, below which floats are closer than above: the nearest decimal can be too low."""
+    exact = decimal.Decimal(value)
+    for digits in range(1, 9):
+        last = decimal.Decimal(1).scaleb(exact.adjusted() - digits + 1)
+        with decimal.localcontext() as context:
+            context.prec = 200
+            lower = exact // last * last
+            fitting = [each for each in (lower, lower + last) if decimal.Decimal(low) <= each <= decimal.Decimal(high)]
+            if fitting:
+                return float(min(fitting, key=lambda each: abs(each - exact)))
+    return float(f"{value:.8e}")
+
+
+@functools.lru_cache(maxsize=1 << 16)
+def finite_text(value: float) -> str:
+    return repr(shortest(value))
+
+
+def float_text(value: float, is_single: bool = True) -> str:
+    """A number as JSON, which has none that are not finite."""
+    if not math.isfinite(value):
+        return '"nan"' if math.isnan(value) else '"inf"' if value > 0 else '"-inf"'
+    if value == 0 or not is_single:
+        return repr(value)
+    return finite_text(value)
+
+
+def floats_text(values) -> str:
+    return "[" + ",".join(map(float_text, values)) + "]"
+
+
+ENCODER = json.JSONEncoder(ensure_ascii=False)
+
+
+def quoted(text: str) -> str:
+    try:
+        text.encode("utf-8")
+    except UnicodeEncodeError:
+        return one_line({"bytes": text.encode("utf-8", "surrogateescape").hex()})
+    return ENCODER.encode(text)
+
+
+class Ready(str):
+    """JSON on one line."""
+
+
+class Lines(list):
+    """A list of which every item begins a line. Its items, like the members of Members, can be any of these."""
+
+
+class Rows(list):
+    """A list of which every item is Ready and has a line of its own."""
+
+
+class Members(list):
+    """An object of which every member begins a line; a list of pairs."""
+
+
+def one_line(value: Any) -> str:
+    """Ready, integers, truth values, texts, and lists and dictionaries of these."""
+    kind = type(value)
+    if kind is Ready:
+        return value
+    if kind is int:
+        return str(value)
+    if kind is bool:
+        return "true" if value else "false"
+    if kind is str:
+        return quoted(value)
+    if kind is dict:
+        return "{" + ",".join([f'"{key}":{one_line(each)}' for key, each in value.items()]) + "}"
+    return "[" + ",".join(map(one_line, value)) + "]"
+
+
+def laid_out(value: Any, indent: str) -> str:
+    """The text of any of these values. indent: that of the line on which it begins."""
+    kind = type(value)
+    if kind is Rows:
+        items, brackets = value, "[]"
+    elif kind is Lines:
+        items, brackets = [laid_out(item, indent + "  ") for item in value], "[]"
+    elif kind is Members:
+        items, brackets = [f'"{key}": {laid_out(item, indent + "  ")}' for key, item in value], "{}"
+    else:
+        return one_line(value)
+    if not items:
+        return brackets
+    inner = f"\n{indent}  "
+    return brackets[0] + inner + f",{inner}".join(items) + f"\n{indent}{brackets[1]}"
+
+
+class Dump:
+    """A model as JSON, in the form of docs/format/dump.md."""
+
+    def __init__(self, file: File, model: Model, numbers: bool = False, no_date: bool = False, storage: bool = False):
+        self._file = file
+        self._model = model
+        self._with_numbers = numbers
+        self._with_date = not no_date
+        self._with_storage = storage
+        self.damage: Optional[MoxError] = None  # Why the first of the parts asked for can't be read.
+
+    def text(self) -> str:
+        return "".join(self.pieces())
+
+    def pieces(self) -> Iterator[str]:
+        """The text in pieces, so that the whole need not be in memory."""
+        top = Members([("fileVersion", self._file.version)])
+        if self._with_storage:
+            top += [("blocks", Lines(map(block_line, filter(is_claimed, self._file.blocks)))),
+                    ("streams", Lines(map(self._stream, self._file.stream_names())))]
+        top += [("saves", Lines(map(self._save, self._model.modifiers))),
+                ("resultAttributes", self._model.result_attribute_count)]
+        yield laid_out(top, "")[:-2] + ',\n  "nodes": ['
+        separator = "\n    "
+        for node in self._model.nodes:
+            yield separator + laid_out(self._node(node), "    ")
+            separator = ",\n    "
+        yield "\n  ]\n}\n"
+
+    def _or_unreadable(self, make: Callable[[], list]) -> list:
+        """The members of a part of the file that can be damaged by itself."""
+        try:
+            return make()
+        except MoxError as error:
+            self.damage = self.damage or error
+            return [("unreadable", error.code)]
+
+    def _stream(self, name: str) -> Dict[str, Any]:
+        return dict([("name", name), *self._or_unreadable(lambda: stream_members(self._file, name))])
+
+    def _save(self, modifier: Modifier) -> Dict[str, str]:
+        save = {
+            "version": modifier.version, "sourceName": modifier.source_name, "sourceVersion": modifier.source_version,
+            "formatVersion": modifier.format_version, "date": modifier.date, "computer": modifier.computer,
+            "user": modifier.user, "comment": modifier.comment}
+        if not self._with_date:
+            del save["date"]
+        return save
+
+    def _node(self, node: Node) -> Members:
+        members = Members([("id", node.id), ("parent", node.parent), ("name", node.name), ("type", node.type),
+                           ("version", node.version)])
+        if self._with_storage:
+            members += [("previous", node.previous), ("next", node.next), ("children", node.children),
+                        ("descriptor", node.light_position)]
+        members += self._content(node)
+        return members
+
+    def _content(self, node: Node) -> list:
+        content = node.content
+        if isinstance(content, Group):
+            return [("translation", Ready(floats_text(content.translation))),
+                    ("rotation", Ready(floats_text(content.rotation))),
+                    ("scale", Ready(floats_text(content.scale))), ("kind", content.kind),
+                    ("attributes", attribute_rows(content.attributes))]
+        if isinstance(content, Shape) and content.material:
+            return [("material", material_line(content.material))]
+        if isinstance(content, Geometry):
+            return [("datasets", Lines(map(self._dataset, content.datasets)))]
+        if isinstance(content, NodeSets):
+            return self._node_sets(node, content)
+        return []
+
+    def _node_sets(self, node: Node, content: NodeSets) -> list:
+        members: list = [("setCount", content.count)]
+        if self._with_storage:
+            members += [("bytes", content.size), ("position", content.position)]
+        if self._with_numbers:
+            members += self._or_unreadable(lambda: [("sets", Lines(
+                Members([("name", name), ("members", pairs)]) for name, pairs in self._model.node_sets(node)))])
+        return members
+
+    def _dataset(self, dataset: Dataset) -> Members:
+        members = Members([("name", dataset.name)])
+        if STEP_SEPARATOR in dataset.key:
+            members.append(("step", dataset.step))
+        kind, element = dataset.variable_type, dataset.element_tag
+        members += [("type", VARIABLE_TYPES.get(kind, f"type {kind}")),
+                    ("element", ELEMENT_TYPES.get(element, f"element type {element}")),
+                    ("vibration", dataset.vibration)]
+        members += self._link(dataset) if dataset.is_link else self._holder(dataset)
+        return members
+
+    def _link(self, link: Dataset) -> list:
+        target = {"node": link.link_node_id, "dataset": link.link_index}
+        members = [("link", target), *self._or_unreadable(lambda: self._end_of(link, target))]
+        if link.attributes:
+            members.append(("attributes", attribute_rows(link.attributes)))
+        return members
+
+    def _end_of(self, link: Dataset, target: Dict[str, int]) -> list:
+        holder = self._model.required_holder(link)
+        end = {"node": holder.node_id, "dataset": holder.index}
+        return [] if end == target else [("holder", end)]
+
+    def _holder(self, dataset: Dataset) -> list:
+        items = dataset.size // (4 * dataset.width) if dataset.width else 0
+        members: list = [("shape", [items, dataset.width]), ("bytes", dataset.size)]
+        if self._with_storage:
+            members.append(("position", dataset.position))
+        if any(value if isinstance(value, bool) else struct.pack("<f", value) != bytes(4) for value in dataset.reserved):
+            members.append(("unknown", [value if isinstance(value, bool) else Ready(float_text(value))
+                                        for value in dataset.reserved]))
+        members.append(("attributes", attribute_rows(dataset.attributes)))
+        if self._with_numbers:
+            members += self._or_unreadable(lambda: [("numbers", number_rows(self._model.numbers(dataset), dataset.width))])
+        return members
+
+
+def is_claimed(block: Block) -> bool:
+    """Whether a record is anything but one that no block has claimed, as every writer leaves it."""
+    return (block.name.encode("utf-8", "surrogateescape") != EMPTY_BLOCK or block.number != (block.id + 1) % 256
+            or block.length != 0 or block.flags != 0 or block.reserved != 0)
+
+
+def block_line(block: Block) -> Dict[str, Any]:
+    return {"id": block.id, "number": block.number, "name": block.name, "length": block.length, "flags": block.flags,
+            "reserved": block.reserved, "position": block.position, "overwritten": block.is_overwritten}
+
+
+def stream_members(file: File, name: str) -> list:
+    stream, checksum = Stream(file, name), 0
+    if stream.damage:
+        raise stream.damage
+    while stream.remaining:
+        checksum = zlib.crc32(stream.read(min(stream.remaining, 1 << 20)), checksum)
+    return [("bytes", stream.size), ("crc32", f"{checksum:08x}")]
+
+
+def attribute_rows(attributes: Dict[str, Any]) -> Rows:
+    ordered = sorted(attributes.items(), key=lambda item: item[0].encode("utf-8", "surrogateescape"))
+    return Rows(one_line({"key": key, **attribute_member(value)}) for key, value in ordered)
+
+
+def attribute_member(value: Any) -> Dict[str, Any]:
+    """The name shows the kind."""
     if isinstance(value, Integer):
         return {"integer": int(value)}
     if isinstance(value, str):
-        return {"text": json_text(value)}
+        return {"text": value}
     is_single = isinstance(value, Float)
-    return {"float" if is_single else "double": json_float(value, is_single)}
+    return {"float" if is_single else "double": Ready(float_text(float(value), is_single))}
 
 
-def json_attributes(attributes: Dict[str, Any]) -> Dict[str, Any]:
-    return {json_text(key): json_attribute(value) for key, value in attributes.items()}
-
-
-def json_floats(values: array.array) -> list:
-    return [json_float(value) for value in values]
-
-
-def json_rows(model: Model, dataset: Dataset) -> list:
-    """The numbers as a list of rows, or as a plain list if there is one column."""
-    numbers, holder = model.numbers(dataset), model.holder(dataset)
-    values = json_floats(numbers) if numbers.typecode == "f" else numbers.tolist()
-    width = holder.width if holder else 1
-    return values if width <= 1 else [values[i:i + width] for i in range(0, len(values), width)]
-
-
-def json_dataset(model: Model, dataset: Dataset, with_numbers: bool) -> Dict[str, Any]:
-    result: Dict[str, Any] = {
-        "name": json_text(dataset.name), "step": json_text(dataset.step),
-        "variableType": VARIABLE_TYPES.get(dataset.variable_type, dataset.variable_type),
-        "elementType": {FLOAT_TAG: "float", UNSIGNED_TAG: "unsigned"}.get(dataset.element_tag, dataset.element_tag),
-        "vibration": dataset.vibration, "attributes": json_attributes(dataset.attributes)}
-    if dataset.is_link:
-        holder = model.holder(dataset)
-        result["link"] = {"node": dataset.link_node_id, "index": dataset.link_index}
-        result["numbersOf"] = {"node": holder.node_id, "index": holder.index} if holder else None
-        return result
-    result.update(items=dataset.size // (4 * dataset.width) if dataset.width else 0, width=dataset.width,
-                  position=dataset.position)
-    if with_numbers:
-        result.update(json_or_error("numbers", lambda: json_rows(model, dataset)))
-    return result
-
-
-def json_or_error(key: str, make: Callable[[], list]) -> Dict[str, Any]:
-    """The value of a part of a file that can be damaged by itself; "error" says why if it can't be read."""
-    try:
-        return {key: make()}
-    except MoxError as error:
-        return {"error": str(error)}
-
-
-def json_material(material: Material) -> Dict[str, Any]:
+def material_line(material: Material) -> Dict[str, Any]:
     return {
-        "version": json_text(material.version), "diffuse": json_floats(material.diffuse),
-        "specular": json_floats(material.specular), "emissive": json_floats(material.emissive[:3]),
-        "ambient": json_floats(material.ambient), "transparency": json_float(material.transparency),
-        "shininess": json_float(material.shininess), "flag": material.flag}
+        "version": material.version, "diffuse": Ready(floats_text(material.diffuse)),
+        "specular": Ready(floats_text(material.specular)), "emissive": Ready(floats_text(material.emissive[:3])),
+        "ambient": Ready(floats_text(material.ambient)), "transparency": Ready(float_text(material.transparency)),
+        "shininess": Ready(float_text(material.shininess)), "flag": material.flag}
 
 
-def json_content(model: Model, node: Node, with_numbers: bool) -> Dict[str, Any]:
-    content = node.content
-    if isinstance(content, Group):
-        return {"kind": content.kind, "translation": json_floats(content.translation),
-                "rotation": json_floats(content.rotation), "scale": json_floats(content.scale),
-                "attributes": json_attributes(content.attributes)}
-    if isinstance(content, Shape) and content.material:
-        return {"material": json_material(content.material)}
-    if isinstance(content, Geometry):
-        return {"datasets": [json_dataset(model, dataset, with_numbers) for dataset in content.datasets]}
-    if isinstance(content, NodeSets):
-        return json_or_error("sets", lambda: [{"name": json_text(name), "members": members}
-                                              for name, members in model.node_sets(node)])
-    return {}
+def number_rows(numbers: array.array, width: int) -> Rows:
+    """A line for each item: a number, or a list of them if there are several columns."""
+    texts = list(map(float_text if numbers.typecode == "f" else str, numbers))
+    if width == 1:
+        return Rows(texts)
+    return Rows("[" + ",".join(texts[i:i + width]) + "]" for i in range(0, len(texts), max(width, 1)))
 
 
-def json_modifier(modifier: Modifier, with_date: bool) -> Dict[str, Any]:
-    result = {
-        "sourceName": modifier.source_name, "sourceVersion": modifier.source_version,
-        "formatVersion": modifier.format_version, "date": modifier.date, "computer": modifier.computer,
-        "user": modifier.user, "comment": modifier.comment}
-    if not with_date:
-        del result["date"]
-    return {key: json_text(value) for key, value in result.items()}
-
-
-def to_json(file: File, model: Model, with_numbers: bool = False, with_date: bool = True) -> Dict[str, Any]:
-    """The model as values that the json module can print, also with allow_nan=False."""
-    nodes = [{"id": node.id, "parent": node.parent, "children": node.children, "name": json_text(node.name),
-              "type": node.type, "version": json_text(node.version), **json_content(model, node, with_numbers)}
-             for node in model.nodes]
-    return {"format": file.version, "modifiers": [json_modifier(each, with_date) for each in model.modifiers],
-            "nodes": nodes}
-
-
-def require_no_errors(result: Dict[str, Any]) -> None:
-    parts = [part for node in result["nodes"] for part in (node, *node.get("datasets", []))]
-    errors = [part["error"] for part in parts if "error" in part]
-    if errors:
-        raise MoxError(errors[0] + (f", and {len(errors) - 1} more" if len(errors) > 1 else ""))
+# --- The script -----------------------------------------------------------------------------------------------------
 
 
 def main(arguments: Optional[List[str]] = None) -> int:
     parser = argparse.ArgumentParser(description="Prints the model in a mox file as JSON.")
     parser.add_argument("file", metavar="FILE")
-    parser.add_argument("--numbers", action="store_true", help="print the numbers of the datasets as well")
-    parser.add_argument("--no-date", action="store_true", help="leave out when the file was saved")
+    parser.add_argument("--numbers", action="store_true",
+                        help="with the numbers of all datasets and the members of node sets")
+    parser.add_argument("--no-date", action="store_true", help="without the date on which the file was saved")
+    parser.add_argument("--storage", action="store_true",
+                        help="with the blocks and the streams of the file, and the places in them")
     options = parser.parse_args(arguments)
     try:
         with File(options.file) as file:
-            result = to_json(file, Model(file), options.numbers, not options.no_date)
-        json.dump(result, sys.stdout, indent=1, allow_nan=False)
-        sys.stdout.write("\n")
+            dump = Dump(file, Model(file), options.numbers, options.no_date, options.storage)
+            for piece in dump.pieces():
+                sys.stdout.buffer.write(piece.encode("utf-8"))
         sys.stdout.flush()
-        require_no_errors(result)
+        if dump.damage:
+            raise dump.damage
     except BrokenPipeError:
         os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())  # Otherwise the exit would complain again.
         return 1

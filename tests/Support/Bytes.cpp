@@ -19,12 +19,12 @@ Bytes& Bytes::u32s(std::initializer_list<std::uint32_t> values) {
 }
 
 Bytes& Bytes::raw(std::string_view bytes) {
-    content.insert(content.end(), bytes.begin(), bytes.end());
+    content_.insert(content_.end(), bytes.begin(), bytes.end());
     return *this;
 }
 
 Bytes& Bytes::append(const ByteVector& bytes) {
-    content.insert(content.end(), bytes.begin(), bytes.end());
+    content_.insert(content_.end(), bytes.begin(), bytes.end());
     return *this;
 }
 
@@ -41,19 +41,19 @@ Bytes& Bytes::texts(std::initializer_list<std::string_view> values) {
 }
 
 Bytes& Bytes::fill(std::size_t count, std::uint8_t value) {
-    content.insert(content.end(), count, value);
+    content_.insert(content_.end(), count, value);
     return *this;
 }
 
 Bytes& Bytes::number(std::uint64_t value, int size) {
     for (int i = 0; i < size; ++i) {
-        content.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+        content_.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
     }
     return *this;
 }
 
 void PrintTo(const Bytes& bytes, std::ostream* stream) {
-    *stream << testing::PrintToString(bytes.content);
+    *stream << testing::PrintToString(bytes.content_);
 }
 
 ByteVector bytesOf(const std::string& path) {

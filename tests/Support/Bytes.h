@@ -15,7 +15,7 @@ using ByteVector = std::vector<std::uint8_t>;
 class Bytes {
 public:
     Bytes() = default;
-    Bytes(std::initializer_list<std::uint8_t> bytes) : content(bytes) {}
+    Bytes(std::initializer_list<std::uint8_t> bytes) : content_(bytes) {}
 
     Bytes& u8(std::uint8_t value) { return number(value, 1); }
     Bytes& u32(std::uint32_t value) { return number(value, 4); }
@@ -34,15 +34,15 @@ public:
     Bytes& fill(std::size_t count, std::uint8_t value);
     Bytes& zeros(std::size_t count) { return fill(count, 0); }
 
-    operator const ByteVector&() const { return content; }
-    friend bool operator==(const ByteVector& others, const Bytes& bytes) { return bytes.content == others; }
-    friend bool operator==(const Bytes& bytes, const ByteVector& others) { return bytes.content == others; }
+    operator const ByteVector&() const { return content_; }
+    friend bool operator==(const ByteVector& others, const Bytes& bytes) { return bytes.content_ == others; }
+    friend bool operator==(const Bytes& bytes, const ByteVector& others) { return bytes.content_ == others; }
     friend void PrintTo(const Bytes& bytes, std::ostream* stream);
 
 private:
     Bytes& number(std::uint64_t value, int size);
 
-    ByteVector content;
+    ByteVector content_;
 };
 
 /// A file's bytes as they are on disk; none if there is no such file.

@@ -13,11 +13,11 @@ namespace {
 
 class CleanEnvironment final : public testing::Environment {
 public:
-    void SetUp() override { withoutBlockSize.emplace(BlockSizeVariable); }
-    void TearDown() override { withoutBlockSize.reset(); }
+    void SetUp() override { withoutBlockSize_.emplace(BlockSizeVariable); }
+    void TearDown() override { withoutBlockSize_.reset(); }
 
 private:
-    std::optional<EnvironmentGuard> withoutBlockSize;
+    std::optional<EnvironmentGuard> withoutBlockSize_;
 };
 
 [[maybe_unused]] const testing::Environment* const registered =

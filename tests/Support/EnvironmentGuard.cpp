@@ -5,27 +5,27 @@
 
 namespace Support {
 
-EnvironmentGuard::EnvironmentGuard(std::string variableName, const std::optional<std::string>& variableValue)
-    : name(std::move(variableName)) {
-    if (const char* const present = std::getenv(name.c_str()); present != nullptr) {
-        former = present;
+EnvironmentGuard::EnvironmentGuard(std::string name, const std::optional<std::string>& value)
+    : name_(std::move(name)) {
+    if (const char* const present = std::getenv(name_.c_str()); present != nullptr) {
+        former_ = present;
     }
-    set(variableValue);
+    set(value);
 }
 
 EnvironmentGuard::~EnvironmentGuard() {
-    set(former);
+    set(former_);
 }
 
 // The only platform-dependent code of this class.
-void EnvironmentGuard::set(const std::optional<std::string>& variableValue) {
+void EnvironmentGuard::set(const std::optional<std::string>& value) {
 #if defined(_WIN32)
-    _putenv_s(name.c_str(), variableValue.value_or("").c_str());
+    _putenv_s(name_.c_str(), value.value_or("").c_str());
 #else
-    if (variableValue) {
-        setenv(name.c_str(), variableValue->c_str(), 1);
+    if (value) {
+        setenv(name_.c_str(), value->c_str(), 1);
     } else {
-        unsetenv(name.c_str());
+        unsetenv(name_.c_str());
     }
 #endif
 }

@@ -11,18 +11,18 @@ inline constexpr const char* BlockSizeVariable = "MOXWRITER_DEFAULT_BLOCK_SIZE";
 /// Sets or removes an environment variable, and restores it at the end.
 class EnvironmentGuard {
 public:
-    /// @param variableValue Nothing to remove the variable.
-    explicit EnvironmentGuard(std::string variableName, const std::optional<std::string>& variableValue = {});
+    /// @param value Nothing to remove the variable.
+    explicit EnvironmentGuard(std::string name, const std::optional<std::string>& value = {});
     EnvironmentGuard(const EnvironmentGuard&) = delete;
     EnvironmentGuard& operator=(const EnvironmentGuard&) = delete;
     ~EnvironmentGuard();
 
     /// Changes the variable again; nothing removes it.
-    void set(const std::optional<std::string>& variableValue);
+    void set(const std::optional<std::string>& value);
 
 private:
-    std::string name;
-    std::optional<std::string> former;
+    std::string name_;
+    std::optional<std::string> former_;
 };
 
 } // namespace Support

@@ -13,8 +13,8 @@ TemporaryFolder::TemporaryFolder() {
     constexpr int attempts = 100;
     std::random_device random;
     for (int i = 0; i < attempts; ++i) {
-        folder = std::filesystem::temp_directory_path() / ("moxwriter-test-" + std::to_string(random()));
-        if (std::filesystem::create_directory(folder)) {
+        folder_ = std::filesystem::temp_directory_path() / ("moxwriter-test-" + std::to_string(random()));
+        if (std::filesystem::create_directory(folder_)) {
             return;
         }
     }
@@ -23,11 +23,11 @@ TemporaryFolder::TemporaryFolder() {
 
 TemporaryFolder::~TemporaryFolder() {
     std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
+    std::filesystem::remove_all(folder_, ignored);
 }
 
 std::string TemporaryFolder::path(const std::string& name) const {
-    return (folder / name).string();
+    return (folder_ / name).string();
 }
 
 std::string TemporaryFolder::write(const std::string& name, const std::string& content) const {
@@ -42,7 +42,7 @@ std::string TemporaryFolder::read(const std::string& name) const {
 
 std::vector<std::string> TemporaryFolder::files() const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
         names.push_back(entry.path().filename().string());
     }
     std::sort(names.begin(), names.end());

@@ -26,7 +26,7 @@ public:
     std::vector<std::string> files() const;
 
 private:
-    std::filesystem::path folder;
+    std::filesystem::path folder_;
 };
 
 } // namespace Support

@@ -18,12 +18,12 @@ void takeZoneFromEnvironment() {
 } // namespace
 
 TimeZoneGuard::TimeZoneGuard(const std::string& zone) {
-    variable.emplace("TZ", zone);
+    variable_.emplace("TZ", zone);
     takeZoneFromEnvironment();
 }
 
 TimeZoneGuard::~TimeZoneGuard() {
-    variable.reset();
+    variable_.reset();
     takeZoneFromEnvironment();
 }
 

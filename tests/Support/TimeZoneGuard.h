@@ -17,7 +17,7 @@ public:
     ~TimeZoneGuard();
 
 private:
-    std::optional<EnvironmentGuard> variable;
+    std::optional<EnvironmentGuard> variable_;
 };
 
 } // namespace Support

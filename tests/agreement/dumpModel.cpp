@@ -1,13 +1,15 @@
-// Prints what the C++ reader finds in a file, for comparison with another reader.
+// Prints what the C++ reader finds in a file, for comparison with another reader. A dump has the form of
+// docs/format/dump.md, with the numbers and the storage.
 //
-//   dumpModel FILE            prints the text of the file; ends with 3 if the reader refuses it
+//   dumpModel FILE            prints the dump of the file; ends with 3 if the reader refuses it
+//   dumpModel FOLDER dumps    writes FILE.json beside each FILE of the folder that the reader does not refuse
 //   dumpModel FILE damages    reads one damage from each line of stdin and prints the result of reading
 //                             the file with it: "refused", or "read" or "in part" and the checksum of its
-//                             text. A damage is "cut SIZE", or "flip OFFSET MASK" with one or more pairs.
+//                             dump. A damage is "cut SIZE", or "flip OFFSET MASK" with one or more pairs.
 //   dumpModel FILE outcome    prints a line for each dataset and each node of sets: its place, then its
 //                             numbers as bits, or "refused"; ends with 3 if the reader refuses the file
 
-#include "ModelText.h"
+#include "dump/ModelDump.h"
 
 #include <MoxReader/MemorySource.h>
 
@@ -15,6 +17,7 @@
 #include <zlib.h>
 
 #include <bit>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -50,13 +53,26 @@ Bytes damaged(Bytes bytes, const std::string& line) {
     return bytes;
 }
 
+struct Dump {
+    explicit Dump(const MoxReader::File& file) {
+        const auto model = MoxReader::readModel(file);
+        MoxTool::JsonStream json(text);
+        const MoxTool::ModelDump::Options options{.numbers = true, .storage = true};
+        MoxTool::ModelDump dump(file, model, options, json);
+        dump.write();
+        isWhole = !dump.damage();
+    }
+
+    std::string text;
+    bool isWhole = true;
+};
+
 std::string verdict(Bytes bytes) {
     try {
-        const MoxReader::File file(std::make_shared<MoxReader::MemorySource>(std::move(bytes)));
-        const ModelText model(file);
-        const auto* text = reinterpret_cast<const Bytef*>(model.text().data());
-        return fmt::format("{} {:08x}", model.isWhole() ? "read" : "in part",
-                           crc32(0, text, static_cast<uInt>(model.text().size())));
+        const Dump dump(MoxReader::File(std::make_shared<MoxReader::MemorySource>(std::move(bytes))));
+        const auto* text = reinterpret_cast<const Bytef*>(dump.text.data());
+        return fmt::format("{} {:08x}", dump.isWhole ? "read" : "in part",
+                           crc32(0, text, static_cast<uInt>(dump.text.size())));
     } catch (const MoxReader::Error&) {
         return "refused";
     }
@@ -65,6 +81,23 @@ std::string verdict(Bytes bytes) {
 void judgeDamages(const Bytes& bytes) {
     for (std::string line; std::getline(std::cin, line);) {
         std::cout << verdict(damaged(bytes, line)) << '\n';
+    }
+}
+
+void writeDump(const std::filesystem::path& path) {
+    try {
+        const Dump dump{MoxReader::File(path)};
+        std::ofstream(path.string() + ".json", std::ios::binary) << dump.text;
+    } catch (const MoxReader::Error&) {
+        // Refused.
+    }
+}
+
+void writeDumps(const std::filesystem::path& folder) {
+    using Files = std::filesystem::directory_iterator;
+    const std::vector<std::filesystem::path> paths(Files{folder}, Files{});
+    for (const auto& path : paths) {
+        writeDump(path);
     }
 }
 
@@ -124,15 +157,18 @@ void printOutcomes(const MoxReader::File& file) {
 
 int main(int argc, char** argv) try {
     if (argc < 2) {
-        std::cerr << "usage: dumpModel FILE [damages | outcome]\n";
+        std::cerr << "usage: dumpModel FILE [damages | outcome], or dumpModel FOLDER dumps\n";
         return 2;
     }
-    if (argc > 2 && argv[2] == std::string("outcome")) {
+    const std::string mode = argc > 2 ? argv[2] : "dump";
+    if (mode == "outcome") {
         printOutcomes(MoxReader::File(argv[1]));
-    } else if (argc > 2) {
+    } else if (mode == "damages") {
         judgeDamages(bytesOf(argv[1]));
+    } else if (mode == "dumps") {
+        writeDumps(argv[1]);
     } else {
-        std::cout << ModelText(MoxReader::File(argv[1])).text();
+        std::cout << Dump(MoxReader::File(argv[1])).text;
     }
     return 0;
 } catch (const MoxReader::Error& error) {

@@ -94,30 +94,30 @@ std::vector<std::string> shapePaths() {
 
 } // namespace
 
-Workload::Workload(std::string workFolder) : folder(std::move(workFolder)) {}
+Workload::Workload(std::string workFolder) : folder_(std::move(workFolder)) {}
 
 bool Workload::run() {
-    attempt("Model", [&] { model.emplace(); });
+    attempt("Model", [&] { model_.emplace(); });
     makeValues();
-    open(folder + "/first.mox");
+    open(folder_ + "/first.mox");
     addNodes();
     addArrays();
     if (!close()) {
         return false;
     }
-    if (!closeFailed) {
-        check(folder + "/first.mox");
+    if (!closeFailed_) {
+        check(folder_ + "/first.mox");
     }
-    mayFail = false;
-    saveOnceMore(folder + "/second.mox");
+    mayFail_ = false;
+    saveOnceMore(folder_ + "/second.mox");
     return true;
 }
 
 void Workload::saveOnceMore(const std::string& path) {
     open(path);
     addNodes();
-    addArraysOf(*scalars, 0, {NodeIds, ElementScalar, bitsOf(values<float>(Rows))});
-    model->close();
+    addArraysOf(*scalars_, 0, {NodeIds, ElementScalar, bitsOf(values<float>(Rows))});
+    model_->close();
     check(path);
 }
 
@@ -126,7 +126,7 @@ void Workload::saveOnceMore(const std::string& path) {
 bool Workload::succeeds(const std::string& call, const std::function<void()>& action) {
     const unsigned int compressions = FailingAllocator::compressions();
     try {
-        if (mayFail) {
+        if (mayFail_) {
             FailingAllocator::resume();
         }
         action();
@@ -134,11 +134,11 @@ bool Workload::succeeds(const std::string& call, const std::function<void()>& ac
         return true;
     } catch (const std::exception& failure) {
         FailingAllocator::disarm();
-        require(mayFail && FailingAllocator::hasFailed() && isOutOfMemory(failure),
+        require(mayFail_ && FailingAllocator::hasFailed() && isOutOfMemory(failure),
                 call + " threw " + typeid(failure).name() + ": " + failure.what());
-        mayFail = false;
+        mayFail_ = false;
         if (hasLostABlock(failure, compressions)) {
-            arrays.clear();
+            arrays_.clear();
         }
         return false;
     }
@@ -153,12 +153,12 @@ void Workload::attempt(const std::string& call, const std::function<void()>& act
 }
 
 bool Workload::close() {
-    closeFailed = !succeeds("close", [&] { model->close(); });
-    if (!closeFailed) {
+    closeFailed_ = !succeeds("close", [&] { model_->close(); });
+    if (!closeFailed_) {
         return true;
     }
     try {
-        model->close();
+        model_->close();
         return true;
     } catch (const Qel::Exception::Exception&) {
         return false;
@@ -178,7 +178,7 @@ void Workload::makeAttributes() {
     const auto floats = values<float>(20);
     const auto ints = values<int>(20);
     const auto unsigneds = values<unsigned int>(20);
-    Attributes& all = attributes;
+    Attributes& all = attributes_;
     attempt("Attributes::set(const char*)", [&] { all.set("text", LongText.c_str()); });
     attempt("Attributes::set(std::string)", [&] { all.set(LongKey, LongText); });
     attempt("Attributes::set(float)", [&] { all.set("float", 1.5F); });
@@ -198,10 +198,10 @@ void Workload::makeAttributes() {
 
 void Workload::makeProperties() {
     attempt("NodeProperties::set(floats)", [&] {
-        groupProperties.set(Translation, std::vector<float>{1, 2, 3});
-        groupProperties.set(Rotation, std::vector<float>{0, 1, 0, 0.5F});
+        groupProperties_.set(Translation, std::vector<float>{1, 2, 3});
+        groupProperties_.set(Rotation, std::vector<float>{0, 1, 0, 0.5F});
     });
-    attempt("NodeProperties::set(float)", [&] { shapeProperties.set(Transparency, Transparent); });
+    attempt("NodeProperties::set(float)", [&] { shapeProperties_.set(Transparency, Transparent); });
     NodeProperties others;
     attempt("NodeProperties::set(const char*)", [&] { others.set(Scale, LongText.c_str()); });
     attempt("NodeProperties::set(std::string)", [&] { others.set(Rotation, LongText); });
@@ -210,23 +210,23 @@ void Workload::makeProperties() {
     attempt("NodeProperties::set(bool)", [&] { others.set(ShapeSwitch, true); });
     std::optional<NodeProperties> copy;
     attempt("NodeProperties(NodeProperties)", [&] { copy.emplace(others); });
-    attempt("NodeProperties::operator=", [&] { *copy = groupProperties; });
-    attempt("NodeProperties::operator= back", [&] { groupProperties = *copy; });
+    attempt("NodeProperties::operator=", [&] { *copy = groupProperties_; });
+    attempt("NodeProperties::operator= back", [&] { groupProperties_ = *copy; });
 }
 
 void Workload::makeSteps() {
-    attempt("Step", [&] { step = Step{StepNames[0], attributes}; });
+    attempt("Step", [&] { step_ = Step{StepNames[0], attributes_}; });
     std::optional<StepList> list;
     attempt("StepList", [&] { list.emplace(2); });
-    attempt("StepList::set", [&] { list->set(0, step); });
-    attempt("StepList::operator[]", [&] { step = (*list)[0]; });
-    attempt("StepList::set once more", [&] { list->set(1, Step{StepNames[1], attributes}); });
-    attempt("StepList(StepList)", [&] { twoSteps.emplace(*list); });
-    attempt("StepList::operator=", [&] { *list = *twoSteps; });
+    attempt("StepList::set", [&] { list->set(0, step_); });
+    attempt("StepList::operator[]", [&] { step_ = (*list)[0]; });
+    attempt("StepList::set once more", [&] { list->set(1, Step{StepNames[1], attributes_}); });
+    attempt("StepList(StepList)", [&] { twoSteps_.emplace(*list); });
+    attempt("StepList::operator=", [&] { *list = *twoSteps_; });
     attempt("StepList::operator= to a longer list", [&] {
         StepList longer(5);
         longer = *list;
-        *twoSteps = longer;
+        *twoSteps_ = longer;
     });
 }
 
@@ -235,96 +235,96 @@ void Workload::makeArrays() {
     const std::vector<unsigned int> integers = values<unsigned int>(Rows);
     const std::vector<float> table = values<float>(Rows * Columns);
     const std::vector<unsigned int> integerTable = values<unsigned int>(Rows * Columns);
-    attempt("Array1d(size, value)", [&] { scalars = Array1d<float>(Rows + 1, 1.5F); });
-    attempt("Array1d::operator=", [&] { *scalars = Array1d<float>(floats); });
-    attempt("Array1d(size)", [&] { numbers.emplace(std::size_t{3}); });
-    attempt("Array1d::operator= to a longer array", [&] { *numbers = Array1d<unsigned int>(integers); });
-    attempt("Array1d(Array1d)", [&] { *numbers = Array1d<unsigned int>(*numbers); });
-    attempt("Array2d(rows, columns)", [&] { vectors.emplace(Columns, Rows); });
-    attempt("Array2d::operator= of another shape", [&] { *vectors = Array2d<float>(Rows, Columns, table); });
-    attempt("Array2d(rows, columns, value)", [&] { numberTable.emplace(2, 2, 7U); });
+    attempt("Array1d(size, value)", [&] { scalars_ = Array1d<float>(Rows + 1, 1.5F); });
+    attempt("Array1d::operator=", [&] { *scalars_ = Array1d<float>(floats); });
+    attempt("Array1d(size)", [&] { numbers_.emplace(std::size_t{3}); });
+    attempt("Array1d::operator= to a longer array", [&] { *numbers_ = Array1d<unsigned int>(integers); });
+    attempt("Array1d(Array1d)", [&] { *numbers_ = Array1d<unsigned int>(*numbers_); });
+    attempt("Array2d(rows, columns)", [&] { vectors_.emplace(Columns, Rows); });
+    attempt("Array2d::operator= of another shape", [&] { *vectors_ = Array2d<float>(Rows, Columns, table); });
+    attempt("Array2d(rows, columns, value)", [&] { numberTable_.emplace(2, 2, 7U); });
     attempt("Array2d::operator= to a larger table",
-            [&] { *numberTable = Array2d<unsigned int>(Rows, Columns, integerTable); });
+            [&] { *numberTable_ = Array2d<unsigned int>(Rows, Columns, integerTable); });
 }
 
 // --- The model
 
 void Workload::open(const std::string& path) {
-    nodeNames.clear();
-    arrays.clear();
+    nodeNames_.clear();
+    arrays_.clear();
     const SaverOptions options{.overwrite = true, .sourceName = LongText, .sourceVersion = LongText};
     // A model whose file could not be opened has to be closed before it can be saved to another.
     attempt(
-        "saveTo", [&] { model->saveTo(path, options); }, [&] { model->close(); });
+        "saveTo", [&] { model_->saveTo(path, options); }, [&] { model_->close(); });
 }
 
 void Workload::addNodes() {
     attempt("addNode(RootMarkedGroup)",
-            [&] { model->addNode(RootMarkedGroup, "the root of the assembly", attributes); });
+            [&] { model_->addNode(RootMarkedGroup, "the root of the assembly", attributes_); });
     attempt(
-        "addNode(Group)", [&] { group = model->addNode(Group, "the group of all shapes", attributes); },
-        [&] { model->setCurrentNodeId(1); });
-    nodeNames = {{1, "the root of the assembly"}, {group, "the group of all shapes"}};
-    attempt("setNodeData of a group", [&] { model->setNodeData(group, groupProperties, attributes); });
-    attempt("addNode(Shape)", [&] { shape = model->addNode(Shape, "a shape with a long name"); });
-    nodeNames[shape] = "a shape with a long name";
-    attempt("setNodeData of a shape", [&] { model->setNodeData(shape, shapeProperties); });
-    attempt("moveToParentNode", [&] { model->moveToParentNode(); });
-    attempt("setCurrentNodeId", [&] { model->setCurrentNodeId(group); });
+        "addNode(Group)", [&] { group_ = model_->addNode(Group, "the group of all shapes", attributes_); },
+        [&] { model_->setCurrentNodeId(1); });
+    nodeNames_ = {{1, "the root of the assembly"}, {group_, "the group of all shapes"}};
+    attempt("setNodeData of a group", [&] { model_->setNodeData(group_, groupProperties_, attributes_); });
+    attempt("addNode(Shape)", [&] { shape_ = model_->addNode(Shape, "a shape with a long name"); });
+    nodeNames_[shape_] = "a shape with a long name";
+    attempt("setNodeData of a shape", [&] { model_->setNodeData(shape_, shapeProperties_); });
+    attempt("moveToParentNode", [&] { model_->moveToParentNode(); });
+    attempt("setCurrentNodeId", [&] { model_->setCurrentNodeId(group_); });
     const std::vector<std::string> components = {"the root of the assembly", "the group of all shapes"};
     unsigned int found = 0;
     attempt("getNodeId(path)",
-            [&] { found = model->getNodeId("/the root of the assembly/the group of all shapes"); });
-    require(found == group, "getNodeId(path) doesn't find the group");
-    attempt("getNodeId(components)", [&] { found = model->getNodeId(components); });
-    require(found == group, "getNodeId(components) doesn't find the group");
+            [&] { found = model_->getNodeId("/the root of the assembly/the group of all shapes"); });
+    require(found == group_, "getNodeId(path) doesn't find the group");
+    attempt("getNodeId(components)", [&] { found = model_->getNodeId(components); });
+    require(found == group_, "getNodeId(components) doesn't find the group");
     mergePaths();
 }
 
 void Workload::mergePaths() {
     const std::vector<std::string> paths = shapePaths();
-    attempt("addAssemblyComponents(vector)", [&] { geometries = model->addAssemblyComponents(paths); });
+    attempt("addAssemblyComponents(vector)", [&] { geometries_ = model_->addAssemblyComponents(paths); });
     std::map<std::string, Attributes> groups;
-    groups["/the root of the assembly/the group made by a path/"] = attributes;
-    groups["/the root of the assembly/the group made by another path/"] = attributes;
+    groups["/the root of the assembly/the group made by a path/"] = attributes_;
+    groups["/the root of the assembly/the group made by another path/"] = attributes_;
     std::optional<Array1d<unsigned int>> ids;
-    attempt("addAssemblyComponents(map)", [&] { ids.emplace(model->addAssemblyComponents(groups)); });
-    nodeNames[(*ids)[0]] = "the group made by a path";
-    nodeNames[(*ids)[1]] = "the group made by another path";
+    attempt("addAssemblyComponents(map)", [&] { ids.emplace(model_->addAssemblyComponents(groups)); });
+    nodeNames_[(*ids)[0]] = "the group made by a path";
+    nodeNames_[(*ids)[1]] = "the group made by another path";
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        nodeNames[(*geometries)[i]] = "the shape number " + std::to_string(i);
+        nodeNames_[(*geometries_)[i]] = "the shape number " + std::to_string(i);
     }
 }
 
 void Workload::addArrays() {
     const std::vector<std::uint32_t> floatTable = bitsOf(values<float>(Rows * Columns));
     const std::vector<std::uint32_t> integerTable = bitsOf(values<unsigned int>(Rows * Columns));
-    addArraysOf(*scalars, 0, {NodeIds, ElementScalar, bitsOf(values<float>(Rows))});
-    addArraysOf(*numbers, 1, {ElementIds, NodeScalar, bitsOf(values<unsigned int>(Rows))});
-    addArraysOf(*vectors, 2, {DisplacementVector, ElementVector, floatTable});
-    addArraysOf(*numberTable, 3, {Coordinates, NodeVector, integerTable});
+    addArraysOf(*scalars_, 0, {NodeIds, ElementScalar, bitsOf(values<float>(Rows))});
+    addArraysOf(*numbers_, 1, {ElementIds, NodeScalar, bitsOf(values<unsigned int>(Rows))});
+    addArraysOf(*vectors_, 2, {DisplacementVector, ElementVector, floatTable});
+    addArraysOf(*numberTable_, 3, {Coordinates, NodeVector, integerTable});
 }
 
 template <typename ArrayT>
 void Workload::addArraysOf(const ArrayT& array, unsigned int kind, const ArrayTypes& types) {
-    const auto shapeAt = [&](unsigned int i) { return (*geometries)[kind * ShapesOfOneKind + i]; };
-    addArray(array, shapeAt(0), step, types, {shapeAt(0)}, 1);
-    addArray(array, shapeAt(1), *twoSteps, types, {shapeAt(1)}, 2);
+    const auto shapeAt = [&](unsigned int i) { return (*geometries_)[kind * ShapesOfOneKind + i]; };
+    addArray(array, shapeAt(0), step_, types, {shapeAt(0)}, 1);
+    addArray(array, shapeAt(1), *twoSteps_, types, {shapeAt(1)}, 2);
     const Array1d<unsigned int> firstPair{shapeAt(2), shapeAt(3)};
-    addArray(array, firstPair, step, types, {shapeAt(2), shapeAt(3)}, 1);
+    addArray(array, firstPair, step_, types, {shapeAt(2), shapeAt(3)}, 1);
     const Array1d<unsigned int> secondPair{shapeAt(4), shapeAt(5)};
-    addArray(array, secondPair, *twoSteps, types, {shapeAt(4), shapeAt(5)}, 2);
+    addArray(array, secondPair, *twoSteps_, types, {shapeAt(4), shapeAt(5)}, 2);
 }
 
 template <typename ArrayT, typename IdsT, typename StepsT>
 void Workload::addArray(const ArrayT& array, const IdsT& ids, const StepsT& steps, const ArrayTypes& types,
                         const std::vector<unsigned int>& nodes, unsigned int stepCount) {
     attempt("addArrayProperty(type)",
-            [&] { model->addArrayProperty(types.withDefaultName, array, ids, steps, attributes); });
+            [&] { model_->addArrayProperty(types.withDefaultName, array, ids, steps, attributes_); });
     expectArray(DefaultNames.at(types.withDefaultName), nodes, stepCount, types.bits);
     attempt("addArrayProperty(name)", [&] {
-        model->addArrayProperty("a name of the caller's choice", types.withoutName, array, ids, steps,
-                                attributes);
+        model_->addArrayProperty("a name of the caller's choice", types.withoutName, array, ids, steps,
+                                 attributes_);
     });
     expectArray("a name of the caller's choice", nodes, stepCount, types.bits);
 }
@@ -333,7 +333,7 @@ void Workload::expectArray(const std::string& name, const std::vector<unsigned i
                            unsigned int stepCount, const std::vector<std::uint32_t>& bits) {
     for (const unsigned int node : nodes) {
         for (unsigned int i = 0; i < stepCount; ++i) {
-            arrays.push_back({node, name + '\x1e' + StepNames[i], bits});
+            arrays_.push_back({node, name + '\x1e' + StepNames[i], bits});
         }
     }
 }
@@ -343,19 +343,19 @@ void Workload::expectArray(const std::string& name, const std::vector<unsigned i
 void Workload::check(const std::string& path) const {
     const MoxReader::File file(path);
     const MoxReader::Model saved = MoxReader::readModel(file);
-    for (const auto& [id, name] : nodeNames) {
+    for (const auto& [id, name] : nodeNames_) {
         require(saved.node(id).name == name,
                 "node " + std::to_string(id) + " is called " + saved.node(id).name);
     }
-    const MoxReader::Group& savedGroup = *saved.node(group).group();
+    const MoxReader::Group& savedGroup = *saved.node(group_).group();
     require(savedGroup.translation == std::array{1.0F, 2.0F, 3.0F},
             "the group's translation is not that set");
     require(std::get<std::string>(savedGroup.attributes.at(LongKey)) == LongText,
             "the group's text is not that set");
-    const MoxReader::Shape& savedShape = *saved.node(saved.node(shape).parent).shape();
+    const MoxReader::Shape& savedShape = *saved.node(saved.node(shape_).parent).shape();
     require(savedShape.material.transparency == Transparent, "the shape's transparency is not that set");
     MoxReader::HeavyData heavy(file, saved);
-    for (const SavedArray& array : arrays) {
+    for (const SavedArray& array : arrays_) {
         checkArray(saved, heavy, array);
     }
 }

@@ -69,26 +69,26 @@ private:
     static void checkArray(const MoxReader::Model& saved, MoxReader::HeavyData& heavy,
                            const SavedArray& array);
 
-    std::string folder;
-    bool mayFail = true;
-    bool closeFailed = false;
+    std::string folder_;
+    bool mayFail_ = true;
+    bool closeFailed_ = false;
 
-    std::optional<Qel::Mox2::Model> model;
-    Qel::Mox2::Attributes attributes;
-    Qel::Mox2::NodeProperties groupProperties;
-    Qel::Mox2::NodeProperties shapeProperties;
-    Qel::Mox2::Step step;
-    std::optional<Qel::Mox2::StepList> twoSteps;
-    std::optional<Qel::Mox2::Array1d<float>> scalars;
-    std::optional<Qel::Mox2::Array1d<unsigned int>> numbers;
-    std::optional<Qel::Mox2::Array2d<float>> vectors;
-    std::optional<Qel::Mox2::Array2d<unsigned int>> numberTable;
+    std::optional<Qel::Mox2::Model> model_;
+    Qel::Mox2::Attributes attributes_;
+    Qel::Mox2::NodeProperties groupProperties_;
+    Qel::Mox2::NodeProperties shapeProperties_;
+    Qel::Mox2::Step step_;
+    std::optional<Qel::Mox2::StepList> twoSteps_;
+    std::optional<Qel::Mox2::Array1d<float>> scalars_;
+    std::optional<Qel::Mox2::Array1d<unsigned int>> numbers_;
+    std::optional<Qel::Mox2::Array2d<float>> vectors_;
+    std::optional<Qel::Mox2::Array2d<unsigned int>> numberTable_;
 
-    unsigned int group = 0;
-    unsigned int shape = 0;
-    std::optional<Qel::Mox2::Array1d<unsigned int>> geometries;
-    std::map<unsigned int, std::string> nodeNames;
-    std::vector<SavedArray> arrays;
+    unsigned int group_ = 0;
+    unsigned int shape_ = 0;
+    std::optional<Qel::Mox2::Array1d<unsigned int>> geometries_;
+    std::map<unsigned int, std::string> nodeNames_;
+    std::vector<SavedArray> arrays_;
 };
 
 } // namespace Memory

@@ -328,32 +328,98 @@ class Unshuffling(MoxTest):
         self.assertEqual([], list(moxreader.unshuffle(b"", 0, "f")))
 
 
-class Json(MoxTest):
-    def test_floats_have_the_fewest_digits_that_read_back_equal(self):
-        for value in (0.1, 0.8, 1 / 3, 16777216.0, 3.4028234663852886e38, 1e-45, -0.0):
-            single = struct.unpack("<f", f32(value))[0]
-            printed = moxreader.json_float(single)
-            self.assertEqual(f32(single), f32(printed))
-        self.assertEqual(0.1, moxreader.json_float(struct.unpack("<f", f32(0.1))[0]))
+class Floats(MoxTest):
+    def single(self, bits):
+        return struct.unpack("<f", struct.pack("<I", bits))[0]
 
-    def test_what_is_no_number_becomes_a_text(self):
-        self.assertEqual(["NaN", "Infinity", "-Infinity"],
-                         [moxreader.json_float(value) for value in (math.nan, math.inf, -math.inf)])
+    def test_have_the_fewest_digits_that_read_back_equal(self):
+        for bits, text in ((0x3DCCCCCD, "0.1"), (0x3F4CCCCD, "0.8"), (0x3EAAAAAB, "0.33333334"), (0x4B800000, "16777216.0"),
+                           (0x7F7FFFFF, "3.4028235e+38"), (0x00000001, "1e-45"), (0x00800000, "1.1754944e-38"),
+                           (0x3F800001, "1.0000001"), (0xC0490FDB, "-3.1415927")):
+            self.assertEqual(text, moxreader.float_text(self.single(bits)))
 
-    def test_the_whole_sample_becomes_json(self):
-        file, model = open_sample()
-        with file:
-            result = json.loads(json.dumps(moxreader.to_json(file, model, with_numbers=True, with_date=False),
-                                           allow_nan=False))
-        self.assertNotIn("date", result["modifiers"][0])
-        self.assertEqual("\\xff", result["nodes"][4]["name"])
-        coordinates, ids, again, _ = result["nodes"][2]["datasets"]
+    def test_of_a_power_of_two_can_have_the_next_higher_digits(self):
+        # 2^87 is 1.547425049106725e+26. The nearest of eight digits, 1.5474250e+26, is that of the float below.
+        self.assertEqual("1.5474251e+26", moxreader.float_text(2.0 ** 87))
+        for exponent in range(-149, 128):
+            value = 2.0 ** exponent
+            self.assertEqual(value, struct.unpack("<f", struct.pack("<f", float(moxreader.float_text(value))))[0])
+
+    def test_have_an_exponent_below_1e_4_and_from_1e16_on(self):
+        texts = [moxreader.float_text(value, is_single=False) for value in (1e-4, 1e-5, 1e15, 1e16, 123.5, -1.5e-7)]
+        self.assertEqual(["0.0001", "1e-05", "1000000000000000.0", "1e+16", "123.5", "-1.5e-07"], texts)
+
+    def test_keep_the_sign_of_zero(self):
+        self.assertEqual(["0.0", "-0.0"], [moxreader.float_text(0.0), moxreader.float_text(-0.0)])
+
+    def test_that_are_not_finite_are_texts(self):
+        self.assertEqual(['"nan"', '"inf"', '"-inf"'],
+                         [moxreader.float_text(value) for value in (math.nan, math.inf, -math.inf)])
+
+
+class Texts(MoxTest):
+    def test_escape_what_json_demands_and_nothing_else(self):
+        self.assertEqual('"\\"\\\\/\\n\\u001b\x7fü"', moxreader.quoted('"\\/\n\x1b\x7fü'))
+
+    def test_that_are_not_utf8_are_bytes(self):
+        self.assertEqual('{"bytes":"61ff"}', moxreader.quoted(moxreader.to_text(b"a\xff")))
+
+
+class Dumps(MoxTest):
+    def dump(self, data, **options):
+        with moxreader.File(data) as file:
+            dump = moxreader.Dump(file, moxreader.Model(file), **options)
+            return json.loads(dump.text()), dump.damage
+
+    def test_have_the_whole_sample(self):
+        result, damage = self.dump(moxfile.compressed_file(moxfile.sample()), numbers=True, no_date=True)
+        self.assertIsNone(damage)
+        self.assertNotIn("date", result["saves"][0])
+        self.assertEqual({"bytes": "ff"}, result["nodes"][4]["name"])
+        coordinates, ids, again, once_more = result["nodes"][2]["datasets"]
         self.assertEqual([[1, 3, 5], [2, 4, 6]], coordinates["numbers"])
         self.assertEqual([0x01020304, 0x05060708], ids["numbers"])
-        self.assertEqual({"node": 3, "index": 1}, again["numbersOf"])
-        self.assertEqual({"integer": 7}, result["nodes"][0]["attributes"]["count"])
-        self.assertEqual({"float": 0.1}, result["nodes"][0]["attributes"]["ratio"])
-        self.assertEqual({"double": 3.25}, result["nodes"][0]["attributes"]["pi"])
+        self.assertEqual(({"node": 3, "dataset": 3}, {"node": 3, "dataset": 1}), (again["link"], again["holder"]))
+        self.assertEqual({"node": 3, "dataset": 1}, once_more["link"])
+        self.assertNotIn("holder", once_more)
+        self.assertEqual([{"key": "count", "integer": 7}, {"key": "name", "text": "Müller"}, {"key": "pi", "double": 3.25},
+                          {"key": "ratio", "float": 0.1}], result["nodes"][0]["attributes"])
+        self.assertEqual([{"name": "top", "members": [[7, 1], [8, 2]]}, {"name": "", "members": []},
+                          {"name": "fe", "members": [[9, 3]]}],
+                         result["nodes"][5]["sets"])
+
+    def test_have_numbers_and_storage_on_request_alone(self):
+        data = moxfile.plain_file(moxfile.sample())
+        brief, _ = self.dump(data)
+        self.assertNotIn("blocks", brief)
+        self.assertNotIn("numbers", brief["nodes"][2]["datasets"][0])
+        self.assertNotIn("sets", brief["nodes"][5])
+        full, _ = self.dump(data, storage=True)
+        self.assertEqual({"id": 0, "number": 1, "name": "Heavy Data", "length": 113, "flags": 0, "reserved": 0,
+                          "position": 2800, "overwritten": False}, full["blocks"][0])
+        self.assertEqual(6, len(full["blocks"]))
+        self.assertEqual([2, 4, 6], full["nodes"][0]["children"])
+        self.assertEqual(24, full["nodes"][2]["datasets"][1]["position"])
+
+    def test_name_what_cannot_be_read_and_go_on(self):
+        streams = moxfile.sample()
+        heavy = moxfile.compressed(streams.pop(b"Heavy Data"))
+        blocks = [(b"Heavy Data", heavy[:-1] + bytes([heavy[-1] ^ 1]), 1)]
+        blocks += [(name, content, 0) for name, content in streams.items()]
+        result, damage = self.dump(moxfile.file(blocks), numbers=True)
+        self.assertEqual("ChecksumMismatch", damage.code)
+        first, second, *_ = result["nodes"][2]["datasets"]
+        self.assertEqual(["ChecksumMismatch"] * 3,
+                         [first["unreadable"], second["unreadable"], result["nodes"][5]["unreadable"]])
+        self.assertNotIn("numbers", first)
+
+    def test_name_why_a_link_has_no_end(self):
+        ring = moxfile.link(b"a", 0x05000006, 3, 3) + moxfile.link(b"b", 0x05000006, 3, 2)
+        nowhere = moxfile.link(b"a", 0x05000006, 9, 0) + moxfile.link(b"b", 0x05000006, 3, 2)
+        for links, code in ((ring, "LinkCycle"), (nowhere, "BadLinkTarget")):
+            result, damage = self.dump(moxfile.plain_file(moxfile.sample(links)))
+            self.assertEqual([code, code], [each["unreadable"] for each in result["nodes"][2]["datasets"][2:]])
+            self.assertEqual(code, damage.code)
 
 
 class Script(MoxTest):
@@ -368,13 +434,20 @@ class Script(MoxTest):
     def test_a_model_is_printed_as_json(self):
         code, out, err = self.run_on(moxfile.compressed_file(moxfile.sample()))
         self.assertEqual((0, ""), (code, err))
-        self.assertEqual("today", json.loads(out)["modifiers"][0]["date"])
+        self.assertEqual("today", json.loads(out)["saves"][0]["date"])
         self.assertNotIn('"numbers"', out)
 
     def test_a_damaged_file_is_one_line_on_stderr(self):
         code, out, err = self.run_on(b"no such format", "--numbers")
         self.assertEqual((1, ""), (code, out))
         self.assertRegex(err, r"^moxreader.py: .*model of Müller.mox: the signature .*\n$")
+        self.assertEqual(1, err.count("\n"))
+
+    def test_lost_numbers_are_one_line_on_stderr_and_the_rest_is_printed(self):
+        streams = {**moxfile.sample(), b"Heavy Data": b""}
+        code, out, err = self.run_on(moxfile.plain_file(streams), "--numbers")
+        self.assertEqual(1, code)
+        self.assertEqual("EndOfStream", json.loads(out)["nodes"][2]["datasets"][0]["unreadable"])
         self.assertEqual(1, err.count("\n"))
 
     def test_a_missing_file_is_one_line_on_stderr(self):

@@ -95,11 +95,11 @@ TEST_F(MoxTree, ConstructorSeedsTheRandomNumbersWithZero) {
 TEST_F(MoxTree, DestructorDeletesTheDataOfEveryNode) {
     class Noting final : public Node {
     public:
-        explicit Noting(int& count) : Node("noting"), deleted(count) {}
-        ~Noting() override { ++deleted; }
+        explicit Noting(int& count) : Node("noting"), deleted_(count) {}
+        ~Noting() override { ++deleted_; }
 
     private:
-        int& deleted;
+        int& deleted_;
     };
     int deleted = 0;
     {

@@ -30,15 +30,15 @@ bool AddressSpaceLimit::isAvailable() {
     return true;
 }
 
-AddressSpaceLimit::AddressSpaceLimit() : former(std::make_unique<Former>()) {
-    getrlimit(RLIMIT_AS, &former->limit);
-    rlimit lowered = former->limit;
+AddressSpaceLimit::AddressSpaceLimit() : former_(std::make_unique<Former>()) {
+    getrlimit(RLIMIT_AS, &former_->limit);
+    rlimit lowered = former_->limit;
     lowered.rlim_cur = usedAddressSpace() + Slack;
     setrlimit(RLIMIT_AS, &lowered);
 }
 
 AddressSpaceLimit::~AddressSpaceLimit() {
-    setrlimit(RLIMIT_AS, &former->limit);
+    setrlimit(RLIMIT_AS, &former_->limit);
 }
 
 } // namespace Support

@@ -18,7 +18,7 @@ public:
 
 private:
     struct Former;
-    std::unique_ptr<Former> former;
+    std::unique_ptr<Former> former_;
 };
 
 } // namespace Support

@@ -15,18 +15,18 @@ namespace Support {
 class BlockSizeGuard {
 public:
     explicit BlockSizeGuard(const std::optional<std::string>& value = {})
-        : variable(BlockSizeVariable, value),
-          formerStep(std::exchange(QelTnf::defaultBlockSize, 10'485'760)) {}
+        : variable_(BlockSizeVariable, value),
+          formerStep_(std::exchange(QelTnf::defaultBlockSize, 10'485'760)) {}
     BlockSizeGuard(const BlockSizeGuard&) = delete;
     BlockSizeGuard& operator=(const BlockSizeGuard&) = delete;
-    ~BlockSizeGuard() { QelTnf::defaultBlockSize = formerStep; }
+    ~BlockSizeGuard() { QelTnf::defaultBlockSize = formerStep_; }
 
     /// Changes the variable again; nothing removes it.
-    void set(const std::optional<std::string>& value) { variable.set(value); }
+    void set(const std::optional<std::string>& value) { variable_.set(value); }
 
 private:
-    EnvironmentGuard variable;
-    std::uint32_t formerStep;
+    EnvironmentGuard variable_;
+    std::uint32_t formerStep_;
 };
 
 } // namespace Support

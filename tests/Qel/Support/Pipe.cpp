@@ -39,18 +39,18 @@ Pipe::Pipe() {
     if (pipe(ends.data()) != 0) {
         throw std::runtime_error("no pipe can be made");
     }
-    readEnd = ends[0];
-    writeEnd = fdopen(ends[1], "wb");
+    readEnd_ = ends[0];
+    writeEnd_ = fdopen(ends[1], "wb");
 }
 
 Pipe::~Pipe() {
     closeWriteEnd();
-    close(readEnd);
+    close(readEnd_);
 }
 
 void Pipe::closeWriteEnd() {
-    if (writeEnd != nullptr) {
-        std::fclose(std::exchange(writeEnd, nullptr));
+    if (writeEnd_ != nullptr) {
+        std::fclose(std::exchange(writeEnd_, nullptr));
     }
 }
 
@@ -58,7 +58,7 @@ ByteVector Pipe::drain() {
     closeWriteEnd();
     ByteVector bytes;
     std::array<std::uint8_t, 4096> part{};
-    for (ssize_t count = 0; (count = read(readEnd, part.data(), part.size())) > 0;) {
+    for (ssize_t count = 0; (count = read(readEnd_, part.data(), part.size())) > 0;) {
         bytes.insert(bytes.end(), part.begin(), part.begin() + count);
     }
     return bytes;

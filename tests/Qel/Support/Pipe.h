@@ -17,7 +17,7 @@ public:
     Pipe& operator=(const Pipe&) = delete;
     ~Pipe();
 
-    std::FILE* stream() const { return writeEnd; }
+    std::FILE* stream() const { return writeEnd_; }
 
     /// Closes the stream.
     /// @return everything that was written.
@@ -26,8 +26,8 @@ public:
 private:
     void closeWriteEnd();
 
-    int readEnd = -1;
-    std::FILE* writeEnd = nullptr;
+    int readEnd_ = -1;
+    std::FILE* writeEnd_ = nullptr;
 };
 
 } // namespace Support

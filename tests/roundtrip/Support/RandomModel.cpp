@@ -58,7 +58,7 @@ void withArray(const std::vector<std::uint32_t>& bits, unsigned width, unsigned 
 } // namespace
 
 RandomModel::RandomModel(unsigned seed, unsigned calls, unsigned rows)
-    : random(seed), arrayCalls(calls), largestRows(rows) {}
+    : random_(seed), arrayCalls_(calls), largestRows_(rows) {}
 
 void RandomModel::save(const std::string& path) {
     Model model;
@@ -67,14 +67,14 @@ void RandomModel::save(const std::string& path) {
     model.saveTo(path, options);
     addNodes(model);
     setData(model);
-    for (unsigned i = 0; i < arrayCalls; ++i) {
+    for (unsigned i = 0; i < arrayCalls_; ++i) {
         addArray(model);
     }
     model.close();
 }
 
 unsigned RandomModel::anyBelow(unsigned bound) {
-    return std::uniform_int_distribution<unsigned>(0, bound - 1)(random);
+    return std::uniform_int_distribution<unsigned>(0, bound - 1)(random_);
 }
 
 template <typename T>
@@ -116,50 +116,50 @@ unsigned RandomModel::expectNode(unsigned parent, const std::string& name, const
     node.name = name;
     node.typeName = typeName;
     node.attributes = attributes;
-    nodes.push_back(node);
-    return static_cast<unsigned>(nodes.size());
+    nodes_.push_back(node);
+    return static_cast<unsigned>(nodes_.size());
 }
 
 void RandomModel::addNodes(Model& model) {
     Attributes rootAttributes;
     const AttributeMap expectedRoot = anyAttributes(rootAttributes);
     model.addNode(RootGroup, "root", rootAttributes);
-    groups.push_back(expectNode(0, "root", "Group", expectedRoot));
+    groups_.push_back(expectNode(0, "root", "Group", expectedRoot));
     for (unsigned i = 3 + anyBelow(20); i > 0; --i) {
-        const unsigned parent = anyOf(groups);
+        const unsigned parent = anyOf(groups_);
         const std::string name = anyName();
         model.setCurrentNodeId(parent);
         if (anyBelow(2) == 0) {
             Attributes attributes;
             const AttributeMap expected = anyAttributes(attributes);
             model.addNode(Group, name, attributes);
-            groups.push_back(expectNode(parent, name, "Group", expected));
+            groups_.push_back(expectNode(parent, name, "Group", expected));
         } else {
             model.addNode(Shape, name);
             const unsigned shape = expectNode(parent, name, "Shape");
-            geometries.push_back(expectNode(shape, name, "Geometry"));
+            geometries_.push_back(expectNode(shape, name, "Geometry"));
         }
     }
     model.setCurrentNodeId(1);
     model.addNode(Shape, "last");
-    geometries.push_back(expectNode(expectNode(1, "last", "Shape"), "last", "Geometry"));
+    geometries_.push_back(expectNode(expectNode(1, "last", "Shape"), "last", "Geometry"));
 }
 
 void RandomModel::setData(Model& model) {
-    for (const unsigned id : groups) {
+    for (const unsigned id : groups_) {
         NodeProperties properties;
         const std::vector<float> translation = {static_cast<float>(anyBelow(9)), -1.5F, 0.25F};
         properties.set(Translation, translation);
         model.setNodeData(id, properties);
-        nodes[id - 1].translation = translation;
+        nodes_[id - 1].translation = translation;
     }
-    for (const unsigned id : geometries) {
+    for (const unsigned id : geometries_) {
         NodeProperties properties;
         const float blue = static_cast<float>(anyBelow(2));
         properties.set(DiffuseColor, std::vector<float>{0.5F, 0.25F, blue});
         properties.set(Transparency, 0.125F);
         model.setNodeData(id, properties);
-        ExpectedNode& shape = nodes[nodes[id - 1].parent - 1];
+        ExpectedNode& shape = nodes_[nodes_[id - 1].parent - 1];
         shape.diffuse = {0.5F, 0.25F, blue, 1.0F};
         shape.transparency = 0.125F;
     }
@@ -167,7 +167,7 @@ void RandomModel::setData(Model& model) {
 
 void RandomModel::addArray(Model& model) {
     const ArrayKind kind = anyOf(ArrayKinds);
-    const unsigned rows = 1 + anyBelow(largestRows);
+    const unsigned rows = 1 + anyBelow(largestRows_);
     ExpectedDataset dataset{};
     dataset.variableType = kind.variableType;
     dataset.width = kind.width;
@@ -180,7 +180,7 @@ void RandomModel::addArray(Model& model) {
 
     std::vector<unsigned> ids;
     for (unsigned i = 1 + anyBelow(3); i > 0; --i) {
-        const unsigned id = anyOf(geometries);
+        const unsigned id = anyOf(geometries_);
         if (std::find(ids.begin(), ids.end(), id) == ids.end()) {
             ids.push_back(id);
         }
@@ -205,7 +205,7 @@ void RandomModel::addArray(Model& model) {
     }
     attributes.set("Link.dropped", 1);
     // Each call uses a new name, so that no call overwrites the entry of another.
-    const std::string name = "array " + std::to_string(++arraysAdded);
+    const std::string name = "array " + std::to_string(++arraysAdded_);
     withArray(dataset.bits, kind.width, dataset.elementTag, kind.width != 1 || anyBelow(2) == 0,
               [&](const auto& array) {
                   if (ids.size() == 1 && stepCount == 1) {
@@ -222,7 +222,7 @@ void RandomModel::expectArray(const ExpectedDataset& dataset, const std::string&
                               const std::vector<unsigned>& ids, const std::vector<std::string>& steps,
                               const std::vector<AttributeMap>& stepAttributes) {
     const unsigned holderNode = ids.front();
-    const auto holderIndex = static_cast<unsigned>(nodes[holderNode - 1].datasets.size());
+    const auto holderIndex = static_cast<unsigned>(nodes_[holderNode - 1].datasets.size());
     for (const unsigned id : ids) {
         for (std::size_t step = 0; step < steps.size(); ++step) {
             ExpectedDataset entry = dataset;
@@ -235,7 +235,7 @@ void RandomModel::expectArray(const ExpectedDataset& dataset, const std::string&
             } else {
                 entry.attributes.clear();
             }
-            nodes[id - 1].datasets.push_back(entry);
+            nodes_[id - 1].datasets.push_back(entry);
         }
     }
 }

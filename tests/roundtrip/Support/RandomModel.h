@@ -52,7 +52,7 @@ public:
     void save(const std::string& path);
 
     /// In order of the ids, from 1.
-    const std::vector<ExpectedNode>& getNodes() const { return nodes; }
+    const std::vector<ExpectedNode>& getNodes() const { return nodes_; }
 
 private:
     unsigned anyBelow(unsigned bound);
@@ -70,13 +70,13 @@ private:
     unsigned expectNode(unsigned parent, const std::string& name, const std::string& typeName,
                         const AttributeMap& attributes = {});
 
-    std::mt19937 random;
-    unsigned arrayCalls;
-    unsigned largestRows;
-    unsigned arraysAdded = 0;
-    std::vector<ExpectedNode> nodes;
-    std::vector<unsigned> groups;
-    std::vector<unsigned> geometries;
+    std::mt19937 random_;
+    unsigned arrayCalls_;
+    unsigned largestRows_;
+    unsigned arraysAdded_ = 0;
+    std::vector<ExpectedNode> nodes_;
+    std::vector<unsigned> groups_;
+    std::vector<unsigned> geometries_;
 };
 
 } // namespace Roundtrip

@@ -6,7 +6,9 @@ namespace MoxTool {
 
 void JsonStream::key(std::string_view name) {
     startItem();
-    put(Json(name).dump() + ": ");
+    put("\"");
+    put(name);
+    put("\": ");
     keyStands_ = true;
 }
 
@@ -60,7 +62,11 @@ void JsonStream::newLine() {
 }
 
 void JsonStream::put(std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), out_);
+    if (text_ != nullptr) {
+        *text_ += text;
+    } else {
+        std::fwrite(text.data(), 1, text.size(), out_);
+    }
 }
 
 } // namespace MoxTool

@@ -3,6 +3,7 @@
 #include "../common/CommandLine.h"
 #include "../common/JsonStream.h"
 #include "../common/OpenModel.h"
+#include "../common/Terminal.h"
 
 #include <cstdio>
 
@@ -13,11 +14,12 @@ namespace {
 constexpr const char* Details =
     R"(The order is that of the file for nodes and datasets and that of the alphabet for attributes, and one value
 stands on one line, so that dumps can be kept in a version control system and compared. The same model
-saved twice dumps the same, but for the date. A dataset that shares the numbers of another shows where
-they are: "link" holds the other's node and its place in that node's list, from 0.
+saved twice dumps the same, but for the date and for what --storage adds. A dataset that shares the numbers
+of another shows where they are: "link" holds the other's node and its place in that node's list, from 0.
 
 Numbers print so that they read back equal. JSON has no number for what is not finite: "nan", "inf" and
-"-inf" stand for these, as texts. A text that is no UTF-8 shows as {"bytes": "<hexadecimal>"}.
+"-inf" stand for these, as texts. A text that is no UTF-8 shows as {"bytes": "<hexadecimal>"}. What can't be
+read shows as "unreadable" with the reason, the rest prints nevertheless, and the command fails.
 
 Examples:
   mox dump bracket.mox
@@ -32,13 +34,19 @@ void DumpCommand::addOptions(CommandLine& line) {
     line.addFlag("--numbers", options_.numbers,
                  "With the numbers of all datasets and the members of node sets");
     line.addFlag("--no-date", options_.noDate, "Without the date on which the file was saved");
+    line.addFlag("--storage", options_.storage,
+                 "With the blocks and the streams of the file, and the places in them");
     line.setDetails(Details);
 }
 
 int DumpCommand::run(Terminal& terminal) {
     const OpenModel opened(path_);
     JsonStream json(stdout);
-    explainErrors(path_, [&] { ModelDump(opened, options_, json).write(terminal); });
+    ModelDump dump(opened.file(), opened.model(), options_, json);
+    explainErrors(path_, [&] { dump.write([&](double share) { terminal.progress("dumping", share); }); });
+    if (dump.damage()) {
+        throw readFailure(path_, *dump.damage());
+    }
     return 0;
 }
 

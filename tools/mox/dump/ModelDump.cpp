@@ -1,62 +1,99 @@
 #include "ModelDump.h"
 
-#include "../common/Terminal.h"
 #include "../common/datasetText.h"
-#include "../common/numberText.h"
+#include "floatText.h"
 
 #include <MoxReader/Format.h>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
+#include <zlib.h>
 
-#include <array>
-#include <cmath>
+#include <algorithm>
+#include <bit>
 #include <iterator>
+#include <span>
+#include <variant>
+#include <vector>
 
 namespace MoxTool {
 
 namespace {
 
-template <std::size_t Size>
-Json jsonNumbers(const std::array<float, Size>& numbers, std::size_t count = Size) {
-    Json list = Json::array();
-    for (std::size_t i = 0; i < count; ++i) {
-        list.push_back(jsonNumber(numbers[i]));
+std::string textJson(const std::string& text) {
+    return jsonText(text).dump();
+}
+
+std::string numbersJson(std::span<const float> numbers) {
+    std::vector<std::string> texts;
+    for (const auto number : numbers) {
+        texts.push_back(floatText(number));
     }
-    return list;
+    return fmt::format("[{}]", fmt::join(texts, ","));
 }
 
 // The name of the member shows the kind.
 struct AttributeMember {
-    Json& object;
-
-    void operator()(std::uint32_t value) const { object["integer"] = value; }
-    void operator()(float value) const { object["float"] = jsonNumber(value); }
-    void operator()(double value) const { object["double"] = jsonNumber(value); }
-    void operator()(const std::string& value) const { object["text"] = jsonText(value); }
+    std::string operator()(std::uint32_t value) const { return fmt::format(R"("integer":{})", value); }
+    std::string operator()(float value) const { return fmt::format(R"("float":{})", floatText(value)); }
+    std::string operator()(double value) const { return fmt::format(R"("double":{})", floatText(value)); }
+    std::string operator()(const std::string& value) const {
+        return fmt::format(R"("text":{})", textJson(value));
+    }
 };
 
-Json jsonAttribute(const std::string& key, const MoxReader::AttributeValue& value) {
-    Json attribute{{"key", jsonText(key)}};
-    std::visit(AttributeMember{attribute}, value);
-    return attribute;
+std::string attributeJson(const std::string& key, const MoxReader::AttributeValue& value) {
+    return fmt::format(R"({{"key":{},{}}})", textJson(key), std::visit(AttributeMember{}, value));
 }
 
-Json jsonMaterial(const MoxReader::Material& material) {
-    return {
-        {"version", jsonText(material.version)},       {"diffuse", jsonNumbers(material.diffuse)},
-        {"specular", jsonNumbers(material.specular)},  {"emissive", jsonNumbers(material.emissive, 3)},
-        {"ambient", jsonNumbers(material.ambient)},    {"transparency", jsonNumber(material.transparency)},
-        {"shininess", jsonNumber(material.shininess)}, {"flag", material.flag},
-    };
+std::string materialJson(const MoxReader::Material& material) {
+    return fmt::format(R"({{"version":{},"diffuse":{},"specular":{},"emissive":{},"ambient":{},)"
+                       R"("transparency":{},"shininess":{},"flag":{}}})",
+                       textJson(material.version), numbersJson(material.diffuse),
+                       numbersJson(material.specular), numbersJson(std::span(material.emissive).first<3>()),
+                       numbersJson(material.ambient), floatText(material.transparency),
+                       floatText(material.shininess), material.flag);
 }
 
 bool hasUnknownValues(const MoxReader::Dataset& dataset) {
-    return dataset.boolA || dataset.boolB || dataset.boolC || dataset.floatA != 0 || dataset.floatB != 0;
+    const auto isSet = [](float number) { return std::bit_cast<std::uint32_t>(number) != 0; };
+    return dataset.boolA || dataset.boolB || dataset.boolC || isSet(dataset.floatA) || isSet(dataset.floatB);
+}
+
+std::string unknownJson(const MoxReader::Dataset& dataset) {
+    return fmt::format("[{},{},{},{},{}]", dataset.boolA, dataset.boolB, floatText(dataset.floatA),
+                       floatText(dataset.floatB), dataset.boolC);
+}
+
+Json placeJson(std::uint32_t nodeId, std::uint32_t index) {
+    return {{"node", nodeId}, {"dataset", index}};
+}
+
+// A record that no block has claimed, as every writer leaves it.
+bool isUnclaimed(const MoxReader::BlockRecord& block) {
+    return block.name == MoxReader::Format::EmptyBlockName && block.number == (block.id + 1) % 256 &&
+           block.length == 0 && block.flags == 0 && block.reserved == 0;
+}
+
+std::string blockJson(const MoxReader::BlockRecord& block) {
+    return fmt::format(R"({{"id":{},"number":{},"name":{},"length":{},"flags":{},"reserved":{},)"
+                       R"("position":{},"overwritten":{}}})",
+                       block.id, block.number, textJson(block.name), block.length, block.flags,
+                       block.reserved, block.position, block.isOverwritten);
+}
+
+std::string checksumOf(MoxReader::StreamReader& stream) {
+    constexpr std::uint64_t Most = std::uint64_t{1} << 20U;
+    auto checksum = crc32(0, nullptr, 0);
+    while (!stream.atEnd()) {
+        const auto part = stream.readBytes(std::min(Most, stream.remaining()));
+        checksum = crc32(checksum, part.data(), static_cast<uInt>(part.size()));
+    }
+    return fmt::format("{:08x}", checksum);
 }
 
 void appendNumber(std::string& text, float number) {
-    text += std::isfinite(number) ? numberText(number) : '"' + numberText(number) + '"';
+    text += floatText(number);
 }
 
 void appendNumber(std::string& text, std::uint32_t number) {
@@ -64,46 +101,89 @@ void appendNumber(std::string& text, std::uint32_t number) {
 }
 
 template <typename Number>
-std::string rowText(const Number* row, std::size_t width) {
+std::string rowText(std::span<const Number> row) {
     std::string text;
-    for (std::size_t i = 0; i < width; ++i) {
-        text += i == 0 ? "" : ",";
-        appendNumber(text, row[i]);
+    for (const auto number : row) {
+        if (!text.empty()) {
+            text += ',';
+        }
+        appendNumber(text, number);
     }
-    return width == 1 ? text : "[" + text + "]";
+    return row.size() == 1 ? text : fmt::format("[{}]", text);
 }
 
 template <typename Number>
 void writeRows(JsonStream& json, const std::vector<Number>& numbers, std::size_t width) {
+    json.key("numbers");
     json.beginArray();
     for (std::size_t first = 0; first < numbers.size(); first += width) {
-        json.rawValue(rowText(&numbers[first], width));
+        json.rawValue(rowText(std::span(numbers).subspan(first, width)));
     }
     json.endArray();
 }
 
 } // namespace
 
-ModelDump::ModelDump(const OpenModel& opened, const Options& options, JsonStream& json)
-    : opened_(opened), options_(options), json_(json), heavy_(opened.file(), opened.model()) {}
+ModelDump::ModelDump(const MoxReader::File& file, const MoxReader::Model& model, const Options& options,
+                     JsonStream& json)
+    : file_(file), model_(model), options_(options), json_(json), heavy_(file, model) {}
 
-void ModelDump::write(Terminal& terminal) {
-    const auto& nodes = opened_.model().nodes();
+void ModelDump::write(const std::function<void(double)>& progress) {
+    const auto& nodes = model_.nodes();
     json_.beginObject();
-    member("fileVersion", jsonText(opened_.file().version()));
+    member("fileVersion", jsonText(file_.version()));
+    if (options_.storage) {
+        writeBlocks();
+        writeStreams();
+    }
     writeSaves();
     json_.key("nodes");
     json_.beginArray();
     for (const auto& node : nodes) {
-        terminal.progress("dumping", static_cast<double>(node.id) / static_cast<double>(nodes.size()));
+        progress(static_cast<double>(node.id) / static_cast<double>(nodes.size()));
         writeNode(node);
     }
     json_.endArray();
     json_.endObject();
 }
 
+void ModelDump::writeBlocks() {
+    json_.key("blocks");
+    json_.beginArray();
+    for (const auto& block : file_.blocks()) {
+        if (!isUnclaimed(block)) {
+            json_.rawValue(blockJson(block));
+        }
+    }
+    json_.endArray();
+}
+
+void ModelDump::writeStreams() {
+    json_.key("streams");
+    json_.beginArray();
+    for (const auto& name : file_.streamNames()) {
+        writeStream(name);
+    }
+    json_.endArray();
+}
+
+void ModelDump::writeStream(const std::string& name) {
+    Json entry{{"name", jsonText(name)}};
+    try {
+        auto stream = file_.stream(name);
+        if (stream.damage()) {
+            throw MoxReader::Error(*stream.damage());
+        }
+        entry["bytes"] = stream.size();
+        entry["crc32"] = checksumOf(stream);
+    } catch (const MoxReader::Error& error) {
+        entry = {{"name", jsonText(name)}, {"unreadable", noteDamage(error)}};
+    }
+    json_.value(entry);
+}
+
 void ModelDump::writeSaves() {
-    const auto& global = opened_.model().globalInformation();
+    const auto& global = model_.globalInformation();
     json_.key("saves");
     json_.beginArray();
     for (const auto& save : global.modifiers) {
@@ -131,20 +211,31 @@ void ModelDump::writeNode(const MoxReader::Node& node) {
     member("name", jsonText(node.name));
     member("type", jsonText(node.typeName));
     member("version", jsonText(node.version));
+    if (options_.storage) {
+        writeNodeStorage(node);
+    }
     std::visit([this](const auto& content) { write(content); }, node.content);
     json_.endObject();
 }
 
+void ModelDump::writeNodeStorage(const MoxReader::Node& node) {
+    member("previous", node.previous);
+    member("next", node.next);
+    const auto children = model_.children(node.id);
+    member("children", std::vector(children.begin(), children.end()));
+    member("descriptor", node.lightPosition);
+}
+
 void ModelDump::write(const MoxReader::Group& group) {
-    member("translation", jsonNumbers(group.translation));
-    member("rotation", jsonNumbers(group.rotation));
-    member("scale", jsonNumbers(group.scale));
+    rawMember("translation", numbersJson(group.translation));
+    rawMember("rotation", numbersJson(group.rotation));
+    rawMember("scale", numbersJson(group.scale));
     member("kind", group.kind);
     writeAttributes(group.attributes);
 }
 
 void ModelDump::write(const MoxReader::Shape& shape) {
-    member("material", jsonMaterial(shape.material));
+    rawMember("material", materialJson(shape.material));
 }
 
 void ModelDump::write(const MoxReader::Geometry& geometry) {
@@ -158,18 +249,27 @@ void ModelDump::write(const MoxReader::Geometry& geometry) {
 
 void ModelDump::write(const MoxReader::NodeSets& descriptor) {
     member("setCount", descriptor.setCount);
+    if (options_.storage) {
+        member("bytes", descriptor.heavySize);
+        member("position", descriptor.heavyPosition);
+    }
     if (!options_.numbers) {
         return;
     }
-    json_.key("sets");
-    json_.beginArray();
-    for (const auto& set : heavy_.readNodeSets(descriptor)) {
-        json_.beginObject();
-        member("name", jsonText(set.name));
-        member("members", set.members);
-        json_.endObject();
+    try {
+        const auto sets = heavy_.readNodeSets(descriptor);
+        json_.key("sets");
+        json_.beginArray();
+        for (const auto& set : sets) {
+            json_.beginObject();
+            member("name", jsonText(set.name));
+            member("members", set.members);
+            json_.endObject();
+        }
+        json_.endArray();
+    } catch (const MoxReader::Error& error) {
+        writeUnreadable(error);
     }
-    json_.endArray();
 }
 
 // A step without a name is not the same as no step.
@@ -183,19 +283,36 @@ void ModelDump::writeDataset(const MoxReader::Dataset& dataset) {
     member("element", elementTypeText(dataset));
     member("vibration", dataset.vibration);
     if (dataset.isLink) {
-        member("link", {{"node", dataset.linkNodeId}, {"dataset", dataset.linkIndex}});
+        writeLink(dataset);
     } else {
         writeHolder(dataset);
     }
     json_.endObject();
 }
 
+void ModelDump::writeLink(const MoxReader::Dataset& link) {
+    member("link", placeJson(link.linkNodeId, link.linkIndex));
+    try {
+        const auto& holder = model_.resolve(link);
+        if (holder.nodeId != link.linkNodeId || holder.index != link.linkIndex) {
+            member("holder", placeJson(holder.nodeId, holder.index));
+        }
+    } catch (const MoxReader::Error& error) {
+        writeUnreadable(error);
+    }
+    if (!link.attributes.empty()) {
+        writeAttributes(link.attributes);
+    }
+}
+
 void ModelDump::writeHolder(const MoxReader::Dataset& dataset) {
     member("shape", Json{itemCount(dataset), dataset.width});
     member("bytes", dataset.sizeInBytes);
+    if (options_.storage) {
+        member("position", dataset.position);
+    }
     if (hasUnknownValues(dataset)) {
-        member("unknown", {dataset.boolA, dataset.boolB, jsonNumber(dataset.floatA),
-                           jsonNumber(dataset.floatB), dataset.boolC});
+        rawMember("unknown", unknownJson(dataset));
     }
     writeAttributes(dataset.attributes);
     if (options_.numbers) {
@@ -207,23 +324,46 @@ void ModelDump::writeAttributes(const MoxReader::Attributes& attributes) {
     json_.key("attributes");
     json_.beginArray();
     for (const auto& [key, value] : attributes) {
-        json_.value(jsonAttribute(key, value));
+        json_.rawValue(attributeJson(key, value));
     }
     json_.endArray();
 }
 
 void ModelDump::writeNumbers(const MoxReader::Dataset& dataset) {
-    json_.key("numbers");
-    if (dataset.elementTag == MoxReader::Format::FloatTag) {
-        writeRows(json_, heavy_.readFloats(dataset), dataset.width);
-    } else {
-        writeRows(json_, heavy_.readUnsigned(dataset), dataset.width);
+    try {
+        if (dataset.elementTag == MoxReader::Format::FloatTag) {
+            writeRows(json_, heavy_.readFloats(dataset), dataset.width);
+        } else {
+            writeRows(json_, heavy_.readUnsigned(dataset), dataset.width);
+        }
+    } catch (const MoxReader::Error& error) {
+        writeUnreadable(error);
     }
+}
+
+void ModelDump::writeUnreadable(const MoxReader::Error& error) {
+    member("unreadable", noteDamage(error));
+}
+
+// A system that fails to read is no property of the file.
+std::string_view ModelDump::noteDamage(const MoxReader::Error& error) {
+    if (error.code() == MoxReader::ErrorCode::ReadFailed) {
+        throw MoxReader::Error(error);
+    }
+    if (!damage_) {
+        damage_ = error;
+    }
+    return MoxReader::errorName(error.code());
 }
 
 void ModelDump::member(std::string_view key, const Json& value) {
     json_.key(key);
     json_.value(value);
+}
+
+void ModelDump::rawMember(std::string_view key, std::string_view text) {
+    json_.key(key);
+    json_.rawValue(text);
 }
 
 } // namespace MoxTool

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include <limits>
+#include <string>
 
 using namespace MoxTool;
 
@@ -49,4 +50,13 @@ TEST(JsonStream, OpensLinesForContainersAndOneForEachValue) {
   "c": []
 }
 )");
+}
+
+TEST(JsonStream, AppendsToATextLikewise) {
+    std::string text = "before ";
+    JsonStream json(text);
+    json.beginArray();
+    json.value(1);
+    json.endArray();
+    EXPECT_EQ(text, "before [\n  1\n]\n");
 }

@@ -61,8 +61,8 @@ constexpr const char* SampleDump = R"({
           "bytes": 24,
           "attributes": [],
           "numbers": [
-            [0,0.1,1e+20],
-            ["-inf","nan",-0]
+            [0.0,0.1,1e+20],
+            ["-inf","nan",-0.0]
           ]
         },
         {
@@ -75,8 +75,8 @@ constexpr const char* SampleDump = R"({
           "bytes": 8,
           "attributes": [],
           "numbers": [
-            20,
-            80
+            20.0,
+            80.0
           ]
         },
         {
@@ -132,12 +132,37 @@ TEST_F(DumpCommand, SameModelSavedTwiceDumpsTheSame) {
               runMox({"dump", "--numbers", "--no-date", again}).output);
 }
 
-TEST_F(DumpCommand, DamagedNumbersAreAFailureThatNamesTheFile) {
+TEST_F(DumpCommand, StorageComesOnRequestAlone) {
+    const auto brief = nlohmann::json::parse(runMox({"dump", path}).output);
+    EXPECT_FALSE(brief.contains("blocks"));
+    const auto full = nlohmann::json::parse(runMox({"dump", "--storage", path}).output);
+    ASSERT_EQ(full["blocks"].size(), 6U);
+    EXPECT_EQ(full["blocks"][0]["name"], "Heavy Data");
+    EXPECT_EQ(full["blocks"][0]["position"], 2800);
+    EXPECT_EQ(full["streams"][0]["bytes"], 32);
+    EXPECT_EQ(full["nodes"][0]["children"], nlohmann::json({2, 4}));
+    EXPECT_EQ(full["nodes"][2]["datasets"][1]["position"], 24);
+}
+
+TEST_F(DumpCommand, DamagedNumbersShowAsUnreadableAndAreAFailureThatNamesTheFile) {
     auto bytes = folder.read("sample.mox");
     bytes[2820] = static_cast<char>(bytes[2820] ^ 0x10);
     const auto damaged = folder.write("damaged.mox", bytes);
     const auto run = runMox({"dump", "--numbers", damaged});
     EXPECT_EQ(run.exitCode, 1);
+    const auto nodes = nlohmann::json::parse(run.output)["nodes"];
+    ASSERT_EQ(nodes.size(), 4U);
+    for (const std::size_t holder : {0, 1}) {
+        EXPECT_TRUE(nodes[2]["datasets"][holder]["unreadable"].is_string());
+        EXPECT_FALSE(nodes[2]["datasets"][holder].contains("numbers"));
+    }
+    EXPECT_FALSE(nodes[2]["datasets"][2].contains("unreadable"));
     EXPECT_TRUE(run.messages.starts_with("mox dump: " + damaged + ": ")) << run.messages;
     EXPECT_TRUE(run.messages.ends_with("; mox check lists all damage\n")) << run.messages;
+}
+
+TEST_F(DumpCommand, DamagedNumbersThatAreNotAskedForAreNoFailure) {
+    auto bytes = folder.read("sample.mox");
+    bytes[2820] = static_cast<char>(bytes[2820] ^ 0x10);
+    EXPECT_EQ(runMox({"dump", folder.write("damaged.mox", bytes)}).exitCode, 0);
 }
