@@ -17,7 +17,9 @@ public:
     /// @param file     The file's path as the user gave it.
     /// @param fileSize In bytes.
     /// @param isOff    Whether the user asks to go on.
-    WorkLimit(std::string file, std::uint64_t fileSize, bool isOff);
+    /// @param alwaysFine What needs no further reason, in bytes.
+    WorkLimit(std::string file, std::uint64_t fileSize, bool isOff,
+              std::uint64_t alwaysFine = std::uint64_t{256} << 20U);
 
     /// To be called before numbers of this size are read or written.
     /// @param times How often.
@@ -32,6 +34,7 @@ private:
     std::string file_;
     std::uint64_t fileSize_;
     bool isOff_;
+    std::uint64_t mostBytes_;
     std::uint64_t total_ = 0;
 };
 

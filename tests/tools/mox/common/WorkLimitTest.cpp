@@ -50,3 +50,10 @@ TEST(WorkLimit, AllowsEverythingIfAskedToGoOn) {
     WorkLimit limit("a.mox", 1, true);
     EXPECT_NO_THROW(limit.add(Most, Most));
 }
+
+TEST(WorkLimit, WhatIsAlwaysFineCanBeSet) {
+    const WorkLimit limit("a.mox", KiB, false, 5 * MiB);
+    EXPECT_TRUE(limit.allows(5 * MiB));
+    EXPECT_FALSE(limit.allows(5 * MiB + 1));
+    EXPECT_TRUE(WorkLimit("a.mox", MiB, false, 5 * MiB).allows(100 * MiB));
+}
