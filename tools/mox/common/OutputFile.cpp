@@ -87,8 +87,11 @@ const fs::path& OutputFile::checkedTarget() const {
     return target_;
 }
 
+// The file loses its name first, where an open file can: a pipe whose reader goes away ends the process.
 void OutputFile::send() const {
     std::ifstream in(temporary_.path(), std::ios::binary);
+    std::error_code ignored;
+    fs::remove(temporary_.path(), ignored);
     bool isSent = false;
     if (isStandardOutput(path_)) {
         Platform::makeBinary(stdout);

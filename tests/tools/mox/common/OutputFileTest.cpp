@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -12,6 +14,7 @@
 
 #ifndef _WIN32
 #include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 using MoxTool::Failure;
@@ -212,6 +215,24 @@ TEST(OutputFile, DashAndTheNameOfStandardOutputSendTheBytesThere) {
         EXPECT_EQ(testing::internal::GetCapturedStdout(), "new");
         EXPECT_FALSE(std::filesystem::exists("-"));
     }
+}
+
+TEST(OutputFile, PipeWhoseReaderGoesAwayLeavesNothing) {
+    Support::TemporaryFolder folder;
+    const auto work = [&] {
+        setenv("TMPDIR", folder.path("").c_str(), 1);
+        int ends[2] = {};
+        if (pipe(ends) != 0 || dup2(ends[1], STDOUT_FILENO) != STDOUT_FILENO) {
+            std::_Exit(1);
+        }
+        close(ends[0]);
+        OutputFile output("-", false);
+        fill(output);
+        output.commit();
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(work(), testing::KilledBySignal(SIGPIPE), "");
+    EXPECT_EQ(folder.files(), std::vector<std::string>{});
 }
 
 #endif
