@@ -26,6 +26,20 @@ std::string calledAs(const CLI::App& app) {
     return selected.empty() ? app.get_name() : app.get_name() + " " + selected.front()->get_name();
 }
 
+// The first argument of the subcommand, for most of them the file they read, and a colon; empty without one.
+std::string firstArgument(const CLI::App& app) {
+    const auto isArgument = [](const CLI::Option* option) {
+        return option->get_positional() && option->count() > 0;
+    };
+    const auto& level = *app.get_subcommands().front();
+    for (const auto* option : level.get_options()) {
+        if (isArgument(option)) {
+            return option->results().front() + ": ";
+        }
+    }
+    return "";
+}
+
 // Detects a full disk or a closed pipe on stdout. Some of these writes throw, with a text of their own, and
 // others fail silently.
 bool isOutputLost() {
@@ -89,7 +103,7 @@ int Application::run(int argc, const char* const* argv) {
     }
     if (app_->get_subcommands().empty()) {
         std::cout << app_->help();
-        return Success;
+        return reportLostHelp();
     }
     return runCommand(selectedCommand());
 }
@@ -110,7 +124,7 @@ int Application::runCommand(Command& command) {
         const int exitCode = command.run(terminal_);
         return isOutputLost() ? reportFailure(command, OutputLost) : exitCode;
     } catch (const std::bad_alloc&) {
-        return reportFailure(command, "not enough memory");
+        return reportFailure(command, firstArgument(*app_) + "not enough memory");
     } catch (const std::exception& failure) {
         return reportFailure(command, isOutputLost() ? OutputLost : failure.what());
     }
@@ -119,9 +133,18 @@ int Application::runCommand(Command& command) {
 // Requests for the help and the version come as exceptions too, with exit code 0.
 int Application::reportParseError(const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) {
-        return app_->exit(error, std::cout, std::cerr);
+        app_->exit(error, std::cout, std::cerr);
+        return reportLostHelp();
     }
     return reportUsage(error.what());
+}
+
+int Application::reportLostHelp() {
+    if (!isOutputLost()) {
+        return Success;
+    }
+    terminal_.error(fmt::format("{}: {}", calledAs(*app_), OutputLost));
+    return HelpLost;
 }
 
 int Application::reportUsage(std::string_view reason) {

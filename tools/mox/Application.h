@@ -17,7 +17,7 @@ namespace MoxTool {
 /// The program `mox`: reads the command line, runs one subcommand and turns its outcome into an exit code.
 class Application {
 public:
-    enum ExitCode : int { Success = 0, WrongUsage = 2 };
+    enum ExitCode : int { Success = 0, HelpLost = 1, WrongUsage = 2 };
 
     /// @param messages Where messages go; must outlive the application.
     explicit Application(Terminal& terminal);
@@ -27,7 +27,7 @@ public:
 
     /// Help and version go to stdout, and each failure is one line on the terminal. Without a subcommand it
     /// shows the help. Never throws.
-    /// @return Success, WrongUsage, or the subcommand's result or failure code.
+    /// @return Success, HelpLost if the help does not reach stdout, WrongUsage, or the subcommand's result or failure code.
     int run(int argc, const char* const* argv);
 
 private:
@@ -35,6 +35,7 @@ private:
     Command& selectedCommand() const;
     int runCommand(Command& command);
     int reportParseError(const CLI::ParseError& error);
+    int reportLostHelp();
     int reportUsage(std::string_view reason);
     int reportFailure(const Command& command, std::string_view reason);
 

@@ -4,7 +4,8 @@
 #include "common/Terminal.h"
 
 int main(int argc, char** argv) {
-    MoxTool::Platform::runAtInterruption(MoxTool::TemporaryPath::removeAll);
+    MoxTool::Platform::reserveStandardStreams();
+    MoxTool::Platform::runAtInterruption(MoxTool::TemporaryPath::removeAllForGood);
     auto terminal = MoxTool::Terminal::standardError();
     return MoxTool::Application(terminal).run(argc, argv);
 }

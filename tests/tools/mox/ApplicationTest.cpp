@@ -62,6 +62,23 @@ TEST(Application, UnknownOptionIsWrongUsage) {
     EXPECT_TRUE(contains(outcome.messages, "--sideways"));
 }
 
+TEST(Application, NumbersOutOfRangeAreWrongUsageInPlainWords) {
+    const auto messageOf = [](const std::string& command, const std::string& option,
+                              const std::string& number) {
+        const auto outcome = runMox({command, option, number, "a.mox"});
+        EXPECT_EQ(outcome.exitCode, 2);
+        return outcome.messages;
+    };
+    EXPECT_EQ(messageOf("stat", "--rows", "-3"),
+              "mox stat: --rows: must be a whole number from 0 up, not -3 (see mox stat --help)\n");
+    EXPECT_EQ(messageOf("check", "--limit", "-1"),
+              "mox check: --limit: must be a whole number from 0 up, not -1 (see mox check --help)\n");
+    EXPECT_EQ(messageOf("tree", "--depth", "0"),
+              "mox tree: --depth: must be a whole number from 1 up, not 0 (see mox tree --help)\n");
+    EXPECT_EQ(messageOf("tree", "--depth", "-2"),
+              "mox tree: --depth: must be a whole number from 1 up, not -2 (see mox tree --help)\n");
+}
+
 #ifdef __linux__
 
 namespace {
@@ -83,6 +100,14 @@ TEST(Application, OutputThatCanNotBeWrittenIsAFailureOfTheCommand) {
                 "mox completion: " + lost);
     EXPECT_EXIT(runOntoAFullDisk({"mox", "check", "--rules"}), testing::ExitedWithCode(3),
                 "mox check: " + lost);
+}
+
+TEST(Application, HelpThatCanNotBeWrittenIsAFailure) {
+    const std::string lost = "stdout: the data can't be written; is the disk full\\?";
+    EXPECT_EXIT(runOntoAFullDisk({"mox", "--help"}), testing::ExitedWithCode(1), "mox: " + lost);
+    EXPECT_EXIT(runOntoAFullDisk({"mox"}), testing::ExitedWithCode(1), "mox: " + lost);
+    EXPECT_EXIT(runOntoAFullDisk({"mox", "--version"}), testing::ExitedWithCode(1), "mox: " + lost);
+    EXPECT_EXIT(runOntoAFullDisk({"mox", "info", "--help"}), testing::ExitedWithCode(1), "mox.*: " + lost);
 }
 
 #endif

@@ -38,7 +38,7 @@ Examples:
 
 void CheckCommand::addOptions(CommandLine& line) {
     line.add("FILE", paths_, "The files to check; - for stdin");
-    line.addFlag("--rules", listRules_, "List all rules: number, level, title, meaning");
+    line.addFlag("--rules", listRules_, "List all rules, without FILE: number, level, title, meaning");
     line.addFlag("--json", asJson_, "The result (or the rules) as JSON");
     line.addFlag("-W,--strict", strict_, "Warnings count as errors: exit code 2");
     line.add("--limit", limit_, "List so many findings of each rule at most; 0 for all").showDefault();
@@ -46,6 +46,9 @@ void CheckCommand::addOptions(CommandLine& line) {
     line.setCheck([this] {
         if (paths_.empty() && !listRules_) {
             throw UsageError("FILE is required");
+        }
+        if (!paths_.empty() && listRules_) {
+            throw UsageError("--rules lists the rules and checks no file; leave out one of the two");
         }
     });
 }

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 
 namespace MoxTool {
 
@@ -247,9 +248,25 @@ void ModelScan::scanNodeAttributes(StreamReader& attributes, const Node& node, s
     }
 }
 
+// The reader returns attributes in order, whatever their order in the file; so the keys are read again here.
+void ModelScan::checkKeyOrder(StreamReader& attributes, std::uint64_t start, const FindingPlace& place) {
+    const auto end = attributes.position();
+    attributes.seek(start);
+    const auto keys = attributes.readStrings();
+    attributes.seek(end);
+    const auto early = std::ranges::is_sorted_until(keys);
+    if (early != keys.end()) {
+        findings_.add(
+            RuleId::AttributeOrder,
+            fmt::format("\"{}\" stands after \"{}\"", visibleText(*early), visibleText(*std::prev(early))),
+            place);
+    }
+}
+
 // Contradictory lists have been read to their end, so that the next record can follow.
 void ModelScan::scanAttributeRecord(StreamReader& attributes, std::uint32_t id, const Dataset* dataset) {
-    auto place = placeIn(attributes, attributes.position(), id);
+    const auto start = attributes.position();
+    auto place = placeIn(attributes, start, id);
     if (dataset != nullptr) {
         place.dataset = dataset->index;
         place.key = dataset->key;
@@ -258,6 +275,9 @@ void ModelScan::scanAttributeRecord(StreamReader& attributes, std::uint32_t id, 
         const auto read = MoxReader::readAttributes(attributes);
         if (dataset != nullptr && dataset->isLink && !read.empty()) {
             findings_.add(RuleId::LinkAttributes, fmt::format("it has {}", read.size()), place);
+        }
+        if (read.size() > 1) {
+            checkKeyOrder(attributes, start, place);
         }
     } catch (const MoxReader::Error& error) {
         if (error.code() != MoxReader::ErrorCode::BadAttributes) {

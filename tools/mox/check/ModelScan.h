@@ -39,6 +39,7 @@ private:
                             std::uint32_t id);
     void scanAttributeRecord(MoxReader::StreamReader& attributes, std::uint32_t id,
                              const MoxReader::Dataset* dataset);
+    void checkKeyOrder(MoxReader::StreamReader& attributes, std::uint64_t start, const FindingPlace& place);
     void scanMaterials();
     void scanMaterial(MoxReader::StreamReader& resources, std::uint32_t id);
     void scanGlobalInformation();

@@ -71,6 +71,8 @@ constexpr std::array Rules = {
          "The lists of node sets fit each other, their count and their size"},
     Rule{GlobalRecord, Error, "global information",
          "The records of who saved the file are of version 0.1 and 1.3"},
+    Rule{AttributeOrder, Error, "attribute order",
+         "The keys of attributes stand in ascending order of bytes"},
     // Datasets
     Rule{VariableType, Error, "variable type", "A dataset's type is known"},
     Rule{ElementType, Error, "element type", "A dataset's numbers are floats or unsigned integers"},

@@ -65,6 +65,7 @@ enum class RuleId : std::uint16_t {
     AttributeRecord = 503,
     NodeSetsRecord = 504,
     GlobalRecord = 505,
+    AttributeOrder = 506,
 
     VariableType = 601,
     ElementType = 602,

@@ -4,7 +4,32 @@
 
 #include <CLI/App.hpp>
 
+#include <algorithm>
+
 namespace MoxTool {
+
+namespace {
+
+bool isDigit(char letter) {
+    return letter >= '0' && letter <= '9';
+}
+
+bool isWholeNumber(const std::string& text) {
+    return !text.empty() && std::ranges::all_of(text, isDigit);
+}
+
+// The library would take "-3" and make a large number of it.
+template <typename Number>
+CLI::Option& addWholeNumber(CLI::App& level, const std::string& names, Number& target,
+                            const std::string& description) {
+    auto* option = level.add_option(names, target, description);
+    option->check([](const std::string& text) {
+        return isWholeNumber(text) ? "" : "must be a whole number from 0 up, not " + text;
+    });
+    return *option;
+}
+
+} // namespace
 
 CommandLine::Option& CommandLine::Option::required() {
     option_->required();
@@ -22,7 +47,12 @@ CommandLine::Option& CommandLine::Option::showDefault() {
 }
 
 CommandLine::Option& CommandLine::Option::positive() {
-    option_->check(CLI::PositiveNumber);
+    option_->transform(CLI::Validator( // these come before the checks
+        [](std::string& text) {
+            const bool isZero = std::ranges::all_of(text, [](char letter) { return letter == '0'; });
+            return isWholeNumber(text) && !isZero ? "" : "must be a whole number from 1 up, not " + text;
+        },
+        ""));
     return *this;
 }
 
@@ -61,17 +91,17 @@ CommandLine::Option CommandLine::add(const std::string& names, std::vector<std::
 
 CommandLine::Option CommandLine::add(const std::string& names, unsigned int& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return Option(addWholeNumber(level_, names, target, description));
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, unsigned long& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return Option(addWholeNumber(level_, names, target, description));
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, unsigned long long& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return Option(addWholeNumber(level_, names, target, description));
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, double& target,

@@ -30,7 +30,7 @@ public:
         Option& typeName(const std::string& name);
         /// Shows the default value in the help.
         Option& showDefault();
-        /// Only numbers above 0.
+        /// Only whole numbers above 0.
         Option& positive();
         /// Only these values.
         Option& oneOf(const std::vector<std::string>& values);

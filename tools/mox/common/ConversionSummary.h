@@ -25,7 +25,7 @@ public:
 
     /// Notes that things of one kind were skipped. Does nothing without names.
     /// @param kind  In the plural, such as "side sets".
-    /// @param names One for each thing.
+    /// @param names One for each thing, with whatever bytes they have.
     void addSkipped(const std::string& kind, const std::vector<std::string>& names);
     /// The same for things without names. Does nothing for 0.
     void addSkipped(const std::string& kind, std::int64_t count);
@@ -33,13 +33,22 @@ public:
     void addNote(const std::string& sentence);
 
     /// The whole summary, one line each.
-    std::vector<std::string> lines() const;
+    /// @param verbose Whether all names of what was skipped are listed and not only the first ten of a kind.
+    std::vector<std::string> lines(bool verbose = false) const;
     /// Writes the lines.
-    void print(Terminal& terminal) const;
+    void print(Terminal& terminal, bool verbose) const;
 
 private:
+    struct Skipped {
+        std::string kind;
+        std::int64_t count;
+        std::vector<std::string> names; // as many as there are, or none
+    };
+
+    static std::string text(const Skipped& skipped, bool verbose);
+
     std::string output_;
-    std::vector<std::string> skipped_;
+    std::vector<Skipped> skipped_;
     std::vector<std::string> notes_;
 };
 

@@ -1,43 +1,16 @@
 #include "NumberFile.h"
 
+#include "requireNumbersFit.h"
+
 #include <MoxReader/Format.h>
 
 namespace MoxTool {
 
-namespace {
-
-std::uint64_t claimedBytes(const MoxReader::Node& node) {
-    if (const auto* sets = node.nodeSets()) {
-        return sets->heavySize;
-    }
-    std::uint64_t bytes = 0;
-    if (const auto* geometry = node.geometry()) {
-        for (const auto& dataset : geometry->datasets) {
-            bytes += dataset.sizeInBytes;
-        }
-    }
-    return bytes;
-}
-
-} // namespace
-
-NumberFile::NumberFile(const std::string& name)
+NumberFile::NumberFile(const std::string& name, bool noLimit)
     : name_(name), opened_(name), heavy_(opened_.file(), opened_.model()) {
-    requireNumbersFit();
-}
-
-void NumberFile::requireNumbersFit() {
-    std::uint64_t bytes = 0;
-    for (const auto& node : model().nodes()) {
-        bytes += claimedBytes(node);
+    if (!noLimit) {
+        requireNumbersFit(name_, model(), heavy_);
     }
-    if (bytes <= heavy_.stream().size()) {
-        return;
-    }
-    if (heavy_.stream().damage()) {
-        throw readFailure(name_, *heavy_.stream().damage());
-    }
-    throw Failure(name_, "its datasets claim more numbers than it holds; mox check lists all damage");
 }
 
 const MoxReader::Dataset& NumberFile::holder(const MoxReader::Dataset& dataset) const {

@@ -18,10 +18,10 @@ using Numbers = std::variant<std::vector<float>, std::vector<std::uint32_t>>;
 /// a Failure that names it.
 class NumberFile {
 public:
-    /// @param path "-" stands for stdin.
-    /// @throws Failure also if the datasets claim more bytes in total than the file holds, since reading them
-    ///                 all would take time out of proportion to the file.
-    explicit NumberFile(const std::string& name);
+    /// @param path    "-" stands for stdin.
+    /// @param noLimit Whether the datasets may claim more bytes in total than the file holds.
+    /// @throws Failure as requireNumbersFit() does, unless there is no limit.
+    explicit NumberFile(const std::string& name, bool noLimit = false);
     NumberFile(const NumberFile&) = delete;
     NumberFile& operator=(const NumberFile&) = delete;
 
@@ -35,13 +35,10 @@ public:
     /// The place, among the blocks of numbers, of the block in which a holder's numbers begin. Reading from
     /// one block and then from another decompresses both.
     std::size_t blockOf(const MoxReader::Dataset& holder) { return heavy_.stream().blockAt(holder.position); }
-    /// The size of all numbers in bytes.
-    std::uint64_t numberBytes() { return heavy_.stream().size(); }
+    std::uint64_t fileSize() const { return opened_.file().size(); }
     std::vector<MoxReader::NodeSet> readSets(const MoxReader::NodeSets& descriptor);
 
 private:
-    void requireNumbersFit();
-
     std::string name_;
     OpenModel opened_;
     MoxReader::HeavyData heavy_;

@@ -1,6 +1,9 @@
 #include "OutputFolder.h"
 
 #include "Failure.h"
+#include "followLinks.h"
+
+#include <system_error>
 
 namespace MoxTool {
 
@@ -16,7 +19,7 @@ fs::path withoutTrailingSeparator(const fs::path& path) {
 } // namespace
 
 OutputFolder::OutputFolder(fs::path path)
-    : target_(withoutTrailingSeparator(path)), temporary_(checkedTarget()) {
+    : target_(followLinks(withoutTrailingSeparator(path))), temporary_(checkedTarget()) {
     temporary_.createFolder();
 }
 
@@ -27,11 +30,16 @@ void OutputFolder::commit() {
 
 /// @return the target, if a folder may be made there.
 const fs::path& OutputFolder::checkedTarget() const {
-    if (fs::exists(target_)) {
+    std::error_code error;
+    const auto status = fs::status(target_, error);
+    if (status.type() == fs::file_type::none) {
+        throw Failure(target_.string(), "can't be made: " + error.message());
+    }
+    if (fs::exists(status)) {
         throw Failure(target_.string(), "exists already; give the name of a new folder");
     }
     const auto parent = target_.has_parent_path() ? target_.parent_path() : fs::path(".");
-    if (!fs::is_directory(parent)) {
+    if (!fs::is_directory(parent, error)) {
         throw Failure(target_.string(), "the folder that is to hold it does not exist");
     }
     return target_;

@@ -7,7 +7,8 @@
 namespace MoxTool {
 
 /// A folder in the making. It is filled under a temporary name beside its target and gets the target's name
-/// when it is complete; otherwise it is removed with its contents. It never replaces anything.
+/// when it is complete; otherwise it is removed with its contents. It never replaces anything. For a symbolic
+/// link that leads nowhere the target is where it leads.
 class OutputFolder {
 public:
     /// Creates the folder under its temporary name.

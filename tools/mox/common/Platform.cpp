@@ -6,6 +6,8 @@
 #include <windows.h>
 #else
 #include <csignal>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 #endif
@@ -35,6 +37,13 @@ void makeBinary(std::FILE* stream) {
     std::fflush(stream);
     _setmode(_fileno(stream), _O_BINARY);
 }
+
+bool isStandardOutput(const std::filesystem::path&) {
+    return false;
+}
+
+// The runtime gives a missing stream no number that a file could get.
+void reserveStandardStreams() {}
 
 void runAtInterruption(std::function<void()> function) {
     atInterruption = std::move(function);
@@ -68,6 +77,23 @@ bool isTerminal(std::FILE* stream) {
 }
 
 void makeBinary(std::FILE*) {}
+
+bool isStandardOutput(const std::filesystem::path& path) {
+    struct stat there {};
+    struct stat out {};
+    return stat(path.c_str(), &there) == 0 && fstat(STDOUT_FILENO, &out) == 0 && there.st_dev == out.st_dev &&
+           there.st_ino == out.st_ino;
+}
+
+// A file that is opened gets the lowest free number, so the loop fills each gap itself: with something that
+// can't be read in place of stdin, and with something that can't be written in place of the other two.
+void reserveStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) == -1) {
+            (void)open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+}
 
 // A signal handler may do next to nothing; a thread that waits for the signal may do anything.
 void runAtInterruption(std::function<void()> function) {

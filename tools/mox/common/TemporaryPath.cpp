@@ -26,9 +26,54 @@ PathsInUse& pathsInUse() {
     return instance;
 }
 
+// Cuts a long name, since most file systems allow no more than 255 bytes. A character is not cut in two.
+fs::path::string_type shortened(fs::path::string_type name) {
+    constexpr std::size_t MostUnits = 200;
+    if (name.size() <= MostUnits) {
+        return name;
+    }
+    auto size = MostUnits;
+    while (size > 0 && (static_cast<unsigned>(name[size]) & 0xC0U) == 0x80U) {
+        --size;
+    }
+    name.resize(size);
+    return name;
+}
+
+fs::path unusedBeside(const fs::path& target) {
+    std::random_device random;
+    std::error_code error;
+    for (;;) {
+        auto name = fs::path(shortened(target.filename().native()));
+        name += fmt::format(".{:08x}.part", random());
+        auto candidate = target;
+        candidate.replace_filename(name);
+        if (!fs::exists(candidate, error)) {
+            return candidate;
+        }
+    }
+}
+
 void removeQuietly(const fs::path& path) {
     std::error_code ignored;
     fs::remove_all(path, ignored);
+}
+
+// Another thread may be filling a folder. Under its other name it takes no further files, but for one that is
+// being created just now.
+void removeFromOtherThread(const fs::path& path) {
+    constexpr int MostAttempts = 100;
+    auto hidden = path;
+    hidden += ".end";
+    std::error_code error;
+    fs::rename(path, hidden, error);
+    const auto& place = error ? path : hidden;
+    for (int attempt = 0; attempt < MostAttempts; ++attempt) {
+        fs::remove_all(place, error);
+        if (!error) {
+            return;
+        }
+    }
 }
 
 } // namespace
@@ -40,13 +85,14 @@ TemporaryPath::TemporaryPath(const fs::path& target) : target_(target), temporar
 }
 
 TemporaryPath::~TemporaryPath() {
-    removeQuietly(temporary_);
     auto& inUse = pathsInUse();
     const std::lock_guard lock(inUse.mutex);
+    removeQuietly(temporary_);
     inUse.paths.erase(temporary_);
 }
 
 void TemporaryPath::createFolder() const {
+    const std::lock_guard lock(pathsInUse().mutex);
     std::error_code error;
     if (!fs::create_directory(temporary_, error)) {
         throw Failure(target_.string(), "can't be made: " + error.message());
@@ -54,6 +100,7 @@ void TemporaryPath::createFolder() const {
 }
 
 void TemporaryPath::moveToTarget() const {
+    const std::lock_guard lock(pathsInUse().mutex);
     std::error_code error;
     fs::rename(temporary_, target_, error);
     if (error) {
@@ -61,22 +108,31 @@ void TemporaryPath::moveToTarget() const {
     }
 }
 
-fs::path TemporaryPath::unusedBeside(const fs::path& target) {
-    std::random_device random;
-    for (;;) {
-        auto candidate = target;
-        candidate += fmt::format(".{:08x}.part", random());
-        if (!fs::exists(candidate)) {
-            return candidate;
-        }
-    }
-}
-
-void TemporaryPath::removeAll() {
+// The old one's other name becomes a temporary one only when the new one is in place: if the worst happens, it
+// is still there.
+void TemporaryPath::replaceTarget() const {
     auto& inUse = pathsInUse();
     const std::lock_guard lock(inUse.mutex);
+    const auto old = unusedBeside(target_);
+    std::error_code error;
+    fs::rename(target_, old, error);
+    if (error) {
+        throw Failure(target_.string(), "can't be replaced: " + error.message());
+    }
+    fs::rename(temporary_, target_, error);
+    if (error) {
+        const auto reason = error.message();
+        fs::rename(old, target_, error);
+        throw Failure(target_.string(), "can't be written: " + reason);
+    }
+    removeQuietly(old);
+}
+
+void TemporaryPath::removeAllForGood() {
+    auto& inUse = pathsInUse();
+    inUse.mutex.lock(); // for good: the process is about to end
     for (const auto& path : inUse.paths) {
-        removeQuietly(path);
+        removeFromOtherThread(path);
     }
 }
 

@@ -5,7 +5,8 @@
 namespace MoxTool {
 
 /// A path under which a file or folder is written until it may have its target's name. What is there is
-/// removed when this object is destroyed, and also when the process is ended from outside; see removeAll().
+/// removed when this object is destroyed, and also when the process is ended from outside; see
+/// removeAllForGood().
 class TemporaryPath {
 public:
     /// Chooses a path beside the target where nothing exists yet. Creates nothing.
@@ -25,11 +26,14 @@ public:
     /// @throws Failure with the target's name if that fails.
     void moveToTarget() const;
 
-    /// A path beside the target where nothing exists.
-    static std::filesystem::path unusedBeside(const std::filesystem::path& target);
+    /// Renames what is at the path to the target, which exists, and removes what was there. One of the two has
+    /// the target's name at all times except for a moment, and an interruption does not come between.
+    /// @throws Failure with the target's name if that fails; the target is then as it was.
+    void replaceTarget() const;
 
-    /// Removes what is at the path of every object in this process. Other threads may go on using them.
-    static void removeAll();
+    /// Removes what is at the path of every object in this process, which is about to end. Another thread that
+    /// calls a function of an object after that, its destructor as well, waits for the end.
+    static void removeAllForGood();
 
 private:
     std::filesystem::path target_;

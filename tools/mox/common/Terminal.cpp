@@ -1,10 +1,12 @@
 #include "Terminal.h"
 
 #include "Platform.h"
+#include "visibleText.h"
 
 #include <fmt/core.h>
 
 #include <cstdlib>
+#include <string>
 
 namespace MoxTool {
 
@@ -19,6 +21,12 @@ constexpr const char* ClearLine = "\r\x1B[K";
 bool coloursWanted() {
     const char* noColor = std::getenv("NO_COLOR");
     return noColor == nullptr || *noColor == '\0';
+}
+
+// What a terminal can't take is lost, since there is no better place for it: stderr may be closed, or a file on
+// a full disk. The exit code says what matters.
+void put(std::FILE* stream, const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), stream);
 }
 
 } // namespace
@@ -48,12 +56,12 @@ void Terminal::hideProgress() {
 
 void Terminal::error(std::string_view line) {
     clearProgress();
-    fmt::print(stream_, "{}{}{}\n", colours_ ? Red : "", line, colours_ ? Plain : "");
+    put(stream_, fmt::format("{}{}{}\n", colours_ ? Red : "", visibleLine(line), colours_ ? Plain : ""));
 }
 
 void Terminal::note(std::string_view line) {
     clearProgress();
-    fmt::print(stream_, "{}\n", line);
+    put(stream_, visibleLine(line) + "\n");
 }
 
 void Terminal::progress(std::string_view work, double fraction) {
@@ -63,7 +71,7 @@ void Terminal::progress(std::string_view work, double fraction) {
     }
     nextProgress_ = now + ProgressInterval;
     progressShows_ = true;
-    fmt::print(stream_, "{}{} {:3.0f} %", ClearLine, work, 100 * fraction);
+    put(stream_, fmt::format("{}{} {:3.0f} %", ClearLine, visibleLine(work), 100 * fraction));
     std::fflush(stream_);
 }
 
@@ -72,7 +80,7 @@ void Terminal::clearProgress() {
         return;
     }
     progressShows_ = false;
-    fmt::print(stream_, "{}", ClearLine);
+    put(stream_, ClearLine);
     std::fflush(stream_);
 }
 

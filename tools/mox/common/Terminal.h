@@ -8,6 +8,9 @@ namespace MoxTool {
 
 /// The messages of a program to its user: errors, notes and the progress of long work.
 ///
+/// Control characters, as in the name of a file, never reach the stream; see visibleLine(). What the stream
+/// can't take is lost without a word.
+///
 /// Progress is one line that overwrites itself; it is shown only on an interactive stream and is cleared
 /// before any other message.
 class Terminal {

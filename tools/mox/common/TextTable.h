@@ -6,7 +6,8 @@
 
 namespace MoxTool {
 
-/// Rows of text in columns: the first flush left, all others flush right. Widths are counted in characters.
+/// Rows of text in columns: the first flush left, all others flush right. Widths are counted in characters. A
+/// column is no wider than 100; what is longer moves the rest of its row.
 class TextTable {
 public:
     /// All rows need the same number of cells. Cells must be fit for a terminal; see visibleText().

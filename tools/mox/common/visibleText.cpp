@@ -34,24 +34,34 @@ std::string escape(char byte) {
 }
 
 bool isVisible(std::string_view character) {
-    return !character.empty() && character != "\\" && !isControl(character);
+    return !character.empty() && !isControl(character);
+}
+
+/// @param mayStay Whether a visible character needs no escape.
+template <typename MayStay>
+std::string visible(std::string_view text, MayStay mayStay) {
+    std::string result;
+    while (!text.empty()) {
+        const auto character = text.substr(0, utf8CharacterSize(text));
+        const auto bytes = text.substr(0, std::max<std::size_t>(character.size(), 1));
+        if (isVisible(character) && mayStay(character)) {
+            result += character;
+        } else {
+            std::for_each(bytes.begin(), bytes.end(), [&](char byte) { result += escape(byte); });
+        }
+        text.remove_prefix(bytes.size());
+    }
+    return result;
 }
 
 } // namespace
 
 std::string visibleText(std::string_view text) {
-    std::string visible;
-    while (!text.empty()) {
-        const auto character = text.substr(0, utf8CharacterSize(text));
-        const auto bytes = text.substr(0, std::max<std::size_t>(character.size(), 1));
-        if (isVisible(character)) {
-            visible += character;
-        } else {
-            std::for_each(bytes.begin(), bytes.end(), [&](char byte) { visible += escape(byte); });
-        }
-        text.remove_prefix(bytes.size());
-    }
-    return visible;
+    return visible(text, [](std::string_view character) { return character != "\\"; });
+}
+
+std::string visibleLine(std::string_view line) {
+    return visible(line, [](std::string_view) { return true; });
 }
 
 } // namespace MoxTool

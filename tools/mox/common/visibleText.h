@@ -10,4 +10,8 @@ namespace MoxTool {
 /// different.
 std::string visibleText(std::string_view text);
 
+/// A whole line for the terminal, in which names may have been made visible already: as visibleText(), but a
+/// backslash stays as it is.
+std::string visibleLine(std::string_view line);
+
 } // namespace MoxTool

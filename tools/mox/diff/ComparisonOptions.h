@@ -9,6 +9,8 @@ struct ComparisonOptions {
     Tolerance tolerance;
     bool links = false; ///< Whether it counts that one dataset links to another.
     bool date = false;  ///< Whether the date of saving counts.
+    /// Whether numbers that are shared may be compared in any number of pairs.
+    bool noLimit = false;
 };
 
 } // namespace MoxTool

@@ -3,6 +3,7 @@
 #include "../common/CommandLine.h"
 #include "../common/Terminal.h"
 #include "../common/UsageError.h"
+#include "../common/WorkLimit.h"
 #include "DifferenceReport.h"
 #include "ModelComparison.h"
 
@@ -71,6 +72,7 @@ void DiffCommand::addOptions(CommandLine& line) {
     line.addFlag("--date", options_.date, "Report also if the dates of saving differ");
     const auto json = line.addFlag("--json", asJson_, "Write JSON");
     line.addFlag("-q,--quiet", quiet_, "Write nothing; the exit code says it").excludes({json});
+    line.addFlag(WorkLimit::Option, options_.noLimit, WorkLimit::Help);
     line.setCheck([this] {
         if (inputA_ == "-" && inputB_ == "-") {
             throw UsageError("only one of A and B can be -");
@@ -80,8 +82,8 @@ void DiffCommand::addOptions(CommandLine& line) {
 }
 
 int DiffCommand::run(Terminal& terminal) {
-    NumberFile a(inputA_);
-    NumberFile b(inputB_);
+    NumberFile a(inputA_, options_.noLimit);
+    NumberFile b(inputB_, options_.noLimit);
     const auto differences = ModelComparison(a, b, options_, terminal).run();
     const DifferenceReport report(a, b);
     if (asJson_) {

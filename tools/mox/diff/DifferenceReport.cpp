@@ -99,10 +99,10 @@ std::string DifferenceReport::bodyText(const Difference& difference) const {
         return numbersText(*difference.numbers);
     }
     if (!difference.b) {
-        return fmt::format("{}, only in {}", valueText(*difference.a), fileA_.path());
+        return fmt::format("{}, only in {}", valueText(*difference.a), visibleText(fileA_.path()));
     }
     if (!difference.a) {
-        return fmt::format("{}, only in {}", valueText(*difference.b), fileB_.path());
+        return fmt::format("{}, only in {}", valueText(*difference.b), visibleText(fileB_.path()));
     }
     return fmt::format("{} != {}", valueText(*difference.a), valueText(*difference.b));
 }

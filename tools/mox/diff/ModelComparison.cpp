@@ -1,6 +1,7 @@
 #include "ModelComparison.h"
 
 #include "../common/Failure.h"
+#include "../common/WorkLimit.h"
 #include "../common/datasetText.h"
 #include "../common/nodePath.h"
 #include "compareProperties.h"
@@ -203,7 +204,6 @@ void ModelComparison::sortTasks() {
 // Meaningful models stay far below this limit; files made for the purpose could pair everything with
 // everything.
 void ModelComparison::requireBoundedWork() const {
-    constexpr std::uint64_t MostReadings = 16;
     std::uint64_t bytes = 0;
     const Task* last = nullptr;
     for (const auto& task : tasks_) {
@@ -212,11 +212,12 @@ void ModelComparison::requireBoundedWork() const {
         }
         last = &task;
     }
-    if (bytes > MostReadings * (fileA_.numberBytes() + fileB_.numberBytes())) {
+    const WorkLimit limit(fileB_.path(), fileA_.fileSize() + fileB_.fileSize(), options_.noLimit);
+    if (!limit.allows(bytes)) {
         throw Failure(fileB_.path(),
                       fmt::format("its links pair its numbers with those of {} in too many ways to "
-                                  "compare them all",
-                                  fileA_.path()));
+                                  "compare them all; {} goes on all the same",
+                                  fileA_.path(), WorkLimit::Option));
     }
 }
 

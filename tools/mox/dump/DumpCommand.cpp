@@ -4,6 +4,8 @@
 #include "../common/JsonStream.h"
 #include "../common/OpenModel.h"
 #include "../common/Terminal.h"
+#include "../common/WorkLimit.h"
+#include "../common/requireNumbersFit.h"
 
 #include <cstdio>
 
@@ -36,11 +38,15 @@ void DumpCommand::addOptions(CommandLine& line) {
     line.addFlag("--no-date", options_.noDate, "Without the date on which the file was saved");
     line.addFlag("--storage", options_.storage,
                  "With the blocks and the streams of the file, and the places in them");
+    line.addFlag(WorkLimit::Option, noLimit_, WorkLimit::Help);
     line.setDetails(Details);
 }
 
 int DumpCommand::run(Terminal& terminal) {
     const OpenModel opened(path_);
+    if (options_.numbers && !noLimit_) {
+        explainErrors(path_, [&] { requireReadableNumbersFit(path_, opened.file(), opened.model()); });
+    }
     JsonStream json(stdout);
     ModelDump dump(opened.file(), opened.model(), options_, json);
     explainErrors(path_, [&] { dump.write([&](double share) { terminal.progress("dumping", share); }); });

@@ -19,6 +19,7 @@ public:
 private:
     std::string path_;
     ModelDump::Options options_;
+    bool noLimit_ = false;
 };
 
 } // namespace MoxTool

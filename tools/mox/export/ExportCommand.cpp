@@ -3,6 +3,7 @@
 #include "../common/CommandLine.h"
 #include "../common/Failure.h"
 #include "../common/Terminal.h"
+#include "../common/WorkLimit.h"
 #include "../common/lowerCase.h"
 #include "exodus/exportExodus.h"
 #include "vtk/exportVtk.h"
@@ -71,12 +72,14 @@ void ExportCommand::addOptions(CommandLine& line) {
     line.add("OUT", request_.output, "The file to write").required().check(checkExtension);
     line.add("--step", request_.step, "Take this step alone").typeName("NAME");
     line.addFlag("--overwrite", request_.overwrite, "Replace OUT if it exists; else that is an error");
+    line.addFlag("--verbose", verbose_, "List all names of what is not taken, not only the first ten");
+    line.addFlag(WorkLimit::Option, request_.noLimit, WorkLimit::Help);
     line.setDetails(Details);
 }
 
 int ExportCommand::run(Terminal& terminal) {
     refuseToReplaceInput(request_);
-    exportModel(terminal).print(terminal);
+    exportModel(terminal).print(terminal, verbose_);
     return 0;
 }
 

@@ -19,6 +19,7 @@ private:
     ConversionSummary exportModel(Terminal& terminal) const;
 
     ExportRequest request_;
+    bool verbose_ = false;
 };
 
 } // namespace MoxTool

@@ -7,15 +7,21 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
+
 namespace MoxTool {
 
 ExportModel::ExportModel(const ExportRequest& request)
-    : opened_(request.input), heavy_(opened_.file(), opened_.model()), conversion_(request.output) {
+    : opened_(request.input),
+      heavy_(opened_.file(), opened_.model()),
+      conversion_(request.output),
+      limit_(request.input, opened_.file().size(), request.noLimit) {
     explainErrors(request.input, [&] { read(request); });
 }
 
 void ExportModel::read(const ExportRequest& request) {
-    parts_ = MeshCollector(request.input, model(), heavy_, conversion_).collect();
+    parts_ = MeshCollector(request.input, model(), heavy_, conversion_, limit_).collect();
+    meshBytes_ = limit_.total();
     if (parts_.parts.empty()) {
         throw Failure(request.input,
                       "has no geometry with Coordinates, Connectivity and Polylength to export");
@@ -23,6 +29,7 @@ void ExportModel::read(const ExportRequest& request) {
     contents_ = ResultCollector(model(), parts_, conversion_).collect();
     listSkippedTreeContent(model(), conversion_);
     chooseSteps(request);
+    limitResults();
     conversion_.shapes = static_cast<std::int64_t>(parts_.parts.size());
     conversion_.nodes = static_cast<std::int64_t>(parts_.nodeCount());
     conversion_.elements = static_cast<std::int64_t>(parts_.elementCount());
@@ -39,6 +46,31 @@ void ExportModel::chooseSteps(const ExportRequest& request) {
         throw Failure(request.input,
                       fmt::format("has no step \"{}\"; mox tree lists its steps", visibleText(request.step)));
     }
+}
+
+// Each result is written for all nodes or elements, in each wanted step that has it for some.
+void ExportModel::limitResults() {
+    const auto times = std::max<std::size_t>(wanted_.size(), 1);
+    for (const auto& field : contents_.fields) {
+        const auto items = field.place == ResultPlace::Nodes ? parts_.nodeCount() : parts_.elementCount();
+        const std::uint64_t bytes = std::uint64_t{4} * field.width * items;
+        if (field.isStatic) {
+            limit_.add(bytes, times);
+            continue;
+        }
+        std::size_t last = ExportField::NoStep;
+        for (const auto& [source, holder] : field.sources) {
+            const auto step = source.first;
+            if (step != last && isWanted(step)) {
+                limit_.add(bytes);
+            }
+            last = step;
+        }
+    }
+}
+
+bool ExportModel::isWanted(std::size_t step) const {
+    return std::binary_search(wanted_.begin(), wanted_.end(), step);
 }
 
 } // namespace MoxTool

@@ -6,6 +6,7 @@
 #include "FieldReader.h"
 
 #include "../common/ConversionSummary.h"
+#include "../common/WorkLimit.h"
 
 #include <memory>
 
@@ -25,14 +26,21 @@ public:
     const std::vector<std::size_t>& wantedSteps() const { return wanted_; }
     FieldReader reader() { return FieldReader(parts_, heavy_); }
     ConversionSummary& summary() { return conversion_; }
+    /// To be called before the mesh is written so many times.
+    /// @throws Failure if that is out of proportion to the model's file.
+    void limitMeshes(std::size_t count) { limit_.add(meshBytes_, count - 1); }
 
 private:
     void read(const ExportRequest& request);
     void chooseSteps(const ExportRequest& request);
+    void limitResults();
+    bool isWanted(std::size_t step) const;
 
     OpenModel opened_;
     MoxReader::HeavyData heavy_;
     ConversionSummary conversion_;
+    WorkLimit limit_;
+    std::uint64_t meshBytes_ = 0;
     ExportMesh parts_;
     ExportResults contents_;
     std::vector<std::size_t> wanted_;

@@ -9,6 +9,7 @@ struct ExportRequest {
     std::string input;
     std::string output;     ///< Its extension decides the format.
     std::string step;       ///< The one step to take; empty for all.
+    bool noLimit = false;   ///< Numbers that are shared may multiply without limit.
     bool overwrite = false; ///< An existing output is replaced, once the new one is whole.
 };
 

@@ -69,11 +69,12 @@ const ElementShape& shapeOf(int dimension, std::size_t nodes) {
 } // namespace
 
 MeshCollector::MeshCollector(std::string path, const MoxReader::Model& model, MoxReader::HeavyData& heavy,
-                             ConversionSummary& summary)
+                             ConversionSummary& summary, WorkLimit& limit)
     : path_(std::move(path)),
       model_(model),
       heavy_(heavy),
       summary_(summary),
+      limit_(limit),
       transforms_(groupTransforms(model_)) {}
 
 ExportMesh MeshCollector::collect() {
@@ -85,15 +86,17 @@ ExportMesh MeshCollector::collect() {
         if (isComplete(node)) {
             addPart(node);
         } else {
-            incomplete.push_back(visibleText(node.name));
+            incomplete.push_back(node.name);
         }
     }
     summary_.addSkipped("geometries without Coordinates, Connectivity and Polylength", incomplete);
+    for (const auto& nodes : mesh_.nodeGroups) {
+        addPoints(nodes);
+    }
     for (std::size_t part = 0; part < mesh_.parts.size(); ++part) {
         addElements(part);
     }
     numberBlocks();
-    noteUnknownShapes();
     return std::move(mesh_);
 }
 
@@ -102,6 +105,9 @@ void MeshCollector::addPart(const Node& geometry) {
     part.geometry = &geometry;
     part.connectivity = findConnectivity(geometry);
     part.polylength = findPolylength(geometry);
+    limit_.add(model_.resolve(*part.connectivity).sizeInBytes);
+    limit_.add(model_.resolve(*part.polylength).sizeInBytes);
+    limit_.add(geometry.name.size());
     part.dimension = connectivityDimension(*part.connectivity);
     part.nodeGroup = nodesOf(geometry, *findCoordinates(geometry));
     mesh_.parts.push_back(part);
@@ -123,8 +129,12 @@ std::size_t MeshCollector::nodesOf(const Node& geometry, const Dataset& coordina
         if (holder->width != 3) {
             fail(geometry, "its coordinates have not three columns");
         }
-        mesh_.nodeGroups.push_back({holder, transform, mesh_.nodeCount(), itemCount(*holder)});
-        addPoints(mesh_.nodeGroups.back());
+        limit_.add(holder->sizeInBytes);
+        mesh_.nodeGroups.push_back({holder, transform, nodeCount_, itemCount(*holder)});
+        nodeCount_ += itemCount(*holder);
+        if (nodeCount_ > MostNodes) {
+            throw Failure(path_, fmt::format("has more than {} nodes", MostNodes));
+        }
     }
     return place->second;
 }
@@ -139,9 +149,6 @@ void MeshCollector::addPoints(const ExportNodes& nodes) {
         summary_.addNote("transforms of groups are applied to coordinates, not to results");
     }
     mesh_.points.insert(mesh_.points.end(), points.begin(), points.end());
-    if (mesh_.nodeCount() > MostNodes) {
-        throw Failure(path_, fmt::format("has more than {} nodes", MostNodes));
-    }
 }
 
 void MeshCollector::addElements(std::size_t partIndex) {
@@ -231,17 +238,6 @@ void MeshCollector::numberBlocks() {
             ++next;
         }
         block->id = next;
-    }
-}
-
-void MeshCollector::noteUnknownShapes() {
-    for (const auto& block : mesh_.blocks) {
-        if (block.shape == &UnknownShape) {
-            summary_.addNote(
-                fmt::format("\"{}\" has elements of {} nodes, of no known shape: type OTHER in Exodus, loose "
-                            "points in VTK",
-                            visibleText(block.name), block.nodesPerElement));
-        }
     }
 }
 

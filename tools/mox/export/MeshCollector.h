@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../common/ConversionSummary.h"
+#include "../common/WorkLimit.h"
 #include "ExportMesh.h"
 
 #include <MoxReader/HeavyData.h>
@@ -20,12 +21,13 @@ namespace MoxTool {
 /// geometry with elements of several lengths is split by length. The transforms of groups are applied.
 class MeshCollector {
 public:
-    /// @param file The model's file, as the user named it. All others must outlive the collector.
+    /// @param file  The model's file, as the user named it. All others must outlive the collector.
+    /// @param limit Counts the numbers of the mesh.
     MeshCollector(std::string file, const MoxReader::Model& model, MoxReader::HeavyData& heavy,
-                  ConversionSummary& summary);
+                  ConversionSummary& summary, WorkLimit& limit);
 
     /// To be called once.
-    /// @throws Failure if elements refer to nodes that do not exist and the like; MoxReader::Error.
+    /// @throws Failure beyond the limit, if elements refer to nodes that do not exist and the like; MoxReader::Error.
     ExportMesh collect();
 
 private:
@@ -42,16 +44,17 @@ private:
                        const std::vector<std::uint32_t>& lengths);
     void nameBlocks(const ExportPart& part);
     void numberBlocks();
-    void noteUnknownShapes();
     [[noreturn]] void fail(const MoxReader::Node& geometry, const std::string& reason) const;
 
     std::string path_;
     const MoxReader::Model& model_;
     MoxReader::HeavyData& heavy_;
     ConversionSummary& summary_;
+    WorkLimit& limit_;
     std::vector<Eigen::Affine3d> transforms_;
     std::map<NodesKey, std::size_t> knownNodes_;
     ExportMesh mesh_;
+    std::size_t nodeCount_ = 0; ///< Of all groups, whose points are read at the end.
     std::size_t elementCount_ = 0;
 };
 

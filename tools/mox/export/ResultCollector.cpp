@@ -1,7 +1,6 @@
 #include "ResultCollector.h"
 
 #include "../common/datasetText.h"
-#include "../common/visibleText.h"
 #include "../mesh/AttributeNames.h"
 #include "../mesh/meshDatasets.h"
 #include "attributeValue.h"
@@ -120,14 +119,13 @@ void ResultCollector::addPart(std::size_t partIndex) {
 void ResultCollector::addDataset(std::size_t partIndex, const Dataset& dataset) {
     const auto place = resultPlaceOf(dataset);
     if (place == ResultPlace::Nowhere) {
-        others_.insert(fmt::format("{} [{}]", visibleText(dataset.name), variableTypeText(dataset)));
+        others_.insert(fmt::format("{} [{}]", dataset.name, variableTypeText(dataset)));
         return;
     }
     const auto& holder = model_.resolve(dataset);
     const auto target = place == ResultPlace::Nodes ? mesh_.parts[partIndex].nodeGroup : partIndex;
     if (!fitsItsType(dataset, holder) || itemCount(holder) != itemsOf(mesh_, place, target)) {
-        misfits_.insert(fmt::format("{} of {}", visibleText(dataset.name),
-                                    visibleText(mesh_.parts[partIndex].geometry->name)));
+        misfits_.insert(fmt::format("{} of {}", dataset.name, mesh_.parts[partIndex].geometry->name));
         return;
     }
     const auto step = dataset.step.empty() ? ExportField::NoStep : stepPlaces_.at(dataset.step);

@@ -1,6 +1,5 @@
 #include "listSkippedTreeContent.h"
 
-#include "../common/visibleText.h"
 #include "../mesh/AttributeNames.h"
 
 #include <algorithm>
@@ -39,7 +38,7 @@ bool isTaken(const std::string& key) {
 void addKeys(const MoxReader::Attributes& attributes, Names& names) {
     for (const auto& [key, value] : attributes) {
         if (!isTaken(key)) {
-            names.insert(visibleText(key));
+            names.insert(key);
         }
     }
 }
@@ -61,7 +60,7 @@ void listSkippedTreeContent(const MoxReader::Model& model, ConversionSummary& su
         }
         materials += node.shape() == nullptr ? 0 : 1;
         if (node.nodeSets() != nullptr) {
-            nodeSets.insert(visibleText(node.name));
+            nodeSets.insert(node.name);
         }
         if (const auto* geometry = node.geometry()) {
             for (const auto& dataset : geometry->datasets) {

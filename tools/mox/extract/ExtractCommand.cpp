@@ -5,6 +5,7 @@
 #include "../common/OutputFile.h"
 #include "../common/Platform.h"
 #include "../common/UsageError.h"
+#include "../common/WorkLimit.h"
 #include "../common/writeFile.h"
 #include "FolderExtraction.h"
 #include "findDataset.h"
@@ -80,6 +81,7 @@ void ExtractCommand::addOptions(CommandLine& line) {
     line.add("--all", folder_, "Write all datasets into a new folder")
         .typeName("OUTDIR")
         .excludes({node, id, data, step, file});
+    line.addFlag(WorkLimit::Option, noLimit_, WorkLimit::Help);
     line.setCheck([this] { requireChoice(); });
     line.setDetails(Details);
 }
@@ -100,7 +102,7 @@ void ExtractCommand::requireChoice() const {
 }
 
 int ExtractCommand::run(Terminal& terminal) {
-    NumberFile file(input_);
+    NumberFile file(input_, noLimit_);
     if (folder_.empty()) {
         extractOne(file);
     } else {

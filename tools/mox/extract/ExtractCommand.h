@@ -29,6 +29,7 @@ private:
     std::string output_; ///< Empty or "-" for stdout.
     std::string folder_; ///< Not empty if all datasets are wanted.
     bool overwrite_ = false;
+    bool noLimit_ = false;
 };
 
 } // namespace MoxTool

@@ -81,6 +81,7 @@ void ImportCommand::addOptions(CommandLine& line) {
         .typeName("NAME")
         .check(Compressor::problemWith)
         .showDefault();
+    line.addFlag("--verbose", verbose_, "List all names of what is not taken, not only the first ten");
     line.setDetails(Details);
 }
 
@@ -88,7 +89,7 @@ int ImportCommand::run(Terminal& terminal) {
     Compressor::choose(compressor_);
     ConversionSummary summary = importerOf(recogniseFormat(request_.input))(request_, terminal);
     summary.compressor = Compressor::used();
-    summary.print(terminal);
+    summary.print(terminal, verbose_);
     return 0;
 }
 

@@ -20,6 +20,7 @@ public:
 private:
     ImportRequest request_;
     std::string compressor_ = Compressor::preferred();
+    bool verbose_ = false;
 };
 
 } // namespace MoxTool

@@ -164,3 +164,11 @@ TEST_F(CheckCommand, FindsALinkToItself) {
               std::string::npos)
         << run.output;
 }
+
+TEST_F(CheckCommand, RulesAndFilesTogetherAreWrongUsage) {
+    const auto run = runMox({"check", "--rules", broken});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(run.messages, "mox check: --rules lists the rules and checks no file; leave out one of the two "
+                            "(see mox check --help)\n");
+}

@@ -158,6 +158,7 @@ const Case Cases[] = {
     {503, [] { return with(&SampleModel::attributes, 28, {9}); }},
     {504, [] { return with(&SampleModel::light, 216, {3}); }},
     {505, [] { return with(&SampleModel::global, 14, {'2'}); }},
+    {506, [] { return with(&SampleModel::attributes, 8, {'e'}); }}, // of the keys a, b, c, d the first
     {601, [] { return with(&SampleModel::light, 60, {2}); }},
     {602, [] { return with(&SampleModel::light, 63, {2}); }},
     {603, [] { return with(&SampleModel::light, 69, {1}); }},

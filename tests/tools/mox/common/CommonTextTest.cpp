@@ -73,3 +73,8 @@ TEST(ByteText, ChangesTheUnitBeforeItRoundsUpTo1024) {
     EXPECT_EQ(byteText(50ULL << 30U), "50.0 GiB");
     EXPECT_EQ(byteText(5000ULL << 40U), "5000.0 TiB");
 }
+
+TEST(VisibleLine, KeepsTheBackslashesOfTextThatIsVisibleAlready) {
+    EXPECT_EQ(visibleLine(visibleText("a\n\\")), "a\\n\\\\");
+    EXPECT_EQ(visibleLine("a\n\xC2\x9B\xFF"), "a\\n\\xC2\\x9B\\xFF");
+}

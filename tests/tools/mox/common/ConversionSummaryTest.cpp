@@ -49,3 +49,24 @@ TEST(ConversionSummary, StatesAFactOnce) {
     EXPECT_EQ(lines[1], "note: one");
     EXPECT_EQ(lines[2], "note: two");
 }
+
+TEST(ConversionSummary, NamesTenThingsOfAKindUnlessAskedForAll) {
+    Lines names;
+    for (int i = 1; i <= 12; ++i) {
+        names.push_back("s" + std::to_string(i));
+    }
+    ConversionSummary summary("a.mox");
+    summary.addSkipped("side sets", names);
+    EXPECT_EQ(summary.lines()[1], "not taken: side sets: 12 (s1, s2, s3, s4, s5, s6, s7, s8, s9, s10 and 2 "
+                                  "more; --verbose lists all)");
+    EXPECT_EQ(summary.lines(true)[1],
+              "not taken: side sets: 12 (s1, s2, s3, s4, s5, s6, s7, s8, s9, s10, s11, s12)");
+}
+
+TEST(ConversionSummary, ShowsControlCharactersEscaped) {
+    ConversionSummary summary("a\x1B.mox");
+    summary.addSkipped("nodes of the type \x07", Lines{"\x1B[2J", "a\\b"});
+    const auto lines = summary.lines();
+    EXPECT_TRUE(lines[0].starts_with("a\\x1B.mox: "));
+    EXPECT_EQ(lines[1], "not taken: nodes of the type \\x07: 2 (\\x1B[2J, a\\\\b)");
+}

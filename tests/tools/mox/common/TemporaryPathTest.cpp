@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <thread>
@@ -65,16 +66,45 @@ TEST(TemporaryPath, ReportsThatItCanNotMove) {
     EXPECT_THROW(temporary.moveToTarget(), MoxTool::Failure);
 }
 
+TEST(TemporaryPath, ReplacesAFolder) {
+    const Support::TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path("out"));
+    folder.write("out/old", "");
+    {
+        const TemporaryPath temporary(folder.path("out"));
+        temporary.createFolder();
+        fill(temporary.path() / "new");
+        temporary.replaceTarget();
+    }
+    EXPECT_EQ(folder.files(), std::vector<std::string>{"out"});
+    EXPECT_TRUE(std::filesystem::exists(folder.path("out/new")));
+    EXPECT_FALSE(std::filesystem::exists(folder.path("out/old")));
+}
+
+TEST(TemporaryPath, KeepsTheFolderThatItCanNotReplace) {
+    const Support::TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path("out"));
+    folder.write("out/old", "");
+    const TemporaryPath temporary(folder.path("out"));
+    EXPECT_THROW(temporary.replaceTarget(), MoxTool::Failure);
+    EXPECT_EQ(folder.files(), std::vector<std::string>{"out"});
+    EXPECT_TRUE(std::filesystem::exists(folder.path("out/old")));
+}
+
 TEST(TemporaryPath, AllCanBeTakenAwayAtOnceButForThoseThatMoved) {
     const Support::TemporaryFolder folder;
-    MoxTool::OutputFile ready(folder.path("ready.mox"), false);
-    fill(ready.temporaryPath());
-    ready.commit();
-    const MoxTool::OutputFile file(folder.path("out.mox"), false);
-    fill(file.temporaryPath());
-    const MoxTool::OutputFolder tree(folder.path("out"));
-    fill(tree.temporaryPath() / "file");
-    TemporaryPath::removeAll();
+    const auto workAndEnd = [&] {
+        MoxTool::OutputFile ready(folder.path("ready.mox"), false);
+        fill(ready.temporaryPath());
+        ready.commit();
+        const MoxTool::OutputFile file(folder.path("out.mox"), false);
+        fill(file.temporaryPath());
+        const MoxTool::OutputFolder tree(folder.path("out"));
+        fill(tree.temporaryPath() / "file");
+        TemporaryPath::removeAllForGood();
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(workAndEnd(), testing::ExitedWithCode(0), "");
     EXPECT_EQ(folder.files(), std::vector<std::string>{"ready.mox"});
 }
 
@@ -84,7 +114,7 @@ namespace {
 
 // Waits to be ended by the thread that takes the signal.
 void workUntil(int signal, const std::string& target) {
-    MoxTool::Platform::runAtInterruption(TemporaryPath::removeAll);
+    MoxTool::Platform::runAtInterruption(TemporaryPath::removeAllForGood);
     const MoxTool::OutputFile file(target, false);
     fill(file.temporaryPath());
     kill(getpid(), signal);
@@ -100,6 +130,53 @@ TEST(Interruption, LeavesNoUnfinishedFileAndEndsTheProcessAsUsual) {
         EXPECT_EXIT(workUntil(signal, folder.path("out.mox")), testing::KilledBySignal(signal), "");
         EXPECT_TRUE(folder.files().empty());
     }
+}
+
+namespace {
+
+// Fills a folder until it is ended, and would end by itself if a file could not be made.
+void fillUntil(int signal, const std::string& target) {
+    MoxTool::Platform::runAtInterruption(TemporaryPath::removeAllForGood);
+    {
+        const MoxTool::OutputFolder tree(target);
+        for (int number = 0;; ++number) {
+            if (number == 200) {
+                kill(getpid(), signal);
+            }
+            std::ofstream file(tree.temporaryPath() / std::to_string(number));
+            if (!file) {
+                break;
+            }
+        }
+    }
+    std::_Exit(0);
+}
+
+} // namespace
+
+TEST(Interruption, LeavesNothingOfAFolderThatIsBeingFilled) {
+    for (int i = 0; i < 5; ++i) {
+        const Support::TemporaryFolder folder;
+        EXPECT_EXIT(fillUntil(SIGTERM, folder.path("out")), testing::KilledBySignal(SIGTERM), "");
+        EXPECT_EQ(folder.files(), std::vector<std::string>{});
+    }
+}
+
+TEST(StandardStreams, FileThatIsOpenedDoesNotTakeThePlaceOfAMissingOne) {
+    const Support::TemporaryFolder folder;
+    const auto work = [&] {
+        close(STDIN_FILENO);
+        close(STDOUT_FILENO);
+        close(STDERR_FILENO);
+        MoxTool::Platform::reserveStandardStreams();
+        std::ofstream file(folder.path("file"));
+        std::fputs("message", stderr);
+        const bool isLost = std::fputs("data", stdout) == EOF || std::fflush(stdout) == EOF;
+        const bool isClosed = std::fgetc(stdin) == EOF;
+        std::_Exit(isLost && isClosed ? 0 : 1);
+    };
+    EXPECT_EXIT(work(), testing::ExitedWithCode(0), "");
+    EXPECT_EQ(folder.read("file"), "");
 }
 
 TEST(Interruption, LeavesSignalsAloneThatTheProcessIgnores) {

@@ -40,3 +40,29 @@ TEST(Terminal, ProgressShownAgainAtOnceIsLeftOut) {
     messages.terminal().progress("working", 0.26);
     EXPECT_EQ(messages.text(), "\r\x1B[Kworking  25 %");
 }
+
+TEST(Terminal, ShowsControlCharactersEscaped) {
+    Messages messages(true, false);
+    messages.terminal().error("mox info: a\x1B[2J\nb.mox: \\x1B");
+    messages.terminal().note("a\x07.mox");
+    messages.terminal().progress("checking \x1B", 0.5);
+    EXPECT_EQ(messages.text(), "mox info: a\\x1B[2J\\nb.mox: \\x1B\na\\x07.mox\n"
+                               "\r\x1B[Kchecking \\x1B  50 %");
+}
+
+#ifdef __linux__
+
+TEST(Terminal, LosesWhatAFullDiskCanNotTakeWithoutAWord) {
+    std::FILE* full = std::fopen("/dev/full", "w");
+    ASSERT_NE(full, nullptr);
+    std::setvbuf(full, nullptr, _IONBF, 0);
+    {
+        MoxTool::Terminal terminal(full, true, false);
+        EXPECT_NO_THROW(terminal.error("bad"));
+        EXPECT_NO_THROW(terminal.note("fine"));
+        EXPECT_NO_THROW(terminal.progress("working", 0.5));
+    }
+    std::fclose(full);
+}
+
+#endif

@@ -320,7 +320,7 @@ TEST_F(DiffCommand, HelpExplainsTheToleranceAndShowsExamples) {
 namespace {
 
 /// One dataset of `steps` steps in all, which share the numbers of `holders` entries in turns.
-void addSharedNumbers(Mox::Model& model, unsigned holders, unsigned steps) {
+void addSharedNumbers(Mox::Model& model, unsigned holders, unsigned steps, std::size_t size = 8) {
     const auto part = model.addNode(Mox::Shape, "part");
     for (unsigned holder = 0; holder < holders; ++holder) {
         const auto count = (steps - holder + holders - 1) / holders;
@@ -328,7 +328,8 @@ void addSharedNumbers(Mox::Model& model, unsigned holders, unsigned steps) {
         for (unsigned i = 0; i < count; ++i) {
             sharing.set(i, {std::to_string(holder + i * holders), {}});
         }
-        const Mox::Array1d<float> values{static_cast<float>(holder), 0, 0, 0, 0, 0, 0, 0};
+        Mox::Array1d<float> values(size, 0.0F);
+        values[0] = static_cast<float>(holder);
         model.addArrayProperty("U", Mox::NodeScalar, values, part, sharing);
     }
 }
@@ -343,13 +344,19 @@ TEST_F(DiffCommand, SharedNumbersMayBeSharedOtherwise) {
     EXPECT_EQ(std::ranges::count(run.output, '\n'), 60 - 3) << run.output;
 }
 
-// Each of 40 datasets with each of 41 would require 1640 reads, although both files together hold 81.
+// Each of 40 datasets with each of 41 would require 1640 reads of 200 kB, although the files are small.
 TEST_F(DiffCommand, LinksThatPairEverythingWithEverythingAreRefused) {
-    save("a.mox", [](Mox::Model& model) { addSharedNumbers(model, 40, 40 * 41); });
-    save("b.mox", [](Mox::Model& model) { addSharedNumbers(model, 41, 40 * 41); });
+    save("a.mox", [](Mox::Model& model) { addSharedNumbers(model, 40, 40 * 41, 50'000); });
+    save("b.mox", [](Mox::Model& model) { addSharedNumbers(model, 41, 40 * 41, 50'000); });
     const auto run = diff();
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_EQ(run.messages, "mox diff: " + folder.path("b.mox") +
                                 ": its links pair its numbers with those of " + folder.path("a.mox") +
-                                " in too many ways to compare them all\n");
+                                " in too many ways to compare them all; --no-limit goes on all the same\n");
+}
+
+TEST_F(DiffCommand, PairsWithoutLimitAreComparedIfAskedFor) {
+    save("a.mox", [](Mox::Model& model) { addSharedNumbers(model, 2, 2 * 3); });
+    save("b.mox", [](Mox::Model& model) { addSharedNumbers(model, 3, 2 * 3); });
+    EXPECT_EQ(diff({"--no-limit"}).output, diff().output);
 }

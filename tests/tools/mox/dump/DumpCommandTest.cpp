@@ -1,3 +1,4 @@
+#include "../check/SampleFiles.h"
 #include "../common/MoxRun.h"
 #include "../common/SampleModel.h"
 #include "Support/TemporaryFolder.h"
@@ -165,4 +166,27 @@ TEST_F(DumpCommand, DamagedNumbersThatAreNotAskedForAreNoFailure) {
     auto bytes = folder.read("sample.mox");
     bytes[2820] = static_cast<char>(bytes[2820] ^ 0x10);
     EXPECT_EQ(runMox({"dump", folder.write("damaged.mox", bytes)}).exitCode, 0);
+}
+
+// A block of 256 KiB of zeros, a kilobyte in the file, that many datasets claim.
+TEST_F(DumpCommand, NumbersThatManyDatasetsClaimAreRefusedUnlessAskedFor) {
+    constexpr unsigned Size = 1U << 18U;
+    const auto save = [&](unsigned datasets) {
+        std::vector<std::vector<std::uint8_t>> entries;
+        for (unsigned i = 0; i < datasets; ++i) {
+            entries.push_back(fullEntry("N" + std::to_string(i), 0x0100000C, Size, 1, 0));
+        }
+        const auto bytes = loneGeometry(entries, std::vector<std::uint8_t>(Size)).bytes();
+        return folder.write("many.mox", {bytes.begin(), bytes.end()});
+    };
+    EXPECT_EQ(runMox({"dump", "--numbers", save(1)}).exitCode, 0);
+    const auto many = save(4);
+    const auto refused = runMox({"dump", "--numbers", many});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_EQ(refused.output, "");
+    EXPECT_EQ(refused.messages, "mox dump: " + many +
+                                    ": its datasets claim more numbers than it holds; mox check lists all "
+                                    "damage, --no-limit goes on all the same\n");
+    EXPECT_EQ(runMox({"dump", many}).exitCode, 0);
+    EXPECT_EQ(runMox({"dump", "--numbers", "--no-limit", many}).exitCode, 0);
 }

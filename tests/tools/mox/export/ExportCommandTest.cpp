@@ -38,6 +38,47 @@ protected:
         return folder.path("line.mox");
     }
 
+    // Shapes of one array of coordinates, 16 MiB of zeros that take little room in the file. Each but the
+    // first is moved, and the first has a result on its nodes in so many steps that share their numbers.
+    std::string saveShared(unsigned shapes, unsigned steps) const {
+        namespace Mox = Qel::Mox2;
+        constexpr std::size_t Nodes = std::size_t{16} * 1024 * 1024 / 12;
+        Mox::Model shared;
+        shared.saveTo(folder.path("shared.mox"), {true, "", "", ""});
+        const auto root = shared.addNode(Mox::RootGroup, "shared");
+        Mox::Array1d<unsigned int> ids(shapes, 0U);
+        for (unsigned i = 0; i < shapes; ++i) {
+            shared.setCurrentNodeId(root);
+            Mox::NodeProperties moved;
+            moved.set(Mox::Translation, std::vector<float>{static_cast<float>(i), 0, 0});
+            shared.setNodeData(shared.addNode(Mox::Group, std::to_string(i)), moved);
+            ids[i] = shared.addNode(Mox::Shape, "Line");
+        }
+        shared.addArrayProperty(Mox::Coordinates, Mox::Array2d<float>(Nodes, 3, 0.0F), ids, Mox::Step{});
+        shared.addArrayProperty(Mox::Connectivity0, Mox::Array1d<unsigned int>{0, 1}, ids, Mox::Step{});
+        shared.addArrayProperty(Mox::Polylength0, Mox::Array1d<unsigned int>{2}, ids, Mox::Step{});
+        Mox::StepList list(steps);
+        for (unsigned i = 0; i < steps; ++i) {
+            list.set(i, {std::to_string(i), {}});
+        }
+        if (steps > 0) {
+            shared.addArrayProperty("T", Mox::NodeScalar, Mox::Array1d<float>(Nodes, 0.0F), ids[0], list);
+        }
+        shared.close();
+        return folder.path("shared.mox");
+    }
+
+    // The refusal of work out of proportion.
+    void expectTooMuch(const std::string& input, const std::string& output) {
+        const auto before = folder.files();
+        const auto run = runMox({"export", input, folder.path(output)});
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_TRUE(run.says("would become more than 256.0 MiB of numbers, since parts or steps share them; "
+                             "--no-limit goes on all the same\n"))
+            << run.messages;
+        EXPECT_EQ(folder.files(), before);
+    }
+
     Support::TemporaryFolder folder;
     std::string model = folder.path("model.mox");
 };
@@ -133,4 +174,57 @@ TEST_F(ExportCommand, FolderOfTheOutputMustExist) {
 TEST_F(ExportCommand, InputIsNeverReplaced) {
     const auto input = folder.write("model.e", folder.read("model.mox"));
     expectRefused({"--overwrite", input, input}, input + ": is the input itself");
+}
+
+TEST_F(ExportCommand, InstancesThatMultiplyTheNodesOutOfProportionAreRefused) {
+    expectTooMuch(saveShared(17, 0), "out.vtu");
+}
+
+// A mesh of 16 MiB, in a file for each of 17 steps.
+TEST_F(ExportCommand, StepsThatMultiplyTheMeshOutOfProportionAreRefused) {
+    expectTooMuch(saveShared(1, 17), "out.pvd");
+}
+
+// A result of 5.3 MiB in each of 60 steps.
+TEST_F(ExportCommand, LinksThatMultiplyAResultOutOfProportionAreRefused) {
+    expectTooMuch(saveShared(1, 60), "out.e");
+}
+
+TEST_F(ExportCommand, FolderOfStepsStandsBesideTheListThatALinkLeadsTo) {
+    fs::create_directory(folder.path("there"));
+    fs::create_symlink("there/real.pvd", folder.path("link.pvd"));
+    ASSERT_EQ(runMox({"export", model, folder.path("link.pvd")}).exitCode, 0);
+    EXPECT_TRUE(fs::is_symlink(folder.path("link.pvd")));
+    EXPECT_TRUE(fs::exists(folder.path("there/real_steps/step_00001.vtu")));
+    EXPECT_NE(folder.read("there/real.pvd").find("\"real_steps/step_00001.vtu\""), std::string::npos);
+    EXPECT_EQ(folder.files(), (Files{"link.pvd", "model.mox", "there"}));
+}
+
+TEST_F(ExportCommand, ElementsOfNoKnownShapeAreNotedOnceWithWhatIsWritten) {
+    namespace Mox = Qel::Mox2;
+    {
+        Mox::Model odd;
+        odd.saveTo(folder.path("odd.mox"), {true, "", "", ""});
+        const auto root = odd.addNode(Mox::RootGroup, "odd");
+        for (const std::string type : {"TETRA14", "TETRA14", ""}) {
+            odd.setCurrentNodeId(root);
+            const auto solid = odd.addNode(Mox::Shape, "Solid");
+            Mox::Step step;
+            if (!type.empty()) {
+                step.attributes.set("Element Type", type);
+                step.attributes.set("Block Id", 1);
+            }
+            Mox::Array1d<unsigned int> nodes(14, 0U);
+            odd.addArrayProperty(Mox::Coordinates, Mox::Array2d<float>(1, 3, 0.0F), solid, Mox::Step{});
+            odd.addArrayProperty(Mox::Connectivity2, nodes, solid, step);
+            odd.addArrayProperty(Mox::Polylength2, Mox::Array1d<unsigned int>{14}, solid, Mox::Step{});
+        }
+        odd.close();
+    }
+    const auto exodus = runMox({"export", folder.path("odd.mox"), folder.path("odd.e")});
+    EXPECT_TRUE(exodus.says("note: elements of no known shape have the type OTHER: 1 block\n"
+                            "note: elements of no known shape have the type TETRA14: 2 blocks\n"))
+        << exodus.messages;
+    const auto vtk = runMox({"export", folder.path("odd.mox"), folder.path("odd.vtu")});
+    EXPECT_TRUE(vtk.says("note: elements of no known shape are loose points: 3 blocks\n")) << vtk.messages;
 }

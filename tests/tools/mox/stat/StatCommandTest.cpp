@@ -125,3 +125,22 @@ TEST_F(StatCommand, NumbersThatWereReplacedAreClaimedByNothing) {
     EXPECT_TRUE(
         hasRow(runMox({"stat", "--bytes", path}), "\\(claimed by nothing\\) +1 +0 +12 +[0-9]+ +[0-9.]+ +0"));
 }
+
+TEST_F(StatCommand, LongNameMovesItsOwnRowAlone) {
+    namespace Mox = Qel::Mox2;
+    {
+        Mox::Model model;
+        model.saveTo(folder.path("a.mox"), {true, "", "", ""});
+        model.addNode(Mox::RootGroup, "root");
+        const auto part = model.addNode(Mox::Shape, "part");
+        for (const auto& name : {std::string(100'000, 'n'), std::string("short")}) {
+            model.addArrayProperty(name, Mox::NodeScalar, Mox::Array1d<float>{1}, part, Mox::Step{});
+        }
+        model.close();
+    }
+    const auto run = runMox({"stat", folder.path("a.mox")});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_GT(run.output.size(), 100'000U);
+    EXPECT_LT(run.output.size(), 103'000U);
+    EXPECT_TRUE(hasRow(run, "short {97}(  +[^ ].*)")) << run.output.substr(0, 2000);
+}

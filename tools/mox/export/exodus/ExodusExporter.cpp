@@ -5,12 +5,14 @@
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
 #include "../attributeValue.h"
+#include "../noteUnknownShapes.h"
 #include "qaRecordsOf.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <set>
 
 namespace MoxTool {
@@ -154,8 +156,14 @@ ExodusOutput::Layout ExodusExporter::layout() {
 void ExodusExporter::writeMesh(ExodusOutput& output) {
     output.qaRecords(qaRecordsOf(rootAttributes(source_.model())));
     writeCoordinates(output);
+    std::map<std::string, std::size_t> unknown; // blocks of no known shape, by their type
     for (const auto& block : source_.mesh().blocks) {
-        output.block(describe(block), block.nodes, block.lengths);
+        const auto described = describe(block);
+        output.block(described, block.nodes, block.lengths);
+        unknown[described.elementType] += block.shape == &UnknownShape ? 1 : 0;
+    }
+    for (const auto& [type, count] : unknown) {
+        noteUnknownShapes(source_.summary(), count, "have the type " + visibleText(type));
     }
     if (nodeIds_) {
         output.idMap(EX_NODE_MAP, *nodeIds_);

@@ -1,6 +1,7 @@
 #include "ReplaceableFolder.h"
 
 #include "../../common/Failure.h"
+#include "../../common/followLinks.h"
 
 #include <fmt/core.h>
 
@@ -25,39 +26,29 @@ bool holdsOnly(const fs::path& folder, const std::string& extension) {
 } // namespace
 
 ReplaceableFolder::ReplaceableFolder(fs::path target, std::string extension, bool overwrite)
-    : target_(std::move(target)),
+    : target_(followLinks(std::move(target))),
       extension_(std::move(extension)),
       overwrite_(overwrite),
       temporary_(checkedTarget()) {
     temporary_.createFolder();
 }
 
-// The old folder is renamed first, so that one of the two exists at all times except for a moment. Its other
-// name is not a temporary one: if the worst happens, it is still there.
 void ReplaceableFolder::commit() {
     checkedTarget();
-    if (!fs::exists(target_)) {
+    if (fs::exists(target_)) {
+        temporary_.replaceTarget();
+    } else {
         temporary_.moveToTarget();
-        return;
     }
-    const auto old = TemporaryPath::unusedBeside(target_);
-    std::error_code error;
-    fs::rename(target_, old, error);
-    if (error) {
-        throw Failure(target_.string(), "can't be replaced: " + error.message());
-    }
-    try {
-        temporary_.moveToTarget();
-    } catch (const Failure&) {
-        fs::rename(old, target_, error);
-        throw;
-    }
-    fs::remove_all(old, error);
 }
 
 /// @return the target, if the folder may be put there.
 const fs::path& ReplaceableFolder::checkedTarget() const {
-    const auto status = fs::status(target_);
+    std::error_code error;
+    const auto status = fs::status(target_, error);
+    if (status.type() == fs::file_type::none) {
+        throw Failure(target_.string(), "can't be made: " + error.message());
+    }
     if (!fs::exists(status)) {
         return target_;
     }

@@ -9,6 +9,7 @@ namespace MoxTool {
 
 /// A folder of files of one kind in the making, which can replace another such folder: it is filled under a
 /// temporary name beside its target and gets the target's name when it is complete; otherwise it is removed.
+/// For a symbolic link the target is the folder that it leads to.
 class ReplaceableFolder {
 public:
     /// Creates the temporary folder.

@@ -1,6 +1,7 @@
 #include "VtuExporter.h"
 
 #include "../../mesh/DatasetNames.h"
+#include "../noteUnknownShapes.h"
 
 #include <MoxReader/Format.h>
 
@@ -84,7 +85,10 @@ bool isDisplacementWithRotation(const ExportField& field) {
 
 } // namespace
 
-VtuExporter::VtuExporter(ExportModel& source) : source_(source), reader_(source.reader()) {}
+VtuExporter::VtuExporter(ExportModel& source) : source_(source), reader_(source.reader()) {
+    const auto unknown = std::ranges::count(source_.mesh().blocks, &UnknownShape, &ExportBlock::shape);
+    noteUnknownShapes(source_.summary(), static_cast<std::size_t>(unknown), "are loose points");
+}
 
 void VtuExporter::write(std::size_t step, double value, const std::filesystem::path& path,
                         const std::string& shownPath) {

@@ -6,6 +6,7 @@
 
 #include <bit>
 #include <ostream>
+#include <string_view>
 
 namespace MoxTool {
 
@@ -25,13 +26,23 @@ std::string columnAttributes(const VtuArray& array) {
     return text;
 }
 
-// Texts are written as the numbers of their bytes, each text followed by a zero.
+void appendNumbers(std::string& numbers, std::string_view text) {
+    for (const char letter : text) {
+        numbers += fmt::format("{} ", static_cast<unsigned char>(letter));
+    }
+}
+
+// Texts are written as the numbers of their bytes, each text followed by a zero. A zero inside a text would end
+// it, so it becomes "\x00".
 std::string textNumbers(const std::vector<std::string>& texts) {
     std::string numbers;
-    for (const auto& text : texts) {
-        for (const char letter : text) {
-            numbers += fmt::format("{} ", static_cast<unsigned char>(letter));
+    for (std::string_view text : texts) {
+        for (auto end = text.find('\0'); end != text.npos; end = text.find('\0')) {
+            appendNumbers(numbers, text.substr(0, end));
+            appendNumbers(numbers, "\\x00");
+            text.remove_prefix(end + 1);
         }
+        appendNumbers(numbers, text);
         numbers += "0 ";
     }
     return numbers;

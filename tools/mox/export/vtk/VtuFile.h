@@ -27,7 +27,7 @@ class VtuFile {
 public:
     VtuFile(std::size_t pointCount, std::size_t cellCount) : pointCount_(pointCount), cellCount_(cellCount) {}
 
-    /// Texts that belong to the whole mesh.
+    /// Texts that belong to the whole mesh. In them a NUL becomes "\x00".
     void addTexts(const std::string& name, const std::vector<std::string>& texts);
     /// The time that the mesh represents.
     void setTime(double time);

@@ -2,6 +2,7 @@
 
 #include "../../common/OutputFile.h"
 #include "../../common/Terminal.h"
+#include "../../common/followLinks.h"
 #include "ReplaceableFolder.h"
 #include "VtuExporter.h"
 #include "xmlText.h"
@@ -79,8 +80,9 @@ void writeText(const std::string& text, const fs::path& path, const std::string&
     }
 }
 
+// The list names the folder as one beside itself, so it stands beside the list and not beside a link to it.
 fs::path folderBeside(const fs::path& series) {
-    auto folder = series;
+    auto folder = followLinks(series);
     folder.replace_extension();
     folder += "_steps";
     return folder;
@@ -112,6 +114,7 @@ ConversionSummary exportPvd(const ExportRequest& request, Terminal& terminal) {
     ReplaceableFolder folder(folderPath, ".vtu", request.overwrite);
     ExportModel model(request);
     const auto series = planSeries(model);
+    model.limitMeshes(series.size());
     VtuExporter exporter(model);
     std::size_t written = 0;
     for (const auto& file : series) {

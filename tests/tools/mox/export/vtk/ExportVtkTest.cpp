@@ -96,3 +96,24 @@ TEST_F(ExportVtk, NodesOfLargeSolidsStandInVtksOrder) {
     EXPECT_EQ(mesh.numbers("PointData/a<b & \"c\"").back(), 19);
     EXPECT_EQ(mesh.texts("FieldData/Part Names"), std::vector<std::string>{"Brick <\"&\">"});
 }
+
+TEST_F(ExportVtk, NamesThatXmlOrAListCanNotHoldAreEscaped) {
+    namespace Mox = Qel::Mox2;
+    const std::string name = std::string("T\xEF\xBF\xBE\xEF\xBF\xBF\x01\0", 9) + "end";
+    {
+        Mox::Model model;
+        model.saveTo(folder.path("odd.mox"), {true, "", "", ""});
+        model.addNode(Mox::RootGroup, "odd");
+        const auto line = model.addNode(Mox::Shape, name);
+        model.addArrayProperty(Mox::Coordinates, Mox::Array2d<float>(2, 3, 0.5F), line, Mox::Step{});
+        model.addArrayProperty(Mox::Connectivity0, Mox::Array1d<unsigned int>{0, 1}, line, Mox::Step{});
+        model.addArrayProperty(Mox::Polylength0, Mox::Array1d<unsigned int>{2}, line, Mox::Step{});
+        model.addArrayProperty(name, Mox::NodeScalar, Mox::Array1d<float>{1, 2}, line, Mox::Step{});
+        model.close();
+    }
+    ASSERT_EQ(runMox({"export", folder.path("odd.mox"), folder.path("odd.vtu")}).exitCode, 0);
+    const auto mesh = read("odd.vtu");
+    EXPECT_TRUE(mesh.arrays.contains("PointData/T\\xEF\\xBF\\xBE\\xEF\\xBF\\xBF\\x01\\x00end"));
+    EXPECT_EQ(mesh.texts("FieldData/Part Names"),
+              std::vector<std::string>{"T\xEF\xBF\xBE\xEF\xBF\xBF\x01\\x00end"});
+}
