@@ -2,11 +2,14 @@
 
 #include "../common/CommandLine.h"
 #include "../common/Failure.h"
+#include "../common/Platform.h"
 #include "../common/Terminal.h"
 #include "ModelFormat.h"
 #include "cgns/importCgns.h"
 #include "exodus/importExodus.h"
 #include "gmsh/importGmsh.h"
+
+#include <cstdint>
 
 namespace MoxTool {
 
@@ -38,7 +41,8 @@ Examples:
 using Importer = ConversionSummary (*)(const ImportRequest&, Terminal&);
 
 ConversionSummary refuseUnknown(const ImportRequest& request, Terminal&) {
-    throw Failure(request.input, "is no Exodus II, CGNS or Gmsh .msh file");
+    throw Failure(request.input,
+                  "is in no format that mox import reads; these are Exodus II, CGNS and Gmsh .msh");
 }
 
 Importer importerOf(ModelFormat format) {
@@ -55,7 +59,11 @@ Importer importerOf(ModelFormat format) {
     return refuseUnknown;
 }
 
+constexpr std::uint64_t MiB = std::uint64_t{1} << 20;
+
 } // namespace
+
+ImportCommand::ImportCommand() : memory_(Platform::machineMemory() / MiB) {}
 
 std::string ImportCommand::name() const {
     return "import";
@@ -75,10 +83,15 @@ void ImportCommand::addOptions(CommandLine& line) {
     line.addFlag("--overwrite", request_.overwrite, "Replace OUT.mox if it exists; else that is an error");
     line.addFlag("--check", request_.check,
                  "Check the result as mox check does, before it gets its name; an error ends the import");
+    line.add("--memory", memory_,
+             "The most memory that reading MODEL may take, in MiB; 0 for any amount. Else it is that of the "
+             "machine")
+        .typeName("MIB");
     line.setDetails(Details);
 }
 
 int ImportCommand::run(Terminal& terminal) {
+    request_.mostMemory = memory_ > UINT64_MAX / MiB ? 0 : memory_ * MiB;
     importerOf(recogniseFormat(request_.input))(request_, terminal).print(terminal);
     return 0;
 }

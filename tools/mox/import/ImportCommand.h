@@ -8,6 +8,7 @@ namespace MoxTool {
 /// `mox import MODEL OUT.mox`: converts an Exodus II, CGNS or Gmsh file, recognised by its content.
 class ImportCommand : public Command {
 public:
+    ImportCommand();
     std::string name() const override;
     std::string summary() const override;
     std::optional<Example> example() const override;
@@ -16,6 +17,7 @@ public:
 
 private:
     ImportRequest request_;
+    unsigned long long memory_; // in MiB
 };
 
 } // namespace MoxTool

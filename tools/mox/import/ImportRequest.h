@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace MoxTool {
@@ -8,8 +9,9 @@ namespace MoxTool {
 struct ImportRequest {
     std::string input;
     std::string output;
-    bool overwrite = false; ///< An existing output is replaced, once the new one is whole.
-    bool check = false;     ///< The new file gets its name only if `mox check` finds no error in it.
+    bool overwrite = false;       ///< An existing output is replaced, once the new one is whole.
+    bool check = false;           ///< The new file gets its name only if `mox check` finds no error in it.
+    std::uint64_t mostMemory = 0; ///< What reading the input may take, in bytes; 0 for no bound.
 };
 
 } // namespace MoxTool

@@ -1,6 +1,7 @@
 #include "ExodusMeshImporter.h"
 
 #include "../../common/Failure.h"
+#include "../../common/visibleText.h"
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
 #include "../../mesh/ElementType.h"
@@ -9,7 +10,9 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace MoxTool {
@@ -18,8 +21,28 @@ using Qel::Mox2::DatasetType;
 
 namespace {
 
+// From 0 to 3; nothing for a block that a model can't take.
+std::optional<int> dimensionOf(const ExodusBlock& block, const ExodusFile& file) {
+    return ElementType(block.elementType).dimension(block.nodesPerElement, file.dimension());
+}
+
+bool becomesPart(const ExodusBlock& block, const ExodusFile& file) {
+    return block.elementCount > 0 && dimensionOf(block, file).has_value();
+}
+
+// A variable that is declared need not have numbers anywhere.
 bool hasResults(const ExodusFile& file) {
-    return !file.variableNames(EX_NODAL).empty() || !file.variableNames(EX_ELEM_BLOCK).empty();
+    const bool hasNodeResults = file.counts().num_nodes > 0 && !file.variableNames(EX_NODAL).empty();
+    const auto variables = file.variableNames(EX_ELEM_BLOCK).size();
+    const auto table = file.elementTruthTable(variables);
+    for (std::size_t block = 0; block < file.blocks().size(); ++block) {
+        const auto row = std::span(table).subspan(block * variables, variables);
+        const bool isUsed = std::ranges::any_of(row, [](int cell) { return cell != 0; });
+        if (becomesPart(file.blocks()[block], file) && (hasNodeResults || isUsed)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 // A model knows steps only by their results.
@@ -102,8 +125,7 @@ void ExodusMeshImporter::addParts() {
     std::vector<unsigned int> geometries;
     for (std::size_t i = 0; i < file_.blocks().size(); ++i) {
         const auto& block = file_.blocks()[i];
-        const auto dimension =
-            ElementType(block.elementType).dimension(block.nodesPerElement, file_.dimension());
+        const auto dimension = dimensionOf(block, file_);
         if (block.elementCount == 0) {
             empty.push_back(blockName(block));
         } else if (!dimension) {
@@ -171,8 +193,9 @@ std::vector<unsigned int> ExodusMeshImporter::readConnectivity(const ExodusBlock
     indices.reserve(nodes.size());
     for (const auto node : nodes) {
         if (node < 1 || node > file_.counts().num_nodes) {
-            throw Failure(file_.path(), fmt::format("damaged: {} refers to node {} of {}", blockName(block),
-                                                    node, file_.counts().num_nodes));
+            throw Failure(file_.path(),
+                          fmt::format("damaged: {} refers to node {} of {}", visibleText(blockName(block)),
+                                      node, file_.counts().num_nodes));
         }
         indices.push_back(static_cast<unsigned int>(node - 1));
     }

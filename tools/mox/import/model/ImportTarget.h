@@ -1,9 +1,9 @@
 #pragma once
 
-#include "../../common/ConversionSummary.h"
 #include "DatasetWriter.h"
 #include "FloatNarrowing.h"
 #include "ImportLimits.h"
+#include "ImportSummary.h"
 #include "ShapeWriter.h"
 
 #include <Qel/Mox2/Model.h>
@@ -20,8 +20,7 @@ class Terminal;
 struct ImportTarget {
     /// @param inputPath The path of the file that is imported, as the user named it.
     /// @param output    Open and without nodes. All others must outlive the target.
-    ImportTarget(std::string inputPath, Qel::Mox2::Model& output, Terminal& messages,
-                 ConversionSummary& results)
+    ImportTarget(std::string inputPath, Qel::Mox2::Model& output, Terminal& messages, ImportSummary& results)
         : limits(std::move(inputPath)),
           model(output),
           datasets(output, results),
@@ -35,7 +34,7 @@ struct ImportTarget {
     ShapeWriter shapes;
     FloatNarrowing narrowing;
     Terminal& terminal; ///< Shows the progress.
-    ConversionSummary& summary;
+    ImportSummary& summary;
 };
 
 } // namespace MoxTool

@@ -326,3 +326,24 @@ TEST_F(ImportGmsh, DamagedFilesAreRefusedBeforeTheLibraryStumbles) {
         expectRefused(write(content), reason);
     }
 }
+
+TEST_F(ImportGmsh, FilesOnWhichTheLibraryCrashesAreRefused) {
+    const std::string reason = "libgmsh crashed on this file; it is likely damaged\n";
+    expectRefused(write(Plate + replaced(Results, "0.25\n3\n0\n1", "0.25\n3\n-1\n1")), reason);
+    expectRefused(write("$MeshFormat\n4.1 0 8\n$EndMeshFormat\n$PhysicalNames\n1\n77777777 1 "
+                        "\"a\"\n$EndPhysicalNames\n"),
+                  reason);
+}
+
+TEST_F(ImportGmsh, NamesOfSectionsAreShownWithoutControlCharacters) {
+    run = runImport({write(Plate + "$Odd\x1B[31m\n$EndOdd\x1B[31m\n"), output()});
+    EXPECT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_TRUE(run.says("not taken: sections of the file: 1 (Odd\\x1B[31m)\n")) << run.messages;
+}
+
+TEST_F(ImportGmsh, SeparatorOfKeysInTheNameOfAViewIsReplaced) {
+    import(write(Plate + replaced(Results, "\"stress\"",
+                                  "\"str\x1E"
+                                  "ess\"")));
+    EXPECT_EQ(floats(3, "str_ess", "Step 1"), (Floats{7, 7, 7, 0, 0, 0}));
+}
