@@ -8,6 +8,7 @@
 #include "cgns/importCgns.h"
 #include "exodus/importExodus.h"
 #include "gmsh/importGmsh.h"
+#include "model/StepChoice.h"
 
 #include <cstdint>
 
@@ -36,6 +37,7 @@ Examples:
   mox import bracket.e bracket.mox
   mox import --overwrite modes.exo modes.mox
   mox import --check wing.cgns wing.mox
+  mox import --block 'web*' --variable 'stress_*' --step 7- bracket.e end.mox
   mox import horn.msh horn.mox)";
 
 using Importer = ConversionSummary (*)(const ImportRequest&, Terminal&);
@@ -83,6 +85,20 @@ void ImportCommand::addOptions(CommandLine& line) {
     line.addFlag("--overwrite", request_.overwrite, "Replace OUT.mox if it exists; else that is an error");
     line.addFlag("--check", request_.check,
                  "Check the result as mox check does, before it gets its name; an error ends the import");
+    line.add(
+            "--block", request_.blocks,
+            "Take only this block, by its name or id (in a CGNS file: a section or a zone; in a Gmsh file: a "
+            "group); * and ? stand for any text or character. Can be repeated, as the next two can")
+        .typeName("NAME|ID")
+        .repeatable();
+    line.add("--variable", request_.variables, "Take only this variable, by its name in MODEL; also * and ?")
+        .typeName("NAME")
+        .repeatable();
+    line.add("--step", request_.steps,
+             "Take only these steps, by their numbers from 1: 3, 2-5, or 7- to the end")
+        .typeName("RANGE")
+        .repeatable()
+        .check(StepChoice::problemOf);
     line.add("--memory", memory_,
              "The most memory that reading MODEL may take, in MiB; 0 for any amount. Else it is that of the "
              "machine")

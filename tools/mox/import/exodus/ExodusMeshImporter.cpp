@@ -26,19 +26,36 @@ std::optional<int> dimensionOf(const ExodusBlock& block, const ExodusFile& file)
     return ElementType(block.elementType).dimension(block.nodesPerElement, file.dimension());
 }
 
+bool isChosen(const ExodusBlock& block, Choices& choices) {
+    return choices.blocks.takes(blockName(block), {std::to_string(block.id)});
+}
+
 bool becomesPart(const ExodusBlock& block, const ExodusFile& file) {
     return block.elementCount > 0 && dimensionOf(block, file).has_value();
 }
 
+// Looks at all variables even if one of them is enough, since a choice must have seen all.
+bool takesAny(const std::vector<std::string>& variables, Choice& choice) {
+    return std::ranges::count_if(variables, [&](const auto& name) { return choice.takes(name); }) > 0;
+}
+
 // A variable that is declared need not have numbers anywhere.
-bool hasResults(const ExodusFile& file) {
-    const bool hasNodeResults = file.counts().num_nodes > 0 && !file.variableNames(EX_NODAL).empty();
-    const auto variables = file.variableNames(EX_ELEM_BLOCK).size();
-    const auto table = file.elementTruthTable(variables);
+bool hasResults(const ExodusFile& file, Choices& choices) {
+    const bool hasNodeResults =
+        takesAny(file.variableNames(EX_NODAL), choices.variables) && file.counts().num_nodes > 0;
+    const auto variables = file.variableNames(EX_ELEM_BLOCK);
+    const bool hasElementResults = takesAny(variables, choices.variables);
+    const auto table = file.elementTruthTable(variables.size());
     for (std::size_t block = 0; block < file.blocks().size(); ++block) {
-        const auto row = std::span(table).subspan(block * variables, variables);
-        const bool isUsed = std::ranges::any_of(row, [](int cell) { return cell != 0; });
-        if (becomesPart(file.blocks()[block], file) && (hasNodeResults || isUsed)) {
+        if (!becomesPart(file.blocks()[block], file) || !isChosen(file.blocks()[block], choices)) {
+            continue;
+        }
+        bool isUsed = hasNodeResults;
+        for (std::size_t i = 0; hasElementResults && i < variables.size(); ++i) {
+            isUsed =
+                isUsed || (table[block * variables.size() + i] != 0 && choices.variables.takes(variables[i]));
+        }
+        if (isUsed) {
             return true;
         }
     }
@@ -46,10 +63,13 @@ bool hasResults(const ExodusFile& file) {
 }
 
 // A model knows steps only by their results.
-void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times) {
+void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times, const StepChoice& choice) {
+    std::size_t number = 0;
     for (std::size_t i = 0; i < times.size(); ++i) {
-        attributes.set(AttributeNames::numbered(AttributeNames::TimeOfStep, i + 1),
-                       fmt::format("{}", times[i]));
+        if (choice.takes(i)) {
+            attributes.set(AttributeNames::numbered(AttributeNames::TimeOfStep, ++number),
+                           fmt::format("{}", times[i]));
+        }
     }
 }
 
@@ -112,8 +132,9 @@ Qel::Mox2::Attributes ExodusMeshImporter::rootAttributes() const {
     setNumber(attributes, AttributeNames::NodeSets, counts.num_node_sets);
     setNumber(attributes, AttributeNames::SideSets, counts.num_side_sets);
     setNumber(attributes, AttributeNames::Steps, static_cast<std::int64_t>(file_.times().size()));
-    if (!hasResults(file_)) {
-        setTimes(attributes, file_.times());
+    target_.choices.stepCount = file_.times().size();
+    if (!hasResults(file_, target_.choices)) {
+        setTimes(attributes, file_.times(), target_.choices.steps);
     }
     setQaRecords(attributes, file_.qaRecords());
     return attributes;
@@ -126,6 +147,9 @@ void ExodusMeshImporter::addParts() {
     for (std::size_t i = 0; i < file_.blocks().size(); ++i) {
         const auto& block = file_.blocks()[i];
         const auto dimension = dimensionOf(block, file_);
+        if (!isChosen(block, target_.choices)) {
+            continue;
+        }
         if (block.elementCount == 0) {
             empty.push_back(blockName(block));
         } else if (!dimension) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Choices.h"
 #include "DatasetWriter.h"
 #include "FloatNarrowing.h"
 #include "ImportLimits.h"
@@ -8,9 +9,6 @@
 
 #include <Qel/Mox2/Model.h>
 
-#include <string>
-#include <utility>
-
 namespace MoxTool {
 
 class Terminal;
@@ -18,10 +16,11 @@ class Terminal;
 /// Where an importer puts what it reads: a model, the means to write it, and the summary of what was taken
 /// and what was not.
 struct ImportTarget {
-    /// @param inputPath The path of the file that is imported, as the user named it.
-    /// @param output    Open and without nodes. All others must outlive the target.
-    ImportTarget(std::string inputPath, Qel::Mox2::Model& output, Terminal& messages, ImportSummary& results)
-        : limits(std::move(inputPath)),
+    /// @param output Open and without nodes. All arguments must outlive the target.
+    ImportTarget(const ImportRequest& request, Qel::Mox2::Model& output, Terminal& messages,
+                 ImportSummary& results)
+        : limits(request.input),
+          choices(request),
           model(output),
           datasets(output, results),
           shapes(output, results),
@@ -29,6 +28,7 @@ struct ImportTarget {
           summary(results) {}
 
     ImportLimits limits;
+    Choices choices;
     Qel::Mox2::Model& model;
     DatasetWriter datasets;
     ShapeWriter shapes;

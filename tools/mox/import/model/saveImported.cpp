@@ -61,13 +61,14 @@ void fillTarget(ImportTarget& target, const ModelFiller& fill) {
     }
 }
 
-void save(const std::string& path, const std::string& input, const ModelFiller& fill, Terminal& terminal,
+void save(const std::string& path, const ImportRequest& request, const ModelFiller& fill, Terminal& terminal,
           ImportSummary& summary) {
     auto model = std::make_unique<Qel::Mox2::Model>();
     try {
         model->saveTo(path, saverOptions());
-        ImportTarget target(input, *model, terminal, summary);
+        ImportTarget target(request, *model, terminal, summary);
         fillTarget(target, fill);
+        target.choices.check(request.input);
         model->close();
     } catch (...) {
         closeOrAbandon(model);
@@ -91,7 +92,7 @@ std::string saveAndReport(const std::string& path, const ImportRequest& request,
                           Terminal& terminal) {
     try {
         ImportSummary summary;
-        save(path, request.input, fill, terminal, summary);
+        save(path, request, fill, terminal, summary);
         return Saved + summary.pack();
     } catch (const Failure& failure) {
         return Failed + std::string(failure.what());

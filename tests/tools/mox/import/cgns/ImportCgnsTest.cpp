@@ -351,3 +351,30 @@ TEST_F(ImportCgns, NamesAreShownWithoutControlCharacters) {
     }
     expectRefused(input(), "damaged: section Sk\\x1B[31min: it refers to vertex 4 of 3\n");
 }
+
+TEST_F(ImportCgns, SectionsZonesVariablesAndStepsAreChosen) {
+    {
+        SmallCgnsFile file(input(), 1);
+        for (const auto* zone : {"Left", "Right"}) {
+            file.addZone(zone, 3, 2);
+            file.lineOfVertices(3);
+            file.section("First", CGNS_ENUMV(BAR_2), 1, 1, {1, 2});
+            file.section("Second", CGNS_ENUMV(BAR_2), 2, 2, {2, 3});
+            file.solution("Centres", CGNS_ENUMV(CellCenter));
+            file.field("Heat", {1, 2});
+            file.field("Depth", {3, 4});
+        }
+    }
+    run = runImport({"--check", "--block", "Right/Second", "--variable", "Heat", input(), output()});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    saved = std::make_unique<ReadBack>(output());
+    EXPECT_EQ(namesBelow(root()), Names{"Right"});
+    EXPECT_EQ(namesBelow(child(root(), 0)), Names{"Second"});
+    EXPECT_EQ(floats(0, "Heat"), Floats{2});
+    EXPECT_FALSE(has(0, "Depth"));
+    EXPECT_FALSE(run.says("not taken"));
+    std::filesystem::remove(output());
+    run = runImport({"--block", "Left", input(), output()});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_TRUE(run.says("shapes: 2,")) << run.messages;
+}

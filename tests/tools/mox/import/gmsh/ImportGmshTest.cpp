@@ -347,3 +347,19 @@ TEST_F(ImportGmsh, SeparatorOfKeysInTheNameOfAViewIsReplaced) {
                                   "ess\"")));
     EXPECT_EQ(floats(3, "str_ess", "Step 1"), (Floats{7, 7, 7, 0, 0, 0}));
 }
+
+TEST_F(ImportGmsh, GroupsViewsAndStepsAreChosen) {
+    run = runImport({"--check", "--block", "plate", "--variable", "he*", "--step", "2-",
+                     write(Plate + Results), output()});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    saved = std::make_unique<ReadBack>(output());
+    EXPECT_EQ(namesBelow(root()), (Names{"plate (Triangle 3)", "plate (Quadrilateral 4)"}));
+    EXPECT_EQ(floats(0, "heat", "Step 2"), (Floats{7, 8, 9, 10, 11, 12}));
+    EXPECT_FALSE(has(0, "heat", "Step 1"));
+    EXPECT_FALSE(has(0, "Displacement", "Step 2"));
+    EXPECT_TRUE(run.says("steps: 1,"));
+    std::filesystem::remove(output());
+    run = runImport({"--block", "none", write(Plate), output()});
+    EXPECT_TRUE(run.says("--block none: no block has this name; there are: Point 1, edge, plate\n"))
+        << run.messages;
+}
