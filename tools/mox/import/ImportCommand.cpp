@@ -33,6 +33,10 @@ disp, displ or displacement becomes "Displacement"; rot, rotation or rotations i
 more columns.
 What the file has and a model can't take is listed at the end.
 
+--block, --variable and --step choose what is taken, and can be repeated. In names, * stands for any text
+and ? for a character. In a CGNS file, a block is a section or a zone, and in a Gmsh file a group. Steps
+keep their numbers; 7- is all from there on.
+
 Examples:
   mox import bracket.e bracket.mox
   mox import --overwrite modes.exo modes.mox
@@ -85,23 +89,19 @@ void ImportCommand::addOptions(CommandLine& line) {
     line.addFlag("--overwrite", request_.overwrite, "Replace OUT.mox if it exists; else that is an error");
     line.addFlag("--check", request_.check,
                  "Check the result as mox check does, before it gets its name; an error ends the import");
-    line.add(
-            "--block", request_.blocks,
-            "Take only this block, by its name or id (in a CGNS file: a section or a zone; in a Gmsh file: a "
-            "group); * and ? stand for any text or character. Can be repeated, as the next two can")
+    line.add("--block", request_.blocks,
+             "Take this block, by its name or id, and no others but those named so")
         .typeName("NAME|ID")
         .repeatable();
-    line.add("--variable", request_.variables, "Take only this variable, by its name in MODEL; also * and ?")
+    line.add("--variable", request_.variables, "Take this variable, by its name in MODEL; likewise")
         .typeName("NAME")
         .repeatable();
-    line.add("--step", request_.steps,
-             "Take only these steps, by their numbers from 1: 3, 2-5, or 7- to the end")
+    line.add("--step", request_.steps, "Take these steps, by their numbers from 1 (3, 2-5, 7-); likewise")
         .typeName("RANGE")
         .repeatable()
         .check(StepChoice::problemOf);
     line.add("--memory", memory_,
-             "The most memory that reading MODEL may take, in MiB; 0 for any amount. Else it is that of the "
-             "machine")
+             "The most memory for reading MODEL, in MiB; 0 for any amount, else that of the machine")
         .typeName("MIB");
     line.setDetails(Details);
 }

@@ -5,16 +5,20 @@
 #include "Support/NumberedArrays.h"
 #include "Support/TemporaryFolder.h"
 #include "common/Failure.h"
+#include "common/Platform.h"
+#include "common/TemporaryPath.h"
 
 #include <MoxReader/File.h>
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
 
 #ifndef _WIN32
+#include <sys/wait.h>
 #include <unistd.h>
 #endif
 
@@ -213,6 +217,39 @@ TEST_F(ImportApart, ProgressOfACrashedImportIsCleared) {
         FAIL() << "nothing was wrong";
     } catch (const MoxTool::Failure&) {
         EXPECT_EQ(watched.text(), "\r\x1B[Kimporting  50 %\r\x1B[K");
+    }
+}
+
+// Both processes hold the end of a pipe to which one of them writes, so reading from it ends when both have ended.
+TEST_F(ImportApart, SignalEndsBothProcessesAndLeavesNothing) {
+    for (const int signal : {SIGINT, SIGTERM}) {
+        std::array<int, 2> ends{};
+        ASSERT_EQ(pipe(ends.data()), 0);
+        const auto [source, target] = ends;
+        const auto id = fork();
+        ASSERT_GE(id, 0);
+        if (id == 0) {
+            close(source);
+            std::signal(signal, SIG_DFL); // a test program in the background ignores Ctrl-C
+            MoxTool::Platform::runAtInterruption(MoxTool::TemporaryPath::removeAll);
+            failureOf([target = target](MoxTool::ImportTarget&) {
+                if (write(target, "x", 1) == 1) {
+                    pause();
+                }
+            });
+            _exit(0);
+        }
+        close(target);
+        char letter = 0;
+        EXPECT_EQ(read(source, &letter, 1), 1);
+        EXPECT_EQ(folder.files().size(), 1U);
+        EXPECT_EQ(kill(id, signal), 0);
+        EXPECT_EQ(read(source, &letter, 1), 0);
+        close(source);
+        int status = 0;
+        EXPECT_EQ(waitpid(id, &status, 0), id);
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
+        EXPECT_EQ(folder.files(), Files{});
     }
 }
 #endif
