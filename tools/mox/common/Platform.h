@@ -35,8 +35,8 @@ struct ApartOutcome {
 
 /// Does work in a process of its own, so that this one survives a crash of it, and waits for it. What the work
 /// changes in memory is lost. When this process is ended from outside, the other one is ended before the
-/// function given to runAtInterruption() is called. On systems without such processes, the work is
-/// done in this one.
+/// function given to runAtInterruption() is called. On systems without such processes, or if none can be made,
+/// the work is done in this one.
 ///
 /// @param work       Gets the stream of messages to the user, since nothing else that is written to stderr, such
 ///                   as the last words of a crashed library, reaches them. Throws nothing.
