@@ -67,6 +67,11 @@ CommandLine::Option::check(const std::function<std::string(const std::string&)>&
     return *this;
 }
 
+CommandLine::Option& CommandLine::Option::repeatable() {
+    option_->allow_extra_args(false);
+    return *this;
+}
+
 CommandLine::Option& CommandLine::Option::excludes(const std::vector<Option>& others) {
     for (const auto& other : others) {
         option_->excludes(other.option_);

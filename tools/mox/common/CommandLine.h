@@ -36,6 +36,8 @@ public:
         Option& oneOf(const std::vector<std::string>& values);
         /// @param problem Returns what is wrong with a value; nothing if it is fine.
         Option& check(const std::function<std::string(const std::string&)>& problem);
+        /// For a list of values: one value after each of its names, so that arguments can follow.
+        Option& repeatable();
         Option& excludes(const std::vector<Option>& others);
 
     private:

@@ -6,13 +6,32 @@
 #include <windows.h>
 #else
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
+#include <mutex>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
 #endif
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <utility>
+
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define MOX_SANITIZED
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define MOX_SANITIZED
+#endif
 
 namespace MoxTool::Platform {
 
@@ -50,6 +69,28 @@ void runAtInterruption(std::function<void()> function) {
     SetConsoleCtrlHandler(interrupt, TRUE);
 }
 
+bool ApartOutcome::isCrash() const {
+    return false;
+}
+
+bool ApartOutcome::isKill() const {
+    return false;
+}
+
+std::string ApartOutcome::signalName() const {
+    return "";
+}
+
+ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::uint64_t) {
+    return {work(stderr)};
+}
+
+std::uint64_t machineMemory() {
+    MEMORYSTATUSEX status{};
+    status.dwLength = sizeof(status);
+    return GlobalMemoryStatusEx(&status) != 0 ? status.ullTotalPhys : 0;
+}
+
 #else
 
 namespace {
@@ -68,6 +109,133 @@ sigset_t signalsThatEnd() {
         }
     }
     return signals;
+}
+
+// The process that does work apart. Never destroyed, since an interruption can come while this process ends.
+struct Child {
+    std::mutex mutex;
+    pid_t id = 0; // 0 if there is none
+};
+
+Child& child() {
+    static auto& instance = *new Child;
+    return instance;
+}
+
+// Leaves the ended process to be asked for its status.
+void waitForEnd(pid_t id) {
+    siginfo_t ignored{};
+    while (waitid(P_PID, static_cast<id_t>(id), &ignored, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
+    }
+}
+
+// The mutex stays locked, so that the thread that waits for the child does not take this for a crash.
+void endChild() {
+    child().mutex.lock();
+    if (child().id != 0) {
+        kill(child().id, SIGKILL);
+        waitForEnd(child().id);
+    }
+}
+
+// Returns its status; nothing if that is lost, as where a parent of this process ignores the ends of children.
+std::optional<int> takeEnd(pid_t id) {
+    waitForEnd(id);
+    const std::lock_guard lock(child().mutex);
+    child().id = 0;
+    int status = 0;
+    return waitpid(id, &status, 0) == id ? std::optional(status) : std::nullopt;
+}
+
+// Its first parameter is an enumeration on some systems.
+template <typename Resource>
+void limit(Resource resource, rlim_t most) {
+    rlimit current{};
+    if (getrlimit(resource, &current) == 0) {
+        current.rlim_cur = std::min(current.rlim_cur, most);
+        setrlimit(resource, &current);
+    }
+}
+
+// In the child: what reaches stderr is dropped, and the returned stream takes its place. With a sanitizer, its
+// reports are kept.
+std::FILE* setMessagesApart() {
+#ifdef MOX_SANITIZED
+    return stderr;
+#else
+    const int messages = dup(STDERR_FILENO);
+    const int nowhere = open("/dev/null", O_WRONLY);
+    std::FILE* stream = messages < 0 || nowhere < 0 ? nullptr : fdopen(messages, "w");
+    if (stream == nullptr) {
+        return stderr;
+    }
+    dup2(nowhere, STDERR_FILENO);
+    std::setvbuf(stream, nullptr, _IONBF, 0);
+    return stream;
+#endif
+}
+
+void setLimits(std::uint64_t mostMemory) {
+    limit(RLIMIT_CORE, 0);
+#ifndef MOX_SANITIZED
+    if (mostMemory != 0) {
+        limit(RLIMIT_AS, static_cast<rlim_t>(mostMemory));
+    }
+#else
+    (void)mostMemory;
+#endif
+}
+
+bool writeAll(int target, const char* bytes, std::size_t size) {
+    while (size > 0) {
+        const auto written = write(target, bytes, size);
+        if (written < 0 && errno != EINTR) {
+            return false;
+        }
+        const auto done = static_cast<std::size_t>(std::max<ssize_t>(written, 0));
+        bytes += done;
+        size -= done;
+    }
+    return true;
+}
+
+std::string readAll(int source) {
+    std::string bytes;
+    std::array<char, 65536> piece{};
+    for (;;) {
+        const auto count = read(source, piece.data(), piece.size());
+        if (count == 0 || (count < 0 && errno != EINTR)) {
+            return bytes;
+        }
+        bytes.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+}
+
+// The child itself. The parent ends it when the user ends the parent; on Linux the system does so as well.
+[[noreturn]] void live(int result, const std::function<std::string(std::FILE*)>& work,
+                       std::uint64_t mostMemory) {
+    const auto signals = signalsThatEnd();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+#ifdef __linux__
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+#endif
+    setLimits(mostMemory);
+    const auto bytes = work(setMessagesApart());
+    const std::uint64_t size = bytes.size();
+    const bool isWritten = writeAll(result, reinterpret_cast<const char*>(&size), sizeof(size)) &&
+                           writeAll(result, bytes.data(), bytes.size());
+    std::fflush(nullptr);
+    _exit(isWritten ? 0 : 1);
+}
+
+// What the child has written, if it is whole.
+std::optional<std::string> resultIn(const std::string& bytes) {
+    std::uint64_t size = 0;
+    if (bytes.size() < sizeof(size)) {
+        return std::nullopt;
+    }
+    std::memcpy(&size, bytes.data(), sizeof(size));
+    return bytes.size() - sizeof(size) == size ? std::optional(bytes.substr(sizeof(size))) : std::nullopt;
 }
 
 } // namespace
@@ -102,10 +270,63 @@ void runAtInterruption(std::function<void()> function) {
     std::thread([signals, run = std::move(function)] {
         int signal = 0;
         sigwait(&signals, &signal);
+        endChild();
         run();
         pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
         std::raise(signal);
     }).detach();
+}
+
+bool ApartOutcome::isCrash() const {
+    constexpr std::array Faults = {SIGSEGV, SIGBUS, SIGABRT, SIGFPE, SIGILL, SIGTRAP, SIGSYS};
+    return signal == 0 || std::find(Faults.begin(), Faults.end(), signal) != Faults.end();
+}
+
+bool ApartOutcome::isKill() const {
+    return signal == SIGKILL;
+}
+
+std::string ApartOutcome::signalName() const {
+    return strsignal(signal);
+}
+
+// Everything buffered is written before, since the child would write its copy as well.
+ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::uint64_t mostMemory) {
+    std::array<int, 2> ends{};
+    std::fflush(nullptr);
+    if (pipe(ends.data()) != 0) {
+        return {work(stderr)};
+    }
+    const auto [source, target] = ends;
+    std::unique_lock lock(child().mutex);
+    const auto id = fork();
+    if (id == 0) {
+        close(source);
+        live(target, work, mostMemory);
+    }
+    child().id = std::max<pid_t>(id, 0);
+    lock.unlock();
+    close(target);
+    if (id < 0) {
+        close(source);
+        return {work(stderr)};
+    }
+    const auto bytes = readAll(source);
+    close(source);
+    const auto status = takeEnd(id);
+    if (status && WIFSIGNALED(*status)) {
+        return {std::nullopt, WTERMSIG(*status)};
+    }
+    if (status && WEXITSTATUS(*status) != 0) {
+        return {};
+    }
+    return {resultIn(bytes)};
+}
+
+std::uint64_t machineMemory() {
+    const auto pages = sysconf(_SC_PHYS_PAGES);
+    const auto size = sysconf(_SC_PAGE_SIZE);
+    return pages > 0 && size > 0 ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(size) : 0;
 }
 
 #endif

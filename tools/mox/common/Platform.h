@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <functional>
+#include <optional>
+#include <string>
 
 /// Everything that depends on the operating system.
 namespace MoxTool::Platform {
@@ -24,5 +27,32 @@ void reserveStandardStreams();
 /// its own and then lets the process end as it would have without. A kind of end that the process was started
 /// to ignore, as under nohup, stays ignored. May be called once, before the process has a second thread.
 void runAtInterruption(std::function<void()> function);
+
+/// What became of work that was done apart.
+struct ApartOutcome {
+    std::optional<std::string> result; ///< What the work has returned; nothing if its process died.
+    int signal = 0;                    ///< Why the process died, if that is known.
+
+    /// Whether the program ran into a fault of its own, such as a wrong address.
+    bool isCrash() const;
+    /// Whether it was killed, as systems do that run out of memory.
+    bool isKill() const;
+    /// The system's name of the signal.
+    std::string signalName() const;
+};
+
+/// Does work in a process of its own, so that this one survives a crash of it, and waits for it. What the work
+/// changes in memory is lost. When this process is ended from outside, the other one is ended before the
+/// function given to runAtInterruption() is called. On systems without such processes, or if none can be made,
+/// the work is done in this one.
+///
+/// @param work       Gets the stream of messages to the user, since nothing else that is written to stderr, such
+///                   as the last words of a crashed library, reaches them. Throws nothing.
+/// @param mostMemory The memory that the work may take, in bytes; 0 for no bound. Not held where the program is
+///                   built with a sanitizer that needs far more.
+ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::uint64_t mostMemory);
+
+/// The size of the machine's memory in bytes; 0 if that is not known.
+std::uint64_t machineMemory();
 
 } // namespace MoxTool::Platform

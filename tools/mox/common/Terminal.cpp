@@ -75,6 +75,17 @@ void Terminal::progress(std::string_view work, double fraction) {
     std::fflush(stream_);
 }
 
+void Terminal::clearForeignProgress() {
+    progressShows_ = interactive_;
+    clearProgress();
+}
+
+void Terminal::replaceStandardError(std::FILE* stream) {
+    if (stream_ == stderr) {
+        stream_ = stream;
+    }
+}
+
 void Terminal::clearProgress() {
     if (!progressShows_) {
         return;

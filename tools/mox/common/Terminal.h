@@ -45,6 +45,10 @@ public:
     /// @param fraction From 0 to 1.
     void progress(std::string_view work, double fraction);
     void clearProgress();
+    /// Clears the progress that another process may have left when it died.
+    void clearForeignProgress();
+    /// In a process whose stderr is set apart: writes to this stream instead, if it wrote to stderr.
+    void replaceStandardError(std::FILE* stream);
 
 private:
     std::FILE* stream_;

@@ -4,7 +4,8 @@
 
 namespace MoxTool {
 
-/// @throws Failure if there is nothing at this path, or if it is not a regular file.
+/// @throws Failure if there is nothing at this path, if it is not a regular file (it says what it is), or if the
+///                 file may not be read.
 void checkIsFile(const std::string& path);
 
 } // namespace MoxTool

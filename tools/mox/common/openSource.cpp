@@ -1,6 +1,7 @@
 #include "openSource.h"
 
 #include "Platform.h"
+#include "checkIsFile.h"
 #include "readFailure.h"
 
 #include <MoxReader/FileSource.h>
@@ -33,6 +34,7 @@ std::shared_ptr<MoxReader::Source> openSource(const std::string& path) {
     if (path == "-") {
         return std::make_shared<MoxReader::MemorySource>(readStandardInput());
     }
+    checkIsFile(path);
     return explainErrors(path, [&] { return std::make_shared<MoxReader::FileSource>(path); });
 }
 

@@ -2,6 +2,7 @@
 
 #include "../common/Failure.h"
 #include "../common/checkIsFile.h"
+#include "../common/visibleText.h"
 #include "../mesh/ElementType.h"
 #include "CharRows.h"
 #include "requiredNetcdfLength.h"
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 
 namespace MoxTool {
 
@@ -73,6 +75,13 @@ void checkContainer(const std::string& path) {
     checkOpens(path);
 }
 
+// A block by its place in the file, counted from 1, and its name if it has one.
+std::string blockAt(std::size_t place, const std::vector<std::string>& names) {
+    return names[place].empty()
+               ? fmt::format("element block {}", place + 1)
+               : fmt::format("element block {} \"{}\"", place + 1, visibleText(names[place]));
+}
+
 } // namespace
 
 ExodusFile::Handle::~Handle() {
@@ -98,7 +107,7 @@ void ExodusFile::open() {
     }
     nameLength_ = static_cast<std::size_t>(
         std::max<std::int64_t>(MAX_NAME_LENGTH, inquire(EX_INQ_DB_MAX_ALLOWED_NAME_LENGTH)));
-    ex_set_max_name_length(file_.id, static_cast<int>(nameLength_));
+    check(ex_set_max_name_length(file_.id, static_cast<int>(nameLength_)), "its names");
 }
 
 void ExodusFile::readParameters() {
@@ -109,13 +118,17 @@ void ExodusFile::readParameters() {
 }
 
 void ExodusFile::readBlocks() {
+    const auto blockIds = ids(EX_ELEM_BLOCK, parameters_.num_elem_blk);
+    const auto blockNames = names(EX_ELEM_BLOCK, parameters_.num_elem_blk);
+    refuseRepeatedIds(blockIds, blockNames);
     std::int64_t firstElement = 0;
-    for (const auto blockId : ids(EX_ELEM_BLOCK, parameters_.num_elem_blk)) {
+    for (std::size_t place = 0; place < blockIds.size(); ++place) {
+        checkElementType(place);
         ex_block block{};
-        block.id = blockId;
+        block.id = blockIds[place];
         block.type = EX_ELEM_BLOCK;
         check(ex_get_block_param(file_.id, &block), "an element block");
-        elementBlocks_.push_back({blockId, blockName(blockId), block.topology, block.num_entry,
+        elementBlocks_.push_back({block.id, blockNames[place], block.topology, block.num_entry,
                                   block.num_nodes_per_entry, block.num_attribute, firstElement});
         firstElement += block.num_entry;
     }
@@ -132,15 +145,38 @@ void ExodusFile::readTimes() {
     }
 }
 
-std::string ExodusFile::blockName(std::int64_t block) const {
-    std::string name(nameLength_ + 1, '\0');
-    check(ex_get_name(file_.id, EX_ELEM_BLOCK, block, name.data()), "the name of an element block");
-    return name.substr(0, name.find('\0'));
+// The library finds a block by its id alone: it would read the first of two twice and the other not at all.
+void ExodusFile::refuseRepeatedIds(const std::vector<std::int64_t>& blockIds,
+                                   const std::vector<std::string>& blockNames) const {
+    std::map<std::int64_t, std::size_t> places;
+    for (std::size_t place = 0; place < blockIds.size(); ++place) {
+        const auto [first, isNew] = places.emplace(blockIds[place], place);
+        if (!isNew) {
+            throw Failure(filePath_, fmt::format("damaged: {} and {} have the same id, {}",
+                                                 blockAt(first->second, blockNames),
+                                                 blockAt(place, blockNames), blockIds[place]));
+        }
+    }
 }
 
+// The library copies the type to a buffer of this size whatever the length.
+void ExodusFile::checkElementType(std::size_t place) const {
+    int variable = 0;
+    std::size_t length = 0;
+    const auto name = fmt::format("connect{}", place + 1);
+    if (nc_inq_varid(file_.id, name.c_str(), &variable) == NC_NOERR &&
+        nc_inq_attlen(file_.id, variable, "elem_type", &length) == NC_NOERR && length > MAX_STR_LENGTH + 1) {
+        throw Failure(filePath_, fmt::format("damaged: element block {} has an element type of {} letters, "
+                                             "but Exodus II allows {}",
+                                             place + 1, length, MAX_STR_LENGTH));
+    }
+}
+
+// The library refuses every inquiry without room for an integer.
 float ExodusFile::apiVersion() const {
+    std::int64_t unused = 0;
     float result = 0;
-    ex_inquire(file_.id, EX_INQ_API_VERS, nullptr, &result, nullptr);
+    check(ex_inquire(file_.id, EX_INQ_API_VERS, &unused, &result, nullptr), "the version of its library");
     return result;
 }
 
@@ -160,7 +196,9 @@ std::vector<QaRecord> ExodusFile::qaRecords() const {
 }
 
 std::int64_t ExodusFile::inquire(ex_inquiry what) const {
-    return std::max<std::int64_t>(0, ex_inquire_int(file_.id, what));
+    const auto count = ex_inquire_int(file_.id, what);
+    check(count < 0 ? NC_EINVAL : NC_NOERR, "a count");
+    return count;
 }
 
 std::vector<double> ExodusFile::coordinates(int axis) const {

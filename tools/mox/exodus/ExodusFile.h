@@ -35,7 +35,7 @@ public:
     float fileVersion() const { return version_; }
     bool hasDoublePrecision() const { return wordSize_ == 8; }
     std::vector<QaRecord> qaRecords() const;
-    /// One of the library's counts. 0 if the file does not give it.
+    /// One of the library's counts.
     std::int64_t inquire(ex_inquiry what) const;
 
     const std::vector<ExodusBlock>& blocks() const { return elementBlocks_; }
@@ -80,7 +80,9 @@ private:
     void readParameters();
     void readBlocks();
     void readTimes();
-    std::string blockName(std::int64_t block) const;
+    void refuseRepeatedIds(const std::vector<std::int64_t>& blockIds,
+                           const std::vector<std::string>& blockNames) const;
+    void checkElementType(std::size_t place) const;
     void check(int status, const char* what) const;
 
     std::string filePath_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace MoxTool {
@@ -14,11 +15,13 @@ struct NetcdfVariable {
 
 /// What a netCDF file holds beyond the reach of the Exodus library: names of variables and attributes.
 ///
-/// What can't be read is returned empty; nothing is thrown.
+/// An attribute that is missing, or of another kind, is returned empty. Every function throws Failure, with the
+/// file's path, if netCDF can't read what is there.
 class NetcdfVariables {
 public:
-    /// @param handle The handle of an open file, which must outlive this object.
-    explicit NetcdfVariables(int file) : file_(file) {}
+    /// @param path For failures.
+    /// @param file The handle of an open file, which must outlive this object.
+    NetcdfVariables(std::string path, int file) : path_(std::move(path)), file_(file) {}
 
     std::vector<NetcdfVariable> all() const;
     /// Names of the attributes of the file itself.
@@ -30,7 +33,9 @@ public:
 
 private:
     std::vector<std::string> attributesOf(int variable) const;
+    void check(int status) const;
 
+    std::string path_;
     int file_;
 };
 

@@ -2,11 +2,15 @@
 
 #include "../common/CommandLine.h"
 #include "../common/Failure.h"
+#include "../common/Platform.h"
 #include "../common/Terminal.h"
 #include "ModelFormat.h"
 #include "cgns/importCgns.h"
 #include "exodus/importExodus.h"
 #include "gmsh/importGmsh.h"
+#include "model/StepChoice.h"
+
+#include <cstdint>
 
 namespace MoxTool {
 
@@ -29,16 +33,22 @@ disp, displ or displacement becomes "Displacement"; rot, rotation or rotations i
 more columns.
 What the file has and a model can't take is listed at the end.
 
+--block, --variable and --step choose what is taken, and can be repeated. In names, * stands for any text
+and ? for a character. In a CGNS file, a block is a section or a zone, and in a Gmsh file a group. Steps
+keep their numbers; 7- is all from there on.
+
 Examples:
   mox import bracket.e bracket.mox
   mox import --overwrite modes.exo modes.mox
   mox import --check wing.cgns wing.mox
+  mox import --block 'web*' --variable 'stress_*' --step 7- bracket.e end.mox
   mox import horn.msh horn.mox)";
 
 using Importer = ConversionSummary (*)(const ImportRequest&, Terminal&);
 
 ConversionSummary refuseUnknown(const ImportRequest& request, Terminal&) {
-    throw Failure(request.input, "is no Exodus II, CGNS or Gmsh .msh file");
+    throw Failure(request.input,
+                  "is in no format that mox import reads; these are Exodus II, CGNS and Gmsh .msh");
 }
 
 Importer importerOf(ModelFormat format) {
@@ -55,7 +65,11 @@ Importer importerOf(ModelFormat format) {
     return refuseUnknown;
 }
 
+constexpr std::uint64_t MiB = std::uint64_t{1} << 20;
+
 } // namespace
+
+ImportCommand::ImportCommand() : memory_(Platform::machineMemory() / MiB) {}
 
 std::string ImportCommand::name() const {
     return "import";
@@ -81,15 +95,28 @@ void ImportCommand::addOptions(CommandLine& line) {
         .typeName("NAME")
         .check(Compressor::problemWith)
         .showDefault();
+    line.add("--block", request_.blocks,
+             "Take this block, by its name or id, and no others but those named so")
+        .typeName("NAME|ID")
+        .repeatable();
+    line.add("--variable", request_.variables, "Take this variable, by its name in MODEL; likewise")
+        .typeName("NAME")
+        .repeatable();
+    line.add("--step", request_.steps, "Take these steps, by their numbers from 1 (3, 2-5, 7-); likewise")
+        .typeName("RANGE")
+        .repeatable()
+        .check(StepChoice::problemOf);
+    line.add("--memory", memory_,
+             "The most memory for reading MODEL, in MiB; 0 for any amount, else that of the machine")
+        .typeName("MIB");
     line.addFlag("--verbose", verbose_, "List all names of what is not taken, not only the first ten");
     line.setDetails(Details);
 }
 
 int ImportCommand::run(Terminal& terminal) {
     Compressor::choose(compressor_);
-    ConversionSummary summary = importerOf(recogniseFormat(request_.input))(request_, terminal);
-    summary.compressor = Compressor::used();
-    summary.print(terminal, verbose_);
+    request_.mostMemory = memory_ > UINT64_MAX / MiB ? 0 : memory_ * MiB;
+    importerOf(recogniseFormat(request_.input))(request_, terminal).print(terminal, verbose_);
     return 0;
 }
 

@@ -11,6 +11,7 @@ namespace MoxTool {
 /// `mox import MODEL OUT.mox`: converts an Exodus II, CGNS or Gmsh file, recognised by its content.
 class ImportCommand : public Command {
 public:
+    ImportCommand();
     std::string name() const override;
     std::string summary() const override;
     std::optional<Example> example() const override;
@@ -21,6 +22,7 @@ private:
     ImportRequest request_;
     std::string compressor_ = Compressor::preferred();
     bool verbose_ = false;
+    unsigned long long memory_; // in MiB
 };
 
 } // namespace MoxTool

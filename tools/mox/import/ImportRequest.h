@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace MoxTool {
 
@@ -8,8 +10,14 @@ namespace MoxTool {
 struct ImportRequest {
     std::string input;
     std::string output;
-    bool overwrite = false; ///< An existing output is replaced, once the new one is whole.
-    bool check = false;     ///< The new file gets its name only if `mox check` finds no error in it.
+    bool overwrite = false;       ///< An existing output is replaced, once the new one is whole.
+    bool check = false;           ///< The new file gets its name only if `mox check` finds no error in it.
+    std::uint64_t mostMemory = 0; ///< What reading the input may take, in bytes; 0 for no bound.
+
+    // What is taken; everything of a kind of which nothing is named.
+    std::vector<std::string> blocks = {};    ///< Names or ids, with * and ?.
+    std::vector<std::string> variables = {}; ///< Names, with * and ?.
+    std::vector<std::string> steps = {};     ///< Ranges as StepChoice takes them.
 };
 
 } // namespace MoxTool

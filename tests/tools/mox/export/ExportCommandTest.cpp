@@ -102,8 +102,7 @@ TEST_F(ExportCommand, UnknownExtensionIsWrongUsage) {
 
 TEST_F(ExportCommand, MissingAndForeignInputIsRefused) {
     const auto missing = folder.path("none.mox");
-    expectRefused({missing, folder.path("out.vtu")},
-                  missing + ": no regular file that can be opened; check the path and the permissions");
+    expectRefused({missing, folder.path("out.vtu")}, missing + ": there is no such file");
     const auto text = folder.write("text.mox", "no model, but a text of some length");
     const auto run = runMox({"export", text, folder.path("out.pvd")});
     EXPECT_EQ(run.exitCode, 1);

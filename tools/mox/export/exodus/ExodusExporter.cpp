@@ -1,7 +1,6 @@
 #include "ExodusExporter.h"
 
 #include "../../common/Terminal.h"
-#include "../../common/visibleText.h"
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
 #include "../attributeValue.h"
@@ -31,13 +30,6 @@ std::string titleOf(const MoxReader::Model& model) {
     const auto& attributes = rootAttributes(model);
     return attributes.contains(AttributeNames::Title) ? textAttribute(attributes, AttributeNames::Title)
                                                       : model.root().name;
-}
-
-std::string fitted(const std::string& text, std::size_t longest, ConversionSummary& summary) {
-    if (text.size() > longest) {
-        summary.addNote(fmt::format("\"{}\" is cut to {} letters", visibleText(text), longest));
-    }
-    return text.substr(0, longest);
 }
 
 template <typename T>
@@ -83,8 +75,8 @@ bool areLarge(const std::optional<std::vector<std::int64_t>>& ids) {
 ExodusExporter::ExodusExporter(ExportModel& source, Terminal& terminal)
     : source_(source), terminal_(terminal), reader_(source.reader()), dimension_(dimensionOf(source)) {
     planMaps();
-    nodal_.emplace(source_.results(), ResultPlace::Nodes, mapFields_);
-    elemental_.emplace(source_.results(), ResultPlace::Elements, mapFields_);
+    nodal_.emplace(source_.results(), ResultPlace::Nodes, mapFields_, cutTexts_);
+    elemental_.emplace(source_.results(), ResultPlace::Elements, mapFields_, cutTexts_);
     for (const auto step : source_.wantedSteps()) {
         const auto& label = source_.results().steps[step];
         hasModes_ = hasModes_ || (label.mode && label.frequency);
@@ -101,6 +93,7 @@ void ExodusExporter::write(const std::string& path, const std::string& shownPath
         writeSteps(output);
     }
     output.close();
+    cutTexts_.addTo(source_.summary());
 }
 
 void ExodusExporter::planMaps() {
@@ -134,7 +127,7 @@ std::optional<ExodusExporter::Ids> ExodusExporter::takeIds(ResultPlace place, co
 ExodusOutput::Layout ExodusExporter::layout() {
     ExodusOutput::Layout layout;
     const auto& mesh = source_.mesh();
-    layout.title = fitted(titleOf(source_.model()), ExodusOutput::LongestTitle, source_.summary());
+    layout.title = cutTexts_.cut(titleOf(source_.model()), ExodusOutput::LongestTitle, "titles");
     layout.dimension = dimension_;
     layout.nodes = mesh.nodeCount();
     layout.elements = mesh.elementCount();
@@ -154,7 +147,7 @@ ExodusOutput::Layout ExodusExporter::layout() {
 }
 
 void ExodusExporter::writeMesh(ExodusOutput& output) {
-    output.qaRecords(qaRecordsOf(rootAttributes(source_.model())));
+    output.qaRecords(qaRecordsOf(rootAttributes(source_.model()), cutTexts_));
     writeCoordinates(output);
     std::map<std::string, std::size_t> unknown; // blocks of no known shape, by their type
     for (const auto& block : source_.mesh().blocks) {
@@ -178,9 +171,9 @@ ExodusBlock ExodusExporter::describe(const ExportBlock& block) {
     const auto nodes = block.shape == &PolygonShape ? block.nodes.size() : block.nodesPerElement;
     ExodusBlock described;
     described.id = block.id;
-    described.elementType =
-        fitted(block.type.empty() ? usualType : block.type, ExodusOutput::LongestText, source_.summary());
-    described.name = fitted(block.name, ExodusOutput::LongestName, source_.summary());
+    described.elementType = cutTexts_.cut(block.type.empty() ? usualType : block.type,
+                                          ExodusOutput::LongestText, "element types");
+    described.name = cutTexts_.cut(block.name, ExodusOutput::LongestName, "names of blocks");
     described.elementCount = static_cast<std::int64_t>(block.rows.size());
     described.nodesPerElement = static_cast<std::int64_t>(nodes);
     return described;

@@ -2,6 +2,7 @@
 
 #include "../../exodus/ExodusOutput.h"
 #include "../ExportModel.h"
+#include "CutTexts.h"
 #include "ExodusVariables.h"
 
 #include <optional>
@@ -47,6 +48,7 @@ private:
     Terminal& terminal_;
     FieldReader reader_;
     int dimension_;
+    CutTexts cutTexts_;
     std::vector<const ExportField*> mapFields_;
     std::optional<Ids> nodeIds_;
     std::optional<Ids> elementIds_;

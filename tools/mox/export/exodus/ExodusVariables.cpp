@@ -51,11 +51,11 @@ bool areDisjoint(const std::set<std::size_t>& left, const std::set<std::size_t>&
 } // namespace
 
 ExodusVariables::ExodusVariables(const ExportResults& all, ResultPlace place,
-                                 const std::vector<const ExportField*>& mapFields) {
+                                 const std::vector<const ExportField*>& mapFields, CutTexts& cutTexts) {
     for (const auto& field : all.fields) {
         if (field.place == place &&
             std::find(mapFields.begin(), mapFields.end(), &field) == mapFields.end()) {
-            addField(field);
+            addField(field, cutTexts);
         }
     }
 }
@@ -69,12 +69,13 @@ std::vector<std::string> ExodusVariables::names() const {
 }
 
 // Columns after the last component are the zeros of a model with fewer dimensions.
-void ExodusVariables::addField(const ExportField& field) {
+void ExodusVariables::addField(const ExportField& field, CutTexts& cutTexts) {
     FieldColumns entry{&field, {}};
     const auto columns = field.components.empty() ? field.width : field.components.size();
     for (std::size_t column = 0; column < columns; ++column) {
         const auto name = field.components.empty() ? guessedName(field, column) : field.components[column];
-        entry.variables.push_back(variableFor(name.substr(0, ExodusOutput::LongestName), field));
+        entry.variables.push_back(
+            variableFor(cutTexts.cut(name, ExodusOutput::LongestName, "names of variables"), field));
     }
     allFields_.push_back(std::move(entry));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../ExportResults.h"
+#include "CutTexts.h"
 
 #include <cstddef>
 #include <map>
@@ -27,8 +28,9 @@ public:
 
     /// @param all       Outlives this object.
     /// @param mapFields Results that become id maps, and no variables.
+    /// @param cutTexts  Learns of names that are too long.
     ExodusVariables(const ExportResults& all, ResultPlace place,
-                    const std::vector<const ExportField*>& mapFields);
+                    const std::vector<const ExportField*>& mapFields, CutTexts& cutTexts);
 
     std::vector<std::string> names() const;
     std::size_t count() const { return variables_.size(); }
@@ -42,7 +44,7 @@ private:
         std::set<std::size_t> targets;
     };
 
-    void addField(const ExportField& field);
+    void addField(const ExportField& field, CutTexts& cutTexts);
     std::size_t variableFor(const std::string& wanted, const ExportField& field);
 
     std::vector<Variable> variables_;

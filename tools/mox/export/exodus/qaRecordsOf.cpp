@@ -12,8 +12,10 @@ namespace MoxTool {
 
 namespace {
 
-QaRecord cut(const QaRecord& record) {
-    const auto field = [](const std::string& text) { return text.substr(0, ExodusOutput::LongestText); };
+QaRecord cut(const QaRecord& record, CutTexts& cutTexts) {
+    const auto field = [&cutTexts](const std::string& text) {
+        return cutTexts.cut(text, ExodusOutput::LongestText, "texts of QA records");
+    };
     return {field(record.program), field(record.version), field(record.date), field(record.time)};
 }
 
@@ -41,20 +43,23 @@ QaRecord parse(std::string text) {
 
 } // namespace
 
-std::vector<QaRecord> qaRecordsOf(const MoxReader::Attributes& root) {
+std::vector<QaRecord> qaRecordsOf(const MoxReader::Attributes& root, CutTexts& cutTexts) {
     std::vector<QaRecord> records;
     for (std::size_t number = 1;; ++number) {
         const auto key = AttributeNames::numbered(AttributeNames::QaRecord, number);
         if (!root.contains(key)) {
             break;
         }
-        records.push_back(cut(parse(textAttribute(root, key))));
+        records.push_back(parse(textAttribute(root, key)));
     }
     if (!records.empty() && root.contains(AttributeNames::SourceProgram)) {
-        records.front() = cut({textAttribute(root, AttributeNames::SourceProgram),
-                               textAttribute(root, AttributeNames::SourceVersion),
-                               textAttribute(root, AttributeNames::SourceDate),
-                               textAttribute(root, AttributeNames::SourceTime)});
+        records.front() = {textAttribute(root, AttributeNames::SourceProgram),
+                           textAttribute(root, AttributeNames::SourceVersion),
+                           textAttribute(root, AttributeNames::SourceDate),
+                           textAttribute(root, AttributeNames::SourceTime)};
+    }
+    for (auto& record : records) {
+        record = cut(record, cutTexts);
     }
     return records;
 }

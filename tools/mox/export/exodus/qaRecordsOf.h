@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../../exodus/QaRecord.h"
+#include "CutTexts.h"
 
 #include <MoxReader/Attributes.h>
 
@@ -10,6 +11,7 @@ namespace MoxTool {
 
 /// The records of the programs that worked on a model before, from the attributes "QA Record 1" and so on
 /// that an import gives the root. "Source Program" and the like give the first one more exactly.
-std::vector<QaRecord> qaRecordsOf(const MoxReader::Attributes& root);
+/// @param cutTexts Learns of texts that are too long for a record.
+std::vector<QaRecord> qaRecordsOf(const MoxReader::Attributes& root, CutTexts& cutTexts);
 
 } // namespace MoxTool

@@ -1,6 +1,7 @@
 #include "CgnsElementTables.h"
 
 #include "../../common/Failure.h"
+#include "../../common/visibleText.h"
 #include "../../mesh/ElementType.h"
 #include "../../mesh/NodeOrder.h"
 
@@ -110,7 +111,7 @@ void CgnsElementTables::checkOffsets(const CgnsElements& elements) const {
 }
 
 void CgnsElementTables::refuse(const std::string& damage) const {
-    throw Failure(path_, fmt::format("damaged: section {}: {}", section_.name, damage));
+    throw Failure(path_, fmt::format("damaged: section {}: {}", visibleText(section_.name), damage));
 }
 
 } // namespace MoxTool

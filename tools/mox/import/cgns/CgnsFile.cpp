@@ -1,6 +1,7 @@
 #include "CgnsFile.h"
 
 #include "../../common/Failure.h"
+#include "../../common/visibleText.h"
 
 #include <cgns_io.h>
 #include <fmt/core.h>
@@ -30,17 +31,21 @@ std::size_t product(const std::array<std::int64_t, 3>& extents) {
     return static_cast<std::size_t>(extents[0] * extents[1] * extents[2]);
 }
 
-std::string oneLine(std::string text) {
+// The library's texts name parts of the file.
+std::string libraryText() {
+    std::string text = cg_get_error();
     std::replace(text.begin(), text.end(), '\n', ' ');
-    return text;
+    return visibleText(text);
 }
 
 std::string trimmed(std::string_view text) {
     return std::string(text.substr(0, text.find_last_not_of(std::string_view(" \0", 2)) + 1));
 }
 
+} // namespace
+
 // What an array below the current node holds.
-struct ArrayHead {
+struct CgnsFile::ArrayHead {
     std::string name;
     CGNS_ENUMT(DataType_t) type{};
     std::vector<cgsize_t> extents;
@@ -50,27 +55,6 @@ struct ArrayHead {
                                [](auto left, auto right) { return left * static_cast<std::size_t>(right); });
     }
 };
-
-// The arrays below the node that cg_goto() found last, in order.
-std::vector<ArrayHead> arraysHere() {
-    int count = 0;
-    cg_narrays(&count);
-    std::vector<ArrayHead> heads;
-    for (int number = 1; number <= count; ++number) {
-        Name name{};
-        int dimension = 0;
-        std::array<cgsize_t, CGIO_MAX_DIMENSIONS> extents{};
-        ArrayHead head;
-        if (cg_array_info(number, name.data(), &head.type, &dimension, extents.data()) == CG_OK) {
-            head.name = name.data();
-            head.extents.assign(extents.begin(), extents.begin() + dimension);
-        }
-        heads.push_back(head);
-    }
-    return heads;
-}
-
-} // namespace
 
 std::size_t CgnsZone::vertices() const {
     return product(vertexExtents);
@@ -90,7 +74,7 @@ CgnsFile::CgnsFile(const std::string& filePath) : filePath_(filePath) {
     silenceHdf5();
     if (cg_open(filePath.c_str(), CG_MODE_READ, &file_.id) != CG_OK) {
         file_.id = -1;
-        throw Failure(filePath, fmt::format("no CGNS file, or damaged ({})", oneLine(cg_get_error())));
+        throw Failure(filePath, fmt::format("no CGNS file, or damaged ({})", libraryText()));
     }
 }
 
@@ -142,7 +126,8 @@ CgnsZone CgnsFile::readZone(int base, int number, int cellDimension) const {
         zone.vertexExtents[place] = sizes[place];
         zone.cellExtents[place] = sizes[place + static_cast<std::size_t>(zone.indexCount)];
         if (zone.vertexExtents[place] < 0 || zone.cellExtents[place] < 0) {
-            throw Failure(filePath_, fmt::format("damaged: zone {} has a negative size", zone.name));
+            throw Failure(filePath_,
+                          fmt::format("damaged: zone {} has a negative size", visibleText(zone.name)));
         }
     }
     return zone;
@@ -152,9 +137,11 @@ CgnsZone CgnsFile::readZone(int base, int number, int cellDimension) const {
 std::vector<double> CgnsFile::readTimes(int base) const {
     Name name{};
     int steps = 0;
-    if (cg_biter_read(file_.id, base, name.data(), &steps) != CG_OK || steps < 0) {
+    const int status = cg_biter_read(file_.id, base, name.data(), &steps);
+    if (status == CG_NODE_NOT_FOUND || steps < 0) {
         return {};
     }
+    check(status, "the iterative data");
     std::vector<double> times(static_cast<std::size_t>(steps));
     std::iota(times.begin(), times.end(), 1.0);
     check(cg_goto(file_.id, base, "BaseIterativeData_t", 1, "end"), "the iterative data");
@@ -211,7 +198,7 @@ std::vector<CgnsSection> CgnsFile::sections(const CgnsZone& zone) const {
               "a section of elements");
         if (first < 1 || last < first - 1) {
             throw Failure(filePath_, fmt::format("damaged: section {} goes from element {} to {}",
-                                                 name.data(), first, last));
+                                                 visibleText(name.data()), first, last));
         }
         section.number = number;
         section.name = name.data();
@@ -289,11 +276,32 @@ std::vector<double> CgnsFile::field(const CgnsZone& zone, const CgnsSolution& so
     return values;
 }
 
+// The arrays below the node that cg_goto() found last, in order.
+std::vector<CgnsFile::ArrayHead> CgnsFile::arraysHere() const {
+    int count = 0;
+    check(cg_narrays(&count), "the iterative data");
+    std::vector<ArrayHead> heads;
+    for (int number = 1; number <= count; ++number) {
+        Name name{};
+        int dimension = 0;
+        std::array<cgsize_t, CGIO_MAX_DIMENSIONS> extents{};
+        ArrayHead head;
+        check(cg_array_info(number, name.data(), &head.type, &dimension, extents.data()),
+              "an array of the iterative data");
+        head.name = name.data();
+        head.extents.assign(extents.begin(), extents.begin() + dimension);
+        heads.push_back(head);
+    }
+    return heads;
+}
+
 std::vector<std::vector<std::string>> CgnsFile::solutionsOfSteps(const CgnsZone& zone) const {
     Name name{};
-    if (cg_ziter_read(file_.id, zone.base, zone.number, name.data()) != CG_OK) {
+    const int status = cg_ziter_read(file_.id, zone.base, zone.number, name.data());
+    if (status == CG_NODE_NOT_FOUND) {
         return {};
     }
+    check(status, "the iterative data of a zone");
     check(cg_goto(file_.id, zone.base, "Zone_t", zone.number, "ZoneIterativeData_t", 1, "end"),
           "the iterative data of a zone");
     std::vector<std::vector<std::string>> steps;
@@ -354,8 +362,7 @@ int CgnsFile::treeHandle() const {
 
 void CgnsFile::check(int status, const char* what) const {
     if (status != CG_OK) {
-        throw Failure(filePath_,
-                      fmt::format("damaged: {} can't be read ({})", what, oneLine(cg_get_error())));
+        throw Failure(filePath_, fmt::format("damaged: {} can't be read ({})", what, libraryText()));
     }
 }
 

@@ -106,9 +106,12 @@ private:
         int id = -1;
     };
 
+    struct ArrayHead;
+
     CgnsBase readBase(int number) const;
     CgnsZone readZone(int base, int number, int cellDimension) const;
     std::vector<double> readTimes(int base) const;
+    std::vector<ArrayHead> arraysHere() const;
     CgnsSolution readSolution(const CgnsZone& zone, int number) const;
     CgnsNode describe(double id) const;
     int treeHandle() const;

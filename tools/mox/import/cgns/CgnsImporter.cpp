@@ -52,6 +52,7 @@ void CgnsImporter::run() {
     }
     for (const auto& base : bases) {
         zoneCount_ += base.zones.size();
+        target_.choices.stepCount = std::max(target_.choices.stepCount, base.times.size());
     }
     const auto stem = std::filesystem::path(file_.path()).stem().string();
     Qel::Mox2::Attributes attributes;
@@ -85,6 +86,9 @@ void CgnsImporter::addZones(const CgnsBase& base, unsigned int group) {
 }
 
 void CgnsImporter::addZone(const CgnsBase& base, const CgnsZone& zone, unsigned int baseGroup) {
+    if (!sections_.hasChosen(zone)) {
+        return;
+    }
     target_.limits.checkNodeCount(zone.vertices());
     target_.model.setCurrentNodeId(baseGroup);
     const auto group = target_.model.addNode(Qel::Mox2::NodeType::Group, zone.name, zoneAttributes(zone));
@@ -112,7 +116,9 @@ void CgnsImporter::addVertices(const CgnsZone& zone, const std::vector<CgnsPart>
     std::vector<unsigned int> geometries;
     geometries.reserve(parts.size());
     for (const auto& part : parts) {
-        geometries.push_back(part.geometry);
+        if (part.geometry != 0) {
+            geometries.push_back(part.geometry);
+        }
     }
     std::vector<unsigned int> ids(zone.vertices());
     std::iota(ids.begin(), ids.end(), 1U);

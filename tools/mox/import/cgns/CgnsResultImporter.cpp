@@ -16,7 +16,9 @@ namespace {
 DatasetWriter::Ids geometriesOf(const std::vector<CgnsPart>& parts) {
     std::vector<unsigned int> geometries;
     for (const auto& part : parts) {
-        geometries.push_back(part.geometry);
+        if (part.geometry != 0) {
+            geometries.push_back(part.geometry);
+        }
     }
     return geometries;
 }
@@ -64,11 +66,25 @@ void CgnsResultImporter::addZone(const CgnsBase& base, const CgnsZone& source, s
     auto cells = cellsOf(parts);
     Zone zone{source, std::move(parts), std::move(cells), file_.solutions(source),
               file_.solutionsOfSteps(source)};
+    askForFields(zone.solutions);
     std::erase_if(zone.solutions, [&](const auto& solution) { return !canTake(zone, solution); });
     zone.steps.resize(std::min(zone.steps.size(), base.times.size()));
     addStep(base, zone, withoutStep(zone.solutions, zone.steps), {});
-    target_.summary.steps = std::max(target_.summary.steps, static_cast<std::int64_t>(zone.steps.size()));
+    std::int64_t steps = 0;
+    for (std::size_t step = 0; step < zone.steps.size(); ++step) {
+        steps += target_.choices.steps.takes(step) ? 1 : 0;
+    }
+    target_.summary.steps = std::max(target_.summary.steps, steps);
     zones_.push_back(std::move(zone));
+}
+
+// A choice must have seen the fields of all steps, of those left out as well.
+void CgnsResultImporter::askForFields(const std::vector<CgnsSolution>& solutions) {
+    for (const auto& solution : solutions) {
+        for (const auto& field : solution.fields) {
+            target_.choices.variables.takes(field);
+        }
+    }
 }
 
 void CgnsResultImporter::addSteps(const CgnsBase& base) {
@@ -76,7 +92,7 @@ void CgnsResultImporter::addSteps(const CgnsBase& base) {
         target_.terminal.progress("importing steps",
                                   static_cast<double>(step) / static_cast<double>(base.times.size()));
         for (const auto& zone : zones_) {
-            if (step < zone.steps.size()) {
+            if (target_.choices.steps.takes(step) && step < zone.steps.size()) {
                 addStep(base, zone, named(zone.solutions, zone.steps[step]),
                         makeStep(step, base.times[step], std::nullopt));
             }
@@ -122,8 +138,12 @@ CgnsResultImporter::Fields CgnsResultImporter::fieldsAt(CGNS_ENUMT(GridLocation_
         if (solution->location != location) {
             continue;
         }
-        fields.names.insert(fields.names.end(), solution->fields.begin(), solution->fields.end());
-        fields.solutions.insert(fields.solutions.end(), solution->fields.size(), solution);
+        for (const auto& field : solution->fields) {
+            if (target_.choices.variables.takes(field)) {
+                fields.names.push_back(field);
+                fields.solutions.push_back(solution);
+            }
+        }
     }
     return fields;
 }
@@ -139,7 +159,8 @@ std::vector<std::vector<double>> CgnsResultImporter::readColumns(const Zone& zon
 
 void CgnsResultImporter::addOnVertices(const Zone& zone, const Fields& fields, const ResultDataset& result,
                                        const Qel::Mox2::Step& step) {
-    if (zone.parts.empty()) {
+    const auto geometries = geometriesOf(zone.parts);
+    if (geometries.size() == 0) {
         return;
     }
     const auto columns = readColumns(zone, fields, result);
@@ -147,7 +168,7 @@ void CgnsResultImporter::addOnVertices(const Zone& zone, const Fields& fields, c
     for (std::size_t column = 0; column < columns.size(); ++column) {
         table.setColumn(column, columns[column], target_.narrowing);
     }
-    target_.datasets.writeReals(result.name, result.type, table, geometriesOf(zone.parts), step,
+    target_.datasets.writeReals(result.name, result.type, table, geometries, step,
                                 componentAttributes(result, fields.names));
 }
 
@@ -155,7 +176,7 @@ void CgnsResultImporter::addOnCells(const Zone& zone, const Fields& fields, cons
                                     const Qel::Mox2::Step& step) {
     const auto columns = readColumns(zone, fields, result);
     for (const auto& part : zone.parts) {
-        if (!part.hasCells) {
+        if (!part.hasCells || part.geometry == 0) {
             continue;
         }
         RealTable table(part.ids.size(), result.width);

@@ -48,10 +48,11 @@ private:
         Solutions solutions; // one for each name
     };
 
+    void askForFields(const std::vector<CgnsSolution>& solutions);
     bool canTake(const Zone& zone, const CgnsSolution& solution);
     void addStep(const CgnsBase& base, const Zone& zone, const Solutions& solutions,
                  const Qel::Mox2::Step& step);
-    static Fields fieldsAt(CGNS_ENUMT(GridLocation_t) location, const Solutions& solutions);
+    Fields fieldsAt(CGNS_ENUMT(GridLocation_t) location, const Solutions& solutions);
     std::vector<std::vector<double>> readColumns(const Zone& zone, const Fields& fields,
                                                  const ResultDataset& result) const;
     void addOnVertices(const Zone& zone, const Fields& fields, const ResultDataset& result,

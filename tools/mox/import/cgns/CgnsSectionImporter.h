@@ -17,6 +17,9 @@ public:
     /// Both must outlive the importer.
     CgnsSectionImporter(const CgnsFile& file, ImportTarget& target) : file_(file), target_(target) {}
 
+    /// Whether anything of a zone is to be taken.
+    bool hasChosen(const CgnsZone& zone);
+
     /// @param group The zone's node in the model.
     /// @throws Failure if the file is damaged; anything that the model throws.
     std::vector<CgnsPart> addZone(const CgnsBase& base, const CgnsZone& zone, unsigned int group);
@@ -28,7 +31,8 @@ private:
     void addSection(const CgnsBase& base, const CgnsZone& zone, const CgnsSection& section,
                     std::vector<CgnsPart>& parts);
     void addCells(const CgnsBase& base, const CgnsZone& zone, std::vector<CgnsPart>& parts);
-    CgnsPart addPart(const CgnsBase& base, const std::string& name, ElementTable table);
+    CgnsPart addPart(const CgnsBase& base, const std::string& name, ElementTable table, bool isWanted);
+    bool isChosen(const CgnsZone& zone, const std::string& section);
 
     const CgnsFile& file_;
     ImportTarget& target_;

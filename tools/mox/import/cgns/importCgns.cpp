@@ -7,8 +7,10 @@
 namespace MoxTool {
 
 ConversionSummary importCgns(const ImportRequest& request, Terminal& terminal) {
-    const CgnsFile input(request.input);
-    return saveImported(request, terminal, [&](ImportTarget& target) { CgnsImporter(input, target).run(); });
+    return saveImported(request, "libcgns", terminal, [&](ImportTarget& target) {
+        const CgnsFile input(request.input);
+        CgnsImporter(input, target).run();
+    });
 }
 
 } // namespace MoxTool

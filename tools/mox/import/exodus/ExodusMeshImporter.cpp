@@ -1,6 +1,7 @@
 #include "ExodusMeshImporter.h"
 
 #include "../../common/Failure.h"
+#include "../../common/visibleText.h"
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
 #include "../../mesh/ElementType.h"
@@ -9,7 +10,9 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace MoxTool {
@@ -18,15 +21,55 @@ using Qel::Mox2::DatasetType;
 
 namespace {
 
-bool hasResults(const ExodusFile& file) {
-    return !file.variableNames(EX_NODAL).empty() || !file.variableNames(EX_ELEM_BLOCK).empty();
+// From 0 to 3; nothing for a block that a model can't take.
+std::optional<int> dimensionOf(const ExodusBlock& block, const ExodusFile& file) {
+    return ElementType(block.elementType).dimension(block.nodesPerElement, file.dimension());
+}
+
+bool isChosen(const ExodusBlock& block, Choices& choices) {
+    return choices.blocks.takes(blockName(block), {std::to_string(block.id)});
+}
+
+bool becomesPart(const ExodusBlock& block, const ExodusFile& file) {
+    return block.elementCount > 0 && dimensionOf(block, file).has_value();
+}
+
+// Looks at all variables even if one of them is enough, since a choice must have seen all.
+bool takesAny(const std::vector<std::string>& variables, Choice& choice) {
+    return std::ranges::count_if(variables, [&](const auto& name) { return choice.takes(name); }) > 0;
+}
+
+// A variable that is declared need not have numbers anywhere.
+bool hasResults(const ExodusFile& file, Choices& choices) {
+    const bool hasNodeResults =
+        takesAny(file.variableNames(EX_NODAL), choices.variables) && file.counts().num_nodes > 0;
+    const auto variables = file.variableNames(EX_ELEM_BLOCK);
+    const bool hasElementResults = takesAny(variables, choices.variables);
+    const auto table = file.elementTruthTable(variables.size());
+    for (std::size_t block = 0; block < file.blocks().size(); ++block) {
+        if (!becomesPart(file.blocks()[block], file) || !isChosen(file.blocks()[block], choices)) {
+            continue;
+        }
+        bool isUsed = hasNodeResults;
+        for (std::size_t i = 0; hasElementResults && i < variables.size(); ++i) {
+            isUsed =
+                isUsed || (table[block * variables.size() + i] != 0 && choices.variables.takes(variables[i]));
+        }
+        if (isUsed) {
+            return true;
+        }
+    }
+    return false;
 }
 
 // A model knows steps only by their results.
-void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times) {
+void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times, const StepChoice& choice) {
+    std::size_t number = 0;
     for (std::size_t i = 0; i < times.size(); ++i) {
-        attributes.set(AttributeNames::numbered(AttributeNames::TimeOfStep, i + 1),
-                       fmt::format("{}", times[i]));
+        if (choice.takes(i)) {
+            attributes.set(AttributeNames::numbered(AttributeNames::TimeOfStep, ++number),
+                           fmt::format("{}", times[i]));
+        }
     }
 }
 
@@ -89,8 +132,9 @@ Qel::Mox2::Attributes ExodusMeshImporter::rootAttributes() const {
     setNumber(attributes, AttributeNames::NodeSets, counts.num_node_sets);
     setNumber(attributes, AttributeNames::SideSets, counts.num_side_sets);
     setNumber(attributes, AttributeNames::Steps, static_cast<std::int64_t>(file_.times().size()));
-    if (!hasResults(file_)) {
-        setTimes(attributes, file_.times());
+    target_.choices.stepCount = file_.times().size();
+    if (!hasResults(file_, target_.choices)) {
+        setTimes(attributes, file_.times(), target_.choices.steps);
     }
     setQaRecords(attributes, file_.qaRecords());
     return attributes;
@@ -102,8 +146,10 @@ void ExodusMeshImporter::addParts() {
     std::vector<unsigned int> geometries;
     for (std::size_t i = 0; i < file_.blocks().size(); ++i) {
         const auto& block = file_.blocks()[i];
-        const auto dimension =
-            ElementType(block.elementType).dimension(block.nodesPerElement, file_.dimension());
+        const auto dimension = dimensionOf(block, file_);
+        if (!isChosen(block, target_.choices)) {
+            continue;
+        }
         if (block.elementCount == 0) {
             empty.push_back(blockName(block));
         } else if (!dimension) {
@@ -171,8 +217,9 @@ std::vector<unsigned int> ExodusMeshImporter::readConnectivity(const ExodusBlock
     indices.reserve(nodes.size());
     for (const auto node : nodes) {
         if (node < 1 || node > file_.counts().num_nodes) {
-            throw Failure(file_.path(), fmt::format("damaged: {} refers to node {} of {}", blockName(block),
-                                                    node, file_.counts().num_nodes));
+            throw Failure(file_.path(),
+                          fmt::format("damaged: {} refers to node {} of {}", visibleText(blockName(block)),
+                                      node, file_.counts().num_nodes));
         }
         indices.push_back(static_cast<unsigned int>(node - 1));
     }

@@ -8,6 +8,8 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace MoxTool {
@@ -37,12 +39,15 @@ ExodusResultImporter::ExodusResultImporter(const ExodusFile& file, const ExodusM
 void ExodusResultImporter::run() {
     planBatches();
     for (std::size_t step = 0; step < file_.times().size(); ++step) {
+        if (!target_.choices.steps.takes(step)) {
+            continue;
+        }
         target_.terminal.progress("importing results",
                                   static_cast<double>(step) / static_cast<double>(file_.times().size()));
         addStep(step);
+        ++target_.summary.steps;
     }
     target_.terminal.clearProgress();
-    target_.summary.steps = static_cast<std::int64_t>(file_.times().size());
 }
 
 void ExodusResultImporter::planBatches() {
@@ -65,17 +70,18 @@ void ExodusResultImporter::listUnused(const std::vector<int>& truthTable) {
         for (auto cell = variable; cell < truthTable.size(); cell += elementVariables_.size()) {
             isUsed = isUsed || truthTable[cell] != 0;
         }
-        if (!isUsed) {
+        if (!isUsed && isChosen(elementVariables_[variable])) {
             unused.push_back(elementVariables_[variable]);
         }
     }
     target_.summary.addSkipped("element variables that no block has", unused);
     if (mesh_.parts.empty() || file_.times().empty()) {
         target_.summary.addSkipped("nodal variables, since there are no element blocks or no steps",
-                                   nodeVariables_);
+                                   chosenOf(nodeVariables_));
     }
     if (file_.times().empty()) {
-        target_.summary.addSkipped("element variables, since there are no steps", elementVariables_);
+        target_.summary.addSkipped("element variables, since there are no steps",
+                                   chosenOf(elementVariables_));
     }
 }
 
@@ -84,9 +90,27 @@ ResultPlan ExodusResultImporter::planNodes() {
     if (mesh_.parts.empty()) {
         return plan;
     }
-    batches_.push_back(
-        {EX_NODAL, 1, file_.counts().num_nodes, mesh_.geometries, plan.nodeResults(nodeVariables_)});
+    std::vector<std::size_t> places;
+    for (std::size_t variable = 0; variable < nodeVariables_.size(); ++variable) {
+        if (isChosen(nodeVariables_[variable])) {
+            places.push_back(variable);
+        }
+    }
+    auto results = plan.nodeResults(chosenOf(nodeVariables_));
+    translate(results, places);
+    batches_.push_back({EX_NODAL, 1, file_.counts().num_nodes, mesh_.geometries, std::move(results)});
     return plan;
+}
+
+bool ExodusResultImporter::isChosen(const std::string& variable) {
+    return target_.choices.variables.takes(variable);
+}
+
+std::vector<std::string> ExodusResultImporter::chosenOf(const std::vector<std::string>& variables) {
+    std::vector<std::string> chosen;
+    std::ranges::copy_if(variables, std::back_inserter(chosen),
+                         [this](const auto& variable) { return isChosen(variable); });
+    return chosen;
 }
 
 void ExodusResultImporter::planElements(const ExodusPart& part, const std::vector<int>& truthTable,
@@ -94,7 +118,8 @@ void ExodusResultImporter::planElements(const ExodusPart& part, const std::vecto
     std::vector<std::size_t> places;
     std::vector<std::string> names;
     for (std::size_t variable = 0; variable < elementVariables_.size(); ++variable) {
-        if (truthTable[part.blockIndex * elementVariables_.size() + variable] == 0) {
+        if (truthTable[part.blockIndex * elementVariables_.size() + variable] == 0 ||
+            !isChosen(elementVariables_[variable])) {
             continue;
         }
         places.push_back(variable);

@@ -37,6 +37,8 @@ private:
     void planBatches();
     ResultPlan planNodes();
     void planElements(const ExodusPart& part, const std::vector<int>& truthTable, ResultPlan plan);
+    bool isChosen(const std::string& variable);
+    std::vector<std::string> chosenOf(const std::vector<std::string>& variables);
     void listUnused(const std::vector<int>& truthTable);
     Qel::Mox2::Step describeStep(std::size_t step) const;
     void addStep(std::size_t step);

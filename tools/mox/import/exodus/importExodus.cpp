@@ -9,9 +9,10 @@
 namespace MoxTool {
 
 ConversionSummary importExodus(const ImportRequest& request, Terminal& terminal) {
-    const ExodusFile input(request.input);
-    return saveImported(request, terminal, [&](ImportTarget& target) {
+    return saveImported(request, "libexodus", terminal, [&](ImportTarget& target) {
+        const ExodusFile input(request.input);
         const auto mesh = ExodusMeshImporter(input, target).run();
+        target.choices.check(request.input);
         ExodusResultImporter(input, mesh, target).run();
         listSkippedExodusContent(input, target.summary);
     });

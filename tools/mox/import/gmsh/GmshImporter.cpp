@@ -64,9 +64,12 @@ void GmshImporter::run() {
     for (std::size_t place = 0; place < groups.size(); ++place) {
         target_.terminal.progress("importing elements",
                                   static_cast<double>(place) / static_cast<double>(groups.size()));
-        addGroup(groups[place]);
+        if (isChosen(groups[place])) {
+            addGroup(groups[place]);
+        }
     }
     if (parts_.empty()) {
+        target_.choices.blocks.check(path_);
         throw Failure(path_, "has no elements");
     }
     addNodes();
@@ -110,6 +113,20 @@ std::string GmshImporter::labelOf(const GmshEntity& entity) const {
         labels.push_back(name.empty() ? fmt::format("Physical {} {}", kind, tag) : name);
     }
     return fmt::format("{}", fmt::join(labels, " + "));
+}
+
+// By its label or by the tag of a physical group or, without one, of an entity.
+bool GmshImporter::isChosen(const EntityGroup& group) {
+    const auto& first = group.entities.front();
+    std::vector<std::string> tags;
+    for (const auto tag : first.physicalTags) {
+        tags.push_back(std::to_string(tag));
+        tags.push_back(source_.physicalName(first.dimension, tag));
+    }
+    if (tags.empty()) {
+        tags.push_back(std::to_string(first.tag));
+    }
+    return target_.choices.blocks.takes(group.label, tags);
 }
 
 void GmshImporter::addGroup(const EntityGroup& group) {

@@ -46,6 +46,7 @@ private:
     void addRoot();
     std::vector<EntityGroup> groupEntities() const;
     std::string labelOf(const GmshEntity& entity) const;
+    bool isChosen(const EntityGroup& group);
     void addGroup(const EntityGroup& group);
     std::map<int, Collected> collect(const EntityGroup& group) const;
     void append(const GmshElements& elements, Collected& collected) const;

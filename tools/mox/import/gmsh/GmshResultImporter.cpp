@@ -68,17 +68,21 @@ void GmshResultImporter::run() {
     for (const auto& [key, stepViews] : steps) {
         target_.terminal.progress("importing results",
                                   static_cast<double>(number) / static_cast<double>(steps.size()));
-        addStep(stepViews, key.first, makeStep(number, key.second, std::nullopt));
+        if (target_.choices.steps.takes(number)) {
+            addStep(stepViews, key.first, makeStep(number, key.second, std::nullopt));
+            ++target_.summary.steps;
+        }
         ++number;
     }
     target_.terminal.clearProgress();
-    target_.summary.steps = static_cast<std::int64_t>(steps.size());
+    target_.choices.stepCount = steps.size();
 }
 
 std::map<GmshResultImporter::StepKey, std::vector<const GmshView*>> GmshResultImporter::findSteps() {
     std::map<StepKey, std::vector<const GmshView*>> steps;
     std::set<std::string> others;
     for (const auto& view : views_) {
+        const bool isChosen = target_.choices.variables.takes(view.name);
         for (int place = 0; place < view.steps; ++place) {
             const auto data = source_.viewStep(view, place);
             if (!data) {
@@ -86,7 +90,7 @@ std::map<GmshResultImporter::StepKey, std::vector<const GmshView*>> GmshResultIm
             }
             if (data->kind == "NodeData" || data->kind == "ElementData") {
                 steps[{place, data->time}].push_back(&view);
-            } else {
+            } else if (isChosen) {
                 others.insert(view.name);
             }
         }
@@ -101,6 +105,9 @@ void GmshResultImporter::addStep(const std::vector<const GmshView*>& stepViews, 
     Variables onNodes;
     Variables onElements;
     for (const auto* view : stepViews) {
+        if (!target_.choices.variables.takes(view->name)) {
+            continue;
+        }
         data.push_back(*source_.viewStep(*view, place));
         addVariables(view->name, data.back(), data.back().kind == "NodeData" ? onNodes : onElements);
     }

@@ -7,9 +7,10 @@
 namespace MoxTool {
 
 ConversionSummary importGmsh(const ImportRequest& request, Terminal& terminal) {
-    const auto input = loadGmshModel(request.input);
-    return saveImported(request, terminal,
-                        [&](ImportTarget& target) { GmshImporter(request.input, *input, target).run(); });
+    return saveImported(request, "libgmsh", terminal, [&](ImportTarget& target) {
+        const auto input = loadGmshModel(request.input);
+        GmshImporter(request.input, *input, target).run();
+    });
 }
 
 } // namespace MoxTool

@@ -1,5 +1,7 @@
 #include "ImportLimits.h"
 
+#include "../../common/visibleText.h"
+
 #include <stdexcept>
 
 namespace MoxTool {
@@ -15,7 +17,7 @@ void ImportLimits::checkNodeCount(std::uint64_t count) const {
 void ImportLimits::checkDatasetSize(std::size_t values, const std::string& name) {
     if (values > UINT32_MAX / sizeof(float)) {
         throw std::length_error(
-            fmt::format("{} has {} numbers and a dataset must be below 4 GiB", name, values));
+            fmt::format("{} has {} numbers and a dataset must be below 4 GiB", visibleText(name), values));
     }
 }
 

@@ -1,15 +1,13 @@
 #pragma once
 
-#include "../../common/ConversionSummary.h"
+#include "Choices.h"
 #include "DatasetWriter.h"
 #include "FloatNarrowing.h"
 #include "ImportLimits.h"
+#include "ImportSummary.h"
 #include "ShapeWriter.h"
 
 #include <Qel/Mox2/Model.h>
-
-#include <string>
-#include <utility>
 
 namespace MoxTool {
 
@@ -18,11 +16,11 @@ class Terminal;
 /// Where an importer puts what it reads: a model, the means to write it, and the summary of what was taken
 /// and what was not.
 struct ImportTarget {
-    /// @param inputPath The path of the file that is imported, as the user named it.
-    /// @param output    Open and without nodes. All others must outlive the target.
-    ImportTarget(std::string inputPath, Qel::Mox2::Model& output, Terminal& messages,
-                 ConversionSummary& results)
-        : limits(std::move(inputPath)),
+    /// @param output Open and without nodes. All arguments must outlive the target.
+    ImportTarget(const ImportRequest& request, Qel::Mox2::Model& output, Terminal& messages,
+                 ImportSummary& results)
+        : limits(request.input),
+          choices(request),
           model(output),
           datasets(output, results),
           shapes(output, results),
@@ -30,12 +28,13 @@ struct ImportTarget {
           summary(results) {}
 
     ImportLimits limits;
+    Choices choices;
     Qel::Mox2::Model& model;
     DatasetWriter datasets;
     ShapeWriter shapes;
     FloatNarrowing narrowing;
     Terminal& terminal; ///< Shows the progress.
-    ConversionSummary& summary;
+    ImportSummary& summary;
 };
 
 } // namespace MoxTool

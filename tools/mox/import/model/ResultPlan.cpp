@@ -5,6 +5,8 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
+
 namespace MoxTool {
 
 using Qel::Mox2::DatasetType;
@@ -23,6 +25,14 @@ constexpr ResultTypes DisplacementTypes = {DatasetType::NodeScalar, DatasetType:
                                            DatasetType::DisplacementSix};
 constexpr ResultTypes ElementTypes = {DatasetType::ElementScalar, DatasetType::ElementVector,
                                       DatasetType::ElementSixA};
+
+// A dataset's key is its name, this byte and its step.
+constexpr char KeySeparator = '\x1E';
+
+std::string withoutSeparator(std::string name) {
+    std::replace(name.begin(), name.end(), KeySeparator, '_');
+    return name;
+}
 
 ResultDataset datasetOf(const VariableGroup& group, const std::string& name, const ResultTypes& types) {
     if (group.kind == GroupKind::Single) {
@@ -61,7 +71,7 @@ std::vector<ResultDataset> ResultPlan::elementResults(const std::vector<std::str
 void ResultPlan::makeUnique(std::vector<ResultDataset>& datasets, bool singles) {
     for (auto& dataset : datasets) {
         if ((dataset.width == 1) == singles) {
-            dataset.name = uniqueName(dataset.wantedName);
+            dataset.name = uniqueName(withoutSeparator(dataset.wantedName));
         }
     }
 }

@@ -15,7 +15,8 @@ namespace MoxTool {
 /// A displacement is named "Displacement", since a file marks displacements by that name alone, and takes a
 /// rotation as its second three columns. Everything else keeps the name that the file gives. If two results
 /// want the same name, a single variable takes precedence over a group, and the earlier over the later; the
-/// other gets " (2)" after its name. So does a result that has the name of a dataset of the mesh.
+/// other gets " (2)" after its name. So does a result that has the name of a dataset of the mesh. The byte 0x1E,
+/// which separates a name from a step, becomes an underscore.
 ///
 /// Datasets of nodes and of elements share the names of their geometry, so one plan makes both, nodes first.
 class ResultPlan {

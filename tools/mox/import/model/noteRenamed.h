@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../../common/ConversionSummary.h"
+#include "ImportSummary.h"
 #include "ResultDataset.h"
 
 #include <vector>
@@ -8,6 +8,6 @@
 namespace MoxTool {
 
 /// Notes which results could not keep their names.
-void noteRenamed(const std::vector<ResultDataset>& results, ConversionSummary& summary);
+void noteRenamed(const std::vector<ResultDataset>& results, ImportSummary& summary);
 
 } // namespace MoxTool

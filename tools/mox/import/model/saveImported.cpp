@@ -3,15 +3,22 @@
 #include "../../check/FileCheck.h"
 #include "../../common/Failure.h"
 #include "../../common/OutputFile.h"
+#include "../../common/Platform.h"
 #include "../../common/Terminal.h"
 #include "../../common/openSource.h"
+#include "../Compressor.h"
 #include "checkSavedFile.h"
 
 #include <fmt/core.h>
 
+#include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
+#include <system_error>
+#include <vector>
 
 namespace MoxTool {
 
@@ -23,6 +30,12 @@ Qel::Mox2::SaverOptions saverOptions() {
     options.sourceName = "mox import";
     options.sourceVersion = MOX_VERSION;
     return options;
+}
+
+constexpr std::uint64_t MiB = std::uint64_t{1} << 20;
+
+Failure cannotBeWritten(const ImportRequest& request, const std::string& reason) {
+    return {request.output, "can't be written: " + reason};
 }
 
 void refuseToReplaceInput(const ImportRequest& request) {
@@ -49,18 +62,94 @@ void fillTarget(ImportTarget& target, const ModelFiller& fill) {
     }
 }
 
-void save(const std::string& path, const std::string& input, const ModelFiller& fill, Terminal& terminal,
-          ConversionSummary& summary) {
+void save(const std::string& path, const ImportRequest& request, const ModelFiller& fill, Terminal& terminal,
+          ImportSummary& summary) {
     auto model = std::make_unique<Qel::Mox2::Model>();
     try {
         model->saveTo(path, saverOptions());
-        ImportTarget target(input, *model, terminal, summary);
+        ImportTarget target(request, *model, terminal, summary);
         fillTarget(target, fill);
+        target.choices.check(request.input);
         model->close();
+        summary.compressor = Compressor::used();
     } catch (...) {
         closeOrAbandon(model);
         throw;
     }
+}
+
+// What the process that reads the input returns: one of these letters, then a packed summary or the line of a
+// failure.
+constexpr char Saved = 'S';
+constexpr char Failed = 'F';
+
+std::string memoryText(const ImportRequest& request) {
+    return request.mostMemory == 0
+               ? "not enough memory"
+               : fmt::format("needs more memory than its bound of {} MiB; --memory sets another",
+                             request.mostMemory / MiB);
+}
+
+std::string saveAndReport(const std::string& path, const ImportRequest& request, const ModelFiller& fill,
+                          Terminal& terminal) {
+    try {
+        ImportSummary summary;
+        save(path, request, fill, terminal, summary);
+        return Saved + summary.pack();
+    } catch (const Failure& failure) {
+        return Failed + std::string(failure.what());
+    } catch (const std::bad_alloc&) {
+        return Failed + std::string(Failure(request.input, memoryText(request)).what());
+    } catch (const std::exception& failure) {
+        return Failed + std::string(cannotBeWritten(request, failure.what()).what());
+    }
+}
+
+Failure deathOf(const Platform::ApartOutcome& outcome, const ImportRequest& request,
+                const std::string& library) {
+    if (outcome.isCrash()) {
+        return {request.input, library + " crashed on this file; it is likely damaged"};
+    }
+    if (outcome.isKill()) {
+        return {request.input, "not read to its end, since the system killed the import; was memory short?"};
+    }
+    return {request.input,
+            fmt::format("not read to its end, since the import was ended ({})", outcome.signalName())};
+}
+
+ImportSummary saveApart(const std::string& path, const ImportRequest& request, const std::string& library,
+                        Terminal& terminal, const ModelFiller& fill) {
+    const auto outcome = Platform::runApart(
+        [&](std::FILE* messages) {
+            terminal.replaceStandardError(messages);
+            return saveAndReport(path, request, fill, terminal);
+        },
+        request.mostMemory);
+    terminal.clearForeignProgress();
+    if (!outcome.result || outcome.result->empty()) {
+        throw deathOf(outcome, request, library);
+    }
+    const auto text = outcome.result->substr(1);
+    if (outcome.result->front() == Failed) {
+        throw Failure(text);
+    }
+    return ImportSummary::unpack(text);
+}
+
+// The saving library does not look at the results of its writes, so the reason for a file that is not whole is
+// found by one more write: nothing if that succeeds.
+std::optional<std::string> writeProblem(const std::string& path) {
+    constexpr std::size_t Trial = 65536;
+    const std::vector<char> zeros(Trial);
+    errno = 0;
+    std::FILE* file = std::fopen(path.c_str(), "ab");
+    const bool isWritten =
+        file != nullptr && std::fwrite(zeros.data(), 1, Trial, file) == Trial && std::fflush(file) == 0;
+    const int reason = errno;
+    if (file != nullptr) {
+        std::fclose(file);
+    }
+    return isWritten ? std::nullopt : std::optional(std::generic_category().message(reason));
 }
 
 // Only the first finding is reported: a new file should have none.
@@ -77,28 +166,36 @@ void refuseErrors(const std::string& path, const std::string& output, Terminal& 
     }
 }
 
-} // namespace
-
-ConversionSummary saveImported(const ImportRequest& request, Terminal& terminal, const ModelFiller& fill) {
-    refuseToReplaceInput(request);
-    OutputFile output(request.output, request.overwrite);
-    ConversionSummary summary(request.output);
+void checkOutput(const std::string& path, const ImportRequest& request, Terminal& terminal) {
     try {
-        const auto path = output.temporaryPath().string();
-        save(path, request.input, fill, terminal, summary);
         if (request.check) {
             refuseErrors(path, request.output, terminal);
         }
         checkSavedFile(path);
-    } catch (const Failure&) {
-        throw;
     } catch (const std::bad_alloc&) {
-        throw Failure(request.input, "not enough memory");
-    } catch (const std::exception& failure) {
-        throw Failure(request.output, std::string("can't be written: ") + failure.what());
+        throw;
+    } catch (const std::exception& flaw) {
+        if (const auto problem = writeProblem(path)) {
+            throw cannotBeWritten(request, *problem);
+        }
+        if (dynamic_cast<const Failure*>(&flaw) != nullptr) {
+            throw;
+        }
+        throw cannotBeWritten(request, flaw.what());
     }
+}
+
+} // namespace
+
+ConversionSummary saveImported(const ImportRequest& request, const std::string& library, Terminal& terminal,
+                               const ModelFiller& fill) {
+    refuseToReplaceInput(request);
+    OutputFile output(request.output, request.overwrite);
+    const auto path = output.temporaryPath().string();
+    const auto summary = saveApart(path, request, library, terminal, fill);
+    checkOutput(path, request, terminal);
     output.commit();
-    return summary;
+    return summary.finished(request.output);
 }
 
 } // namespace MoxTool

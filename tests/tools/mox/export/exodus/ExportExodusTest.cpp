@@ -201,6 +201,38 @@ TEST_F(ExportExodus, LongNamesAndLargeIdsComeBackWhole) {
     EXPECT_EQ(read.variableNames(EX_NODAL), Names{longName});
     EXPECT_EQ(read.values(EX_NODAL, 0, 1, 0, 1), Numbers{4});
     EXPECT_EQ(read.counts().title, std::string(80, 't'));
-    EXPECT_TRUE(says("note: \"" + std::string(100, 't') + "\" is cut to 80 letters"));
+    EXPECT_TRUE(says("note: titles are cut to 80 letters, since an Exodus II file allows no more: 1 (\"" +
+                     std::string(40, 't') + "...\")"));
     EXPECT_TRUE(says("note: results without steps stand in one step of time 0"));
+}
+
+TEST_F(ExportExodus, TextsThatExodusCutsAreSaidToBeCutOncePerKind) {
+    namespace Mox = Qel::Mox2;
+    const std::string longName(300, 'n');
+    {
+        Mox::Attributes root;
+        root.set("QA Record 1", std::string(33, 'p') + ", 1.0, " + std::string(40, 'd') + ", noon");
+        Mox::Model model;
+        model.saveTo(folder.path("long.mox"), {true, "", "", ""});
+        model.addNode(Mox::RootGroup, "short", root);
+        const auto point = model.addNode(Mox::Shape, "Point");
+        model.addArrayProperty(Mox::Coordinates, Mox::Array2d<float>(1, 3, 0.0F), point, Mox::Step{});
+        model.addArrayProperty(Mox::Connectivity0, Mox::Array1d<unsigned int>{0}, point, Mox::Step{});
+        model.addArrayProperty(Mox::Polylength0, Mox::Array1d<unsigned int>{1}, point, Mox::Step{});
+        for (const auto* end : {"1", "2", "3"}) {
+            model.addArrayProperty(longName + end, Mox::NodeScalar, Mox::Array1d<float>{4}, point,
+                                   Mox::Step{});
+        }
+        model.close();
+    }
+    run = runMox({"export", folder.path("long.mox"), folder.path("long.e")});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_TRUE(says("note: names of variables are cut to 255 letters, since an Exodus II file allows no "
+                     "more: 3 (\"" +
+                     std::string(40, 'n') + "...\" and more)"))
+        << run.messages;
+    EXPECT_TRUE(says("note: texts of QA records are cut to 32 letters, since an Exodus II file allows no "
+                     "more: 2 (\"" +
+                     std::string(33, 'p') + "\" and more)"))
+        << run.messages;
 }

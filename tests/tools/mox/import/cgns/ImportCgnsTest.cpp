@@ -1,6 +1,8 @@
 #include "../ImportedModel.h"
 #include "SmallCgnsFile.h"
 
+#include <hdf5.h>
+
 #include <bit>
 #include <filesystem>
 #include <fstream>
@@ -302,4 +304,77 @@ TEST_F(ImportCgns, ElementOfAVertexThatIsNotThereIsRefused) {
         file.section("Skin", CGNS_ENUMV(TRI_3), 1, 1, {1, 2, 4});
     }
     expectRefused(input(), "damaged: section Skin: it refers to vertex 4 of 3\n");
+}
+
+// The library reads as much as HDF5 gives into room for what the node announces.
+TEST_F(ImportCgns, FileOnWhichTheLibraryCrashesIsRefused) {
+    {
+        SmallCgnsFile file(input());
+        file.addZone("Zone", 2, 1);
+        file.lineOfVertices(2);
+    }
+    const auto file = H5Fopen(input().c_str(), H5F_ACC_RDWR, H5P_DEFAULT);
+    const auto numbers = H5Dopen2(file, "Base/ data", H5P_DEFAULT);
+    const auto extent = H5Dget_space(numbers);
+    const auto text = H5Tcopy(H5T_C_S1);
+    H5Tset_size(text, 100000);
+    H5Dclose(numbers);
+    H5Ldelete(file, "Base/ data", H5P_DEFAULT);
+    H5Dclose(H5Dcreate2(file, "Base/ data", text, extent, H5P_DEFAULT, H5P_DEFAULT, H5P_DEFAULT));
+    H5Tclose(text);
+    H5Sclose(extent);
+    H5Fclose(file);
+    expectRefused(input(), "libcgns crashed on this file; it is likely damaged\n");
+}
+
+TEST_F(ImportCgns, SeparatorOfKeysInTheNameOfAFieldIsReplaced) {
+    {
+        SmallCgnsFile file(input());
+        file.addZone("Zone", 2, 1);
+        file.lineOfVertices(2);
+        file.section("Line", CGNS_ENUMV(BAR_2), 1, 1, {1, 2});
+        file.solution("Corners", CGNS_ENUMV(Vertex));
+        file.field("He\x1E"
+                   "at",
+                   {1, 2});
+    }
+    import();
+    EXPECT_EQ(floats(0, "He_at"), (Floats{1, 2}));
+}
+
+TEST_F(ImportCgns, NamesAreShownWithoutControlCharacters) {
+    {
+        SmallCgnsFile file(input());
+        file.addZone("Zone", 3, 1);
+        file.lineOfVertices(3);
+        file.section("Sk\x1B[31min", CGNS_ENUMV(TRI_3), 1, 1, {1, 2, 4});
+    }
+    expectRefused(input(), "damaged: section Sk\\x1B[31min: it refers to vertex 4 of 3\n");
+}
+
+TEST_F(ImportCgns, SectionsZonesVariablesAndStepsAreChosen) {
+    {
+        SmallCgnsFile file(input(), 1);
+        for (const auto* zone : {"Left", "Right"}) {
+            file.addZone(zone, 3, 2);
+            file.lineOfVertices(3);
+            file.section("First", CGNS_ENUMV(BAR_2), 1, 1, {1, 2});
+            file.section("Second", CGNS_ENUMV(BAR_2), 2, 2, {2, 3});
+            file.solution("Centres", CGNS_ENUMV(CellCenter));
+            file.field("Heat", {1, 2});
+            file.field("Depth", {3, 4});
+        }
+    }
+    run = runImport({"--check", "--block", "Right/Second", "--variable", "Heat", input(), output()});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    saved = std::make_unique<ReadBack>(output());
+    EXPECT_EQ(namesBelow(root()), Names{"Right"});
+    EXPECT_EQ(namesBelow(child(root(), 0)), Names{"Second"});
+    EXPECT_EQ(floats(0, "Heat"), Floats{2});
+    EXPECT_FALSE(has(0, "Depth"));
+    EXPECT_FALSE(run.says("not taken"));
+    std::filesystem::remove(output());
+    run = runImport({"--block", "Left", input(), output()});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_TRUE(run.says("shapes: 2,")) << run.messages;
 }

@@ -7,6 +7,12 @@
 #ifdef MOX_HAS_DEFLATE
 #include <MoxWriterDeflate/compressor.h>
 #endif
+#ifndef _WIN32
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -85,11 +91,49 @@ TEST_F(ImportCommand, MissingFileIsRefused) {
 
 TEST_F(ImportCommand, FolderIsRefused) {
     std::filesystem::create_directory(folder.path("folder.e"));
-    expectRefused(folder.path("folder.e"), "is no regular file");
+    expectRefused(folder.path("folder.e"), "is a folder, not a file");
 }
 
+#ifndef _WIN32
+TEST_F(ImportCommand, PipeIsRefused) {
+    ASSERT_EQ(mkfifo(folder.path("pipe.e").c_str(), 0600), 0);
+    expectRefused(folder.path("pipe.e"), "is a pipe, not a file");
+}
+
+TEST_F(ImportCommand, DeviceIsRefused) {
+    expectRefused("/dev/null", "is a device, not a file");
+}
+
+TEST_F(ImportCommand, FileThatMayNotBeReadIsRefused) {
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "root may read everything";
+    }
+    std::filesystem::permissions(input, std::filesystem::perms::none);
+    expectRefused(input, "can't be opened: Permission denied");
+}
+
+// A limit to the size of files stands for a full disk.
+TEST_F(ImportCommand, FullDiskIsSaidToBeThatByTheCheckToo) {
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
+    for (const auto& arguments : {Files{"--check", input, output()}, Files{input, output()}}) {
+        auto small = before;
+        small.rlim_cur = 1000;
+        setrlimit(RLIMIT_FSIZE, &small);
+        const auto run = runImport(arguments);
+        setrlimit(RLIMIT_FSIZE, &before);
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.messages, "mox import: " + output() + ": can't be written: File too large\n");
+        EXPECT_EQ(folder.files(), Files{"model.e"});
+    }
+    std::signal(SIGXFSZ, handler);
+}
+#endif
+
 TEST_F(ImportCommand, FilesOfOtherKindsAreRefused) {
-    const std::string reason = "is no Exodus II, CGNS or Gmsh .msh file";
+    const std::string reason =
+        "is in no format that mox import reads; these are Exodus II, CGNS and Gmsh .msh";
     expectRefused(folder.write("empty.e", ""), reason);
     expectRefused(folder.write("text.e", "# a list of parts\n"), reason);
 }
@@ -162,7 +206,8 @@ TEST_F(ImportCommand, RealFilesOfOtherKindsAreRefused) {
         found = true;
         const auto run = runImport({path, output()});
         EXPECT_EQ(run.exitCode, 1) << name;
-        EXPECT_TRUE(run.messages.starts_with("mox import: " + path + ": is no Exodus II, CGNS or"))
+        EXPECT_TRUE(run.messages.starts_with(
+            "mox import: " + path + ": is in no format that mox import reads; these are Exodus II, CGNS and"))
             << run.messages;
         EXPECT_EQ(std::count(run.messages.begin(), run.messages.end(), '\n'), 1);
         EXPECT_EQ(folder.files(), Files{"model.e"});

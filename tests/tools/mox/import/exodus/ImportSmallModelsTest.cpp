@@ -6,6 +6,7 @@
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <netcdf.h>
 
 #include <memory>
 
@@ -18,6 +19,12 @@ class ImportSmallModels : public testing::Test {
 protected:
     std::string model() const { return folder.path("model.e"); }
 
+    void expectRefused(const std::string& reason) {
+        run = runImport({model(), folder.path("out.mox")});
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.messages, "mox import: " + model() + ": " + reason + "\n");
+        EXPECT_EQ(folder.files(), std::vector<std::string>{"model.e"});
+    }
     void import() {
         run = runImport({model(), folder.path("out.mox")});
         ASSERT_EQ(run.exitCode, 0) << run.messages;
@@ -36,6 +43,36 @@ protected:
     Support::TemporaryFolder folder;
     MoxRun run{};
     std::unique_ptr<ReadBack> saved;
+};
+
+// Changes a file through netCDF, which does what the Exodus library refuses to do.
+class RawExodusFile {
+public:
+    explicit RawExodusFile(const std::string& path) {
+        SmallExodusFile::require(nc_open(path.c_str(), NC_WRITE, &id));
+        SmallExodusFile::require(nc_redef(id));
+    }
+    RawExodusFile(const RawExodusFile&) = delete;
+    RawExodusFile& operator=(const RawExodusFile&) = delete;
+    ~RawExodusFile() { nc_close(id); }
+
+    void setText(const std::string& variable, const std::string& attribute, const std::string& text) const {
+        const auto owner = variable.empty() ? NC_GLOBAL : find(variable);
+        SmallExodusFile::require(nc_put_att_text(id, owner, attribute.c_str(), text.size(), text.data()));
+    }
+    void setNumbers(const std::string& variable, const std::vector<int>& numbers) const {
+        SmallExodusFile::require(nc_enddef(id));
+        SmallExodusFile::require(nc_put_var_int(id, find(variable), numbers.data()));
+    }
+
+private:
+    int find(const std::string& variable) const {
+        int found = 0;
+        SmallExodusFile::require(nc_inq_varid(id, variable.c_str(), &found));
+        return found;
+    }
+
+    int id = -1;
 };
 
 // One triangle in the plane.
@@ -191,4 +228,115 @@ TEST_F(ImportSmallModels, ElementOfANodeThatIsNotThereIsRefused) {
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.messages, "mox import: " + model() + ": damaged: Block 1 refers to node 4 of 3\n");
     EXPECT_EQ(folder.files(), std::vector<std::string>{"model.e"});
+}
+
+TEST_F(ImportSmallModels, VersionOfTheWritingLibraryIsKept) {
+    {
+        SmallExodusFile file(model(), {2, 3, 1, 1});
+        addTriangle(file);
+    }
+    {
+        const float version = 4.98F;
+        int file = 0;
+        SmallExodusFile::require(nc_open(model().c_str(), NC_WRITE, &file));
+        SmallExodusFile::require(nc_put_att_float(file, NC_GLOBAL, "api_version", NC_FLOAT, 1, &version));
+        nc_close(file);
+    }
+    import();
+    EXPECT_EQ(textOf(saved->model().root().group()->attributes, "Exodus API Version"), "4.98");
+}
+
+TEST_F(ImportSmallModels, TwoBlocksOfOneIdAreRefusedByTheirPlacesAndNames) {
+    {
+        SmallExodusFile file(model(), {2, 3, 3, 3});
+        file.coordinates({0, 1, 0}, {0, 0, 2});
+        for (const int id : {3, 4, 5}) {
+            file.block(id, "TRI3", 1, 3, {1, 2, 3});
+        }
+        SmallExodusFile::require(ex_put_name(file.handle(), EX_ELEM_BLOCK, 5, "right\x1B"));
+    }
+    RawExodusFile(model()).setNumbers("eb_prop1", {7, 4, 7});
+    expectRefused("damaged: element block 1 and element block 3 \"right\\x1B\" have the same id, 7");
+}
+
+TEST_F(ImportSmallModels, TimesAreKeptIfNoBlockHasTheVariables) {
+    {
+        SmallExodusFile file(model(), {2, 3, 1, 1});
+        addTriangle(file);
+        file.variables(EX_ELEM_BLOCK, {"p"});
+        int nowhere = 0;
+        SmallExodusFile::require(ex_put_truth_table(file.handle(), EX_ELEM_BLOCK, 1, 1, &nowhere));
+        file.time(1, 0.5);
+        file.time(2, 0.75);
+    }
+    import();
+    const auto& attributes = saved->model().root().group()->attributes;
+    EXPECT_EQ(textOf(attributes, "Time of Step 1"), "0.5");
+    EXPECT_EQ(textOf(attributes, "Time of Step 2"), "0.75");
+    EXPECT_TRUE(run.says("not taken: element variables that no block has: 1 (p)"));
+}
+
+TEST_F(ImportSmallModels, TimesAreKeptIfNoBlockCanTakeTheNodesResults) {
+    {
+        SmallExodusFile file(model(), {2, 3, 1, 1});
+        file.coordinates({0, 1, 0}, {0, 0, 2});
+        file.block(1, "SUPER", 1, 2, {1, 2});
+        file.variables(EX_NODAL, {"t"});
+        file.time(1, 0.5);
+        file.values(1, EX_NODAL, 1, 1, {1, 2, 3});
+    }
+    import();
+    EXPECT_EQ(textOf(saved->model().root().group()->attributes, "Time of Step 1"), "0.5");
+}
+
+TEST_F(ImportSmallModels, SeparatorOfKeysInANameIsReplacedAndSoSaid) {
+    {
+        SmallExodusFile file(model(), {2, 3, 1, 1});
+        addTriangle(file);
+        file.variables(EX_NODAL, {"a\x1E"
+                                  "b"});
+        for (const int step : {1, 2}) {
+            file.time(step, step);
+            file.values(step, EX_NODAL, 1, 1, {1.0 * step, 2, 3});
+        }
+    }
+    import();
+    EXPECT_EQ(floats(0, "a_b", "Step 2"), (Floats{2, 2, 3}));
+    EXPECT_EQ(textOf(saved->attributes(ReadBack::dataset(geometry(0), "a_b", "Step 1")), "Component 1"),
+              "a\x1E"
+              "b");
+    EXPECT_TRUE(run.says("note: \"a\\x1Eb\" is named \"a_b\", since the byte 0x1E ends a name\n"))
+        << run.messages;
+}
+
+TEST_F(ImportSmallModels, ElementTypesThatAreTooLongForTheLibraryAreRefused) {
+    for (const std::size_t length : {std::size_t{36}, std::size_t{1000}}) {
+        {
+            SmallExodusFile file(model(), {2, 3, 1, 1});
+            addTriangle(file);
+        }
+        RawExodusFile(model()).setText("connect1", "elem_type", std::string(length, 'T'));
+        expectRefused("damaged: element block 1 has an element type of " + std::to_string(length) +
+                      " letters, but Exodus II allows 32");
+    }
+}
+
+TEST_F(ImportSmallModels, TitleThatIsTooLongForTheLibraryDoesNoHarm) {
+    {
+        SmallExodusFile file(model(), {2, 3, 1, 1});
+        addTriangle(file);
+    }
+    RawExodusFile(model()).setText("", "title", std::string(1000, 'T'));
+    run = runImport({model(), folder.path("out.mox")});
+    EXPECT_EQ(run.exitCode, 0) << run.messages;
+}
+
+TEST_F(ImportSmallModels, NamesOfWhatIsNotTakenAreShownWithoutControlCharacters) {
+    {
+        SmallExodusFile file(model(), {2, 3, 1, 1});
+        addTriangle(file);
+        file.variables(EX_GLOBAL, {"energy\x1B[31m"});
+    }
+    import();
+    EXPECT_TRUE(run.says("not taken: global variables: 1 (energy\\x1B[31m)\n")) << run.messages;
 }

@@ -330,3 +330,40 @@ TEST_F(ImportGmsh, DamagedFilesAreRefusedBeforeTheLibraryStumbles) {
         expectRefused(write(content), reason);
     }
 }
+
+TEST_F(ImportGmsh, FilesOnWhichTheLibraryCrashesAreRefused) {
+    const std::string reason = "libgmsh crashed on this file; it is likely damaged\n";
+    expectRefused(write(Plate + replaced(Results, "0.25\n3\n0\n1", "0.25\n3\n-1\n1")), reason);
+    expectRefused(write("$MeshFormat\n4.1 0 8\n$EndMeshFormat\n$PhysicalNames\n1\n77777777 1 "
+                        "\"a\"\n$EndPhysicalNames\n"),
+                  reason);
+}
+
+TEST_F(ImportGmsh, NamesOfSectionsAreShownWithoutControlCharacters) {
+    run = runImport({write(Plate + "$Odd\x1B[31m\n$EndOdd\x1B[31m\n"), output()});
+    EXPECT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_TRUE(run.says("not taken: sections of the file: 1 (Odd\\x1B[31m)\n")) << run.messages;
+}
+
+TEST_F(ImportGmsh, SeparatorOfKeysInTheNameOfAViewIsReplaced) {
+    import(write(Plate + replaced(Results, "\"stress\"",
+                                  "\"str\x1E"
+                                  "ess\"")));
+    EXPECT_EQ(floats(3, "str_ess", "Step 1"), (Floats{7, 7, 7, 0, 0, 0}));
+}
+
+TEST_F(ImportGmsh, GroupsViewsAndStepsAreChosen) {
+    run = runImport({"--check", "--block", "plate", "--variable", "he*", "--step", "2-",
+                     write(Plate + Results), output()});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    saved = std::make_unique<ReadBack>(output());
+    EXPECT_EQ(namesBelow(root()), (Names{"plate (Triangle 3)", "plate (Quadrilateral 4)"}));
+    EXPECT_EQ(floats(0, "heat", "Step 2"), (Floats{7, 8, 9, 10, 11, 12}));
+    EXPECT_FALSE(has(0, "heat", "Step 1"));
+    EXPECT_FALSE(has(0, "Displacement", "Step 2"));
+    EXPECT_TRUE(run.says("steps: 1,"));
+    std::filesystem::remove(output());
+    run = runImport({"--block", "none", write(Plate), output()});
+    EXPECT_TRUE(run.says("--block none: no block has this name; there are: Point 1, edge, plate\n"))
+        << run.messages;
+}

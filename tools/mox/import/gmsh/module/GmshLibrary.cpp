@@ -1,6 +1,7 @@
 #include "GmshLibrary.h"
 
 #include "../../../common/Failure.h"
+#include "../../../common/visibleText.h"
 
 #include <boost/config.hpp>
 #include <fmt/core.h>
@@ -45,7 +46,7 @@ int nodesOfType(int type) {
 
 Failure failureOf(const std::string& path, std::string reason) {
     std::replace(reason.begin(), reason.end(), '\n', ' ');
-    return {path, fmt::format("damaged, or not as Gmsh wants it ({})", reason)};
+    return {path, fmt::format("damaged, or not as Gmsh wants it ({})", visibleText(reason))};
 }
 
 std::string optionName(const GmshView& view, const char* option) {

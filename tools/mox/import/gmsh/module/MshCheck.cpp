@@ -1,6 +1,7 @@
 #include "MshCheck.h"
 
 #include "../../../common/Failure.h"
+#include "../../../common/visibleText.h"
 
 #include <fmt/core.h>
 
@@ -25,7 +26,8 @@ void MshCheck::run() {
     try {
         readSections();
     } catch (const std::runtime_error& damage) {
-        const auto place = sectionNames_.empty() ? "" : fmt::format("${}: ", sectionNames_.back());
+        const auto place =
+            sectionNames_.empty() ? "" : fmt::format("${}: ", visibleText(sectionNames_.back()));
         throw Failure(path_, fmt::format("damaged: {}{}", place, damage.what()));
     }
 }

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "../ImportRequest.h"
+#include "Choice.h"
+#include "StepChoice.h"
+
+#include <cstddef>
+#include <string>
+
+namespace MoxTool {
+
+/// What of a file an import takes. What is left out by choice is not listed as skipped.
+struct Choices {
+    explicit Choices(const ImportRequest& request)
+        : blocks("block", request.blocks), variables("variable", request.variables), steps(request.steps) {}
+
+    Choice blocks;
+    Choice variables;
+    StepChoice steps;
+    std::size_t stepCount = 0; ///< Of the file; set by the importer.
+
+    /// To be called when all blocks and variables of the file have been asked for.
+    /// @throws Failure if something that the user has named is not there.
+    void check(const std::string& path) const {
+        blocks.check(path);
+        variables.check(path);
+        steps.check(path, stepCount);
+    }
+};
+
+} // namespace MoxTool
