@@ -20,7 +20,7 @@ namespace {
 using Places = std::vector<std::size_t>;
 
 constexpr std::size_t MaxListed = 10;
-constexpr double TimeTolerance = 1e-6; // Times are floats in many files, and are shown rounded.
+constexpr double TimeTolerance = 1e-5; // Times are shown in six digits.
 
 template <typename T>
 std::optional<T> parsed(std::string_view text) {

@@ -26,7 +26,7 @@ std::string numberText(double number) {
 }
 
 std::string shortNumberText(double number) {
-    return std::isnan(number) ? "nan" : fmt::format("{:.7g}", number);
+    return std::isnan(number) ? "nan" : fmt::format("{:.6g}", number);
 }
 
 std::string countText(unsigned long long count, const std::string& noun) {

@@ -10,7 +10,7 @@ std::string numberText(float number);
 /// Likewise for doubles.
 std::string numberText(double number);
 
-/// A double in seven digits, which hides what is left of a float that it came from.
+/// A double in six digits, which hides what is left of a float that it came from.
 std::string shortNumberText(double number);
 
 /// A count with its noun: "1 level", "3 levels".

@@ -14,9 +14,6 @@ namespace MoxTool {
 
 int runOnEach(const Command& command, const std::vector<std::string>& paths, Terminal& terminal, bool gap,
               const std::function<int(const std::string&)>& work) {
-    if (paths.size() == 1) {
-        return work(paths.front());
-    }
     int worst = 0;
     bool isFirst = true;
     // What stands on stdout so far comes before the message.

@@ -31,8 +31,8 @@ one of them takes in the file is its part of its block. "shared" is what links w
 of their own; the last line says what they saved. After @ stands a step's time, or its frequency.
 
 With --values: the least and the greatest number of each component of each dataset, where they are, and the
-mean; how many are no number (NaN) or infinite, if any are. These count for neither. Datasets of one name
-are one over all geometries and, without --steps, over all steps. The JSON has each step.
+mean. How many are no number (NaN) or infinite shows if there are any; they are left out of the rest. Datasets
+of one name are one over all geometries and, without --steps, over all steps. The JSON has each step.
 
 Examples:
   mox stat bracket.mox

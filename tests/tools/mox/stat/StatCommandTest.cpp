@@ -215,6 +215,16 @@ TEST_F(StatCommand, GivesItsTablesAsJson) {
     EXPECT_EQ(files[1].at("steps").at(2).at("shared"), 8);
 }
 
+TEST_F(StatCommand, JsonIsWholeThoughAFileFails) {
+    const auto missing = folder.path("missing.mox");
+    const auto run = runMox({"stat", "--json", missing, path});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.says("mox stat: " + missing + ": ")) << run.messages;
+    EXPECT_EQ(nlohmann::json::parse(run.output).at("files").size(), 1U);
+    EXPECT_EQ(
+        nlohmann::json::parse(runMox({"stat", "--values", "--json", missing}).output).at("files").size(), 0U);
+}
+
 TEST_F(StatCommand, SeveralFilesHaveHeadingsAndAFailureDoesNotStopThem) {
     const auto missing = folder.path("missing.mox");
     const auto run = runMox({"stat", missing, path, path});
