@@ -15,51 +15,53 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// The names by which files in a common container are told apart are near its beginning.
-constexpr std::uint64_t SearchLength = std::uint64_t{1} << 20U;
-
-struct Kind {
+struct Row {
     std::string_view beginning;
     std::string_view mark; // stands somewhere after it; empty if the beginning says enough
+    ForeignFormat format;
     std::string_view text;
 };
 
-constexpr auto Exodus = "an Exodus II file; mox import converts it"sv;
-constexpr auto Netcdf = "a netCDF file; mox import converts it if it is an Exodus II file"sv;
-constexpr auto Cgns = "a CGNS file; mox import converts it"sv;
-constexpr auto Gmsh = "a Gmsh file; mox import converts it"sv;
-constexpr auto Vtk = "a VTK file, which mox writes (mox export) but doesn't read"sv;
+constexpr auto ExodusText = "an Exodus II file; mox import converts it"sv;
+constexpr auto NetcdfText = "a netCDF file; mox import converts it if it is an Exodus II file"sv;
+constexpr auto CgnsText = "a CGNS file; mox import converts it"sv;
+constexpr auto GmshText = "a Gmsh file; mox import converts it"sv;
+constexpr auto VtkText = "a VTK file, which mox writes (mox export) but doesn't read"sv;
 constexpr auto Hdf5Beginning = "\x89HDF\r\n\x1A\n"sv;
 
-// The first that fits counts.
-constexpr std::array Kinds = {
-    Kind{"CDF"sv, "num_dim"sv, Exodus},
-    Kind{"CDF"sv, ""sv, Netcdf},
-    Kind{Hdf5Beginning, "CGNSLibraryVersion"sv, Cgns},
-    Kind{Hdf5Beginning, "num_dim"sv, Exodus},
-    Kind{Hdf5Beginning, "_NCProperties"sv, Netcdf},
-    Kind{Hdf5Beginning, ""sv, "an HDF5 file; mox import converts it if it is an Exodus II or a CGNS file"sv},
-    Kind{"@(#)ADF Database Version"sv, ""sv, Cgns},
-    Kind{"$MeshFormat"sv, ""sv, Gmsh},
-    Kind{"$Comments"sv, ""sv, Gmsh},
-    Kind{"<?xml"sv, "<VTKFile"sv, Vtk},
-    Kind{"<VTKFile"sv, ""sv, Vtk},
-    Kind{"# vtk DataFile"sv, ""sv, Vtk},
-    Kind{"<?xml"sv, ""sv, "an XML file"sv},
-    Kind{"PK\x03\x04"sv, ""sv, "a zip archive; unpack it first"sv},
-    Kind{"7z\xBC\xAF\x27\x1C"sv, ""sv, "a 7-Zip archive; unpack it first"sv},
-    Kind{"\x1F\x8B"sv, ""sv, "compressed with gzip; gzip -dc FILE | mox ... - reads what is in it"sv},
-    Kind{"\xFD"
-         "7zXZ\0"sv,
-         ""sv, "compressed with xz; xz -dc FILE | mox ... - reads what is in it"sv},
-    Kind{"BZh"sv, ""sv, "compressed with bzip2; bzip2 -dc FILE | mox ... - reads what is in it"sv},
-    Kind{"\x28\xB5\x2F\xFD"sv, ""sv, "compressed with zstd; zstd -dc FILE | mox ... - reads what is in it"sv},
-    Kind{"%PDF-"sv, ""sv, "a PDF document"sv},
-    Kind{"\x89PNG\r\n\x1A\n"sv, ""sv, "a PNG picture"sv},
-    Kind{"\x93NUMPY"sv, ""sv, "a NumPy array"sv},
-    Kind{"\x7F"
-         "ELF"sv,
-         ""sv, "a program"sv},
+using enum ForeignFormat;
+
+// The first that fits counts. An import looks into each netCDF and HDF5 file, since all of them may be Exodus II.
+constexpr std::array Rows = {
+    Row{"CDF"sv, "num_dim"sv, Exodus, ExodusText},
+    Row{"CDF"sv, ""sv, Exodus, NetcdfText},
+    Row{Hdf5Beginning, "CGNSLibraryVersion"sv, Cgns, CgnsText},
+    Row{Hdf5Beginning, "num_dim"sv, Exodus, ExodusText},
+    Row{Hdf5Beginning, "_NCProperties"sv, Exodus, NetcdfText},
+    Row{Hdf5Beginning, ""sv, Exodus,
+        "an HDF5 file; mox import converts it if it is an Exodus II or a CGNS file"sv},
+    Row{"@(#)ADF Database Version"sv, ""sv, Cgns, CgnsText},
+    Row{"$MeshFormat"sv, ""sv, Gmsh, GmshText},
+    Row{"$Comments"sv, ""sv, Gmsh, GmshText},
+    Row{"<?xml"sv, "<VTKFile"sv, Other, VtkText},
+    Row{"<VTKFile"sv, ""sv, Other, VtkText},
+    Row{"# vtk DataFile"sv, ""sv, Other, VtkText},
+    Row{"<?xml"sv, ""sv, Other, "an XML file"sv},
+    Row{"PK\x03\x04"sv, ""sv, Other, "a zip archive; unpack it first"sv},
+    Row{"7z\xBC\xAF\x27\x1C"sv, ""sv, Other, "a 7-Zip archive; unpack it first"sv},
+    Row{"\x1F\x8B"sv, ""sv, Other, "compressed with gzip; gzip -dc FILE | mox ... - reads what is in it"sv},
+    Row{"\xFD"
+        "7zXZ\0"sv,
+        ""sv, Other, "compressed with xz; xz -dc FILE | mox ... - reads what is in it"sv},
+    Row{"BZh"sv, ""sv, Other, "compressed with bzip2; bzip2 -dc FILE | mox ... - reads what is in it"sv},
+    Row{"\x28\xB5\x2F\xFD"sv, ""sv, Other,
+        "compressed with zstd; zstd -dc FILE | mox ... - reads what is in it"sv},
+    Row{"%PDF-"sv, ""sv, Other, "a PDF document"sv},
+    Row{"\x89PNG\r\n\x1A\n"sv, ""sv, Other, "a PNG picture"sv},
+    Row{"\x93NUMPY"sv, ""sv, Other, "a NumPy array"sv},
+    Row{"\x7F"
+        "ELF"sv,
+        ""sv, Other, "a program"sv},
 };
 
 std::string readBeginning(MoxReader::Source& source, std::uint64_t most) {
@@ -84,18 +86,22 @@ bool isText(std::string_view start) {
 
 } // namespace
 
+std::optional<ForeignKind> recogniseForeign(std::string_view start) {
+    const auto found = std::ranges::find_if(Rows, [&start](const Row& row) {
+        return start.starts_with(row.beginning) && start.find(row.mark) != std::string::npos;
+    });
+    if (found != Rows.end()) {
+        return ForeignKind{found->format, found->text};
+    }
+    return !start.empty() && isText(start) ? std::optional(ForeignKind{Other, "a text file"}) : std::nullopt;
+}
+
 std::string foreignKind(MoxReader::Source& source) {
-    if (source.size() == 0 || isMox(source)) {
+    if (isMox(source)) {
         return "";
     }
-    const auto start = readBeginning(source, SearchLength);
-    const auto found = std::ranges::find_if(Kinds, [&start](const Kind& kind) {
-        return start.starts_with(kind.beginning) && start.find(kind.mark) != std::string::npos;
-    });
-    if (found != Kinds.end()) {
-        return std::string(found->text);
-    }
-    return isText(start) ? "a text file" : "";
+    const auto kind = recogniseForeign(readBeginning(source, ForeignSearchLength));
+    return kind ? std::string(kind->text) : "";
 }
 
 void refuseForeignFile(const std::string& path, MoxReader::Source& source) {

@@ -175,8 +175,9 @@ int InfoCommand::runFile(const std::string& path, Terminal& terminal) const {
         if (quiet_) {
             modelFlaw = findModelFlaw(file);
         } else {
-            printLine("file", fmt::format("{} ({})", visibleText(path), byteText(file.size())));
-            printLine("version", visibleText(file.version()));
+            printLine("file", fmt::format("{} ({})", path == "-" ? "stdin" : visibleText(path),
+                                          byteText(file.size())));
+            printTextIfAny("version", file.version());
             modelFlaw = printModel(file);
             printBlocks(file);
         }

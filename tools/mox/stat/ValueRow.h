@@ -17,8 +17,8 @@ struct ValueRow {
     std::optional<std::size_t> step;  ///< The place of the step, if the row is for one.
     std::vector<ValueTally> components;
 
-    /// The component's name: that of the variable it was imported from, or x, y, z, or its number; empty if
-    /// there is only one.
+    /// The component's name: x, y, z, or what tells the variable that it was imported from apart from those of
+    /// the others, or its number; empty if there is only one.
     std::string componentName(std::size_t component) const;
 };
 

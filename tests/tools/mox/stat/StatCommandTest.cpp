@@ -189,6 +189,31 @@ TEST_F(StatCommand, DatasetsOfOneNameAndSeveralTypesShowTheirTypes) {
     EXPECT_TRUE(hasRow(run, "T \\(ElementScalar\\) +2 .*")) << run.output;
 }
 
+TEST_F(StatCommand, ComponentsAreNamedByWhatDiffersInTheNamesOfTheirVariables) {
+    {
+        Qel::Mox2::Model model;
+        model.saveTo(path, {true, "", "", ""});
+        model.addNode(Qel::Mox2::Group, "G");
+        const auto shape = model.addNode(Qel::Mox2::Shape, "S");
+        const auto add = [&](const std::string& name, const std::vector<std::string>& variables) {
+            Qel::Mox2::Attributes attributes;
+            for (std::size_t i = 0; i < variables.size(); ++i) {
+                attributes.set("Component " + std::to_string(i + 1), variables[i]);
+            }
+            model.addArrayProperty(name, Qel::Mox2::NodeSixA, Qel::Mox2::Array2d<float>(1, 6, 0.0F), shape,
+                                   Qel::Mox2::Step{}, attributes);
+        };
+        add("A", {"s_xx_1", "s_yy_1", "s_zz_1", "s_xy_1", "s_yz_1", "s_zx_1"});
+        add("B", {"DispX", "DispY", "DispZ", "RotX", "RotY", "RotZ"});
+        add("C", {});
+        model.close();
+    }
+    const auto run = runMox({"stat", "--values", path});
+    for (const std::string title : {"A xx", "A zx", "B DispX", "B RotZ", "C 1", "C 6"}) {
+        EXPECT_TRUE(hasRow(run, title + " +0 .*")) << title << run.output;
+    }
+}
+
 TEST_F(StatCommand, NumbersWithoutAFiniteOneHaveNoMinimum) {
     {
         Qel::Mox2::Model model;
