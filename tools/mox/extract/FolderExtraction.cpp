@@ -71,7 +71,7 @@ std::vector<const Dataset*> FolderExtraction::holdersByPosition() const {
         return std::tuple(each->position, each->nodeId, each->index);
     };
     std::ranges::sort(holders, {}, place);
-    holders.erase(std::ranges::unique(holders).begin(), holders.end());
+    holders.erase(std::unique(holders.begin(), holders.end()), holders.end());
     return holders;
 }
 

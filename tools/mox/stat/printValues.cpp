@@ -27,7 +27,7 @@ bool isInteger(const ValueRow& row) {
 
 // A table of six columns of numbers has to fit a terminal.
 std::string roundedText(double number) {
-    return fmt::format("{:.5g}", number);
+    return fmt::format("{:.5g}", number + 0.0); // -0 becomes 0
 }
 
 std::string extremeText(const ValueRow& row, double number) {
