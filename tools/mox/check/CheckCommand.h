@@ -4,6 +4,8 @@
 #include "../common/JsonStream.h"
 #include "CheckReport.h"
 
+#include <MoxReader/Source.h>
+
 #include <string>
 #include <vector>
 
@@ -24,12 +26,19 @@ public:
 
 private:
     int runRules() const;
-    Verdict runFile(const std::string& path, JsonStream* json, Terminal& terminal) const;
+    Verdict runFile(const std::string& path, JsonStream* json, Terminal& terminal);
+    void noteKind(const std::string& path, MoxReader::Source& source, Terminal& terminal) const;
+    bool showsTable() const;
+    void print(const std::string& path, const FindingList& findings, const Terminal& terminal);
 
     std::vector<std::string> paths_;
+    std::vector<FileVerdict> verdicts_; ///< Of the files that have been checked.
     bool listRules_ = false;
     bool asJson_ = false;
     bool strict_ = false;
+    bool onlyTable_ = false;
+    bool quiet_ = false;
+    bool hasPrinted_ = false; ///< Whether findings stand on stdout.
     std::size_t limit_ = 20;
 };
 

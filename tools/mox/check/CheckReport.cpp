@@ -1,5 +1,7 @@
 #include "CheckReport.h"
 
+#include "../common/TextTable.h"
+#include "../common/numberText.h"
 #include "../common/visibleText.h"
 
 #include <fmt/format.h>
@@ -79,7 +81,7 @@ Json toJson(const Finding& finding) {
 }
 
 std::string plural(std::uint64_t count, Level level) {
-    return fmt::format("{} {}{}", count, levelName(level), count == 1 ? "" : "s");
+    return countText(count, std::string(levelName(level)));
 }
 
 std::string summaryText(const FindingList& findings) {
@@ -104,8 +106,8 @@ Verdict judge(const FindingList& findings, bool strict) {
     return Verdict::Whole;
 }
 
-void printReport(std::FILE* out, const std::string& path, const FindingList& findings,
-                 const Palette& palette) {
+void printFindings(std::FILE* out, const std::string& path, const FindingList& findings,
+                   const Palette& palette) {
     const auto name = visibleText(path);
     for (const auto& finding : findings.findings()) {
         const auto& rule = ruleOf(finding.rule);
@@ -117,7 +119,30 @@ void printReport(std::FILE* out, const std::string& path, const FindingList& fin
     for (const auto& [rule, count] : findings.notKept()) {
         fmt::print(out, "{}: {} more of rule {}; --limit 0 lists all\n", name, count, number(rule));
     }
-    fmt::print(out, "{}: {}\n", name, summaryText(findings));
+}
+
+void printVerdict(std::FILE* out, const std::string& path, const FindingList& findings) {
+    fmt::print(out, "{}: {}\n", visibleText(path), summaryText(findings));
+}
+
+FileVerdict::FileVerdict(const std::string& file, Verdict result, const FindingList& findings)
+    : path(file),
+      verdict(result),
+      errors(findings.count(Level::Error)),
+      warnings(findings.count(Level::Warning)),
+      notes(findings.count(Level::Note)) {}
+
+void printTable(std::FILE* out, const std::vector<FileVerdict>& files) {
+    TextTable table;
+    table.add({"file", "verdict", "errors", "warnings", "notes"});
+    for (const auto& file : files) {
+        std::vector<std::string> row = {visibleText(file.path), std::string(verdictName(file.verdict))};
+        for (const auto count : {file.errors, file.warnings, file.notes}) {
+            row.push_back(file.verdict == Verdict::Unreadable ? "-" : std::to_string(count));
+        }
+        table.add(std::move(row));
+    }
+    table.print(out);
 }
 
 void printReport(JsonStream& out, const std::string& path, const FindingList& findings, Verdict verdict) {

@@ -4,8 +4,10 @@
 #include "../common/Palette.h"
 #include "FindingList.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 namespace MoxTool {
 
@@ -17,9 +19,26 @@ Verdict judge(const FindingList& findings, bool strict);
 
 // Both forms name the file first, then each finding, then how many findings of a rule are not listed.
 
-/// Prints a line for each finding and one for the verdict.
-void printReport(std::FILE* out, const std::string& path, const FindingList& findings,
-                 const Palette& palette);
+/// Prints a line for each finding.
+void printFindings(std::FILE* out, const std::string& path, const FindingList& findings,
+                   const Palette& palette);
+
+/// Prints the verdict on a file in a line.
+void printVerdict(std::FILE* out, const std::string& path, const FindingList& findings);
+
+/// What the table of several files says of one of them.
+struct FileVerdict {
+    std::string path;
+    Verdict verdict;
+    std::uint64_t errors = 0; ///< Without meaning for a file that can't be read, as are the other counts.
+    std::uint64_t warnings = 0;
+    std::uint64_t notes = 0;
+
+    FileVerdict(const std::string& path, Verdict verdict, const FindingList& findings);
+};
+
+/// Prints a table with a row for each file.
+void printTable(std::FILE* out, const std::vector<FileVerdict>& files);
 
 /// Writes the report as an object.
 void printReport(JsonStream& out, const std::string& path, const FindingList& findings, Verdict verdict);

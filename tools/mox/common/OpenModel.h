@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foreignKind.h"
 #include "openSource.h"
 #include "readFailure.h"
 
@@ -16,13 +17,19 @@ public:
     /// @param path "-" stands for stdin.
     /// @throws Failure if anything is wrong with the file.
     explicit OpenModel(const std::string& path)
-        : opened_(explainErrors(path, [&] { return MoxReader::File(openSource(path)); })),
+        : opened_(openFile(path)),
           contents_(explainErrors(path, [this] { return MoxReader::readModel(opened_); })) {}
 
     const MoxReader::File& file() const { return opened_; }
     const MoxReader::Model& model() const { return contents_; }
 
 private:
+    static MoxReader::File openFile(const std::string& path) {
+        const auto source = openSource(path);
+        refuseForeignFile(path, *source);
+        return explainErrors(path, [&] { return MoxReader::File(source); });
+    }
+
     MoxReader::File opened_;
     MoxReader::Model contents_;
 };

@@ -25,6 +25,14 @@ std::string numberText(double number) {
     return textOf(number);
 }
 
+std::string shortNumberText(double number) {
+    return std::isnan(number) ? "nan" : fmt::format("{:.6g}", number);
+}
+
+std::string countText(unsigned long long count, const std::string& noun) {
+    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
+}
+
 std::string byteText(unsigned long long bytes) {
     constexpr std::array Units = {"KiB", "MiB", "GiB", "TiB"};
     if (bytes < 1024) {

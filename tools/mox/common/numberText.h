@@ -10,6 +10,12 @@ std::string numberText(float number);
 /// Likewise for doubles.
 std::string numberText(double number);
 
+/// A double in six digits, which hides what is left of a float that it came from.
+std::string shortNumberText(double number);
+
+/// A count with its noun: "1 level", "3 levels".
+std::string countText(unsigned long long count, const std::string& noun);
+
 /// A count of bytes for display: "812 B", "1.4 KiB", up to "TiB".
 std::string byteText(unsigned long long bytes);
 

@@ -8,7 +8,7 @@
 namespace MoxTool {
 
 /// The bytes of a file, or all of stdin for the path "-". A file's bytes are read when they are needed; those
-/// of stdin are kept in memory.
+/// of stdin and of a pipe are kept in memory.
 /// @throws Failure if the file can't be opened or stdin fails.
 std::shared_ptr<MoxReader::Source> openSource(const std::string& path);
 

@@ -33,6 +33,7 @@ Exit code: 0 for equal models, 1 for different ones, 2 for trouble.
 Examples:
   mox diff before.mox after.mox
   mox diff --rel 1e-5 --abs 1e-9 before.mox after.mox
+  mox diff --step last before.mox after.mox
   mox diff --json before.mox after.mox > differences.json
   mox diff -q before.mox after.mox && echo same)";
 
@@ -67,6 +68,9 @@ void DiffCommand::addOptions(CommandLine& line) {
     line.add("--rel", options_.tolerance.relative, "What part of the larger one floats may differ by; else 0")
         .typeName("NUMBER")
         .check(requireTolerance);
+    line.add("--step", options_.steps.text,
+             std::string("Of the datasets with steps compare only those of these; ") + StepChoice::Syntax)
+        .typeName("STEP");
     line.addFlag("--links", options_.links,
                  "Report also which datasets share their numbers in one file alone");
     line.addFlag("--date", options_.date, "Report also if the dates of saving differ");

@@ -32,10 +32,20 @@ const Node& childAt(const Model& model, const Node& node, std::size_t place) {
     return model.node(model.children(node.id)[place]);
 }
 
-std::vector<std::string_view> keysOf(const std::vector<Dataset>& datasets) {
+std::vector<const Dataset*> chosenOf(const Node& geometry, const StepFilter& steps) {
+    std::vector<const Dataset*> chosen;
+    for (const auto& dataset : geometry.geometry()->datasets) {
+        if (dataset.step.empty() || steps.takes(dataset)) {
+            chosen.push_back(&dataset);
+        }
+    }
+    return chosen;
+}
+
+std::vector<std::string_view> keysOf(const std::vector<const Dataset*>& datasets) {
     std::vector<std::string_view> keys;
-    for (const auto& dataset : datasets) {
-        keys.push_back(dataset.key);
+    for (const auto* dataset : datasets) {
+        keys.push_back(dataset->key);
     }
     return keys;
 }
@@ -64,7 +74,13 @@ std::optional<Json> linkTarget(const Model& model, const Dataset& dataset) {
 
 ModelComparison::ModelComparison(NumberFile& fileA, NumberFile& fileB, const ComparisonOptions& options,
                                  Terminal& messages)
-    : fileA_(fileA), fileB_(fileB), options_(options), messages_(messages), list_(options.tolerance) {}
+    : fileA_(fileA),
+      fileB_(fileB),
+      stepsA_(options.steps, fileA.model(), fileA.path()),
+      stepsB_(options.steps, fileB.model(), fileB.path()),
+      options_(options),
+      messages_(messages),
+      list_(options.tolerance) {}
 
 std::vector<Difference> ModelComparison::run() {
     compareSaves(list_, fileA_.model().globalInformation(), fileB_.model().globalInformation(),
@@ -128,16 +144,16 @@ void ModelComparison::compareContents(const Node& a, const Node& b) {
 }
 
 void ModelComparison::compareGeometries(const Node& a, const Node& b) {
-    const auto& inA = a.geometry()->datasets;
-    const auto& inB = b.geometry()->datasets;
+    const auto inA = chosenOf(a, stepsA_);
+    const auto inB = chosenOf(b, stepsB_);
     for (const auto& match : matchInOrder(keysOf(inA), keysOf(inB))) {
-        list_.moveTo(&a, &b, match.a ? &inA[*match.a] : &inB[*match.b]);
+        list_.moveTo(&a, &b, match.a ? inA[*match.a] : inB[*match.b]);
         if (!match.b) {
-            list_.add("dataset", description(fileA_.holder(inA[*match.a])), std::nullopt);
+            list_.add("dataset", description(fileA_.holder(*inA[*match.a])), std::nullopt);
         } else if (!match.a) {
-            list_.add("dataset", std::nullopt, description(fileB_.holder(inB[*match.b])));
+            list_.add("dataset", std::nullopt, description(fileB_.holder(*inB[*match.b])));
         } else {
-            compareDatasets(inA[*match.a], inB[*match.b]);
+            compareDatasets(*inA[*match.a], *inB[*match.b]);
         }
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../common/NumberFile.h"
+#include "../common/StepFilter.h"
 #include "../common/Terminal.h"
 #include "ComparisonOptions.h"
 #include "DifferenceList.h"
@@ -19,6 +20,7 @@ namespace MoxTool {
 class ModelComparison {
 public:
     /// @param a,b Must outlive this object and the differences.
+    /// @throws Failure if one of them lacks the steps that are to be compared.
     ModelComparison(NumberFile& a, NumberFile& b, const ComparisonOptions& options, Terminal& terminal);
 
     /// All differences, in the order of the first file's tree. May be called once.
@@ -52,6 +54,8 @@ private:
 
     NumberFile& fileA_;
     NumberFile& fileB_;
+    StepFilter stepsA_;
+    StepFilter stepsB_;
     ComparisonOptions options_;
     Terminal& messages_;
     DifferenceList list_;

@@ -27,7 +27,7 @@ All parts go into one mesh. What the format can't take is listed at the end.
 Examples:
   mox export bracket.mox bracket.e
   mox export bracket.mox bracket.pvd
-  mox export --step "Step 3" bracket.mox third.vtu)";
+  mox export --step last bracket.mox last.vtu)";
 
 enum class Format { Exodus, Vtu, Pvd };
 
@@ -70,7 +70,8 @@ std::optional<Command::Example> ExportCommand::example() const {
 void ExportCommand::addOptions(CommandLine& line) {
     line.add("FILE", request_.input, "The file to read; - for stdin").required();
     line.add("OUT", request_.output, "The file to write").required().check(checkExtension);
-    line.add("--step", request_.step, "Take this step alone").typeName("NAME");
+    line.add("--step", request_.step.text, std::string("Take these steps alone; ") + StepChoice::Syntax)
+        .typeName("STEP");
     line.addFlag("--overwrite", request_.overwrite, "Replace OUT if it exists; else that is an error");
     line.addFlag("--verbose", verbose_, "List all names of what is not taken, not only the first ten");
     line.addFlag(WorkLimit::Option, request_.noLimit, WorkLimit::Help);

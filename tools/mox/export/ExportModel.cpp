@@ -1,5 +1,6 @@
 #include "ExportModel.h"
 
+#include "../common/StepFilter.h"
 #include "../common/visibleText.h"
 #include "MeshCollector.h"
 #include "ResultCollector.h"
@@ -37,14 +38,16 @@ void ExportModel::read(const ExportRequest& request) {
 }
 
 void ExportModel::chooseSteps(const ExportRequest& request) {
+    const StepFilter filter(request.step, model(), request.input);
+    const auto& names = filter.names();
     for (std::size_t step = 0; step < contents_.steps.size(); ++step) {
-        if (request.step.empty() || contents_.steps[step].name == request.step) {
+        if (names.empty() || names.contains(contents_.steps[step].name)) {
             wanted_.push_back(step);
         }
     }
-    if (!request.step.empty() && wanted_.empty()) {
-        throw Failure(request.input,
-                      fmt::format("has no step \"{}\"; mox tree lists its steps", visibleText(request.step)));
+    if (request.step.isMade() && wanted_.empty()) {
+        throw Failure(request.input, fmt::format("has no results on nodes or elements in step \"{}\"",
+                                                 visibleText(request.step.text)));
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../common/StepChoice.h"
+
 #include <string>
 
 namespace MoxTool {
@@ -8,7 +10,7 @@ namespace MoxTool {
 struct ExportRequest {
     std::string input;
     std::string output;     ///< Its extension decides the format.
-    std::string step;       ///< The one step to take; empty for all.
+    StepChoice step;        ///< The steps to take; not made for all.
     bool noLimit = false;   ///< Numbers that are shared may multiply without limit.
     bool overwrite = false; ///< An existing output is replaced, once the new one is whole.
 };

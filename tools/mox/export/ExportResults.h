@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../common/ModelStep.h"
 #include "../mesh/ResultPlace.h"
 #include "ExportMesh.h"
 
@@ -12,20 +13,6 @@
 #include <vector>
 
 namespace MoxTool {
-
-/// A step of the model.
-struct ExportStep {
-    std::string name;
-    std::optional<double> time; ///< As precise as the file has it; likewise the frequency.
-    std::optional<double> mode;
-    std::optional<double> frequency;
-    bool vibration = false;
-
-    /// The time, or the frequency, or the given number.
-    double timeOr(double number) const { return time ? *time : frequency.value_or(number); }
-    /// For an animation: the frequency of a vibration takes precedence over its time.
-    double valueOr(double number) const { return vibration && frequency ? *frequency : timeOr(number); }
-};
 
 /// One result: the datasets of one name, type and meaning, over all steps and parts.
 struct ExportField {
@@ -57,7 +44,7 @@ struct ExportField {
 
 /// All results of the parts of a mesh, and their steps in the order in which they were written.
 struct ExportResults {
-    std::vector<ExportStep> steps;
+    std::vector<ModelStep> steps;
     std::vector<ExportField> fields;
 };
 

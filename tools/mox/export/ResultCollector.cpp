@@ -1,9 +1,9 @@
 #include "ResultCollector.h"
 
+#include "../common/attributeValue.h"
 #include "../common/datasetText.h"
 #include "../mesh/AttributeNames.h"
 #include "../mesh/meshDatasets.h"
-#include "attributeValue.h"
 
 #include <MoxReader/Format.h>
 
@@ -13,31 +13,9 @@
 
 namespace MoxTool {
 
-using MoxReader::Attributes;
 using MoxReader::Dataset;
 
 namespace {
-
-// The text of a double takes precedence over the float beside it.
-std::optional<double> preciseNumber(const Attributes& attributes, const std::string& key) {
-    const auto exact = numberAttribute(attributes, AttributeNames::exact(key));
-    return exact ? exact : numberAttribute(attributes, key);
-}
-
-// Either of two datasets of a step can be the one with the attributes.
-void describe(ExportStep& step, const Dataset& dataset) {
-    const auto& attributes = dataset.attributes;
-    if (!step.time) {
-        step.time = preciseNumber(attributes, AttributeNames::Time);
-    }
-    if (!step.frequency) {
-        step.frequency = preciseNumber(attributes, AttributeNames::Frequency);
-    }
-    if (!step.mode) {
-        step.mode = numberAttribute(attributes, AttributeNames::Mode);
-    }
-    step.vibration = step.vibration || dataset.vibration;
-}
 
 std::vector<std::string> componentsOf(const Dataset& holder) {
     std::vector<std::string> components;
@@ -57,7 +35,7 @@ bool fitsItsType(const Dataset& dataset, const Dataset& holder) {
 }
 
 struct FoundStep {
-    ExportStep step;
+    ModelStep step;
     std::uint64_t position; // of its first numbers
 };
 
@@ -93,7 +71,7 @@ void ResultCollector::collectSteps() {
             auto& step = found[place->second];
             step.position = std::min(step.position, holder.position);
             if (holder.step == dataset.step) {
-                describe(step.step, holder);
+                step.step.describe(holder);
             }
         }
     }

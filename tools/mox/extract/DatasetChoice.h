@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../common/StepChoice.h"
+
 #include <cstdint>
 #include <string>
 
@@ -11,7 +13,7 @@ struct DatasetChoice {
     std::string separator = "/"; ///< Between the names in the path.
     std::uint32_t id = 0;        ///< The id of the node; 0 stands for none.
     std::string name;            ///< The name of the dataset.
-    std::string step;            ///< Its step; empty for the dataset without a step.
+    StepChoice step;             ///< Its step; not made for the dataset without a step.
 };
 
 } // namespace MoxTool

@@ -36,6 +36,7 @@ links as well, its node, name, step, type, shape and file.
 Examples:
   mox extract bracket.mox --node /bracket/rib --data Coordinates
   mox extract bracket.mox --node /bracket/rib --data Displacement --step "Load 1" -o rib.npy
+  mox extract bracket.mox --node /bracket/rib --data Displacement --step @0.25
   mox extract bracket.mox --node "|bracket|left/right" --separator "|" --data Stress
   mox extract bracket.mox --all numbers --format npy)";
 
@@ -71,8 +72,12 @@ void ExtractCommand::addOptions(CommandLine& line) {
         .typeName("TEXT");
     auto data = line.add("--data", choice_.name, "The name of the dataset, such as Displacement");
     data.typeName("KEY");
-    auto step = line.add("--step", choice_.step, "Its step; without it, the dataset that has no step");
-    step.typeName("NAME");
+    line.add("--step", choice_.step.text,
+             std::string(
+                 "Its step; without it, the dataset that has no step. With --all, only the datasets of "
+                 "these steps. ") +
+                 StepChoice::Syntax)
+        .typeName("STEP");
     line.add("--format", format_, "csv, npy or raw").typeName("FORMAT").oneOf(formatNames());
     auto file = line.add("-o,--output", output_, "The file to write; else stdout");
     file.typeName("FILE");
@@ -80,7 +85,7 @@ void ExtractCommand::addOptions(CommandLine& line) {
                  "Replace the file given by -o if it exists; else that is an error");
     line.add("--all", folder_, "Write all datasets into a new folder")
         .typeName("OUTDIR")
-        .excludes({node, id, data, step, file});
+        .excludes({node, id, data, file});
     line.addFlag(WorkLimit::Option, noLimit_, WorkLimit::Help);
     line.setCheck([this] { requireChoice(); });
     line.setDetails(Details);
@@ -106,7 +111,8 @@ int ExtractCommand::run(Terminal& terminal) {
     if (folder_.empty()) {
         extractOne(file);
     } else {
-        FolderExtraction(file, formatName(), terminal).writeTo(folder_);
+        const StepFilter steps(choice_.step, file.model(), file.path());
+        FolderExtraction(file, steps, formatName(), terminal).writeTo(folder_);
     }
     return 0;
 }

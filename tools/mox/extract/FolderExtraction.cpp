@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <tuple>
 #include <utility>
 
 namespace MoxTool {
@@ -27,8 +28,9 @@ std::string pathIn(const std::string& folder, const std::string& name) {
 
 } // namespace
 
-FolderExtraction::FolderExtraction(NumberFile& file, std::string formatName, Terminal& messages)
-    : file_(file), formatName_(std::move(formatName)), messages_(messages) {}
+FolderExtraction::FolderExtraction(NumberFile& file, StepFilter steps, std::string formatName,
+                                   Terminal& messages)
+    : file_(file), steps_(std::move(steps)), formatName_(std::move(formatName)), messages_(messages) {}
 
 void FolderExtraction::writeTo(const std::string& name) {
     OutputFolder folder(name);
@@ -51,7 +53,8 @@ void FolderExtraction::writeDatasets(const std::string& folder) const {
     messages_.clearProgress();
 }
 
-// In the order of positions, each block of the file is inflated once.
+// In the order of positions, each block of the file is inflated once. A link can be of a chosen step, and its
+// holder of another.
 std::vector<const Dataset*> FolderExtraction::holdersByPosition() const {
     std::vector<const Dataset*> holders;
     for (const auto& node : file_.model().nodes()) {
@@ -59,12 +62,16 @@ std::vector<const Dataset*> FolderExtraction::holdersByPosition() const {
             continue;
         }
         for (const auto& dataset : node.geometry()->datasets) {
-            if (!dataset.isLink) {
-                holders.push_back(&dataset);
+            if (steps_.takes(dataset)) {
+                holders.push_back(&file_.holder(dataset));
             }
         }
     }
-    std::ranges::stable_sort(holders, {}, &Dataset::position);
+    const auto place = [](const Dataset* each) {
+        return std::tuple(each->position, each->nodeId, each->index);
+    };
+    std::ranges::sort(holders, {}, place);
+    holders.erase(std::unique(holders.begin(), holders.end()), holders.end());
     return holders;
 }
 
@@ -80,7 +87,9 @@ void FolderExtraction::writeIndex(const std::string& folder) const {
             continue;
         }
         for (const auto& dataset : node.geometry()->datasets) {
-            entries.push_back(indexEntry(node, dataset));
+            if (steps_.takes(dataset)) {
+                entries.push_back(indexEntry(node, dataset));
+            }
         }
     }
     const Json index = {{"format", formatName_}, {"datasets", std::move(entries)}};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../common/NumberFile.h"
+#include "../common/StepFilter.h"
 #include "../common/Terminal.h"
 #include "../common/jsonValue.h"
 #include "NumberFormat.h"
@@ -19,8 +20,9 @@ namespace MoxTool {
 class FolderExtraction {
 public:
     /// @param source Must outlive this object.
+    /// @param steps  Which datasets to take.
     /// @param format The format of all files, by its name in NumberFormats.
-    FolderExtraction(NumberFile& file, std::string formatName, Terminal& messages);
+    FolderExtraction(NumberFile& file, StepFilter steps, std::string formatName, Terminal& messages);
 
     /// @param name The path of a folder that must not exist; it appears when it is complete.
     /// @throws Failure
@@ -34,6 +36,7 @@ private:
     Json indexEntry(const MoxReader::Node& node, const MoxReader::Dataset& dataset) const;
 
     NumberFile& file_;
+    StepFilter steps_;
     std::string formatName_;
     Terminal& messages_;
 };

@@ -1,5 +1,6 @@
 #include "findDataset.h"
 
+#include "../common/StepFilter.h"
 #include "../common/datasetText.h"
 #include "../common/nodePath.h"
 #include "../common/visibleText.h"
@@ -41,6 +42,17 @@ const Node& chosenGeometry(const NumberFile& file, const DatasetChoice& choice) 
                                            node.id, visibleText(node.name)));
 }
 
+std::string chosenStep(const NumberFile& file, const DatasetChoice& choice) {
+    const auto names = StepFilter(choice.step, file.model(), file.path()).names();
+    if (names.size() > 1) {
+        throw Failure(file.path(),
+                      fmt::format("\"{}\" names {} steps; name one, or extract the datasets of all "
+                                  "of them with --all",
+                                  visibleText(choice.step.text), names.size()));
+    }
+    return names.empty() ? "" : *names.begin();
+}
+
 // Lists each text once, in the order of the datasets, and stops when the list gets long.
 template <typename TextOf>
 std::string listOf(const std::vector<Dataset>& datasets, TextOf textOf) {
@@ -72,15 +84,15 @@ std::string whatThereIs(const std::vector<Dataset>& datasets, const std::string&
 } // namespace
 
 const Dataset& findDataset(const NumberFile& file, const DatasetChoice& choice) {
+    const auto step = chosenStep(file, choice);
     const auto& geometry = chosenGeometry(file, choice);
     const auto& datasets = geometry.geometry()->datasets;
     for (const auto& dataset : datasets) {
-        if (dataset.name == choice.name && dataset.step == choice.step) {
+        if (dataset.name == choice.name && dataset.step == step) {
             return dataset;
         }
     }
-    const auto asked =
-        choice.step.empty() ? "without a step" : fmt::format("of step \"{}\"", visibleText(choice.step));
+    const auto asked = step.empty() ? "without a step" : fmt::format("of step \"{}\"", visibleText(step));
     throw Failure(file.path(),
                   fmt::format("{} has no dataset \"{}\" {}; {}",
                               visibleText(nodePath(file.model(), geometry.id)), visibleText(choice.name),

@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace MoxTool {
 
@@ -24,12 +25,15 @@ public:
     int run(Terminal& terminal) override;
 
 private:
+    int runFile(const std::string& path, Terminal& terminal) const;
     std::optional<std::string> printModel(const MoxReader::File& file) const;
+    std::optional<std::string> findModelFlaw(const MoxReader::File& file) const;
     std::optional<std::string> findFlaw(const MoxReader::File& file, Terminal& terminal) const;
     void printVerdict(const std::optional<std::string>& flaw, Terminal& terminal) const;
 
-    std::string path_;
+    std::vector<std::string> paths_;
     bool quick_ = false;
+    bool quiet_ = false;
 };
 
 } // namespace MoxTool

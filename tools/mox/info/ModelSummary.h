@@ -1,11 +1,12 @@
 #pragma once
 
+#include "../common/ModelSteps.h"
+
 #include <MoxReader/Model.h>
 
 #include <cstdint>
 #include <map>
 #include <string>
-#include <vector>
 
 namespace MoxTool {
 
@@ -15,7 +16,9 @@ struct ModelSummary {
     std::uint32_t levels = 0;                         ///< 1 for a root alone.
     std::uint64_t datasets = 0;                       ///< Links included.
     std::uint64_t links = 0;
-    std::vector<std::string> steps; ///< Their names, each once, in order of their first use.
+    ModelSteps steps;
+    std::uint64_t meshNodes = 0; ///< Rows of all coordinates; those of links count once.
+    std::uint64_t elements = 0;  ///< Of all geometries.
 
     explicit ModelSummary(const MoxReader::Model& model);
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../common/StepAttributeNames.h"
+
 #include <cstddef>
 #include <string>
 
@@ -29,17 +31,6 @@ inline constexpr const char* BlockId = "Block Id";
 inline constexpr const char* BlockName = "Block Name";
 inline constexpr const char* ElementType = "Element Type";
 inline constexpr const char* NodesPerElement = "Nodes per Element";
-
-// At the datasets of a step.
-inline constexpr const char* Time = "Time";
-inline constexpr const char* Frequency = "Frequency";
-inline constexpr const char* Category = "Category";
-inline constexpr const char* Mode = "Mode";
-
-/// The attribute beside a float that has its number as the shortest text of a double.
-inline std::string exact(const std::string& key) {
-    return key + " (exact)";
-}
 
 // Several of a kind, numbered from 1: their keys are one of these followed by the number.
 inline constexpr const char* TimeOfStep = "Time of Step "; ///< At the root, of a file without results.

@@ -3,22 +3,31 @@
 #include "../common/datasetText.h"
 #include "../common/matchesGlob.h"
 #include "../common/numberText.h"
+#include "../common/stepText.h"
 #include "../common/treeLevels.h"
+#include "../common/utf8.h"
 #include "../common/visibleText.h"
 #include "differenceText.h"
+#include "groupDatasets.h"
 
 #include <MoxReader/Error.h>
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
 
 namespace MoxTool {
+
+using MoxReader::Dataset;
 
 namespace {
 
 // With unlimited indentation the output of a deep tree would grow with the square of its depth.
 constexpr std::uint32_t DeepestIndent = 32;
+
+// One long name does not move the columns of all datasets far to the right.
+constexpr std::size_t WidestColumn = 40;
 
 struct ValueText {
     std::string operator()(std::uint32_t value) const { return fmt::format("{} (integer)", value); }
@@ -26,6 +35,41 @@ struct ValueText {
     std::string operator()(double value) const { return numberText(value) + " (double)"; }
     std::string operator()(const std::string& value) const { return '"' + visibleText(value) + '"'; }
 };
+
+class AttributeRange {
+public:
+    void add(const std::string& value) {
+        first_ = count_ == 0 ? value : first_;
+        last_ = value;
+        ++count_;
+        isConstant_ = isConstant_ && value == first_;
+    }
+    std::string text(std::size_t members) const {
+        return (isConstant_ ? first_ : first_ + " ... " + last_) +
+               (count_ < members ? fmt::format("  (at {} of {} steps)", count_, members) : "");
+    }
+
+private:
+    std::string first_;
+    std::string last_;
+    std::size_t count_ = 0;
+    bool isConstant_ = true;
+};
+
+std::string padded(const std::string& text, std::size_t width) {
+    const auto length = utf8Length(text);
+    return text + std::string(2 + (width > length ? width - length : 0), ' ');
+}
+
+std::string trimmed(std::string line) {
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line;
+}
+
+std::string originText(const Dataset& link, const Dataset& holder) {
+    const auto title = holder.key == link.key ? "" : datasetTitle(holder) + " of ";
+    return fmt::format("-> {}node {}", title, holder.nodeId);
+}
 
 std::string typeText(const MoxReader::Node& node) {
     return node.typeName.empty() ? "(unset)" : visibleText(node.typeName);
@@ -39,19 +83,21 @@ std::string contentText(const MoxReader::Node& node) {
         return differenceText(shape->material);
     }
     if (const auto* sets = node.nodeSets()) {
-        return fmt::format("{} sets, {}", sets->setCount, byteText(sets->heavySize));
+        return fmt::format("{}, {}", countText(sets->setCount, "set"), byteText(sets->heavySize));
     }
     return "";
 }
 
 } // namespace
 
-TreePrinter::TreePrinter(const MoxReader::Model& model, const Options& options, Palette palette,
-                         std::FILE* out)
+TreePrinter::TreePrinter(const MoxReader::Model& model, const std::string& path, const Options& options,
+                         Palette palette, std::FILE* out)
     : model_(model),
       options_(options),
       palette_(palette),
       out_(out),
+      steps_(model),
+      filter_(options.chosen, model, path),
       levels_(treeLevels(model)),
       chosen_(chooseNodes()) {}
 
@@ -107,17 +153,50 @@ void TreePrinter::printContent(const MoxReader::Node& node) const {
         printAttributes(group->attributes, level);
     }
     if (const auto* geometry = node.geometry()) {
-        for (const auto& dataset : geometry->datasets) {
-            printDataset(dataset, level);
-        }
+        printDatasets(geometry->datasets, level);
     }
 }
 
-void TreePrinter::printDataset(const MoxReader::Dataset& dataset, std::uint32_t level) const {
-    printLine(level,
-              fmt::format("- {}  {}  {}", datasetTitle(dataset),
-                          palette_.paint(Palette::Cyan, variableTypeText(dataset)), numbersText(dataset)));
-    printAttributes(dataset.attributes, level + 1);
+void TreePrinter::printDatasets(const std::vector<Dataset>& datasets, std::uint32_t level) const {
+    const auto groups = groupsOf(datasets);
+    std::size_t name = 0, type = 0, shape = 0;
+    const auto widen = [](std::size_t& width, const std::string& text) {
+        width = std::clamp(utf8Length(text), width, WidestColumn);
+    };
+    for (const auto& group : groups) {
+        widen(name, visibleText(group.first().name));
+        widen(type, variableTypeText(group.first()));
+        widen(shape, group.numbers.shape);
+    }
+    for (const auto& group : groups) {
+        const auto typeCell = padded(variableTypeText(group.first()), type);
+        printLine(level, trimmed("- " + padded(visibleText(group.first().name), name) +
+                                 palette_.paint(Palette::Cyan, typeCell) +
+                                 padded(group.numbers.shape, shape) + stepsOf(group) + group.numbers.origin));
+        printAttributes(group, level + 1);
+    }
+}
+
+std::string TreePrinter::stepsOf(const DatasetGroup& group) const {
+    const auto places = group.places(steps_);
+    return places.empty() ? "" : stepsText(steps_, places) + "  ";
+}
+
+std::vector<DatasetGroup> TreePrinter::groupsOf(const std::vector<Dataset>& datasets) const {
+    std::vector<DatasetGroup> groups;
+    std::vector<const Dataset*> all;
+    for (const auto& dataset : datasets) {
+        if (filter_.takes(dataset)) {
+            all.push_back(&dataset);
+        }
+    }
+    if (!options_.steps && !options_.chosen.isMade()) {
+        return groupDatasets(all, steps_, [this](const Dataset& each) { return numbersText(each); });
+    }
+    for (const auto* dataset : all) {
+        groups.push_back({{dataset}, numbersText(*dataset)});
+    }
+    return groups;
 }
 
 void TreePrinter::printAttributes(const MoxReader::Attributes& attributes, std::uint32_t level) const {
@@ -125,9 +204,29 @@ void TreePrinter::printAttributes(const MoxReader::Attributes& attributes, std::
         return;
     }
     for (const auto& [key, value] : attributes) {
-        printLine(level,
-                  palette_.paint(Palette::Dim, visibleText(key) + " = " + std::visit(ValueText{}, value)));
+        printAttribute(key, std::visit(ValueText{}, value), level);
     }
+}
+
+// What differs from step to step shows as its first and its last value.
+void TreePrinter::printAttributes(const DatasetGroup& group, std::uint32_t level) const {
+    if (!options_.attributes) {
+        return;
+    }
+    std::map<std::string, AttributeRange> ranges;
+    for (const auto* member : group.members) {
+        for (const auto& [key, value] : member->attributes) {
+            ranges[key].add(std::visit(ValueText{}, value));
+        }
+    }
+    for (const auto& [key, range] : ranges) {
+        printAttribute(key, range.text(group.members.size()), level);
+    }
+}
+
+void TreePrinter::printAttribute(const std::string& key, const std::string& value,
+                                 std::uint32_t level) const {
+    printLine(level, palette_.paint(Palette::Dim, visibleText(key) + " = " + value));
 }
 
 void TreePrinter::printLine(std::uint32_t level, const std::string& text) const {
@@ -147,16 +246,13 @@ std::string TreePrinter::hiddenChildren(const MoxReader::Node& node) const {
 }
 
 // A link that leads nowhere is damage to one dataset, and the rest is worth showing.
-std::string TreePrinter::numbersText(const MoxReader::Dataset& dataset) const {
+NumbersText TreePrinter::numbersText(const Dataset& dataset) const {
     try {
         const auto& holder = model_.resolve(dataset);
-        auto numbers = elementTypeText(holder) + " " + shapeText(holder);
-        if (!dataset.isLink) {
-            return numbers;
-        }
-        return fmt::format("{}  -> {} of node {}", numbers, datasetTitle(holder), holder.nodeId);
+        return {elementTypeText(holder) + " " + shapeText(holder),
+                dataset.isLink ? originText(dataset, holder) : ""};
     } catch (const MoxReader::Error& error) {
-        return fmt::format("-> {}", palette_.paint(Palette::Red, errorText(error.code())));
+        return {"", fmt::format("-> {}", palette_.paint(Palette::Red, errorText(error.code())))};
     }
 }
 

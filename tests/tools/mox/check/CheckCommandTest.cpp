@@ -7,6 +7,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <regex>
+
 namespace {
 
 namespace Mox = Qel::Mox2;
@@ -30,6 +33,10 @@ protected:
         }
         model.close();
         return path;
+    }
+
+    static bool hasRow(const MoxRun& run, const std::string& pattern) {
+        return std::regex_search(run.output, std::regex("(^|\n)[^\n]*" + pattern + "(\n|$)"));
     }
 
     Support::TemporaryFolder folder;
@@ -71,8 +78,39 @@ TEST_F(CheckCommand, ChecksTheOtherFilesIfOneCannotBeOpenedAndEndsWith3) {
     const auto missing = folder.path("missing.mox");
     const auto run = runMox({"check", missing, sound});
     EXPECT_EQ(run.exitCode, 3);
-    EXPECT_EQ(run.output, sound + ": whole\n");
+    EXPECT_TRUE(hasRow(run, "sound.mox +whole +0 +0 +0")) << run.output;
     EXPECT_EQ(run.messages.rfind("mox check: " + missing + ": ", 0), 0u) << run.messages;
+}
+
+TEST_F(CheckCommand, ShowsSeveralFilesInATableAfterTheirFindings) {
+    const auto run = runMox({"check", sound, broken, warned, folder.path("missing.mox")});
+    EXPECT_EQ(run.output.rfind(broken + ": error 204 ", 0), 0u) << run.output;
+    EXPECT_TRUE(hasRow(run, "file +verdict +errors +warnings +notes")) << run.output;
+    EXPECT_TRUE(hasRow(run, "sound.mox +whole +0 +0 +0")) << run.output;
+    EXPECT_TRUE(hasRow(run, "broken.mox +errors +1 +0 +4")) << run.output;
+    EXPECT_TRUE(hasRow(run, "warned.mox +warnings +0 +1 +0")) << run.output;
+    EXPECT_TRUE(hasRow(run, "missing.mox +unreadable +- +- +-")) << run.output;
+}
+
+TEST_F(CheckCommand, SummaryIsTheTableAlone) {
+    const auto run = runMox({"check", "--summary", broken});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.output.rfind("file ", 0), 0u) << run.output;
+    EXPECT_EQ(std::count(run.output.begin(), run.output.end(), '\n'), 2);
+}
+
+TEST_F(CheckCommand, QuietWritesNothing) {
+    const auto run = runMox({"check", "-q", sound, warned, broken});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.output + run.messages, "");
+}
+
+TEST_F(CheckCommand, SaysWhatAFileOfAnotherKindIs) {
+    const auto file = folder.write("mesh.msh", "$MeshFormat\n4.1 0 8\n");
+    const auto run = runMox({"check", file});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_NE(run.output.find("error 101 signature"), std::string::npos) << run.output;
+    EXPECT_EQ(run.messages, "mox check: " + file + " is a Gmsh file; mox import converts it\n");
 }
 
 TEST_F(CheckCommand, GivesItsFindingsAsJson) {

@@ -61,10 +61,7 @@ TEST_F(CommonOptions, FileOfAnotherKindIsOneLineOnStandardErrorAlone) {
         const auto run = runMox({command, other});
         EXPECT_EQ(run.exitCode, 1);
         EXPECT_EQ(run.output, "");
-        EXPECT_EQ(run.messages,
-                  "mox " + command + ": " + other +
-                      ": the first eight bytes are not the signature of this format (file offset 0); "
-                      "is this a MOX file?\n");
+        EXPECT_EQ(run.messages, "mox " + command + ": " + other + ": is no MOX file but a text file\n");
     }
 }
 

@@ -358,3 +358,24 @@ TEST_F(DiffCommand, PairsWithoutLimitAreComparedIfAskedFor) {
     save("b.mox", [](Mox::Model& model) { addSharedNumbers(model, 3, 2 * 3); });
     EXPECT_EQ(diff({"--no-limit"}).output, diff().output);
 }
+
+TEST_F(DiffCommand, ComparesOnlyTheChosenSteps) {
+    for (const std::string name : {"a.mox", "b.mox"}) {
+        save(name, [&](Mox::Model& model) {
+            const auto part = model.addNode(Mox::Shape, "part");
+            for (int n = 1; n <= 3; ++n) {
+                const bool differs = n == 2 && name == "b.mox";
+                model.addArrayProperty("U", Mox::NodeScalar, Mox::Array1d<float>{differs ? 9.0F : 1.0F}, part,
+                                       Mox::Step{"Step " + std::to_string(n), {}});
+            }
+        });
+    }
+    EXPECT_EQ(diff().exitCode, 1);
+    expectEqual(diff({"--step", "3"}));
+    expectEqual(diff({"--step", "first"}));
+    EXPECT_EQ(diff({"--step", "2:last"}).exitCode, 1);
+    const auto unknown = diff({"--step", "4"});
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_EQ(unknown.messages,
+              "mox diff: " + folder.path("a.mox") + ": has no step \"4\"; its steps are: 1, 2, 3\n");
+}

@@ -138,7 +138,14 @@ TEST_F(ExportCommand, OneFileForSeveralStepsIsRefused) {
 
 TEST_F(ExportCommand, UnknownStepIsRefused) {
     expectRefused({"--step", "Step 9", model, folder.path("out.pvd")},
-                  model + ": has no step \"Step 9\"; mox tree lists its steps");
+                  model + ": has no step \"Step 9\"; its steps are: 1 \"Load\" @0.1, 2 \"Mode 1\" @12.5");
+}
+
+TEST_F(ExportCommand, RangeOfStepsIsTaken) {
+    ASSERT_EQ(runMox({"export", "--step", "@0.1:last", model, folder.path("all.pvd")}).exitCode, 0);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path("all_steps")), {}), 2);
+    ASSERT_EQ(runMox({"export", "--step", "2", model, folder.path("mode.pvd")}).exitCode, 0);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path("mode_steps")), {}), 1);
 }
 
 TEST_F(ExportCommand, ExistingOutputIsKeptUnlessToBeOverwritten) {

@@ -1,5 +1,6 @@
 #include "../common/MoxRun.h"
 #include "../common/SampleModel.h"
+#include "../common/SteppedModel.h"
 #include "Support/TemporaryFolder.h"
 
 #include <nlohmann/json.hpp>
@@ -144,6 +145,41 @@ TEST_F(ExtractCommand, AllGoesIntoAFolderWithAnIndex) {
             {"file": "3-1-Temperature-Step_1.csv", "node": "/Assembly/Cube", "id": 3, "name": "Temperature",
              "step": "Step 2", "type": "NodeScalar", "element": "float", "items": 2, "components": 1,
              "link": true}]})"));
+}
+
+TEST_F(ExtractCommand, StepIsChosenByItsNumberItsTimeOrItsPlace) {
+    saveSteppedModel(model);
+    for (const std::string step : {"3", "Step 3", "@0.5"}) {
+        expectOutput(extract({"--node", "/Root/A", "--data", "T", "--step", step}), "30\n-30\n");
+    }
+    expectOutput(extract({"--node", "/Root/A", "--data", "T", "--step", "first"}), "10\n-10\n");
+}
+
+TEST_F(ExtractCommand, OneDatasetHasOneStep) {
+    saveSteppedModel(model);
+    expectFailure(extract({"--node", "/Root/A", "--data", "T", "--step", "1:3"}),
+                  model +
+                      ": \"1:3\" names 3 steps; name one, or extract the datasets of all of them with --all");
+    expectFailure(extract({"--node", "/Root/A", "--data", "T", "--step", "2"}),
+                  model + ": /Root/A has no dataset \"T\" of step \"Step 2\"; it has the steps \"Step 1\", "
+                          "\"Step 3\", \"Step 5\" (option --step)");
+}
+
+TEST_F(ExtractCommand, AllOfSomeStepsTakesTheirDatasetsAlone) {
+    saveSteppedModel(model);
+    expectOutput(extract({"--all", folder.path("out"), "--step", "@0.25:3"}), "");
+    const auto index = nlohmann::json::parse(folder.read("out/index.json")).at("datasets");
+    ASSERT_EQ(index.size(), 3U);
+    EXPECT_EQ(index[0].at("step"), "Step 3");
+    EXPECT_EQ(index[1].at("step"), "Step 2");
+    EXPECT_EQ(folder.read("out/5-1-T-Step_2.csv"), "2\n-2\n");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path("out")), {}), 4);
+}
+
+TEST_F(ExtractCommand, AllOfAStepOfLinksTakesTheNumbersOfAnother) {
+    expectOutput(extract({"--all", folder.path("out"), "--step", "2"}), "");
+    EXPECT_EQ(folder.read("out/3-1-Temperature-Step_1.csv"), "20\n80\n");
+    EXPECT_EQ(nlohmann::json::parse(folder.read("out/index.json")).at("datasets").at(0).at("step"), "Step 2");
 }
 
 TEST_F(ExtractCommand, NamesOfDatasetsCannotLeaveTheFolder) {

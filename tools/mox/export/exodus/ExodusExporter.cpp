@@ -1,9 +1,10 @@
 #include "ExodusExporter.h"
 
 #include "../../common/Terminal.h"
+#include "../../common/attributeValue.h"
+#include "../../common/visibleText.h"
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
-#include "../attributeValue.h"
 #include "../noteUnknownShapes.h"
 #include "qaRecordsOf.h"
 
@@ -236,7 +237,7 @@ void ExodusExporter::writeBareTimes(ExodusOutput& output) {
     }
 }
 
-void ExodusExporter::writeGlobals(ExodusOutput& output, std::size_t row, const ExportStep& step) {
+void ExodusExporter::writeGlobals(ExodusOutput& output, std::size_t row, const ModelStep& step) {
     if (hasModes_) {
         output.globals(row, {step.mode.value_or(Missing), step.frequency.value_or(Missing)});
     }

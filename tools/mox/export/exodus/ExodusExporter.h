@@ -37,7 +37,7 @@ private:
     void writeSteps(ExodusOutput& output);
     void writeStaticStep(ExodusOutput& output);
     void writeBareTimes(ExodusOutput& output);
-    void writeGlobals(ExodusOutput& output, std::size_t row, const ExportStep& step);
+    void writeGlobals(ExodusOutput& output, std::size_t row, const ModelStep& step);
     void writeResults(ExodusOutput& output, ResultPlace place, std::size_t row, std::size_t step);
     void writeColumn(ExodusOutput& output, ResultPlace place, std::size_t variable, std::size_t row,
                      std::size_t target, const std::vector<double>& values);
