@@ -1,13 +1,13 @@
 #include "MeshCollector.h"
 
 #include "../common/Failure.h"
+#include "../common/attributeValue.h"
 #include "../common/datasetText.h"
 #include "../common/visibleText.h"
 #include "../mesh/AttributeNames.h"
 #include "../mesh/ElementType.h"
 #include "../mesh/ResultPlace.h"
 #include "../mesh/meshDatasets.h"
-#include "attributeValue.h"
 #include "groupTransforms.h"
 
 #include <fmt/core.h>

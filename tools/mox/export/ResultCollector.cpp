@@ -1,10 +1,11 @@
 #include "ResultCollector.h"
 
+#include "../common/attributeValue.h"
 #include "../common/datasetText.h"
 #include "../common/visibleText.h"
 #include "../mesh/AttributeNames.h"
+#include "../mesh/columnNames.h"
 #include "../mesh/meshDatasets.h"
-#include "attributeValue.h"
 
 #include <MoxReader/Format.h>
 
@@ -38,18 +39,6 @@ void describe(ExportStep& step, const Dataset& dataset) {
         step.mode = numberAttribute(attributes, AttributeNames::Mode);
     }
     step.vibration = step.vibration || dataset.vibration;
-}
-
-std::vector<std::string> componentsOf(const Dataset& holder) {
-    std::vector<std::string> components;
-    for (;;) {
-        auto name = textAttribute(holder.attributes,
-                                  AttributeNames::numbered(AttributeNames::Component, components.size() + 1));
-        if (name.empty() || components.size() == holder.width) {
-            return components;
-        }
-        components.push_back(std::move(name));
-    }
 }
 
 bool fitsItsType(const Dataset& dataset, const Dataset& holder) {
@@ -144,7 +133,7 @@ std::size_t ResultCollector::fieldOf(const Dataset& dataset, const Dataset& hold
     field.width = holder.width;
     field.isInteger = holder.elementTag == MoxReader::Format::UnsignedTag;
     field.isStatic = dataset.step.empty();
-    field.components = componentsOf(holder);
+    field.components = componentNames(holder);
     const FieldKey key{field.place,       field.name,     (field.variableType << 8U) | holder.width,
                        holder.elementTag, field.isStatic, field.components};
     const auto [place, isNew] = fieldPlaces_.emplace(key, results_.fields.size());

@@ -4,7 +4,7 @@
 #include "../../common/visibleText.h"
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
-#include "../attributeValue.h"
+#include "../../common/attributeValue.h"
 #include "qaRecordsOf.h"
 
 #include <fmt/core.h>

@@ -1,8 +1,8 @@
 #include "qaRecordsOf.h"
 
+#include "../../common/attributeValue.h"
 #include "../../exodus/ExodusOutput.h"
 #include "../../mesh/AttributeNames.h"
-#include "../attributeValue.h"
 
 #include <fmt/core.h>
 
