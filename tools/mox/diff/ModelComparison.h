@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../common/NodePaths.h"
 #include "../common/NumberFile.h"
 #include "../common/Terminal.h"
 #include "ComparisonOptions.h"
@@ -54,6 +55,8 @@ private:
     NumberFile& fileB_;
     ComparisonOptions options_;
     Terminal& messages_;
+    NodePaths pathsA_;
+    NodePaths pathsB_;
     DifferenceList list_;
     std::vector<Task> tasks_;
 };

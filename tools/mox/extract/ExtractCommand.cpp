@@ -18,9 +18,10 @@ namespace MoxTool {
 namespace {
 
 constexpr const char* Details =
-    R"(PATH is "/" and a name for each level from the root on. A shape's path stands for its geometry. Among
-siblings of one name the first is taken; --id reaches the others. For names with "/" in them choose another
---separator, any text. mox tree shows paths, ids, datasets and steps.
+    R"(A path is "/" and a name for each level from the root on; the path of a shape stands for its geometry as
+well. In a name \/ stands for a slash and \\ for a backslash. "#12" is the node of id 12, and "/car/door#12"
+too: so does mox print a path where several siblings have one name. Quote paths for the shell. mox tree shows
+names, ids, datasets and steps.
 
 Formats:
   csv  one line for each node or element, commas between its components, no title. Each number reads back
@@ -35,7 +36,7 @@ links as well, its node, name, step, type, shape and file.
 Examples:
   mox extract bracket.mox --node /bracket/rib --data Coordinates
   mox extract bracket.mox --node /bracket/rib --data Displacement --step "Load 1" -o rib.npy
-  mox extract bracket.mox --node "|bracket|left/right" --separator "|" --data Stress
+  mox extract bracket.mox --node '/bracket/left\/right' --data Stress
   mox extract bracket.mox --all numbers --format npy)";
 
 std::vector<std::string> formatNames() {
@@ -66,8 +67,6 @@ void ExtractCommand::addOptions(CommandLine& line) {
     node.typeName("PATH");
     auto id = line.add("--id", choice_.id, "The id of the node, instead of its path");
     id.typeName("N").positive().excludes({node});
-    line.add("--separator", choice_.separator, "What stands in front of each name in PATH; else \"/\"")
-        .typeName("TEXT");
     auto data = line.add("--data", choice_.name, "The name of the dataset, such as Displacement");
     data.typeName("KEY");
     auto step = line.add("--step", choice_.step, "Its step; without it, the dataset that has no step");
@@ -75,7 +74,7 @@ void ExtractCommand::addOptions(CommandLine& line) {
     line.add("--format", format_, "csv, npy or raw").typeName("FORMAT").oneOf(formatNames());
     auto file = line.add("-o,--output", output_, "The file to write; else stdout");
     file.typeName("FILE");
-    line.addFlag("--overwrite", overwrite_,
+    line.addFlag("-f,--overwrite", overwrite_,
                  "Replace the file given by -o if it exists; else that is an error");
     line.add("--all", folder_, "Write all datasets into a new folder")
         .typeName("OUTDIR")
@@ -93,9 +92,6 @@ void ExtractCommand::requireChoice() const {
     }
     if (choice_.name.empty()) {
         throw UsageError("--data is required");
-    }
-    if (choice_.separator.empty()) {
-        throw UsageError("--separator: must not be empty");
     }
 }
 

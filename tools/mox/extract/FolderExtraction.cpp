@@ -2,7 +2,6 @@
 
 #include "../common/OutputFolder.h"
 #include "../common/datasetText.h"
-#include "../common/nodePath.h"
 #include "../common/writeFile.h"
 #include "safeFileName.h"
 #include "writeNumbers.h"
@@ -28,7 +27,7 @@ std::string pathIn(const std::string& folder, const std::string& name) {
 } // namespace
 
 FolderExtraction::FolderExtraction(NumberFile& file, std::string formatName, Terminal& messages)
-    : file_(file), formatName_(std::move(formatName)), messages_(messages) {}
+    : file_(file), paths_(file.model().nodes()), formatName_(std::move(formatName)), messages_(messages) {}
 
 void FolderExtraction::writeTo(const std::string& name) {
     OutputFolder folder(name);
@@ -91,7 +90,7 @@ void FolderExtraction::writeIndex(const std::string& folder) const {
 Json FolderExtraction::indexEntry(const Node& node, const Dataset& dataset) const {
     const auto& holder = file_.holder(dataset);
     Json entry = {{"file", fileName(holder)},
-                  {"node", jsonText(nodePath(file_.model(), node.id))},
+                  {"node", paths_.of(node.id)},
                   {"id", node.id},
                   {"name", jsonText(dataset.name)}};
     if (!dataset.step.empty()) {

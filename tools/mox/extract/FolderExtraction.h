@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../common/NodePaths.h"
 #include "../common/NumberFile.h"
 #include "../common/Terminal.h"
 #include "../common/jsonValue.h"
@@ -34,6 +35,7 @@ private:
     Json indexEntry(const MoxReader::Node& node, const MoxReader::Dataset& dataset) const;
 
     NumberFile& file_;
+    NodePaths paths_;
     std::string formatName_;
     Terminal& messages_;
 };

@@ -81,9 +81,11 @@ TEST_F(ExtractCommand, IntegersStayWhole) {
                  std::string("\0\0\0\0\x01\0\0\x01\xFF\xFF\xFF\xFF", 12));
 }
 
-TEST_F(ExtractCommand, SeparatorAndIdReachNodesThatSlashesDoNot) {
+TEST_F(ExtractCommand, PathsWithSlashesInNamesAndIdsReachAllNodes) {
     saveOddModel();
-    EXPECT_EQ(extract({"--node", "|a/b|c", "--separator", "|", "--data", "Ids"}).exitCode, 0);
+    EXPECT_EQ(extract({"--node", "/a\\/b/c", "--data", "Ids"}).exitCode, 0);
+    expectOutput(extract({"--node", "/a\\/b/c#4", "--data", "../T", "--step", "t/1"}), "5\n");
+    expectOutput(extract({"--node", "#4", "--data", "../T", "--step", "t/1"}), "5\n");
     expectOutput(extract({"--id", "4", "--data", "../T", "--step", "t/1"}), "5\n");
     expectFailure(extract({"--node", "/a/b/c", "--data", "Ids"}),
                   model + ": has no node \"/a/b/c\"; mox tree shows all nodes");
@@ -123,7 +125,7 @@ TEST_F(ExtractCommand, ListsWhatThereIsInsteadOfAMissingDataset) {
                   model + ": /Assembly/Cube has no dataset \"Temperature\" without a step; it has the steps "
                           "\"Step 1\", \"Step 2\" (option --step)");
     expectFailure(extract({"--id", "1", "--data", "Temperature"}),
-                  model + ": node 1 \"Assembly\" has no datasets; name a shape or its geometry");
+                  model + ": /Assembly has no datasets; name a shape or its geometry");
     expectFailure(extract({"--id", "5", "--data", "Temperature"}),
                   model + ": has no node 5; mox tree shows all ids");
 }
@@ -182,7 +184,6 @@ TEST_F(ExtractCommand, WrongUsageIsToldApart) {
     EXPECT_EQ(extract({"--id", "3"}).messages, "mox extract: --data is required (see mox extract --help)\n");
     EXPECT_EQ(extract({"--id", "3", "--node", "/a", "--data", "b"}).exitCode, 2);
     EXPECT_EQ(extract({"--all", folder.path("out"), "--data", "b"}).exitCode, 2);
-    EXPECT_EQ(extract({"--node", "/a", "--data", "b", "--separator", ""}).exitCode, 2);
     EXPECT_EQ(extract({"--id", "3", "--data", "b", "--format", "docx"}).exitCode, 2);
 }
 
