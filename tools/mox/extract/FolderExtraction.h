@@ -21,7 +21,8 @@ class FolderExtraction {
 public:
     /// @param source Must outlive this object.
     /// @param format The format of all files, by its name in NumberFormats.
-    FolderExtraction(NumberFile& file, std::string formatName, Terminal& messages);
+    /// @param header Whether files of Csv begin with the names of their columns.
+    FolderExtraction(NumberFile& file, std::string formatName, bool header, Terminal& messages);
 
     /// @param name The path of a folder that must not exist; it appears when it is complete.
     /// @throws Failure
@@ -37,6 +38,7 @@ private:
     NumberFile& file_;
     NodePaths paths_;
     std::string formatName_;
+    bool header_;
     Terminal& messages_;
 };
 

@@ -59,10 +59,10 @@ std::string guessedColumnName(const std::string& dataset, std::uint32_t variable
     return fmt::format("{}_{}", dataset, column + 1);
 }
 
-std::vector<std::string> columnNames(const MoxReader::Dataset& holder) {
+std::vector<std::string> columnNames(const std::string& dataset, const MoxReader::Dataset& holder) {
     auto names = componentNames(holder);
     while (names.size() < holder.width) {
-        names.push_back(guessedColumnName(holder.name, holder.variableType, holder.width, names.size()));
+        names.push_back(guessedColumnName(dataset, holder.variableType, holder.width, names.size()));
     }
     return names;
 }
