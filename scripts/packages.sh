@@ -6,7 +6,7 @@ MOXWRITER_TOOL_PACKAGES="libcli11-dev libfmt-dev nlohmann-json3-dev"
 # Each is for a file format of its own; mox builds without them.
 MOXWRITER_IMPORT_PACKAGES="libexodusii-dev libcgns-dev libhdf5-dev libgmsh-dev"
 MOXWRITER_TEST_PACKAGES="python3 libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format clang-tidy
-libbenchmark-dev"
+libbenchmark-dev zsh fish"
 
 # install_packages PACKAGE...: installs those that are missing, and says which.
 install_packages() {

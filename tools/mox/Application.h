@@ -26,7 +26,7 @@ public:
     ~Application();
 
     /// Help and version go to stdout, and each failure is one line on the terminal. Without a subcommand it
-    /// shows the help. Never throws.
+    /// shows a short overview. Never throws.
     /// @return Success, WrongUsage, or the subcommand's result or failure code.
     int run(int argc, const char* const* argv);
 
@@ -34,6 +34,8 @@ private:
     void addCommonOptions(CLI::App& level);
     Command& selectedCommand() const;
     int runCommand(Command& command);
+    std::string overview() const;
+    std::string unexpectedWord(bool isExtra) const;
     int reportParseError(const CLI::ParseError& error);
     int reportUsage(std::string_view reason);
     int reportFailure(const Command& command, std::string_view reason);
@@ -43,6 +45,7 @@ private:
     std::vector<std::unique_ptr<Command>> commands_;
     bool noColor_ = false;
     bool showProgress_ = false;
+    bool isQuiet_ = false;
 };
 
 } // namespace MoxTool

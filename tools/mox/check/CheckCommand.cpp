@@ -39,7 +39,7 @@ Examples:
 void CheckCommand::addOptions(CommandLine& line) {
     line.add("FILE", paths_, "The files to check; - for stdin");
     line.addFlag("--rules", listRules_, "List all rules: number, level, title, meaning");
-    line.addFlag("--json", asJson_, "The result (or the rules) as JSON");
+    line.addFlag("-j,--json", asJson_, "The result (or the rules) as JSON");
     line.addFlag("-W,--strict", strict_, "Warnings count as errors: exit code 2");
     line.add("--limit", limit_, "List so many findings of each rule at most; 0 for all").showDefault();
     line.setDetails(Details);

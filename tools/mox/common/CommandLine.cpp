@@ -6,6 +6,13 @@
 
 namespace MoxTool {
 
+namespace {
+
+constexpr const char* Name = "NAME";
+constexpr const char* Number = "NUMBER";
+
+} // namespace
+
 CommandLine::Option& CommandLine::Option::required() {
     option_->required();
     return *this;
@@ -37,6 +44,11 @@ CommandLine::Option::check(const std::function<std::string(const std::string&)>&
     return *this;
 }
 
+CommandLine::Option& CommandLine::Option::repeatable() {
+    option_->allow_extra_args(false);
+    return *this;
+}
+
 CommandLine::Option& CommandLine::Option::excludes(const std::vector<Option>& others) {
     for (const auto& other : others) {
         option_->excludes(other.option_);
@@ -44,39 +56,48 @@ CommandLine::Option& CommandLine::Option::excludes(const std::vector<Option>& ot
     return *this;
 }
 
+// What the help calls a value if the command does not say: nothing for an argument, whose name says it.
+template <typename T>
+CommandLine::Option CommandLine::declare(const std::string& names, T& target, const std::string& description,
+                                         const char* type) {
+    auto& option = *level_.add_option(names, target, description);
+    option.type_name(option.get_positional() ? "" : type);
+    return Option(option);
+}
+
 CommandLine::Option CommandLine::add(const std::string& names, std::string& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return declare(names, target, description, Name);
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, std::optional<std::string>& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return declare(names, target, description, Name);
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, std::vector<std::string>& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return declare(names, target, description, Name);
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, unsigned int& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return declare(names, target, description, Number);
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, unsigned long& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return declare(names, target, description, Number);
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, unsigned long long& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return declare(names, target, description, Number);
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, double& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return declare(names, target, description, Number);
 }
 
 CommandLine::Option CommandLine::addFlag(const std::string& names, bool& target,
@@ -88,16 +109,22 @@ void CommandLine::setDetails(const std::string& text) {
     level_.footer(text);
 }
 
-void CommandLine::hide() {
-    level_.group("");
-}
-
 void CommandLine::setCheck(const std::function<void()>& check) {
     level_.final_callback(check);
 }
 
 std::function<CommandHelp()> CommandLine::programHelp() const {
     return [program = level_.get_parent()] { return describeHelp(*program); };
+}
+
+// Asks the formatter for the program's help, since the program itself shows that of the selected command.
+std::function<std::string(const std::string&)> CommandLine::helpText() const {
+    return [program = level_.get_parent()](const std::string& command) {
+        if (!command.empty()) {
+            return program->get_subcommand(command)->help(program->get_name());
+        }
+        return program->get_formatter()->make_help(program, program->get_name(), CLI::AppFormatMode::Normal);
+    };
 }
 
 } // namespace MoxTool

@@ -46,12 +46,20 @@ void Terminal::hideProgress() {
     interactive_ = false;
 }
 
+void Terminal::hideNotes() {
+    hideProgress();
+    showsNotes_ = false;
+}
+
 void Terminal::error(std::string_view line) {
     clearProgress();
     fmt::print(stream_, "{}{}{}\n", colours_ ? Red : "", line, colours_ ? Plain : "");
 }
 
 void Terminal::note(std::string_view line) {
+    if (!showsNotes_) {
+        return;
+    }
     clearProgress();
     fmt::print(stream_, "{}\n", line);
 }

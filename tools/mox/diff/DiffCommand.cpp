@@ -69,7 +69,7 @@ void DiffCommand::addOptions(CommandLine& line) {
     line.addFlag("--links", options_.links,
                  "Report also which datasets share their numbers in one file alone");
     line.addFlag("--date", options_.date, "Report also if the dates of saving differ");
-    const auto json = line.addFlag("--json", asJson_, "Write JSON");
+    const auto json = line.addFlag("-j,--json", asJson_, "Write JSON");
     line.addFlag("-q,--quiet", quiet_, "Write nothing; the exit code says it").excludes({json});
     line.setCheck([this] {
         if (inputA_ == "-" && inputB_ == "-") {

@@ -72,7 +72,7 @@ std::optional<Command::Example> ImportCommand::example() const {
 void ImportCommand::addOptions(CommandLine& line) {
     line.add("MODEL", request_.input, "The Exodus II, CGNS or Gmsh .msh file to read").required();
     line.add("OUT.mox", request_.output, "The file to write").required();
-    line.addFlag("--overwrite", request_.overwrite, "Replace OUT.mox if it exists; else that is an error");
+    line.addFlag("-f,--overwrite", request_.overwrite, "Replace OUT.mox if it exists; else that is an error");
     line.addFlag("--check", request_.check,
                  "Check the result as mox check does, before it gets its name; an error ends the import");
     line.setDetails(Details);
