@@ -4,6 +4,8 @@
 #include "../common/ConversionSummary.h"
 #include "ExportRequest.h"
 
+#include <string>
+
 namespace MoxTool {
 
 /// `mox export FILE OUT`: writes a saved model in the format of another program.
@@ -19,6 +21,7 @@ private:
     ConversionSummary exportModel(Terminal& terminal) const;
 
     ExportRequest request_;
+    std::string format_; ///< Empty if the name of the output decides.
 };
 
 } // namespace MoxTool

@@ -1,6 +1,7 @@
 #include "ExportModel.h"
 
 #include "../common/visibleText.h"
+#include "ExportChoice.h"
 #include "MeshCollector.h"
 #include "ResultCollector.h"
 #include "listSkippedTreeContent.h"
@@ -10,18 +11,21 @@
 namespace MoxTool {
 
 ExportModel::ExportModel(const ExportRequest& request)
-    : opened_(request.input), heavy_(opened_.file(), opened_.model()), conversion_(request.output) {
+    : opened_(request.input), heavy_(opened_.file(), opened_.model()), conversion_(request.shownOutput()) {
     explainErrors(request.input, [&] { read(request); });
 }
 
 void ExportModel::read(const ExportRequest& request) {
-    parts_ = MeshCollector(request.input, model(), heavy_, conversion_).collect();
+    const ExportChoice choice(model(), request);
+    parts_ = MeshCollector(request.input, model(), choice, heavy_, conversion_).collect();
     if (parts_.parts.empty()) {
         throw Failure(request.input,
-                      "has no geometry with Coordinates, Connectivity and Polylength to export");
+                      std::string(request.parts.empty() ? "has" : "these parts have") +
+                          " no geometry with Coordinates, Connectivity and Polylength to export");
     }
-    contents_ = ResultCollector(model(), parts_, conversion_).collect();
-    listSkippedTreeContent(model(), conversion_);
+    choice.requireMatches(model());
+    contents_ = ResultCollector(model(), choice, parts_, conversion_).collect();
+    listSkippedTreeContent(model(), choice, conversion_);
     chooseSteps(request);
     conversion_.shapes = static_cast<std::int64_t>(parts_.parts.size());
     conversion_.nodes = static_cast<std::int64_t>(parts_.nodeCount());

@@ -1,15 +1,22 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace MoxTool {
 
 /// What `mox export` is asked to do.
 struct ExportRequest {
     std::string input;
-    std::string output;     ///< Its extension decides the format.
-    std::string step;       ///< The one step to take; empty for all.
-    bool overwrite = false; ///< An existing output is replaced, once the new one is whole.
+    std::string output;             ///< "-" for stdout.
+    std::vector<std::string> parts; ///< The paths of the nodes to take, with all below them; empty for all.
+    std::vector<std::string> datasets; ///< Patterns for the names of the results to take; empty for all.
+    std::string step;                  ///< The one step to take; empty for all.
+    bool overwrite = false;            ///< An existing output is replaced, once the new one is whole.
+
+    bool isToStandardOutput() const { return output == "-"; }
+    /// The output, for messages.
+    std::string shownOutput() const { return isToStandardOutput() ? "stdout" : output; }
 };
 
 } // namespace MoxTool

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../common/ConversionSummary.h"
+#include "ExportChoice.h"
 #include "ExportMesh.h"
 
 #include <MoxReader/HeavyData.h>
@@ -13,7 +14,7 @@
 
 namespace MoxTool {
 
-/// Collects the geometries of a model into one mesh.
+/// Collects the wanted geometries of a model into one mesh.
 ///
 /// Geometries share nodes if they share their coordinates and all results on nodes and are at the same place
 /// in the assembly; otherwise each gets its own copy of the nodes. Elements keep their order, except that a
@@ -21,8 +22,8 @@ namespace MoxTool {
 class MeshCollector {
 public:
     /// @param file The model's file, as the user named it. All others must outlive the collector.
-    MeshCollector(std::string file, const MoxReader::Model& model, MoxReader::HeavyData& heavy,
-                  ConversionSummary& summary);
+    MeshCollector(std::string file, const MoxReader::Model& model, const ExportChoice& choice,
+                  MoxReader::HeavyData& heavy, ConversionSummary& summary);
 
     /// To be called once.
     /// @throws Failure if elements refer to nodes that do not exist and the like; MoxReader::Error.
@@ -47,6 +48,7 @@ private:
 
     std::string path_;
     const MoxReader::Model& model_;
+    const ExportChoice& choice_;
     MoxReader::HeavyData& heavy_;
     ConversionSummary& summary_;
     std::vector<Eigen::Affine3d> transforms_;

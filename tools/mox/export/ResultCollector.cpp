@@ -53,9 +53,9 @@ struct FoundStep {
 
 } // namespace
 
-ResultCollector::ResultCollector(const MoxReader::Model& model, const ExportMesh& mesh,
-                                 ConversionSummary& summary)
-    : model_(model), mesh_(mesh), summary_(summary) {}
+ResultCollector::ResultCollector(const MoxReader::Model& model, const ExportChoice& choice,
+                                 const ExportMesh& mesh, ConversionSummary& summary)
+    : model_(model), choice_(choice), mesh_(mesh), summary_(summary) {}
 
 ExportResults ResultCollector::collect() {
     collectSteps();
@@ -72,7 +72,8 @@ void ResultCollector::collectSteps() {
     std::vector<FoundStep> found;
     for (const auto& part : mesh_.parts) {
         for (const auto& dataset : part.geometry->geometry()->datasets) {
-            if (dataset.step.empty() || resultPlaceOf(dataset) == ResultPlace::Nowhere) {
+            if (dataset.step.empty() || resultPlaceOf(dataset) == ResultPlace::Nowhere ||
+                !choice_.takesDataset(dataset)) {
                 continue;
             }
             const auto& holder = model_.resolve(dataset);
@@ -100,7 +101,7 @@ void ResultCollector::addPart(std::size_t partIndex) {
     const std::set meshDatasets = {findCoordinates(geometry), findConnectivity(geometry),
                                    findPolylength(geometry)};
     for (const auto& dataset : geometry.geometry()->datasets) {
-        if (!meshDatasets.contains(&dataset)) {
+        if (!meshDatasets.contains(&dataset) && choice_.takesDataset(dataset)) {
             addDataset(partIndex, dataset);
         }
     }
