@@ -156,6 +156,17 @@ TEST_F(ExtractCommand, NamesOfDatasetsCannotLeaveTheFolder) {
     EXPECT_EQ(folder.read("out/3-0-Ids.raw").size(), 12U);
 }
 
+TEST_F(ExtractCommand, PathsOfTheIndexAreTakenAgain) {
+    saveOddModel();
+    ASSERT_EQ(extract({"--all", folder.path("out")}).exitCode, 0);
+    const auto index = nlohmann::json::parse(folder.read("out/index.json"));
+    EXPECT_EQ(index["datasets"].size(), 2U);
+    for (const auto& entry : index["datasets"]) {
+        expectOutput(extract({"-n", entry["node"], "-d", entry["name"], "-s", entry.value("step", "")}),
+                     folder.read("out/" + entry["file"].get<std::string>()));
+    }
+}
+
 TEST_F(ExtractCommand, ExistingFolderIsLeftAlone) {
     std::filesystem::create_directory(folder.path("out"));
     expectFailure(extract({"--all", folder.path("out")}),
