@@ -8,7 +8,7 @@ MOXWRITER_IMPORT_PACKAGES="libexodusii-dev libcgns-dev libhdf5-dev libgmsh-dev"
 # For the faster compressor; without it there is zlib alone.
 MOXWRITER_DEFLATE_PACKAGES="libdeflate-dev"
 MOXWRITER_TEST_PACKAGES="python3 libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format clang-tidy
-libbenchmark-dev"
+libbenchmark-dev zsh fish"
 
 # install_packages PACKAGE...: installs those that are missing, and says which.
 install_packages() {

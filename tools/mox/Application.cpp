@@ -1,8 +1,14 @@
 #include "Application.h"
 
 #include "Commands.h"
+#include "HelpFormatter.h"
 #include "common/CommandLine.h"
 #include "common/UsageError.h"
+#include "common/closestWord.h"
+#include "common/describeHelp.h"
+#include "common/unknownCommand.h"
+#include "common/visibleText.h"
+#include "version/versionText.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/core.h>
@@ -51,14 +57,43 @@ std::string exampleLine(const Command::Example& example) {
     return fmt::format("  {:<37}{}\n", example.line, example.purpose);
 }
 
-std::string examplesOf(const std::vector<std::unique_ptr<Command>>& commands) {
-    std::string lines = "Examples:\n";
+std::string exampleLines(const std::vector<std::unique_ptr<Command>>& commands) {
+    std::string lines;
     for (const auto& command : commands) {
         if (const auto example = command->example()) {
             lines += exampleLine(*example);
         }
     }
-    return lines + exampleLine({"mox info --help", "options of one command"}) + "  mox --version";
+    return lines;
+}
+
+std::string detailsOf(const std::vector<std::unique_ptr<Command>>& commands) {
+    return R"(A short option means the same in every command that has it: -o is the file to write, -f replaces it,
+-n names a node, -d a dataset, -s a step, -p a part, -a asks for attributes, -j for JSON, -v for all of a list,
+-q for silence.
+Several flags can stand together, as in -fq. In place of a file to read, most commands take - for stdin.
+
+Examples:
+)" + exampleLines(commands) +
+           exampleLine({"mox help info", "what one command does, and its options"}) + "  mox version";
+}
+
+bool isOption(std::string_view word) {
+    return word.size() > 1 && word.starts_with('-');
+}
+
+const CLI::App& innermost(const CLI::App& program) {
+    const auto selected = program.get_subcommands();
+    return selected.empty() ? program : *selected.front();
+}
+
+std::string unknownOption(const CLI::App& program, const std::string& word) {
+    const auto name = word.substr(0, word.find('='));
+    const auto& level = innermost(program);
+    const auto known = describeHelp(level).optionNames();
+    const bool isOfCommand = &level != &program && std::ranges::find(known, name) != known.end();
+    return isOfCommand ? fmt::format("{} has to stand after \"{}\"", name, level.get_name())
+                       : fmt::format("there is no option {}{}", visibleText(name), didYouMean(name, known));
 }
 
 } // namespace
@@ -67,12 +102,15 @@ Application::Application(Terminal& terminal)
     : terminal_(terminal),
       app_(std::make_unique<CLI::App>("Works on MOX model files", "mox")),
       commands_(makeCommands()) {
-    app_->set_version_flag("--version", "mox " MOX_VERSION);
-    app_->footer(examplesOf(commands_));
+    app_->formatter(std::make_shared<HelpFormatter>());
+    app_->set_help_flag("-h,--help", "Show this help");
+    app_->set_version_flag("-V,--version", versionText, "Show the version, and which formats are built in");
+    app_->footer(detailsOf(commands_));
     app_->require_subcommand(0, 1);
     addCommonOptions(*app_);
     for (const auto& command : commands_) {
         auto& level = *app_->add_subcommand(command->name(), command->summary());
+        level.group("Commands");
         CommandLine line(level);
         command->addOptions(line);
         addCommonOptions(level);
@@ -91,6 +129,10 @@ void Application::addCommonOptions(CLI::App& level) {
     level
         .add_flag("--progress", showProgress_, "Show on stderr, if that is a terminal, how far long work is")
         ->group(Group);
+    if (level.get_option_no_throw("--quiet") == nullptr) {
+        level.add_flag("-q,--quiet", isQuiet_, "Write nothing but errors to stderr: no summary, no notes")
+            ->group(Group);
+    }
 }
 
 int Application::run(int argc, const char* const* argv) {
@@ -102,10 +144,16 @@ int Application::run(int argc, const char* const* argv) {
         return reportUsage(error.what());
     }
     if (app_->get_subcommands().empty()) {
-        std::cout << app_->help();
+        std::cout << overview();
         return reportLostHelp();
     }
     return runCommand(selectedCommand());
+}
+
+std::string Application::overview() const {
+    return "mox works on MOX files, which hold finite-element models and their results.\n\n" +
+           exampleLines(commands_) +
+           "\nmox help lists all commands and options, mox help import explains one of them.\n";
 }
 
 Command& Application::selectedCommand() const {
@@ -119,6 +167,9 @@ int Application::runCommand(Command& command) {
     }
     if (!showProgress_) {
         terminal_.hideProgress();
+    }
+    if (isQuiet_) {
+        terminal_.hideNotes();
     }
     try {
         const int exitCode = command.run(terminal_);
@@ -136,7 +187,26 @@ int Application::reportParseError(const CLI::ParseError& error) {
         app_->exit(error, std::cout, std::cerr);
         return reportLostHelp();
     }
-    return reportUsage(error.what());
+    const bool isExtra = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
+    const auto unexpected = unexpectedWord(isExtra);
+    return reportUsage(unexpected.empty() ? error.what() : unexpected);
+}
+
+/// What is wrong with an option that there is not, since it is often the reason for other errors; or else
+/// with the first word too many.
+std::string Application::unexpectedWord(bool isExtra) const {
+    const auto words = app_->remaining(true);
+    const auto option = std::ranges::find_if(words, isOption);
+    if (option != words.end()) {
+        return unknownOption(*app_, *option);
+    }
+    if (!isExtra || words.empty()) {
+        return "";
+    }
+    if (app_->get_subcommands().empty()) {
+        return unknownCommand(describeHelp(*app_), words.front());
+    }
+    return fmt::format("\"{}\" is one argument too many", visibleText(words.front()));
 }
 
 int Application::reportLostHelp() {

@@ -26,14 +26,17 @@ public:
     ~Application();
 
     /// Help and version go to stdout, and each failure is one line on the terminal. Without a subcommand it
-    /// shows the help. Never throws.
-    /// @return Success, HelpLost if the help does not reach stdout, WrongUsage, or the subcommand's result or failure code.
+    /// shows a short overview. Never throws.
+    /// @return Success, HelpLost if the help does not reach stdout, WrongUsage, or the subcommand's result or failure
+    ///         code.
     int run(int argc, const char* const* argv);
 
 private:
     void addCommonOptions(CLI::App& level);
     Command& selectedCommand() const;
     int runCommand(Command& command);
+    std::string overview() const;
+    std::string unexpectedWord(bool isExtra) const;
     int reportParseError(const CLI::ParseError& error);
     int reportLostHelp();
     int reportUsage(std::string_view reason);
@@ -44,6 +47,7 @@ private:
     std::vector<std::unique_ptr<Command>> commands_;
     bool noColor_ = false;
     bool showProgress_ = false;
+    bool isQuiet_ = false;
 };
 
 } // namespace MoxTool

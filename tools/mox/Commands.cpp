@@ -6,12 +6,14 @@
 #include "dump/DumpCommand.h"
 #include "export/ExportCommand.h"
 #include "extract/ExtractCommand.h"
+#include "help/HelpCommand.h"
 #include "import/ImportCommand.h"
 #include "info/InfoCommand.h"
 #include "man/ManCommand.h"
 #include "salvage/SalvageCommand.h"
 #include "stat/StatCommand.h"
 #include "tree/TreeCommand.h"
+#include "version/VersionCommand.h"
 
 namespace MoxTool {
 
@@ -25,9 +27,10 @@ std::unique_ptr<Command> make() {
 }
 
 constexpr Maker Makers[] = {
-    make<ImportCommand>, make<InfoCommand>,    make<TreeCommand>,       make<StatCommand>,
-    make<DumpCommand>,   make<DiffCommand>,    make<ExtractCommand>,    make<ExportCommand>,
-    make<CheckCommand>,  make<SalvageCommand>, make<CompletionCommand>, make<ManCommand>,
+    make<ImportCommand>, make<InfoCommand>,       make<TreeCommand>,    make<StatCommand>,
+    make<DumpCommand>,   make<DiffCommand>,       make<ExtractCommand>, make<ExportCommand>,
+    make<CheckCommand>,  make<SalvageCommand>,    make<HelpCommand>,    make<VersionCommand>,
+    make<ManCommand>,    make<CompletionCommand>,
 };
 
 } // namespace

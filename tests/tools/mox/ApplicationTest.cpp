@@ -1,11 +1,17 @@
 #include "Application.h"
 
+#include "Commands.h"
+#include "common/CommandLine.h"
 #include "common/MoxRun.h"
+#include "common/describeHelp.h"
 
+#include <CLI/App.hpp>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -17,10 +23,13 @@ bool contains(const std::string& text, const std::string& part) {
 
 } // namespace
 
-TEST(Application, WithoutArgumentsItShowsItsHelp) {
+TEST(Application, WithoutArgumentsItShowsAShortOverview) {
     const auto outcome = runMox({});
     EXPECT_EQ(outcome.exitCode, 0);
-    EXPECT_TRUE(contains(outcome.output, "mox import bracket.e bracket.mox"));
+    EXPECT_TRUE(contains(outcome.output, "mox import bracket.e bracket.mox")) << outcome.output;
+    EXPECT_TRUE(contains(outcome.output, "mox help lists all commands")) << outcome.output;
+    EXPECT_FALSE(contains(outcome.output, "Options:")) << outcome.output;
+    EXPECT_LT(std::ranges::count(outcome.output, '\n'), 20);
     EXPECT_EQ(outcome.messages, "");
 }
 
@@ -37,29 +46,109 @@ TEST(Application, HelpOfACommandShowsItsExamples) {
     EXPECT_TRUE(contains(outcome.output, "mox import --overwrite modes.exo modes.mox"));
 }
 
-TEST(Application, VersionGoesToStandardOutput) {
+TEST(Application, HelpListsEachCommandOnce) {
+    const auto help = runMox({"--help"}).output;
+    const auto list = help.substr(help.find("\nCommands:\n"));
+    for (const auto& command : MoxTool::makeCommands()) {
+        EXPECT_TRUE(contains(list, "\n  " + command->name() + " ")) << command->name();
+    }
+}
+
+TEST(Application, HelpNamesTypesByWordsThatPeopleKnow) {
+    for (const auto& command : MoxTool::makeCommands()) {
+        const auto help = runMox({command->name(), "--help"}).output;
+        for (const auto* word : {"TEXT", "UINT", "FLOAT", "INT", "REQUIRED", "Excludes", "POSITIVE"}) {
+            EXPECT_FALSE(contains(help, word)) << command->name() << ": " << word;
+        }
+    }
+    EXPECT_TRUE(contains(runMox({"tree", "--help"}).output, "--depth NUMBER"));
+    EXPECT_TRUE(contains(runMox({"check", "--help"}).output, "(default: "));
+}
+
+TEST(Application, ShortOptionStandsForOneLongOneInAllCommands) {
+    std::map<std::string, std::string> meanings;
+    CLI::App program("", "mox");
+    for (const auto& command : MoxTool::makeCommands()) {
+        auto& level = *program.add_subcommand(command->name());
+        MoxTool::CommandLine line(level);
+        command->addOptions(line);
+        for (const auto& option : MoxTool::describeHelp(level).options) {
+            if (option.names.back().size() == 2) {
+                const auto known = meanings.emplace(option.names.back(), option.names.front()).first;
+                EXPECT_EQ(known->second, option.names.front()) << command->name();
+            }
+        }
+    }
+    EXPECT_EQ(meanings.at("-f"), "--overwrite");
+    EXPECT_EQ(meanings.at("-o"), "--output");
+    EXPECT_EQ(meanings.at("-j"), "--json");
+}
+
+TEST(Application, VersionGoesToStandardOutputWithWhatIsBuiltIn) {
     const auto outcome = runMox({"--version"});
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_TRUE(outcome.output.starts_with("mox "));
+    for (const auto* library : {"\nExodus II  ", "\nCGNS       ", "\nGmsh       ", "\nzlib       1."}) {
+        EXPECT_TRUE(contains(outcome.output, library)) << outcome.output;
+    }
+    EXPECT_EQ(std::ranges::count(outcome.output, '\n'), 5);
+    EXPECT_EQ(runMox({"-V"}).output, outcome.output);
+    EXPECT_EQ(runMox({"version"}).output, outcome.output);
 }
 
-TEST(Application, UnknownCommandIsWrongUsage) {
+TEST(Application, HelpOfACommandCanBeAskedForInTwoWays) {
+    const auto outcome = runMox({"help", "import"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_TRUE(contains(outcome.output, "Usage: mox import [OPTIONS] MODEL OUT.mox\n")) << outcome.output;
+    EXPECT_EQ(runMox({"import", "--help"}).output, outcome.output);
+    EXPECT_EQ(runMox({"help"}).output, runMox({"--help"}).output);
+}
+
+TEST(Application, UnknownCommandIsWrongUsageAndItsLikeIsNamed) {
     const auto outcome = runMox({"embroider"});
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.output, "");
-    EXPECT_EQ(outcome.messages, "mox: The following argument was not expected: embroider (see mox --help)\n");
+    EXPECT_EQ(outcome.messages, "mox: there is no command \"embroider\" (see mox --help)\n");
+    EXPECT_EQ(runMox({"inof", "a.mox"}).messages,
+              "mox: there is no command \"inof\"; did you mean info? (see mox --help)\n");
+    const auto help = runMox({"help", "improt"});
+    EXPECT_EQ(help.exitCode, 2);
+    EXPECT_EQ(help.messages,
+              "mox help: there is no command \"improt\"; did you mean import? (see mox help --help)\n");
+}
+
+TEST(Application, UnknownOptionIsWrongUsageAndItsLikeIsNamed) {
+    const auto outcome = runMox({"info", "--quik", "a.mox"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.messages,
+              "mox info: there is no option --quik; did you mean --quick? (see mox info --help)\n");
+    EXPECT_EQ(runMox({"import", "--sideways", "model.e", "out.mox"}).messages,
+              "mox import: there is no option --sideways (see mox import --help)\n");
+    EXPECT_EQ(runMox({"extract", "a.mox", "--fromat=csv"}).messages,
+              "mox extract: there is no option --fromat; did you mean --format? (see mox extract --help)\n");
+    EXPECT_EQ(runMox({"--vresion"}).messages,
+              "mox: there is no option --vresion; did you mean --version? (see mox --help)\n");
+}
+
+TEST(Application, UnknownOptionIsNamedEvenIfAnArgumentIsMissingToo) {
+    EXPECT_TRUE(contains(runMox({"info", "--quik"}).messages, "did you mean --quick?"));
+}
+
+TEST(Application, OptionOfACommandHasToStandAfterIt) {
+    EXPECT_EQ(runMox({"--quick", "info", "a.mox"}).messages,
+              "mox info: --quick has to stand after \"info\" (see mox info --help)\n");
+}
+
+TEST(Application, ArgumentTooManyIsNamed) {
+    const auto outcome = runMox({"info", "a.mox", "b\n.mox"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.messages, "mox info: \"b\\n.mox\" is one argument too many (see mox info --help)\n");
 }
 
 TEST(Application, MissingArgumentIsWrongUsage) {
     const auto outcome = runMox({"import", "model.e"});
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.messages, "mox import: OUT.mox is required (see mox import --help)\n");
-}
-
-TEST(Application, UnknownOptionIsWrongUsage) {
-    const auto outcome = runMox({"import", "--sideways", "model.e", "out.mox"});
-    EXPECT_EQ(outcome.exitCode, 2);
-    EXPECT_TRUE(contains(outcome.messages, "--sideways"));
 }
 
 TEST(Application, NumbersOutOfRangeAreWrongUsageInPlainWords) {

@@ -43,7 +43,7 @@ Examples:
 void CheckCommand::addOptions(CommandLine& line) {
     line.add("FILE", paths_, "The files to check; - for stdin");
     line.addFlag("--rules", listRules_, "List all rules, without FILE: number, level, title, meaning");
-    const auto json = line.addFlag("--json", asJson_, "The result (or the rules) as JSON");
+    const auto json = line.addFlag("-j,--json", asJson_, "The result (or the rules) as JSON");
     line.addFlag("--summary", onlyTable_, "Only the table of verdicts, without findings").excludes({json});
     line.addFlag("-q,--quiet", quiet_, "Write nothing; the exit code says it").excludes({json});
     line.addFlag("-W,--strict", strict_, "Warnings count as errors: exit code 2");

@@ -43,7 +43,7 @@ std::string placeText(const FindingPlace& place) {
                                     place.streamOffset ? fmt::format(" at {}", *place.streamOffset) : ""));
     }
     if (place.node) {
-        parts.push_back(fmt::format("node {} {}", *place.node, visibleText(place.path)));
+        parts.push_back(fmt::format("node {} {}", *place.node, place.path));
     }
     if (place.dataset) {
         parts.push_back(fmt::format("dataset {} \"{}\"", *place.dataset, visibleText(place.key)));
@@ -71,7 +71,7 @@ Json toJson(const Finding& finding) {
     addNumber("streamOffset", place.streamOffset);
     addNumber("node", place.node);
     if (place.node) {
-        json["path"] = jsonText(place.path);
+        json["path"] = place.path;
     }
     addNumber("dataset", place.dataset);
     if (place.dataset) {

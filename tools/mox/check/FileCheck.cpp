@@ -1,5 +1,6 @@
 #include "FileCheck.h"
 
+#include "../common/NodePaths.h"
 #include "DatasetCheck.h"
 #include "HeavyCheck.h"
 #include "IndexCheck.h"
@@ -29,9 +30,10 @@ void checkModel(const MoxReader::File& file, const std::set<std::uint64_t>& dama
     HeavyCheck heavy(file, nodes, areComplete, damagedBlocks, findings);
     const auto facts = heavy.run([&](double part) { progress(BlocksPart + (1 - BlocksPart) * part); });
     checkSense(nodes, links, facts, findings);
+    const NodePaths paths(nodes);
     for (auto& finding : findings.findings()) {
         if (finding.place.node) {
-            finding.place.path = pathText(nodes, *finding.place.node);
+            finding.place.path = paths.of(*finding.place.node);
         }
     }
 }

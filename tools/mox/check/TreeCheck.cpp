@@ -118,21 +118,4 @@ void checkTree(const std::vector<Node>& nodes, FindingList& findings) {
     TreeCheck(nodes, findings).run();
 }
 
-std::string pathText(const std::vector<Node>& nodes, std::uint32_t id) {
-    constexpr int MostLevels = 12;
-    std::string path;
-    for (int level = 0; id != 0 && id <= nodes.size(); ++level) {
-        if (level == MostLevels) {
-            return ".../" + path;
-        }
-        const auto& node = nodes[id - 1];
-        path.insert(0, path.empty() ? node.name : node.name + "/");
-        if (node.parent >= id) {
-            break;
-        }
-        id = node.parent;
-    }
-    return "/" + path;
-}
-
 } // namespace MoxTool

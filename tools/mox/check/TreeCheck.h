@@ -13,8 +13,4 @@ namespace MoxTool {
 /// @param nodes In the order of the file; the place of a node in it, from 1, stands for its id.
 void checkTree(const std::vector<MoxReader::Node>& nodes, FindingList& findings);
 
-/// The path of a node for display, such as "/root/part"; if the node is deep, only the end of it, after
-/// "...". Climbs only while ids fall, so that it terminates whatever the links say.
-std::string pathText(const std::vector<MoxReader::Node>& nodes, std::uint32_t id);
-
 } // namespace MoxTool

@@ -10,6 +10,9 @@ namespace MoxTool {
 
 namespace {
 
+constexpr const char* Name = "NAME";
+constexpr const char* Number = "NUMBER";
+
 bool isDigit(char letter) {
     return letter >= '0' && letter <= '9';
 }
@@ -79,19 +82,28 @@ CommandLine::Option& CommandLine::Option::excludes(const std::vector<Option>& ot
     return *this;
 }
 
+// What the help calls a value if the command does not say: nothing for an argument, whose name says it.
+template <typename T>
+CommandLine::Option CommandLine::declare(const std::string& names, T& target, const std::string& description,
+                                         const char* type) {
+    auto& option = *level_.add_option(names, target, description);
+    option.type_name(option.get_positional() ? "" : type);
+    return Option(option);
+}
+
 CommandLine::Option CommandLine::add(const std::string& names, std::string& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return declare(names, target, description, Name);
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, std::optional<std::string>& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return declare(names, target, description, Name);
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, std::vector<std::string>& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return declare(names, target, description, Name);
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, unsigned int& target,
@@ -111,7 +123,7 @@ CommandLine::Option CommandLine::add(const std::string& names, unsigned long lon
 
 CommandLine::Option CommandLine::add(const std::string& names, double& target,
                                      const std::string& description) {
-    return Option(*level_.add_option(names, target, description));
+    return declare(names, target, description, Number);
 }
 
 CommandLine::Option CommandLine::addFlag(const std::string& names, bool& target,
@@ -123,16 +135,22 @@ void CommandLine::setDetails(const std::string& text) {
     level_.footer(text);
 }
 
-void CommandLine::hide() {
-    level_.group("");
-}
-
 void CommandLine::setCheck(const std::function<void()>& check) {
     level_.final_callback(check);
 }
 
 std::function<CommandHelp()> CommandLine::programHelp() const {
     return [program = level_.get_parent()] { return describeHelp(*program); };
+}
+
+// Asks the formatter for the program's help, since the program itself shows that of the selected command.
+std::function<std::string(const std::string&)> CommandLine::helpText() const {
+    return [program = level_.get_parent()](const std::string& command) {
+        if (!command.empty()) {
+            return program->get_subcommand(command)->help(program->get_name());
+        }
+        return program->get_formatter()->make_help(program, program->get_name(), CLI::AppFormatMode::Normal);
+    };
 }
 
 } // namespace MoxTool

@@ -26,7 +26,8 @@ public:
         explicit Option(CLI::Option& declared) : option_(&declared) {}
 
         Option& required();
-        /// What the help calls its value.
+        /// What the help calls its value. Without this it is NAME or NUMBER, by the type of the target.
+        /// Shells complete the name of a file for FILE, of a folder for FOLDER and OUTDIR.
         Option& typeName(const std::string& name);
         /// Shows the default value in the help.
         Option& showDefault();
@@ -61,15 +62,18 @@ public:
 
     /// What the help shows after the options: paragraphs, then examples.
     void setDetails(const std::string& text);
-    /// Leaves the command out of the list of commands.
-    void hide();
     /// @param check Called when all values are there; throws UsageError if they don't fit together.
     void setCheck(const std::function<void()>& check);
     /// Returns a function that gives the help of the whole program once all commands have declared their
     /// options.
     std::function<CommandHelp()> programHelp() const;
+    /// The help of a command, or for an empty name of the program, as a text; the same goes for its use.
+    std::function<std::string(const std::string&)> helpText() const;
 
 private:
+    template <typename T>
+    Option declare(const std::string& names, T& target, const std::string& description, const char* type);
+
     CLI::App& level_;
 };
 

@@ -10,7 +10,7 @@ namespace MoxTool {
 class TemporaryPath {
 public:
     /// Chooses a path beside the target where nothing exists yet. Creates nothing.
-    /// @param wanted The target.
+    /// @param target What is to be written in the end.
     explicit TemporaryPath(const std::filesystem::path& target);
     TemporaryPath(const TemporaryPath&) = delete;
     TemporaryPath& operator=(const TemporaryPath&) = delete;

@@ -54,12 +54,20 @@ void Terminal::hideProgress() {
     interactive_ = false;
 }
 
+void Terminal::hideNotes() {
+    hideProgress();
+    showsNotes_ = false;
+}
+
 void Terminal::error(std::string_view line) {
     clearProgress();
     put(stream_, fmt::format("{}{}{}\n", colours_ ? Red : "", visibleLine(line), colours_ ? Plain : ""));
 }
 
 void Terminal::note(std::string_view line) {
+    if (!showsNotes_) {
+        return;
+    }
     clearProgress();
     put(stream_, visibleLine(line) + "\n");
 }

@@ -33,6 +33,8 @@ public:
     void dropColours();
     /// Shows no progress from now on.
     void hideProgress();
+    /// Shows errors alone from now on.
+    void hideNotes();
     /// Whether data on stdout may be coloured.
     bool outputColours() const { return colouredOutput_; }
 
@@ -55,6 +57,7 @@ private:
     bool interactive_;
     bool colours_;
     bool colouredOutput_;
+    bool showsNotes_ = true;
     bool progressShows_ = false;
     std::chrono::steady_clock::time_point nextProgress_{};
 };

@@ -8,8 +8,7 @@ class App;
 
 namespace MoxTool {
 
-/// What the help of a program or a command shows. Commands that the help does not list are included too,
-/// marked as hidden.
+/// What the help of a program or a command shows.
 CommandHelp describeHelp(const CLI::App& level);
 
 } // namespace MoxTool

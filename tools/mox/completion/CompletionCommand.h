@@ -8,11 +8,11 @@
 
 namespace MoxTool {
 
-/// `mox completion`: the script with which bash completes commands, options and file names.
+/// `mox completion`: the script with which a shell completes commands, options and file names.
 class CompletionCommand : public Command {
 public:
     std::string name() const override { return "completion"; }
-    std::string summary() const override { return "Print the script for completion in bash"; }
+    std::string summary() const override { return "Print the script for completion in bash, zsh or fish"; }
     void addOptions(CommandLine& line) override;
     int run(Terminal& terminal) override;
 

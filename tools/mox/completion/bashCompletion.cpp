@@ -8,10 +8,11 @@ namespace MoxTool {
 
 namespace {
 
-// The program, its commands, its options, and one line for each command with its options.
+// The program, its commands, its options, a line for each command, and one for each option with a value.
 constexpr const char* Script = R"(# Completion of {0} for bash. Made by "{0} completion bash".
 _{0}() {{
-    local current="${{COMP_WORDS[COMP_CWORD]}}" command="" options="{2}" i
+    local current="${{COMP_WORDS[COMP_CWORD]}}" previous="${{COMP_WORDS[COMP_CWORD - 1]}}"
+    local commands="{1}" command="" options="{2}" words="" i
     for ((i = 1; i < COMP_CWORD; ++i)); do
         if [[ "${{COMP_WORDS[i]}}" != -* ]]; then
             command="${{COMP_WORDS[i]}}"
@@ -20,10 +21,14 @@ _{0}() {{
     done
     case "$command" in
 {3}    esac
+    case "$command $previous" in
+{4}    esac
     if [[ "$current" == -* && "$current" != - ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
     elif [[ -z "$command" ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "{1}" -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$current")
+    elif [[ -n "$words" ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
     else
         mapfile -t COMPREPLY < <(compgen -f -- "$current")
     fi
@@ -31,38 +36,62 @@ _{0}() {{
 complete -o filenames -F _{0} {0}
 )";
 
-std::vector<CommandHelp> shownCommands(const CommandHelp& program) {
-    auto shown = program.commands;
-    std::erase_if(shown, [](const auto& command) { return command.isHidden; });
-    return shown;
+// The words that an argument of a command takes; empty for files.
+std::string wordsOf(const CommandHelp& command) {
+    for (const auto& argument : command.arguments) {
+        if (argument.value == ValueKind::Choice) {
+            return fmt::format("{}", fmt::join(argument.choices, " "));
+        }
+        if (argument.value == ValueKind::Command) {
+            return "$commands";
+        }
+    }
+    return "";
 }
 
-std::string joinedNames(const std::vector<CommandHelp>& commands) {
-    std::vector<std::string> names;
-    names.reserve(commands.size());
-    for (const auto& command : commands) {
-        names.push_back(command.name);
-    }
-    return fmt::format("{}", fmt::join(names, " "));
+std::string commandLine(const CommandHelp& command) {
+    const auto words = wordsOf(command);
+    return fmt::format("    {}) options=\"{}\"{} ;;\n", command.name, fmt::join(command.optionNames(), " "),
+                       words.empty() ? "" : fmt::format(" words=\"{}\"", words));
 }
 
-std::string joinedOptions(const CommandHelp& level) {
-    std::vector<std::string> names;
-    for (const auto& option : level.options) {
-        names.insert(names.end(), option.names.begin(), option.names.end());
+std::string valueAction(const OptionHelp& option) {
+    switch (option.value) {
+    case ValueKind::Choice:
+        return fmt::format("mapfile -t COMPREPLY < <(compgen -W \"{}\" -- \"$current\")",
+                           fmt::join(option.choices, " "));
+    case ValueKind::File:
+        return "mapfile -t COMPREPLY < <(compgen -f -- \"$current\")";
+    case ValueKind::Folder:
+        return "mapfile -t COMPREPLY < <(compgen -d -- \"$current\")";
+    default:
+        return "COMPREPLY=()";
     }
-    return fmt::format("{}", fmt::join(names, " "));
+}
+
+std::string valueLines(const CommandHelp& command) {
+    std::string lines;
+    for (const auto& option : command.options) {
+        if (option.value != ValueKind::None) {
+            lines += fmt::format("    \"{0} {1}\") {2}; return ;;\n", command.name,
+                                 fmt::join(option.names, fmt::format("\" | \"{} ", command.name)),
+                                 valueAction(option));
+        }
+    }
+    return lines;
 }
 
 } // namespace
 
 std::string bashCompletion(const CommandHelp& program) {
-    const auto commands = shownCommands(program);
-    std::string cases;
-    for (const auto& command : commands) {
-        cases += fmt::format("    {}) options=\"{}\" ;;\n", command.name, joinedOptions(command));
+    std::string commandCases;
+    std::string valueCases;
+    for (const auto& command : program.commands) {
+        commandCases += commandLine(command);
+        valueCases += valueLines(command);
     }
-    return fmt::format(Script, program.name, joinedNames(commands), joinedOptions(program), cases);
+    return fmt::format(Script, program.name, fmt::join(program.commandNames(), " "),
+                       fmt::join(program.optionNames(), " "), commandCases, valueCases);
 }
 
 } // namespace MoxTool

@@ -6,7 +6,7 @@
 
 namespace MoxTool {
 
-/// A script for bash that completes the program's commands, the options of each, and file names.
+/// A script for bash that completes the commands of the program, the options of each, and their values.
 std::string bashCompletion(const CommandHelp& program);
 
 } // namespace MoxTool

@@ -68,13 +68,13 @@ void DiffCommand::addOptions(CommandLine& line) {
     line.add("--rel", options_.tolerance.relative, "What part of the larger one floats may differ by; else 0")
         .typeName("NUMBER")
         .check(requireTolerance);
-    line.add("--step", options_.steps.text,
+    line.add("-s,--step", options_.steps.text,
              std::string("Of the datasets with steps compare only those of these; ") + StepChoice::Syntax)
         .typeName("STEP");
     line.addFlag("--links", options_.links,
                  "Report also which datasets share their numbers in one file alone");
     line.addFlag("--date", options_.date, "Report also if the dates of saving differ");
-    const auto json = line.addFlag("--json", asJson_, "Write JSON");
+    const auto json = line.addFlag("-j,--json", asJson_, "Write JSON");
     line.addFlag("-q,--quiet", quiet_, "Write nothing; the exit code says it").excludes({json});
     line.addFlag(WorkLimit::Option, options_.noLimit, WorkLimit::Help);
     line.setCheck([this] {

@@ -2,7 +2,6 @@
 
 #include "../common/JsonStream.h"
 #include "../common/datasetText.h"
-#include "../common/nodePath.h"
 #include "../common/numberText.h"
 #include "../common/visibleText.h"
 
@@ -82,15 +81,14 @@ void DifferenceReport::writeJson(const std::vector<Difference>& differences,
 }
 
 std::string DifferenceReport::pathOf(const Difference& difference) const {
-    return difference.idA != 0 ? nodePath(fileA_.model(), difference.idA)
-                               : nodePath(fileB_.model(), difference.idB);
+    return difference.idA != 0 ? pathsA_.of(difference.idA) : pathsB_.of(difference.idB);
 }
 
 std::string DifferenceReport::placeText(const Difference& difference) const {
     if (!isOfNode(difference)) {
         return "file";
     }
-    const auto path = visibleText(pathOf(difference));
+    const auto path = pathOf(difference);
     return difference.dataset == nullptr ? path : path + ", " + datasetTitle(*difference.dataset);
 }
 
@@ -110,7 +108,7 @@ std::string DifferenceReport::bodyText(const Difference& difference) const {
 Json DifferenceReport::json(const Difference& difference) const {
     Json entry = {{"what", jsonText(difference.what)}};
     if (isOfNode(difference)) {
-        entry["node"] = jsonText(pathOf(difference));
+        entry["node"] = pathOf(difference);
     }
     if (difference.idA != 0) {
         entry["idA"] = difference.idA;

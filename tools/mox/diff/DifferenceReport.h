@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../common/NodePaths.h"
 #include "../common/NumberFile.h"
 #include "Difference.h"
 #include "Tolerance.h"
@@ -13,7 +14,8 @@ namespace MoxTool {
 class DifferenceReport {
 public:
     /// @param a,b Must outlive this object.
-    DifferenceReport(const NumberFile& fileA, const NumberFile& fileB) : fileA_(fileA), fileB_(fileB) {}
+    DifferenceReport(const NumberFile& fileA, const NumberFile& fileB)
+        : fileA_(fileA), fileB_(fileB), pathsA_(fileA.model().nodes()), pathsB_(fileB.model().nodes()) {}
 
     /// One line for each, such as: /car/door, Displacement, step "Load 1": numbers: 2 of 24 differ, ...
     void writeText(const std::vector<Difference>& differences) const;
@@ -30,6 +32,8 @@ private:
 
     const NumberFile& fileA_;
     const NumberFile& fileB_;
+    NodePaths pathsA_;
+    NodePaths pathsB_;
 };
 
 } // namespace MoxTool

@@ -3,7 +3,6 @@
 #include "../common/Failure.h"
 #include "../common/WorkLimit.h"
 #include "../common/datasetText.h"
-#include "../common/nodePath.h"
 #include "compareProperties.h"
 #include "matchInOrder.h"
 
@@ -59,13 +58,16 @@ const MoxReader::Attributes& attributesOf(const Dataset& dataset, const Dataset&
     return dataset.attributes.empty() ? holder.attributes : dataset.attributes;
 }
 
+using PathForm = std::string (NodePaths::*)(std::uint32_t) const;
+
 // Only for links that lead to a holder, so that their targets are known to exist.
-std::optional<Json> linkTarget(const Model& model, const Dataset& dataset) {
+std::optional<Json> linkTarget(const Model& model, const NodePaths& paths, const Dataset& dataset,
+                               PathForm form) {
     if (!dataset.isLink) {
         return std::nullopt;
     }
     const auto& target = model.node(dataset.linkNodeId).geometry()->datasets[dataset.linkIndex];
-    return Json{{"node", jsonText(nodePath(model, dataset.linkNodeId))},
+    return Json{{"node", (paths.*form)(dataset.linkNodeId)},
                 {"dataset", jsonText(target.name)},
                 {"step", jsonText(target.step)}};
 }
@@ -80,6 +82,8 @@ ModelComparison::ModelComparison(NumberFile& fileA, NumberFile& fileB, const Com
       stepsB_(options.steps, fileB.model(), fileB.path()),
       options_(options),
       messages_(messages),
+      pathsA_(fileA.model().nodes()),
+      pathsB_(fileB.model().nodes()),
       list_(options.tolerance) {}
 
 std::vector<Difference> ModelComparison::run() {
@@ -170,11 +174,12 @@ void ModelComparison::compareDatasets(const Dataset& a, const Dataset& b) {
     compareHolders(holderA, holderB);
 }
 
+// Compares names alone, since a path can have an id.
 void ModelComparison::compareLinks(const Dataset& a, const Dataset& b) {
-    auto targetA = linkTarget(fileA_.model(), a);
-    auto targetB = linkTarget(fileB_.model(), b);
-    if (targetA != targetB) {
-        list_.add("link", std::move(targetA), std::move(targetB));
+    const auto targetA = [&](PathForm form) { return linkTarget(fileA_.model(), pathsA_, a, form); };
+    const auto targetB = [&](PathForm form) { return linkTarget(fileB_.model(), pathsB_, b, form); };
+    if (targetA(&NodePaths::namesTo) != targetB(&NodePaths::namesTo)) {
+        list_.add("link", targetA(&NodePaths::of), targetB(&NodePaths::of));
     }
 }
 

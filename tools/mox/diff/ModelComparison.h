@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../common/NodePaths.h"
 #include "../common/NumberFile.h"
 #include "../common/StepFilter.h"
 #include "../common/Terminal.h"
@@ -58,6 +59,8 @@ private:
     StepFilter stepsB_;
     ComparisonOptions options_;
     Terminal& messages_;
+    NodePaths pathsA_;
+    NodePaths pathsB_;
     DifferenceList list_;
     std::vector<Task> tasks_;
 };

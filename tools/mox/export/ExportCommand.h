@@ -4,6 +4,8 @@
 #include "../common/ConversionSummary.h"
 #include "ExportRequest.h"
 
+#include <string>
+
 namespace MoxTool {
 
 /// `mox export FILE OUT`: writes a saved model in the format of another program.
@@ -20,6 +22,7 @@ private:
 
     ExportRequest request_;
     bool verbose_ = false;
+    std::string format_; ///< Empty if the name of the output decides.
 };
 
 } // namespace MoxTool

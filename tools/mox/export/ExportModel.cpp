@@ -2,6 +2,7 @@
 
 #include "../common/StepFilter.h"
 #include "../common/visibleText.h"
+#include "ExportChoice.h"
 #include "MeshCollector.h"
 #include "ResultCollector.h"
 #include "listSkippedTreeContent.h"
@@ -15,20 +16,23 @@ namespace MoxTool {
 ExportModel::ExportModel(const ExportRequest& request)
     : opened_(request.input),
       heavy_(opened_.file(), opened_.model()),
-      conversion_(request.output),
+      conversion_(request.shownOutput()),
       limit_(request.input, opened_.file().size(), request.noLimit) {
     explainErrors(request.input, [&] { read(request); });
 }
 
 void ExportModel::read(const ExportRequest& request) {
-    parts_ = MeshCollector(request.input, model(), heavy_, conversion_, limit_).collect();
+    const ExportChoice choice(model(), request);
+    parts_ = MeshCollector(request.input, model(), choice, heavy_, conversion_, limit_).collect();
     meshBytes_ = limit_.total();
     if (parts_.parts.empty()) {
         throw Failure(request.input,
-                      "has no geometry with Coordinates, Connectivity and Polylength to export");
+                      std::string(request.parts.empty() ? "has" : "these parts have") +
+                          " no geometry with Coordinates, Connectivity and Polylength to export");
     }
-    contents_ = ResultCollector(model(), parts_, conversion_).collect();
-    listSkippedTreeContent(model(), conversion_);
+    choice.requireMatches(model());
+    contents_ = ResultCollector(model(), choice, parts_, conversion_).collect();
+    listSkippedTreeContent(model(), choice, conversion_);
     chooseSteps(request);
     limitResults();
     conversion_.shapes = static_cast<std::int64_t>(parts_.parts.size());

@@ -68,10 +68,11 @@ const ElementShape& shapeOf(int dimension, std::size_t nodes) {
 
 } // namespace
 
-MeshCollector::MeshCollector(std::string path, const MoxReader::Model& model, MoxReader::HeavyData& heavy,
-                             ConversionSummary& summary, WorkLimit& limit)
+MeshCollector::MeshCollector(std::string path, const MoxReader::Model& model, const ExportChoice& choice,
+                             MoxReader::HeavyData& heavy, ConversionSummary& summary, WorkLimit& limit)
     : path_(std::move(path)),
       model_(model),
+      choice_(choice),
       heavy_(heavy),
       summary_(summary),
       limit_(limit),
@@ -80,7 +81,7 @@ MeshCollector::MeshCollector(std::string path, const MoxReader::Model& model, Mo
 ExportMesh MeshCollector::collect() {
     std::vector<std::string> incomplete;
     for (const auto& node : model_.nodes()) {
-        if (node.geometry() == nullptr) {
+        if (node.geometry() == nullptr || !choice_.takesNode(node)) {
             continue;
         }
         if (isComplete(node)) {
@@ -120,7 +121,7 @@ std::size_t MeshCollector::nodesOf(const Node& geometry, const Dataset& coordina
     const auto& transform = transforms_[geometry.id - 1];
     std::copy_n(transform.matrix().data(), matrix.size(), matrix.begin());
     for (const auto& dataset : geometry.geometry()->datasets) {
-        if (isNodalResult(dataset)) {
+        if (isNodalResult(dataset) && choice_.takesDataset(dataset)) {
             results.emplace(dataset.key, &model_.resolve(dataset));
         }
     }

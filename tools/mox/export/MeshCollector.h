@@ -2,6 +2,7 @@
 
 #include "../common/ConversionSummary.h"
 #include "../common/WorkLimit.h"
+#include "ExportChoice.h"
 #include "ExportMesh.h"
 
 #include <MoxReader/HeavyData.h>
@@ -14,17 +15,17 @@
 
 namespace MoxTool {
 
-/// Collects the geometries of a model into one mesh.
+/// Collects the wanted geometries of a model into one mesh.
 ///
 /// Geometries share nodes if they share their coordinates and all results on nodes and are at the same place
 /// in the assembly; otherwise each gets its own copy of the nodes. Elements keep their order, except that a
 /// geometry with elements of several lengths is split by length. The transforms of groups are applied.
 class MeshCollector {
 public:
-    /// @param file  The model's file, as the user named it. All others must outlive the collector.
+    /// @param file The model's file, as the user named it. All others must outlive the collector.
     /// @param limit Counts the numbers of the mesh.
-    MeshCollector(std::string file, const MoxReader::Model& model, MoxReader::HeavyData& heavy,
-                  ConversionSummary& summary, WorkLimit& limit);
+    MeshCollector(std::string file, const MoxReader::Model& model, const ExportChoice& choice,
+                  MoxReader::HeavyData& heavy, ConversionSummary& summary, WorkLimit& limit);
 
     /// To be called once.
     /// @throws Failure beyond the limit, if elements refer to nodes that do not exist and the like; MoxReader::Error.
@@ -48,6 +49,7 @@ private:
 
     std::string path_;
     const MoxReader::Model& model_;
+    const ExportChoice& choice_;
     MoxReader::HeavyData& heavy_;
     ConversionSummary& summary_;
     WorkLimit& limit_;

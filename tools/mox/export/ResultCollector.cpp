@@ -3,6 +3,7 @@
 #include "../common/attributeValue.h"
 #include "../common/datasetText.h"
 #include "../mesh/AttributeNames.h"
+#include "../mesh/columnNames.h"
 #include "../mesh/meshDatasets.h"
 
 #include <MoxReader/Format.h>
@@ -17,18 +18,6 @@ using MoxReader::Dataset;
 
 namespace {
 
-std::vector<std::string> componentsOf(const Dataset& holder) {
-    std::vector<std::string> components;
-    for (;;) {
-        auto name = textAttribute(holder.attributes,
-                                  AttributeNames::numbered(AttributeNames::Component, components.size() + 1));
-        if (name.empty() || components.size() == holder.width) {
-            return components;
-        }
-        components.push_back(std::move(name));
-    }
-}
-
 bool fitsItsType(const Dataset& dataset, const Dataset& holder) {
     const auto* type = MoxReader::Format::findVariableType(dataset.variableType);
     return type != nullptr && holder.width == type->width;
@@ -41,9 +30,9 @@ struct FoundStep {
 
 } // namespace
 
-ResultCollector::ResultCollector(const MoxReader::Model& model, const ExportMesh& mesh,
-                                 ConversionSummary& summary)
-    : model_(model), mesh_(mesh), summary_(summary) {}
+ResultCollector::ResultCollector(const MoxReader::Model& model, const ExportChoice& choice,
+                                 const ExportMesh& mesh, ConversionSummary& summary)
+    : model_(model), choice_(choice), mesh_(mesh), summary_(summary) {}
 
 ExportResults ResultCollector::collect() {
     collectSteps();
@@ -60,7 +49,8 @@ void ResultCollector::collectSteps() {
     std::vector<FoundStep> found;
     for (const auto& part : mesh_.parts) {
         for (const auto& dataset : part.geometry->geometry()->datasets) {
-            if (dataset.step.empty() || resultPlaceOf(dataset) == ResultPlace::Nowhere) {
+            if (dataset.step.empty() || resultPlaceOf(dataset) == ResultPlace::Nowhere ||
+                !choice_.takesDataset(dataset)) {
                 continue;
             }
             const auto& holder = model_.resolve(dataset);
@@ -88,7 +78,7 @@ void ResultCollector::addPart(std::size_t partIndex) {
     const std::set meshDatasets = {findCoordinates(geometry), findConnectivity(geometry),
                                    findPolylength(geometry)};
     for (const auto& dataset : geometry.geometry()->datasets) {
-        if (!meshDatasets.contains(&dataset)) {
+        if (!meshDatasets.contains(&dataset) && choice_.takesDataset(dataset)) {
             addDataset(partIndex, dataset);
         }
     }
@@ -120,7 +110,7 @@ std::size_t ResultCollector::fieldOf(const Dataset& dataset, const Dataset& hold
     field.width = holder.width;
     field.isInteger = holder.elementTag == MoxReader::Format::UnsignedTag;
     field.isStatic = dataset.step.empty();
-    field.components = componentsOf(holder);
+    field.components = componentNames(holder);
     const FieldKey key{field.place,       field.name,     (field.variableType << 8U) | holder.width,
                        holder.elementTag, field.isStatic, field.components};
     const auto [place, isNew] = fieldPlaces_.emplace(key, results_.fields.size());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../common/ConversionSummary.h"
+#include "ExportChoice.h"
 #include "ExportResults.h"
 
 #include <cstdint>
@@ -11,11 +12,12 @@
 
 namespace MoxTool {
 
-/// Finds all results of a mesh and their steps, and notes the datasets that are not results.
+/// Finds the wanted results of a mesh and their steps, and notes the datasets that are not results.
 class ResultCollector {
 public:
     /// All must outlive the collector.
-    ResultCollector(const MoxReader::Model& model, const ExportMesh& mesh, ConversionSummary& summary);
+    ResultCollector(const MoxReader::Model& model, const ExportChoice& choice, const ExportMesh& mesh,
+                    ConversionSummary& summary);
 
     /// To be called once. @throws MoxReader::Error for links that lead nowhere.
     ExportResults collect();
@@ -31,6 +33,7 @@ private:
     void listSkipped();
 
     const MoxReader::Model& model_;
+    const ExportChoice& choice_;
     const ExportMesh& mesh_;
     ConversionSummary& summary_;
     std::map<std::string, std::size_t> stepPlaces_;

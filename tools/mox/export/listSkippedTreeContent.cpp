@@ -49,11 +49,15 @@ void addSkipped(ConversionSummary& summary, const char* kind, const Names& names
 
 } // namespace
 
-void listSkippedTreeContent(const MoxReader::Model& model, ConversionSummary& summary) {
+void listSkippedTreeContent(const MoxReader::Model& model, const ExportChoice& choice,
+                            ConversionSummary& summary) {
     std::int64_t groups = 0;
     std::int64_t materials = 0;
     Names nodeSets, groupKeys, datasetKeys;
     for (const auto& node : model.nodes()) {
+        if (!choice.takesNode(node)) {
+            continue;
+        }
         if (const auto* group = node.group()) {
             groups += node.parent == 0 ? 0 : 1;
             addKeys(group->attributes, groupKeys);

@@ -2,10 +2,11 @@
 
 #include "../common/OutputFolder.h"
 #include "../common/datasetText.h"
-#include "../common/nodePath.h"
 #include "../common/writeFile.h"
+#include "../mesh/columnNames.h"
+#include "NumberTable.h"
 #include "safeFileName.h"
-#include "writeNumbers.h"
+#include "writeTables.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -28,9 +29,14 @@ std::string pathIn(const std::string& folder, const std::string& name) {
 
 } // namespace
 
-FolderExtraction::FolderExtraction(NumberFile& file, StepFilter steps, std::string formatName,
+FolderExtraction::FolderExtraction(NumberFile& file, StepFilter steps, std::string formatName, bool header,
                                    Terminal& messages)
-    : file_(file), steps_(std::move(steps)), formatName_(std::move(formatName)), messages_(messages) {}
+    : file_(file),
+      steps_(std::move(steps)),
+      paths_(file.model().nodes()),
+      formatName_(std::move(formatName)),
+      header_(header),
+      messages_(messages) {}
 
 void FolderExtraction::writeTo(const std::string& name) {
     OutputFolder folder(name);
@@ -45,10 +51,12 @@ void FolderExtraction::writeDatasets(const std::string& folder) const {
     const auto holders = holdersByPosition();
     for (std::size_t i = 0; i < holders.size(); ++i) {
         messages_.progress("extracting", static_cast<double>(i) / static_cast<double>(holders.size()));
-        const auto numbers = file_.read(*holders[i]);
-        const auto name = fileName(*holders[i]);
+        const auto& holder = *holders[i];
+        const std::vector<NumberTable> tables = {
+            {columnNames(holder.name, holder), file_.read(holder), holder.width}};
+        const auto name = fileName(holder);
         writeFile(pathIn(folder, name), name,
-                  [&](std::ostream& out) { writeNumbers(out, numbers, holders[i]->width, format); });
+                  [&](std::ostream& out) { writeTables(out, tables, format, header_); });
     }
     messages_.clearProgress();
 }
@@ -100,7 +108,7 @@ void FolderExtraction::writeIndex(const std::string& folder) const {
 Json FolderExtraction::indexEntry(const Node& node, const Dataset& dataset) const {
     const auto& holder = file_.holder(dataset);
     Json entry = {{"file", fileName(holder)},
-                  {"node", jsonText(nodePath(file_.model(), node.id))},
+                  {"node", paths_.of(node.id)},
                   {"id", node.id},
                   {"name", jsonText(dataset.name)}};
     if (!dataset.step.empty()) {

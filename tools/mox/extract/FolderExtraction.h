@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../common/NodePaths.h"
 #include "../common/NumberFile.h"
 #include "../common/StepFilter.h"
 #include "../common/Terminal.h"
@@ -22,7 +23,9 @@ public:
     /// @param source Must outlive this object.
     /// @param steps  Which datasets to take.
     /// @param format The format of all files, by its name in NumberFormats.
-    FolderExtraction(NumberFile& file, StepFilter steps, std::string formatName, Terminal& messages);
+    /// @param header Whether files of Csv begin with the names of their columns.
+    FolderExtraction(NumberFile& file, StepFilter steps, std::string formatName, bool header,
+                     Terminal& messages);
 
     /// @param name The path of a folder that must not exist; it appears when it is complete.
     /// @throws Failure
@@ -37,7 +40,9 @@ private:
 
     NumberFile& file_;
     StepFilter steps_;
+    NodePaths paths_;
     std::string formatName_;
+    bool header_;
     Terminal& messages_;
 };
 

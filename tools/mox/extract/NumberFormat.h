@@ -7,7 +7,7 @@ namespace MoxTool {
 
 /// A form in which the numbers of a dataset are written.
 enum class NumberFormat {
-    Csv, ///< One line for each item, commas between its components, no title; each number reads back equal.
+    Csv, ///< One line for each item, commas between its components; each number reads back equal.
     Npy, ///< NumPy's array file, version 1.0: `<f4` or `<u4`, of shape (items,) or (items, components).
     Raw, ///< The numbers alone, four bytes each, lowest first, item by item.
 };

@@ -1,8 +1,9 @@
 #include "findDataset.h"
 
+#include "../common/NodePaths.h"
 #include "../common/StepFilter.h"
 #include "../common/datasetText.h"
-#include "../common/nodePath.h"
+#include "../common/geometryOf.h"
 #include "../common/visibleText.h"
 
 #include <fmt/format.h>
@@ -18,7 +19,7 @@ using MoxReader::Node;
 
 constexpr std::size_t MaxListed = 10;
 
-const Node& chosenNode(const NumberFile& file, const DatasetChoice& choice) {
+const Node& chosenNode(const NumberFile& file, const NodePaths& paths, const DatasetChoice& choice) {
     const auto& model = file.model();
     if (choice.id > model.nodes().size()) {
         throw Failure(file.path(), fmt::format("has no node {}; mox tree shows all ids", choice.id));
@@ -26,20 +27,20 @@ const Node& chosenNode(const NumberFile& file, const DatasetChoice& choice) {
     if (choice.id != 0) {
         return model.node(choice.id);
     }
-    if (const auto* node = findNode(model, choice.path, choice.separator)) {
+    if (const auto* node = paths.find(choice.path)) {
         return *node;
     }
     throw Failure(file.path(),
                   fmt::format("has no node \"{}\"; mox tree shows all nodes", visibleText(choice.path)));
 }
 
-const Node& chosenGeometry(const NumberFile& file, const DatasetChoice& choice) {
-    const auto& node = chosenNode(file, choice);
+const Node& chosenGeometry(const NumberFile& file, const NodePaths& paths, const DatasetChoice& choice) {
+    const auto& node = chosenNode(file, paths, choice);
     if (const auto* geometry = geometryOf(file.model(), node)) {
         return *geometry;
     }
-    throw Failure(file.path(), fmt::format("node {} \"{}\" has no datasets; name a shape or its geometry",
-                                           node.id, visibleText(node.name)));
+    throw Failure(file.path(),
+                  fmt::format("{} has no datasets; name a shape or its geometry", paths.of(node.id)));
 }
 
 std::string chosenStep(const NumberFile& file, const DatasetChoice& choice) {
@@ -85,7 +86,8 @@ std::string whatThereIs(const std::vector<Dataset>& datasets, const std::string&
 
 const Dataset& findDataset(const NumberFile& file, const DatasetChoice& choice) {
     const auto step = chosenStep(file, choice);
-    const auto& geometry = chosenGeometry(file, choice);
+    const NodePaths paths(file.model().nodes());
+    const auto& geometry = chosenGeometry(file, paths, choice);
     const auto& datasets = geometry.geometry()->datasets;
     for (const auto& dataset : datasets) {
         if (dataset.name == choice.name && dataset.step == step) {
@@ -94,9 +96,8 @@ const Dataset& findDataset(const NumberFile& file, const DatasetChoice& choice) 
     }
     const auto asked = step.empty() ? "without a step" : fmt::format("of step \"{}\"", visibleText(step));
     throw Failure(file.path(),
-                  fmt::format("{} has no dataset \"{}\" {}; {}",
-                              visibleText(nodePath(file.model(), geometry.id)), visibleText(choice.name),
-                              asked, whatThereIs(datasets, choice.name)));
+                  fmt::format("{} has no dataset \"{}\" {}; {}", paths.of(geometry.id),
+                              visibleText(choice.name), asked, whatThereIs(datasets, choice.name)));
 }
 
 } // namespace MoxTool

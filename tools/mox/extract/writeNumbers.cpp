@@ -1,9 +1,6 @@
 #include "writeNumbers.h"
 
-#include "../common/numberText.h"
 #include "npyHeader.h"
-
-#include <fmt/format.h>
 
 #include <bit>
 #include <string>
@@ -13,14 +10,6 @@ namespace MoxTool {
 namespace {
 
 constexpr std::size_t PieceSize = 65536; ///< Bytes that are collected before they are written.
-
-void appendText(std::string& piece, float number) {
-    piece += numberText(number);
-}
-
-void appendText(std::string& piece, std::uint32_t number) {
-    piece += fmt::format_int(number).c_str();
-}
 
 template <typename T>
 void appendBytes(std::string& piece, T number) {
@@ -35,12 +24,11 @@ void put(std::ostream& out, std::string& piece) {
     piece.clear();
 }
 
-/// @param append Called with the piece, a number and its place; adds the number's form to the piece.
-template <typename T, typename Append>
-void writeEach(std::ostream& out, const std::vector<T>& numbers, Append append) {
+template <typename T>
+void writeRaw(std::ostream& out, const std::vector<T>& numbers) {
     std::string piece;
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        append(piece, numbers[i], i);
+    for (const T number : numbers) {
+        appendBytes(piece, number);
         if (piece.size() >= PieceSize) {
             put(out, piece);
         }
@@ -48,35 +36,14 @@ void writeEach(std::ostream& out, const std::vector<T>& numbers, Append append) 
     put(out, piece);
 }
 
-template <typename T>
-void writeCsv(std::ostream& out, const std::vector<T>& numbers, std::uint8_t width) {
-    writeEach(out, numbers, [width](std::string& piece, T number, std::size_t i) {
-        appendText(piece, number);
-        piece += (i + 1) % width == 0 ? '\n' : ',';
-    });
-}
-
-template <typename T>
-void writeRaw(std::ostream& out, const std::vector<T>& numbers) {
-    writeEach(out, numbers, [](std::string& piece, T number, std::size_t) { appendBytes(piece, number); });
-}
-
-template <typename T>
-void writeAs(std::ostream& out, const std::vector<T>& numbers, std::uint8_t width, NumberFormat format) {
-    if (format == NumberFormat::Csv) {
-        return writeCsv(out, numbers, width);
-    }
-    if (format == NumberFormat::Npy) {
-        out << npyHeader(std::is_same_v<T, float> ? "<f4" : "<u4", width == 0 ? 0 : numbers.size() / width,
-                         width);
-    }
-    writeRaw(out, numbers);
-}
-
 } // namespace
 
-void writeNumbers(std::ostream& out, const Numbers& numbers, std::uint8_t width, NumberFormat format) {
-    std::visit([&](const auto& values) { writeAs(out, values, width, format); }, numbers);
+void writeNumbers(std::ostream& out, const NumberTable& table, NumberFormat format) {
+    if (format == NumberFormat::Npy) {
+        const bool areFloats = std::holds_alternative<std::vector<float>>(table.numbers);
+        out << npyHeader(areFloats ? "<f4" : "<u4", table.rows(), static_cast<std::uint8_t>(table.width));
+    }
+    std::visit([&](const auto& numbers) { writeRaw(out, numbers); }, table.numbers);
 }
 
 } // namespace MoxTool

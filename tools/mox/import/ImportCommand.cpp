@@ -8,7 +8,7 @@
 #include "cgns/importCgns.h"
 #include "exodus/importExodus.h"
 #include "gmsh/importGmsh.h"
-#include "model/StepChoice.h"
+#include "model/StepRanges.h"
 
 #include <cstdint>
 
@@ -41,7 +41,7 @@ Examples:
   mox import bracket.e bracket.mox
   mox import --overwrite modes.exo modes.mox
   mox import --check wing.cgns wing.mox
-  mox import --block 'web*' --variable 'stress_*' --step 7- bracket.e end.mox
+  mox import --block 'web*' --variable 'stress_*' --step 7:last bracket.e end.mox
   mox import horn.msh horn.mox)";
 
 using Importer = ConversionSummary (*)(const ImportRequest&, Terminal&);
@@ -86,7 +86,7 @@ std::optional<Command::Example> ImportCommand::example() const {
 void ImportCommand::addOptions(CommandLine& line) {
     line.add("MODEL", request_.input, "The Exodus II, CGNS or Gmsh .msh file to read").required();
     line.add("OUT.mox", request_.output, "The file to write").required();
-    line.addFlag("--overwrite", request_.overwrite, "Replace OUT.mox if it exists; else that is an error");
+    line.addFlag("-f,--overwrite", request_.overwrite, "Replace OUT.mox if it exists; else that is an error");
     line.addFlag("--check", request_.check,
                  "Check the result as mox check does, before it gets its name; an error ends the import");
     line.add("--compressor", compressor_,
@@ -102,14 +102,15 @@ void ImportCommand::addOptions(CommandLine& line) {
     line.add("--variable", request_.variables, "Take this variable, by its name in MODEL; likewise")
         .typeName("NAME")
         .repeatable();
-    line.add("--step", request_.steps, "Take these steps, by their numbers from 1 (3, 2-5, 7-); likewise")
+    line.add("-s,--step", request_.steps,
+             "Take these steps, by their numbers from 1, such as 3, 2:5 or 7:last; likewise")
         .typeName("RANGE")
         .repeatable()
-        .check(StepChoice::problemOf);
+        .check(StepRanges::problemOf);
     line.add("--memory", memory_,
              "The most memory for reading MODEL, in MiB; 0 for any amount, else that of the machine")
         .typeName("MIB");
-    line.addFlag("--verbose", verbose_, "List all names of what is not taken, not only the first ten");
+    line.addFlag("-v,--verbose", verbose_, "List all names of what is not taken, not only the first ten");
     line.setDetails(Details);
 }
 

@@ -2,6 +2,8 @@
 
 #include "../common/CommandLine.h"
 #include "../common/Failure.h"
+#include "../common/UsageError.h"
+#include "../common/unknownCommand.h"
 #include "ManPage.h"
 
 #include <fmt/format.h>
@@ -13,7 +15,9 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details = R"(The pages are in the language of man(1).
+constexpr const char* Details =
+    R"(The page is in the language of man(1), which shows it as in the first example. Where mox is installed
+with its package, "man mox-import" shows the same.
 
 Examples:
   mox man import | man -l -
@@ -33,10 +37,12 @@ void writePage(const std::filesystem::path& folder, const ManPage& page) {
 
 void ManCommand::addOptions(CommandLine& line) {
     program_ = line.programHelp();
-    line.hide();
     const auto page = line.add("COMMAND", command_, "The command; without it the page of mox itself");
-    line.add("--all", folder_, "Write all pages into this existing folder instead").excludes({page});
+    line.add("--all", folder_, "Write all pages into this existing folder instead")
+        .typeName("FOLDER")
+        .excludes({page});
     line.setDetails(Details);
+    line.setCheck([this] { pageOf(command_); });
 }
 
 int ManCommand::run(Terminal&) {
@@ -55,9 +61,7 @@ void ManCommand::writeAll() const {
     const auto help = program_();
     writePage(folder_, ManPage(help));
     for (const auto& shown : help.commands) {
-        if (!shown.isHidden) {
-            writePage(folder_, ManPage(shown));
-        }
+        writePage(folder_, ManPage(shown));
     }
 }
 
@@ -66,12 +70,10 @@ ManPage ManCommand::pageOf(const std::string& wanted) const {
     if (wanted.empty()) {
         return ManPage(help);
     }
-    for (const auto& known : help.commands) {
-        if (known.name == wanted) {
-            return ManPage(known);
-        }
+    if (const auto* known = help.command(wanted)) {
+        return ManPage(*known);
     }
-    throw Failure(wanted, "there is no such command; mox --help lists them");
+    throw UsageError(unknownCommand(help, wanted));
 }
 
 } // namespace MoxTool

@@ -8,8 +8,7 @@
 
 namespace MoxTool {
 
-/// `mox man`: the manual, made from what --help shows. Hidden from the list of commands; used by the build
-/// and by packagers.
+/// `mox man`: the manual, made from what --help shows. Used by the build and by packagers too.
 class ManCommand : public Command {
 public:
     std::string name() const override { return "man"; }

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <utility>
 
 namespace MoxTool {
@@ -33,10 +32,6 @@ std::string_view withoutEndingLines(std::string_view text) {
 
 std::string pageName(const CommandHelp& help) {
     return help.program.empty() ? help.name : help.program + "-" + help.name;
-}
-
-bool isShown(const CommandHelp& command) {
-    return !command.isHidden;
 }
 
 } // namespace
@@ -86,7 +81,7 @@ std::string ManPage::text() const {
 std::string ManPage::synopsis() const {
     const auto prefix = help_.program.empty() ? "" : help_.program + " ";
     auto line = fmt::format("\\fB{}{}\\fR [OPTIONS]", prefix, roffText(help_.name));
-    if (std::any_of(help_.commands.begin(), help_.commands.end(), isShown)) {
+    if (!help_.commands.empty()) {
         line += " COMMAND";
     }
     for (const auto& argument : help_.arguments) {
@@ -110,9 +105,7 @@ std::string ManPage::options() const {
 std::string ManPage::commands() const {
     std::string items;
     for (const auto& command : help_.commands) {
-        if (isShown(command)) {
-            items += item(command.name, command.description);
-        }
+        items += item(command.name, command.description);
     }
     return items;
 }
@@ -123,9 +116,7 @@ std::string ManPage::references() const {
     }
     std::string list;
     for (const auto& command : help_.commands) {
-        if (isShown(command)) {
-            list += (list.empty() ? "" : ", ") + roffText(pageName(command)) + "(1)";
-        }
+        list += (list.empty() ? "" : ", ") + roffText(pageName(command)) + "(1)";
     }
     return list + "\n";
 }

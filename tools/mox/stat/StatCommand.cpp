@@ -103,9 +103,9 @@ void StatCommand::addOptions(CommandLine& line) {
     line.add("--rows", rows_, "Rows of the tables by dataset and by step; 0 for all").showDefault();
     line.addFlag("--values", values_, "Minimum, maximum and mean of the numbers instead of bytes");
     line.addFlag("--steps", bySteps_, "With --values: a table for each step");
-    line.add("--step", chosen_.text, std::string("With --values: only these steps; ") + StepChoice::Syntax)
+    line.add("-s,--step", chosen_.text, std::string("With --values: only these steps; ") + StepChoice::Syntax)
         .typeName("STEP");
-    line.addFlag("--json", asJson_, "Write JSON, with all rows and bytes as whole numbers");
+    line.addFlag("-j,--json", asJson_, "Write JSON, with all rows and bytes as whole numbers");
     line.setCheck([this] { checkOptions(); });
     line.setDetails(Details);
 }

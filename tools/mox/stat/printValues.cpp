@@ -1,8 +1,8 @@
 #include "printValues.h"
 
+#include "../common/NodePaths.h"
 #include "../common/TextTable.h"
 #include "../common/datasetText.h"
-#include "../common/nodePath.h"
 #include "../common/numberText.h"
 #include "../common/stepText.h"
 #include "../common/visibleText.h"
@@ -113,8 +113,8 @@ bool hasSteps(const std::vector<ValueRow>& rows) {
     return std::ranges::any_of(rows, [](const ValueRow& row) { return !row.first->step.empty(); });
 }
 
-Json placeJson(const ValuePlace& place, const ModelSteps& steps, const MoxReader::Model& model) {
-    Json json = {{"node", jsonText(nodePath(model, place.node))}, {"id", place.node}, {"row", place.row}};
+Json placeJson(const ValuePlace& place, const ModelSteps& steps, const NodePaths& paths) {
+    Json json = {{"node", jsonText(paths.of(place.node))}, {"id", place.node}, {"row", place.row}};
     if (place.step != ValuePlace::NoStep) {
         json["step"] = jsonText(steps.all()[place.step].name);
     }
@@ -125,8 +125,7 @@ Json extremeJson(const ValueRow& row, double number) {
     return isInteger(row) ? Json(static_cast<std::uint32_t>(number)) : jsonNumber(static_cast<float>(number));
 }
 
-Json toJson(const ValueRow& row, std::size_t component, const ModelSteps& steps,
-            const MoxReader::Model& model) {
+Json toJson(const ValueRow& row, std::size_t component, const ModelSteps& steps, const NodePaths& paths) {
     const auto& tally = row.components[component];
     Json json = {{"dataset", jsonText(row.first->name)},
                  {"type", variableTypeText(*row.first)},
@@ -151,9 +150,9 @@ Json toJson(const ValueRow& row, std::size_t component, const ModelSteps& steps,
     json["infinite"] = tally.infinities;
     if (tally.finite() > 0) {
         json["min"] = extremeJson(row, tally.least);
-        json["minAt"] = placeJson(tally.leastAt, steps, model);
+        json["minAt"] = placeJson(tally.leastAt, steps, paths);
         json["max"] = extremeJson(row, tally.greatest);
-        json["maxAt"] = placeJson(tally.greatestAt, steps, model);
+        json["maxAt"] = placeJson(tally.greatestAt, steps, paths);
         json["mean"] = jsonNumber(tally.mean());
     }
     return json;
@@ -181,10 +180,11 @@ void printValues(std::FILE* out, const std::vector<ValueRow>& rows, const ModelS
 
 void printValues(JsonStream& out, const std::vector<ValueRow>& rows, const ModelSteps& steps,
                  const MoxReader::Model& model) {
+    const NodePaths paths(model.nodes());
     out.beginArray();
     for (const auto& row : rows) {
         for (std::size_t component = 0; component < row.components.size(); ++component) {
-            out.value(toJson(row, component, steps, model));
+            out.value(toJson(row, component, steps, paths));
         }
     }
     out.endArray();

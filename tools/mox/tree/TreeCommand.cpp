@@ -29,14 +29,15 @@ Examples:
 
 void TreeCommand::addOptions(CommandLine& line) {
     line.add("FILE", path_, "The file to read; - for stdin").required();
-    line.addFlag("--attributes", options_.attributes, "With the attributes of groups and datasets");
+    line.addFlag("-a,--attributes", options_.attributes, "With the attributes of groups and datasets");
     line.addFlag("--steps", options_.steps, "A line for each step of a dataset, with its time or frequency");
-    line.add("--step", options_.chosen.text,
+    line.add("-s,--step", options_.chosen.text,
              std::string("Only the datasets of these steps; ") + StepChoice::Syntax)
         .typeName("STEP");
     line.add("--depth", options_.depth, "Only so many levels; the root is the first").positive();
     line.add("--name", options_.pattern,
-             "Only nodes whose names match, with the way to them: * stands for any text, ? for a character");
+             "Only nodes whose names match, with the way to them: * stands for any text, ? for a character")
+        .typeName("PATTERN");
     line.setDetails(Details);
 }
 

@@ -57,11 +57,11 @@ TEST_F(CheckCommand, SaysThatASoundFileIsWhole) {
 TEST_F(CheckCommand, EndsWith1ForWarningsAndWith2IfTheyCountAsErrors) {
     const auto run = runMox({"check", warned});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(
-        run.output,
-        warned + ": warning 703 connectivity, node 3 /Root/Part/Part, dataset 1 \"Connectivity\": it names " +
-            "place 134678021, counted from 0, of 2 coordinates\n" + warned +
-            ": whole; 0 errors, 1 warning, 0 notes\n");
+    EXPECT_EQ(run.output,
+              warned +
+                  ": warning 703 connectivity, node 3 /Root/Part, dataset 1 \"Connectivity\": it names " +
+                  "place 134678021, counted from 0, of 2 coordinates\n" + warned +
+                  ": whole; 0 errors, 1 warning, 0 notes\n");
     EXPECT_EQ(runMox({"check", "-W", warned}).exitCode, 2);
 }
 
@@ -198,8 +198,7 @@ TEST_F(CheckCommand, FindsALinkToItself) {
     model.close();
     const auto run = runMox({"check", path});
     EXPECT_EQ(run.exitCode, 2);
-    EXPECT_NE(run.output.find("error 610 link cycle, node 3 /root/part/part, dataset 0 \"N\""),
-              std::string::npos)
+    EXPECT_NE(run.output.find("error 610 link cycle, node 3 /root/part, dataset 0 \"N\""), std::string::npos)
         << run.output;
 }
 

@@ -265,7 +265,7 @@ TEST(FileCheck, WarnsOnceOfConnectivityBeyondTheCoordinates) {
     ASSERT_EQ(rulesIn(findings), std::vector<int>{703});
     const auto& finding = findings.findings().front();
     EXPECT_EQ(finding.reason, "it names place 134678021, counted from 0, of 2 coordinates");
-    EXPECT_EQ(finding.place.path, "/Root/Part/Part");
+    EXPECT_EQ(finding.place.path, "/Root/Part");
     EXPECT_EQ(finding.place.dataset, 1u);
     EXPECT_EQ(finding.place.key, "Connectivity");
 }

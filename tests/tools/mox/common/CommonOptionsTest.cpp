@@ -39,6 +39,15 @@ TEST_F(CommonOptions, NoColorTakesTheColourFromErrorsAndOutput) {
     EXPECT_EQ(messages.text(), "mox info: /nowhere.mox: there is no such file\n");
 }
 
+TEST_F(CommonOptions, QuietLeavesOutNotesButNotErrors) {
+    Messages messages(false);
+    messages.terminal().hideNotes();
+    messages.terminal().note("a note");
+    messages.terminal().error("an error");
+    EXPECT_EQ(messages.text(), "an error\n");
+    EXPECT_NE(runMox({"info", "-q", "/nowhere.mox"}).messages, "");
+}
+
 TEST(TerminalOptions, DropColoursTakesThemFromBothStreams) {
     MoxTool::Terminal terminal(stderr, false, true, true);
     EXPECT_TRUE(terminal.outputColours());

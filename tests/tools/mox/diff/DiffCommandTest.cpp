@@ -173,7 +173,7 @@ TEST_F(DiffCommand, SiblingsOfOneNameArePairedInOrder) {
         addGroup(model, "g", {1, 0, 0});
         addGroup(model, "g", {3, 0, 0});
     });
-    expectDifferences(diff(), "/root/g: translation: [2.0,0.0,0.0] != [3.0,0.0,0.0]\n");
+    expectDifferences(diff(), "/root/g#4: translation: [2.0,0.0,0.0] != [3.0,0.0,0.0]\n");
 }
 
 TEST_F(DiffCommand, LinksEqualStoredNumbersUnlessAsked) {

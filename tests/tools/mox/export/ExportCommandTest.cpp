@@ -94,8 +94,9 @@ TEST_F(ExportCommand, HelpShowsFormatsAndExamples) {
 
 TEST_F(ExportCommand, UnknownExtensionIsWrongUsage) {
     expectRefused({model, folder.path("out.stl")},
-                  "OUT: " + folder.path("out.stl") +
-                      ": the extension must be .e, .exo, .ex2, .g, .vtu or .pvd (see mox export --help)",
+                  folder.path("out.stl") +
+                      ": the extension must be .e, .exo, .ex2, .g, .vtu or .pvd, or --format be given (see "
+                      "mox export --help)",
                   2);
     EXPECT_EQ(runMox({"export", model}).exitCode, 2);
 }
@@ -233,4 +234,74 @@ TEST_F(ExportCommand, ElementsOfNoKnownShapeAreNotedOnceWithWhatIsWritten) {
         << exodus.messages;
     const auto vtk = runMox({"export", folder.path("odd.mox"), folder.path("odd.vtu")});
     EXPECT_TRUE(vtk.says("note: elements of no known shape are loose points: 3 blocks\n")) << vtk.messages;
+}
+
+TEST_F(ExportCommand, FormatCanBeNamedWhateverTheExtension) {
+    EXPECT_EQ(runMox({"export", "--format", "vtu", "--step", "Load", model, folder.path("out.xml")}).exitCode,
+              0);
+    EXPECT_TRUE(folder.read("out.xml").starts_with("<?xml"));
+}
+
+TEST_F(ExportCommand, DashWritesTheSameVtuToStandardOutput) {
+    ASSERT_EQ(runMox({"export", "--step", "Load", model, folder.path("out.vtu")}).exitCode, 0);
+    const auto run = runMox({"export", "--step", "Load", model, "-"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.output == folder.read("out.vtu"));
+    EXPECT_TRUE(run.messages.starts_with("stdout: shapes: 2,")) << run.messages;
+    EXPECT_EQ(folder.files(), (Files{"model.mox", "out.vtu"}));
+}
+
+TEST_F(ExportCommand, QuietExportSaysNothing) {
+    const auto run = runMox({"export", "-q", "--step", "Load", model, folder.path("out.vtu")});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.messages, "");
+}
+
+TEST_F(ExportCommand, FormatsThatNoPipeTakesAreRefusedForStandardOutput) {
+    expectRefused(
+        {"--format", "exodus", model, "-"},
+        "Exodus II can't be written to stdout, since its library goes back and forth in a file (see mox "
+        "export --help)",
+        2);
+    expectRefused(
+        {"--format", "pvd", model, "-"},
+        "pvd can't be written to stdout, since it takes several files; choose vtu and a step (see mox "
+        "export --help)",
+        2);
+    expectRefused({model, "-"},
+                  "stdout: can't hold the model's 2 steps; name a .pvd file, or one step with --step");
+}
+
+TEST_F(ExportCommand, PartIsTakenWithAllBelowIt) {
+    const auto faces = runMox({"export", "-p", "/Assembly/Moved", model, folder.path("faces.vtu")});
+    EXPECT_EQ(faces.exitCode, 0);
+    EXPECT_TRUE(faces.says("shapes: 1, nodes: 6, elements: 3, steps: 0, datasets: 1\n")) << faces.messages;
+    const auto both = runMox({"export", "-p", "/Assembly/Moved/Faces", "--part", "/Assembly/Cube", "-s",
+                              "Load", model, folder.path("both.vtu")});
+    EXPECT_TRUE(both.says("shapes: 2, nodes: 14, elements: 4, steps: 1")) << both.messages;
+}
+
+TEST_F(ExportCommand, PartThatIsNotThereOrHasNoMeshIsRefused) {
+    expectRefused({"-p", "/Assembly/Moon", model, folder.path("out.vtu")},
+                  model + ": has no node \"/Assembly/Moon\"; mox tree shows all nodes");
+    expectRefused(
+        {"-p", "/Assembly/Empty", model, folder.path("out.vtu")},
+        model + ": these parts have no geometry with Coordinates, Connectivity and Polylength to export");
+}
+
+TEST_F(ExportCommand, DatasetsAreTakenByTheirNames) {
+    const auto run = runMox({"export", "-d", "Str*", "-d", "Thick?ess", model, folder.path("out.vtu")});
+    EXPECT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_TRUE(run.says("steps: 1, datasets: 2\n")) << run.messages;
+    const auto content = folder.read("out.vtu");
+    EXPECT_NE(content.find("Name=\"Stress\""), std::string::npos);
+    EXPECT_NE(content.find("Name=\"Thickness\""), std::string::npos);
+    EXPECT_EQ(content.find("Name=\"Displacement\""), std::string::npos);
+}
+
+TEST_F(ExportCommand, PatternThatNoDatasetMatchesIsRefused) {
+    expectRefused({"-d", "Stres", model, folder.path("out.vtu")},
+                  model + ": what is to be exported has no dataset \"Stres\"; mox tree lists them");
+    expectRefused({"-p", "/Assembly/Cube", "-d", "Thickness", model, folder.path("out.vtu")},
+                  model + ": what is to be exported has no dataset \"Thickness\"; mox tree lists them");
 }

@@ -53,12 +53,12 @@ protected:
 
 TEST_F(ExtractCommand, WritesOneLineForEachItem) {
     expectOutput(extract({"--node", "/Assembly/Cube", "--data", "Coordinates"}),
-                 "0,0.1,1e+20\n-inf,nan,-0\n");
+                 "Coordinates_x,Coordinates_y,Coordinates_z\n0,0.1,1e+20\n-inf,nan,-0\n");
 }
 
 TEST_F(ExtractCommand, FollowsLinksToTheNumbers) {
     expectOutput(extract({"--node", "/Assembly/Cube", "--data", "Temperature", "--step", "Step 2"}),
-                 "20\n80\n");
+                 "Temperature\n20\n80\n");
 }
 
 TEST_F(ExtractCommand, WritesForNumPy) {
@@ -77,15 +77,17 @@ TEST_F(ExtractCommand, WritesRawNumbersItemByItem) {
 
 TEST_F(ExtractCommand, IntegersStayWhole) {
     saveOddModel();
-    expectOutput(extract({"--id", "2", "--data", "Ids"}), "0\n16777217\n4294967295\n");
+    expectOutput(extract({"--id", "2", "--data", "Ids"}), "Ids\n0\n16777217\n4294967295\n");
     expectOutput(extract({"--id", "2", "--data", "Ids", "--format", "raw"}),
                  std::string("\0\0\0\0\x01\0\0\x01\xFF\xFF\xFF\xFF", 12));
 }
 
-TEST_F(ExtractCommand, SeparatorAndIdReachNodesThatSlashesDoNot) {
+TEST_F(ExtractCommand, PathsWithSlashesInNamesAndIdsReachAllNodes) {
     saveOddModel();
-    EXPECT_EQ(extract({"--node", "|a/b|c", "--separator", "|", "--data", "Ids"}).exitCode, 0);
-    expectOutput(extract({"--id", "4", "--data", "../T", "--step", "t/1"}), "5\n");
+    EXPECT_EQ(extract({"--node", "/a\\/b/c", "--data", "Ids"}).exitCode, 0);
+    expectOutput(extract({"--node", "/a\\/b/c#4", "--data", "../T", "--step", "t/1"}), "../T\n5\n");
+    expectOutput(extract({"--node", "#4", "--data", "../T", "--step", "t/1"}), "../T\n5\n");
+    expectOutput(extract({"--id", "4", "--data", "../T", "--step", "t/1"}), "../T\n5\n");
     expectFailure(extract({"--node", "/a/b/c", "--data", "Ids"}),
                   model + ": has no node \"/a/b/c\"; mox tree shows all nodes");
 }
@@ -95,7 +97,7 @@ TEST_F(ExtractCommand, NameOfTheOutputDecidesTheFormat) {
     expectOutput(extract({"--id", "3", "--data", "Coordinates", "-o", npy}), "");
     EXPECT_EQ(folder.read("t.npy").size(), 128U + 24U);
     expectOutput(extract({"--id", "3", "--data", "Coordinates", "-o", folder.path("t.txt")}), "");
-    EXPECT_EQ(folder.read("t.txt"), "0,0.1,1e+20\n-inf,nan,-0\n");
+    EXPECT_EQ(folder.read("t.txt"), "Coordinates_x,Coordinates_y,Coordinates_z\n0,0.1,1e+20\n-inf,nan,-0\n");
     EXPECT_EQ(folder.files(), (std::vector<std::string>{"model.mox", "t.npy", "t.txt"}));
 }
 
@@ -108,7 +110,7 @@ TEST_F(ExtractCommand, ExistingFileIsKeptUnlessToBeOverwritten) {
     auto overwriting = options;
     overwriting.emplace_back("--overwrite");
     expectOutput(extract(overwriting), "");
-    EXPECT_EQ(folder.read("t.csv"), "20\n80\n");
+    EXPECT_EQ(folder.read("t.csv"), "Temperature\n20\n80\n");
 }
 
 TEST_F(ExtractCommand, InputIsNeverReplaced) {
@@ -124,7 +126,7 @@ TEST_F(ExtractCommand, ListsWhatThereIsInsteadOfAMissingDataset) {
                   model + ": /Assembly/Cube has no dataset \"Temperature\" without a step; it has the steps "
                           "\"Step 1\", \"Step 2\" (option --step)");
     expectFailure(extract({"--id", "1", "--data", "Temperature"}),
-                  model + ": node 1 \"Assembly\" has no datasets; name a shape or its geometry");
+                  model + ": /Assembly has no datasets; name a shape or its geometry");
     expectFailure(extract({"--id", "5", "--data", "Temperature"}),
                   model + ": has no node 5; mox tree shows all ids");
 }
@@ -132,8 +134,9 @@ TEST_F(ExtractCommand, ListsWhatThereIsInsteadOfAMissingDataset) {
 TEST_F(ExtractCommand, AllGoesIntoAFolderWithAnIndex) {
     expectOutput(extract({"--all", folder.path("out")}), "");
     EXPECT_EQ(folder.files(), (std::vector<std::string>{"model.mox", "out"}));
-    EXPECT_EQ(folder.read("out/3-0-Coordinates.csv"), "0,0.1,1e+20\n-inf,nan,-0\n");
-    EXPECT_EQ(folder.read("out/3-1-Temperature-Step_1.csv"), "20\n80\n");
+    EXPECT_EQ(folder.read("out/3-0-Coordinates.csv"),
+              "Coordinates_x,Coordinates_y,Coordinates_z\n0,0.1,1e+20\n-inf,nan,-0\n");
+    EXPECT_EQ(folder.read("out/3-1-Temperature-Step_1.csv"), "Temperature\n20\n80\n");
     EXPECT_FALSE(std::filesystem::exists(folder.path("out/3-2-Temperature-Step_2.csv")));
     EXPECT_EQ(nlohmann::json::parse(folder.read("out/index.json")), nlohmann::json::parse(R"({"format": "csv",
         "datasets": [
@@ -189,6 +192,17 @@ TEST_F(ExtractCommand, NamesOfDatasetsCannotLeaveTheFolder) {
     EXPECT_EQ(folder.read("out/3-0-Ids.raw").size(), 12U);
 }
 
+TEST_F(ExtractCommand, PathsOfTheIndexAreTakenAgain) {
+    saveOddModel();
+    ASSERT_EQ(extract({"--all", folder.path("out")}).exitCode, 0);
+    const auto index = nlohmann::json::parse(folder.read("out/index.json"));
+    EXPECT_EQ(index["datasets"].size(), 2U);
+    for (const auto& entry : index["datasets"]) {
+        expectOutput(extract({"-n", entry["node"], "-d", entry["name"], "-s", entry.value("step", "")}),
+                     folder.read("out/" + entry["file"].get<std::string>()));
+    }
+}
+
 TEST_F(ExtractCommand, ExistingFolderIsLeftAlone) {
     std::filesystem::create_directory(folder.path("out"));
     expectFailure(extract({"--all", folder.path("out")}),
@@ -215,10 +229,10 @@ TEST_F(ExtractCommand, WrongUsageIsToldApart) {
     const auto noNode = extract({"--data", "Coordinates"});
     EXPECT_EQ(noNode.exitCode, 2);
     EXPECT_EQ(noNode.messages, "mox extract: --node, --id or --all is required (see mox extract --help)\n");
-    EXPECT_EQ(extract({"--id", "3"}).messages, "mox extract: --data is required (see mox extract --help)\n");
+    EXPECT_EQ(extract({"--id", "3"}).messages,
+              "mox extract: --dataset is required (see mox extract --help)\n");
     EXPECT_EQ(extract({"--id", "3", "--node", "/a", "--data", "b"}).exitCode, 2);
     EXPECT_EQ(extract({"--all", folder.path("out"), "--data", "b"}).exitCode, 2);
-    EXPECT_EQ(extract({"--node", "/a", "--data", "b", "--separator", ""}).exitCode, 2);
     EXPECT_EQ(extract({"--id", "3", "--data", "b", "--format", "docx"}).exitCode, 2);
 }
 
@@ -227,4 +241,105 @@ TEST_F(ExtractCommand, HelpShowsFormatsAndExamples) {
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_NE(run.output.find("mox extract bracket.mox --all numbers --format npy"), std::string::npos);
     EXPECT_NE(run.output.find("for NumPy: float32 or uint32"), std::string::npos);
+}
+
+namespace {
+
+/// A line of three nodes, moved by a group, in two elements: Group 1 "root", Group 2 "moved", Shape 3 and
+/// Geometry 4 "line" with ids and the result "Flow, \"out\"" on elements.
+void saveLine(const std::string& path, const Mox::Array1d<unsigned>& nodes) {
+    Mox::Model file;
+    file.saveTo(path, {true, "", "", ""});
+    file.addNode(Mox::Group, "root");
+    Mox::NodeProperties moved;
+    moved.set(Mox::Translation, std::vector<float>{100, 0, 0});
+    file.setNodeData(file.addNode(Mox::Group, "moved"), moved);
+    const auto line = file.addNode(Mox::Shape, "line");
+    const Mox::Step none;
+    file.addArrayProperty(Mox::Coordinates, Mox::Array2d<float>(3, 3, {0, 0, 0, 1, 0, 0.5F, 4, 0, 2}), line,
+                          none);
+    file.addArrayProperty(Mox::Connectivity0, nodes, line, none);
+    file.addArrayProperty(Mox::Polylength0, Mox::Array1d<unsigned>{2, 2}, line, none);
+    file.addArrayProperty(Mox::NodeIds, Mox::Array1d<unsigned>{7, 9, 11}, line, none);
+    file.addArrayProperty("Element IDs", Mox::ElementScalar, Mox::Array1d<unsigned>{70, 71}, line, none);
+    file.addArrayProperty("U", Mox::NodeVector, Mox::Array2d<float>(3, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9}), line,
+                          none);
+    file.addArrayProperty("Flow, \"out\"", Mox::ElementScalar, Mox::Array1d<float>{5, 6}, line, none);
+    file.addArrayProperty("Grid", Mox::FourthScalarA, Mox::Array1d<float>{1}, line, none);
+    file.close();
+}
+
+} // namespace
+
+TEST_F(ExtractCommand, IdsAndCoordinatesStandBesideTheNumbersOfNodes) {
+    saveLine(model, {0, 1, 1, 2});
+    expectOutput(extract({"-n", "/root/moved/line", "-d", "U", "--ids", "--coordinates"}),
+                 "id,x,y,z,U_x,U_y,U_z\n7,0,0,0,1,2,3\n9,1,0,0.5,4,5,6\n11,4,0,2,7,8,9\n");
+    expectOutput(extract({"-n", "/root/moved/line", "-d", "Coordinates", "--ids", "--no-header"}),
+                 "7,0,0,0\n9,1,0,0.5\n11,4,0,2\n");
+}
+
+TEST_F(ExtractCommand, CoordinatesOfAnElementAreTheMeanOfItsNodes) {
+    saveLine(model, {0, 1, 1, 2});
+    expectOutput(extract({"--id", "4", "-d", "Flow, \"out\"", "--ids", "--coordinates"}),
+                 "id,x,y,z,\"Flow, \"\"out\"\"\"\n70,0.5,0,0.25,5\n71,2.5,0,1.25,6\n");
+}
+
+TEST_F(ExtractCommand, RowsAreCountedFrom0AndBothEndsAreTaken) {
+    saveLine(model, {0, 1, 1, 2});
+    expectOutput(extract({"--id", "4", "-d", "Node Ids", "--rows", "1:2"}), "Node Ids\n9\n11\n");
+    expectOutput(extract({"--id", "4", "-d", "Node Ids", "--rows", "0"}), "Node Ids\n7\n");
+    expectOutput(extract({"--id", "4", "-d", "Node Ids", "--rows", ":1", "--ids"}),
+                 "id,Node Ids\n7,7\n9,9\n");
+    expectOutput(extract({"--id", "4", "-d", "Node Ids", "--rows", "2:99"}), "Node Ids\n11\n");
+    expectOutput(extract({"--id", "4", "-d", "U", "--rows", "1:", "--no-header"}), "4,5,6\n7,8,9\n");
+    expectOutput(extract({"--id", "4", "-d", "Node Ids", "--rows", "1", "--format", "raw"}),
+                 std::string("\x09\0\0\0", 4));
+    expectFailure(extract({"--id", "4", "-d", "Node Ids", "--rows", "3:5"}),
+                  model + ": the dataset has no row 3: it has 3, counted from 0");
+}
+
+TEST_F(ExtractCommand, RangeThatIsNoneIsWrongUsage) {
+    for (const auto* rows : {"", ":", "2:1", "a", "1:b", "-1", "1:2:3", "1 2", "99999999999999999999"}) {
+        EXPECT_EQ(extract({"--id", "3", "-d", "Coordinates", "--rows", rows}).exitCode, 2) << rows;
+    }
+}
+
+TEST_F(ExtractCommand, IdsThatAreNotThereAreAFailure) {
+    expectFailure(extract({"--id", "3", "-d", "Coordinates", "--ids"}),
+                  model + ": /Assembly/Cube: has no \"Node Ids\" of integers");
+    saveLine(model, {0, 1, 1, 2});
+    expectFailure(
+        extract({"--id", "4", "-d", "Grid", "--coordinates"}),
+        model + ": /root/moved/line: the rows of Grid are neither nodes nor elements, so there is nothing "
+                "for --coordinates");
+}
+
+TEST_F(ExtractCommand, ElementsWithoutTheirNodesHaveNoCoordinates) {
+    for (const auto& nodes : {Mox::Array1d<unsigned>{0, 1, 1, 3}, Mox::Array1d<unsigned>{0, 1, 1}}) {
+        saveLine(model, nodes);
+        expectFailure(extract({"--id", "4", "-d", "Element IDs", "--coordinates"}),
+                      model +
+                          ": /root/moved/line: its elements and their nodes contradict each other; mox check "
+                          "lists all damage");
+    }
+}
+
+TEST_F(ExtractCommand, ColumnsBesideTheNumbersAreForCsvAlone) {
+    for (const auto* option : {"--ids", "--coordinates", "--no-header"}) {
+        EXPECT_EQ(
+            extract({"--id", "3", "-d", "b", option, "--format", "npy"}).messages,
+            "mox extract: --ids, --coordinates and --no-header are for csv alone (see mox extract --help)\n");
+    }
+    EXPECT_EQ(extract({"--all", folder.path("out"), "--ids"}).exitCode, 2);
+}
+
+TEST_F(ExtractCommand, HeaderShowsNamesAsTheTreeDoes) {
+    Mox::Model file;
+    file.saveTo(model, {true, "", "", ""});
+    file.addNode(Mox::Group, "root");
+    const auto shape = file.addNode(Mox::Shape, "s");
+    file.addArrayProperty("\x1B[2J\n", Mox::NodeScalar, Mox::Array1d<float>{1}, shape, Mox::Step{});
+    file.close();
+    expectOutput(extract({"--id", "2", "-d", "\x1B[2J\n"}), "\\x1B[2J\\n\n1\n");
 }

@@ -1,47 +1,20 @@
 #include "ExodusVariables.h"
 
 #include "../../exodus/ExodusOutput.h"
-#include "../../mesh/DatasetNames.h"
-
-#include <MoxReader/Format.h>
+#include "../../mesh/columnNames.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <array>
 
 namespace MoxTool {
 
 namespace {
 
-using MoxReader::Format::VariableType;
-using Suffixes = std::array<const char*, 6>;
-
-constexpr Suffixes Axes = {"_x", "_y", "_z"};
-constexpr Suffixes Tensor = {"_xx", "_yy", "_zz", "_xy", "_yz", "_zx"};
-constexpr std::array<const char*, 6> DisplacementAndRotation = {
-    "Displacement_x", "Displacement_y", "Displacement_z", "Rotation_x", "Rotation_y", "Rotation_z"};
-
 constexpr std::size_t RoomForNumber = 12;
 
-bool hasType(const ExportField& field, VariableType type) {
-    return MoxReader::Format::isType(field.variableType, type);
-}
-
 std::string guessedName(const ExportField& field, std::size_t column) {
-    if (field.width == 1) {
-        return field.name;
-    }
-    if (hasType(field, VariableType::NodeSixA) && field.name == DatasetNames::Displacement) {
-        return DisplacementAndRotation.at(column);
-    }
-    if (field.width == 3) {
-        return field.name + Axes.at(column);
-    }
-    if (hasType(field, VariableType::NodeSixA) || hasType(field, VariableType::ElementSixA)) {
-        return field.name + Tensor.at(column);
-    }
-    return fmt::format("{}_{}", field.name, column + 1);
+    return guessedColumnName(field.name, field.variableType, field.width, column);
 }
 
 bool areDisjoint(const std::set<std::size_t>& left, const std::set<std::size_t>& right) {

@@ -92,16 +92,20 @@ VtuExporter::VtuExporter(ExportModel& source) : source_(source), reader_(source.
 
 void VtuExporter::write(std::size_t step, double value, const std::filesystem::path& path,
                         const std::string& shownPath) {
-    VtuFile file(source_.mesh().nodeCount(), source_.mesh().elementCount());
-    addLabels(file, step, value);
-    addMesh(file);
-    addFields(file, step);
     std::ofstream stream(path, std::ios::binary);
-    file.write(stream);
+    write(step, value, stream);
     stream.close();
     if (!stream) {
         throw Failure(shownPath, "can't be written; is the disk full?");
     }
+}
+
+void VtuExporter::write(std::size_t step, double value, std::ostream& stream) {
+    VtuFile file(source_.mesh().nodeCount(), source_.mesh().elementCount());
+    addLabels(file, step, value);
+    addMesh(file);
+    addFields(file, step);
+    file.write(stream);
 }
 
 void VtuExporter::addLabels(VtuFile& file, std::size_t step, double value) const {

@@ -4,6 +4,7 @@
 #include "VtuFile.h"
 
 #include <filesystem>
+#include <iosfwd>
 #include <set>
 
 namespace MoxTool {
@@ -21,6 +22,8 @@ public:
     /// @throws Failure if it can't be written; MoxReader::Error.
     void write(std::size_t step, double value, const std::filesystem::path& path,
                const std::string& shownPath);
+    /// The same onto a stream, whose state shows failures.
+    void write(std::size_t step, double value, std::ostream& stream);
 
 private:
     // Columns of a result that form an array.

@@ -1,6 +1,7 @@
 #include "exportVtk.h"
 
 #include "../../common/OutputFile.h"
+#include "../../common/Platform.h"
 #include "../../common/Terminal.h"
 #include "../../common/followLinks.h"
 #include "ReplaceableFolder.h"
@@ -9,7 +10,10 @@
 
 #include <fmt/format.h>
 
+#include <cstdio>
 #include <fstream>
+#include <iostream>
+#include <optional>
 #include <set>
 
 namespace MoxTool {
@@ -91,20 +95,31 @@ fs::path folderBeside(const fs::path& series) {
 } // namespace
 
 ConversionSummary exportVtu(const ExportRequest& request) {
-    OutputFile output(request.output, request.overwrite);
+    std::optional<OutputFile> output;
+    if (!request.isToStandardOutput()) {
+        output.emplace(request.output, request.overwrite);
+    }
     ExportModel model(request);
     const auto& steps = model.wantedSteps();
     if (steps.size() > 1) {
         throw Failure(
-            request.output,
+            request.shownOutput(),
             fmt::format("can't hold the model's {} steps; name a .pvd file, or one step with --step",
                         steps.size()));
     }
     const auto step = steps.empty() ? ExportField::NoStep : steps.front();
     explainErrors(request.input, [&] {
-        VtuExporter(model).write(step, valueOf(model, step), output.temporaryPath(), request.output);
+        VtuExporter exporter(model);
+        if (output) {
+            exporter.write(step, valueOf(model, step), output->temporaryPath(), request.output);
+        } else {
+            Platform::makeBinary(stdout);
+            exporter.write(step, valueOf(model, step), std::cout);
+        }
     });
-    output.commit();
+    if (output) {
+        output->commit();
+    }
     return model.summary();
 }
 

@@ -63,7 +63,7 @@ bool hasResults(const ExodusFile& file, Choices& choices) {
 }
 
 // A model knows steps only by their results.
-void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times, const StepChoice& choice) {
+void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times, const StepRanges& choice) {
     std::size_t number = 0;
     for (std::size_t i = 0; i < times.size(); ++i) {
         if (choice.takes(i)) {

@@ -2,7 +2,7 @@
 
 #include "../ImportRequest.h"
 #include "Choice.h"
-#include "StepChoice.h"
+#include "StepRanges.h"
 
 #include <cstddef>
 #include <string>
@@ -16,7 +16,7 @@ struct Choices {
 
     Choice blocks;
     Choice variables;
-    StepChoice steps;
+    StepRanges steps;
     std::size_t stepCount = 0; ///< Of the file; set by the importer.
 
     /// To be called when all blocks and variables of the file have been asked for.

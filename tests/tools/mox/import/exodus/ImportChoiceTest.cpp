@@ -70,7 +70,7 @@ TEST_F(ImportChoice, VariablesAreChosenByName) {
 }
 
 TEST_F(ImportChoice, StepsKeepTheirNumbers) {
-    importChosen({"--step", "3-", "--step", "1"});
+    importChosen({"--step", "3:last", "--step", "1"});
     EXPECT_EQ(floats(0, "t", "Step 3"), (Floats{3, 2, 3}));
     EXPECT_TRUE(has(0, "t", "Step 1"));
     EXPECT_FALSE(has(0, "t", "Step 2"));
@@ -80,7 +80,7 @@ TEST_F(ImportChoice, StepsKeepTheirNumbers) {
 TEST_F(ImportChoice, WhatIsNotThereIsAnErrorThatListsWhatThereIs) {
     expectNone({"--block", "rib"}, "--block rib: no block has this name; there are: web, Block 20");
     expectNone({"--variable", "v*"}, "--variable v*: no variable has this name; there are: t, u, p, q");
-    expectNone({"--step", "4-6"}, "--step 4-6: no step has this number; there are steps 1 to 3");
+    expectNone({"--step", "4:6"}, "--step 4:6: no step has this number; there are steps 1 to 3");
 }
 
 TEST_F(ImportChoice, OtherRangesAreWrongUsage) {

@@ -231,7 +231,7 @@ TEST_F(ImportApart, SignalEndsBothProcessesAndLeavesNothing) {
         if (id == 0) {
             close(source);
             std::signal(signal, SIG_DFL); // a test program in the background ignores Ctrl-C
-            MoxTool::Platform::runAtInterruption(MoxTool::TemporaryPath::removeAll);
+            MoxTool::Platform::runAtInterruption(MoxTool::TemporaryPath::removeAllForGood);
             failureOf([target = target](MoxTool::ImportTarget&) {
                 if (write(target, "x", 1) == 1) {
                     pause();

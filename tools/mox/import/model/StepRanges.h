@@ -7,11 +7,11 @@
 namespace MoxTool {
 
 /// Which of a file's steps an import takes: those in the user's ranges, or all.
-class StepChoice {
+class StepRanges {
 public:
-    /// @param ranges Of numbers from 1: "3", "2-5", or "7-" for all from there on; none for everything.
+    /// @param ranges Of numbers from 1: "3", "2:5", or "7:last"; "first" is 1. None for everything.
     /// @throws std::invalid_argument for a text that is no such range.
-    explicit StepChoice(const std::vector<std::string>& ranges);
+    explicit StepRanges(const std::vector<std::string>& ranges);
 
     /// What is wrong with a range; nothing if it is fine.
     static std::string problemOf(const std::string& range);

@@ -7,6 +7,7 @@ folder=$(mktemp -d)
 trap 'rm -r "$folder"' EXIT
 cd "$folder"
 touch "two words.mox"
+mkdir inner
 
 # expect WANTED WORD...: the completions of the last word, each in angle brackets.
 expect() {
@@ -27,6 +28,13 @@ expect() {
 expect '<stat>' mox st
 expect '<--version>' mox --v
 expect '<--attributes>' mox tree --a
+expect '<-a>' mox tree -a
+expect '<csv>' mox extract --format c
+expect '<inner>' mox extract --all i
+expect '<two words.mox>' mox extract -o t
+expect '<>' mox extract --step t
+expect '<fish>' mox completion f
+expect '<import>' mox help im
 expect '<--no-date>' mox --no-color dump --no-d
 expect '<two words.mox>' mox info two
 expect '<>' mox info nothing

@@ -1,0 +1,29 @@
+#include "VersionCommand.h"
+
+#include "../common/CommandLine.h"
+#include "versionText.h"
+
+#include <fmt/format.h>
+
+namespace MoxTool {
+
+namespace {
+
+constexpr const char* Details =
+    R"(Files of a format that is not built in can be neither imported nor exported.
+
+Examples:
+  mox version)";
+
+} // namespace
+
+void VersionCommand::addOptions(CommandLine& line) {
+    line.setDetails(Details);
+}
+
+int VersionCommand::run(Terminal&) {
+    fmt::print("{}\n", versionText());
+    return 0;
+}
+
+} // namespace MoxTool

@@ -1,0 +1,9 @@
+#include "../libraryVersions.h"
+
+namespace MoxTool {
+
+std::string exodusVersion() {
+    return "";
+}
+
+} // namespace MoxTool

@@ -1,0 +1,9 @@
+#include "../libraryVersions.h"
+
+namespace MoxTool {
+
+std::string gmshVersion() {
+    return "";
+}
+
+} // namespace MoxTool
