@@ -140,9 +140,9 @@ TEST(Application, OptionOfACommandHasToStandAfterIt) {
 }
 
 TEST(Application, ArgumentTooManyIsNamed) {
-    const auto outcome = runMox({"info", "a.mox", "b\n.mox"});
+    const auto outcome = runMox({"tree", "a.mox", "b\n.mox"});
     EXPECT_EQ(outcome.exitCode, 2);
-    EXPECT_EQ(outcome.messages, "mox info: \"b\\n.mox\" is one argument too many (see mox info --help)\n");
+    EXPECT_EQ(outcome.messages, "mox tree: \"b\\n.mox\" is one argument too many (see mox tree --help)\n");
 }
 
 TEST(Application, MissingArgumentIsWrongUsage) {

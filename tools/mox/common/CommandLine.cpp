@@ -22,10 +22,11 @@ bool isWholeNumber(const std::string& text) {
 }
 
 // The library would take "-3" and make a large number of it.
-template <typename Number>
-CLI::Option& addWholeNumber(CLI::App& level, const std::string& names, Number& target,
+template <typename Integer>
+CLI::Option& addWholeNumber(CLI::App& level, const std::string& names, Integer& target,
                             const std::string& description) {
     auto* option = level.add_option(names, target, description);
+    option->type_name(Number);
     option->check([](const std::string& text) {
         return isWholeNumber(text) ? "" : "must be a whole number from 0 up, not " + text;
     });

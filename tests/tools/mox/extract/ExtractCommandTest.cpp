@@ -153,9 +153,9 @@ TEST_F(ExtractCommand, AllGoesIntoAFolderWithAnIndex) {
 TEST_F(ExtractCommand, StepIsChosenByItsNumberItsTimeOrItsPlace) {
     saveSteppedModel(model);
     for (const std::string step : {"3", "Step 3", "@0.5"}) {
-        expectOutput(extract({"--node", "/Root/A", "--data", "T", "--step", step}), "30\n-30\n");
+        expectOutput(extract({"--node", "/Root/A", "--data", "T", "--step", step}), "T\n30\n-30\n");
     }
-    expectOutput(extract({"--node", "/Root/A", "--data", "T", "--step", "first"}), "10\n-10\n");
+    expectOutput(extract({"--node", "/Root/A", "--data", "T", "--step", "first"}), "T\n10\n-10\n");
 }
 
 TEST_F(ExtractCommand, OneDatasetHasOneStep) {
@@ -175,13 +175,13 @@ TEST_F(ExtractCommand, AllOfSomeStepsTakesTheirDatasetsAlone) {
     ASSERT_EQ(index.size(), 3U);
     EXPECT_EQ(index[0].at("step"), "Step 3");
     EXPECT_EQ(index[1].at("step"), "Step 2");
-    EXPECT_EQ(folder.read("out/5-1-T-Step_2.csv"), "2\n-2\n");
+    EXPECT_EQ(folder.read("out/5-1-T-Step_2.csv"), "T\n2\n-2\n");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path("out")), {}), 4);
 }
 
 TEST_F(ExtractCommand, AllOfAStepOfLinksTakesTheNumbersOfAnother) {
     expectOutput(extract({"--all", folder.path("out"), "--step", "2"}), "");
-    EXPECT_EQ(folder.read("out/3-1-Temperature-Step_1.csv"), "20\n80\n");
+    EXPECT_EQ(folder.read("out/3-1-Temperature-Step_1.csv"), "Temperature\n20\n80\n");
     EXPECT_EQ(nlohmann::json::parse(folder.read("out/index.json")).at("datasets").at(0).at("step"), "Step 2");
 }
 

@@ -1,4 +1,5 @@
 #include "import/model/saveImported.h"
+#include "import/Compressor.h"
 
 #include "../../common/Messages.h"
 #include "Support/AddressSanitizer.h"
@@ -202,7 +203,9 @@ TEST_F(ImportApart, SummaryPassesFromOneProcessToTheOther) {
                                           target.summary.addNote("all is well");
                                       });
     EXPECT_EQ(summary.lines(),
-              (Files{folder.path("out.mox") + ": shapes: 1, nodes: 2, elements: 3, steps: 4, datasets: 5",
+              (Files{folder.path("out.mox") +
+                         ": shapes: 1, nodes: 2, elements: 3, steps: 4, datasets: 5, compressor: " +
+                         MoxTool::Compressor::preferred(),
                      "not taken: sets: 2 (a\\n\\xFF, b)", "not taken: records: 6", "note: all is well"}));
 }
 
