@@ -22,9 +22,9 @@ namespace MoxTool {
 /// geometry with elements of several lengths is split by length. The transforms of groups are applied.
 class MeshCollector {
 public:
-    /// @param file The model's file, as the user named it. All others must outlive the collector.
+    /// @param path  The model's file, as the user named it. All others must outlive the collector.
     /// @param limit Counts the numbers of the mesh.
-    MeshCollector(std::string file, const MoxReader::Model& model, const ExportChoice& choice,
+    MeshCollector(std::string path, const MoxReader::Model& model, const ExportChoice& choice,
                   MoxReader::HeavyData& heavy, ConversionSummary& summary, WorkLimit& limit);
 
     /// To be called once.

@@ -87,10 +87,8 @@ void ExtractCommand::addOptions(CommandLine& line) {
     auto data =
         line.add("-d,--dataset,--data", choice_.name, "The name of the dataset, such as Displacement");
     line.add("-s,--step", choice_.step.text,
-             std::string(
-                 "Its step; without it, the dataset that has no step. With --all, only the datasets of "
-                 "these steps. ") +
-                 StepChoice::Syntax)
+             "Its step; without it, the dataset that has no step. With --all, only the datasets of these "
+             "steps")
         .typeName("STEP");
     auto rows =
         line.add("--rows", rows_, "These rows alone, such as 0:99").typeName("RANGE").check([](auto& text) {
@@ -110,7 +108,7 @@ void ExtractCommand::addOptions(CommandLine& line) {
         .excludes({node, id, data, rows, ids, places, file});
     line.addFlag(WorkLimit::Option, noLimit_, WorkLimit::Help);
     line.setCheck([this] { requireChoice(); });
-    line.setDetails(std::string(Start) + PathHelp + Details);
+    line.setDetails(std::string(Start) + "A " + StepChoice::Syntax + ".\n\n" + PathHelp + Details);
 }
 
 void ExtractCommand::requireChoice() const {
