@@ -19,7 +19,7 @@ class Application {
 public:
     enum ExitCode : int { Success = 0, HelpLost = 1, WrongUsage = 2 };
 
-    /// @param messages Where messages go; must outlive the application.
+    /// @param terminal Where messages go; must outlive the application.
     explicit Application(Terminal& terminal);
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;

@@ -12,7 +12,7 @@ namespace MoxTool {
 /// that a file full of faults needs no more memory than another.
 class FindingList {
 public:
-    /// @param kept How many findings of each rule are kept; 0 keeps all.
+    /// @param limit How many findings of each rule are kept; 0 keeps all.
     explicit FindingList(std::size_t limit = 0) : limit_(limit) {}
 
     void add(RuleId rule, std::string reason, FindingPlace place = {});

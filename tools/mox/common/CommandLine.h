@@ -45,7 +45,7 @@ public:
         CLI::Option* option_;
     };
 
-    /// @param commandLevel Must outlive this object.
+    /// @param level Must outlive this object.
     explicit CommandLine(CLI::App& level) : level_(level) {}
 
     // All take the name of an argument, such as "FILE", or the names of an option, such as "-o,--output". The

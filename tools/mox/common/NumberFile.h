@@ -18,7 +18,7 @@ using Numbers = std::variant<std::vector<float>, std::vector<std::uint32_t>>;
 /// a Failure that names it.
 class NumberFile {
 public:
-    /// @param path    "-" stands for stdin.
+    /// @param name "-" stands for stdin.
     /// @param noLimit Whether the datasets may claim more bytes in total than the file holds.
     /// @throws Failure as requireNumbersFit() does, unless there is no limit.
     explicit NumberFile(const std::string& name, bool noLimit = false);

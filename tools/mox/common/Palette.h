@@ -10,7 +10,7 @@ class Palette {
 public:
     enum Colour { Dim, Bold, Red, Green, Cyan };
 
-    /// @param coloured Whether paint() does anything, see Terminal::outputColours().
+    /// @param on Whether paint() does anything, see Terminal::outputColours().
     explicit Palette(bool on) : on_(on) {}
 
     std::string paint(Colour colour, std::string_view text) const;

@@ -13,7 +13,7 @@ namespace MoxTool {
 /// Writes the differences of two files to stdout.
 class DifferenceReport {
 public:
-    /// @param a,b Must outlive this object.
+    /// @param fileA,fileB Must outlive this object.
     DifferenceReport(const NumberFile& fileA, const NumberFile& fileB)
         : fileA_(fileA), fileB_(fileB), pathsA_(fileA.model().nodes()), pathsB_(fileB.model().nodes()) {}
 

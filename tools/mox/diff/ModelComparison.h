@@ -20,9 +20,10 @@ namespace MoxTool {
 /// each file at a time.
 class ModelComparison {
 public:
-    /// @param a,b Must outlive this object and the differences.
+    /// @param fileA,fileB Must outlive this object and the differences.
     /// @throws Failure if one of them lacks the steps that are to be compared.
-    ModelComparison(NumberFile& a, NumberFile& b, const ComparisonOptions& options, Terminal& terminal);
+    ModelComparison(NumberFile& fileA, NumberFile& fileB, const ComparisonOptions& options,
+                    Terminal& messages);
 
     /// All differences, in the order of the first file's tree. May be called once.
     /// @throws Failure if one of the files is damaged, or if links pair so many of their datasets that the

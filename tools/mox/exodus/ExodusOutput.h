@@ -36,7 +36,7 @@ public:
     };
 
     /// Replaces a file of that name.
-    /// @param shownPath For failures: the path as the user gave it.
+    /// @param shown For failures: the path as the user gave it.
     ExodusOutput(const std::string& path, std::string shown, const Layout& layout);
     ExodusOutput(const ExodusOutput&) = delete;
     ExodusOutput& operator=(const ExodusOutput&) = delete;

@@ -20,9 +20,9 @@ namespace MoxTool {
 /// name, step, type and shape.
 class FolderExtraction {
 public:
-    /// @param source Must outlive this object.
+    /// @param file Must outlive this object.
     /// @param steps  Which datasets to take.
-    /// @param format The format of all files, by its name in NumberFormats.
+    /// @param formatName The format of all files, by its name in NumberFormats.
     /// @param header Whether files of Csv begin with the names of their columns.
     FolderExtraction(NumberFile& file, StepFilter steps, std::string formatName, bool header,
                      Terminal& messages);

@@ -15,11 +15,11 @@ namespace MoxTool {
 /// What the walk through a damaged file has saved and what it could not.
 class SalvageReport {
 public:
-    /// @param file  The path as the user gave it.
-    /// @param state What is wrong with the file, in words.
+    /// @param path  The path as the user gave it.
+    /// @param wrong What is wrong with the file, in words.
     /// @param index Gives the blocks their names, as far as it can be read. Must outlive this object, as must
     ///              the walk, which has been run.
-    SalvageReport(std::string file, std::string state, const MoxReader::RawIndex& index,
+    SalvageReport(std::string path, std::string wrong, const MoxReader::RawIndex& index,
                   const BlockWalk& walk);
 
     /// Prints lines for the user.

@@ -15,8 +15,8 @@ public:
     /// Creates the temporary folder.
     ///
     /// @param path             The target.
-    /// @param extensionOfFiles Such as ".vtu".
-    /// @param mayOverwrite     Whether commit() may replace an existing folder; one that holds anything but
+    /// @param extension Such as ".vtu".
+    /// @param overwrite Whether commit() may replace an existing folder; one that holds anything but
     ///                         files of the extension is never replaced.
     /// @throws Failure if the target exists and must not be replaced, or if the temporary folder can't be
     ///                 made.

@@ -16,9 +16,9 @@ std::string cgnsTypeName(CGNS_ENUMT(ElementType_t) type);
 /// Sorts the elements of a section by type.
 class CgnsElementTables {
 public:
-    /// @param filePath For messages.
-    /// @param vertexCount The number of vertices of the zone.
-    /// @param toSort Must outlive this object.
+    /// @param path For messages.
+    /// @param vertices The number of vertices of the zone.
+    /// @param section Must outlive this object.
     CgnsElementTables(std::string path, std::size_t vertices, const CgnsSection& section)
         : path_(std::move(path)), vertices_(vertices), section_(section) {}
 

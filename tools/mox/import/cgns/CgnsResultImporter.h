@@ -18,10 +18,10 @@ public:
     CgnsResultImporter(const CgnsFile& file, ImportTarget& target) : file_(file), target_(target) {}
 
     /// Adds the results without a step.
-    /// @param zone Must outlive the call of addSteps() for its base.
+    /// @param source Must outlive the call of addSteps() for its base.
     /// @throws Failure if the file is damaged; std::length_error for a result that is too large; what the
     ///         model throws.
-    void addZone(const CgnsBase& base, const CgnsZone& zone, std::vector<CgnsPart> parts);
+    void addZone(const CgnsBase& base, const CgnsZone& source, std::vector<CgnsPart> parts);
     /// Adds the steps of all zones added since the last call, one by one, so that they come in order even if
     /// the first zone does not have the first step.
     /// @throws As addZone().

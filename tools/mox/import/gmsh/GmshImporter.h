@@ -19,7 +19,7 @@ namespace MoxTool {
 /// entities that belong to the same physical groups (or of each entity that is in none).
 class GmshImporter {
 public:
-    /// @param filePath The path of the Gmsh file.
+    /// @param path The path of the Gmsh file.
     /// @param input, output Must outlive the importer.
     GmshImporter(std::string path, const GmshModel& source, ImportTarget& target)
         : path_(std::move(path)), source_(source), target_(target) {}

@@ -16,7 +16,7 @@ namespace MoxTool {
 /// Refuses what a file of another format can have but a model can't hold.
 class ImportLimits {
 public:
-    /// @param inputPath The path of the file that is imported, for messages.
+    /// @param path The path of the file that is imported, for messages.
     explicit ImportLimits(std::string path) : path_(std::move(path)) {}
 
     /// @throws Failure if there are more nodes than a model can have.

@@ -46,7 +46,7 @@ private:
     void readNodes2();
     void readElements2();
     void readElements2(MshNumbers& numbers, std::size_t count);
-    std::size_t readElementBlock2(MshNumbers& numbers);
+    std::size_t readElementBlock2(MshNumbers& source);
     void readNodes41();
     void readElements41();
     void addNode(std::uint64_t tag);

@@ -17,7 +17,7 @@ public:
     /// How the numbers are written in the file.
     enum class Form { Words, Bytes, SwappedBytes };
 
-    /// @param file Positioned before the first number; must outlive this object.
+    /// @param input Positioned before the first number; must outlive this object.
     MshNumbers(std::istream& input, Form form) : input_(input), form_(form) {}
 
     bool areWords() const { return form_ == Form::Words; }
