@@ -34,7 +34,7 @@ struct FileVerdict {
     std::uint64_t warnings = 0;
     std::uint64_t notes = 0;
 
-    FileVerdict(const std::string& path, Verdict verdict, const FindingList& findings);
+    FileVerdict(const std::string& file, Verdict result, const FindingList& findings);
 };
 
 /// Prints a table with a row for each file.

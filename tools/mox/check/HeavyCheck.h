@@ -16,11 +16,11 @@ namespace MoxTool {
 /// Checks where the numbers of datasets and node sets are in "Heavy Data" and reads each number once.
 class HeavyCheck {
 public:
-    /// @param nodes       The nodeId and index of each dataset are set, by the node's place in this list.
-    /// @param areComplete Whether no dataset is missing; if any is, unused numbers are not reported.
-    /// @param damaged     The blocks that can't be read.
-    HeavyCheck(const MoxReader::File& file, const std::vector<MoxReader::Node>& nodes, bool areComplete,
-               const std::set<std::uint64_t>& damaged, FindingList& findings);
+    /// @param nodes         The nodeId and index of each dataset are set, by the node's place in this list.
+    /// @param areComplete   Whether no dataset is missing; if any is, unused numbers are not reported.
+    /// @param damagedBlocks The blocks that can't be read.
+    HeavyCheck(const MoxReader::File& source, const std::vector<MoxReader::Node>& nodes, bool areComplete,
+               const std::set<std::uint64_t>& damagedBlocks, FindingList& findings);
 
     /// @return the facts about each dataset that is not a link and has a sound shape and place.
     /// @throws MoxReader::Error with ReadFailed only.

@@ -15,11 +15,11 @@ namespace MoxTool {
 /// before any other message.
 class Terminal {
 public:
-    /// @param stream      Stays open for the lifetime of this object; not owned.
-    /// @param interactive Whether a user watches the stream, so that progress makes sense.
-    /// @param colours     Whether errors are red.
-    /// @param outputColours Whether data on stdout may be coloured.
-    Terminal(std::FILE* stream, bool interactive, bool colours, bool outputColours = false);
+    /// @param stream         Stays open for the lifetime of this object; not owned.
+    /// @param interactive    Whether a user watches the stream, so that progress makes sense.
+    /// @param colours        Whether errors are red.
+    /// @param colouredOutput Whether data on stdout may be coloured.
+    Terminal(std::FILE* stream, bool interactive, bool colours, bool colouredOutput = false);
     Terminal(const Terminal&) = delete;
     Terminal& operator=(const Terminal&) = delete;
     /// Clears the progress.

@@ -18,7 +18,7 @@ public:
 
 private:
     void writeAll() const;
-    ManPage pageOf(const std::string& command) const;
+    ManPage pageOf(const std::string& wanted) const;
 
     std::function<CommandHelp()> program_;
     std::string command_;
