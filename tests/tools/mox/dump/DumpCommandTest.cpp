@@ -153,7 +153,7 @@ TEST_F(DumpCommand, DamagedNumbersShowAsUnreadableAndAreAFailureThatNamesTheFile
     EXPECT_EQ(run.exitCode, 1);
     const auto nodes = nlohmann::json::parse(run.output)["nodes"];
     ASSERT_EQ(nodes.size(), 4U);
-    for (const std::size_t holder : {0, 1}) {
+    for (const std::size_t holder : {0U, 1U}) {
         EXPECT_TRUE(nodes[2]["datasets"][holder]["unreadable"].is_string());
         EXPECT_FALSE(nodes[2]["datasets"][holder].contains("numbers"));
     }
