@@ -33,7 +33,7 @@ struct VtkMeshRead {
             if (byte == 0) {
                 found.emplace_back();
             } else {
-                found.back() += static_cast<char>(byte);
+                found.back() += static_cast<char>(static_cast<unsigned char>(byte));
             }
         }
         found.pop_back();
