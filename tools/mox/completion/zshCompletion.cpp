@@ -78,16 +78,16 @@ std::string actionOf(ValueKind kind, const std::vector<std::string>& choices, co
 std::string optionLines(const OptionHelp& option, const CommandHelp& program, std::string_view indent) {
     std::string lines;
     for (const auto& name : option.names) {
-        auto spec = option.canRepeat ? "*" : fmt::format("({})", fmt::join(option.names, " "));
-        spec += name;
+        auto entry = option.canRepeat ? "*" : fmt::format("({})", fmt::join(option.names, " "));
+        entry += name;
         if (option.value != ValueKind::None) {
-            spec += name.starts_with("--") ? "=" : "+";
+            entry += name.starts_with("--") ? "=" : "+";
         }
-        spec += fmt::format("[{}]", withBackslashes(option.description, "[]"));
+        entry += fmt::format("[{}]", withBackslashes(option.description, "[]"));
         if (option.value != ValueKind::None) {
-            spec += fmt::format(":value:{}", actionOf(option.value, option.choices, program));
+            entry += fmt::format(":value:{}", actionOf(option.value, option.choices, program));
         }
-        lines += fmt::format("{}{} \\\n", indent, inQuotes(spec));
+        lines += fmt::format("{}{} \\\n", indent, inQuotes(entry));
     }
     return lines;
 }
