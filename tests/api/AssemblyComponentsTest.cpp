@@ -57,12 +57,6 @@ protected:
     }
 };
 
-Attributes refusedAttributes() {
-    Attributes attributes;
-    attributes.set("count", 7U);
-    return attributes;
-}
-
 } // namespace
 
 // --- Nothing to do

@@ -20,15 +20,9 @@ Failure invalidType() {
                                                      "Qel::Mox2::Adder::Node::addNonRootNode");
 }
 
-Failure outOfBounds() {
+Failure noNodeOfThisId() {
     return failure<Qel::Exception::OutOfBounds>(11, "Out of bounds error", "Qel/Mox2/Modifier/CurrentNodeId",
                                                 "Qel::Mox2::Modifier::CurrentNodeId::update");
-}
-
-Attributes refusedAttributes() {
-    Attributes attributes;
-    attributes.set("count", 7U);
-    return attributes;
 }
 
 } // namespace
@@ -248,9 +242,9 @@ TEST_F(NodeCreation, SetCurrentNodeIdSettlesWhereTheNextNodeGoes) {
 TEST_F(NodeCreation, SetCurrentNodeIdOutOfBoundsLeavesTheCurrentNode) {
     model.addNode(Group, "a");
     model.addNode(Group, "b");
-    EXPECT_TRUE(fails([&] { model.setCurrentNodeId(0); }, outOfBounds()));
-    EXPECT_TRUE(fails([&] { model.setCurrentNodeId(3); }, outOfBounds()));
-    EXPECT_TRUE(fails([&] { model.setCurrentNodeId(Model::INVALID_ID); }, outOfBounds()));
+    EXPECT_TRUE(fails([&] { model.setCurrentNodeId(0); }, noNodeOfThisId()));
+    EXPECT_TRUE(fails([&] { model.setCurrentNodeId(3); }, noNodeOfThisId()));
+    EXPECT_TRUE(fails([&] { model.setCurrentNodeId(Model::INVALID_ID); }, noNodeOfThisId()));
     model.addNode(Group, "c");
     EXPECT_EQ(saved().node(3).parent, 2U);
 }

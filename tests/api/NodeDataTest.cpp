@@ -20,7 +20,7 @@ constexpr unsigned int RootId = 1;
 constexpr unsigned int ShapeId = 2;
 constexpr unsigned int GeometryId = 3;
 
-Failure outOfBounds() {
+Failure noNodeForData() {
     return failure<Qel::Exception::OutOfBounds>(11, "Out of bounds error", "Qel/Mox2/Modifier/NodeData",
                                                 "Qel::Mox2::Modifier::NodeData::update");
 }
@@ -76,7 +76,7 @@ using NodeDataWithoutRoot = OpenModel;
 // --- The cursor
 
 TEST_F(NodeData, EmptyPropertiesAndAttributesCheckTheIdAndMoveTheCurrentNode) {
-    EXPECT_TRUE(fails([&] { model.setNodeData(4, NodeProperties()); }, outOfBounds()));
+    EXPECT_TRUE(fails([&] { model.setNodeData(4, NodeProperties()); }, noNodeForData()));
     model.setNodeData(RootId, NodeProperties());
     EXPECT_EQ(currentNode(), RootId);
 }
@@ -118,9 +118,9 @@ TEST_F(NodeData, ShapeIsCurrentAfterACallForItsGeometry) {
 
 TEST_F(NodeData, IdZeroOrBeyondTheNodesIsOutOfBoundsAndLeavesTheCurrentNode) {
     model.setCurrentNodeId(ShapeId);
-    EXPECT_TRUE(fails([&] { model.setNodeData(0, NodeProperties()); }, outOfBounds()));
-    EXPECT_TRUE(fails([&] { model.setNodeData(4, NodeProperties()); }, outOfBounds()));
-    EXPECT_TRUE(fails([&] { model.setNodeData(Model::INVALID_ID, NodeProperties()); }, outOfBounds()));
+    EXPECT_TRUE(fails([&] { model.setNodeData(0, NodeProperties()); }, noNodeForData()));
+    EXPECT_TRUE(fails([&] { model.setNodeData(4, NodeProperties()); }, noNodeForData()));
+    EXPECT_TRUE(fails([&] { model.setNodeData(Model::INVALID_ID, NodeProperties()); }, noNodeForData()));
     EXPECT_EQ(currentNode(), ShapeId);
 }
 

@@ -1,5 +1,7 @@
 // Everything in the code and the tests that docs/design.md and docs/oddities.md name exists.
 
+#include "textOf.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -15,11 +17,6 @@ namespace {
 namespace fs = std::filesystem;
 
 const fs::path Root = MOXWRITER_ROOT;
-
-std::string textOf(const fs::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::vector<fs::path> sourcesBelow(const fs::path& folder) {
     std::vector<fs::path> sources;

@@ -3,6 +3,7 @@
 #include "HexDump.h"
 #include "Support/TemporaryFolder.h"
 #include "saveExample.h"
+#include "textOf.h"
 
 #include <MoxReader/File.h>
 #include <MoxReader/MemorySource.h>
@@ -24,11 +25,6 @@ using Bytes = std::vector<std::uint8_t>;
 
 const std::filesystem::path Pages = MOXWRITER_FORMAT_PAGES;
 const std::filesystem::path ExampleCode = MOXWRITER_EXAMPLE_CODE;
-
-std::string textOf(const std::filesystem::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 Bytes bytesOf(const std::filesystem::path& path) {
     const auto text = textOf(path);

@@ -13,12 +13,11 @@
 
 namespace {
 
-using namespace MoxReader;
 using Support::numbersOfArray;
 using Support::saveNumberedArrays;
 
 /// Whether the writer overwrote a part of the block that holds the numbers at this place.
-bool isUnderOthers(const StreamReader& heavy, std::uint64_t position) {
+bool isUnderOthers(const MoxReader::StreamReader& heavy, std::uint64_t position) {
     return heavy.blocks()[heavy.blockAt(position)].isOverwritten;
 }
 
@@ -32,9 +31,9 @@ protected:
     /// Expects each array to have its numbers, or to be refused if others cover its block.
     /// @return how many arrays were refused.
     unsigned expectNumbers(unsigned count, const std::function<unsigned(unsigned)>& lengthOf) const {
-        const File file(path);
+        const MoxReader::File file(path);
         const auto model = readModel(file);
-        HeavyData heavy(file, model);
+        MoxReader::HeavyData heavy(file, model);
         const auto& datasets = model.node(3).geometry()->datasets;
         EXPECT_EQ(count, datasets.size());
         EXPECT_EQ("arrays", model.globalInformation().modifiers.at(0).sourceName);
@@ -46,13 +45,13 @@ protected:
                 continue;
             }
             ++refused;
-            EXPECT_THROW(heavy.readUnsigned(datasets[i]), Error) << i;
+            EXPECT_THROW(heavy.readUnsigned(datasets[i]), MoxReader::Error) << i;
         }
         return refused;
     }
 
-    RawIndex index() const {
-        const File file(path);
+    MoxReader::RawIndex index() const {
+        const MoxReader::File file(path);
         return file.index();
     }
 
@@ -155,7 +154,7 @@ TEST_F(DisplacedFile, NineteenBlocksOfArraysLieWhereTheyShould) {
 // The blocks before the second table and those before the third take equally many bytes, counted from 0.
 TEST_F(DisplacedFile, ATableThatLiesOverAnotherOneMakesTheFileUnreadable) {
     save("800", 460, [](unsigned) { return 200u; });
-    EXPECT_THROW(readModel(File(path)), Error);
+    EXPECT_THROW(readModel(MoxReader::File(path)), MoxReader::Error);
     FileSource source(path);
     const auto found = scanIndex(source);
     EXPECT_FALSE(found.damage.empty());
@@ -164,5 +163,5 @@ TEST_F(DisplacedFile, ATableThatLiesOverAnotherOneMakesTheFileUnreadable) {
 
 TEST_F(DisplacedFile, ATableThatLiesOverTheTreeMakesTheFileUnreadable) {
     save("1", 45, [](unsigned) { return 20u; });
-    EXPECT_THROW(readModel(File(path)), Error);
+    EXPECT_THROW(readModel(MoxReader::File(path)), MoxReader::Error);
 }

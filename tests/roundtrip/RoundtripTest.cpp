@@ -27,15 +27,15 @@ using Roundtrip::RandomModel;
 class RoundtripsOfAnySize : public testing::Test {
 protected:
     void saveAndCompare(RandomModel& random) {
-        random.save(path);
-        const MoxReader::File file(path);
+        random.save(path_);
+        const MoxReader::File file(path_);
         const MoxReader::Model model = MoxReader::readModel(file);
         MoxReader::HeavyData numbers(file, model);
         ASSERT_EQ(random.getNodes().size(), model.nodes().size());
         for (std::size_t i = 0; i < model.nodes().size(); ++i) {
             compareNode(random.getNodes()[i], model.nodes()[i], model, numbers);
         }
-        std::filesystem::remove(path);
+        std::filesystem::remove(path_);
     }
 
 private:
@@ -88,8 +88,8 @@ private:
         return bits;
     }
 
-    Support::TemporaryFolder folder;
-    std::string path = folder.path("model.mox");
+    Support::TemporaryFolder folder_;
+    std::string path_ = folder_.path("model.mox");
 };
 
 class Roundtrips : public RoundtripsOfAnySize, public testing::WithParamInterface<std::string> {
@@ -99,7 +99,7 @@ private:
         return GetParam().empty() ? std::nullopt : std::optional(GetParam());
     }
 
-    Support::EnvironmentGuard blockSize{Support::BlockSizeVariable, sizeOrNone()};
+    Support::EnvironmentGuard blockSize_{Support::BlockSizeVariable, sizeOrNone()};
 };
 
 // Arrays that reach the limit of a block are placed too low from the nineteenth block on, which other tests

@@ -3,16 +3,10 @@
 #include "Support/ExpectError.h"
 #include "Support/TestFile.h"
 
-#include "MoxReader/File.h"
-
 using MoxReader::Attributes;
 using MoxReader::ErrorCode;
 
 namespace {
-
-MoxReader::StreamReader streamOf(const std::vector<std::uint8_t>& content) {
-    return MoxReader::File(TestFile().compressed("Attributes", content).source()).stream("Attributes");
-}
 
 Attributes attributesOf(const std::vector<std::uint8_t>& content) {
     auto stream = streamOf(content);

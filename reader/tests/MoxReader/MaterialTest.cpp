@@ -3,16 +3,10 @@
 #include "Support/ExpectError.h"
 #include "Support/SampleModel.h"
 
-#include "MoxReader/File.h"
-
 using MoxReader::ErrorCode;
 using MoxReader::Material;
 
 namespace {
-
-MoxReader::StreamReader streamOf(const std::vector<std::uint8_t>& content) {
-    return MoxReader::File(TestFile().compressed("Resources", content).source()).stream("Resources");
-}
 
 Bytes record(std::uint32_t size, std::string_view version) {
     return Bytes().u32(size).text(version).f32s({1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3, 4, 4, 4, 4}).f32(0.5f);

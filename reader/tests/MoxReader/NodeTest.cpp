@@ -3,15 +3,9 @@
 #include "Support/ExpectError.h"
 #include "Support/SampleModel.h"
 
-#include "MoxReader/File.h"
-
 using MoxReader::ErrorCode;
 
 namespace {
-
-MoxReader::StreamReader streamOf(const std::vector<std::uint8_t>& content) {
-    return MoxReader::File(TestFile().compressed("S", content).source()).stream("S");
-}
 
 std::vector<MoxReader::NodeRecord> recordsOf(const std::vector<std::uint8_t>& content) {
     auto stream = streamOf(content);

@@ -18,10 +18,6 @@ StreamReader letters() {
     return MoxReader::File(file.source()).stream("S");
 }
 
-StreamReader streamOf(const std::vector<std::uint8_t>& content) {
-    return MoxReader::File(TestFile().compressed("S", content).source()).stream("S");
-}
-
 } // namespace
 
 TEST(StreamReader, JoinsTheBlocksOfItsName) {

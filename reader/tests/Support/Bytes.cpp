@@ -97,6 +97,11 @@ Bytes& Bytes::noAttributes() {
     return fill(24, 0);
 }
 
+std::vector<std::uint8_t> cut(std::vector<std::uint8_t> bytes, std::size_t length) {
+    bytes.resize(length);
+    return bytes;
+}
+
 std::vector<std::uint8_t> patched(std::vector<std::uint8_t> bytes, std::size_t offset,
                                   const std::vector<std::uint8_t>& replacement) {
     std::ranges::copy(replacement, bytes.begin() + static_cast<std::ptrdiff_t>(offset));

@@ -44,6 +44,9 @@ private:
     std::vector<std::uint8_t> bytes_;
 };
 
+/// The first bytes.
+std::vector<std::uint8_t> cut(std::vector<std::uint8_t> bytes, std::size_t length);
+
 /// The bytes with those at offset replaced.
 std::vector<std::uint8_t> patched(std::vector<std::uint8_t> bytes, std::size_t offset,
                                   const std::vector<std::uint8_t>& replacement);

@@ -1,5 +1,7 @@
 #include "Support/TestFile.h"
 
+#include "MoxReader/File.h"
+
 #include <zlib.h>
 
 #include <algorithm>
@@ -120,4 +122,8 @@ std::vector<std::uint8_t> TestFile::displacedBytes(const std::set<std::size_t>& 
 
 std::shared_ptr<MoxReader::MemorySource> TestFile::source() const {
     return memory(bytes());
+}
+
+MoxReader::StreamReader streamOf(const std::vector<std::uint8_t>& content) {
+    return MoxReader::File(TestFile().compressed("S", content).source()).stream("S");
 }

@@ -3,6 +3,7 @@
 #include "Support/Bytes.h"
 
 #include "MoxReader/MemorySource.h"
+#include "MoxReader/StreamReader.h"
 
 #include <memory>
 #include <set>
@@ -48,3 +49,6 @@ std::vector<std::uint8_t> indexRecord(unsigned number, const std::string& name, 
                                       unsigned flags);
 
 std::shared_ptr<MoxReader::MemorySource> memory(std::vector<std::uint8_t> bytes);
+
+/// This content as the only stream of a file.
+MoxReader::StreamReader streamOf(const std::vector<std::uint8_t>& content);

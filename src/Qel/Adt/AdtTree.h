@@ -26,6 +26,8 @@ struct TreeNode {
 template <typename T>
 class Tree {
 public:
+    static constexpr unsigned int RootId = 1;
+
     /// A tree of a root without payload, which is current.
     Tree() { nodes_.push_back({.id = RootId}); }
 
@@ -91,9 +93,6 @@ public:
     unsigned int GetNextId() const { return nextId_; }
     /// All nodes in ascending id.
     const std::deque<TreeNode<T>>& GetNodes() const { return nodes_; }
-
-protected:
-    static constexpr unsigned int RootId = 1;
 
 private:
     bool Contains(unsigned int id) const { return id >= RootId && id < nextId_; }

@@ -12,8 +12,8 @@
 namespace {
 
 /// A record that holds a text.
-struct Record : Qel::Log::Record<char> {
-    explicit Record(const std::string& text)
+struct TextRecord : Qel::Log::Record<char> {
+    explicit TextRecord(const std::string& text)
         : Qel::Log::Record<char>(Qel::Log::Severity::Info,
                                  Qel::Log::Origin("Qel/Log/LogSystemTest", "Record", 1)) {
         *this << text;
@@ -22,20 +22,20 @@ struct Record : Qel::Log::Record<char> {
 
 TEST(LogSystem, DropsRecords) {
     const Support::CapturedStream cout(std::cout);
-    Qel::Log::LogSystem() += Record("abc");
+    Qel::Log::LogSystem() += TextRecord("abc");
     EXPECT_EQ(cout.str(), "");
 }
 
 TEST(LogSystem, PrintsARecordThatIsHandedOverAsAStreamWithoutTimeAndSeverity) {
     const Support::CapturedStream cout(std::cout);
-    const Record record("abc");
+    const TextRecord record("abc");
     Qel::Log::LogSystem() += static_cast<const std::ostream&>(record);
     EXPECT_EQ(cout.str(), "abc\n");
 }
 
 TEST(LogSystem, PrintsOneNewlineForAnEmptyRecord) {
     const Support::CapturedStream cout(std::cout);
-    const Record record("");
+    const TextRecord record("");
     Qel::Log::LogSystem() += static_cast<const std::ostream&>(record);
     EXPECT_EQ(cout.str(), "\n");
 }
@@ -66,7 +66,7 @@ struct CountingSystem : Qel::Log::LogSystem {
 TEST(LogSystem, BothOperationsAreVirtual) {
     CountingSystem counting;
     Qel::Log::LogSystem& system = counting;
-    const Record record("abc");
+    const TextRecord record("abc");
     system += record;
     system += record;
     system += static_cast<const std::ostream&>(record);

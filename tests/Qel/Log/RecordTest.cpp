@@ -6,26 +6,26 @@
 
 namespace {
 
-class Record : public testing::Test {
+class LogRecord : public testing::Test {
 protected:
     Qel::Log::Record<char> record{Qel::Log::Severity::Info,
                                   Qel::Log::Origin("Qel/Tnf/TnFile", "QelTnf::TnFile::CloseFile", 7)};
 };
 
-TEST_F(Record, IsAStringStream) {
+TEST_F(LogRecord, IsAStringStream) {
     EXPECT_TRUE((std::is_base_of_v<std::basic_ostringstream<char>, Qel::Log::Record<char>>));
 }
 
-TEST_F(Record, StartsWithAnEmptyText) {
+TEST_F(LogRecord, StartsWithAnEmptyText) {
     EXPECT_EQ(record.str(), "");
 }
 
-TEST_F(Record, HoldsWhateverIsStreamedIntoItInDefaultFormatting) {
+TEST_F(LogRecord, HoldsWhateverIsStreamedIntoItInDefaultFormatting) {
     record << "Buffer " << 19U << " written to stream." << 2.5;
     EXPECT_EQ(record.str(), "Buffer 19 written to stream.2.5");
 }
 
-TEST_F(Record, KnowsItsSeverityAndOrigin) {
+TEST_F(LogRecord, KnowsItsSeverityAndOrigin) {
     EXPECT_EQ(record.severity, Qel::Log::Severity::Info);
     EXPECT_STREQ(record.origin.file, "Qel/Tnf/TnFile");
     EXPECT_STREQ(record.origin.function, "QelTnf::TnFile::CloseFile");

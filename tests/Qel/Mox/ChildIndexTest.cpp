@@ -1,5 +1,7 @@
 #include <Qel/Mox/ChildIndex.h>
 
+#include "Qel/Mox/OlderGeometry.h"
+
 #include <Qel/Adt/AdtTree.h>
 #include <Qel/Mox/Geometry.h>
 #include <Qel/Mox/Group.h>
@@ -21,13 +23,6 @@ namespace {
 using QelMox::Geometry;
 using QelMox::Group;
 using QelMox::Shape;
-
-class OlderGeometry final : public Geometry {
-public:
-    using Geometry::Geometry;
-
-    std::string GetVersion() const override { return "0.5"; }
-};
 
 class ChildIndex : public testing::Test {
 protected:
@@ -122,11 +117,11 @@ TEST_F(ChildIndex, ByNameTheOldestIsFoundAndByClassTheOldestOfTheClass) {
 
 TEST_F(ChildIndex, ClassIsComparedExactly) {
     addGroup(RootId, "elder");
-    const unsigned int older = add(RootId, std::make_unique<OlderGeometry>("a"));
+    const unsigned int older = add(RootId, std::make_unique<Support::OlderGeometry>("a"));
     EXPECT_EQ(index.Find(RootId, "a", typeid(Geometry)), 0U);
     const unsigned int geometry = addGeometry(RootId, "a");
     EXPECT_EQ(index.Find(RootId, "a", typeid(Geometry)), geometry);
-    EXPECT_EQ(index.Find(RootId, "a", typeid(OlderGeometry)), older);
+    EXPECT_EQ(index.Find(RootId, "a", typeid(Support::OlderGeometry)), older);
     EXPECT_EQ(index.Find(RootId, "a"), older);
 }
 
@@ -157,7 +152,7 @@ TEST_F(ChildIndex, FindsWhatAWalkAlongAllNodesOfARandomTreeFinds) {
     const std::vector<std::string> names = {
         "", "a", "b", "A", std::string("a\0b", 3), "a name that needs memory of its own", "aa"};
     const std::vector<const std::type_info*> classes = {&typeid(Group), &typeid(Shape), &typeid(Geometry),
-                                                        &typeid(OlderGeometry)};
+                                                        &typeid(Support::OlderGeometry)};
     std::mt19937 random(1);
     const auto below = [&](std::size_t count) { return static_cast<unsigned int>(random() % count); };
     const auto walk = [&](unsigned int parent, const std::string& name, const std::type_info* nodeClass) {
@@ -185,7 +180,7 @@ TEST_F(ChildIndex, FindsWhatAWalkAlongAllNodesOfARandomTreeFinds) {
             addGeometry(parent, name);
             break;
         case 3:
-            add(parent, std::make_unique<OlderGeometry>(name));
+            add(parent, std::make_unique<Support::OlderGeometry>(name));
             break;
         case 4:
             ASSERT_EQ(index.Find(parent, name), walk(parent, name, nullptr)) << step;

@@ -15,7 +15,7 @@ AttributeValue text(std::string_view value) {
     return AttributeValue(value);
 }
 
-class DatasetEntry : public testing::Test {
+class EntryOfDataset : public testing::Test {
 protected:
     std::vector<std::string> keys() const {
         std::vector<std::string> result;
@@ -30,7 +30,7 @@ protected:
     QelMox::DatasetEntry entry;
 };
 
-TEST_F(DatasetEntry, NewEntryIsNoLinkAndHasNoAttributes) {
+TEST_F(EntryOfDataset, NewEntryIsNoLinkAndHasNoAttributes) {
     EXPECT_FALSE(entry.isLink);
     EXPECT_EQ(entry.linkNodeId, 0U);
     EXPECT_EQ(entry.linkIndex, 0U);
@@ -39,7 +39,7 @@ TEST_F(DatasetEntry, NewEntryIsNoLinkAndHasNoAttributes) {
     EXPECT_TRUE(entry.attributes.empty());
 }
 
-TEST_F(DatasetEntry, CategoryVibrationIsKeptAndMarksTheEntryWhileReservedKeysAreDropped) {
+TEST_F(EntryOfDataset, CategoryVibrationIsKeptAndMarksTheEntryWhileReservedKeysAreDropped) {
     entry.SetAttributes({{"Category", text("Vibration")},
                          {"DataType", text("x")},
                          {"Link.target", text("x")},
@@ -50,7 +50,7 @@ TEST_F(DatasetEntry, CategoryVibrationIsKeptAndMarksTheEntryWhileReservedKeysAre
     EXPECT_EQ(entry.attributes.at("unit").text, "mm");
 }
 
-TEST_F(DatasetEntry, AllReservedKeysAreDropped) {
+TEST_F(EntryOfDataset, AllReservedKeysAreDropped) {
     AttributeList list;
     for (const char* const key :
          {"Complex", "Contents", "DataSource", "DataType", "Structure", "Link.", "Link.x"}) {
@@ -60,12 +60,12 @@ TEST_F(DatasetEntry, AllReservedKeysAreDropped) {
     EXPECT_EQ(keys(), Keys());
 }
 
-TEST_F(DatasetEntry, KeyOfTheFourCharactersBeforeThePointIsStored) {
+TEST_F(EntryOfDataset, KeyOfTheFourCharactersBeforeThePointIsStored) {
     entry.SetAttributes({{"Link", AttributeValue(1U)}, {"Linkx", AttributeValue(1U)}});
     EXPECT_EQ(keys(), (Keys{"Link", "Linkx"}));
 }
 
-TEST_F(DatasetEntry, ReservedKeysAreComparedWholeAndWithCase) {
+TEST_F(EntryOfDataset, ReservedKeysAreComparedWholeAndWithCase) {
     entry.SetAttributes({{"Complexity", AttributeValue(1U)},
                          {"complex", AttributeValue(1U)},
                          {"Comple", AttributeValue(1U)},
@@ -73,7 +73,7 @@ TEST_F(DatasetEntry, ReservedKeysAreComparedWholeAndWithCase) {
     EXPECT_EQ(keys(), (Keys{"Comple", "Complexity", "complex", "link.x"}));
 }
 
-TEST_F(DatasetEntry, CategoryInLowerCaseOrOfAnotherKindIsNoVibration) {
+TEST_F(EntryOfDataset, CategoryInLowerCaseOrOfAnotherKindIsNoVibration) {
     entry.SetAttributes({{"Category", text("vibration")}});
     EXPECT_FALSE(entry.vibration);
     entry.SetAttributes({{"Category", text("Vibrations")}});
@@ -86,14 +86,14 @@ TEST_F(DatasetEntry, CategoryInLowerCaseOrOfAnotherKindIsNoVibration) {
     }
 }
 
-TEST_F(DatasetEntry, VibrationIsSettledAnewByEachCall) {
+TEST_F(EntryOfDataset, VibrationIsSettledAnewByEachCall) {
     entry.SetAttributes({{"Category", text("Vibration")}});
     entry.SetAttributes({});
     EXPECT_FALSE(entry.vibration);
     EXPECT_EQ(keys(), (Keys{"Category"}));
 }
 
-TEST_F(DatasetEntry, LaterAttributesAreAddedAndReplaceThoseOfTheirKeys) {
+TEST_F(EntryOfDataset, LaterAttributesAreAddedAndReplaceThoseOfTheirKeys) {
     entry.SetAttributes({{"a", AttributeValue(1U)}, {"b", AttributeValue(2U)}});
     entry.SetAttributes({{"b", text("x")}, {"c", AttributeValue(3U)}});
     EXPECT_EQ(keys(), (Keys{"a", "b", "c"}));
@@ -102,7 +102,7 @@ TEST_F(DatasetEntry, LaterAttributesAreAddedAndReplaceThoseOfTheirKeys) {
     EXPECT_EQ(entry.attributes.at("c").integer, 3U);
 }
 
-TEST_F(DatasetEntry, LinkNamesItsTargetAndHasNoAttributes) {
+TEST_F(EntryOfDataset, LinkNamesItsTargetAndHasNoAttributes) {
     entry.SetAttributes({{"a", AttributeValue(1U)}});
     entry.LinkTo(3, 7, {{"b", AttributeValue(2U)}});
     EXPECT_TRUE(entry.isLink);
@@ -112,7 +112,7 @@ TEST_F(DatasetEntry, LinkNamesItsTargetAndHasNoAttributes) {
     EXPECT_EQ(keys(), Keys());
 }
 
-TEST_F(DatasetEntry, LinkIsMarkedAsAVibrationByTheAttributesThatItIsGiven) {
+TEST_F(EntryOfDataset, LinkIsMarkedAsAVibrationByTheAttributesThatItIsGiven) {
     entry.LinkTo(3, 7, {{"Category", text("Vibration")}});
     EXPECT_TRUE(entry.vibration);
     EXPECT_EQ(keys(), Keys());

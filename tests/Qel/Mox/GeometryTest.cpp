@@ -30,12 +30,12 @@ const ByteVector EmptyRecord(24, 0);
 class VersionedGeometry final : public QelMox::Geometry {
 public:
     VersionedGeometry(const std::string& geometryName, std::string geometryVersion)
-        : Geometry(geometryName), version(std::move(geometryVersion)) {}
+        : Geometry(geometryName), version_(std::move(geometryVersion)) {}
 
-    std::string GetVersion() const override { return version; }
+    std::string GetVersion() const override { return version_; }
 
 private:
-    std::string version;
+    std::string version_;
 };
 
 DatasetEntry& addEntry(QelMox::Geometry& geometry, const std::string& key, VariableType type) {

@@ -18,7 +18,7 @@ using Floats = std::vector<float>;
 using Vector3 = std::array<float, 3>;
 using Vector4 = std::array<float, 4>;
 
-Thrown invalidSizeIn(std::string_view function) {
+Thrown invalidGroupSizeIn(std::string_view function) {
     return {3, "invalid array size", "Qel/Mox/Group", function};
 }
 
@@ -63,7 +63,7 @@ TEST_F(MoxGroup, SettersStoreTheirValues) {
 
 TEST_F(MoxGroup, TranslationOfTwoOrFourValuesThrowsAndChangesNothing) {
     for (const Floats& values : {Floats(), Floats(2, 9.0F), Floats(4, 9.0F)}) {
-        EXPECT_TRUE(throws<InvalidArguments>(invalidSizeIn("QelMox::Group::SetTranslation"),
+        EXPECT_TRUE(throws<InvalidArguments>(invalidGroupSizeIn("QelMox::Group::SetTranslation"),
                                              [&] { group.SetTranslation(values); }));
     }
     EXPECT_EQ(group.GetTranslation(), (Vector3{0, 0, 0}));
@@ -71,7 +71,7 @@ TEST_F(MoxGroup, TranslationOfTwoOrFourValuesThrowsAndChangesNothing) {
 
 TEST_F(MoxGroup, RotationOfThreeValuesThrowsAndChangesNothing) {
     for (const Floats& values : {Floats(), Floats(3, 9.0F), Floats(5, 9.0F)}) {
-        EXPECT_TRUE(throws<InvalidArguments>(invalidSizeIn("QelMox::Group::SetRotation"),
+        EXPECT_TRUE(throws<InvalidArguments>(invalidGroupSizeIn("QelMox::Group::SetRotation"),
                                              [&] { group.SetRotation(values); }));
     }
     EXPECT_EQ(group.GetRotation(), (Vector4{0, 0, 1, 0}));
@@ -79,7 +79,7 @@ TEST_F(MoxGroup, RotationOfThreeValuesThrowsAndChangesNothing) {
 
 TEST_F(MoxGroup, ScaleOfTwoOrFourValuesThrowsAndChangesNothing) {
     for (const Floats& values : {Floats(), Floats(2, 9.0F), Floats(4, 9.0F)}) {
-        EXPECT_TRUE(throws<InvalidArguments>(invalidSizeIn("QelMox::Group::SetScale"),
+        EXPECT_TRUE(throws<InvalidArguments>(invalidGroupSizeIn("QelMox::Group::SetScale"),
                                              [&] { group.SetScale(values); }));
     }
     EXPECT_EQ(group.GetScale(), (Vector3{1, 1, 1}));

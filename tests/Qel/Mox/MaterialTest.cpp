@@ -31,7 +31,7 @@ std::array<std::uint32_t, 4> bitsOf(const Color& color) {
 
 using ColorBits = std::array<std::uint32_t, 4>;
 
-Thrown invalidSizeIn(std::string_view function) {
+Thrown invalidMaterialSizeIn(std::string_view function) {
     return {3, "invalid array size", "Qel/Mox/Material", function};
 }
 
@@ -77,9 +77,9 @@ TEST_F(MoxMaterial, ThreeValuesReplaceRedGreenAndBlueOfEachColor) {
 
 TEST_F(MoxMaterial, DiffuseAndSpecularOfOtherLengthsThrowAndChangeNothing) {
     for (const Floats& values : {Floats(), Floats(2, 9.0F), Floats(5, 9.0F)}) {
-        EXPECT_TRUE(throws<InvalidArguments>(invalidSizeIn("QelMox::Material::SetDiffuseColor"),
+        EXPECT_TRUE(throws<InvalidArguments>(invalidMaterialSizeIn("QelMox::Material::SetDiffuseColor"),
                                              [&] { material.SetDiffuseColor(values); }));
-        EXPECT_TRUE(throws<InvalidArguments>(invalidSizeIn("QelMox::Material::SetSpecularColor"),
+        EXPECT_TRUE(throws<InvalidArguments>(invalidMaterialSizeIn("QelMox::Material::SetSpecularColor"),
                                              [&] { material.SetSpecularColor(values); }));
     }
     EXPECT_EQ(material.GetDiffuse(), (Color{0.8F, 0.8F, 0.8F, 1}));
@@ -88,9 +88,9 @@ TEST_F(MoxMaterial, DiffuseAndSpecularOfOtherLengthsThrowAndChangeNothing) {
 
 TEST_F(MoxMaterial, EmissiveAndAmbientOfOtherLengthsThrowAndChangeNothing) {
     for (const Floats& values : {Floats(), Floats(2, 9.0F), Floats(4, 9.0F)}) {
-        EXPECT_TRUE(throws<InvalidArguments>(invalidSizeIn("QelMox::Material::SetEmissiveColor"),
+        EXPECT_TRUE(throws<InvalidArguments>(invalidMaterialSizeIn("QelMox::Material::SetEmissiveColor"),
                                              [&] { material.SetEmissiveColor(values); }));
-        EXPECT_TRUE(throws<InvalidArguments>(invalidSizeIn("QelMox::Material::SetAmbientColor"),
+        EXPECT_TRUE(throws<InvalidArguments>(invalidMaterialSizeIn("QelMox::Material::SetAmbientColor"),
                                              [&] { material.SetAmbientColor(values); }));
     }
     EXPECT_EQ(material.GetEmissive(), (Color{0, 0, 0, 0}));

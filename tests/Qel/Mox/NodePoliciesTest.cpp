@@ -1,5 +1,7 @@
 #include <Qel/Mox/NodePolicies.h>
 
+#include "Qel/Mox/OlderGeometry.h"
+
 #include <Qel/Mox/Geometry.h>
 #include <Qel/Mox/Group.h>
 #include <Qel/Mox/Node.h>
@@ -18,45 +20,38 @@ using QelMox::NodesWithSameName;
 using QelMox::Shape;
 using QelMox::VirtualNodesWithSameName;
 
-class OlderGeometry final : public QelMox::Geometry {
-public:
-    using Geometry::Geometry;
-
-    std::string GetVersion() const override { return "0.5"; }
-};
-
-const Group group("a", {});
-const Group sameGroup("a", {});
-const Group otherGroup("b", {});
-const Group upperCaseGroup("A", {});
-const Shape shape("a");
-const Node plain("a");
+const Group GroupA("a", {});
+const Group SameGroupA("a", {});
+const Group GroupB("b", {});
+const Group UpperCaseGroup("A", {});
+const Shape ShapeA("a");
+const Node PlainNode("a");
 
 TEST(NodesWithSameName, NeedsNameTypeAndVersion) {
-    EXPECT_TRUE(NodesWithSameName()(&group, &sameGroup));
-    EXPECT_FALSE(NodesWithSameName()(&group, &otherGroup));
-    EXPECT_FALSE(NodesWithSameName()(&group, &shape));
+    EXPECT_TRUE(NodesWithSameName()(&GroupA, &SameGroupA));
+    EXPECT_FALSE(NodesWithSameName()(&GroupA, &GroupB));
+    EXPECT_FALSE(NodesWithSameName()(&GroupA, &ShapeA));
     const QelMox::NodeSets nodeSets("a");
-    ASSERT_EQ(nodeSets.GetVersion(), plain.GetVersion());
-    EXPECT_FALSE(NodesWithSameName()(&nodeSets, &plain));
+    ASSERT_EQ(nodeSets.GetVersion(), PlainNode.GetVersion());
+    EXPECT_FALSE(NodesWithSameName()(&nodeSets, &PlainNode));
     const QelMox::Geometry geometry("a");
-    const OlderGeometry older("a");
+    const Support::OlderGeometry older("a");
     EXPECT_FALSE(NodesWithSameName()(&geometry, &older));
 }
 
 TEST(NodesWithSameName, ComparesWholeByteStringsWithCase) {
-    EXPECT_FALSE(NodesWithSameName()(&group, &upperCaseGroup));
+    EXPECT_FALSE(NodesWithSameName()(&GroupA, &UpperCaseGroup));
     const Group longer(std::string("a\0b", 3), {});
     const Group other(std::string("a\0c", 3), {});
     EXPECT_FALSE(NodesWithSameName()(&longer, &other));
-    EXPECT_FALSE(NodesWithSameName()(&longer, &group));
+    EXPECT_FALSE(NodesWithSameName()(&longer, &GroupA));
 }
 
 TEST(VirtualNodesWithSameName, NeedsTheNameAlone) {
-    EXPECT_TRUE(VirtualNodesWithSameName()(&group, &shape));
-    EXPECT_TRUE(VirtualNodesWithSameName()(&shape, &plain));
-    EXPECT_FALSE(VirtualNodesWithSameName()(&group, &otherGroup));
-    EXPECT_FALSE(VirtualNodesWithSameName()(&group, &upperCaseGroup));
+    EXPECT_TRUE(VirtualNodesWithSameName()(&GroupA, &ShapeA));
+    EXPECT_TRUE(VirtualNodesWithSameName()(&ShapeA, &PlainNode));
+    EXPECT_FALSE(VirtualNodesWithSameName()(&GroupA, &GroupB));
+    EXPECT_FALSE(VirtualNodesWithSameName()(&GroupA, &UpperCaseGroup));
 }
 
 } // namespace

@@ -33,12 +33,13 @@ protected:
 /// A material that is written in another version of its record.
 class VersionedMaterial : public QelMox::Material {
 public:
-    explicit VersionedMaterial(std::string recordVersion) : Material(""), version(std::move(recordVersion)) {}
+    explicit VersionedMaterial(std::string recordVersion)
+        : Material(""), version_(std::move(recordVersion)) {}
 
-    std::string GetRecordVersion() const override { return version; }
+    std::string GetRecordVersion() const override { return version_; }
 
 private:
-    const std::string version;
+    const std::string version_;
 };
 
 // The colours and the transparency of a new material, as far as the first version has them.

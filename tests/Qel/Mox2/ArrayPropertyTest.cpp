@@ -15,14 +15,14 @@ using Qel::Mox2::TableProperty;
 using Support::Thrown;
 using Support::throws;
 
-struct Row {
+struct TypeRow {
     int type;
     int width;
     const char* name; // Null for a type without a default name.
     unsigned int variableType;
 };
 
-constexpr Row Rows[] = {
+constexpr TypeRow Rows[] = {
     {0, 1, "Connectivity", 4},   {1, 1, "Connectivity", 5},  {2, 1, "Connectivity", 6},
     {3, 1, "Polylength", 9},     {4, 1, "Polylength", 9},    {5, 1, "Polylength", 9},
     {6, 1, "Part Elements", 4},  {7, 1, "Part Elements", 5}, {8, 1, "Part Elements", 6},
@@ -63,7 +63,7 @@ TYPED_TEST(ArrayPropertyOf, DefaultStateIsAnUnnamedNodeScalarOfWidthOne) {
 }
 
 TYPED_TEST(ArrayPropertyOf, WidthAndVariableTypeOfEveryType) {
-    for (const Row& row : Rows) {
+    for (const TypeRow& row : Rows) {
         EXPECT_EQ(TypeParam::widthFrom(DatasetType(row.type)), row.width) << row.type;
         EXPECT_EQ(static_cast<unsigned int>(TypeParam::geomTypeFrom(DatasetType(row.type))), row.variableType)
             << row.type;
@@ -71,7 +71,7 @@ TYPED_TEST(ArrayPropertyOf, WidthAndVariableTypeOfEveryType) {
 }
 
 TYPED_TEST(ArrayPropertyOf, NameOfEveryTypeThatHasOne) {
-    for (const Row& row : Rows) {
+    for (const TypeRow& row : Rows) {
         if (row.name != nullptr) {
             EXPECT_EQ(TypeParam::nameFrom(DatasetType(row.type)), row.name) << row.type;
         } else {

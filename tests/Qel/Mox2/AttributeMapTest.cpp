@@ -14,22 +14,22 @@ using Qel::Mox2::AttributeMap;
 using Qel::Mox2::AttributeVariant;
 
 template <std::size_t index, typename T>
-constexpr bool holds = std::is_same_v<std::variant_alternative_t<index, AttributeVariant>, T>;
+constexpr bool attributeHolds = std::is_same_v<std::variant_alternative_t<index, AttributeVariant>, T>;
 
 static_assert(std::variant_size_v<AttributeVariant> == 26);
-static_assert(holds<0, float> && holds<1, std::vector<float>>);
-static_assert(holds<2, int> && holds<3, std::vector<int>>);
-static_assert(holds<4, unsigned int> && holds<5, std::vector<unsigned int>>);
-static_assert(holds<6, std::string> && holds<7, std::vector<std::string>>);
-static_assert(holds<8, std::wstring> && holds<9, std::vector<std::wstring>>);
-static_assert(holds<10, double> && holds<11, std::vector<double>>);
-static_assert(holds<12, std::uint64_t> && holds<13, std::vector<std::uint64_t>>);
-static_assert(holds<14, std::int64_t> && holds<15, std::vector<std::int64_t>>);
-static_assert(holds<16, bool> && holds<17, std::vector<bool>>);
-static_assert(holds<18, unsigned char> && holds<19, std::vector<unsigned char>>);
-static_assert(holds<20, signed char> && holds<21, std::vector<signed char>>);
-static_assert(holds<22, unsigned short> && holds<23, std::vector<unsigned short>>);
-static_assert(holds<24, short> && holds<25, std::vector<short>>);
+static_assert(attributeHolds<0, float> && attributeHolds<1, std::vector<float>>);
+static_assert(attributeHolds<2, int> && attributeHolds<3, std::vector<int>>);
+static_assert(attributeHolds<4, unsigned int> && attributeHolds<5, std::vector<unsigned int>>);
+static_assert(attributeHolds<6, std::string> && attributeHolds<7, std::vector<std::string>>);
+static_assert(attributeHolds<8, std::wstring> && attributeHolds<9, std::vector<std::wstring>>);
+static_assert(attributeHolds<10, double> && attributeHolds<11, std::vector<double>>);
+static_assert(attributeHolds<12, std::uint64_t> && attributeHolds<13, std::vector<std::uint64_t>>);
+static_assert(attributeHolds<14, std::int64_t> && attributeHolds<15, std::vector<std::int64_t>>);
+static_assert(attributeHolds<16, bool> && attributeHolds<17, std::vector<bool>>);
+static_assert(attributeHolds<18, unsigned char> && attributeHolds<19, std::vector<unsigned char>>);
+static_assert(attributeHolds<20, signed char> && attributeHolds<21, std::vector<signed char>>);
+static_assert(attributeHolds<22, unsigned short> && attributeHolds<23, std::vector<unsigned short>>);
+static_assert(attributeHolds<24, short> && attributeHolds<25, std::vector<short>>);
 
 TEST(AttributeMap, KeysStandInPlainByteOrder) {
     const AttributeMap map = {{"b", 1}, {"B", 1}, {"a\xff", 1}, {"a", 1}, {"", 1}};

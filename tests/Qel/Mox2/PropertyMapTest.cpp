@@ -14,11 +14,11 @@ using Qel::Mox2::PropertyType;
 using Qel::Mox2::PropertyValue;
 
 template <std::size_t index, typename T>
-constexpr bool holds = std::is_same_v<std::variant_alternative_t<index, PropertyValue>, T>;
+constexpr bool propertyHolds = std::is_same_v<std::variant_alternative_t<index, PropertyValue>, T>;
 
 static_assert(std::variant_size_v<PropertyValue> == 5);
-static_assert(holds<0, int> && holds<1, float> && holds<2, std::string>);
-static_assert(holds<3, std::vector<int>> && holds<4, std::vector<float>>);
+static_assert(propertyHolds<0, int> && propertyHolds<1, float> && propertyHolds<2, std::string>);
+static_assert(propertyHolds<3, std::vector<int>> && propertyHolds<4, std::vector<float>>);
 static_assert(sizeof(PropertyType) == 4);
 
 TEST(PropertyMap, KeysStandInOrderOfTheirSignedNumbers) {

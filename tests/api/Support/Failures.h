@@ -1,6 +1,7 @@
 #pragma once
 
 #include "api/Support/Failure.h"
+#include "api/Support/PublicNames.h"
 
 /// The failures that several calls have in common.
 namespace Api {
@@ -18,6 +19,13 @@ inline Failure notInitialized() {
 inline Failure notEmpty() {
     return failure<Qel::Exception::InvalidObjectState>(17, "Not Empty", "Qel/Mox2/Database",
                                                        "Qel::Mox2::Database::assertEmpty");
+}
+
+/// Can be set, but no file keeps an unsigned number.
+inline Attributes refusedAttributes() {
+    Attributes attributes;
+    attributes.set("count", 7U);
+    return attributes;
 }
 
 inline Failure attributeRefused() {

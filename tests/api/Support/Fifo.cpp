@@ -20,13 +20,13 @@ namespace Api {
 
 Fifo::Fifo(const std::string& path) {
     if (mkfifo(path.c_str(), S_IRUSR | S_IWUSR) == 0) {
-        reader = open(path.c_str(), O_RDWR | O_NONBLOCK);
+        reader_ = open(path.c_str(), O_RDWR | O_NONBLOCK);
     }
 }
 
 Fifo::~Fifo() {
     if (isOpen()) {
-        close(reader);
+        close(reader_);
     }
 }
 

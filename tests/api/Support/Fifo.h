@@ -13,10 +13,10 @@ public:
     ~Fifo();
 
     /// False on systems without such pipes.
-    bool isOpen() const { return reader >= 0; }
+    bool isOpen() const { return reader_ >= 0; }
 
 private:
-    int reader = -1;
+    int reader_ = -1;
 };
 
 } // namespace Api

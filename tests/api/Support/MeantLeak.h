@@ -14,7 +14,7 @@ public:
 
 #if SUPPORT_ADDRESS_SANITIZER
 private:
-    __lsan::ScopedDisabler disabler;
+    __lsan::ScopedDisabler disabler_;
 #endif
 };
 

@@ -17,7 +17,7 @@ const Content& required(const Content* content) {
 } // namespace
 
 SavedModel::SavedModel(const std::string& path)
-    : opened(path), tree(MoxReader::readModel(opened)), heavy(opened, tree) {}
+    : opened_(path), tree_(MoxReader::readModel(opened_)), heavy_(opened_, tree_) {}
 
 const MoxReader::Group& SavedModel::group(std::uint32_t id) const {
     return required(node(id).group());
@@ -32,7 +32,7 @@ const std::vector<MoxReader::Dataset>& SavedModel::datasets(std::uint32_t id) co
 }
 
 std::vector<std::uint8_t> SavedModel::stream(std::string_view name) const {
-    MoxReader::StreamReader reader = opened.stream(name);
+    MoxReader::StreamReader reader = opened_.stream(name);
     return reader.readBytes(reader.size());
 }
 

@@ -19,7 +19,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* CheckDetails =
     R"(Checks the index, each block with its checksum, the tree, each descriptor and each dataset, and goes on
 after damage where it can. Then it looks at what the numbers say and warns of what can hardly be meant.
 
@@ -48,7 +48,7 @@ void CheckCommand::addOptions(CommandLine& line) {
     line.addFlag("-q,--quiet", quiet_, "Write nothing; the exit code says it").excludes({json});
     line.addFlag("-W,--strict", strict_, "Warnings count as errors: exit code 2");
     line.add("--limit", limit_, "List so many findings of each rule at most; 0 for all").showDefault();
-    line.setDetails(Details);
+    line.setDetails(CheckDetails);
     line.setCheck([this] {
         if (paths_.empty() && !listRules_) {
             throw UsageError("FILE is required");

@@ -37,7 +37,7 @@ constexpr std::array KnownNames = {
     KnownName{Format::GlobalStream, Format::FlagCompressed, Format::FlagCompressed},
 };
 
-FindingPlace placeOf(const BlockRecord& record) {
+FindingPlace placeOfBlock(const BlockRecord& record) {
     return {.offset = record.recordPosition, .block = record.id};
 }
 
@@ -50,17 +50,17 @@ void checkNameAndFlags(const BlockRecord& record, FindingList& findings) {
     const auto known = std::ranges::find(KnownNames, std::string_view(record.name), &KnownName::name);
     if (known == KnownNames.end()) {
         findings.add(RuleId::BlockName, fmt::format("unknown block name \"{}\"", visibleText(record.name)),
-                     placeOf(record));
+                     placeOfBlock(record));
         return;
     }
     if (!isPadded(record)) {
-        findings.add(RuleId::BlockName, "bytes after the end of the name", placeOf(record));
+        findings.add(RuleId::BlockName, "bytes after the end of the name", placeOfBlock(record));
     }
     if (record.flags != known->flags && record.flags != known->otherFlags) {
         findings.add(
             RuleId::BlockFlags,
             fmt::format("flags 0x{:02x} on a block named \"{}\"", record.flags, visibleText(record.name)),
-            placeOf(record));
+            placeOfBlock(record));
     }
 }
 
@@ -68,15 +68,15 @@ void checkRecord(const BlockRecord& record, FindingList& findings) {
     const auto number = static_cast<std::uint8_t>(record.id + 1);
     if (record.number != number) {
         findings.add(RuleId::RecordNumber, fmt::format("number {} instead of {}", record.number, number),
-                     placeOf(record));
+                     placeOfBlock(record));
     }
     if (record.reserved != 0) {
-        findings.add(RuleId::ReservedByte, fmt::format("it is {}", record.reserved), placeOf(record));
+        findings.add(RuleId::ReservedByte, fmt::format("it is {}", record.reserved), placeOfBlock(record));
     }
     checkNameAndFlags(record, findings);
     if (record.isEmptyEntry() && record.length != 0) {
         findings.add(RuleId::FreeEntries, fmt::format("a free entry of {} bytes", record.length),
-                     placeOf(record));
+                     placeOfBlock(record));
     }
 }
 
@@ -85,7 +85,7 @@ void checkFreeEntriesAreLast(const RawIndex& index, FindingList& findings) {
     const auto used = std::find_if(firstFree, index.blocks.end(),
                                    [](const auto& record) { return !record.isEmptyEntry(); });
     if (used != index.blocks.end()) {
-        findings.add(RuleId::FreeEntries, "a block in use stands after a free entry", placeOf(*used));
+        findings.add(RuleId::FreeEntries, "a block in use stands after a free entry", placeOfBlock(*used));
     }
 }
 

@@ -19,7 +19,7 @@ using MoxReader::Dataset;
 using MoxReader::Node;
 namespace Format = MoxReader::Format;
 
-bool isConnectivity(const Dataset& dataset) {
+bool connectsNodes(const Dataset& dataset) {
     return Format::isConnectivityType(dataset.variableType) && dataset.name != DatasetNames::PartElements &&
            dataset.elementTag == Format::UnsignedTag;
 }
@@ -71,7 +71,7 @@ private:
         if (Format::isType(dataset.variableType, Format::VariableType::Coordinates)) {
             mesh.nodes.insert(known.items);
         }
-        if (isConnectivity(dataset)) {
+        if (connectsNodes(dataset)) {
             mesh.connectivity += known.items;
         }
         if (Format::isType(dataset.variableType, Format::VariableType::Polylength)) {
@@ -114,7 +114,7 @@ private:
         }
         const auto& nodes =
             meshWith(dataset.step, [](const Mesh& mesh) { return !mesh.nodes.empty(); }).nodes;
-        if (isConnectivity(dataset) && known.wereRead && !nodes.empty() && known.highest >= *nodes.rbegin()) {
+        if (connectsNodes(dataset) && known.wereRead && !nodes.empty() && known.highest >= *nodes.rbegin()) {
             findings_.add(RuleId::Connectivity,
                           fmt::format("it names place {}, counted from 0, of {} coordinates", known.highest,
                                       *nodes.rbegin()),

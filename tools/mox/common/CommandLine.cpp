@@ -10,8 +10,8 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Name = "NAME";
-constexpr const char* Number = "NUMBER";
+constexpr const char* NameValue = "NAME";
+constexpr const char* NumberValue = "NUMBER";
 
 bool isDigit(char letter) {
     return letter >= '0' && letter <= '9';
@@ -26,7 +26,7 @@ template <typename Integer>
 CLI::Option& addWholeNumber(CLI::App& level, const std::string& names, Integer& target,
                             const std::string& description) {
     auto* option = level.add_option(names, target, description);
-    option->type_name(Number);
+    option->type_name(NumberValue);
     option->check([](const std::string& text) {
         return isWholeNumber(text) ? "" : "must be a whole number from 0 up, not " + text;
     });
@@ -94,17 +94,17 @@ CommandLine::Option CommandLine::declare(const std::string& names, T& target, co
 
 CommandLine::Option CommandLine::add(const std::string& names, std::string& target,
                                      const std::string& description) {
-    return declare(names, target, description, Name);
+    return declare(names, target, description, NameValue);
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, std::optional<std::string>& target,
                                      const std::string& description) {
-    return declare(names, target, description, Name);
+    return declare(names, target, description, NameValue);
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, std::vector<std::string>& target,
                                      const std::string& description) {
-    return declare(names, target, description, Name);
+    return declare(names, target, description, NameValue);
 }
 
 CommandLine::Option CommandLine::add(const std::string& names, unsigned int& target,
@@ -124,7 +124,7 @@ CommandLine::Option CommandLine::add(const std::string& names, unsigned long lon
 
 CommandLine::Option CommandLine::add(const std::string& names, double& target,
                                      const std::string& description) {
-    return declare(names, target, description, Number);
+    return declare(names, target, description, NumberValue);
 }
 
 CommandLine::Option CommandLine::addFlag(const std::string& names, bool& target,

@@ -19,7 +19,7 @@ namespace {
 
 using Places = std::vector<std::size_t>;
 
-constexpr std::size_t MaxListed = 10;
+constexpr std::size_t MostStepsListed = 10;
 constexpr double TimeTolerance = 1e-5; // Times are shown in six digits.
 
 template <typename T>
@@ -89,10 +89,10 @@ std::string whatThereIs(const ModelSteps& steps) {
         return "the model has no steps";
     }
     std::string list;
-    for (std::size_t place = 0; place < std::min(all.size(), MaxListed); ++place) {
+    for (std::size_t place = 0; place < std::min(all.size(), MostStepsListed); ++place) {
         list += (list.empty() ? "" : ", ") + stepText(steps, place);
     }
-    if (all.size() > MaxListed) {
+    if (all.size() > MostStepsListed) {
         list += fmt::format(" and so on to {}", stepText(steps, all.size() - 1));
     }
     return fmt::format("its {}: {}", all.size() == 1 ? "only step is" : "steps are", list);

@@ -11,7 +11,7 @@ namespace MoxTool {
 namespace {
 
 // A longer cell moves the rest of its row instead of widening all others.
-constexpr std::size_t WidestColumn = 100;
+constexpr std::size_t WidestCell = 100;
 
 std::string cellText(const std::string& cell, std::size_t width, bool isFirst) {
     const auto length = utf8Length(cell);
@@ -36,7 +36,7 @@ std::vector<std::size_t> TextTable::columnWidths() const {
     std::vector<std::size_t> widths(rows_.empty() ? 0 : rows_.front().size());
     for (const auto& row : rows_) {
         for (std::size_t column = 0; column < row.size(); ++column) {
-            widths[column] = std::max(widths[column], std::min(utf8Length(row[column]), WidestColumn));
+            widths[column] = std::max(widths[column], std::min(utf8Length(row[column]), WidestCell));
         }
     }
     return widths;

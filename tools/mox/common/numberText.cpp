@@ -11,18 +11,18 @@ namespace {
 
 // The sign of a not-a-number means nothing.
 template <typename T>
-std::string textOf(T number) {
+std::string shortestText(T number) {
     return std::isnan(number) ? "nan" : fmt::format("{}", number);
 }
 
 } // namespace
 
 std::string numberText(float number) {
-    return textOf(number);
+    return shortestText(number);
 }
 
 std::string numberText(double number) {
-    return textOf(number);
+    return shortestText(number);
 }
 
 std::string shortNumberText(double number) {

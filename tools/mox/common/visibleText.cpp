@@ -18,7 +18,7 @@ bool isControl(std::string_view character) {
            (first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0);
 }
 
-std::string escape(char byte) {
+std::string escapeOf(char byte) {
     switch (byte) {
     case '\n':
         return "\\n";
@@ -47,7 +47,7 @@ std::string visible(std::string_view text, MayStay mayStay) {
         if (isVisible(character) && mayStay(character)) {
             result += character;
         } else {
-            std::for_each(bytes.begin(), bytes.end(), [&](char byte) { result += escape(byte); });
+            std::for_each(bytes.begin(), bytes.end(), [&](char byte) { result += escapeOf(byte); });
         }
         text.remove_prefix(bytes.size());
     }

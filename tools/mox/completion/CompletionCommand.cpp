@@ -11,7 +11,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* CompletionDetails =
     R"(With it the shell completes commands, options, their values and the names of files. Where mox is
 installed with its package, each shell finds its script by itself. For zsh the folder must be one of $fpath,
 set before compinit.
@@ -27,7 +27,7 @@ Examples:
 void CompletionCommand::addOptions(CommandLine& line) {
     program_ = line.programHelp();
     line.add("SHELL", shell_, "bash, zsh or fish; else bash").oneOf({"bash", "zsh", "fish"});
-    line.setDetails(Details);
+    line.setDetails(CompletionDetails);
 }
 
 int CompletionCommand::run(Terminal&) {

@@ -9,7 +9,7 @@ namespace MoxTool {
 namespace {
 
 // The program, its commands, its options, a line for each command, and one for each option with a value.
-constexpr const char* Script = R"(# Completion of {0} for bash. Made by "{0} completion bash".
+constexpr const char* BashScript = R"(# Completion of {0} for bash. Made by "{0} completion bash".
 _{0}() {{
     local current="${{COMP_WORDS[COMP_CWORD]}}" previous="${{COMP_WORDS[COMP_CWORD - 1]}}"
     local commands="{1}" command="" options="{2}" words="" i
@@ -90,7 +90,7 @@ std::string bashCompletion(const CommandHelp& program) {
         commandCases += commandLine(command);
         valueCases += valueLines(command);
     }
-    return fmt::format(Script, program.name, fmt::join(program.commandNames(), " "),
+    return fmt::format(BashScript, program.name, fmt::join(program.commandNames(), " "),
                        fmt::join(program.optionNames(), " "), commandCases, valueCases);
 }
 

@@ -6,7 +6,7 @@ namespace MoxTool {
 
 namespace {
 
-std::string inQuotes(const std::string& text) {
+std::string inFishQuotes(const std::string& text) {
     std::string result = "'";
     for (const char letter : text) {
         if (letter == '\'' || letter == '\\') {
@@ -18,7 +18,7 @@ std::string inQuotes(const std::string& text) {
 }
 
 // What fish is to offer for a value: files (-F), nothing but words (-x -a), or nothing (-x).
-std::string actionOf(ValueKind kind, const std::vector<std::string>& choices, const CommandHelp& program) {
+std::string fishAction(ValueKind kind, const std::vector<std::string>& choices, const CommandHelp& program) {
     switch (kind) {
     case ValueKind::None:
         return "";
@@ -55,7 +55,7 @@ public:
         addOptions(program_, "__fish_use_subcommand");
         for (const auto& command : program_.commands) {
             add("__fish_use_subcommand",
-                fmt::format(" -a {} -d {}", command.name, inQuotes(command.description)));
+                fmt::format(" -a {} -d {}", command.name, inFishQuotes(command.description)));
         }
         for (const auto& command : program_.commands) {
             const auto condition = "__fish_seen_subcommand_from " + command.name;
@@ -72,8 +72,8 @@ private:
 
     void addOptions(const CommandHelp& level, const std::string& condition) {
         for (const auto& option : level.options) {
-            add(condition, namesOf(option) + actionOf(option.value, option.choices, program_) + " -d " +
-                               inQuotes(option.description));
+            add(condition, namesOf(option) + fishAction(option.value, option.choices, program_) + " -d " +
+                               inFishQuotes(option.description));
         }
     }
 
@@ -83,7 +83,7 @@ private:
             return;
         }
         const auto& argument = command.arguments.front();
-        const auto words = actionOf(argument.value, argument.choices, program_);
+        const auto words = fishAction(argument.value, argument.choices, program_);
         add(condition, argument.value == ValueKind::File ? " -F" : words);
     }
 

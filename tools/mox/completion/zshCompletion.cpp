@@ -11,7 +11,7 @@ namespace {
 // The program, its commands with what they do, its options, and for each command what it takes. As a file in
 // a folder of $fpath the script is the function's body; when it is sourced it names the function for the
 // program.
-constexpr const char* Script = R"(#compdef {0}
+constexpr const char* ZshScript = R"(#compdef {0}
 # Completion of {0} for zsh. Made by "{0} completion zsh".
 _{0}() {{
     local context state state_descr line
@@ -36,7 +36,7 @@ else
 fi
 )";
 
-std::string inQuotes(const std::string& text) {
+std::string inZshQuotes(const std::string& text) {
     std::string result = "'";
     for (const char letter : text) {
         if (letter == '\'') {
@@ -59,7 +59,7 @@ std::string withBackslashes(const std::string& text, std::string_view special) {
     return result;
 }
 
-std::string actionOf(ValueKind kind, const std::vector<std::string>& choices, const CommandHelp& program) {
+std::string zshAction(ValueKind kind, const std::vector<std::string>& choices, const CommandHelp& program) {
     switch (kind) {
     case ValueKind::File:
         return "_files";
@@ -85,18 +85,18 @@ std::string optionLines(const OptionHelp& option, const CommandHelp& program, st
         }
         entry += fmt::format("[{}]", withBackslashes(option.description, "[]"));
         if (option.value != ValueKind::None) {
-            entry += fmt::format(":value:{}", actionOf(option.value, option.choices, program));
+            entry += fmt::format(":value:{}", zshAction(option.value, option.choices, program));
         }
-        lines += fmt::format("{}{} \\\n", indent, inQuotes(entry));
+        lines += fmt::format("{}{} \\\n", indent, inZshQuotes(entry));
     }
     return lines;
 }
 
 std::string argumentLine(const ArgumentHelp& argument, const CommandHelp& program, std::string_view indent) {
-    return fmt::format(
-        "{}{} \\\n", indent,
-        inQuotes(fmt::format("{}:{}:{}", argument.canRepeat ? "*" : "", withBackslashes(argument.name, ":"),
-                             actionOf(argument.value, argument.choices, program))));
+    return fmt::format("{}{} \\\n", indent,
+                       inZshQuotes(fmt::format("{}:{}:{}", argument.canRepeat ? "*" : "",
+                                               withBackslashes(argument.name, ":"),
+                                               zshAction(argument.value, argument.choices, program))));
 }
 
 std::string commandCase(const CommandHelp& command, const CommandHelp& program) {
@@ -120,13 +120,13 @@ std::string zshCompletion(const CommandHelp& program) {
     std::string options;
     std::string cases;
     for (const auto& command : program.commands) {
-        names += fmt::format("        {}\n", inQuotes(command.name + ":" + command.description));
+        names += fmt::format("        {}\n", inZshQuotes(command.name + ":" + command.description));
         cases += commandCase(command, program);
     }
     for (const auto& option : program.options) {
         options += optionLines(option, program, "        ");
     }
-    return fmt::format(Script, program.name, names, options, cases);
+    return fmt::format(ZshScript, program.name, names, options, cases);
 }
 
 } // namespace MoxTool

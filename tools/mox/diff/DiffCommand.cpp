@@ -14,7 +14,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* DiffDetails =
     R"(Nodes are paired by their paths, datasets by name and step; of several with one name the first is paired
 with the first and so on. Compared are types, transforms, materials, attributes, who saved the file, and all
 numbers. Ids, the order of siblings and of datasets, and the blocks of the file don't count. A dataset that
@@ -82,7 +82,7 @@ void DiffCommand::addOptions(CommandLine& line) {
             throw UsageError("only one of A and B can be -");
         }
     });
-    line.setDetails(Details);
+    line.setDetails(DiffDetails);
 }
 
 int DiffCommand::run(Terminal& terminal) {

@@ -13,7 +13,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* DumpDetails =
     R"(The order is that of the file for nodes and datasets and that of the alphabet for attributes, and one value
 stands on one line, so that dumps can be kept in a version control system and compared. The same model
 saved twice dumps the same, but for the date and for what --storage adds. A dataset that shares the numbers
@@ -39,7 +39,7 @@ void DumpCommand::addOptions(CommandLine& line) {
     line.addFlag("--storage", options_.storage,
                  "With the blocks and the streams of the file, and the places in them");
     line.addFlag(WorkLimit::Option, noLimit_, WorkLimit::Help);
-    line.setDetails(Details);
+    line.setDetails(DumpDetails);
 }
 
 int DumpCommand::run(Terminal& terminal) {

@@ -53,7 +53,7 @@ std::string withFixedRules(std::string_view text) {
 }
 
 template <typename T>
-std::string textOf(T number) {
+std::string scientificText(T number) {
     if (!std::isfinite(number)) {
         return fmt::format("\"{}\"", numberText(number));
     }
@@ -66,11 +66,11 @@ std::string textOf(T number) {
 } // namespace
 
 std::string floatText(float number) {
-    return textOf(number);
+    return scientificText(number);
 }
 
 std::string floatText(double number) {
-    return textOf(number);
+    return scientificText(number);
 }
 
 } // namespace MoxTool

@@ -18,7 +18,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* ExportDetails =
     R"(The extension of OUT decides the format, unless --format does:
   .e .exo .ex2 .g   exodus: Exodus II. A model that mox import made of such a file comes back with the same
                     numbers, names, ids, steps and times
@@ -41,26 +41,27 @@ Examples:
   mox export -p /bracket/rib -p /bracket/foot -d Displacement -d 'Stress*' bracket.mox rib.pvd
   mox export -s @0.25 bracket.mox - | gzip > quarter.vtu.gz)";
 
-enum class Format { Exodus, Vtu, Pvd };
+enum class ExportFormat { Exodus, Vtu, Pvd };
 
-const std::map<std::string, Format> Extensions = {
-    {".e", Format::Exodus}, {".exo", Format::Exodus}, {".ex2", Format::Exodus},
-    {".g", Format::Exodus}, {".vtu", Format::Vtu},    {".pvd", Format::Pvd},
+const std::map<std::string, ExportFormat> FormatExtensions = {
+    {".e", ExportFormat::Exodus}, {".exo", ExportFormat::Exodus}, {".ex2", ExportFormat::Exodus},
+    {".g", ExportFormat::Exodus}, {".vtu", ExportFormat::Vtu},    {".pvd", ExportFormat::Pvd},
 };
 
-const std::map<std::string, Format> Names = {
-    {"exodus", Format::Exodus}, {"vtu", Format::Vtu}, {"pvd", Format::Pvd}};
+const std::map<std::string, ExportFormat> FormatNames = {
+    {"exodus", ExportFormat::Exodus}, {"vtu", ExportFormat::Vtu}, {"pvd", ExportFormat::Pvd}};
 
 // The only format that stdout can take is what "-" stands for.
-std::optional<Format> formatOf(const ExportRequest& request, const std::string& name) {
+std::optional<ExportFormat> formatOf(const ExportRequest& request, const std::string& name) {
     if (!name.empty()) {
-        return Names.at(name);
+        return FormatNames.at(name);
     }
     if (request.isToStandardOutput()) {
-        return Format::Vtu;
+        return ExportFormat::Vtu;
     }
-    const auto known = Extensions.find(lowerCase(std::filesystem::path(request.output).extension().string()));
-    return known == Extensions.end() ? std::nullopt : std::optional(known->second);
+    const auto known =
+        FormatExtensions.find(lowerCase(std::filesystem::path(request.output).extension().string()));
+    return known == FormatExtensions.end() ? std::nullopt : std::optional(known->second);
 }
 
 void requireFormat(const ExportRequest& request, const std::string& name) {
@@ -69,11 +70,11 @@ void requireFormat(const ExportRequest& request, const std::string& name) {
         throw UsageError(request.output +
                          ": the extension must be .e, .exo, .ex2, .g, .vtu or .pvd, or --format be given");
     }
-    if (request.isToStandardOutput() && *format == Format::Exodus) {
+    if (request.isToStandardOutput() && *format == ExportFormat::Exodus) {
         throw UsageError(
             "Exodus II can't be written to stdout, since its library goes back and forth in a file");
     }
-    if (request.isToStandardOutput() && *format == Format::Pvd) {
+    if (request.isToStandardOutput() && *format == ExportFormat::Pvd) {
         throw UsageError(
             "pvd can't be written to stdout, since it takes several files; choose vtu and a step");
     }
@@ -119,7 +120,7 @@ void ExportCommand::addOptions(CommandLine& line) {
     line.addFlag("-v,--verbose", verbose_, "List all names of what is not taken, not only the first ten");
     line.addFlag(WorkLimit::Option, request_.noLimit, WorkLimit::Help);
     line.setCheck([this] { requireFormat(request_, format_); });
-    line.setDetails(std::string(Details) + PathHelp + Examples);
+    line.setDetails(std::string(ExportDetails) + PathHelp + Examples);
 }
 
 int ExportCommand::run(Terminal& terminal) {
@@ -130,11 +131,11 @@ int ExportCommand::run(Terminal& terminal) {
 
 ConversionSummary ExportCommand::exportModel(Terminal& terminal) const {
     switch (*formatOf(request_, format_)) {
-    case Format::Exodus:
+    case ExportFormat::Exodus:
         return exportExodus(request_, terminal);
-    case Format::Vtu:
+    case ExportFormat::Vtu:
         return exportVtu(request_);
-    case Format::Pvd:
+    case ExportFormat::Pvd:
         return exportPvd(request_, terminal);
     }
     throw Failure(request_.output, "has no known extension");

@@ -23,7 +23,7 @@ bool fitsItsType(const Dataset& dataset, const Dataset& holder) {
     return type != nullptr && holder.width == type->width;
 }
 
-struct FoundStep {
+struct StepOfResults {
     ModelStep step;
     std::uint64_t position; // of its first numbers
 };
@@ -46,7 +46,7 @@ ExportResults ResultCollector::collect() {
 // A link from another step shares the numbers of that step, but not its attributes.
 void ResultCollector::collectSteps() {
     std::map<std::string, std::size_t> places;
-    std::vector<FoundStep> found;
+    std::vector<StepOfResults> found;
     for (const auto& part : mesh_.parts) {
         for (const auto& dataset : part.geometry->geometry()->datasets) {
             if (dataset.step.empty() || resultPlaceOf(dataset) == ResultPlace::Nowhere ||

@@ -13,29 +13,29 @@ namespace MoxTool {
 
 namespace {
 
-using Names = std::set<std::string>;
+using NameSet = std::set<std::string>;
 
 // Attributes that an export takes, or whose content it writes in its own way.
 bool isTaken(const std::string& key) {
     namespace Name = AttributeNames;
-    static const Names keys = {Name::Title,         Name::Dimensions,
-                               Name::Nodes,         Name::Elements,
-                               Name::ElementBlocks, Name::NodeSets,
-                               Name::SideSets,      Name::Steps,
-                               Name::SourceProgram, Name::SourceVersion,
-                               Name::SourceDate,    Name::SourceTime,
-                               Name::BlockId,       Name::BlockName,
-                               Name::ElementType,   Name::NodesPerElement,
-                               Name::Time,          Name::exact(Name::Time),
-                               Name::Frequency,     Name::exact(Name::Frequency),
-                               Name::Category,      Name::Mode};
+    static const NameSet keys = {Name::Title,         Name::Dimensions,
+                                 Name::Nodes,         Name::Elements,
+                                 Name::ElementBlocks, Name::NodeSets,
+                                 Name::SideSets,      Name::Steps,
+                                 Name::SourceProgram, Name::SourceVersion,
+                                 Name::SourceDate,    Name::SourceTime,
+                                 Name::BlockId,       Name::BlockName,
+                                 Name::ElementType,   Name::NodesPerElement,
+                                 Name::Time,          Name::exact(Name::Time),
+                                 Name::Frequency,     Name::exact(Name::Frequency),
+                                 Name::Category,      Name::Mode};
     static constexpr std::array<std::string_view, 3> Numbered = {Name::QaRecord, Name::Component,
                                                                  Name::TimeOfStep};
     return keys.contains(key) ||
            std::ranges::any_of(Numbered, [&](auto front) { return key.starts_with(front); });
 }
 
-void addKeys(const MoxReader::Attributes& attributes, Names& names) {
+void addKeys(const MoxReader::Attributes& attributes, NameSet& names) {
     for (const auto& [key, value] : attributes) {
         if (!isTaken(key)) {
             names.insert(key);
@@ -43,7 +43,7 @@ void addKeys(const MoxReader::Attributes& attributes, Names& names) {
     }
 }
 
-void addSkipped(ConversionSummary& summary, const char* kind, const Names& names) {
+void addSkipped(ConversionSummary& summary, const char* kind, const NameSet& names) {
     summary.addSkipped(kind, {names.begin(), names.end()});
 }
 
@@ -53,7 +53,7 @@ void listSkippedTreeContent(const MoxReader::Model& model, const ExportChoice& c
                             ConversionSummary& summary) {
     std::int64_t groups = 0;
     std::int64_t materials = 0;
-    Names nodeSets, groupKeys, datasetKeys;
+    NameSet nodeSets, groupKeys, datasetKeys;
     for (const auto& node : model.nodes()) {
         if (!choice.takesNode(node)) {
             continue;

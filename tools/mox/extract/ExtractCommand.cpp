@@ -27,7 +27,7 @@ namespace {
 
 constexpr const char* Start = "mox tree shows which nodes and datasets there are, and their steps.\n\n";
 
-constexpr const char* Details = R"(
+constexpr const char* ExtractDetails = R"(
 
 Formats:
   csv  for spreadsheets: one line for each node or element, commas between its components, and a first line
@@ -108,7 +108,7 @@ void ExtractCommand::addOptions(CommandLine& line) {
         .excludes({node, id, data, rows, ids, places, file});
     line.addFlag(WorkLimit::Option, noLimit_, WorkLimit::Help);
     line.setCheck([this] { requireChoice(); });
-    line.setDetails(std::string(Start) + "A " + StepChoice::Syntax + ".\n\n" + PathHelp + Details);
+    line.setDetails(std::string(Start) + "A " + StepChoice::Syntax + ".\n\n" + PathHelp + ExtractDetails);
 }
 
 void ExtractCommand::requireChoice() const {

@@ -17,7 +17,7 @@ namespace {
 using MoxReader::Dataset;
 using MoxReader::Node;
 
-constexpr std::size_t Dimensions = 3;
+constexpr std::size_t Axes = 3;
 
 const Dataset* findIds(const Node& geometry, ResultPlace place) {
     const auto* name = place == ResultPlace::Nodes ? DatasetNames::NodeIds : DatasetNames::ElementIds;
@@ -37,7 +37,7 @@ ResultPlace placeIn(const Node& geometry, const Dataset& dataset) {
 }
 
 NumberTable pointTable(std::vector<float> points) {
-    return {{"x", "y", "z"}, std::move(points), Dimensions};
+    return {{"x", "y", "z"}, std::move(points), Axes};
 }
 
 } // namespace
@@ -78,13 +78,13 @@ NumberTable RowCompanions::centres() const {
 
 void RowCompanions::addCentre(std::vector<float>& centres, const std::vector<float>& points,
                               std::span<const std::uint32_t> element) const {
-    std::array<double, Dimensions> sum{};
+    std::array<double, Axes> sum{};
     for (const auto node : element) {
-        if (node >= points.size() / Dimensions) {
+        if (node >= points.size() / Axes) {
             fail("its elements and their nodes contradict each other; mox check lists all damage");
         }
-        for (std::size_t axis = 0; axis < Dimensions; ++axis) {
-            sum.at(axis) += points[node * Dimensions + axis];
+        for (std::size_t axis = 0; axis < Axes; ++axis) {
+            sum.at(axis) += points[node * Axes + axis];
         }
     }
     for (const auto part : sum) {
@@ -94,7 +94,7 @@ void RowCompanions::addCentre(std::vector<float>& centres, const std::vector<flo
 
 std::vector<float> RowCompanions::readPoints() const {
     const auto* dataset = findCoordinates(geometry_);
-    const bool isThere = dataset != nullptr && file_.holder(*dataset).width == Dimensions;
+    const bool isThere = dataset != nullptr && file_.holder(*dataset).width == Axes;
     auto numbers = isThere ? file_.read(*dataset) : Numbers{};
     if (!isThere || !std::holds_alternative<std::vector<float>>(numbers)) {
         fail("has no coordinates of three columns");

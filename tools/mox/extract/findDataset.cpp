@@ -17,7 +17,7 @@ namespace {
 using MoxReader::Dataset;
 using MoxReader::Node;
 
-constexpr std::size_t MaxListed = 10;
+constexpr std::size_t MostNamesListed = 10;
 
 const Node& chosenNode(const NumberFile& file, const NodePaths& paths, const DatasetChoice& choice) {
     const auto& model = file.model();
@@ -64,7 +64,7 @@ std::string listOf(const std::vector<Dataset>& datasets, TextOf textOf) {
         if (text.empty() || !listed.insert(text).second) {
             continue;
         }
-        if (listed.size() > MaxListed) {
+        if (listed.size() > MostNamesListed) {
             return list + " and more";
         }
         list += fmt::format("{}\"{}\"", list.empty() ? "" : ", ", visibleText(text));

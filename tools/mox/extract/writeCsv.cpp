@@ -2,6 +2,7 @@
 
 #include "../common/numberText.h"
 #include "../common/visibleText.h"
+#include "putPiece.h"
 
 #include <fmt/format.h>
 
@@ -10,8 +11,6 @@
 namespace MoxTool {
 
 namespace {
-
-constexpr std::size_t PieceSize = 65536; ///< Bytes that are collected before they are written.
 
 std::string cellText(float number) {
     return numberText(number);
@@ -60,11 +59,6 @@ void addCells(std::string& piece, const NumberTable& table, std::size_t row) {
         table.numbers);
 }
 
-void put(std::ostream& out, std::string& piece) {
-    out.write(piece.data(), static_cast<std::streamsize>(piece.size()));
-    piece.clear();
-}
-
 } // namespace
 
 void writeCsv(std::ostream& out, const std::vector<NumberTable>& tables, bool header) {
@@ -78,11 +72,9 @@ void writeCsv(std::ostream& out, const std::vector<NumberTable>& tables, bool he
             addCells(piece, table, row);
         }
         endRow(piece);
-        if (piece.size() >= PieceSize) {
-            put(out, piece);
-        }
+        putLargePiece(out, piece);
     }
-    put(out, piece);
+    putPiece(out, piece);
 }
 
 } // namespace MoxTool

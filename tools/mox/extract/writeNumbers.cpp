@@ -1,6 +1,7 @@
 #include "writeNumbers.h"
 
 #include "npyHeader.h"
+#include "putPiece.h"
 
 #include <bit>
 #include <string>
@@ -8,8 +9,6 @@
 namespace MoxTool {
 
 namespace {
-
-constexpr std::size_t PieceSize = 65536; ///< Bytes that are collected before they are written.
 
 template <typename T>
 void appendBytes(std::string& piece, T number) {
@@ -19,21 +18,14 @@ void appendBytes(std::string& piece, T number) {
     }
 }
 
-void put(std::ostream& out, std::string& piece) {
-    out.write(piece.data(), static_cast<std::streamsize>(piece.size()));
-    piece.clear();
-}
-
 template <typename T>
 void writeRaw(std::ostream& out, const std::vector<T>& numbers) {
     std::string piece;
     for (const T number : numbers) {
         appendBytes(piece, number);
-        if (piece.size() >= PieceSize) {
-            put(out, piece);
-        }
+        putLargePiece(out, piece);
     }
-    put(out, piece);
+    putPiece(out, piece);
 }
 
 } // namespace

@@ -10,7 +10,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details = R"(Examples:
+constexpr const char* HelpDetails = R"(Examples:
   mox help
   mox help import)";
 
@@ -20,7 +20,7 @@ void HelpCommand::addOptions(CommandLine& line) {
     program_ = line.programHelp();
     helpText_ = line.helpText();
     line.add("COMMAND", command_, "The command to explain; without it, mox itself");
-    line.setDetails(Details);
+    line.setDetails(HelpDetails);
     line.setCheck([this] { requireKnown(); });
 }
 

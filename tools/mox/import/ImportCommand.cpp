@@ -16,7 +16,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* ImportDetails =
     R"(The kind of file is recognized by its content:
   Exodus II  each element block becomes one shape
   CGNS       each zone becomes a group, each section of elements a shape in it (one for each element type
@@ -65,11 +65,9 @@ Importer importerOf(ModelFormat format) {
     return refuseUnknown;
 }
 
-constexpr std::uint64_t MiB = std::uint64_t{1} << 20;
-
 } // namespace
 
-ImportCommand::ImportCommand() : memory_(Platform::machineMemory() / MiB) {}
+ImportCommand::ImportCommand() : memory_(Platform::machineMemory() / Mebibyte) {}
 
 std::string ImportCommand::name() const {
     return "import";
@@ -108,15 +106,15 @@ void ImportCommand::addOptions(CommandLine& line) {
         .repeatable()
         .check(StepRanges::problemOf);
     line.add("--memory", memory_,
-             "The most memory for reading MODEL, in MiB; 0 for any amount, else that of the machine")
+             "The most memory for reading MODEL, in Mebibyte; 0 for any amount, else that of the machine")
         .typeName("MIB");
     line.addFlag("-v,--verbose", verbose_, "List all names of what is not taken, not only the first ten");
-    line.setDetails(Details);
+    line.setDetails(ImportDetails);
 }
 
 int ImportCommand::run(Terminal& terminal) {
     Compressor::choose(compressor_);
-    request_.mostMemory = memory_ > UINT64_MAX / MiB ? 0 : memory_ * MiB;
+    request_.mostMemory = memory_ > UINT64_MAX / Mebibyte ? 0 : memory_ * Mebibyte;
     importerOf(recogniseFormat(request_.input))(request_, terminal).print(terminal, verbose_);
     return 0;
 }

@@ -6,6 +6,9 @@
 
 namespace MoxTool {
 
+/// What the user counts memory in.
+constexpr std::uint64_t Mebibyte = std::uint64_t{1} << 20;
+
 /// What `mox import` is asked to do.
 struct ImportRequest {
     std::string input;

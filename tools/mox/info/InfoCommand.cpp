@@ -26,7 +26,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* InfoDetails =
     R"(To say whether the file is whole, every block is decompressed and the tree is read; --quick leaves the
 blocks of numbers out. Of a damaged file it shows what can be read. mox check looks closer.
 
@@ -156,7 +156,7 @@ void InfoCommand::addOptions(CommandLine& line) {
     line.addFlag("--quick", quick_, "Don't decompress the numbers");
     line.addFlag("-q,--quiet", quiet_, "Write nothing; the exit code says whether the files are whole");
     line.setCheck([this] { requireOneStdin(paths_); });
-    line.setDetails(Details);
+    line.setDetails(InfoDetails);
 }
 
 int InfoCommand::run(Terminal& terminal) {

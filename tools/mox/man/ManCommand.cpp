@@ -15,7 +15,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* ManDetails =
     R"(The page is in the language of man(1), which shows it as in the first example. Where mox is installed
 with its package, "man mox-import" shows the same.
 
@@ -41,7 +41,7 @@ void ManCommand::addOptions(CommandLine& line) {
     line.add("--all", folder_, "Write all pages into this existing folder instead")
         .typeName("FOLDER")
         .excludes({page});
-    line.setDetails(Details);
+    line.setDetails(ManDetails);
     line.setCheck([this] { pageOf(command_); });
 }
 

@@ -8,7 +8,7 @@ namespace MoxTool {
 
 namespace {
 
-const std::map<std::string, int> Dimensions = {
+const std::map<std::string, int> DimensionsByName = {
     {"sphere", 1},   {"circle", 1}, {"point", 1},       {"particle", 1},      {"node", 1},      {"bar", 1},
     {"beam", 1},     {"truss", 1},  {"rod", 1},         {"edge", 1},          {"line", 1},      {"spring", 1},
     {"tri", 2},      {"quad", 2},   {"triangle", 2},    {"trishell", 2},      {"quadshell", 2}, {"shell", 2},
@@ -30,7 +30,7 @@ std::optional<int> ElementType::dimension(std::int64_t nodesPerElement, int mode
     if (isLineShell(nodesPerElement, modelDimension)) {
         return 1;
     }
-    if (const auto known = Dimensions.find(name_); known != Dimensions.end()) {
+    if (const auto known = DimensionsByName.find(name_); known != DimensionsByName.end()) {
         return known->second;
     }
     if (nodesPerElement == 1) {

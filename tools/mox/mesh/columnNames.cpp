@@ -17,7 +17,7 @@ namespace {
 using MoxReader::Format::VariableType;
 using Suffixes = std::array<const char*, 6>;
 
-constexpr Suffixes Axes = {"_x", "_y", "_z"};
+constexpr Suffixes AxisSuffixes = {"_x", "_y", "_z"};
 constexpr Suffixes Tensor = {"_xx", "_yy", "_zz", "_xy", "_yz", "_zx"};
 constexpr std::array<const char*, 6> DisplacementAndRotation = {
     "Displacement_x", "Displacement_y", "Displacement_z", "Rotation_x", "Rotation_y", "Rotation_z"};
@@ -51,7 +51,7 @@ std::string guessedColumnName(const std::string& dataset, std::uint32_t variable
         return DisplacementAndRotation.at(column);
     }
     if (width == 3) {
-        return dataset + Axes.at(column);
+        return dataset + AxisSuffixes.at(column);
     }
     if (hasSix(variableType, width)) {
         return dataset + Tensor.at(column);

@@ -12,13 +12,13 @@ using MoxReader::ErrorCode;
 
 namespace {
 
-constexpr std::size_t FirstPiece = 256; ///< Random bytes seldom pass for more of a stream.
-constexpr std::size_t LargestPiece = 65536;
+constexpr std::size_t FirstInflated = 256; ///< Random bytes seldom pass for more of a stream.
+constexpr std::size_t MostInflated = 65536;
 
 } // namespace
 
 BlockInflater::BlockInflater(MoxReader::Source& source)
-    : source_(source), input_(LargestPiece), output_(LargestPiece) {
+    : source_(source), input_(MostInflated), output_(MostInflated) {
     if (inflateInit(&zlib_) != Z_OK) {
         throw std::bad_alloc();
     }
@@ -42,7 +42,7 @@ void BlockInflater::startAt(std::uint64_t offset, std::uint64_t end) {
     inflateReset(&zlib_);
     position_ = offset;
     limit_ = end;
-    pieceSize_ = FirstPiece;
+    pieceSize_ = FirstInflated;
     refill();
 }
 
@@ -52,7 +52,7 @@ void BlockInflater::refill() {
     position_ += size;
     zlib_.next_in = input_.data();
     zlib_.avail_in = static_cast<uInt>(size);
-    pieceSize_ = std::min(2 * pieceSize_, LargestPiece);
+    pieceSize_ = std::min(2 * pieceSize_, MostInflated);
 }
 
 bool BlockInflater::takeContentLength(std::uint64_t& length) {

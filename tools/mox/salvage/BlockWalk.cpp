@@ -18,8 +18,8 @@ namespace Format = MoxReader::Format;
 
 constexpr std::uint64_t TableSize = Format::tableSize(Format::IndexBlockRecords);
 constexpr std::array<std::uint8_t, 4> TableCount = {Format::IndexBlockRecords}; ///< Its first word, a u32.
-constexpr std::uint64_t FirstPiece = 64; ///< Searched for zeros first: usually it holds something else.
-constexpr std::uint64_t LargestPiece = 65536;
+constexpr std::uint64_t FirstSearched = 64; ///< Searched for zeros first: usually it holds something else.
+constexpr std::uint64_t MostSearched = 65536;
 constexpr const char* UnfinishedFile = "unfinished"; ///< Renamed once its outcome is known.
 
 } // namespace
@@ -128,7 +128,8 @@ std::optional<std::string> BlockWalk::findTable(std::uint64_t position) {
 
 bool BlockWalk::isZero(std::uint64_t from, std::uint64_t to) {
     std::vector<std::uint8_t> bytes;
-    for (auto size = FirstPiece; from < to; from += bytes.size(), size = std::min(2 * size, LargestPiece)) {
+    for (auto size = FirstSearched; from < to;
+         from += bytes.size(), size = std::min(2 * size, MostSearched)) {
         bytes.resize(static_cast<std::size_t>(std::min(size, to - from)));
         source_.read(from, bytes);
         if (std::ranges::any_of(bytes, [](auto byte) { return byte != 0; })) {

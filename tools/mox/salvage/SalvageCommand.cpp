@@ -25,7 +25,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* SalvageDetails =
     R"(A file that was never closed, as after a crash, has no index; one that is cut short or damaged has blocks
 that can't be read. Every compressed block that is whole is inflated into a file of its own in the new
 folder OUTDIR, block-0001.raw and so on. Of a block that is cut off or damaged the beginning is saved, in
@@ -49,7 +49,7 @@ void SalvageCommand::addOptions(CommandLine& line) {
     line.add("FILE", path_, "The damaged file; - for stdin").required();
     line.add("OUTDIR", folder_, "The folder to make").required();
     line.addFlag("--force", force_, "Also if the file is whole, or is no MOX file by its first bytes");
-    line.setDetails(Details);
+    line.setDetails(SalvageDetails);
 }
 
 int SalvageCommand::run(Terminal& terminal) {

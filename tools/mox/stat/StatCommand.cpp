@@ -24,7 +24,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* StatDetails =
     R"(Without --values three tables: by block name, by dataset, by step. "content" is before compression, "in
 file" after it, "ratio" the first over the second. Datasets are compressed together, block by block, so what
 one of them takes in the file is its part of its block. "shared" is what links would take if they had numbers
@@ -107,7 +107,7 @@ void StatCommand::addOptions(CommandLine& line) {
         .typeName("STEP");
     line.addFlag("-j,--json", asJson_, "Write JSON, with all rows and bytes as whole numbers");
     line.setCheck([this] { checkOptions(); });
-    line.setDetails(Details);
+    line.setDetails(StatDetails);
 }
 
 void StatCommand::checkOptions() const {

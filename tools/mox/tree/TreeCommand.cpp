@@ -8,7 +8,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* TreeDetails =
     R"(A line for each node: its name, its type and id, and what differs from the default of its transform or
 material. Below a Geometry its datasets: name, type, element type, items x components, steps; and for a
 dataset that shares the numbers of another, an arrow to where these are. A dataset of several steps is one
@@ -38,7 +38,7 @@ void TreeCommand::addOptions(CommandLine& line) {
     line.add("--name", options_.pattern,
              "Only nodes whose names match, with the way to them: * stands for any text, ? for a character")
         .typeName("PATTERN");
-    line.setDetails(Details);
+    line.setDetails(TreeDetails);
 }
 
 int TreeCommand::run(Terminal& terminal) {

@@ -27,7 +27,7 @@ namespace {
 constexpr std::uint32_t DeepestIndent = 32;
 
 // One long name does not move the columns of all datasets far to the right.
-constexpr std::size_t WidestColumn = 40;
+constexpr std::size_t WidestNames = 40;
 
 struct ValueText {
     std::string operator()(std::uint32_t value) const { return fmt::format("{} (integer)", value); }
@@ -61,7 +61,7 @@ std::string padded(const std::string& text, std::size_t width) {
     return text + std::string(2 + (width > length ? width - length : 0), ' ');
 }
 
-std::string trimmed(std::string line) {
+std::string withoutLastSpaces(std::string line) {
     line.erase(line.find_last_not_of(' ') + 1);
     return line;
 }
@@ -161,7 +161,7 @@ void TreePrinter::printDatasets(const std::vector<Dataset>& datasets, std::uint3
     const auto groups = groupsOf(datasets);
     std::size_t name = 0, type = 0, shape = 0;
     const auto widen = [](std::size_t& width, const std::string& text) {
-        width = std::clamp(utf8Length(text), width, WidestColumn);
+        width = std::clamp(utf8Length(text), width, WidestNames);
     };
     for (const auto& group : groups) {
         widen(name, visibleText(group.first().name));
@@ -170,9 +170,10 @@ void TreePrinter::printDatasets(const std::vector<Dataset>& datasets, std::uint3
     }
     for (const auto& group : groups) {
         const auto typeCell = padded(variableTypeText(group.first()), type);
-        printLine(level, trimmed("- " + padded(visibleText(group.first().name), name) +
-                                 palette_.paint(Palette::Cyan, typeCell) +
-                                 padded(group.numbers.shape, shape) + stepsOf(group) + group.numbers.origin));
+        printLine(level, withoutLastSpaces("- " + padded(visibleText(group.first().name), name) +
+                                           palette_.paint(Palette::Cyan, typeCell) +
+                                           padded(group.numbers.shape, shape) + stepsOf(group) +
+                                           group.numbers.origin));
         printAttributes(group, level + 1);
     }
 }

@@ -9,7 +9,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* VersionDetails =
     R"(Files of a format that is not built in can be neither imported nor exported.
 
 Examples:
@@ -18,7 +18,7 @@ Examples:
 } // namespace
 
 void VersionCommand::addOptions(CommandLine& line) {
-    line.setDetails(Details);
+    line.setDetails(VersionDetails);
 }
 
 int VersionCommand::run(Terminal&) {

@@ -13,8 +13,6 @@ namespace Qel::Mox2::Adder {
 
 namespace {
 
-constexpr unsigned int RootId = 1;
-
 const std::string& pathOf(const std::string& entry) {
     return entry;
 }
@@ -33,7 +31,7 @@ const AttributeMap& attributesOf(const std::pair<const std::string, AttributeMap
 }
 
 std::optional<std::string> rootName(const QelMox::Tree& tree) {
-    const QelMox::Node* const root = tree.GetReqNode(RootId).data;
+    const QelMox::Node* const root = tree.GetReqNode(QelMox::Tree::RootId).data;
     return root != nullptr ? std::optional(root->GetName()) : std::nullopt;
 }
 
@@ -80,7 +78,7 @@ struct Components<Paths, Result>::Visitor {
         std::string name = *component;
         if (start == 0) {
             addMergeNode(name);
-            former.nodes.push_back({RootId, endOf(component, path)});
+            former.nodes.push_back({QelMox::Tree::RootId, endOf(component, path)});
             ++component;
         }
         // A path of only the root's name makes a node of that name below the root: no path gives the root's id.
@@ -123,7 +121,7 @@ struct Components<Paths, Result>::Visitor {
             tree.SetRootGroup(component, QelUtil::AttributeList());
             knownRootName = component;
         } else if (*knownRootName == component) {
-            tree.SetCurrentId(RootId);
+            tree.SetCurrentId(QelMox::Tree::RootId);
         } else {
             QEL_THROW(Exception::NotYetImplemented());
         }

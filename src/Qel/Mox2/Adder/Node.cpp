@@ -11,7 +11,6 @@
 namespace Qel::Mox2::Adder {
 
 namespace {
-constexpr unsigned int RootId = 1;
 constexpr unsigned char MarkedGroupKind = 1;
 } // namespace
 
@@ -22,7 +21,7 @@ void Node::update(Database& database) {
     database.assertOpenedForWriting();
     database.assertNotEmpty();
     QelMox::Tree& tree = database.tree();
-    if (tree.GetReqNode(RootId).data == nullptr) {
+    if (tree.GetReqNode(QelMox::Tree::RootId).data == nullptr) {
         addRootNode(tree);
     } else {
         addNonRootNode(tree);

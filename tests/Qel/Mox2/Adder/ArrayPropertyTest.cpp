@@ -2,6 +2,7 @@
 
 #include "Qel/Mox/StreamContent.h"
 #include "Qel/Mox2/OpenDatabase.h"
+#include "Qel/Mox2/RefusedAttribute.h"
 #include "Qel/Mox2/StateFailures.h"
 #include "Support/Bytes.h"
 #include "Support/Thrown.h"
@@ -40,8 +41,6 @@ const Thrown WrongColumns = failureIn(3, "Invalid arguments");
 const Thrown NegativeCount = failureIn(13, "Underflow error");
 const Thrown TooLargeCount = failureIn(12, "Overflow error");
 const Thrown UnknownId = {14, "Key not found", "Qel/Adt/AdtTree", "::GetCurrentNode"};
-const Thrown RefusedAttribute = {3, "Invalid arguments", "Qel/Mox2/Helper/Attributes",
-                                 "AttributeValueGetter"};
 
 IdArray idsOf(std::initializer_list<unsigned int> ids) {
     IdArray array(static_cast<Eigen::Index>(ids.size()));
@@ -337,7 +336,7 @@ TEST_F(ArrayPropertyAdder, VariableTypeIsLookedUpAfterTheWriteAndBeforeTheAttrib
 }
 
 TEST_F(ArrayPropertyAdder, PropertysAttributesAreConvertedAfterTheWriteEvenWithoutSteps) {
-    EXPECT_TRUE(throws<InvalidArguments>(RefusedAttribute, [&] {
+    EXPECT_TRUE(throws<InvalidArguments>(Support::RefusedAttribute, [&] {
         add(threeFloats({{"a", 7U}}), idsOf({First}), Steps());
     }));
     EXPECT_EQ(streamed(), 12U);
@@ -346,7 +345,8 @@ TEST_F(ArrayPropertyAdder, PropertysAttributesAreConvertedAfterTheWriteEvenWitho
 
 TEST_F(ArrayPropertyAdder, StepsAttributesAreConvertedBeforeTheCurrentNodeMoves) {
     const Steps steps = {StepData("A", {{"a", 7U}})};
-    EXPECT_TRUE(throws<InvalidArguments>(RefusedAttribute, [&] { add(threeFloats(), idsOf({99}), steps); }));
+    EXPECT_TRUE(
+        throws<InvalidArguments>(Support::RefusedAttribute, [&] { add(threeFloats(), idsOf({99}), steps); }));
     EXPECT_EQ(tree().GetCurrentId(), 2U);
     EXPECT_EQ(streamed(), 12U);
 }

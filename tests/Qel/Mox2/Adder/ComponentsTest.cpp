@@ -1,6 +1,7 @@
 #include <Qel/Mox2/Adder/Components.h>
 
 #include "Qel/Mox2/OpenDatabase.h"
+#include "Qel/Mox2/RefusedAttribute.h"
 #include "Qel/Mox2/StateFailures.h"
 #include "Support/Thrown.h"
 
@@ -26,8 +27,6 @@ const Thrown Relative = {3, "Relative paths not supported", "Qel/Mox2/Adder/Comp
                          "Qel::Mox2::Adder::Components"};
 const Thrown OtherRoot = {20, "Not yet implemented", "Qel/Mox2/Adder/Components",
                           "Qel::Mox2::Adder::Components"};
-const Thrown RefusedAttribute = {3, "Invalid arguments", "Qel/Mox2/Helper/Attributes",
-                                 "AttributeValueGetter"};
 
 template <typename PathsT>
 Ids merge(Qel::Mox2::Database& database, const PathsT& paths, const std::string& separator = "/") {
@@ -144,7 +143,9 @@ TEST(ComponentsAdderOrigin, OtherRootIsRefusedByTheVisitor) {
 TEST_F(ComponentsAdder, AttributesOfGroupPathsAreTestedAndDropped) {
     EXPECT_EQ(addMap({{"/a/b/", {{"key", 1}}}}), (Ids{2}));
     EXPECT_TRUE(dataOf<QelMox::Group>(2).GetAttributes().empty());
-    EXPECT_TRUE(throws<InvalidArguments>(RefusedAttribute, [&] { addMap({{"/a/c/d/", {{"key", 7U}}}}); }));
+    EXPECT_TRUE(throws<InvalidArguments>(Support::RefusedAttribute, [&] {
+        addMap({{"/a/c/d/", {{"key", 7U}}}});
+    }));
     EXPECT_EQ(tree().GetNodes().size(), 4U);
     EXPECT_EQ(tree().GetCurrentId(), 4U);
 }

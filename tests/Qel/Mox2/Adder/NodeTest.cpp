@@ -1,6 +1,7 @@
 #include <Qel/Mox2/Adder/Node.h>
 
 #include "Qel/Mox2/OpenDatabase.h"
+#include "Qel/Mox2/RefusedAttribute.h"
 #include "Qel/Mox2/StateFailures.h"
 #include "Support/Thrown.h"
 
@@ -21,8 +22,6 @@ const Thrown InvalidRootType = {3, "Invalid node type for root node", "Qel/Mox2/
                                 "Qel::Mox2::Adder::Node::addRootNode"};
 const Thrown InvalidType = {3, "Invalid node type", "Qel/Mox2/Adder/Node",
                             "Qel::Mox2::Adder::Node::addNonRootNode"};
-const Thrown RefusedAttribute = {3, "Invalid arguments", "Qel/Mox2/Helper/Attributes",
-                                 "AttributeValueGetter"};
 
 class NodeAdder : public Support::OpenDatabase {
 protected:
@@ -122,11 +121,13 @@ TEST_F(NodeAdder, RootTypesAndUnknownTypesAreRefusedBelowARoot) {
 
 TEST_F(NodeAdder, RefusedAttributesLeaveTheTreeUnchanged) {
     for (const int type : {1, 2, 3}) {
-        EXPECT_TRUE(throws<InvalidArguments>(RefusedAttribute, [&] { add(type, "root", {{"a", 7U}}); }));
+        EXPECT_TRUE(throws<InvalidArguments>(Support::RefusedAttribute, [&] {
+            add(type, "root", {{"a", 7U}});
+        }));
     }
     EXPECT_EQ(tree().GetReqNode(1).data, nullptr);
     add(3, "root");
-    EXPECT_TRUE(throws<InvalidArguments>(RefusedAttribute, [&] { add(3, "child", {{"a", 7U}}); }));
+    EXPECT_TRUE(throws<InvalidArguments>(Support::RefusedAttribute, [&] { add(3, "child", {{"a", 7U}}); }));
     EXPECT_EQ(tree().GetNodes().size(), 1U);
 }
 

@@ -1,6 +1,7 @@
 #include <Qel/Mox2/Modifier/NodeData.h>
 
 #include "Qel/Mox2/OpenDatabase.h"
+#include "Qel/Mox2/RefusedAttribute.h"
 #include "Qel/Mox2/StateFailures.h"
 #include "Support/Thrown.h"
 
@@ -33,8 +34,6 @@ const Thrown WrongNode = {3, "Invalid property type", "Qel/Mox2/Modifier/NodeDat
                           "Qel::Mox2::Modifier::NodeData::notNull"};
 const Thrown WrongAlternative = {19, "Template specialization not defined", "Qel/Variant/Visitor/ValueGetter",
                                  "Qel::Variant::Visitor::ValueGetter"};
-const Thrown RefusedAttribute = {3, "Invalid arguments", "Qel/Mox2/Helper/Attributes",
-                                 "AttributeValueGetter"};
 
 // A map with only this property.
 PropertyMap only(int key, const PropertyValue& value) {
@@ -180,7 +179,9 @@ TEST_F(NodeDataModifier, AttributesOfAGroupAreMerged) {
 }
 
 TEST_F(NodeDataModifier, RefusedAttributesOfAGroupStoreNothing) {
-    EXPECT_TRUE(throws<InvalidArguments>(RefusedAttribute, [&] { set(RootId, {}, {{"a", 1}, {"b", 7U}}); }));
+    EXPECT_TRUE(throws<InvalidArguments>(Support::RefusedAttribute, [&] {
+        set(RootId, {}, {{"a", 1}, {"b", 7U}});
+    }));
     EXPECT_TRUE(dataOf<QelMox::Group>(RootId).GetAttributes().empty());
 }
 

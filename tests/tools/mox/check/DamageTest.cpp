@@ -1,8 +1,10 @@
 // Every single bit of saved files, every length to which they can be cut, and random damage.
 
+#include "../common/FirstBlock.h"
 #include "CheckedBytes.h"
 #include "DeflateBits.h"
 #include "SampleFiles.h"
+#include "Support/CaseStride.h"
 #include "Support/EnvironmentGuard.h"
 #include "Support/TemporaryFolder.h"
 
@@ -24,8 +26,6 @@ namespace {
 
 using FileBytes = std::vector<std::uint8_t>;
 namespace Mox = Qel::Mox2;
-
-constexpr std::size_t FirstBlock = 2800;
 
 /// @param results Arrays of results at the end.
 FileBytes savedModel(unsigned results = 1) {
@@ -57,21 +57,21 @@ FileBytes savedModel(unsigned results = 1) {
 class ChangedSource : public MoxReader::Source {
 public:
     ChangedSource(const FileBytes& original, std::size_t place, std::uint8_t mask)
-        : bytes(original), changed(place), change(mask) {}
-    std::uint64_t size() const override { return bytes.size(); }
+        : bytes_(original), changed_(place), change_(mask) {}
+    std::uint64_t size() const override { return bytes_.size(); }
 
 protected:
     void readInside(std::uint64_t offset, std::span<std::uint8_t> target) override {
-        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(offset), target.size(), target.begin());
-        if (changed >= offset && changed - offset < target.size()) {
-            target[changed - static_cast<std::size_t>(offset)] ^= change;
+        std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(offset), target.size(), target.begin());
+        if (changed_ >= offset && changed_ - offset < target.size()) {
+            target[changed_ - static_cast<std::size_t>(offset)] ^= change_;
         }
     }
 
 private:
-    const FileBytes& bytes;
-    std::size_t changed;
-    std::uint8_t change;
+    const FileBytes& bytes_;
+    std::size_t changed_;
+    std::uint8_t change_;
 };
 
 std::map<std::string, FileBytes> streamsOf(const std::shared_ptr<MoxReader::Source>& source) {
@@ -128,21 +128,23 @@ TEST(SavedFile, HasNoBitThatCanFlipUnseenButPaddingAndDistancesOfEqualCopies) {
     const auto bytes = savedModel();
     const auto sound = streamsOf(std::make_shared<MoxReader::MemorySource>(bytes));
     const auto spare = spareBits(bytes);
-    EXPECT_FALSE(spare.padding.empty());
-    std::size_t unseenPadding = 0;
-    for (std::size_t bit = 0; bit < 8 * bytes.size(); ++bit) {
+    const auto padding =
+        std::ranges::count_if(spare.padding, [](std::size_t bit) { return bit % CaseStride == 0; });
+    EXPECT_GT(padding, 0);
+    std::ptrdiff_t unseenPadding = 0;
+    for (std::size_t bit = 0; bit < 8 * bytes.size(); bit += CaseStride) {
         const auto source =
             std::make_shared<ChangedSource>(bytes, bit / 8, static_cast<std::uint8_t>(1u << bit % 8));
         if (!findingsIn(source).isEmpty()) {
             continue;
         }
         const bool isPadding = spare.padding.contains(bit);
-        unseenPadding += isPadding ? 1u : 0u;
+        unseenPadding += isPadding ? 1 : 0;
         EXPECT_TRUE(isPadding || spare.distances.contains(bit))
             << "bit " << bit % 8 << " of byte " << bit / 8;
         EXPECT_EQ(streamsOf(source), sound) << "bit " << bit % 8 << " of byte " << bit / 8;
     }
-    EXPECT_EQ(unseenPadding, spare.padding.size());
+    EXPECT_EQ(unseenPadding, padding);
 }
 
 namespace {
@@ -351,7 +353,7 @@ TEST(Streams, HaveNoBitThatTheReaderRefusesAndTheCheckDoesNot) {
     int refused = 0;
     for (const auto& stream : Streams) {
         const auto size = (soundSample().*stream).size();
-        for (std::size_t bit = 0; bit < 8 * size; ++bit) {
+        for (std::size_t bit = 0; bit < 8 * size; bit += CaseStride) {
             auto sample = soundSample();
             auto& byte = (sample.*stream)[bit / 8];
             byte = static_cast<std::uint8_t>(byte ^ (1u << bit % 8));
@@ -364,5 +366,5 @@ TEST(Streams, HaveNoBitThatTheReaderRefusesAndTheCheckDoesNot) {
                 << "stream " << &stream - Streams << ", bit " << bit;
         }
     }
-    EXPECT_GT(refused, 2000);
+    EXPECT_GT(refused, 2000 / static_cast<int>(CaseStride));
 }

@@ -29,7 +29,7 @@ public:
         for (unsigned length = 1; length <= 15; ++length) {
             for (unsigned symbol = 0; symbol < lengths.size(); ++symbol) {
                 if (lengths[symbol] == length) {
-                    symbols[{length, code++}] = symbol;
+                    symbols_[{length, code++}] = symbol;
                 }
             }
             code <<= 1;
@@ -37,18 +37,18 @@ public:
     }
     /// @return null if there is no such code.
     const unsigned* find(unsigned length, unsigned code) const {
-        const auto found = symbols.find({length, code});
-        return found == symbols.end() ? nullptr : &found->second;
+        const auto found = symbols_.find({length, code});
+        return found == symbols_.end() ? nullptr : &found->second;
     }
 
 private:
-    std::map<std::pair<unsigned, unsigned>, unsigned> symbols;
+    std::map<std::pair<unsigned, unsigned>, unsigned> symbols_;
 };
 
 class Tracer {
 public:
     explicit Tracer(std::span<const std::uint8_t> stream)
-        : bytes(stream), meanings(8 * stream.size(), DeflateBit::Frame) {}
+        : bytes_(stream), meanings_(8 * stream.size(), DeflateBit::Frame) {}
 
     std::vector<DeflateBit> run() {
         bool isLast = false;
@@ -56,21 +56,21 @@ public:
             isLast = take(1, DeflateBit::Block) == 1;
             traceBlock(take(2, DeflateBit::Block));
         }
-        while (position % 8 != 0) {
+        while (position_ % 8 != 0) {
             take(1, DeflateBit::Padding);
         }
-        return std::move(meanings);
+        return std::move(meanings_);
     }
 
 private:
     unsigned take(unsigned count, DeflateBit meaning) {
         unsigned value = 0;
-        for (unsigned i = 0; i < count; ++i, ++position) {
-            if (position >= meanings.size()) {
+        for (unsigned i = 0; i < count; ++i, ++position_) {
+            if (position_ >= meanings_.size()) {
                 throw std::runtime_error("the zlib stream is not whole");
             }
-            value |= (bytes[position / 8] >> position % 8 & 1U) << i;
-            meanings[position] = meaning;
+            value |= (bytes_[position_ / 8] >> position_ % 8 & 1U) << i;
+            meanings_[position_] = meaning;
         }
         return value;
     }
@@ -146,9 +146,9 @@ private:
         }
     }
 
-    std::span<const std::uint8_t> bytes;
-    std::vector<DeflateBit> meanings;
-    std::size_t position = HeaderBits;
+    std::span<const std::uint8_t> bytes_;
+    std::vector<DeflateBit> meanings_;
+    std::size_t position_ = HeaderBits;
 };
 
 } // namespace

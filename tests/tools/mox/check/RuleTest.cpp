@@ -1,3 +1,4 @@
+#include "../common/FirstBlock.h"
 #include "CheckedBytes.h"
 #include "SampleFiles.h"
 
@@ -15,7 +16,6 @@ using FileBytes = std::vector<std::uint8_t>;
 // Places in the file: the record of block 0 is at 20, that of the first free entry (6) at 854.
 constexpr std::size_t FirstRecord = 20;
 constexpr std::size_t FreeRecord = 20 + 6 * 139;
-constexpr std::size_t FirstBlock = 2800;
 
 FileBytes withByte(std::size_t place, unsigned value) {
     return patched(soundSample().file().bytes(), place, Bytes().u8(value));

@@ -10,24 +10,24 @@
 class Messages {
 public:
     explicit Messages(bool interactive = false, bool colours = false)
-        : file(openFile()), shown(file, interactive, colours) {}
+        : file_(openFile()), shown_(file_, interactive, colours) {}
     Messages(const Messages&) = delete;
     Messages& operator=(const Messages&) = delete;
     ~Messages() {
-        shown.clearProgress();
-        std::fclose(file);
+        shown_.clearProgress();
+        std::fclose(file_);
     }
 
-    MoxTool::Terminal& terminal() { return shown; }
+    MoxTool::Terminal& terminal() { return shown_; }
 
     /// Everything written so far.
     std::string text() {
-        std::rewind(file);
+        std::rewind(file_);
         std::string result;
-        for (int letter = std::fgetc(file); letter != EOF; letter = std::fgetc(file)) {
+        for (int letter = std::fgetc(file_); letter != EOF; letter = std::fgetc(file_)) {
             result += static_cast<char>(letter);
         }
-        std::fseek(file, 0, SEEK_END);
+        std::fseek(file_, 0, SEEK_END);
         return result;
     }
 
@@ -39,6 +39,6 @@ private:
         throw std::runtime_error("no temporary file");
     }
 
-    std::FILE* file;
-    MoxTool::Terminal shown;
+    std::FILE* file_;
+    MoxTool::Terminal shown_;
 };

@@ -13,7 +13,7 @@ namespace Mox = Qel::Mox2;
 
 // Group 1 "car", below it: Shape 2 with Geometry 3 "door", Group 4 "a/b" with Group 5 "door", Shape 6 with
 // Geometry 7 "door".
-class NodePaths : public testing::Test {
+class PathsOfNodes : public testing::Test {
 protected:
     static std::string save(const std::string& path) {
         Mox::Model file;
@@ -53,28 +53,28 @@ std::vector<MoxReader::Node> groupsBelowARoot(const std::vector<std::string>& na
 
 } // namespace
 
-TEST_F(NodePaths, NamesEachLevelFromTheRootOn) {
+TEST_F(PathsOfNodes, NamesEachLevelFromTheRootOn) {
     EXPECT_EQ(paths.of(1), "/car");
     EXPECT_EQ(paths.of(2), "/car/door");
 }
 
-TEST_F(NodePaths, SlashInANameHasABackslash) {
+TEST_F(PathsOfNodes, SlashInANameHasABackslash) {
     EXPECT_EQ(paths.of(5), "/car/a\\/b/door");
     EXPECT_EQ(find("/car/a\\/b/door"), 5U);
 }
 
-TEST_F(NodePaths, GeometryOfAShapeSharesItsPath) {
+TEST_F(PathsOfNodes, GeometryOfAShapeSharesItsPath) {
     EXPECT_EQ(paths.of(3), "/car/door");
     EXPECT_EQ(MoxTool::geometryOf(opened.model(), opened.model().node(2))->id, 3U);
     EXPECT_EQ(MoxTool::geometryOf(opened.model(), opened.model().node(3))->id, 3U);
     EXPECT_EQ(MoxTool::geometryOf(opened.model(), opened.model().node(4)), nullptr);
 }
 
-TEST_F(NodePaths, GeometryOfAShapeCanBeNamed) {
+TEST_F(PathsOfNodes, GeometryOfAShapeCanBeNamed) {
     EXPECT_EQ(find("/car/door/door"), 3U);
 }
 
-TEST_F(NodePaths, FirstOfSiblingsOfOneNameHasThePathAndTheOthersTheirIdsToo) {
+TEST_F(PathsOfNodes, FirstOfSiblingsOfOneNameHasThePathAndTheOthersTheirIdsToo) {
     EXPECT_EQ(find("/car/door"), 2U);
     EXPECT_EQ(paths.of(6), "/car/door#6");
     EXPECT_EQ(paths.of(7), "/car/door#7");
@@ -82,17 +82,17 @@ TEST_F(NodePaths, FirstOfSiblingsOfOneNameHasThePathAndTheOthersTheirIdsToo) {
     EXPECT_EQ(find("/car/door#7"), 7U);
 }
 
-TEST_F(NodePaths, IdAloneIsAPath) {
+TEST_F(PathsOfNodes, IdAloneIsAPath) {
     EXPECT_EQ(find("#1"), 1U);
     EXPECT_EQ(find("#7"), 7U);
 }
 
-TEST_F(NodePaths, IdOfAnotherNodeThanThePathsLeadsNowhere) {
+TEST_F(PathsOfNodes, IdOfAnotherNodeThanThePathsLeadsNowhere) {
     EXPECT_EQ(find("/car/bonnet#6"), 0U);
     EXPECT_EQ(find("/car#6"), 0U);
 }
 
-TEST_F(NodePaths, LeadsNowhereUnlessEveryNameIsThere) {
+TEST_F(PathsOfNodes, LeadsNowhereUnlessEveryNameIsThere) {
     for (const auto* path :
          {"", "car", "/", "/van", "/car/", "/car/bonnet", "/car/door/door/door", "/car/a/b", "#0", "#8",
           "#99999999999", "#", "x#1", "/car\\", "/car\\q", "/c\\x61", "/c\\x6"}) {
@@ -100,7 +100,7 @@ TEST_F(NodePaths, LeadsNowhereUnlessEveryNameIsThere) {
     }
 }
 
-TEST_F(NodePaths, EscapesStandForTheirBytesAnywhere) {
+TEST_F(PathsOfNodes, EscapesStandForTheirBytesAnywhere) {
     EXPECT_EQ(find("/c\\x61r/\\x64oor"), 2U);
 }
 

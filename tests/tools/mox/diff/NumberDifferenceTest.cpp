@@ -5,8 +5,13 @@
 #include <limits>
 
 using MoxTool::compareNumbers;
+
+namespace {
+
 using Floats = std::vector<float>;
 using Integers = std::vector<std::uint32_t>;
+
+} // namespace
 
 TEST(NumberDifference, EqualNumbersHaveNone) {
     EXPECT_FALSE(compareNumbers(Floats{1, 2, 3}, Floats{1, 2, 3}, 3, {}));

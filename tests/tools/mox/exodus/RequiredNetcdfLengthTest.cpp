@@ -12,12 +12,12 @@ namespace {
 class Header {
 public:
     Header& raw(const std::string& text) {
-        bytes += text;
+        bytes_ += text;
         return *this;
     }
     Header& word(unsigned int value) {
         for (int shift = 24; shift >= 0; shift -= 8) {
-            bytes += static_cast<char>(value >> shift & 0xFFU);
+            bytes_ += static_cast<char>(value >> shift & 0xFFU);
         }
         return *this;
     }
@@ -26,17 +26,17 @@ public:
     Header& name(const std::string& text) { return word(4).raw(text); }
 
     std::uint64_t requiredLength() const {
-        std::istringstream file(bytes);
+        std::istringstream file(bytes_);
         return MoxTool::requiredNetcdfLength(file);
     }
     std::uint64_t requiredLengthOf(std::size_t size) const {
-        std::istringstream file(bytes.substr(0, size));
+        std::istringstream file(bytes_.substr(0, size));
         return MoxTool::requiredNetcdfLength(file);
     }
-    std::size_t size() const { return bytes.size(); }
+    std::size_t size() const { return bytes_.size(); }
 
 private:
-    std::string bytes;
+    std::string bytes_;
 };
 
 constexpr unsigned int DimensionList = 0x0A;

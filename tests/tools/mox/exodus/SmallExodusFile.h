@@ -20,46 +20,46 @@ public:
     SmallExodusFile(const std::string& path, const Counts& counts, int mode = EX_CLOBBER,
                     int diskWordSize = 8) {
         int memoryWordSize = 8;
-        id = ex_create(path.c_str(), mode, &memoryWordSize, &diskWordSize);
-        require(id < 0 ? -1 : 0);
+        id_ = ex_create(path.c_str(), mode, &memoryWordSize, &diskWordSize);
+        require(id_ < 0 ? -1 : 0);
         require(
-            ex_put_init(id, "small", counts.dimension, counts.nodes, counts.elements, counts.blocks, 0, 0));
+            ex_put_init(id_, "small", counts.dimension, counts.nodes, counts.elements, counts.blocks, 0, 0));
     }
     SmallExodusFile(const SmallExodusFile&) = delete;
     SmallExodusFile& operator=(const SmallExodusFile&) = delete;
-    ~SmallExodusFile() { ex_close(id); }
+    ~SmallExodusFile() { ex_close(id_); }
 
-    int handle() const { return id; }
+    int handle() const { return id_; }
 
     void coordinates(const std::vector<double>& x, const std::vector<double>& y = {},
                      const std::vector<double>& z = {}) {
         const auto data = [](const std::vector<double>& axis) {
             return axis.empty() ? nullptr : axis.data();
         };
-        require(ex_put_coord(id, data(x), data(y), data(z)));
+        require(ex_put_coord(id_, data(x), data(y), data(z)));
     }
 
     void block(int blockId, const std::string& type, int elements, int nodesPerElement,
                const std::vector<int>& nodes, int attributes = 0) {
-        require(ex_put_block(id, EX_ELEM_BLOCK, blockId, type.c_str(), elements, nodesPerElement, 0, 0,
+        require(ex_put_block(id_, EX_ELEM_BLOCK, blockId, type.c_str(), elements, nodesPerElement, 0, 0,
                              attributes));
         if (!nodes.empty()) {
-            require(ex_put_conn(id, EX_ELEM_BLOCK, blockId, nodes.data(), nullptr, nullptr));
+            require(ex_put_conn(id_, EX_ELEM_BLOCK, blockId, nodes.data(), nullptr, nullptr));
         }
     }
 
     void variables(ex_entity_type type, const std::vector<const char*>& names) {
         const auto count = static_cast<int>(names.size());
-        require(ex_put_variable_param(id, type, count));
+        require(ex_put_variable_param(id_, type, count));
         for (int i = 0; i < count; ++i) {
-            require(ex_put_variable_name(id, type, i + 1, names[static_cast<std::size_t>(i)]));
+            require(ex_put_variable_name(id_, type, i + 1, names[static_cast<std::size_t>(i)]));
         }
     }
 
-    void time(int step, double time) { require(ex_put_time(id, step, &time)); }
+    void time(int step, double time) { require(ex_put_time(id_, step, &time)); }
 
     void values(int step, ex_entity_type type, int variable, int entity, const std::vector<double>& numbers) {
-        require(ex_put_var(id, step, type, variable, entity, static_cast<std::int64_t>(numbers.size()),
+        require(ex_put_var(id_, step, type, variable, entity, static_cast<std::int64_t>(numbers.size()),
                            numbers.data()));
     }
 
@@ -70,5 +70,5 @@ public:
     }
 
 private:
-    int id = -1;
+    int id_ = -1;
 };

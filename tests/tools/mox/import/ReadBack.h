@@ -13,14 +13,14 @@
 class ReadBack {
 public:
     explicit ReadBack(const std::string& path)
-        : file(path), contents(MoxReader::readModel(file)), heavy(file, contents) {}
+        : file_(path), contents_(MoxReader::readModel(file_)), heavy_(file_, contents_) {}
 
-    const MoxReader::Model& model() const { return contents; }
+    const MoxReader::Model& model() const { return contents_; }
 
     /// The geometries of all shapes, in order.
     std::vector<const MoxReader::Node*> geometries() const {
         std::vector<const MoxReader::Node*> found;
-        for (const auto& node : contents.nodes()) {
+        for (const auto& node : contents_.nodes()) {
             if (node.geometry() != nullptr) {
                 found.push_back(&node);
             }
@@ -43,11 +43,11 @@ public:
 
     /// The attributes of the dataset that holds the numbers.
     const MoxReader::Attributes& attributes(const MoxReader::Dataset& dataset) const {
-        return contents.resolve(dataset).attributes;
+        return contents_.resolve(dataset).attributes;
     }
-    std::vector<float> floats(const MoxReader::Dataset& dataset) { return heavy.readFloats(dataset); }
+    std::vector<float> floats(const MoxReader::Dataset& dataset) { return heavy_.readFloats(dataset); }
     std::vector<std::uint32_t> integers(const MoxReader::Dataset& dataset) {
-        return heavy.readUnsigned(dataset);
+        return heavy_.readUnsigned(dataset);
     }
 
 private:
@@ -61,9 +61,9 @@ private:
         return nullptr;
     }
 
-    MoxReader::File file;
-    MoxReader::Model contents;
-    MoxReader::HeavyData heavy;
+    MoxReader::File file_;
+    MoxReader::Model contents_;
+    MoxReader::HeavyData heavy_;
 };
 
 /// A text among attributes; empty if there is none.

@@ -1,3 +1,4 @@
+#include "../common/FirstBlock.h"
 #include "../common/MoxRun.h"
 #include "../common/SampleModel.h"
 #include "../common/SteppedModel.h"
@@ -25,8 +26,6 @@ protected:
     Support::TemporaryFolder folder;
     std::string path = folder.path("sample.mox");
 };
-
-constexpr std::size_t FirstBlock = 2800; // The numbers are the first thing that a model saves.
 
 } // namespace
 

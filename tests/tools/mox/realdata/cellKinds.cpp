@@ -24,7 +24,7 @@ struct FurtherNodes {
     std::map<NodeOrdering, std::string> nodes;
 };
 
-const std::vector<FurtherNodes> Solids = {
+const std::vector<FurtherNodes> SolidKinds = {
     {4,
      {{NodeOrdering::Exodus, "01 12 02 03 13 23"},
       {NodeOrdering::Vtk, "01 12 02 03 13 23"},
@@ -50,7 +50,7 @@ const std::vector<FurtherNodes> Solids = {
 const std::map<int, std::size_t> CornersOfSolids = {{24, 4}, {27, 5}, {26, 6}, {25, 8}, {29, 8}};
 
 Names furtherNodes(std::size_t corners, NodeOrdering ordering) {
-    const auto solid = std::find_if(Solids.begin(), Solids.end(),
+    const auto solid = std::find_if(SolidKinds.begin(), SolidKinds.end(),
                                     [corners](const auto& entry) { return entry.corners == corners; });
     std::istringstream words(solid->nodes.at(ordering));
     return {std::istream_iterator<std::string>(words), {}};

@@ -1,5 +1,6 @@
 // Bytes laid out to keep a walk busy. The work is counted, not timed.
 
+#include "../common/FirstBlock.h"
 #include "Support/TemporaryFolder.h"
 
 #include <Support/TestFile.h>
@@ -13,55 +14,56 @@
 
 namespace {
 
-constexpr std::size_t FirstBlock = 2800;
 constexpr std::uint64_t MostOfOneByte = 1032; ///< The most bytes that one byte of a zlib stream can give.
 
 /// Bytes in memory that count how many of them are read.
 class CountingSource : public MoxReader::Source {
 public:
-    explicit CountingSource(std::vector<std::uint8_t> content) : bytes(std::move(content)) {}
-    std::uint64_t size() const override { return bytes.size(); }
-    std::uint64_t bytesRead() const { return count; }
+    explicit CountingSource(std::vector<std::uint8_t> content) : bytes_(std::move(content)) {}
+    std::uint64_t size() const override { return bytes_.size(); }
+    std::uint64_t bytesRead() const { return count_; }
 
 protected:
     void readInside(std::uint64_t offset, std::span<std::uint8_t> target) override {
-        count += target.size();
-        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(offset), target.size(), target.begin());
+        count_ += target.size();
+        std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(offset), target.size(), target.begin());
     }
 
 private:
-    std::vector<std::uint8_t> bytes;
-    std::uint64_t count = 0;
+    std::vector<std::uint8_t> bytes_;
+    std::uint64_t count_ = 0;
 };
 
 /// A walk over a whole file.
 class Walk {
 public:
     explicit Walk(std::vector<std::uint8_t> file)
-        : source(std::move(file)), index(MoxReader::scanIndex(source)), walk(source, index, folder.path("")) {
-        walk.run([](double) {});
+        : source_(std::move(file)),
+          index_(MoxReader::scanIndex(source_)),
+          walk_(source_, index_, folder_.path("")) {
+        walk_.run([](double) {});
     }
 
     /// Includes those of the index.
-    std::uint64_t bytesRead() const { return source.bytesRead(); }
-    std::uint64_t fileSize() const { return source.size(); }
-    std::vector<std::string> files() const { return folder.files(); }
-    const std::vector<MoxTool::SalvagedBlock>& blocks() const { return walk.blocks(); }
-    const std::vector<MoxTool::SalvageGap>& gaps() const { return walk.gaps(); }
-    std::optional<std::uint64_t> unsearchedFrom() const { return walk.unsearchedFrom(); }
+    std::uint64_t bytesRead() const { return source_.bytesRead(); }
+    std::uint64_t fileSize() const { return source_.size(); }
+    std::vector<std::string> files() const { return folder_.files(); }
+    const std::vector<MoxTool::SalvagedBlock>& blocks() const { return walk_.blocks(); }
+    const std::vector<MoxTool::SalvageGap>& gaps() const { return walk_.gaps(); }
+    std::optional<std::uint64_t> unsearchedFrom() const { return walk_.unsearchedFrom(); }
     std::uint64_t bytesWritten() const {
         std::uint64_t sum = 0;
-        for (const auto& name : folder.files()) {
-            sum += std::filesystem::file_size(folder.path(name));
+        for (const auto& name : folder_.files()) {
+            sum += std::filesystem::file_size(folder_.path(name));
         }
         return sum;
     }
 
 private:
-    Support::TemporaryFolder folder;
-    CountingSource source;
-    MoxReader::RawIndex index;
-    MoxTool::BlockWalk walk;
+    Support::TemporaryFolder folder_;
+    CountingSource source_;
+    MoxReader::RawIndex index_;
+    MoxTool::BlockWalk walk_;
 };
 
 /// These bytes in place of blocks, in a file without an index.

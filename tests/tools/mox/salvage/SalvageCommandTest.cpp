@@ -1,3 +1,4 @@
+#include "../common/FirstBlock.h"
 #include "Salvage.h"
 
 #include <Support/SampleModel.h>
@@ -6,7 +7,6 @@
 
 namespace {
 
-constexpr std::size_t FirstBlock = 2800;
 using Lines = std::vector<std::string>;
 
 std::vector<std::uint8_t> block(const std::vector<std::uint8_t>& content) {
@@ -14,15 +14,10 @@ std::vector<std::uint8_t> block(const std::vector<std::uint8_t>& content) {
 }
 
 // What a crash leaves: the first twelve bytes, zeros for the index, and what was written after it.
-Bytes neverClosed() {
+Bytes headOfNeverClosed() {
     Bytes file;
     file.raw({0x89, 0x54, 0x4E, 0x46, 0x0D, 0x0A, 0x1A, 0x0A}).raw("1.3").u8(0);
     return file.fill(FirstBlock - file.size(), 0);
-}
-
-std::vector<std::uint8_t> cut(std::vector<std::uint8_t> bytes, std::size_t length) {
-    bytes.resize(length);
-    return bytes;
 }
 
 const std::vector<std::uint8_t> Sevens(1000, 7);
@@ -47,7 +42,7 @@ std::string lossOf(std::size_t begun, std::size_t unread) {
 } // namespace
 
 TEST(SalvageCommand, SavesEveryBlockOfAFileThatWasNeverClosed) {
-    const Salvage salvage(neverClosed().raw(Whole).raw(Whole));
+    const Salvage salvage(headOfNeverClosed().raw(Whole).raw(Whole));
     EXPECT_EQ(salvage.run.exitCode, 0) << salvage.run.messages;
     ASSERT_EQ(salvage.index.at("blocks").size(), 2u);
     EXPECT_EQ(salvage.index.at("blocks")[0].at("file"), "block-0001.raw");
@@ -62,7 +57,7 @@ TEST(SalvageCommand, SavesEveryBlockOfAFileThatWasNeverClosed) {
 }
 
 TEST(SalvageCommand, ReportsWhatAFileThatWasNeverClosedLacks) {
-    const Salvage salvage(neverClosed().raw(Whole));
+    const Salvage salvage(headOfNeverClosed().raw(Whole));
     EXPECT_EQ(salvage.index.at("state"), "it was never closed by its writer");
     EXPECT_EQ(salvage.lost(),
               (Lines{"the index: which block holds what",
@@ -78,7 +73,7 @@ TEST(SalvageCommand, ReportsWhatAFileThatWasNeverClosedLacks) {
 }
 
 TEST(SalvageCommand, GoesOnAfterThePlaceOfAnIndexTable) {
-    const Salvage salvage(neverClosed().raw(Whole).fill(27804, 0).raw(Whole));
+    const Salvage salvage(headOfNeverClosed().raw(Whole).fill(27804, 0).raw(Whole));
     EXPECT_EQ(salvage.index.at("blocks").size(), 2u);
     ASSERT_EQ(salvage.index.at("notSaved").size(), 1u);
     EXPECT_EQ(salvage.index.at("notSaved")[0].at("offset"), FirstBlock + Whole.size());
@@ -95,7 +90,7 @@ TEST(SalvageCommand, GoesOnAfterAnIndexTable) {
                               "Empty Block ",
                               0, 0));
     }
-    const Salvage salvage(neverClosed().raw(Whole).raw(table).raw(Whole));
+    const Salvage salvage(headOfNeverClosed().raw(Whole).raw(table).raw(Whole));
     EXPECT_EQ(salvage.index.at("blocks").size(), 2u);
     ASSERT_EQ(salvage.index.at("notSaved").size(), 1u);
     EXPECT_EQ(salvage.index.at("notSaved")[0].at("size"), 27804);
@@ -105,7 +100,7 @@ TEST(SalvageCommand, GoesOnAfterAnIndexTable) {
 TEST(SalvageCommand, SavesTheBeginningOfABlockThatIsCutOff) {
     const auto content = incompressible();
     const auto last = cut(block(content), 4 + 2 + 5 + 100);
-    const Salvage salvage(neverClosed().raw(Whole).raw(last));
+    const Salvage salvage(headOfNeverClosed().raw(Whole).raw(last));
     EXPECT_EQ(salvage.run.exitCode, 0) << salvage.run.messages;
     ASSERT_EQ(salvage.index.at("partial").size(), 1u);
     const auto& partial = salvage.index.at("partial")[0];
@@ -129,7 +124,7 @@ TEST(SalvageCommand, SavesTheBeginningOfABlockThatIsCutOff) {
 }
 
 TEST(SalvageCommand, IsContentWithTheBeginningOfABlock) {
-    const Salvage salvage(neverClosed().raw(cut(block(incompressible()), 12)));
+    const Salvage salvage(headOfNeverClosed().raw(cut(block(incompressible()), 12)));
     EXPECT_EQ(salvage.run.exitCode, 0) << salvage.run.messages;
     EXPECT_EQ(salvage.index.at("blocks").size(), 0u);
     ASSERT_EQ(salvage.index.at("partial").size(), 1u);
@@ -137,7 +132,7 @@ TEST(SalvageCommand, IsContentWithTheBeginningOfABlock) {
 }
 
 TEST(SalvageCommand, MakesNoFolderForABlockOfWhichNoContentIsThere) {
-    const Salvage salvage(neverClosed().raw(cut(block(incompressible()), 11)));
+    const Salvage salvage(headOfNeverClosed().raw(cut(block(incompressible()), 11)));
     EXPECT_EQ(salvage.run.exitCode, 1);
     EXPECT_NE(salvage.run.messages.find("nothing can be saved"), std::string::npos) << salvage.run.messages;
     EXPECT_FALSE(salvage.madeFolder());
@@ -146,7 +141,7 @@ TEST(SalvageCommand, MakesNoFolderForABlockOfWhichNoContentIsThere) {
 TEST(SalvageCommand, SavesABlockWithAWrongChecksumAsOneThatNothingVouchesFor) {
     auto damaged = Whole;
     damaged.back() ^= 1;
-    const Salvage salvage(neverClosed().raw(damaged).raw(Whole));
+    const Salvage salvage(headOfNeverClosed().raw(damaged).raw(Whole));
     ASSERT_EQ(salvage.index.at("blocks").size(), 1u);
     EXPECT_EQ(salvage.index.at("blocks")[0].at("file"), "block-0002.raw");
     EXPECT_EQ(salvage.index.at("blocks")[0].at("offset"), FirstBlock + Whole.size());
@@ -164,7 +159,7 @@ TEST(SalvageCommand, SavesTheBeginningUpToDamage) {
     // Two stretches of stored bytes, the second with a length that contradicts its complement.
     const auto damaged =
         Bytes().u32(5).raw({0x78, 0x9C, 0, 3, 0, 0xFC, 0xFF}).raw("abc").raw({1, 2, 0, 0, 0}).raw("de");
-    const Salvage salvage(neverClosed().raw(damaged).raw(Whole));
+    const Salvage salvage(headOfNeverClosed().raw(damaged).raw(Whole));
     ASSERT_EQ(salvage.index.at("partial").size(), 1u);
     EXPECT_EQ(salvage.content(salvage.index.at("partial")[0]), "abc");
     EXPECT_EQ(salvage.index.at("partial")[0].at("content"), 5);
@@ -175,14 +170,14 @@ TEST(SalvageCommand, SavesTheBeginningUpToDamage) {
 }
 
 TEST(SalvageCommand, TakesNoMoreThanTheStatedLength) {
-    const Salvage salvage(neverClosed().u32(999).raw(zlibStream(Sevens)).raw(Whole));
+    const Salvage salvage(headOfNeverClosed().u32(999).raw(zlibStream(Sevens)).raw(Whole));
     ASSERT_EQ(salvage.index.at("partial").size(), 1u);
     EXPECT_EQ(salvage.content(salvage.index.at("partial")[0]), std::string(999, 7));
     EXPECT_EQ(salvage.index.at("partial")[0].at("damage"), "the content is longer than stated");
 }
 
 TEST(SalvageCommand, TakesAShorterContentThanStatedForDamage) {
-    const Salvage salvage(neverClosed().u32(1001).raw(zlibStream(Sevens)).raw(Whole));
+    const Salvage salvage(headOfNeverClosed().u32(1001).raw(zlibStream(Sevens)).raw(Whole));
     ASSERT_EQ(salvage.index.at("partial").size(), 1u);
     EXPECT_EQ(salvage.content(salvage.index.at("partial")[0]), std::string(1000, 7));
     EXPECT_EQ(salvage.index.at("partial")[0].at("damage"), "the content is shorter than stated");
@@ -193,7 +188,7 @@ TEST(SalvageCommand, TakesAShorterContentThanStatedForDamage) {
 TEST(SalvageCommand, EndsABeginningWhereAnotherBlockBegins) {
     const auto content = incompressible();
     const auto half = cut(block(content), 4 + 2 + 5 + 150);
-    const Salvage salvage(neverClosed().raw(half).raw(Whole));
+    const Salvage salvage(headOfNeverClosed().raw(half).raw(Whole));
     ASSERT_EQ(salvage.index.at("partial").size(), 1u);
     EXPECT_EQ(salvage.content(salvage.index.at("partial")[0]),
               std::string(content.begin(), content.begin() + 150));
@@ -224,7 +219,7 @@ TEST(SalvageCommand, FindsABlockThatIsCutOffAfterOtherBytes) {
         content.push_back(static_cast<std::uint8_t>(i * i >> 3));
     }
     const auto last = block(content);
-    const Salvage salvage(neverClosed().raw(Whole).raw("no block").raw(cut(last, last.size() - 5)));
+    const Salvage salvage(headOfNeverClosed().raw(Whole).raw("no block").raw(cut(last, last.size() - 5)));
     ASSERT_EQ(salvage.index.at("partial").size(), 1u);
     EXPECT_EQ(salvage.index.at("partial")[0].at("offset"), FirstBlock + Whole.size() + 8);
     EXPECT_EQ(salvage.index.at("notSaved").size(), 1u);
@@ -232,7 +227,7 @@ TEST(SalvageCommand, FindsABlockThatIsCutOffAfterOtherBytes) {
 
 TEST(SalvageCommand, TakesAFewFittingBytesAtTheEndForChance) {
     const auto beginning = cut(block(incompressible()), 4 + 2 + 5 + 100);
-    const Salvage salvage(neverClosed().raw(Whole).raw("no block").raw(beginning));
+    const Salvage salvage(headOfNeverClosed().raw(Whole).raw("no block").raw(beginning));
     EXPECT_EQ(salvage.index.at("blocks").size(), 1u);
     EXPECT_EQ(salvage.index.at("partial").size(), 0u);
     ASSERT_EQ(salvage.index.at("notSaved").size(), 1u);
@@ -245,7 +240,7 @@ TEST(SalvageCommand, FindsABlockThatIsCutOffAfterOneThatOnlySeemedToBe) {
     const std::vector<std::uint8_t> content(2000, 1);
     const auto seeming = Bytes().u32(5000).raw({0x78, 0x9C, 0, 0xFF, 0x7F, 0, 0x80});
     const auto last = cut(Bytes().u32(5000).raw({0x78, 0x9C, 0, 0xFF, 0x7F, 0, 0x80}).raw(content), 1000);
-    const Salvage salvage(neverClosed().raw("no block").raw(seeming).raw(Whole).raw("none").raw(last));
+    const Salvage salvage(headOfNeverClosed().raw("no block").raw(seeming).raw(Whole).raw("none").raw(last));
     EXPECT_EQ(salvage.index.at("blocks").size(), 1u);
     ASSERT_EQ(salvage.index.at("partial").size(), 1u);
     EXPECT_EQ(salvage.index.at("partial")[0].at("offset"),
@@ -349,7 +344,7 @@ TEST(SalvageCommand, LeavesAWholeFileAloneUnlessForced) {
 
 TEST(SalvageCommand, MakesNoFolderIfNothingIsLeft) {
     const Support::TemporaryFolder folder;
-    const std::vector<std::uint8_t> bytes = neverClosed().raw({1, 2, 3});
+    const std::vector<std::uint8_t> bytes = headOfNeverClosed().raw({1, 2, 3});
     const auto file = folder.write("damaged.mox", {bytes.begin(), bytes.end()});
     const auto run = runMox({"salvage", file, folder.path("out")});
     EXPECT_EQ(run.exitCode, 1);
@@ -369,7 +364,7 @@ TEST(SalvageCommand, RefusesWhatIsNoModelFile) {
 
 TEST(SalvageCommand, DoesNotTouchAFolderThatExists) {
     const Support::TemporaryFolder folder;
-    const std::vector<std::uint8_t> bytes = neverClosed().raw(Whole);
+    const std::vector<std::uint8_t> bytes = headOfNeverClosed().raw(Whole);
     std::filesystem::create_directory(folder.path("out"));
     const auto run =
         runMox({"salvage", folder.write("damaged.mox", {bytes.begin(), bytes.end()}), folder.path("out")});

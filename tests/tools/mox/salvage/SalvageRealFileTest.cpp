@@ -1,9 +1,11 @@
 // Files that the library has saved, then cut or damaged, and files left by processes that ended too early.
 
+#include "../common/FirstBlock.h"
 #include "Salvage.h"
 #include "SavedModel.h"
 
 #include <Support/Bytes.h>
+#include <Support/CaseStride.h>
 
 #include <algorithm>
 #include <map>
@@ -14,7 +16,6 @@
 
 namespace {
 
-constexpr std::size_t FirstBlock = 2800;
 constexpr std::size_t TableBytes = 27804;
 constexpr unsigned Arrays = 44; ///< They fill 22 blocks, so there is an Index Block between them.
 
@@ -46,11 +47,6 @@ FileBytes neverClosed() {
     return bytes;
 }
 
-FileBytes cut(FileBytes bytes, std::size_t length) {
-    bytes.resize(length);
-    return bytes;
-}
-
 /// Each length near the borders of blocks and of the index table, and others in between.
 std::set<std::size_t> lengths() {
     constexpr std::size_t Around = 6;
@@ -71,6 +67,17 @@ std::set<std::size_t> lengths() {
     }
     all.erase(all.lower_bound(sample().bytes.size()), all.end());
     return all;
+}
+
+std::vector<std::size_t> triedLengths() {
+    std::vector<std::size_t> tried;
+    std::size_t place = 0;
+    for (const auto length : lengths()) {
+        if (place++ % CaseStride == 0) {
+            tried.push_back(length);
+        }
+    }
+    return tried;
 }
 
 /// What zlib itself can make of a block if the file has its bytes up to a length.
@@ -176,13 +183,13 @@ TEST(SalvageRealFile, SampleHasAnIndexBlockAndBlocksOfNumbersOnBothSides) {
 }
 
 TEST(SalvageRealFile, CutAnywhereGivesTheBlocksInFrontOfTheCutAndTheBeginningOfTheNext) {
-    for (const auto length : lengths()) {
+    for (const auto length : triedLengths()) {
         ASSERT_NO_FATAL_FAILURE(expectCut(sample().bytes, length, true)) << length << " bytes";
     }
 }
 
 TEST(SalvageRealFile, NeverClosedAndCutAnywhereGivesTheSameWithoutNames) {
-    for (const auto length : lengths()) {
+    for (const auto length : triedLengths()) {
         ASSERT_NO_FATAL_FAILURE(expectCut(neverClosed(), length, false)) << length << " bytes";
     }
 }

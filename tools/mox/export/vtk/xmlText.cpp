@@ -10,7 +10,7 @@ namespace MoxTool {
 
 namespace {
 
-std::string escape(char letter) {
+std::string entityOf(char letter) {
     switch (letter) {
     case '&':
         return "&amp;";
@@ -49,7 +49,7 @@ std::string xmlText(std::string_view text) {
         if (size == 0 || isForbidden(bytes)) {
             result += hexadecimal(bytes);
         } else if (size == 1) {
-            result += escape(bytes[0]);
+            result += entityOf(bytes[0]);
         } else {
             result += bytes;
         }

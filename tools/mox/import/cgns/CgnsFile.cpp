@@ -18,7 +18,7 @@ static_assert(CGNS_VERSION >= 3400, "sections of elements of several sizes are r
 namespace {
 
 constexpr std::size_t NameLength = CGIO_MAX_NAME_LENGTH;
-using Name = std::array<char, NameLength + 1>;
+using CgnsName = std::array<char, NameLength + 1>;
 
 // The library leaves HDF5 open if it fails to open a file, and HDF5 would complain about that at the end of
 // the process; it also reports all damage on stderr.
@@ -38,7 +38,7 @@ std::string libraryText() {
     return visibleText(text);
 }
 
-std::string trimmed(std::string_view text) {
+std::string withoutEndSpaces(std::string_view text) {
     return std::string(text.substr(0, text.find_last_not_of(std::string_view(" \0", 2)) + 1));
 }
 
@@ -95,7 +95,7 @@ std::vector<CgnsBase> CgnsFile::bases() const {
 }
 
 CgnsBase CgnsFile::readBase(int number) const {
-    Name name{};
+    CgnsName name{};
     CgnsBase base;
     check(cg_base_read(file_.id, number, name.data(), &base.cellDimension, &base.physicalDimension),
           "a base");
@@ -110,7 +110,7 @@ CgnsBase CgnsFile::readBase(int number) const {
 }
 
 CgnsZone CgnsFile::readZone(int base, int number, int cellDimension) const {
-    Name name{};
+    CgnsName name{};
     std::array<cgsize_t, 9> sizes{};
     auto type = CGNS_ENUMV(ZoneTypeNull);
     check(cg_zone_read(file_.id, base, number, name.data(), sizes.data()), "a zone");
@@ -135,7 +135,7 @@ CgnsZone CgnsFile::readZone(int base, int number, int cellDimension) const {
 
 // A base without iterative data has no steps; if its steps have no times, their numbers are used.
 std::vector<double> CgnsFile::readTimes(int base) const {
-    Name name{};
+    CgnsName name{};
     int steps = 0;
     const int status = cg_biter_read(file_.id, base, name.data(), &steps);
     if (status == CG_NODE_NOT_FOUND || steps < 0) {
@@ -162,7 +162,7 @@ std::vector<std::string> CgnsFile::coordinateNames(const CgnsZone& zone) const {
     check(cg_ncoords(file_.id, zone.base, zone.number, &count), "the number of coordinates");
     std::vector<std::string> names;
     for (int number = 1; number <= count; ++number) {
-        Name name{};
+        CgnsName name{};
         auto type = CGNS_ENUMV(DataTypeNull);
         check(cg_coord_info(file_.id, zone.base, zone.number, number, &type, name.data()), "a coordinate");
         names.emplace_back(name.data());
@@ -187,7 +187,7 @@ std::vector<CgnsSection> CgnsFile::sections(const CgnsZone& zone) const {
     check(cg_nsections(file_.id, zone.base, zone.number, &count), "the number of sections");
     std::vector<CgnsSection> result;
     for (int number = 1; number <= count; ++number) {
-        Name name{};
+        CgnsName name{};
         CgnsSection section;
         cgsize_t first = 0;
         cgsize_t last = 0;
@@ -241,7 +241,7 @@ std::vector<CgnsSolution> CgnsFile::solutions(const CgnsZone& zone) const {
 }
 
 CgnsSolution CgnsFile::readSolution(const CgnsZone& zone, int number) const {
-    Name name{};
+    CgnsName name{};
     CgnsSolution solution;
     check(cg_sol_info(file_.id, zone.base, zone.number, number, name.data(), &solution.location),
           "a solution");
@@ -282,7 +282,7 @@ std::vector<CgnsFile::ArrayHead> CgnsFile::arraysHere() const {
     check(cg_narrays(&count), "the iterative data");
     std::vector<ArrayHead> heads;
     for (int number = 1; number <= count; ++number) {
-        Name name{};
+        CgnsName name{};
         int dimension = 0;
         std::array<cgsize_t, CGIO_MAX_DIMENSIONS> extents{};
         ArrayHead head;
@@ -296,7 +296,7 @@ std::vector<CgnsFile::ArrayHead> CgnsFile::arraysHere() const {
 }
 
 std::vector<std::vector<std::string>> CgnsFile::solutionsOfSteps(const CgnsZone& zone) const {
-    Name name{};
+    CgnsName name{};
     const int status = cg_ziter_read(file_.id, zone.base, zone.number, name.data());
     if (status == CG_NODE_NOT_FOUND) {
         return {};
@@ -318,7 +318,7 @@ std::vector<std::vector<std::string>> CgnsFile::solutionsOfSteps(const CgnsZone&
         const auto width = static_cast<std::size_t>(array.extents[0]);
         steps.resize(std::max(steps.size(), static_cast<std::size_t>(array.extents[1])));
         for (std::size_t step = 0; step * width < texts.size(); ++step) {
-            steps[step].push_back(trimmed(std::string_view(texts).substr(step * width, width)));
+            steps[step].push_back(withoutEndSpaces(std::string_view(texts).substr(step * width, width)));
         }
     }
     return steps;
@@ -347,7 +347,7 @@ std::vector<CgnsNode> CgnsFile::children(const CgnsNode& node) const {
 }
 
 CgnsNode CgnsFile::describe(double id) const {
-    Name name{};
+    CgnsName name{};
     std::array<char, CGIO_MAX_LABEL_LENGTH + 1> label{};
     check(cgio_get_name(treeHandle(), id, name.data()), "its tree");
     check(cgio_get_label(treeHandle(), id, label.data()), "its tree");

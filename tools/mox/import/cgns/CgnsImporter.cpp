@@ -21,7 +21,7 @@ using Qel::Mox2::DatasetType;
 
 namespace {
 
-constexpr std::array<const char*, 3> Axes = {"CoordinateX", "CoordinateY", "CoordinateZ"};
+constexpr std::array<const char*, 3> CoordinateNames = {"CoordinateX", "CoordinateY", "CoordinateZ"};
 
 void setFile(Qel::Mox2::Attributes& attributes, const CgnsFile& file) {
     attributes.set(AttributeNames::SourceFile, std::filesystem::path(file.path()).filename().string());
@@ -98,10 +98,11 @@ void CgnsImporter::addZone(const CgnsBase& base, const CgnsZone& zone, unsigned 
 }
 
 void CgnsImporter::addVertices(const CgnsZone& zone, const std::vector<CgnsPart>& parts) {
-    RealTable table(zone.vertices(), Axes.size());
+    RealTable table(zone.vertices(), CoordinateNames.size());
     for (const auto& name : file_.coordinateNames(zone)) {
-        const auto axis = std::find(Axes.begin(), Axes.end(), name) - Axes.begin();
-        if (static_cast<std::size_t>(axis) == Axes.size()) {
+        const auto axis =
+            std::find(CoordinateNames.begin(), CoordinateNames.end(), name) - CoordinateNames.begin();
+        if (static_cast<std::size_t>(axis) == CoordinateNames.size()) {
             otherCoordinates_.push_back(name);
         } else {
             table.setColumn(static_cast<std::size_t>(axis), file_.coordinates(zone, name), target_.narrowing);

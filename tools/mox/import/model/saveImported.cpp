@@ -32,8 +32,6 @@ Qel::Mox2::SaverOptions saverOptions() {
     return options;
 }
 
-constexpr std::uint64_t MiB = std::uint64_t{1} << 20;
-
 Failure cannotBeWritten(const ImportRequest& request, const std::string& reason) {
     return {request.output, "can't be written: " + reason};
 }
@@ -86,8 +84,8 @@ constexpr char Failed = 'F';
 std::string memoryText(const ImportRequest& request) {
     return request.mostMemory == 0
                ? "not enough memory"
-               : fmt::format("needs more memory than its bound of {} MiB; --memory sets another",
-                             request.mostMemory / MiB);
+               : fmt::format("needs more memory than its bound of {} Mebibyte; --memory sets another",
+                             request.mostMemory / Mebibyte);
 }
 
 std::string saveAndReport(const std::string& path, const ImportRequest& request, const ModelFiller& fill,

@@ -55,7 +55,7 @@ public:
             return std::nullopt;
         }
         std::vector<VtkMeshRead> meshes;
-        std::istringstream lines(folder.read("shown"));
+        std::istringstream lines(folder_.read("shown"));
         for (std::string head; std::getline(lines, head);) {
             if (head.starts_with("size\t")) {
                 auto& mesh = meshes.emplace_back();
@@ -73,7 +73,7 @@ public:
     std::vector<std::pair<double, std::string>> series(const std::string& path) const {
         run("series", {path});
         std::vector<std::pair<double, std::string>> files;
-        std::istringstream lines(folder.read("shown"));
+        std::istringstream lines(folder_.read("shown"));
         for (std::string line; std::getline(lines, line);) {
             const auto cells = split(line);
             files.emplace_back(std::stod(cells.at(0)), cells.at(1));
@@ -89,7 +89,7 @@ private:
         for (const auto& path : paths) {
             command += " \"" + path + "\"";
         }
-        command += " > \"" + folder.path("shown") + "\"";
+        command += " > \"" + folder_.path("shown") + "\"";
         const int status = std::system(command.c_str());
         if (status == 0) {
             return true;
@@ -123,5 +123,5 @@ private:
         mesh.arrays[head.at(0) + "/" + head.at(1)] = array;
     }
 
-    Support::TemporaryFolder folder;
+    Support::TemporaryFolder folder_;
 };

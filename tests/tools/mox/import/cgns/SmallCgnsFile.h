@@ -11,24 +11,24 @@
 class SmallCgnsFile {
 public:
     explicit SmallCgnsFile(const std::string& path, int cellDimension = 3) {
-        require(cg_open(path.c_str(), CG_MODE_WRITE, &file));
+        require(cg_open(path.c_str(), CG_MODE_WRITE, &file_));
         addBase("Base", cellDimension);
     }
     SmallCgnsFile(const SmallCgnsFile&) = delete;
     SmallCgnsFile& operator=(const SmallCgnsFile&) = delete;
-    ~SmallCgnsFile() { cg_close(file); }
+    ~SmallCgnsFile() { cg_close(file_); }
 
-    int handle() const { return file; }
+    int handle() const { return file_; }
 
     /// What follows goes into the base added last, and into the zone added last.
     void addBase(const std::string& name, int cellDimension) {
-        require(cg_base_write(file, name.c_str(), cellDimension, 3, &base));
-        zoneWithSteps = 0;
+        require(cg_base_write(file_, name.c_str(), cellDimension, 3, &base_));
+        zoneWithSteps_ = 0;
     }
 
     void addZone(const std::string& name, cgsize_t vertices, cgsize_t cells) {
         const std::array<cgsize_t, 3> sizes = {vertices, cells, 0};
-        require(cg_zone_write(file, base, name.c_str(), sizes.data(), CGNS_ENUMV(Unstructured), &zone));
+        require(cg_zone_write(file_, base_, name.c_str(), sizes.data(), CGNS_ENUMV(Unstructured), &zone_));
     }
     void addStructuredZone(const std::string& name, std::vector<cgsize_t> vertices) {
         auto sizes = vertices;
@@ -36,13 +36,13 @@ public:
             sizes.push_back(count - 1);
         }
         sizes.resize(3 * vertices.size());
-        require(cg_zone_write(file, base, name.c_str(), sizes.data(), CGNS_ENUMV(Structured), &zone));
+        require(cg_zone_write(file_, base_, name.c_str(), sizes.data(), CGNS_ENUMV(Structured), &zone_));
     }
 
     void coordinate(const std::string& name, const std::vector<double>& values) {
         int number = 0;
-        require(
-            cg_coord_write(file, base, zone, CGNS_ENUMV(RealDouble), name.c_str(), values.data(), &number));
+        require(cg_coord_write(file_, base_, zone_, CGNS_ENUMV(RealDouble), name.c_str(), values.data(),
+                               &number));
     }
     /// X counts from 0 up, Y and Z are 0.
     void lineOfVertices(std::size_t count) {
@@ -59,34 +59,35 @@ public:
                  const std::vector<cgsize_t>& nodes) {
         int number = 0;
         require(
-            cg_section_write(file, base, zone, name.c_str(), type, first, last, 0, nodes.data(), &number));
+            cg_section_write(file_, base_, zone_, name.c_str(), type, first, last, 0, nodes.data(), &number));
     }
     void sectionWithOffsets(const std::string& name, CGNS_ENUMT(ElementType_t) type, cgsize_t first,
                             cgsize_t last, const std::vector<cgsize_t>& data,
                             const std::vector<cgsize_t>& offsets) {
         int number = 0;
-        require(cg_poly_section_write(file, base, zone, name.c_str(), type, first, last, 0, data.data(),
+        require(cg_poly_section_write(file_, base_, zone_, name.c_str(), type, first, last, 0, data.data(),
                                       offsets.data(), &number));
     }
 
     void solution(const std::string& name, CGNS_ENUMT(GridLocation_t) location) {
-        require(cg_sol_write(file, base, zone, name.c_str(), location, &solutionNumber));
+        require(cg_sol_write(file_, base_, zone_, name.c_str(), location, &solutionNumber_));
     }
     /// A solution on these vertices only.
     void partialSolution(const std::string& name, const std::vector<cgsize_t>& vertices) {
-        require(cg_sol_ptset_write(file, base, zone, name.c_str(), CGNS_ENUMV(Vertex), CGNS_ENUMV(PointList),
-                                   static_cast<cgsize_t>(vertices.size()), vertices.data(), &solutionNumber));
+        require(cg_sol_ptset_write(file_, base_, zone_, name.c_str(), CGNS_ENUMV(Vertex),
+                                   CGNS_ENUMV(PointList), static_cast<cgsize_t>(vertices.size()),
+                                   vertices.data(), &solutionNumber_));
     }
     /// A field of the solution added last.
     void field(const std::string& name, const std::vector<double>& values) {
         int number = 0;
-        require(cg_field_write(file, base, zone, solutionNumber, CGNS_ENUMV(RealDouble), name.c_str(),
+        require(cg_field_write(file_, base_, zone_, solutionNumber_, CGNS_ENUMV(RealDouble), name.c_str(),
                                values.data(), &number));
     }
 
     void times(const std::vector<double>& values) {
-        require(cg_biter_write(file, base, "Iteration", static_cast<int>(values.size())));
-        require(cg_goto(file, base, "BaseIterativeData_t", 1, "end"));
+        require(cg_biter_write(file_, base_, "Iteration", static_cast<int>(values.size())));
+        require(cg_goto(file_, base_, "BaseIterativeData_t", 1, "end"));
         const auto count = static_cast<cgsize_t>(values.size());
         require(cg_array_write("TimeValues", CGNS_ENUMV(RealDouble), 1, &count, values.data()));
     }
@@ -98,11 +99,11 @@ public:
             name.resize(32, ' ');
             texts += name;
         }
-        if (zoneWithSteps != zone) {
-            require(cg_ziter_write(file, base, zone, "ZoneIteration"));
+        if (zoneWithSteps_ != zone_) {
+            require(cg_ziter_write(file_, base_, zone_, "ZoneIteration"));
         }
-        zoneWithSteps = zone;
-        require(cg_goto(file, base, "Zone_t", zone, "ZoneIterativeData_t", 1, "end"));
+        zoneWithSteps_ = zone_;
+        require(cg_goto(file_, base_, "Zone_t", zone_, "ZoneIterativeData_t", 1, "end"));
         const std::array<cgsize_t, 2> extents = {32, static_cast<cgsize_t>(names.size())};
         require(cg_array_write(array.c_str(), CGNS_ENUMV(Character), 2, extents.data(), texts.data()));
     }
@@ -114,9 +115,9 @@ public:
     }
 
 private:
-    int file = 0;
-    int base = 0;
-    int zone = 0;
-    int zoneWithSteps = 0;
-    int solutionNumber = 0;
+    int file_ = 0;
+    int base_ = 0;
+    int zone_ = 0;
+    int zoneWithSteps_ = 0;
+    int solutionNumber_ = 0;
 };

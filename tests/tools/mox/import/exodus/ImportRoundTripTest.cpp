@@ -54,7 +54,7 @@ struct Block {
     std::int64_t firstElement;
 };
 
-void require(int status) {
+void requireExodus(int status) {
     if (status != 0) {
         throw std::runtime_error("the Exodus library gave status " + std::to_string(status));
     }
@@ -75,7 +75,7 @@ public:
         if (id < 0) {
             throw std::runtime_error("can't open " + path);
         }
-        require(ex_get_init_ext(id, &counts));
+        requireExodus(ex_get_init_ext(id, &counts));
         ex_set_max_name_length(id, 255);
     }
     Original(const Original&) = delete;
@@ -84,16 +84,16 @@ public:
 
     std::vector<Block> blocks() const {
         std::vector<std::int64_t> ids(size(counts.num_elem_blk));
-        require(ex_get_ids(id, EX_ELEM_BLOCK, ids.data()));
+        requireExodus(ex_get_ids(id, EX_ELEM_BLOCK, ids.data()));
         std::vector<Block> result;
         std::int64_t first = 0;
         for (const auto blockId : ids) {
             char type[MAX_STR_LENGTH + 1] = {};
             char name[256] = {};
             std::int64_t sizes[5] = {};
-            require(ex_get_block(id, EX_ELEM_BLOCK, blockId, type, &sizes[0], &sizes[1], &sizes[2], &sizes[3],
-                                 &sizes[4]));
-            require(ex_get_name(id, EX_ELEM_BLOCK, blockId, name));
+            requireExodus(ex_get_block(id, EX_ELEM_BLOCK, blockId, type, &sizes[0], &sizes[1], &sizes[2],
+                                       &sizes[3], &sizes[4]));
+            requireExodus(ex_get_name(id, EX_ELEM_BLOCK, blockId, name));
             result.push_back({blockId, name, type, sizes[0], sizes[1], first});
             first += sizes[0];
         }
@@ -103,18 +103,18 @@ public:
     std::vector<double> times() const {
         std::vector<double> result(size(ex_inquire_int(id, EX_INQ_TIME)));
         if (!result.empty()) {
-            require(ex_get_all_times(id, result.data()));
+            requireExodus(ex_get_all_times(id, result.data()));
         }
         return result;
     }
 
     std::vector<std::string> variables(ex_entity_type type) const {
         int count = 0;
-        require(ex_get_variable_param(id, type, &count));
+        requireExodus(ex_get_variable_param(id, type, &count));
         std::vector<std::string> names;
         for (int i = 1; i <= count; ++i) {
             char name[256] = {};
-            require(ex_get_variable_name(id, type, i, name));
+            requireExodus(ex_get_variable_name(id, type, i, name));
             names.emplace_back(name);
         }
         return names;
@@ -122,15 +122,15 @@ public:
 
     bool hasVariable(std::int64_t block, int count, std::size_t variable) const {
         std::vector<int> row(static_cast<std::size_t>(count));
-        require(ex_get_object_truth_vector(id, EX_ELEM_BLOCK, block, count, row.data()));
+        requireExodus(ex_get_object_truth_vector(id, EX_ELEM_BLOCK, block, count, row.data()));
         return row[variable] != 0;
     }
 
     std::vector<double> values(ex_entity_type type, std::size_t variable, std::int64_t entity,
                                std::size_t step, std::int64_t count) const {
         std::vector<double> result(size(count));
-        require(ex_get_var(id, static_cast<int>(step) + 1, type, static_cast<int>(variable) + 1, entity,
-                           count, result.data()));
+        requireExodus(ex_get_var(id, static_cast<int>(step) + 1, type, static_cast<int>(variable) + 1, entity,
+                                 count, result.data()));
         return result;
     }
 
@@ -272,7 +272,7 @@ TEST_P(ImportRoundTrip, CoordinatesAreThoseOfTheFileAndStandThereOnce) {
     const auto count = size(original->counts.num_nodes);
     std::vector<double> axes[3] = {std::vector<double>(count), std::vector<double>(count),
                                    std::vector<double>(count)};
-    require(ex_get_coord(original->id, axes[0].data(), axes[1].data(), axes[2].data()));
+    requireExodus(ex_get_coord(original->id, axes[0].data(), axes[1].data(), axes[2].data()));
     std::set<std::uint32_t> holders;
     for (const auto* geometry : geometries) {
         const auto& dataset = ReadBack::dataset(*geometry, "Coordinates");
@@ -289,7 +289,7 @@ TEST_P(ImportRoundTrip, CoordinatesAreThoseOfTheFileAndStandThereOnce) {
 
 TEST_P(ImportRoundTrip, NodeIdsAreThoseOfTheFile) {
     std::vector<std::int64_t> ids(size(original->counts.num_nodes));
-    require(ex_get_id_map(original->id, EX_NODE_MAP, ids.data()));
+    requireExodus(ex_get_id_map(original->id, EX_NODE_MAP, ids.data()));
     for (const auto* geometry : geometries) {
         const auto numbers = saved->integers(ReadBack::dataset(*geometry, "Node Ids"));
         ASSERT_EQ(numbers.size(), ids.size());
@@ -299,7 +299,7 @@ TEST_P(ImportRoundTrip, NodeIdsAreThoseOfTheFile) {
 
 TEST_P(ImportRoundTrip, ElementIdsAreThoseOfTheFile) {
     std::vector<std::int64_t> ids(size(original->counts.num_elem));
-    require(ex_get_id_map(original->id, EX_ELEM_MAP, ids.data()));
+    requireExodus(ex_get_id_map(original->id, EX_ELEM_MAP, ids.data()));
     for (std::size_t i = 0; i < blocks.size(); ++i) {
         const auto numbers = saved->integers(ReadBack::dataset(*geometries[i], "Element IDs"));
         ASSERT_EQ(numbers.size(), size(blocks[i].elements));
@@ -312,7 +312,7 @@ TEST_P(ImportRoundTrip, ElementsHaveTheirNodes) {
     for (std::size_t i = 0; i < blocks.size(); ++i) {
         const auto& block = blocks[i];
         std::vector<std::int64_t> nodes(size(block.elements * block.nodesPerElement));
-        require(ex_get_conn(original->id, EX_ELEM_BLOCK, block.id, nodes.data(), nullptr, nullptr));
+        requireExodus(ex_get_conn(original->id, EX_ELEM_BLOCK, block.id, nodes.data(), nullptr, nullptr));
         const auto& dataset = ReadBack::dataset(*geometries[i], "Connectivity");
         EXPECT_EQ(dataset.variableType, connectivityType(block.type));
         const auto numbers = saved->integers(dataset);

@@ -49,30 +49,30 @@ protected:
 class RawExodusFile {
 public:
     explicit RawExodusFile(const std::string& path) {
-        SmallExodusFile::require(nc_open(path.c_str(), NC_WRITE, &id));
-        SmallExodusFile::require(nc_redef(id));
+        SmallExodusFile::require(nc_open(path.c_str(), NC_WRITE, &id_));
+        SmallExodusFile::require(nc_redef(id_));
     }
     RawExodusFile(const RawExodusFile&) = delete;
     RawExodusFile& operator=(const RawExodusFile&) = delete;
-    ~RawExodusFile() { nc_close(id); }
+    ~RawExodusFile() { nc_close(id_); }
 
     void setText(const std::string& variable, const std::string& attribute, const std::string& text) const {
         const auto owner = variable.empty() ? NC_GLOBAL : find(variable);
-        SmallExodusFile::require(nc_put_att_text(id, owner, attribute.c_str(), text.size(), text.data()));
+        SmallExodusFile::require(nc_put_att_text(id_, owner, attribute.c_str(), text.size(), text.data()));
     }
     void setNumbers(const std::string& variable, const std::vector<int>& numbers) const {
-        SmallExodusFile::require(nc_enddef(id));
-        SmallExodusFile::require(nc_put_var_int(id, find(variable), numbers.data()));
+        SmallExodusFile::require(nc_enddef(id_));
+        SmallExodusFile::require(nc_put_var_int(id_, find(variable), numbers.data()));
     }
 
 private:
     int find(const std::string& variable) const {
         int found = 0;
-        SmallExodusFile::require(nc_inq_varid(id, variable.c_str(), &found));
+        SmallExodusFile::require(nc_inq_varid(id_, variable.c_str(), &found));
         return found;
     }
 
-    int id = -1;
+    int id_ = -1;
 };
 
 // One triangle in the plane.

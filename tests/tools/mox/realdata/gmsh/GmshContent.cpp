@@ -19,7 +19,7 @@ const std::map<int, int> VtkCells = {
 };
 
 // The suffixes of the names of a view's values, and the places of the values.
-const std::map<int, std::vector<std::pair<std::string, std::size_t>>> Components = {
+const std::map<int, std::vector<std::pair<std::string, std::size_t>>> ComponentEnds = {
     {1, {{"", 0}}},
     {3, {{"_x", 0}, {"_y", 1}, {"_z", 2}}},
     {9, {{"_xx", 0}, {"_xy", 1}, {"_yy", 4}, {"_yz", 5}, {"_zx", 6}, {"_zz", 8}}},
@@ -37,12 +37,12 @@ public:
 
     ModelContent read(const std::string& path) {
         gmsh::merge(path);
-        content.ordering = NodeOrdering::Gmsh;
-        content.title = std::filesystem::path(path).stem().string();
+        content_.ordering = NodeOrdering::Gmsh;
+        content_.title = std::filesystem::path(path).stem().string();
         readNodes();
         readBlocks();
         readSteps();
-        return content;
+        return content_;
     }
 
 private:
@@ -58,15 +58,15 @@ private:
         Numbers parameters;
         gmsh::model::mesh::getNodes(tags, coordinates, parameters);
         for (std::size_t node = 0; node < tags.size(); ++node) {
-            places[tags[node]] = node;
+            places_[tags[node]] = node;
         }
-        for (auto& [tag, place] : places) {
-            content.nodeIds.push_back(static_cast<std::int64_t>(tag));
-            content.points.insert(content.points.end(), coordinates.begin() + 3 * static_cast<int>(place),
-                                  coordinates.begin() + 3 * static_cast<int>(place) + 3);
-            place = content.nodeIds.size() - 1;
+        for (auto& [tag, place] : places_) {
+            content_.nodeIds.push_back(static_cast<std::int64_t>(tag));
+            content_.points.insert(content_.points.end(), coordinates.begin() + 3 * static_cast<int>(place),
+                                   coordinates.begin() + 3 * static_cast<int>(place) + 3);
+            place = content_.nodeIds.size() - 1;
         }
-        content.zones = {places.size()};
+        content_.zones = {places_.size()};
     }
 
     // Entities of one dimension that are in the same physical groups belong together.
@@ -118,11 +118,11 @@ private:
             }
         }
         for (auto& [type, block] : blocks) {
-            block.id = static_cast<std::int64_t>(content.blocks.size()) + 1;
+            block.id = static_cast<std::int64_t>(content_.blocks.size()) + 1;
             block.name = blocks.size() == 1 ? group.name : group.name + " (" + typeName(type) + ")";
             block.vtkCell = VtkCells.at(type);
             block.type = cellKind(block.vtkCell).exodusType;
-            content.blocks.push_back(block);
+            content_.blocks.push_back(block);
         }
     }
 
@@ -131,7 +131,7 @@ private:
         block.lengths.insert(block.lengths.end(), elements.size(),
                              static_cast<std::int64_t>(nodes.size() / elements.size()));
         for (const auto node : nodes) {
-            block.nodes.push_back(static_cast<std::int64_t>(places.at(node)));
+            block.nodes.push_back(static_cast<std::int64_t>(places_.at(node)));
         }
     }
 
@@ -157,7 +157,7 @@ private:
             }
         }
         for (const auto& [step, viewsOfStep] : views) {
-            content.steps.push_back({"Step " + std::to_string(content.steps.size() + 1), step.second});
+            content_.steps.push_back({"Step " + std::to_string(content_.steps.size() + 1), step.second});
             for (const auto view : viewsOfStep) {
                 addView(view, step.first);
             }
@@ -192,29 +192,29 @@ private:
         std::string name;
         gmsh::option::getString(option(view, "Name"), name);
         const auto data = readStep(view, step);
-        for (const auto& [end, place] : Components.at(data.components)) {
+        for (const auto& [end, place] : ComponentEnds.at(data.components)) {
             std::map<std::size_t, double> valueOf;
             for (std::size_t i = 0; i < data.tags.size(); ++i) {
                 valueOf[data.tags[i]] = data.values[i].at(place);
             }
             auto& variable = variableOf(data.kind == "NodeData", name + end);
             if (variable.isNodal) {
-                addValues(variable, 0, content.nodeIds, valueOf);
+                addValues(variable, 0, content_.nodeIds, valueOf);
             }
-            for (std::size_t block = 0; !variable.isNodal && block < content.blocks.size(); ++block) {
-                addValues(variable, block, content.blocks[block].elementIds, valueOf);
+            for (std::size_t block = 0; !variable.isNodal && block < content_.blocks.size(); ++block) {
+                addValues(variable, block, content_.blocks[block].elementIds, valueOf);
             }
         }
     }
 
     VariableContent& variableOf(bool isNodal, const std::string& name) {
-        for (auto& variable : content.variables) {
+        for (auto& variable : content_.variables) {
             if (variable.isNodal == isNodal && variable.name == name) {
                 return variable;
             }
         }
-        content.variables.push_back({isNodal, name, false, {}});
-        return content.variables.back();
+        content_.variables.push_back({isNodal, name, false, {}});
+        return content_.variables.back();
     }
 
     // NaN for what has no value, unless all have none.
@@ -231,12 +231,12 @@ private:
             hasAny = true;
         }
         if (hasAny) {
-            variable.values[{content.steps.size() - 1, target}] = values;
+            variable.values[{content_.steps.size() - 1, target}] = values;
         }
     }
 
-    std::map<std::size_t, std::size_t> places; // of nodes by their tags
-    ModelContent content;
+    std::map<std::size_t, std::size_t> places_; // of nodes by their tags
+    ModelContent content_;
 };
 
 } // namespace
