@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <random>
@@ -128,9 +129,9 @@ TEST(SavedFile, HasNoBitThatCanFlipUnseenButPaddingAndDistancesOfEqualCopies) {
     const auto bytes = savedModel();
     const auto sound = streamsOf(std::make_shared<MoxReader::MemorySource>(bytes));
     const auto spare = spareBits(bytes);
+    EXPECT_FALSE(spare.padding.empty());
     const auto padding =
         std::ranges::count_if(spare.padding, [](std::size_t bit) { return bit % CaseStride == 0; });
-    EXPECT_GT(padding, 0);
     std::ptrdiff_t unseenPadding = 0;
     for (std::size_t bit = 0; bit < 8 * bytes.size(); bit += CaseStride) {
         const auto source =
@@ -366,5 +367,5 @@ TEST(Streams, HaveNoBitThatTheReaderRefusesAndTheCheckDoesNot) {
                 << "stream " << &stream - Streams << ", bit " << bit;
         }
     }
-    EXPECT_GT(refused, 2000 / static_cast<int>(CaseStride));
+    EXPECT_GT(refused, CaseStride == 1 ? 2000 : 100);
 }
