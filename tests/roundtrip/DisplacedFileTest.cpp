@@ -155,8 +155,8 @@ TEST_F(DisplacedFile, NineteenBlocksOfArraysLieWhereTheyShould) {
 TEST_F(DisplacedFile, ATableThatLiesOverAnotherOneMakesTheFileUnreadable) {
     save("800", 460, [](unsigned) { return 200u; });
     EXPECT_THROW(readModel(MoxReader::File(path)), MoxReader::Error);
-    FileSource source(path);
-    const auto found = scanIndex(source);
+    MoxReader::FileSource source(path);
+    const auto found = MoxReader::scanIndex(source);
     EXPECT_FALSE(found.damage.empty());
     EXPECT_EQ(found.blocks[19].position, found.tables[1].displacement);
 }

@@ -23,15 +23,15 @@ Function* ofTheSystem(const char* name) {
 
 } // namespace
 
-extern "C" int gethostname(char* name, std::size_t size) noexcept {
+extern "C" int gethostname(char* name, std::size_t len) noexcept {
     if (!isFake) {
-        return ofTheSystem<int(char*, std::size_t)>("gethostname")(name, size);
+        return ofTheSystem<int(char*, std::size_t)>("gethostname")(name, len);
     }
     if (!fakeName) {
         return -1;
     }
     // As in POSIX, a name that is too long ends without a zero byte.
-    std::strncpy(name, fakeName->c_str(), size);
+    std::strncpy(name, fakeName->c_str(), len);
     return 0;
 }
 
