@@ -17,8 +17,8 @@ namespace MoxTool {
 
 namespace {
 
-constexpr double NumbersPart =
-    0.9; ///< Their share of the work; the rest is for blocks that nothing has read.
+// The share of the streams in the work; the rest is for blocks that nothing has read.
+constexpr double NumbersPart = 0.9;
 
 /// @return the ids of the blocks that have been read without damage.
 std::set<std::uint64_t> checkModel(const MoxReader::File& file, FindingList& findings,
