@@ -1,5 +1,6 @@
 #include "common/sampleFields.h"
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -25,6 +26,20 @@ std::vector<float> sampleField(std::size_t rows, std::size_t columns, std::size_
         }
     }
     return values;
+}
+
+std::vector<std::vector<float>> bulkFields() {
+    std::vector<std::vector<float>> fields;
+    for (std::size_t i = 0; i < FieldCount; ++i) {
+        fields.push_back(sampleField(FieldRows, FieldColumns, i));
+    }
+    return fields;
+}
+
+void fillLongArray(std::uint64_t mebibytes, float* target) {
+    for (std::uint64_t i = 0; i < fieldsIn(mebibytes); ++i) {
+        target = std::ranges::copy(sampleField(FieldRows, FieldColumns, i % FieldCount), target).out;
+    }
 }
 
 std::vector<std::vector<float>> smallArrays() {

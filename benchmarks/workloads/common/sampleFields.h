@@ -21,6 +21,12 @@ constexpr std::uint64_t fieldsIn(std::uint64_t mebibytes) {
 /// last bits are noise. `number` makes it another one.
 std::vector<float> sampleField(std::size_t rows, std::size_t columns, std::size_t number);
 
+/// The fields that the work "bulk" repeats.
+std::vector<std::vector<float>> bulkFields();
+
+/// Writes the array of the work "array", which takes fieldsIn(mebibytes) times the rows of a field.
+void fillLongArray(std::uint64_t mebibytes, float* target);
+
 /// The arrays of a small work: few numbers each, and too many for zlib to look back at all of them.
 inline constexpr std::size_t SmallArrayValues = 100;
 inline constexpr std::size_t SmallArrayCount = 1000;

@@ -8,7 +8,6 @@
 #include "common/sizes.h"
 #include "floor/ModelFile.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <vector>
@@ -34,10 +33,7 @@ void putOneShape(ModelFile& file, std::uint32_t datasets) {
 }
 
 void saveBulk(std::uint64_t mebibytes, const std::string& path, Stopwatch& watch) {
-    std::vector<std::vector<float>> fields;
-    for (std::size_t i = 0; i < FieldCount; ++i) {
-        fields.push_back(sampleField(FieldRows, FieldColumns, i));
-    }
+    const std::vector<std::vector<float>> fields = bulkFields();
 
     watch.start("add");
     ModelFile file(path);
@@ -58,10 +54,7 @@ void saveBulk(std::uint64_t mebibytes, const std::string& path, Stopwatch& watch
 void saveArray(std::uint64_t mebibytes, const std::string& path, Stopwatch& watch) {
     const std::size_t rows = fieldsIn(mebibytes) * FieldRows;
     std::vector<float> array(rows * FieldColumns);
-    auto target = array.begin();
-    for (std::uint64_t i = 0; i < fieldsIn(mebibytes); ++i) {
-        target = std::ranges::copy(sampleField(FieldRows, FieldColumns, i % FieldCount), target).out;
-    }
+    fillLongArray(mebibytes, array.data());
 
     watch.start("add");
     ModelFile file(path);

@@ -7,7 +7,6 @@
 #include "common/sizes.h"
 #include "hdf5/Handle.h"
 
-#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -54,10 +53,7 @@ void addNumbers(hid_t object, const char* name, hid_t space, const float* values
 }
 
 void saveBulk(std::uint64_t mebibytes, const std::string& path, Stopwatch& watch) {
-    std::vector<std::vector<float>> fields;
-    for (std::size_t i = 0; i < FieldCount; ++i) {
-        fields.push_back(sampleField(FieldRows, FieldColumns, i));
-    }
+    const std::vector<std::vector<float>> fields = bulkFields();
 
     watch.start("add");
     Hdf5::File file = create(path, H5F_LIBVER_EARLIEST);
@@ -78,10 +74,7 @@ void saveBulk(std::uint64_t mebibytes, const std::string& path, Stopwatch& watch
 void saveArray(std::uint64_t mebibytes, const std::string& path, Stopwatch& watch) {
     const std::size_t rows = fieldsIn(mebibytes) * FieldRows;
     std::vector<float> array(rows * FieldColumns);
-    auto target = array.begin();
-    for (std::uint64_t i = 0; i < fieldsIn(mebibytes); ++i) {
-        target = std::ranges::copy(sampleField(FieldRows, FieldColumns, i % FieldCount), target).out;
-    }
+    fillLongArray(mebibytes, array.data());
 
     watch.start("add");
     Hdf5::File file = create(path, H5F_LIBVER_EARLIEST);

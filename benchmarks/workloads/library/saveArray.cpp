@@ -2,19 +2,13 @@
 #include "library/open.h"
 #include "library/works.h"
 
-#include <algorithm>
-#include <vector>
-
 namespace Workloads::Library {
 
 using namespace Qel::Mox2;
 
 void saveArray(std::uint64_t mebibytes, const std::string& path, Stopwatch& watch) {
     Array2d<float> array(fieldsIn(mebibytes) * FieldRows, FieldColumns);
-    float* target = &array(0, 0);
-    for (std::uint64_t i = 0; i < fieldsIn(mebibytes); ++i) {
-        target = std::ranges::copy(sampleField(FieldRows, FieldColumns, i % FieldCount), target).out;
-    }
+    fillLongArray(mebibytes, &array(0, 0));
 
     watch.start("add");
     Model model;

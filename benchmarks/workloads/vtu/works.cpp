@@ -91,10 +91,7 @@ std::string beginning(const std::vector<std::uint64_t>& offsets) {
 }
 
 void saveBulk(std::uint64_t mebibytes, const std::string& path, Stopwatch& watch) {
-    std::vector<std::vector<float>> fields;
-    for (std::size_t i = 0; i < FieldCount; ++i) {
-        fields.push_back(sampleField(FieldRows, FieldColumns, i));
-    }
+    const std::vector<std::vector<float>> fields = bulkFields();
 
     watch.start("save");
     OutputFile file(path);

@@ -28,9 +28,11 @@ std::optional<ErrorCode> findLengthDamage(const BlockRecord& block, std::uint64_
 ///
 /// Damage is one of findLengthDamage(), or ZlibDamaged, ZlibIncomplete, ContentTooShort, ContentTooLong,
 /// ChecksumMismatch, TrailingBytes. If it is TrailingBytes, the content itself is complete.
+/// @param room    Its memory is used for the content if it is large enough; to touch new memory takes a good
+///                part of the time that decompressing takes.
 /// @throws Error  ReadFailed alone.
 /// @par Cost
 /// Memory for the content and 64 KiB.
-BlockContent readBlockContent(Source& source, const BlockRecord& block);
+BlockContent readBlockContent(Source& source, const BlockRecord& block, std::vector<std::uint8_t> room = {});
 
 } // namespace MoxReader

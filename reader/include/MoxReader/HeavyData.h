@@ -2,6 +2,7 @@
 
 #include "MoxReader/Model.h"
 
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -51,7 +52,7 @@ public:
     StreamReader& stream() { return stream_; }
 
 private:
-    std::vector<std::uint8_t> readPayload(const Dataset& holder);
+    std::span<const std::uint8_t> viewPayload(const Dataset& holder, std::vector<std::uint8_t>& room);
     const Dataset& holderOf(const Dataset& dataset, std::uint8_t elementTag) const;
 
     const Model& model_;

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,9 @@ public:
     /// The place in blocks() of the block that holds the byte at a position below size().
     std::size_t blockAt(std::uint64_t position) const;
 
+    /// Whether blocks()[index] has been read so far and is free of damage.
+    bool isKnownSound(std::size_t index) const { return knownSound_[index]; }
+
     /// Size of the stream in bytes. The stream ends before the first block whose length is not known, see
     /// damage().
     std::uint64_t size() const { return starts_.back(); }
@@ -49,6 +53,10 @@ public:
     /// Fills target.
     void read(std::span<std::uint8_t> target);
     std::vector<std::uint8_t> readBytes(std::uint64_t count);
+    /// As readBytes(), but without a copy if one block holds all of the bytes.
+    /// @param room  Takes the bytes otherwise.
+    /// @return the bytes, good until the next read and as long as room is.
+    std::span<const std::uint8_t> view(std::uint64_t count, std::vector<std::uint8_t>& room);
 
     /// One number. T is std::uint8_t, std::uint32_t, std::uint64_t, float or double.
     template <class T>
@@ -83,6 +91,7 @@ private:
     std::uint64_t position_ = 0;
     std::optional<std::size_t> loaded_; ///< The block that content_ holds.
     std::vector<std::uint8_t> content_;
+    std::vector<bool> knownSound_; ///< By the places in blocks_.
 };
 
 } // namespace MoxReader

@@ -4,13 +4,23 @@
 #include "MoxReader/LittleEndian.h"
 
 #include <array>
+#include <utility>
 
 namespace MoxReader {
 
 namespace {
 
-BlockContent readPlain(Source& source, const BlockRecord& block) {
-    BlockContent content;
+/// Empties room and makes it large enough. The old memory is freed before more is allocated.
+void prepare(std::vector<std::uint8_t>& room, std::size_t size) {
+    room.clear();
+    if (room.capacity() < size) {
+        room = {};
+        room.reserve(size);
+    }
+}
+
+BlockContent readPlain(Source& source, const BlockRecord& block, std::vector<std::uint8_t> room) {
+    BlockContent content{.bytes = std::move(room), .damage = std::nullopt};
     content.bytes.resize(block.length);
     source.read(block.position, content.bytes);
     return content;
@@ -55,16 +65,17 @@ std::optional<ErrorCode> findLengthDamage(const BlockRecord& block, std::uint64_
     return std::nullopt;
 }
 
-BlockContent readBlockContent(Source& source, const BlockRecord& block) {
+BlockContent readBlockContent(Source& source, const BlockRecord& block, std::vector<std::uint8_t> room) {
     if (const auto damage = findLengthDamage(block, source.size())) {
         return {.bytes = {}, .damage = damage};
     }
+    prepare(room, block.isCompressed() ? *block.contentLength : block.length);
     if (!block.isCompressed()) {
-        return readPlain(source, block);
+        return readPlain(source, block, std::move(room));
     }
     Inflater inflater(source, block.position + Format::ContentWordSize,
                       block.length - Format::ContentWordSize);
-    return inflater.run(*block.contentLength);
+    return inflater.run(*block.contentLength, std::move(room));
 }
 
 } // namespace MoxReader

@@ -81,16 +81,20 @@ HeavyData::HeavyData(StreamReader stream, const Model& model) : model_(model), s
 
 std::vector<float> HeavyData::readFloats(const Dataset& dataset) {
     const auto& holder = holderOf(dataset, Format::FloatTag);
-    return unshuffleFloats(readPayload(holder), holder.width);
+    std::vector<std::uint8_t> room;
+    return unshuffleFloats(viewPayload(holder, room), holder.width);
 }
 
 std::vector<std::uint32_t> HeavyData::readUnsigned(const Dataset& dataset) {
     const auto& holder = holderOf(dataset, Format::UnsignedTag);
-    return unshuffleUnsigned(readPayload(holder), holder.width);
+    std::vector<std::uint8_t> room;
+    return unshuffleUnsigned(viewPayload(holder, room), holder.width);
 }
 
 std::vector<std::uint8_t> HeavyData::readBytes(const Dataset& dataset) {
-    return readPayload(model_.resolve(dataset));
+    std::vector<std::uint8_t> room;
+    const auto payload = viewPayload(model_.resolve(dataset), room);
+    return {payload.begin(), payload.end()};
 }
 
 const Dataset& HeavyData::holderOf(const Dataset& dataset, std::uint8_t elementTag) const {
@@ -102,11 +106,11 @@ const Dataset& HeavyData::holderOf(const Dataset& dataset, std::uint8_t elementT
     return holder;
 }
 
-std::vector<std::uint8_t> HeavyData::readPayload(const Dataset& holder) {
+std::span<const std::uint8_t> HeavyData::viewPayload(const Dataset& holder, std::vector<std::uint8_t>& room) {
     return inRecord(
         [&] {
             stream_.seek(holder.position);
-            return stream_.readBytes(holder.sizeInBytes);
+            return stream_.view(holder.sizeInBytes, room);
         },
         [&] { return describe(holder); });
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 #include <string_view>
+#include <utility>
 
 namespace MoxReader {
 
@@ -17,26 +18,25 @@ Inflater::~Inflater() {
     inflateEnd(&zlib_);
 }
 
-BlockContent Inflater::run(std::uint32_t contentLength) {
-    BlockContent content;
-    content.bytes.resize(contentLength);
-    content.damage = inflateAll(content.bytes);
+BlockContent Inflater::run(std::uint32_t contentLength, std::vector<std::uint8_t> room) {
+    BlockContent content{.bytes = std::move(room), .damage = std::nullopt};
+    content.damage = inflateAll(content.bytes, contentLength);
     content.bytes.resize(static_cast<std::size_t>(std::min<std::uint64_t>(produced_, contentLength)));
     return content;
 }
 
-std::optional<ErrorCode> Inflater::inflateAll(std::vector<std::uint8_t>& content) {
+std::optional<ErrorCode> Inflater::inflateAll(std::vector<std::uint8_t>& content, std::size_t contentLength) {
     while (true) {
         refill();
-        offerOutput(content);
+        offerOutput(content, contentLength);
         const auto offered = zlib_.avail_out;
         const int result = inflate(&zlib_, Z_NO_FLUSH);
         produced_ += offered - zlib_.avail_out;
-        if (produced_ > content.size()) {
+        if (produced_ > contentLength) {
             return ErrorCode::ContentTooLong;
         }
         if (result == Z_STREAM_END) {
-            return judgeEnd(content.size());
+            return judgeEnd(contentLength);
         }
         if (const auto damage = judgeStep(result)) {
             return damage;
@@ -56,7 +56,10 @@ void Inflater::refill() {
     zlib_.avail_in = static_cast<uInt>(size);
 }
 
-void Inflater::offerOutput(std::vector<std::uint8_t>& content) {
+void Inflater::offerOutput(std::vector<std::uint8_t>& content, std::size_t contentLength) {
+    if (produced_ == content.size()) {
+        content.resize(std::min(contentLength, content.size() + PieceSize));
+    }
     const auto room = content.size() - static_cast<std::size_t>(produced_);
     zlib_.next_out = room > 0 ? content.data() + produced_ : &surplus_;
     zlib_.avail_out = room > 0 ? static_cast<uInt>(room) : 1;

@@ -18,17 +18,21 @@ public:
     Inflater& operator=(const Inflater&) = delete;
     ~Inflater();
 
-    BlockContent run(std::uint32_t contentLength);
+    /// @param room  Empty; takes the content.
+    BlockContent run(std::uint32_t contentLength, std::vector<std::uint8_t> room);
 
 private:
-    std::optional<ErrorCode> inflateAll(std::vector<std::uint8_t>& content);
+    std::optional<ErrorCode> inflateAll(std::vector<std::uint8_t>& content, std::size_t contentLength);
     std::optional<ErrorCode> judgeStep(int result) const;
     std::optional<ErrorCode> judgeEnd(std::size_t contentLength) const;
     void refill();
-    void offerOutput(std::vector<std::uint8_t>& content);
+    void offerOutput(std::vector<std::uint8_t>& content, std::size_t contentLength);
     std::uint64_t unread() const { return stored_ + zlib_.avail_in; }
 
     static constexpr std::size_t ChunkSize = 65536;
+    /// The content grows by so much at a time, and is still in the processor's cache from being made when
+    /// zlib writes to it.
+    static constexpr std::size_t PieceSize = 131072;
 
     Source& source_;
     std::uint64_t position_;

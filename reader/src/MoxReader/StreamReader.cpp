@@ -24,7 +24,11 @@ bool leavesLength(ErrorCode damage) {
 } // namespace
 
 StreamReader::StreamReader(std::shared_ptr<Source> source, std::string name, std::vector<BlockRecord> blocks)
-    : source_(std::move(source)), name_(std::move(name)), blocks_(std::move(blocks)), starts_{0} {
+    : source_(std::move(source)),
+      name_(std::move(name)),
+      blocks_(std::move(blocks)),
+      starts_{0},
+      knownSound_(blocks_.size()) {
     for (const auto& block : blocks_) {
         const auto damage = findLengthDamage(block, source_->size());
         if (damage && !(leavesLength(*damage) && block.contentLength)) {
@@ -81,13 +85,13 @@ void StreamReader::load(std::size_t block) {
         return;
     }
     loaded_.reset();
-    content_ = {}; // Frees the old content before the new one is allocated.
-    auto content = readBlockContent(*source_, blocks_[block]);
+    auto content = readBlockContent(*source_, blocks_[block], std::move(content_));
     if (content.damage) {
         throw blockError(*content.damage, blocks_[block]);
     }
     content_ = std::move(content.bytes);
     loaded_ = block;
+    knownSound_[block] = true;
 }
 
 std::vector<std::uint8_t> StreamReader::readBytes(std::uint64_t count) {
@@ -95,6 +99,21 @@ std::vector<std::uint8_t> StreamReader::readBytes(std::uint64_t count) {
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(count));
     read(bytes);
     return bytes;
+}
+
+std::span<const std::uint8_t> StreamReader::view(std::uint64_t count, std::vector<std::uint8_t>& room) {
+    require(count);
+    if (count == 0) {
+        return {};
+    }
+    const auto block = blockAt(position_);
+    if (count > starts_[block + 1] - position_) {
+        return room = readBytes(count);
+    }
+    load(block);
+    const auto offset = static_cast<std::size_t>(position_ - starts_[block]);
+    position_ += count;
+    return std::span(content_).subspan(offset, static_cast<std::size_t>(count));
 }
 
 template <class T>

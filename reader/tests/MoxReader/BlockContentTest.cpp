@@ -5,6 +5,8 @@
 
 #include "MoxReader/RawIndex.h"
 
+#include <utility>
+
 using MoxReader::BlockContent;
 using MoxReader::ErrorCode;
 using MoxReader::errorName;
@@ -40,6 +42,20 @@ TEST(BlockContent, ABlockWithoutTheFlagIsItsContent) {
     const auto content = contentOf(Content, 0x20);
     EXPECT_FALSE(content.damage.has_value());
     EXPECT_EQ(Content, content.bytes);
+}
+
+TEST(BlockContent, TheRoomOfTheCallerHoldsTheContentIfItIsLargeEnough) {
+    for (const unsigned flags : {0x00u, 0x01u}) {
+        auto source = TestFile().raw("Any", flags == 0 ? Content : withContentLength(10), flags).source();
+        std::vector<std::uint8_t> room(10, 0xFF);
+        const auto* const place = room.data();
+        const auto content = readBlockContent(*source, scanIndex(*source).blocks[0], std::move(room));
+        EXPECT_EQ(Content, content.bytes);
+        EXPECT_EQ(place, content.bytes.data());
+        const auto larger =
+            readBlockContent(*source, scanIndex(*source).blocks[0], std::vector<std::uint8_t>(9, 0xFF));
+        EXPECT_EQ(Content, larger.bytes);
+    }
 }
 
 TEST(BlockContent, AnEmptyContentTakesTwelveBytes) {

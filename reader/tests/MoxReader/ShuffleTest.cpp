@@ -37,6 +37,21 @@ TEST(Shuffle, FloatsAreTheSameBytes) {
     EXPECT_EQ((std::vector<float>{1.0f, -2.0f}), unshuffleFloats(payload, 1));
 }
 
+TEST(Shuffle, ThousandsOfItemsComeOutRowByRow) {
+    constexpr std::uint32_t Items = 2500;
+    constexpr std::uint8_t Width = 3;
+    std::vector<std::uint32_t> expected;
+    std::vector<std::uint8_t> payload(Items * Width * 4);
+    for (std::uint32_t i = 0; i < Items * Width; ++i) {
+        expected.push_back(i * 2654435761u);
+        for (std::uint32_t byte = 0; byte < 4; ++byte) {
+            const auto plane = (i % Width) * 4 + byte;
+            payload[plane * Items + i / Width] = static_cast<std::uint8_t>(expected.back() >> (8 * byte));
+        }
+    }
+    EXPECT_EQ(expected, unshuffleUnsigned(payload, Width));
+}
+
 TEST(Shuffle, NothingGivesNothing) {
     EXPECT_TRUE(unshuffleFloats({}, 3).empty());
     EXPECT_TRUE(unshuffleUnsigned({}, 0).empty());

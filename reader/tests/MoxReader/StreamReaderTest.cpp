@@ -87,6 +87,42 @@ TEST(StreamReader, AValueMayLieAcrossTwoBlocks) {
     EXPECT_EQ(0x04030201u, MoxReader::File(file.source()).stream("S").readNumber<std::uint32_t>());
 }
 
+TEST(StreamReader, BytesOfOneBlockAreViewedWithoutACopy) {
+    auto stream = letters();
+    std::vector<std::uint8_t> room;
+    stream.seek(4);
+    const auto view = stream.view(3, room);
+    EXPECT_EQ(Bytes().raw("efg"), std::vector<std::uint8_t>(view.begin(), view.end()));
+    EXPECT_EQ(7u, stream.position());
+    EXPECT_TRUE(room.empty());
+    EXPECT_TRUE(stream.view(0, room).empty());
+}
+
+TEST(StreamReader, BytesAcrossBlocksAreViewedInTheCallersRoom) {
+    auto stream = letters();
+    std::vector<std::uint8_t> room;
+    stream.seek(2);
+    const auto view = stream.view(6, room);
+    EXPECT_EQ(Bytes().raw("cdefgh"), room);
+    EXPECT_EQ(room.data(), view.data());
+    EXPECT_EQ(6u, view.size());
+    EXPECT_EQ(8u, stream.position());
+    expectError(ErrorCode::EndOfStream, [&] { stream.view(3, room); });
+}
+
+TEST(StreamReader, ABlockIsKnownSoundOnceItHasBeenRead) {
+    TestFile file;
+    file.compressed("S", Bytes().raw("abc"));
+    file.raw("S", Bytes().u32(3).raw({0xFF, 0xFF, 0xFF, 0xFF}), 0x01);
+    auto stream = MoxReader::File(file.source()).stream("S");
+    EXPECT_FALSE(stream.isKnownSound(0));
+    stream.readBytes(1);
+    EXPECT_TRUE(stream.isKnownSound(0));
+    stream.seek(3);
+    expectError(ErrorCode::ZlibDamaged, [&] { stream.readBytes(1); });
+    EXPECT_FALSE(stream.isKnownSound(1));
+}
+
 TEST(StreamReader, ATruthValueOfTwoIsABadValue) {
     auto stream = streamOf({1, 2});
     EXPECT_TRUE(stream.readBool());

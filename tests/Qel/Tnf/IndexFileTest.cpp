@@ -513,6 +513,18 @@ TEST_F(IndexFile, FlushWritesFullFreezableBlocksInOneGo) {
     EXPECT_TRUE(entry(2).frozen);
 }
 
+TEST_F(IndexFile, FlushPassesOverAFrozenBlockAfterOneThatStaysInMemory) {
+    variable.set("8");
+    index.AddBlock("a");
+    index.AddBlock("a");
+    put("a", Bytes().fill(8, 1));
+    index.SetBlockFlags("a", freezable);
+    index.WriteBufferToFileStream(1, stream);
+    ASSERT_TRUE(entry(1).frozen);
+    EXPECT_NO_THROW(flush());
+    EXPECT_FALSE(entry(0).frozen);
+}
+
 TEST_F(IndexFile, FlushLeavesBlocksThatAreNotFreezable) {
     variable.set("8");
     put("a", Bytes().fill(8, 1));

@@ -452,7 +452,25 @@ TEST_F(Index, FlagsReachOlderBlocksAlsoWhereANewerOneHasThemFromItsFreeEntry) {
     EXPECT_EQ(entry(0).flags, 0x01);
 }
 
+TEST_F(Index, FlagsReachAllFreeEntriesAlsoThoseAfterAnIndexBlock) {
+    add("a");
+    index.SetBlockFlags(emptyName, compressed);
+    addBlocks(19);
+    index.SetBlockFlags(emptyName, compressed);
+    ASSERT_EQ(entryCount(), 220U);
+    for (std::size_t id = 21; id < 220; ++id) {
+        EXPECT_EQ(entry(id).flags, 0x01) << id;
+    }
+}
+
 // --- Sizes of streams
+
+TEST_F(Index, StreamSizeCountsABlockUpToItsWritePosition) {
+    putZeros("a", 8);
+    IndexPeer::blocks(index)[0].SetPosition(3);
+    EXPECT_EQ(index.GetStreamSize("a"), 3U);
+    EXPECT_EQ(block(0).GetSize(), 8U);
+}
 
 TEST_F(Index, StreamSizeOfAnUnknownNameIsZeroAndRaisesNothing) {
     EXPECT_EQ(index.GetStreamSize("a"), 0U);

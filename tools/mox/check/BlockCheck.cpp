@@ -23,20 +23,26 @@ std::optional<MoxReader::ErrorCode> findDamage(const MoxReader::File& file,
 
 } // namespace
 
-std::set<std::uint64_t> checkBlocks(const MoxReader::File& file, FindingList& findings,
-                                    const CheckProgress& progress) {
-    std::set<std::uint64_t> damaged;
+void addSoundBlocks(std::set<std::uint64_t>& ids, const MoxReader::StreamReader& stream) {
+    for (std::size_t i = 0; i < stream.blocks().size(); ++i) {
+        if (stream.isKnownSound(i)) {
+            ids.insert(stream.blocks()[i].id);
+        }
+    }
+}
+
+void checkBlocks(const MoxReader::File& file, const std::set<std::uint64_t>& sound, FindingList& findings,
+                 const CheckProgress& progress) {
     for (const auto& block : file.blocks()) {
         progress(static_cast<double>(block.position) / static_cast<double>(file.size()));
-        const auto damage = findDamage(file, block);
-        if (!damage) {
+        if (sound.contains(block.id)) {
             continue;
         }
-        damaged.insert(block.id);
-        findings.add(brokenRule(*damage), std::string(MoxReader::errorText(*damage)),
-                     {.offset = block.position, .block = block.id, .stream = block.name});
+        if (const auto damage = findDamage(file, block)) {
+            findings.add(brokenRule(*damage), std::string(MoxReader::errorText(*damage)),
+                         {.offset = block.position, .block = block.id, .stream = block.name});
+        }
     }
-    return damaged;
 }
 
 } // namespace MoxTool

@@ -30,6 +30,16 @@ void FindingList::addError(const MoxReader::Error& error, std::optional<std::uin
     }
 }
 
+void FindingList::append(const FindingList& other) {
+    for (const auto& finding : other.list_) {
+        add(finding.rule, finding.reason, finding.place);
+    }
+    for (const auto& [rule, number] : other.notKept()) {
+        byLevel_[static_cast<std::size_t>(ruleOf(rule).level)] += number;
+        byRule_[rule] += number;
+    }
+}
+
 std::uint64_t FindingList::count(RuleId rule) const {
     const auto found = byRule_.find(rule);
     return found == byRule_.end() ? 0 : found->second;

@@ -20,7 +20,10 @@ public:
     /// means that something was not checked.
     /// @param node The node whose data could not be read, if the data belongs to one.
     void addError(const MoxReader::Error& error, std::optional<std::uint32_t> node = {});
+    /// Adds the findings of another list of the same limit after those of this one.
+    void append(const FindingList& other);
 
+    std::size_t limit() const { return limit_; }
     const std::vector<Finding>& findings() const { return list_; }
     std::vector<Finding>& findings() { return list_; }
     std::uint64_t count(Level level) const { return byLevel_[static_cast<std::size_t>(level)]; }

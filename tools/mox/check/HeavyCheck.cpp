@@ -24,9 +24,8 @@ MoxReader::Model rootAlone() {
 } // namespace
 
 HeavyCheck::HeavyCheck(const MoxReader::File& source, const std::vector<Node>& nodes, bool areComplete,
-                       const std::set<std::uint64_t>& damagedBlocks, FindingList& findings)
+                       FindingList& findings)
     : areComplete_(areComplete),
-      damagedBlocks_(damagedBlocks),
       findings_(findings),
       bare_(rootAlone()),
       data_(MoxReader::openHeavyStream(source, nodes), bare_),
@@ -103,19 +102,36 @@ void HeavyCheck::look(const Range& range, const CheckProgress& progress) {
                       range.place());
         return;
     }
-    const bool isReadable = !damagedBlocks_.contains(heavy_.blocks()[block].id);
-    if (!isReadable) {
+    const bool canBeRead = isReadable(block);
+    if (!canBeRead) {
         findings_.add(RuleId::NotChecked, "its numbers stand in a damaged block", range.place());
     }
-    if (range.sets != nullptr && isReadable) {
+    if (range.sets != nullptr && canBeRead) {
         lookAtSets(range);
     }
     if (range.holder == nullptr || !hasSoundShape(*range.holder)) {
         return;
     }
-    facts_[range.holder] = isReadable
+    facts_[range.holder] = canBeRead
                                ? readFacts(heavy_, *range.holder)
                                : NumberFacts{.items = range.size / Format::ElementSize / range.holder->width};
+}
+
+bool HeavyCheck::isReadable(std::size_t block) {
+    if (heavy_.isKnownSound(block) || damaged_.contains(block)) {
+        return heavy_.isKnownSound(block);
+    }
+    try {
+        heavy_.seek(heavy_.blockStart(block));
+        heavy_.readNumber<std::uint8_t>();
+        return true;
+    } catch (const MoxReader::Error& error) {
+        if (error.code() == MoxReader::ErrorCode::ReadFailed) {
+            throw;
+        }
+        damaged_.insert(block);
+        return false;
+    }
 }
 
 // Checks the counts first; otherwise sets of a few bytes could each claim the whole stream.
@@ -173,6 +189,12 @@ void HeavyCheck::checkStreamedFlags() {
                           {.offset = block.recordPosition, .block = block.id, .stream = block.name});
         }
     }
+}
+
+std::set<std::uint64_t> HeavyCheck::soundBlocks() const {
+    std::set<std::uint64_t> sound;
+    addSoundBlocks(sound, heavy_);
+    return sound;
 }
 
 /// Whether another dataset was written when the block existed; empty if that can't be determined.

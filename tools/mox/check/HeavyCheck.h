@@ -16,15 +16,17 @@ namespace MoxTool {
 /// Checks where the numbers of datasets and node sets are in "Heavy Data" and reads each number once.
 class HeavyCheck {
 public:
-    /// @param nodes         The nodeId and index of each dataset are set, by the node's place in this list.
-    /// @param areComplete   Whether no dataset is missing; if any is, unused numbers are not reported.
-    /// @param damagedBlocks The blocks that can't be read.
+    /// @param nodes       The nodeId and index of each dataset are set, by the node's place in this list.
+    /// @param areComplete Whether no dataset is missing; if any is, unused numbers are not reported.
     HeavyCheck(const MoxReader::File& source, const std::vector<MoxReader::Node>& nodes, bool areComplete,
-               const std::set<std::uint64_t>& damagedBlocks, FindingList& findings);
+               FindingList& findings);
 
     /// @return the facts about each dataset that is not a link and has a sound shape and place.
     /// @throws MoxReader::Error with ReadFailed only.
     FactsByHolder run(const CheckProgress& progress);
+
+    /// The ids of the blocks that have been read without damage.
+    std::set<std::uint64_t> soundBlocks() const;
 
 private:
     /// A range of the stream and its owner: a dataset or a NodeSets node.
@@ -41,6 +43,7 @@ private:
 
     void collect(const MoxReader::Node& node, std::uint32_t id);
     bool isInside(const Range& range);
+    bool isReadable(std::size_t block);
     void look(const Range& range, const CheckProgress& progress);
     void lookAtSets(const Range& range);
     bool areListsWhole(const Range& range);
@@ -49,12 +52,12 @@ private:
     std::optional<bool> isStreamed(std::size_t block) const;
 
     bool areComplete_;
-    const std::set<std::uint64_t>& damagedBlocks_;
     FindingList& findings_;
     MoxReader::Model bare_;     ///< Only a root: node sets are read without looking at the tree.
     MoxReader::HeavyData data_; ///< Holds the one decompressed block.
     MoxReader::StreamReader& heavy_;
-    std::vector<Range> ranges_; ///< In order of their positions.
+    std::vector<Range> ranges_;     ///< In order of their positions.
+    std::set<std::size_t> damaged_; ///< Places of blocks that can't be read, which are tried only once.
     bool hasSets_ = false;
     FactsByHolder facts_;
 };

@@ -1,6 +1,7 @@
 #include "ModelScan.h"
 
 #include "../common/visibleText.h"
+#include "BlockCheck.h"
 
 #include <MoxReader/Attributes.h>
 #include <MoxReader/Material.h>
@@ -81,11 +82,17 @@ bool hasFixedForm(const MoxReader::GlobalInformation& global, std::uint64_t stre
 ModelScan::ModelScan(const MoxReader::File& file, FindingList& findings) : file_(file), findings_(findings) {}
 
 void ModelScan::run() {
-    scanTree();
-    scanLightData();
-    scanAttributes();
-    scanMaterials();
-    scanGlobalInformation();
+    scan(Format::TreeStream, &ModelScan::scanTree);
+    scan(Format::LightStream, &ModelScan::scanLightData);
+    scan(Format::AttributesStream, &ModelScan::scanAttributes);
+    scan(Format::ResourcesStream, &ModelScan::scanMaterials);
+    scan(Format::GlobalStream, &ModelScan::scanGlobalInformation);
+}
+
+void ModelScan::scan(std::string_view name, StreamScan scanStream) {
+    auto stream = file_.stream(name);
+    (this->*scanStream)(stream);
+    addSoundBlocks(soundBlocks_, stream);
 }
 
 /// @return whether the work was completed.
@@ -113,12 +120,11 @@ void ModelScan::checkEnd(const StreamReader& stream) {
     }
 }
 
-void ModelScan::scanTree() {
-    if (!file_.hasStream(Format::TreeStream)) {
+void ModelScan::scanTree(StreamReader& tree) {
+    if (tree.blocks().empty()) {
         findings_.add(RuleId::StreamMissing, "there is no tree", {.stream = std::string(Format::TreeStream)});
         return;
     }
-    auto tree = file_.stream(Format::TreeStream);
     treeWhole_ = attempt([&] {
         const auto count = tree.readCount(Format::NodeRecordMinSize);
         if (count == 0) {
@@ -149,8 +155,7 @@ void ModelScan::checkKind(const Node& node) {
 
 // After a descriptor that can't be read, the place that the next node states is used, provided that it lies
 // further on; so nothing is read twice.
-void ModelScan::scanLightData() {
-    auto light = file_.stream(Format::LightStream);
+void ModelScan::scanLightData(StreamReader& light) {
     descriptorsWhole_ = treeWhole_;
     bool inStep = true;
     for (auto& node : scanned_) {
@@ -221,8 +226,7 @@ void ModelScan::scanGeometry(StreamReader& light, Node& node, std::uint32_t id) 
     }
 }
 
-void ModelScan::scanAttributes() {
-    auto attributes = file_.stream(Format::AttributesStream);
+void ModelScan::scanAttributes(StreamReader& attributes) {
     if (!descriptorsWhole_) {
         findings_.add(RuleId::NotChecked, "without all descriptors the attributes can't be told apart",
                       placeIn(attributes, 0));
@@ -288,8 +292,7 @@ void ModelScan::scanAttributeRecord(StreamReader& attributes, std::uint32_t id, 
 }
 
 // All records have the same size, so an unreadable one does not hide the next.
-void ModelScan::scanMaterials() {
-    auto resources = file_.stream(Format::ResourcesStream);
+void ModelScan::scanMaterials(StreamReader& resources) {
     for (const auto& node : scanned_) {
         if (node.typeName != Format::ShapeType) {
             continue;
@@ -325,13 +328,12 @@ void ModelScan::scanMaterial(StreamReader& resources, std::uint32_t id) {
     }
 }
 
-void ModelScan::scanGlobalInformation() {
-    if (!file_.hasStream(Format::GlobalStream)) {
+void ModelScan::scanGlobalInformation(StreamReader& global) {
+    if (global.blocks().empty()) {
         findings_.add(RuleId::StreamMissing, "nothing says who saved the file",
                       {.stream = std::string(Format::GlobalStream)});
         return;
     }
-    auto global = file_.stream(Format::GlobalStream);
     attempt([&] {
         const auto information = MoxReader::readGlobalInformation(global);
         if (!hasFixedForm(information, global.size())) {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <random>
 #include <set>
+#include <span>
 
 namespace {
 
@@ -287,6 +288,56 @@ TEST(FileCheck, FindsAllDamagesOfAFileAndNotTheFirstAlone) {
     for (const int rule : {111, 204, 501}) {
         EXPECT_TRUE(breaks(findings, rule)) << rule;
     }
+}
+
+TEST(FileCheck, NamesADamagedBlockBeforeWhatCouldNotBeCheckedForIt) {
+    auto file = loneGeometry({fullEntry("N", 0x0100000C, 8, 1, 0)}, FileBytes(8)).bytes();
+    file = patched(file, FirstBlock + 4, {0x79});
+    EXPECT_EQ(rulesIn(findingsIn(file)), (std::vector<int>{204, 307}));
+}
+
+TEST(FileCheck, ReadsEachBlockOfASoundFileOnce) {
+    class CountingSource : public MoxReader::MemorySource {
+    public:
+        using MemorySource::MemorySource;
+        std::uint64_t bytesRead = 0;
+
+    protected:
+        void readInside(std::uint64_t offset, std::span<std::uint8_t> target) override {
+            bytesRead += target.size();
+            MemorySource::readInside(offset, target);
+        }
+    };
+    constexpr std::uint32_t Size = 400'000;
+    FileBytes noise(Size);
+    std::minstd_rand random;
+    for (auto& byte : noise) {
+        byte = static_cast<std::uint8_t>(random() >> 8);
+    }
+    // Each number has the byte 0 on top, so that it is finite.
+    std::fill(noise.begin() + Size / 4 * 3, noise.end(), std::uint8_t{0});
+    const auto source = std::make_shared<CountingSource>(
+        loneGeometry({fullEntry("N", 0x0100000C, Size, 1, 0)}, noise).bytes());
+    EXPECT_EQ(rulesIn(findingsIn(source)), std::vector<int>{});
+    EXPECT_GT(source->size(), 300'000u);
+    EXPECT_LT(source->bytesRead, source->size() + 5'000);
+}
+
+TEST(FindingList, AppendsAnotherListWithinTheLimit) {
+    MoxTool::FindingList first(2);
+    MoxTool::FindingList second(2);
+    first.add(MoxTool::RuleId::SiblingNames, "first");
+    for (int i = 0; i < 5; ++i) {
+        second.add(MoxTool::RuleId::SiblingNames, "again");
+    }
+    second.add(MoxTool::RuleId::NotChecked, "why");
+    first.append(second);
+    EXPECT_EQ(rulesIn(first), (std::vector<int>{static_cast<int>(MoxTool::RuleId::SiblingNames),
+                                                static_cast<int>(MoxTool::RuleId::SiblingNames), 307}));
+    EXPECT_EQ(first.findings().front().reason, "first");
+    EXPECT_EQ(first.count(MoxTool::Level::Warning), 6u);
+    EXPECT_EQ(first.count(MoxTool::Level::Note), 1u);
+    EXPECT_EQ(first.notKept().at(MoxTool::RuleId::SiblingNames), 4u);
 }
 
 TEST(FindingList, CountsWhatItDoesNotKeep) {
