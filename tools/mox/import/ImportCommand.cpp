@@ -3,12 +3,12 @@
 #include "../common/CommandLine.h"
 #include "../common/Failure.h"
 #include "../common/Platform.h"
+#include "../common/StepChoice.h"
 #include "../common/Terminal.h"
 #include "ModelFormat.h"
 #include "cgns/importCgns.h"
 #include "exodus/importExodus.h"
 #include "gmsh/importGmsh.h"
-#include "model/StepRanges.h"
 
 #include <cstdint>
 
@@ -35,7 +35,7 @@ What the file has and a model can't take is listed at the end.
 
 --block, --variable and --step choose what is taken, and can be repeated. In names, * stands for any text
 and ? for a character. In a CGNS file, a block is a section or a zone, and in a Gmsh file a group. Steps
-keep their numbers; 7- is all from there on.
+keep their names in the model: the seventh is "Step 7" also where it is the first that is taken.
 
 Examples:
   mox import bracket.e bracket.mox
@@ -103,10 +103,9 @@ void ImportCommand::addOptions(CommandLine& line) {
         .typeName("NAME")
         .repeatable();
     line.add("-s,--step", request_.steps,
-             "Take these steps, by their numbers from 1, such as 3, 2:5 or 7:last; likewise")
-        .typeName("RANGE")
-        .repeatable()
-        .check(StepRanges::problemOf);
+             std::string("Take these steps and no others; ") + StepChoice::Syntax)
+        .typeName("STEP")
+        .repeatable();
     line.add("--memory", memory_,
              "The most memory for reading MODEL, in MiB; 0 for any amount, else that of the machine")
         .typeName("MIB");
