@@ -1,7 +1,5 @@
 #include "CutTexts.h"
 
-#include "../../common/visibleText.h"
-
 #include <fmt/core.h>
 
 namespace MoxTool {
@@ -12,12 +10,12 @@ namespace {
 std::string beginning(const std::string& text) {
     std::size_t end = 40;
     if (text.size() <= end) {
-        return visibleText(text);
+        return text;
     }
     while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
         --end;
     }
-    return visibleText(text.substr(0, end)) + "...";
+    return text.substr(0, end) + "...";
 }
 
 } // namespace

@@ -63,7 +63,7 @@ void fillTarget(ImportTarget& target, const ModelFiller& fill) {
 }
 
 void save(const std::string& path, const ImportRequest& request, const ModelFiller& fill, Terminal& terminal,
-          ImportSummary& summary) {
+          ConversionSummary& summary) {
     auto model = std::make_unique<Qel::Mox2::Model>();
     try {
         model->saveTo(path, saverOptions());
@@ -93,7 +93,7 @@ std::string memoryText(const ImportRequest& request) {
 std::string saveAndReport(const std::string& path, const ImportRequest& request, const ModelFiller& fill,
                           Terminal& terminal) {
     try {
-        ImportSummary summary;
+        ConversionSummary summary(request.output);
         save(path, request, fill, terminal, summary);
         return Saved + summary.pack();
     } catch (const Failure& failure) {
@@ -117,8 +117,8 @@ Failure deathOf(const Platform::ApartOutcome& outcome, const ImportRequest& requ
             fmt::format("not read to its end, since the import was ended ({})", outcome.signalName())};
 }
 
-ImportSummary saveApart(const std::string& path, const ImportRequest& request, const std::string& library,
-                        Terminal& terminal, const ModelFiller& fill) {
+ConversionSummary saveApart(const std::string& path, const ImportRequest& request,
+                            const std::string& library, Terminal& terminal, const ModelFiller& fill) {
     const auto outcome = Platform::runApart(
         [&](std::FILE* messages) {
             terminal.replaceStandardError(messages);
@@ -133,7 +133,7 @@ ImportSummary saveApart(const std::string& path, const ImportRequest& request, c
     if (outcome.result->front() == Failed) {
         throw Failure(text);
     }
-    return ImportSummary::unpack(text);
+    return ConversionSummary::unpack(text);
 }
 
 // The saving library does not look at the results of its writes, so the reason for a file that is not whole is
@@ -195,7 +195,7 @@ ConversionSummary saveImported(const ImportRequest& request, const std::string& 
     const auto summary = saveApart(path, request, library, terminal, fill);
     checkOutput(path, request, terminal);
     output.commit();
-    return summary.finished(request.output);
+    return summary;
 }
 
 } // namespace MoxTool
