@@ -1,16 +1,16 @@
 #include "ImportCommand.h"
 
 #include "../common/CommandLine.h"
-#include "../common/Failure.h"
 #include "../common/Platform.h"
 #include "../common/StepChoice.h"
 #include "../common/Terminal.h"
-#include "ModelFormat.h"
 #include "cgns/importCgns.h"
 #include "exodus/importExodus.h"
 #include "gmsh/importGmsh.h"
+#include "importFormatOf.h"
 
 #include <cstdint>
+#include <map>
 
 namespace MoxTool {
 
@@ -46,24 +46,9 @@ Examples:
 
 using Importer = ConversionSummary (*)(const ImportRequest&, Terminal&);
 
-ConversionSummary refuseUnknown(const ImportRequest& request, Terminal&) {
-    throw Failure(request.input,
-                  "is in no format that mox import reads; these are Exodus II, CGNS and Gmsh .msh");
-}
-
-Importer importerOf(ModelFormat format) {
-    switch (format) {
-    case ModelFormat::Exodus:
-        return importExodus;
-    case ModelFormat::Cgns:
-        return importCgns;
-    case ModelFormat::Gmsh:
-        return importGmsh;
-    case ModelFormat::Unknown:
-        break;
-    }
-    return refuseUnknown;
-}
+const std::map<ForeignFormat, Importer> Importers = {{ForeignFormat::Exodus, importExodus},
+                                                     {ForeignFormat::Cgns, importCgns},
+                                                     {ForeignFormat::Gmsh, importGmsh}};
 
 constexpr std::uint64_t MiB = std::uint64_t{1} << 20;
 
@@ -99,7 +84,8 @@ void ImportCommand::addOptions(CommandLine& line) {
              "Take this block, by its name or id, and no others but those named so")
         .typeName("NAME|ID")
         .repeatable();
-    line.add("--variable", request_.variables, "Take this variable, by its name in MODEL; likewise")
+    line.add("--variable", request_.variables,
+             "Take this variable, by its name in MODEL, and no others but those named so")
         .typeName("NAME")
         .repeatable();
     line.add("-s,--step", request_.steps,
@@ -116,7 +102,7 @@ void ImportCommand::addOptions(CommandLine& line) {
 int ImportCommand::run(Terminal& terminal) {
     Compressor::choose(compressor_);
     request_.mostMemory = memory_ > UINT64_MAX / MiB ? 0 : memory_ * MiB;
-    importerOf(recogniseFormat(request_.input))(request_, terminal).print(terminal, verbose_);
+    Importers.at(importFormatOf(request_.input))(request_, terminal).print(terminal, verbose_);
     return 0;
 }
 
