@@ -1,5 +1,7 @@
 #include "CutTexts.h"
 
+#include "../../common/utf8.h"
+
 #include <fmt/core.h>
 
 namespace MoxTool {
@@ -12,7 +14,7 @@ std::string beginning(const std::string& text) {
     if (text.size() <= end) {
         return text;
     }
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
+    while (end > 0 && isUtf8Continuation(text[end])) {
         --end;
     }
     return text.substr(0, end) + "...";
