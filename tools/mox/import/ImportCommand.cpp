@@ -70,7 +70,7 @@ std::optional<Command::Example> ImportCommand::example() const {
 
 void ImportCommand::addOptions(CommandLine& line) {
     line.add("MODEL", request_.input, "The Exodus II, CGNS or Gmsh .msh file to read").required();
-    line.add("OUT.mox", request_.output, "The file to write").required();
+    line.add("OUT.mox", request_.output, "The file to write; - for stdout").required();
     line.addFlag("-f,--overwrite", request_.overwrite, "Replace OUT.mox if it exists; else that is an error");
     line.addFlag("--check", request_.check,
                  "Check the result as mox check does, before it gets its name; an error ends the import");
@@ -80,11 +80,11 @@ void ImportCommand::addOptions(CommandLine& line) {
         .typeName("NAME")
         .check(Compressor::problemWith)
         .showDefault();
-    line.add("--block", request_.blocks,
+    line.add("-p,--part,--block", request_.blocks,
              "Take this block, by its name or id, and no others but those named so")
         .typeName("NAME|ID")
         .repeatable();
-    line.add("--variable", request_.variables,
+    line.add("-d,--dataset,--variable", request_.variables,
              "Take this variable, by its name in MODEL, and no others but those named so")
         .typeName("NAME")
         .repeatable();

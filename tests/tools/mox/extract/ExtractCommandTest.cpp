@@ -209,6 +209,7 @@ TEST_F(ExtractCommand, ExistingFolderIsLeftAlone) {
                   folder.path("out") + ": exists already; give the name of a new folder");
     expectFailure(extract({"--all", folder.path("none/out")}),
                   folder.path("none/out") + ": the folder that is to hold it does not exist");
+    expectFailure(extract({"--all", "-"}), "-: stdout can't take a folder; name one");
 }
 
 TEST_F(ExtractCommand, DamagedNumbersLeaveNothingBehind) {
