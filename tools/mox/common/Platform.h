@@ -54,8 +54,8 @@ struct ApartOutcome {
 ///                   built with a sanitizer that needs far more.
 ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::uint64_t mostMemory);
 
-/// To be called in the work: whether the last call that failed was an allocation. Libraries often report that as
-/// something else.
+/// To be called in the work: whether the last call that failed was an allocation. Libraries often report that
+/// as something else.
 bool hasMissedMemory();
 
 /// The size of the machine's memory in bytes; 0 if that is not known.
