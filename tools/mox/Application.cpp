@@ -69,9 +69,9 @@ std::string exampleLines(const std::vector<std::unique_ptr<Command>>& commands) 
 
 std::string detailsOf(const std::vector<std::unique_ptr<Command>>& commands) {
     return R"(A short option means the same in every command that has it: -o is the file to write, -f replaces it,
--n names a node, -d a dataset, -s a step, -p a part, -a asks for attributes, -j for JSON, -v for all of a list,
--q for silence.
-Several flags can stand together, as in -fq. In place of a file to read, most commands take - for stdin.
+-n names a node, -d a dataset, -s a step, -p a part, -a asks for attributes, -j for JSON, -v for all of a
+list, -q for silence. Several flags can stand together, as in -fq.
+In place of a file to read, most commands take - for stdin.
 
 Examples:
 )" + exampleLines(commands) +

@@ -8,6 +8,29 @@
 
 namespace MoxTool {
 
+namespace {
+
+constexpr std::size_t LineWidth = 110;
+
+// In lines of a width; a word that is longer has a line of its own.
+std::string wrapped(std::string text, std::size_t width) {
+    std::size_t start = 0;
+    while (text.size() - start > width) {
+        auto blank = text.rfind(' ', start + width);
+        if (blank == std::string::npos || blank <= start) {
+            blank = text.find(' ', start + width);
+        }
+        if (blank == std::string::npos) {
+            break;
+        }
+        text[blank] = '\n';
+        start = blank + 1;
+    }
+    return text;
+}
+
+} // namespace
+
 HelpFormatter::HelpFormatter() {
     label("Positionals", "Arguments");
     label("SUBCOMMAND", "COMMAND");
@@ -26,7 +49,8 @@ std::string HelpFormatter::make_option_opts(const CLI::Option* option) const {
 
 std::string HelpFormatter::make_option_desc(const CLI::Option* option) const {
     const auto standard = option->get_default_str();
-    return option->get_description() + (standard.empty() ? "" : fmt::format(" (default: {})", standard));
+    const auto note = standard.empty() ? "" : fmt::format(" (default: {})", standard);
+    return wrapped(option->get_description() + note, LineWidth - get_column_width());
 }
 
 } // namespace MoxTool

@@ -1,6 +1,7 @@
 #include "Application.h"
 
 #include "Commands.h"
+#include "Support/AddressSanitizer.h"
 #include "common/CommandLine.h"
 #include "common/MoxRun.h"
 #include "common/describeHelp.h"
@@ -9,11 +10,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <string>
 #include <vector>
+
+#ifdef __linux__
+#include <sys/resource.h>
+#endif
 
 namespace {
 
@@ -197,6 +203,29 @@ TEST(Application, HelpThatCanNotBeWrittenIsAFailure) {
     EXPECT_EXIT(runOntoAFullDisk({"mox"}), testing::ExitedWithCode(1), "mox: " + lost);
     EXPECT_EXIT(runOntoAFullDisk({"mox", "--version"}), testing::ExitedWithCode(1), "mox: " + lost);
     EXPECT_EXIT(runOntoAFullDisk({"mox", "info", "--help"}), testing::ExitedWithCode(1), "mox.*: " + lost);
+}
+
+namespace {
+
+// Reads zeros without end into memory, of which there is little.
+[[noreturn]] void runShortOfMemory(const char* command) {
+    const rlimit bound = {std::size_t{1} << 30, RLIM_INFINITY};
+    setrlimit(RLIMIT_AS, &bound);
+    MoxTool::Terminal terminal(stderr, false, false);
+    const std::array<const char*, 3> line = {"mox", command, "/dev/zero"};
+    std::_Exit(MoxTool::Application(terminal).run(static_cast<int>(line.size()), line.data()));
+}
+
+} // namespace
+
+TEST(Application, TooLittleMemoryIsAFailureThatNamesTheFile) {
+    if (SUPPORT_ADDRESS_SANITIZER) {
+        GTEST_SKIP() << "the sanitizer needs too much memory for a bound";
+    }
+    EXPECT_EXIT(runShortOfMemory("tree"), testing::ExitedWithCode(1),
+                "^mox tree: /dev/zero: not enough memory\n$");
+    EXPECT_EXIT(runShortOfMemory("info"), testing::ExitedWithCode(1),
+                "^mox info: /dev/zero: not enough memory\n$");
 }
 
 #endif

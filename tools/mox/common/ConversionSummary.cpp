@@ -4,6 +4,7 @@
 #include "visibleText.h"
 
 #include <fmt/core.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <utility>
@@ -30,6 +31,35 @@ void ConversionSummary::addNote(const std::string& sentence) {
     }
 }
 
+// Binary JSON, unlike its text, takes any bytes as a text.
+std::string ConversionSummary::pack() const {
+    auto skipped = nlohmann::json::array();
+    for (const auto& things : skipped_) {
+        skipped.push_back({things.kind, things.count, things.names});
+    }
+    std::string bytes;
+    nlohmann::json::to_cbor(
+        {output_, {shapes, nodes, elements, steps, datasets}, compressor, skipped, notes_}, bytes);
+    return bytes;
+}
+
+ConversionSummary ConversionSummary::unpack(std::string_view bytes) {
+    const auto all = nlohmann::json::from_cbor(bytes);
+    ConversionSummary summary(all.at(0));
+    const auto& counts = all.at(1);
+    summary.shapes = counts.at(0);
+    summary.nodes = counts.at(1);
+    summary.elements = counts.at(2);
+    summary.steps = counts.at(3);
+    summary.datasets = counts.at(4);
+    summary.compressor = all.at(2);
+    for (const auto& things : all.at(3)) {
+        summary.skipped_.push_back({things.at(0), things.at(1), things.at(2)});
+    }
+    summary.notes_ = all.at(4).get<std::vector<std::string>>();
+    return summary;
+}
+
 std::vector<std::string> ConversionSummary::lines(bool verbose) const {
     std::vector<std::string> all;
     all.push_back(fmt::format("{}: shapes: {}, nodes: {}, elements: {}, steps: {}, datasets: {}",
@@ -41,7 +71,7 @@ std::vector<std::string> ConversionSummary::lines(bool verbose) const {
         all.push_back("not taken: " + text(skipped, verbose));
     }
     for (const auto& line : notes_) {
-        all.push_back("note: " + line);
+        all.push_back("note: " + visibleText(line));
     }
     return all;
 }

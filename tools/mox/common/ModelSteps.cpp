@@ -56,6 +56,12 @@ ModelSteps::ModelSteps(const MoxReader::Model& model) {
     }
 }
 
+ModelSteps::ModelSteps(std::vector<ModelStep> steps) : steps_(std::move(steps)) {
+    for (std::size_t place = 0; place < steps_.size(); ++place) {
+        places_[steps_[place].name] = place;
+    }
+}
+
 std::optional<std::size_t> ModelSteps::find(const std::string& name) const {
     const auto found = places_.find(name);
     return found == places_.end() ? std::nullopt : std::optional(found->second);

@@ -16,6 +16,8 @@ namespace MoxTool {
 class ModelSteps {
 public:
     explicit ModelSteps(const MoxReader::Model& model);
+    /// @param steps In their order, each with a name of its own.
+    explicit ModelSteps(std::vector<ModelStep> steps);
 
     const std::vector<ModelStep>& all() const { return steps_; }
     /// The place of a step, from 0.

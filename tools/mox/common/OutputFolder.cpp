@@ -30,6 +30,9 @@ void OutputFolder::commit() {
 
 /// @return the target, if a folder may be made there.
 const fs::path& OutputFolder::checkedTarget() const {
+    if (target_ == "-") {
+        throw Failure("-", "stdout can't take a folder; name one");
+    }
     std::error_code error;
     const auto status = fs::status(target_, error);
     if (status.type() == fs::file_type::none) {

@@ -85,6 +85,10 @@ ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::u
     return {work(stderr)};
 }
 
+bool hasMissedMemory() {
+    return errno == ENOMEM;
+}
+
 std::uint64_t machineMemory() {
     MEMORYSTATUSEX status{};
     status.dwLength = sizeof(status);
@@ -138,13 +142,27 @@ void endChild() {
     }
 }
 
-// Returns its status; nothing if that is lost, as where a parent of this process ignores the ends of children.
-std::optional<int> takeEnd(pid_t id) {
+struct End {
+    int status = 0;
+    rusage used{};
+};
+
+// Nothing if it is lost, as where a parent of this process ignores the ends of children.
+std::optional<End> takeEnd(pid_t id) {
     waitForEnd(id);
     const std::lock_guard lock(child().mutex);
     child().id = 0;
-    int status = 0;
-    return waitpid(id, &status, 0) == id ? std::optional(status) : std::nullopt;
+    End end;
+    return wait4(id, &end.status, 0, &end.used) == id ? std::optional(end) : std::nullopt;
+}
+
+std::uint64_t mostMemoryOf(const rusage& used) {
+#ifdef __APPLE__
+    constexpr std::uint64_t Unit = 1;
+#else
+    constexpr std::uint64_t Unit = 1024;
+#endif
+    return static_cast<std::uint64_t>(used.ru_maxrss) * Unit;
 }
 
 // Its first parameter is an enumeration on some systems.
@@ -175,11 +193,39 @@ std::FILE* setMessagesApart() {
 #endif
 }
 
+constexpr std::array Faults = {SIGSEGV, SIGBUS, SIGABRT, SIGFPE, SIGILL, SIGTRAP, SIGSYS};
+
+// The exit code of a child that dies after an allocation has failed.
+constexpr int MissedMemory = 113;
+
+#ifndef MOX_SANITIZED
+// A library that does not look at what it gets runs into a fault by using the null pointer.
+void endAtFault(int signal) {
+    if (errno == ENOMEM) {
+        _exit(MissedMemory);
+    }
+    std::raise(signal);
+}
+
+// Each fault reaches its handler once, so that a second one ends the process as it would have without.
+void watchFaults() {
+    struct sigaction action {};
+    action.sa_handler = endAtFault;
+    action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_NODEFER;
+    sigemptyset(&action.sa_mask);
+    for (const int fault : Faults) {
+        sigaction(fault, &action, nullptr);
+    }
+    errno = 0;
+}
+#endif
+
 void setLimits(std::uint64_t mostMemory) {
     limit(RLIMIT_CORE, 0);
 #ifndef MOX_SANITIZED
     if (mostMemory != 0) {
         limit(RLIMIT_AS, static_cast<rlim_t>(mostMemory));
+        watchFaults();
     }
 #else
     (void)mostMemory;
@@ -278,7 +324,6 @@ void runAtInterruption(std::function<void()> function) {
 }
 
 bool ApartOutcome::isCrash() const {
-    constexpr std::array Faults = {SIGSEGV, SIGBUS, SIGABRT, SIGFPE, SIGILL, SIGTRAP, SIGSYS};
     return signal == 0 || std::find(Faults.begin(), Faults.end(), signal) != Faults.end();
 }
 
@@ -313,14 +358,23 @@ ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::u
     }
     const auto bytes = readAll(source);
     close(source);
-    const auto status = takeEnd(id);
-    if (status && WIFSIGNALED(*status)) {
-        return {std::nullopt, WTERMSIG(*status)};
+    const auto end = takeEnd(id);
+    if (!end) {
+        return {resultIn(bytes)};
     }
-    if (status && WEXITSTATUS(*status) != 0) {
-        return {};
+    ApartOutcome outcome;
+    outcome.mostMemory = mostMemoryOf(end->used);
+    if (WIFSIGNALED(end->status)) {
+        outcome.signal = WTERMSIG(end->status);
+    } else if (WEXITSTATUS(end->status) == 0) {
+        outcome.result = resultIn(bytes);
     }
-    return {resultIn(bytes)};
+    outcome.hasMissedMemory = WIFEXITED(end->status) && WEXITSTATUS(end->status) == MissedMemory;
+    return outcome;
+}
+
+bool hasMissedMemory() {
+    return errno == ENOMEM;
 }
 
 std::uint64_t machineMemory() {

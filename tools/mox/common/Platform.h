@@ -32,6 +32,8 @@ void runAtInterruption(std::function<void()> function);
 struct ApartOutcome {
     std::optional<std::string> result; ///< What the work has returned; nothing if its process died.
     int signal = 0;                    ///< Why the process died, if that is known.
+    bool hasMissedMemory = false;      ///< It died after an allocation had failed at the bound.
+    std::uint64_t mostMemory = 0; ///< What the process has used at most, in bytes; 0 if that is not known.
 
     /// Whether the program ran into a fault of its own, such as a wrong address.
     bool isCrash() const;
@@ -51,6 +53,10 @@ struct ApartOutcome {
 /// @param mostMemory The memory that the work may take, in bytes; 0 for no bound. Not held where the program is
 ///                   built with a sanitizer that needs far more.
 ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::uint64_t mostMemory);
+
+/// To be called in the work: whether the last call that failed was an allocation. Libraries often report that
+/// as something else.
+bool hasMissedMemory();
 
 /// The size of the machine's memory in bytes; 0 if that is not known.
 std::uint64_t machineMemory();

@@ -1,5 +1,6 @@
 #include "datasetText.h"
 
+#include "stepText.h"
 #include "visibleText.h"
 
 #include <MoxReader/Format.h>
@@ -36,9 +37,10 @@ std::string shapeText(const MoxReader::Dataset& holder) {
     return fmt::format("{} x {}", itemCount(holder), holder.width);
 }
 
-std::string datasetTitle(const MoxReader::Dataset& dataset) {
+std::string datasetTitle(const MoxReader::Dataset& dataset, const ModelSteps& steps) {
     const auto name = visibleText(dataset.name);
-    return dataset.step.empty() ? name : fmt::format("{}, step \"{}\"", name, visibleText(dataset.step));
+    const auto place = steps.find(dataset.step);
+    return place ? name + ", " + stepsText(steps, {*place}) : name;
 }
 
 } // namespace MoxTool

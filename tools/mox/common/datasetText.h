@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ModelSteps.h"
+
 #include <MoxReader/Dataset.h>
 
 #include <string>
@@ -12,13 +14,13 @@ namespace MoxTool {
 std::string variableTypeText(const MoxReader::Dataset& dataset);
 /// "float", "unsigned", or "element type 9" for a tag without a known meaning.
 std::string elementTypeText(const MoxReader::Dataset& dataset);
-/// @param holder The dataset that holds the numbers, so not a link.
 /// @param holder The dataset that holds the numbers, so no link.
 std::string shapeText(const MoxReader::Dataset& holder);
 /// The number of its items; 0 for a width of 0.
 std::uint32_t itemCount(const MoxReader::Dataset& holder);
 
-/// The name, and the step's if it has one, such as: Temperature, step "Step 1". Fit for a terminal.
-std::string datasetTitle(const MoxReader::Dataset& dataset);
+/// The name, and the step if it has one, such as: Temperature, step 1 @0.25. Fit for a terminal.
+/// @param steps Of the dataset's model.
+std::string datasetTitle(const MoxReader::Dataset& dataset, const ModelSteps& steps);
 
 } // namespace MoxTool

@@ -4,6 +4,8 @@
 
 #include <MoxReader/Format.h>
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -20,6 +22,7 @@ struct Row {
     std::string_view mark; // stands somewhere after it; empty if the beginning says enough
     ForeignFormat format;
     std::string_view text;
+    std::string_view decompressor = {};
 };
 
 constexpr auto ExodusText = "an Exodus II file; mox import converts it"sv;
@@ -49,13 +52,12 @@ constexpr std::array Rows = {
     Row{"<?xml"sv, ""sv, Other, "an XML file"sv},
     Row{"PK\x03\x04"sv, ""sv, Other, "a zip archive; unpack it first"sv},
     Row{"7z\xBC\xAF\x27\x1C"sv, ""sv, Other, "a 7-Zip archive; unpack it first"sv},
-    Row{"\x1F\x8B"sv, ""sv, Other, "compressed with gzip; gzip -dc FILE | mox ... - reads what is in it"sv},
+    Row{"\x1F\x8B"sv, ""sv, Other, "compressed with gzip"sv, "gzip"sv},
     Row{"\xFD"
         "7zXZ\0"sv,
-        ""sv, Other, "compressed with xz; xz -dc FILE | mox ... - reads what is in it"sv},
-    Row{"BZh"sv, ""sv, Other, "compressed with bzip2; bzip2 -dc FILE | mox ... - reads what is in it"sv},
-    Row{"\x28\xB5\x2F\xFD"sv, ""sv, Other,
-        "compressed with zstd; zstd -dc FILE | mox ... - reads what is in it"sv},
+        ""sv, Other, "compressed with xz"sv, "xz"sv},
+    Row{"BZh"sv, ""sv, Other, "compressed with bzip2"sv, "bzip2"sv},
+    Row{"\x28\xB5\x2F\xFD"sv, ""sv, Other, "compressed with zstd"sv, "zstd"sv},
     Row{"%PDF-"sv, ""sv, Other, "a PDF document"sv},
     Row{"\x89PNG\r\n\x1A\n"sv, ""sv, Other, "a PNG picture"sv},
     Row{"\x93NUMPY"sv, ""sv, Other, "a NumPy array"sv},
@@ -70,12 +72,6 @@ std::string readBeginning(MoxReader::Source& source, std::uint64_t most) {
     return {bytes.begin(), bytes.end()};
 }
 
-bool isMox(MoxReader::Source& source) {
-    const auto& signature = MoxReader::Format::Signature;
-    return std::ranges::equal(readBeginning(source, signature.size()),
-                              std::string(signature.begin(), signature.end()));
-}
-
 bool isText(std::string_view start) {
     constexpr std::size_t EnoughToKnow = 512;
     return std::ranges::all_of(start.substr(0, EnoughToKnow), [](char letter) {
@@ -86,22 +82,33 @@ bool isText(std::string_view start) {
 
 } // namespace
 
+bool isMox(std::string_view start) {
+    const auto& signature = MoxReader::Format::Signature;
+    return start.starts_with(std::string(signature.begin(), signature.end()));
+}
+
 std::optional<ForeignKind> recogniseForeign(std::string_view start) {
     const auto found = std::ranges::find_if(Rows, [&start](const Row& row) {
         return start.starts_with(row.beginning) && start.find(row.mark) != std::string::npos;
     });
     if (found != Rows.end()) {
-        return ForeignKind{found->format, found->text};
+        return ForeignKind{found->format, found->text, found->decompressor};
     }
-    return !start.empty() && isText(start) ? std::optional(ForeignKind{Other, "a text file"}) : std::nullopt;
+    return !start.empty() && isText(start) ? std::optional(ForeignKind{Other, "a text file", {}})
+                                           : std::nullopt;
 }
 
 std::string foreignKind(MoxReader::Source& source) {
-    if (isMox(source)) {
+    if (isMox(readBeginning(source, MoxReader::Format::Signature.size()))) {
         return "";
     }
     const auto kind = recogniseForeign(readBeginning(source, ForeignSearchLength));
-    return kind ? std::string(kind->text) : "";
+    if (!kind) {
+        return "";
+    }
+    return kind->decompressor.empty() ? std::string(kind->text)
+                                      : fmt::format("{}; {} -dc FILE | mox ... - reads what is in it",
+                                                    kind->text, kind->decompressor);
 }
 
 void refuseForeignFile(const std::string& path, MoxReader::Source& source) {

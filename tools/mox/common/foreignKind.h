@@ -20,12 +20,16 @@ enum class ForeignFormat {
 /// What a file is by its first bytes.
 struct ForeignKind {
     ForeignFormat format;
-    std::string_view text; ///< For the user: what it is and what can be done about it.
+    std::string_view text;         ///< For the user: what it is and what can be done about it.
+    std::string_view decompressor; ///< The program that decompresses it; empty if it is not compressed.
 };
 
 /// How much of a file's beginning is enough to recognise it: the names by which files in a common container are
 /// told apart are near it.
 inline constexpr std::size_t ForeignSearchLength = std::size_t{1} << 20U;
+
+/// @param start The first bytes.
+bool isMox(std::string_view start);
 
 /// @param start The first bytes, up to ForeignSearchLength.
 std::optional<ForeignKind> recogniseForeign(std::string_view start);

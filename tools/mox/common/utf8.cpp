@@ -21,10 +21,6 @@ constexpr std::array Forms = {
     Form{0xF1, 0xF3, 0x80, 0xBF, 4}, Form{0xF4, 0xF4, 0x80, 0x8F, 4},
 };
 
-bool isContinuation(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
 bool fits(const Form& form, std::string_view text) {
     const auto lead = static_cast<unsigned char>(text[0]);
     if (lead < form.firstLead || lead > form.lastLead || text.size() < form.size) {
@@ -33,10 +29,14 @@ bool fits(const Form& form, std::string_view text) {
     const auto second = static_cast<unsigned char>(text[1]);
     return second >= form.firstSecond && second <= form.lastSecond &&
            std::all_of(text.begin() + 2, text.begin() + static_cast<std::ptrdiff_t>(form.size),
-                       isContinuation);
+                       isUtf8Continuation);
 }
 
 } // namespace
+
+bool isUtf8Continuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
 
 std::size_t utf8CharacterSize(std::string_view text) {
     if (text.empty()) {

@@ -38,7 +38,7 @@ Json jsonNumberOf(const NumberDifference& numbers, double number) {
 std::string numbersText(const NumberDifference& numbers) {
     return fmt::format("{} of {} differ, worst at row {}, component {}: {} != {} (by {})", numbers.differing,
                        numbers.count, numbers.row, numbers.component, numberOf(numbers, numbers.a),
-                       numberOf(numbers, numbers.b), numberText(std::fabs(numbers.a - numbers.b)));
+                       numberOf(numbers, numbers.b), shortNumberText(std::fabs(numbers.a - numbers.b)));
 }
 
 Json numbersJson(const NumberDifference& numbers) {
@@ -89,7 +89,11 @@ std::string DifferenceReport::placeText(const Difference& difference) const {
         return "file";
     }
     const auto path = pathOf(difference);
-    return difference.dataset == nullptr ? path : path + ", " + datasetTitle(*difference.dataset);
+    if (difference.dataset == nullptr) {
+        return path;
+    }
+    const auto& steps = stepsA_.find(difference.dataset->step) ? stepsA_ : stepsB_;
+    return path + ", " + datasetTitle(*difference.dataset, steps);
 }
 
 std::string DifferenceReport::bodyText(const Difference& difference) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../common/ModelSteps.h"
 #include "../common/NodePaths.h"
 #include "../common/NumberFile.h"
 #include "Difference.h"
@@ -15,9 +16,15 @@ class DifferenceReport {
 public:
     /// @param fileA,fileB Must outlive this object.
     DifferenceReport(const NumberFile& fileA, const NumberFile& fileB)
-        : fileA_(fileA), fileB_(fileB), pathsA_(fileA.model().nodes()), pathsB_(fileB.model().nodes()) {}
+        : fileA_(fileA),
+          fileB_(fileB),
+          pathsA_(fileA.model().nodes()),
+          pathsB_(fileB.model().nodes()),
+          stepsA_(fileA.model()),
+          stepsB_(fileB.model()) {}
 
-    /// One line for each, such as: /car/door, Displacement, step "Load 1": numbers: 2 of 24 differ, ...
+    /// One line for each, such as: /car/door, Displacement, step 3 @0.5: numbers: 2 of 24 differ, ...
+    /// Steps have the numbers of the first file where it has them.
     void writeText(const std::vector<Difference>& differences) const;
 
     /// One object: "files", "tolerance", "equal" and "differences". Each difference has "what" and, where
@@ -34,6 +41,8 @@ private:
     const NumberFile& fileB_;
     NodePaths pathsA_;
     NodePaths pathsB_;
+    ModelSteps stepsA_;
+    ModelSteps stepsB_;
 };
 
 } // namespace MoxTool

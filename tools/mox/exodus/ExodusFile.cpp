@@ -40,6 +40,8 @@ void checkLength(const std::string& path, std::istream& file) {
     std::uint64_t required = 0;
     try {
         required = requiredNetcdfLength(file);
+    } catch (const std::bad_alloc&) {
+        throw;
     } catch (const std::exception& damage) {
         throw Failure(path, fmt::format("damaged: {}", damage.what()));
     }

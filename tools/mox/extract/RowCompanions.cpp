@@ -110,18 +110,21 @@ std::vector<std::uint32_t> RowCompanions::readIntegers(const Dataset* dataset, c
     return std::get<std::vector<std::uint32_t>>(std::move(numbers));
 }
 
+std::string RowCompanions::title() const {
+    return datasetTitle(dataset_, ModelSteps(file_.model()));
+}
+
 void RowCompanions::requirePlace(const char* option) const {
     if (place_ == ResultPlace::Nowhere) {
-        fail(fmt::format("the rows of {} are neither nodes nor elements, so there is nothing for {}",
-                         datasetTitle(dataset_), option));
+        fail(fmt::format("the rows of {} are neither nodes nor elements, so there is nothing for {}", title(),
+                         option));
     }
 }
 
 void RowCompanions::requireRows(const NumberTable& table, const char* name) const {
     const auto rows = itemCount(file_.holder(dataset_));
     if (table.rows() != rows) {
-        fail(fmt::format("{} has {} rows, but there are {} of {}", datasetTitle(dataset_), rows, table.rows(),
-                         name));
+        fail(fmt::format("{} has {} rows, but there are {} of {}", title(), rows, table.rows(), name));
     }
 }
 

@@ -32,6 +32,7 @@ private:
                    std::span<const std::uint32_t> element) const;
     std::vector<float> readPoints() const;
     std::vector<std::uint32_t> readIntegers(const MoxReader::Dataset* dataset, const char* name) const;
+    std::string title() const;
     void requirePlace(const char* option) const;
     void requireRows(const NumberTable& table, const char* name) const;
     [[noreturn]] void fail(const std::string& reason) const;

@@ -4,6 +4,7 @@
 #include "../common/StepFilter.h"
 #include "../common/datasetText.h"
 #include "../common/geometryOf.h"
+#include "../common/stepText.h"
 #include "../common/visibleText.h"
 
 #include <fmt/format.h>
@@ -54,6 +55,10 @@ std::string chosenStep(const NumberFile& file, const DatasetChoice& choice) {
     return names.empty() ? "" : *names.begin();
 }
 
+std::string quoted(const std::string& name) {
+    return fmt::format("\"{}\"", visibleText(name));
+}
+
 // Lists each text once, in the order of the datasets, and stops when the list gets long.
 template <typename TextOf>
 std::string listOf(const std::vector<Dataset>& datasets, TextOf textOf) {
@@ -67,18 +72,21 @@ std::string listOf(const std::vector<Dataset>& datasets, TextOf textOf) {
         if (listed.size() > MostNamesListed) {
             return list + " and more";
         }
-        list += fmt::format("{}\"{}\"", list.empty() ? "" : ", ", visibleText(text));
+        list += (list.empty() ? "" : ", ") + text;
     }
     return list;
 }
 
-std::string whatThereIs(const std::vector<Dataset>& datasets, const std::string& name) {
-    const auto steps =
-        listOf(datasets, [&](const Dataset& each) { return each.name == name ? each.step : ""; });
-    if (!steps.empty()) {
-        return "it has the steps " + steps + " (option --step)";
+std::string whatThereIs(const std::vector<Dataset>& datasets, const std::string& name,
+                        const ModelSteps& steps) {
+    const auto list = listOf(datasets, [&](const Dataset& each) {
+        const auto place = steps.find(each.step);
+        return each.name == name && place ? stepText(steps, *place) : "";
+    });
+    if (!list.empty()) {
+        return "it has the steps " + list + " (option --step)";
     }
-    const auto names = listOf(datasets, [](const Dataset& each) { return each.name; });
+    const auto names = listOf(datasets, [](const Dataset& each) { return quoted(each.name); });
     return names.empty() ? "the node has no datasets" : "the node has " + names;
 }
 
@@ -94,10 +102,12 @@ const Dataset& findDataset(const NumberFile& file, const DatasetChoice& choice) 
             return dataset;
         }
     }
-    const auto asked = step.empty() ? "without a step" : fmt::format("of step \"{}\"", visibleText(step));
+    const ModelSteps steps(file.model());
+    const auto place = steps.find(step);
+    const auto asked = place ? "of step " + stepText(steps, *place) : "without a step";
     throw Failure(file.path(),
-                  fmt::format("{} has no dataset \"{}\" {}; {}", paths.of(geometry.id),
-                              visibleText(choice.name), asked, whatThereIs(datasets, choice.name)));
+                  fmt::format("{} has no dataset {} {}; {}", paths.of(geometry.id), quoted(choice.name),
+                              asked, whatThereIs(datasets, choice.name, steps)));
 }
 
 } // namespace MoxTool

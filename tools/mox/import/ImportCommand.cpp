@@ -1,16 +1,16 @@
 #include "ImportCommand.h"
 
 #include "../common/CommandLine.h"
-#include "../common/Failure.h"
 #include "../common/Platform.h"
+#include "../common/StepChoice.h"
 #include "../common/Terminal.h"
-#include "ModelFormat.h"
 #include "cgns/importCgns.h"
 #include "exodus/importExodus.h"
 #include "gmsh/importGmsh.h"
-#include "model/StepRanges.h"
+#include "importFormatOf.h"
 
 #include <cstdint>
+#include <map>
 
 namespace MoxTool {
 
@@ -35,7 +35,7 @@ What the file has and a model can't take is listed at the end.
 
 --block, --variable and --step choose what is taken, and can be repeated. In names, * stands for any text
 and ? for a character. In a CGNS file, a block is a section or a zone, and in a Gmsh file a group. Steps
-keep their numbers; 7- is all from there on.
+keep their names in the model: the seventh is "Step 7" also where it is the first that is taken.
 
 Examples:
   mox import bracket.e bracket.mox
@@ -46,24 +46,9 @@ Examples:
 
 using Importer = ConversionSummary (*)(const ImportRequest&, Terminal&);
 
-ConversionSummary refuseUnknown(const ImportRequest& request, Terminal&) {
-    throw Failure(request.input,
-                  "is in no format that mox import reads; these are Exodus II, CGNS and Gmsh .msh");
-}
-
-Importer importerOf(ModelFormat format) {
-    switch (format) {
-    case ModelFormat::Exodus:
-        return importExodus;
-    case ModelFormat::Cgns:
-        return importCgns;
-    case ModelFormat::Gmsh:
-        return importGmsh;
-    case ModelFormat::Unknown:
-        break;
-    }
-    return refuseUnknown;
-}
+const std::map<ForeignFormat, Importer> Importers = {{ForeignFormat::Exodus, importExodus},
+                                                     {ForeignFormat::Cgns, importCgns},
+                                                     {ForeignFormat::Gmsh, importGmsh}};
 
 } // namespace
 
@@ -83,7 +68,7 @@ std::optional<Command::Example> ImportCommand::example() const {
 
 void ImportCommand::addOptions(CommandLine& line) {
     line.add("MODEL", request_.input, "The Exodus II, CGNS or Gmsh .msh file to read").required();
-    line.add("OUT.mox", request_.output, "The file to write").required();
+    line.add("OUT.mox", request_.output, "The file to write; - for stdout").required();
     line.addFlag("-f,--overwrite", request_.overwrite, "Replace OUT.mox if it exists; else that is an error");
     line.addFlag("--check", request_.check,
                  "Check the result as mox check does, before it gets its name; an error ends the import");
@@ -93,20 +78,20 @@ void ImportCommand::addOptions(CommandLine& line) {
         .typeName("NAME")
         .check(Compressor::problemWith)
         .showDefault();
-    line.add("--block", request_.blocks,
+    line.add("-p,--part,--block", request_.blocks,
              "Take this block, by its name or id, and no others but those named so")
         .typeName("NAME|ID")
         .repeatable();
-    line.add("--variable", request_.variables, "Take this variable, by its name in MODEL; likewise")
+    line.add("-d,--dataset,--variable", request_.variables,
+             "Take this variable, by its name in MODEL, and no others but those named so")
         .typeName("NAME")
         .repeatable();
     line.add("-s,--step", request_.steps,
-             "Take these steps, by their numbers from 1, such as 3, 2:5 or 7:last; likewise")
-        .typeName("RANGE")
-        .repeatable()
-        .check(StepRanges::problemOf);
+             std::string("Take these steps and no others; ") + StepChoice::Syntax)
+        .typeName("STEP")
+        .repeatable();
     line.add("--memory", memory_,
-             "The most memory for reading MODEL, in Mebibyte; 0 for any amount, else that of the machine")
+             "The most memory for reading MODEL, in MiB; 0 for any amount, else that of the machine")
         .typeName("MIB");
     line.addFlag("-v,--verbose", verbose_, "List all names of what is not taken, not only the first ten");
     line.setDetails(ImportDetails);
@@ -115,7 +100,7 @@ void ImportCommand::addOptions(CommandLine& line) {
 int ImportCommand::run(Terminal& terminal) {
     Compressor::choose(compressor_);
     request_.mostMemory = memory_ > UINT64_MAX / Mebibyte ? 0 : memory_ * Mebibyte;
-    importerOf(recogniseFormat(request_.input))(request_, terminal).print(terminal, verbose_);
+    Importers.at(importFormatOf(request_.input))(request_, terminal).print(terminal, verbose_);
     return 0;
 }
 

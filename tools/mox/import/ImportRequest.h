@@ -20,7 +20,7 @@ struct ImportRequest {
     // What is taken; everything of a kind of which nothing is named.
     std::vector<std::string> blocks = {};    ///< Names or ids, with * and ?.
     std::vector<std::string> variables = {}; ///< Names, with * and ?.
-    std::vector<std::string> steps = {};     ///< Ranges as StepRanges takes them.
+    std::vector<std::string> steps = {};     ///< As StepChoice takes them.
 };
 
 } // namespace MoxTool

@@ -29,9 +29,9 @@ constexpr const char* SalvageDetails =
     R"(A file that was never closed, as after a crash, has no index; one that is cut short or damaged has blocks
 that can't be read. Every compressed block that is whole is inflated into a file of its own in the new
 folder OUTDIR, block-0001.raw and so on. Of a block that is cut off or damaged the beginning is saved, in
-block-0007.part.raw or block-0007.damaged.raw: what could be inflated before the end came or the damage showed.
-Nothing vouches for it, since the checksum of a block stands at its end. index.json lists all files with their
-offsets and sizes, what stands between the blocks, and what is lost. The same list goes to stdout.
+block-0007.part.raw or block-0007.damaged.raw: what could be inflated before the end came or the damage
+showed. Nothing vouches for it, since the checksum of a block stands at its end. index.json lists all files
+with their offsets and sizes, what stands between the blocks, and what is lost. The same list goes to stdout.
 
 OUTDIR must not exist; it appears when it is complete. A file that is whole needs no salvaging: the command
 then says so and ends with 1, unless --force is given.

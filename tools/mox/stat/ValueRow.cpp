@@ -1,7 +1,7 @@
 #include "ValueRow.h"
 
-#include "../common/attributeValue.h"
-#include "../mesh/AttributeNames.h"
+#include "../common/utf8.h"
+#include "../mesh/columnNames.h"
 
 #include <algorithm>
 
@@ -11,7 +11,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-// How many letters all of the names have in common, from their ends given by these iterators on.
+// How many bytes all of the names have in common, from their ends given by these iterators on.
 template <typename Begin>
 std::size_t commonLength(const Names& names, Begin begin) {
     auto length = names.front().size();
@@ -27,13 +27,23 @@ std::size_t commonLength(const Names& names, Begin begin) {
     return length;
 }
 
+bool isInsideCharacter(const std::string& text, std::size_t place) {
+    return place < text.size() && isUtf8Continuation(text[place]);
+}
+
 // Leaves of stress_xx_1, stress_yy_1 and so on the xx and yy.
 Names withoutCommonEnds(Names names) {
-    const auto before = commonLength(names, [](const std::string& name) { return name.begin(); });
+    auto before = commonLength(names, [](const std::string& name) { return name.begin(); });
+    while (before > 0 && isInsideCharacter(names.front(), before)) {
+        --before;
+    }
     for (auto& name : names) {
         name.erase(0, before);
     }
-    const auto after = commonLength(names, [](const std::string& name) { return name.rbegin(); });
+    auto after = commonLength(names, [](const std::string& name) { return name.rbegin(); });
+    while (after > 0 && isInsideCharacter(names.front(), names.front().size() - after)) {
+        --after;
+    }
     for (auto& name : names) {
         name.resize(name.size() - after);
     }
@@ -46,19 +56,11 @@ std::string ValueRow::componentName(std::size_t component) const {
     if (components.size() == 1) {
         return "";
     }
-    if (components.size() == 3) {
-        return std::string(1, "xyz"[component]);
-    }
     constexpr std::size_t MostNames = 6; // No type of dataset has more.
     if (components.size() > MostNames) {
         return std::to_string(component + 1);
     }
-    Names names;
-    for (std::size_t i = 0; i < components.size(); ++i) {
-        names.push_back(
-            textAttribute(holder->attributes, AttributeNames::numbered(AttributeNames::Component, i + 1)));
-    }
-    const auto name = withoutCommonEnds(names)[component];
+    const auto name = withoutCommonEnds(columnNames(first->name, *holder))[component];
     return name.empty() ? std::to_string(component + 1) : name;
 }
 

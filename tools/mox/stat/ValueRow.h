@@ -17,8 +17,8 @@ struct ValueRow {
     std::optional<std::size_t> step;  ///< The place of the step, if the row is for one.
     std::vector<ValueTally> components;
 
-    /// The component's name: x, y, z, or what tells the variable that it was imported from apart from those of
-    /// the others, or its number; empty if there is only one.
+    /// What tells the component's name (see columnNames()) apart from those of the others, such as x or xy, or
+    /// else its number; empty if there is only one.
     std::string componentName(std::size_t component) const;
 };
 

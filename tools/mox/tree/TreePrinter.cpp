@@ -66,8 +66,8 @@ std::string withoutLastSpaces(std::string line) {
     return line;
 }
 
-std::string originText(const Dataset& link, const Dataset& holder) {
-    const auto title = holder.key == link.key ? "" : datasetTitle(holder) + " of ";
+std::string originText(const Dataset& link, const Dataset& holder, const ModelSteps& steps) {
+    const auto title = holder.key == link.key ? "" : datasetTitle(holder, steps) + " of ";
     return fmt::format("-> {}node {}", title, holder.nodeId);
 }
 
@@ -251,7 +251,7 @@ NumbersText TreePrinter::numbersText(const Dataset& dataset) const {
     try {
         const auto& holder = model_.resolve(dataset);
         return {elementTypeText(holder) + " " + shapeText(holder),
-                dataset.isLink ? originText(dataset, holder) : ""};
+                dataset.isLink ? originText(dataset, holder, steps_) : ""};
     } catch (const MoxReader::Error& error) {
         return {"", fmt::format("-> {}", palette_.paint(Palette::Red, errorText(error.code())))};
     }

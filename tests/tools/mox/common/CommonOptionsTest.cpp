@@ -5,6 +5,7 @@
 #include "Support/TemporaryFolder.h"
 
 #include <cstdio>
+#include <sstream>
 
 namespace {
 
@@ -82,6 +83,19 @@ TEST_F(CommonOptions, HelpOfEveryCommandShowsExamplesAndTheCommonOptions) {
         EXPECT_NE(run.output.find("\nExamples:\n  mox "), std::string::npos) << command->name();
         EXPECT_NE(run.output.find("--no-color"), std::string::npos) << command->name();
         EXPECT_NE(run.output.find("--progress"), std::string::npos) << command->name();
+    }
+}
+
+TEST_F(CommonOptions, HelpFitsInto110Columns) {
+    std::vector<std::vector<std::string>> lines = {{"--help"}};
+    for (const auto& command : MoxTool::makeCommands()) {
+        lines.push_back({command->name(), "--help"});
+    }
+    for (const auto& arguments : lines) {
+        std::istringstream help(runMox(arguments).output);
+        for (std::string line; std::getline(help, line);) {
+            EXPECT_LE(line.size(), 110U) << line;
+        }
     }
 }
 

@@ -66,7 +66,25 @@ TEST(ConversionSummary, NamesTenThingsOfAKindUnlessAskedForAll) {
 TEST(ConversionSummary, ShowsControlCharactersEscaped) {
     ConversionSummary summary("a\x1B.mox");
     summary.addSkipped("nodes of the type \x07", Lines{"\x1B[2J", "a\\b"});
+    summary.addNote("\"\x1B\" is cut");
     const auto lines = summary.lines();
     EXPECT_TRUE(lines[0].starts_with("a\\x1B.mox: "));
     EXPECT_EQ(lines[1], "not taken: nodes of the type \\x07: 2 (\\x1B[2J, a\\\\b)");
+    EXPECT_EQ(lines[2], "note: \"\\x1B\" is cut");
+}
+
+TEST(ConversionSummary, PassesAsBytesWithTextsThatAreNotUtf8) {
+    ConversionSummary summary("a\xFF.mox");
+    summary.shapes = 1;
+    summary.nodes = 2;
+    summary.elements = 3;
+    summary.steps = 4;
+    summary.datasets = 5;
+    summary.compressor = "zlib";
+    summary.addSkipped("sets", Lines{"a\n\xFF", "b"});
+    summary.addSkipped("records", 6);
+    summary.addNote("all is well");
+    EXPECT_EQ(ConversionSummary::unpack(summary.pack()).lines(),
+              (Lines{"a\\xFF.mox: shapes: 1, nodes: 2, elements: 3, steps: 4, datasets: 5, compressor: zlib",
+                     "not taken: sets: 2 (a\\n\\xFF, b)", "not taken: records: 6", "note: all is well"}));
 }

@@ -5,6 +5,7 @@
 #include "common/OutputFile.h"
 #include "common/OutputFolder.h"
 #include "common/Platform.h"
+#include "export/vtk/ReplaceableFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -135,10 +136,11 @@ TEST(Interruption, LeavesNoUnfinishedFileAndEndsTheProcessAsUsual) {
 namespace {
 
 // Fills a folder until it is ended, and would end by itself if a file could not be made.
-void fillUntil(int signal, const std::string& target) {
+template <typename Folder, typename... Options>
+void fillUntil(int signal, const std::string& target, Options... options) {
     MoxTool::Platform::runAtInterruption(TemporaryPath::removeAllForGood);
     {
-        const MoxTool::OutputFolder tree(target);
+        const Folder tree(target, options...);
         for (int number = 0;; ++number) {
             if (number == 200) {
                 kill(getpid(), signal);
@@ -157,9 +159,21 @@ void fillUntil(int signal, const std::string& target) {
 TEST(Interruption, LeavesNothingOfAFolderThatIsBeingFilled) {
     for (int i = 0; i < 5; ++i) {
         const Support::TemporaryFolder folder;
-        EXPECT_EXIT(fillUntil(SIGTERM, folder.path("out")), testing::KilledBySignal(SIGTERM), "");
+        EXPECT_EXIT(fillUntil<MoxTool::OutputFolder>(SIGTERM, folder.path("out")),
+                    testing::KilledBySignal(SIGTERM), "");
         EXPECT_EQ(folder.files(), std::vector<std::string>{});
     }
+}
+
+TEST(Interruption, LeavesTheFolderOfStepsThatWasToBeReplacedAndNothingBesideIt) {
+    const Support::TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path("out_steps"));
+    folder.write("out_steps/1.vtu", "old");
+    EXPECT_EXIT(fillUntil<MoxTool::ReplaceableFolder>(SIGTERM, folder.path("out_steps"), ".vtu", true),
+                testing::KilledBySignal(SIGTERM), "");
+    EXPECT_EQ(folder.files(), std::vector<std::string>{"out_steps"});
+    EXPECT_EQ(folder.read("out_steps/1.vtu"), "old");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path("out_steps")), {}), 1);
 }
 
 TEST(StandardStreams, FileThatIsOpenedDoesNotTakeThePlaceOfAMissingOne) {

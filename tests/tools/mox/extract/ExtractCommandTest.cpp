@@ -124,7 +124,7 @@ TEST_F(ExtractCommand, ListsWhatThereIsInsteadOfAMissingDataset) {
                           "\"Coordinates\", \"Temperature\"");
     expectFailure(extract({"--node", "/Assembly/Cube", "--data", "Temperature"}),
                   model + ": /Assembly/Cube has no dataset \"Temperature\" without a step; it has the steps "
-                          "\"Step 1\", \"Step 2\" (option --step)");
+                          "1, 2 (option --step)");
     expectFailure(extract({"--id", "1", "--data", "Temperature"}),
                   model + ": /Assembly has no datasets; name a shape or its geometry");
     expectFailure(extract({"--id", "5", "--data", "Temperature"}),
@@ -164,8 +164,8 @@ TEST_F(ExtractCommand, OneDatasetHasOneStep) {
                   model +
                       ": \"1:3\" names 3 steps; name one, or extract the datasets of all of them with --all");
     expectFailure(extract({"--node", "/Root/A", "--data", "T", "--step", "2"}),
-                  model + ": /Root/A has no dataset \"T\" of step \"Step 2\"; it has the steps \"Step 1\", "
-                          "\"Step 3\", \"Step 5\" (option --step)");
+                  model + ": /Root/A has no dataset \"T\" of step 2 @0.25; it has the steps 1 @0, "
+                          "3 @0.5, 5 @1 (option --step)");
 }
 
 TEST_F(ExtractCommand, AllOfSomeStepsTakesTheirDatasetsAlone) {
@@ -209,6 +209,7 @@ TEST_F(ExtractCommand, ExistingFolderIsLeftAlone) {
                   folder.path("out") + ": exists already; give the name of a new folder");
     expectFailure(extract({"--all", folder.path("none/out")}),
                   folder.path("none/out") + ": the folder that is to hold it does not exist");
+    expectFailure(extract({"--all", "-"}), "-: stdout can't take a folder; name one");
 }
 
 TEST_F(ExtractCommand, DamagedNumbersLeaveNothingBehind) {

@@ -206,10 +206,11 @@ TEST_F(StatCommand, ComponentsAreNamedByWhatDiffersInTheNamesOfTheirVariables) {
         add("A", {"s_xx_1", "s_yy_1", "s_zz_1", "s_xy_1", "s_yz_1", "s_zx_1"});
         add("B", {"DispX", "DispY", "DispZ", "RotX", "RotY", "RotZ"});
         add("C", {});
+        add("D", {"u\u00E8", "u\u00E9", "u\u00EA", "u\u00EB", "u\u00EC", "u\u00ED"});
         model.close();
     }
     const auto run = runMox({"stat", "--values", path});
-    for (const std::string title : {"A xx", "A zx", "B DispX", "B RotZ", "C 1", "C 6"}) {
+    for (const std::string title : {"A xx", "A zx", "B DispX", "B RotZ", "C xx", "C zx", "D \u00E9"}) {
         EXPECT_TRUE(hasRow(run, title + " +0 .*")) << title << run.output;
     }
 }

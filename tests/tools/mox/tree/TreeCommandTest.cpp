@@ -24,7 +24,7 @@ TEST_F(TreeCommand, ShowsNodesWithDifferencesFromTheDefaultAndDatasets) {
     Cube  Geometry 3
       - Coordinates  Coordinates  float 2 x 3
       - Temperature  NodeScalar   float 2 x 1  step 1
-      - Temperature  NodeScalar   float 2 x 1  step 2  -> Temperature, step "Step 1" of node 3
+      - Temperature  NodeScalar   float 2 x 1  step 2  -> Temperature, step 1 of node 3
   \x1B[2Jü\n  Group 4
 )");
 }
@@ -91,7 +91,7 @@ TEST_F(TreeCommand, StepsThatShareTheNumbersOfOneAreOneLine) {
     }
     EXPECT_NE(runMox({"tree", path}).output.find(R"(
       - T  NodeScalar  float 1 x 1  step 1
-      - T  NodeScalar  float 1 x 1  steps 2 to 3  -> T, step "Step 1" of node 3
+      - T  NodeScalar  float 1 x 1  steps 2 to 3  -> T, step 1 of node 3
 )"),
               std::string::npos);
 }

@@ -1,6 +1,6 @@
 #include "CutTexts.h"
 
-#include "../../common/visibleText.h"
+#include "../../common/utf8.h"
 
 #include <fmt/core.h>
 
@@ -12,12 +12,12 @@ namespace {
 std::string beginning(const std::string& text) {
     std::size_t end = 40;
     if (text.size() <= end) {
-        return visibleText(text);
+        return text;
     }
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
+    while (end > 0 && isUtf8Continuation(text[end])) {
         --end;
     }
-    return visibleText(text.substr(0, end)) + "...";
+    return text.substr(0, end) + "...";
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "../../common/Terminal.h"
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
+#include "../model/makeStep.h"
 #include "../model/setNumber.h"
 #include "listSkippedCgnsNodes.h"
 
@@ -43,6 +44,17 @@ Qel::Mox2::Attributes zoneAttributes(const CgnsZone& zone) {
     return attributes;
 }
 
+// Steps of one number are one step of the model, with the time of the first base that has it.
+ModelSteps stepsOf(const std::vector<CgnsBase>& bases) {
+    std::vector<double> times;
+    for (const auto& base : bases) {
+        for (auto place = times.size(); place < base.times.size(); ++place) {
+            times.push_back(base.times[place]);
+        }
+    }
+    return stepsAt(times);
+}
+
 } // namespace
 
 void CgnsImporter::run() {
@@ -52,8 +64,8 @@ void CgnsImporter::run() {
     }
     for (const auto& base : bases) {
         zoneCount_ += base.zones.size();
-        target_.choices.stepCount = std::max(target_.choices.stepCount, base.times.size());
     }
+    target_.choices.steps.resolve(stepsOf(bases));
     const auto stem = std::filesystem::path(file_.path()).stem().string();
     Qel::Mox2::Attributes attributes;
     setFile(attributes, file_);

@@ -53,7 +53,7 @@ public:
         }
     }
 
-    void addTo(ImportSummary& summary) const {
+    void addTo(ConversionSummary& summary) const {
         for (const auto& [label, names] : namesByLabel_) {
             const auto kind = Kinds.find(label);
             summary.addSkipped(kind == Kinds.end() ? "nodes of the type " + label : kind->second, names);
@@ -82,7 +82,7 @@ private:
 
 } // namespace
 
-void listSkippedCgnsNodes(const CgnsFile& file, ImportSummary& summary) {
+void listSkippedCgnsNodes(const CgnsFile& file, ConversionSummary& summary) {
     Collector collector(file);
     collector.collect();
     collector.addTo(summary);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../model/ImportSummary.h"
+#include "../../common/ConversionSummary.h"
 #include "CgnsFile.h"
 
 namespace MoxTool {
@@ -9,6 +9,6 @@ namespace MoxTool {
 /// connections of zones, further grids, units, and whatever else the file holds.
 ///
 /// @throws Failure if the file is damaged.
-void listSkippedCgnsNodes(const CgnsFile& file, ImportSummary& summary);
+void listSkippedCgnsNodes(const CgnsFile& file, ConversionSummary& summary);
 
 } // namespace MoxTool

@@ -5,6 +5,7 @@
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
 #include "../../mesh/ElementType.h"
+#include "../model/makeStep.h"
 #include "../model/setNumber.h"
 #include "blockName.h"
 
@@ -63,7 +64,8 @@ bool hasResults(const ExodusFile& file, Choices& choices) {
 }
 
 // A model knows steps only by their results.
-void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times, const StepRanges& choice) {
+void setTimes(Qel::Mox2::Attributes& attributes, const std::vector<double>& times,
+              const ChosenSteps& choice) {
     std::size_t number = 0;
     for (std::size_t i = 0; i < times.size(); ++i) {
         if (choice.takes(i)) {
@@ -132,7 +134,7 @@ Qel::Mox2::Attributes ExodusMeshImporter::rootAttributes() const {
     setNumber(attributes, AttributeNames::NodeSets, counts.num_node_sets);
     setNumber(attributes, AttributeNames::SideSets, counts.num_side_sets);
     setNumber(attributes, AttributeNames::Steps, static_cast<std::int64_t>(file_.times().size()));
-    target_.choices.stepCount = file_.times().size();
+    target_.choices.steps.resolve(stepsAt(file_.times()));
     if (!hasResults(file_, target_.choices)) {
         setTimes(attributes, file_.times(), target_.choices.steps);
     }

@@ -62,7 +62,7 @@ constexpr Records SkippedRecords[] = {
     {EX_INQ_COORD_FRAMES, "coordinate frames"},
 };
 
-void listEntities(const ExodusFile& file, ImportSummary& summary) {
+void listEntities(const ExodusFile& file, ConversionSummary& summary) {
     for (const auto& entities : SkippedEntities) {
         const auto count = file.counts().*entities.count;
         const auto ids = file.ids(entities.type, count);
@@ -75,7 +75,7 @@ void listEntities(const ExodusFile& file, ImportSummary& summary) {
 }
 
 // Leaves out those that became attributes of the steps.
-void listGlobalVariables(const ExodusFile& file, ImportSummary& summary) {
+void listGlobalVariables(const ExodusFile& file, ConversionSummary& summary) {
     const auto names = file.variableNames(EX_GLOBAL);
     const auto mode = findModeVariables(names);
     Names skipped;
@@ -87,14 +87,14 @@ void listGlobalVariables(const ExodusFile& file, ImportSummary& summary) {
     summary.addSkipped("global variables", skipped);
 }
 
-void listVariables(const ExodusFile& file, ImportSummary& summary) {
+void listVariables(const ExodusFile& file, ConversionSummary& summary) {
     listGlobalVariables(file, summary);
     for (const auto& variables : SkippedVariables) {
         summary.addSkipped(variables.kind, file.variableNames(variables.type));
     }
 }
 
-void listElementAttributes(const ExodusFile& file, ImportSummary& summary) {
+void listElementAttributes(const ExodusFile& file, ConversionSummary& summary) {
     Names skipped;
     for (const auto& block : file.blocks()) {
         for (const auto& attribute : file.attributeNames(block)) {
@@ -104,7 +104,7 @@ void listElementAttributes(const ExodusFile& file, ImportSummary& summary) {
     summary.addSkipped("element attributes", skipped);
 }
 
-void listCoordinateNames(const ExodusFile& file, ImportSummary& summary) {
+void listCoordinateNames(const ExodusFile& file, ConversionSummary& summary) {
     const Names usual = {"x", "y", "z"};
     const auto names = file.coordinateNames();
     const bool areUsual =
@@ -143,7 +143,7 @@ public:
     explicit SkippedNetcdfContent(const ExodusFile& file)
         : file_(file), netcdf_(file.path(), file.handle()) {}
 
-    void addTo(ImportSummary& summary) {
+    void addTo(ConversionSummary& summary) {
         for (const auto& variable : netcdf_.all()) {
             sort(variable);
         }
@@ -219,7 +219,7 @@ private:
 
 } // namespace
 
-void listSkippedExodusContent(const ExodusFile& file, ImportSummary& summary) {
+void listSkippedExodusContent(const ExodusFile& file, ConversionSummary& summary) {
     listEntities(file, summary);
     listVariables(file, summary);
     listElementAttributes(file, summary);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../../common/ConversionSummary.h"
 #include "../../exodus/ExodusFile.h"
-#include "../model/ImportSummary.h"
 
 namespace MoxTool {
 
@@ -10,6 +10,6 @@ namespace MoxTool {
 /// holds.
 ///
 /// @throws Failure if the file is damaged.
-void listSkippedExodusContent(const ExodusFile& file, ImportSummary& summary);
+void listSkippedExodusContent(const ExodusFile& file, ConversionSummary& summary);
 
 } // namespace MoxTool

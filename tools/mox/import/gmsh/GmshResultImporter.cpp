@@ -65,6 +65,11 @@ GmshResultImporter::GmshResultImporter(const GmshModel& source, const TagIndex& 
 void GmshResultImporter::run() {
     std::size_t number = 0;
     const auto steps = findSteps();
+    std::vector<double> times;
+    for (const auto& [key, stepViews] : steps) {
+        times.push_back(key.second);
+    }
+    target_.choices.steps.resolve(stepsAt(times));
     for (const auto& [key, stepViews] : steps) {
         target_.terminal.progress("importing results",
                                   static_cast<double>(number) / static_cast<double>(steps.size()));
@@ -75,7 +80,6 @@ void GmshResultImporter::run() {
         ++number;
     }
     target_.terminal.clearProgress();
-    target_.choices.stepCount = steps.size();
 }
 
 std::map<GmshResultImporter::StepKey, std::vector<const GmshView*>> GmshResultImporter::findSteps() {

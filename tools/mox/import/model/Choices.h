@@ -2,9 +2,8 @@
 
 #include "../ImportRequest.h"
 #include "Choice.h"
-#include "StepRanges.h"
+#include "ChosenSteps.h"
 
-#include <cstddef>
 #include <string>
 
 namespace MoxTool {
@@ -12,19 +11,19 @@ namespace MoxTool {
 /// What of a file an import takes. What is left out by choice is not listed as skipped.
 struct Choices {
     explicit Choices(const ImportRequest& request)
-        : blocks("block", request.blocks), variables("variable", request.variables), steps(request.steps) {}
+        : blocks("block", request.blocks),
+          variables("variable", request.variables),
+          steps(request.input, request.steps) {}
 
     Choice blocks;
     Choice variables;
-    StepRanges steps;
-    std::size_t stepCount = 0; ///< Of the file; set by the importer.
+    ChosenSteps steps; ///< Resolved by the importer.
 
     /// To be called when all blocks and variables of the file have been asked for.
     /// @throws Failure if something that the user has named is not there.
     void check(const std::string& path) const {
         blocks.check(path);
         variables.check(path);
-        steps.check(path, stepCount);
     }
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ImportSummary.h"
+#include "../../common/ConversionSummary.h"
 #include "RealTable.h"
 
 #include <Qel/Mox2/Model.h>
@@ -16,7 +16,7 @@ public:
     using Ids = Qel::Mox2::Array1d<unsigned int>;
 
     /// Both must outlive the writer.
-    DatasetWriter(Qel::Mox2::Model& model, ImportSummary& summary) : model_(model), summary_(summary) {}
+    DatasetWriter(Qel::Mox2::Model& model, ConversionSummary& summary) : model_(model), summary_(summary) {}
 
     // Both throw std::length_error for a dataset of 4 GiB or more, and what Model::addArrayProperty() throws.
     // They do nothing without ids or rows.
@@ -30,7 +30,7 @@ public:
 
 private:
     Qel::Mox2::Model& model_;
-    ImportSummary& summary_;
+    ConversionSummary& summary_;
 };
 
 } // namespace MoxTool

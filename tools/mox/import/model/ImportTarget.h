@@ -1,10 +1,10 @@
 #pragma once
 
+#include "../../common/ConversionSummary.h"
 #include "Choices.h"
 #include "DatasetWriter.h"
 #include "FloatNarrowing.h"
 #include "ImportLimits.h"
-#include "ImportSummary.h"
 #include "ShapeWriter.h"
 
 #include <Qel/Mox2/Model.h>
@@ -18,7 +18,7 @@ class Terminal;
 struct ImportTarget {
     /// @param output Open and without nodes. All arguments must outlive the target.
     ImportTarget(const ImportRequest& request, Qel::Mox2::Model& output, Terminal& messages,
-                 ImportSummary& results)
+                 ConversionSummary& results)
         : limits(request.input),
           choices(request),
           model(output),
@@ -34,7 +34,7 @@ struct ImportTarget {
     ShapeWriter shapes;
     FloatNarrowing narrowing;
     Terminal& terminal; ///< Shows the progress.
-    ImportSummary& summary;
+    ConversionSummary& summary;
 };
 
 } // namespace MoxTool

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "../../common/ConversionSummary.h"
 #include "DatasetWriter.h"
 #include "ElementTable.h"
-#include "ImportSummary.h"
 
 #include <Qel/Mox2/Model.h>
 
@@ -15,7 +15,7 @@ namespace MoxTool {
 class ShapeWriter {
 public:
     /// Both must outlive the writer.
-    ShapeWriter(Qel::Mox2::Model& model, ImportSummary& summary)
+    ShapeWriter(Qel::Mox2::Model& model, ConversionSummary& summary)
         : model_(model), summary_(summary), writer_(model, summary) {}
 
     /// @param parent The node of the group that gets the shape.
@@ -29,7 +29,7 @@ public:
 
 private:
     Qel::Mox2::Model& model_;
-    ImportSummary& summary_;
+    ConversionSummary& summary_;
     DatasetWriter writer_;
 };
 

@@ -5,6 +5,7 @@
 #include <fmt/core.h>
 
 #include <cmath>
+#include <utility>
 
 namespace MoxTool {
 
@@ -15,11 +16,15 @@ void setReal(Qel::Mox2::Attributes& attributes, const std::string& key, double v
     attributes.set(AttributeNames::exact(key), fmt::format("{}", value));
 }
 
+std::string nameOf(std::size_t index) {
+    return fmt::format("Step {}", index + 1);
+}
+
 } // namespace
 
 Qel::Mox2::Step makeStep(std::size_t index, double time, const std::optional<Mode>& mode) {
     Qel::Mox2::Step step;
-    step.name = fmt::format("Step {}", index + 1);
+    step.name = nameOf(index);
     setReal(step.attributes, AttributeNames::Time, time);
     if (mode) {
         step.attributes.set(AttributeNames::Category, "Vibration");
@@ -27,6 +32,17 @@ Qel::Mox2::Step makeStep(std::size_t index, double time, const std::optional<Mod
         setReal(step.attributes, AttributeNames::Frequency, mode->frequency);
     }
     return step;
+}
+
+ModelSteps stepsAt(const std::vector<double>& times) {
+    std::vector<ModelStep> steps;
+    for (const double time : times) {
+        ModelStep step;
+        step.name = nameOf(steps.size());
+        step.time = time;
+        steps.push_back(step);
+    }
+    return ModelSteps(std::move(steps));
 }
 
 } // namespace MoxTool

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "../../common/ModelSteps.h"
+
 #include <Qel/Mox2/Step.h>
 
 #include <cstddef>
 #include <optional>
+#include <vector>
 
 namespace MoxTool {
 
@@ -19,5 +22,8 @@ struct Mode {
 /// "Frequency (exact)".
 /// @param index From 0.
 Qel::Mox2::Step makeStep(std::size_t index, double time, const std::optional<Mode>& mode);
+
+/// The steps that makeStep() makes for these times, for the user to choose from.
+ModelSteps stepsAt(const std::vector<double>& times);
 
 } // namespace MoxTool

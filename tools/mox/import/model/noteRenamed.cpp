@@ -4,7 +4,7 @@
 
 namespace MoxTool {
 
-void noteRenamed(const std::vector<ResultDataset>& results, ImportSummary& summary) {
+void noteRenamed(const std::vector<ResultDataset>& results, ConversionSummary& summary) {
     for (const auto& result : results) {
         if (result.name != result.wantedName) {
             summary.addNote(fmt::format("\"{}\" is named \"{}\", since {}", result.wantedName, result.name,

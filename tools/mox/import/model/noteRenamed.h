@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ImportSummary.h"
+#include "../../common/ConversionSummary.h"
 #include "ResultDataset.h"
 
 #include <vector>
@@ -8,6 +8,6 @@
 namespace MoxTool {
 
 /// Notes which results could not keep their names.
-void noteRenamed(const std::vector<ResultDataset>& results, ImportSummary& summary);
+void noteRenamed(const std::vector<ResultDataset>& results, ConversionSummary& summary);
 
 } // namespace MoxTool

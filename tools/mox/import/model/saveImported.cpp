@@ -61,7 +61,7 @@ void fillTarget(ImportTarget& target, const ModelFiller& fill) {
 }
 
 void save(const std::string& path, const ImportRequest& request, const ModelFiller& fill, Terminal& terminal,
-          ImportSummary& summary) {
+          ConversionSummary& summary) {
     auto model = std::make_unique<Qel::Mox2::Model>();
     try {
         model->saveTo(path, saverOptions());
@@ -81,30 +81,56 @@ void save(const std::string& path, const ImportRequest& request, const ModelFill
 constexpr char Saved = 'S';
 constexpr char Failed = 'F';
 
+std::string boundText(const ImportRequest& request) {
+    return fmt::format("needs more memory than its bound of {} MiB", request.mostMemory / Mebibyte);
+}
+
+constexpr const char* OtherBound = "; --memory sets another";
+
 std::string memoryText(const ImportRequest& request) {
-    return request.mostMemory == 0
-               ? "not enough memory"
-               : fmt::format("needs more memory than its bound of {} Mebibyte; --memory sets another",
-                             request.mostMemory / Mebibyte);
+    return request.mostMemory == 0 ? "not enough memory" : boundText(request) + OtherBound;
+}
+
+// Libraries report that they get no memory as whatever they could not do without it.
+std::string failureText(const Failure& failure, const ImportRequest& request, bool hasMissedMemory) {
+    const std::string text = failure.what();
+    return request.mostMemory != 0 && hasMissedMemory ? text + "; or it " + boundText(request) + OtherBound
+                                                      : text;
 }
 
 std::string saveAndReport(const std::string& path, const ImportRequest& request, const ModelFiller& fill,
                           Terminal& terminal) {
     try {
-        ImportSummary summary;
+        ConversionSummary summary(request.output);
         save(path, request, fill, terminal, summary);
         return Saved + summary.pack();
     } catch (const Failure& failure) {
-        return Failed + std::string(failure.what());
+        return Failed + failureText(failure, request, Platform::hasMissedMemory());
     } catch (const std::bad_alloc&) {
         return Failed + std::string(Failure(request.input, memoryText(request)).what());
     } catch (const std::exception& failure) {
+        // zlib reports that it gets no memory.
+        if (Platform::hasMissedMemory()) {
+            return Failed + std::string(Failure(request.input, memoryText(request)).what());
+        }
         return Failed + std::string(cannotBeWritten(request, failure.what()).what());
     }
 }
 
+// An allocation that failed leaves no trace in what was used, and much of what is bounded is never touched.
+bool isNearBound(const Platform::ApartOutcome& outcome, const ImportRequest& request) {
+    return outcome.mostMemory >= request.mostMemory / 4 && request.mostMemory != 0;
+}
+
 Failure deathOf(const Platform::ApartOutcome& outcome, const ImportRequest& request,
                 const std::string& library) {
+    if (outcome.hasMissedMemory) {
+        return {request.input, boundText(request) + ", or is damaged" + OtherBound};
+    }
+    if (outcome.isCrash() && isNearBound(outcome, request)) {
+        return {request.input, fmt::format("{} crashed on this file; it is damaged, or {}{}", library,
+                                           boundText(request), OtherBound)};
+    }
     if (outcome.isCrash()) {
         return {request.input, library + " crashed on this file; it is likely damaged"};
     }
@@ -115,8 +141,8 @@ Failure deathOf(const Platform::ApartOutcome& outcome, const ImportRequest& requ
             fmt::format("not read to its end, since the import was ended ({})", outcome.signalName())};
 }
 
-ImportSummary saveApart(const std::string& path, const ImportRequest& request, const std::string& library,
-                        Terminal& terminal, const ModelFiller& fill) {
+ConversionSummary saveApart(const std::string& path, const ImportRequest& request, const std::string& library,
+                            Terminal& terminal, const ModelFiller& fill) {
     const auto outcome = Platform::runApart(
         [&](std::FILE* messages) {
             terminal.replaceStandardError(messages);
@@ -131,7 +157,7 @@ ImportSummary saveApart(const std::string& path, const ImportRequest& request, c
     if (outcome.result->front() == Failed) {
         throw Failure(text);
     }
-    return ImportSummary::unpack(text);
+    return ConversionSummary::unpack(text);
 }
 
 // The saving library does not look at the results of its writes, so the reason for a file that is not whole is
@@ -193,7 +219,7 @@ ConversionSummary saveImported(const ImportRequest& request, const std::string& 
     const auto summary = saveApart(path, request, library, terminal, fill);
     checkOutput(path, request, terminal);
     output.commit();
-    return summary.finished(request.output);
+    return summary;
 }
 
 } // namespace MoxTool

@@ -239,6 +239,38 @@ TEST_F(ImportCgns, StepsHaveTheirTimesAndSolutions) {
     EXPECT_TRUE(run.says("steps: 2"));
 }
 
+TEST_F(ImportCgns, StepsAreChosenByTimeOfTheFirstBaseThatHasThem) {
+    {
+        SmallCgnsFile file(input());
+        for (const auto* base : {"Base", "Longer"}) {
+            const bool isLonger = base[0] == 'L';
+            if (isLonger) {
+                file.addBase(base, 3);
+            }
+            file.addZone("Zone", 2, 1);
+            file.lineOfVertices(2);
+            file.section("Line", CGNS_ENUMV(BAR_2), 1, 1, {1, 2});
+            file.solution("First", CGNS_ENUMV(Vertex));
+            file.field("Heat", {1, 2});
+            file.solution("Later", CGNS_ENUMV(Vertex));
+            file.field("Heat", {3, 4});
+            file.times(isLonger ? std::vector<double>{7, 0.75} : std::vector<double>{0.5});
+            file.solutionsOfSteps(isLonger ? std::vector<std::string>{"First", "Later"}
+                                           : std::vector<std::string>{"First"});
+        }
+    }
+    run = runImport({"--check", "--step", "@0.75", input(), output()});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    saved = std::make_unique<ReadBack>(output());
+    EXPECT_FALSE(has(0, "Heat", "Step 1"));
+    EXPECT_FALSE(has(1, "Heat", "Step 1"));
+    EXPECT_EQ(floats(1, "Heat", "Step 2"), (Floats{3, 4}));
+    std::filesystem::remove(output());
+    run = runImport({"--step", "@7", input(), output()});
+    EXPECT_EQ(run.messages,
+              "mox import: " + input() + ": has no step \"@7\"; its steps are: 1 @0.5, 2 @0.75\n");
+}
+
 TEST_F(ImportCgns, ResultsOfOneZoneStayInIt) {
     {
         SmallCgnsFile file(input());

@@ -77,14 +77,22 @@ TEST_F(ImportChoice, StepsKeepTheirNumbers) {
     EXPECT_TRUE(run.says("steps: 2,"));
 }
 
+TEST_F(ImportChoice, StepsAreChosenByNameTimeOrPlaceAsInOtherCommands) {
+    const std::vector<std::pair<std::string, std::string>> choices = {
+        {"Step 2", ".x."}, {"@1", ".x."}, {"last", "..x"}, {"first:@1", "xx."}};
+    for (const auto& [choice, taken] : choices) {
+        importChosen({"-s", choice});
+        for (std::size_t place = 0; place < taken.size(); ++place) {
+            EXPECT_EQ(has(0, "t", "Step " + std::to_string(place + 1)), taken[place] == 'x') << choice;
+        }
+        std::filesystem::remove(output());
+    }
+}
+
 TEST_F(ImportChoice, WhatIsNotThereIsAnErrorThatListsWhatThereIs) {
     expectNone({"--block", "rib"}, "--block rib: no block has this name; there are: web, Block 20");
     expectNone({"--variable", "v*"}, "--variable v*: no variable has this name; there are: t, u, p, q");
-    expectNone({"--step", "4:6"}, "--step 4:6: no step has this number; there are steps 1 to 3");
-}
-
-TEST_F(ImportChoice, OtherRangesAreWrongUsage) {
-    run = runImport({"--step", "x", input, output()});
-    EXPECT_EQ(run.exitCode, 2);
-    EXPECT_TRUE(run.says("no range of steps")) << run.messages;
+    for (const std::string step : {"4:6", "0", "x", "@0.7", "3:1", ""}) {
+        expectNone({"--step", step}, "has no step \"" + step + "\"; its steps are: 1 @0.5, 2 @1, 3 @1.5");
+    }
 }

@@ -70,6 +70,16 @@ TEST_F(ImportCommand, WritesTheOutputAndNothingElse) {
     EXPECT_EQ(folder.files(), (Files{"model.e", "out.mox"}));
 }
 
+TEST_F(ImportCommand, DashWritesTheSameToStandardOutput) {
+    ASSERT_EQ(runImport({"--compressor", "zlib", input, output()}).exitCode, 0);
+    const auto run = runImport({"--compressor", "zlib", "-q", input, "-"});
+    EXPECT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_TRUE(run.output.starts_with("\x89TNF\r\n\x1A\n"));
+    EXPECT_EQ(run.output.size(), folder.read("out.mox").size());
+    EXPECT_EQ(runImport({"-", output()}).messages,
+              "mox import: -: can't be imported from stdin; save it as a file first\n");
+}
+
 #ifdef MOX_HAS_DEFLATE
 TEST_F(ImportCommand, TakesLibdeflateUnlessZlibIsAskedFor) {
     EXPECT_TRUE(runImport({input, output()}).says(", compressor: deflate"));
@@ -144,10 +154,9 @@ TEST_F(ImportCommand, FullDiskIsSaidToBeThatByTheCheckToo) {
 #endif
 
 TEST_F(ImportCommand, FilesOfOtherKindsAreRefused) {
-    const std::string reason =
-        "is in no format that mox import reads; these are Exodus II, CGNS and Gmsh .msh";
-    expectRefused(folder.write("empty.e", ""), reason);
-    expectRefused(folder.write("text.e", "# a list of parts\n"), reason);
+    expectRefused(folder.write("empty.e", ""), "is empty");
+    expectRefused(folder.write("text.e", "# a list of parts\n"),
+                  "is a text file; mox import reads Exodus II, CGNS and Gmsh .msh");
 }
 
 TEST_F(ImportCommand, DamagedHdf5FileIsRefusedWithoutChatter) {
@@ -210,7 +219,9 @@ TEST_F(ImportCommand, FolderOfTheOutputMustExist) {
 
 TEST_F(ImportCommand, RealFilesOfOtherKindsAreRefused) {
     bool found = false;
-    for (const auto* name : {"can.vtu", "README.md"}) {
+    const std::vector<std::pair<std::string, std::string>> files = {
+        {"can.vtu", "is a VTK file, which mox writes"}, {"README.md", "is a text file; mox import"}};
+    for (const auto& [name, kind] : files) {
         const auto path = (std::filesystem::path(MOXWRITER_DATA_DIR) / name).string();
         if (!std::filesystem::exists(path)) {
             continue;
@@ -218,9 +229,7 @@ TEST_F(ImportCommand, RealFilesOfOtherKindsAreRefused) {
         found = true;
         const auto run = runImport({path, output()});
         EXPECT_EQ(run.exitCode, 1) << name;
-        EXPECT_TRUE(run.messages.starts_with(
-            "mox import: " + path + ": is in no format that mox import reads; these are Exodus II, CGNS and"))
-            << run.messages;
+        EXPECT_TRUE(run.messages.starts_with("mox import: " + path + ": " + kind)) << run.messages;
         EXPECT_EQ(std::count(run.messages.begin(), run.messages.end(), '\n'), 1);
         EXPECT_EQ(folder.files(), Files{"model.e"});
     }

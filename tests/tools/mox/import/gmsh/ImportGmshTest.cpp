@@ -363,6 +363,15 @@ TEST_F(ImportGmsh, GroupsViewsAndStepsAreChosen) {
     EXPECT_FALSE(has(0, "Displacement", "Step 2"));
     EXPECT_TRUE(run.says("steps: 1,"));
     std::filesystem::remove(output());
+    run = runImport({"--step", "@0.25", write(Plate + Results), output()});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    saved = std::make_unique<ReadBack>(output());
+    EXPECT_TRUE(has(3, "heat", "Step 1"));
+    EXPECT_FALSE(has(3, "heat", "Step 2"));
+    std::filesystem::remove(output());
+    run = runImport({"--step", "x", write(Plate + Results), output()});
+    EXPECT_TRUE(run.messages.ends_with(": has no step \"x\"; its steps are: 1 @0.25, 2 @0.5\n"))
+        << run.messages;
     run = runImport({"--block", "none", write(Plate), output()});
     EXPECT_TRUE(run.says("--block none: no block has this name; there are: Point 1, edge, plate\n"))
         << run.messages;

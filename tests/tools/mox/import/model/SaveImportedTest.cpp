@@ -187,6 +187,50 @@ TEST_F(ImportApart, MemoryIsBounded) {
     EXPECT_EQ(folder.files(), Files{});
 }
 
+TEST_F(ImportApart, CrashAfterAnAllocationThatFailedIsSaidToBeThat) {
+    if (SUPPORT_ADDRESS_SANITIZER) {
+        GTEST_SKIP() << "the sanitizer needs too much memory for a bound";
+    }
+    const auto use = [](MoxTool::ImportTarget&) {
+        auto* volatile room = static_cast<volatile char*>(std::malloc(std::size_t{3} << 30));
+        room[0] = 1;
+    };
+    EXPECT_EQ(failureOf(use, std::uint64_t{2} << 30),
+              "model.e: needs more memory than its bound of 2048 MiB, or is damaged; --memory sets another");
+    EXPECT_EQ(folder.files(), Files{});
+}
+
+TEST_F(ImportApart, CrashNearTheBoundMayHaveTwoReasons) {
+    if (SUPPORT_ADDRESS_SANITIZER) {
+        GTEST_SKIP() << "the sanitizer needs too much memory for a bound";
+    }
+    const auto use = [](MoxTool::ImportTarget& target) {
+        const std::vector<char> room(std::size_t{300} << 20, 'a');
+        target.model.addNode(Qel::Mox2::RootGroup, std::string(1, room.back()));
+        std::raise(SIGSEGV);
+    };
+    EXPECT_EQ(failureOf(use, std::uint64_t{1} << 30),
+              "model.e: libtest crashed on this file; it is damaged, or needs more memory than its bound of "
+              "1024 MiB; --memory sets another");
+    EXPECT_EQ(failureOf(use, std::uint64_t{1} << 36),
+              "model.e: libtest crashed on this file; it is likely damaged");
+}
+
+TEST_F(ImportApart, FailureAfterAnAllocationThatFailedNamesTheBoundToo) {
+    if (SUPPORT_ADDRESS_SANITIZER) {
+        GTEST_SKIP() << "the sanitizer needs too much memory for a bound";
+    }
+    const auto refuse = [](MoxTool::ImportTarget&) {
+        void* volatile room = std::malloc(std::size_t{3} << 30);
+        if (room == nullptr) {
+            throw MoxTool::Failure("model.e", "damaged: no nodes");
+        }
+    };
+    EXPECT_EQ(failureOf(refuse, std::uint64_t{2} << 30),
+              "model.e: damaged: no nodes; or it needs more memory than its bound of 2048 MiB; --memory sets "
+              "another");
+}
+
 TEST_F(ImportApart, SummaryPassesFromOneProcessToTheOther) {
     const auto summary = saveImported({"model.e", folder.path("out.mox"), false, false, 0}, "libtest",
                                       messages.terminal(), [this](MoxTool::ImportTarget& target) {
