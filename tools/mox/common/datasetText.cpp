@@ -1,8 +1,5 @@
 #include "datasetText.h"
 
-#include "stepText.h"
-#include "visibleText.h"
-
 #include <MoxReader/Format.h>
 
 #include <fmt/format.h>
@@ -35,12 +32,6 @@ std::uint32_t itemCount(const MoxReader::Dataset& holder) {
 
 std::string shapeText(const MoxReader::Dataset& holder) {
     return fmt::format("{} x {}", itemCount(holder), holder.width);
-}
-
-std::string datasetTitle(const MoxReader::Dataset& dataset, const ModelSteps& steps) {
-    const auto name = visibleText(dataset.name);
-    const auto place = steps.find(dataset.step);
-    return place ? name + ", " + stepsText(steps, {*place}) : name;
 }
 
 } // namespace MoxTool

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "ModelSteps.h"
-
 #include <MoxReader/Dataset.h>
 
+#include <cstdint>
 #include <string>
 
 namespace MoxTool {
@@ -18,9 +17,5 @@ std::string elementTypeText(const MoxReader::Dataset& dataset);
 std::string shapeText(const MoxReader::Dataset& holder);
 /// The number of its items; 0 for a width of 0.
 std::uint32_t itemCount(const MoxReader::Dataset& holder);
-
-/// The name, and the step if it has one, such as: Temperature, step 1 @0.25. Fit for a terminal.
-/// @param steps Of the dataset's model.
-std::string datasetTitle(const MoxReader::Dataset& dataset, const ModelSteps& steps);
 
 } // namespace MoxTool

@@ -1,7 +1,7 @@
 #include "DifferenceReport.h"
 
 #include "../common/JsonStream.h"
-#include "../common/datasetText.h"
+#include "../common/datasetTitle.h"
 #include "../common/numberText.h"
 #include "../common/visibleText.h"
 

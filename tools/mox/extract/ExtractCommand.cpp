@@ -108,7 +108,7 @@ void ExtractCommand::addOptions(CommandLine& line) {
         .excludes({node, id, data, rows, ids, places, file});
     line.addFlag(WorkLimit::Option, noLimit_, WorkLimit::Help);
     line.setCheck([this] { requireChoice(); });
-    line.setDetails(std::string(Start) + "A " + StepChoice::Syntax + ".\n\n" + PathHelp + ExtractDetails);
+    line.setDetails(fmt::format("{}A {}.\n\n{}{}", Start, StepChoice::Syntax, PathHelp, ExtractDetails));
 }
 
 void ExtractCommand::requireChoice() const {

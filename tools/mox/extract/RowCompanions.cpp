@@ -2,6 +2,7 @@
 
 #include "../common/NodePaths.h"
 #include "../common/datasetText.h"
+#include "../common/datasetTitle.h"
 #include "../mesh/DatasetNames.h"
 #include "../mesh/meshDatasets.h"
 

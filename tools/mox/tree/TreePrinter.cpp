@@ -1,6 +1,7 @@
 #include "TreePrinter.h"
 
 #include "../common/datasetText.h"
+#include "../common/datasetTitle.h"
 #include "../common/matchesGlob.h"
 #include "../common/numberText.h"
 #include "../common/stepText.h"
