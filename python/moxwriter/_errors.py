@@ -152,6 +152,9 @@ class DamagedFile(Error, ValueError):
     rule: int | None = None
     place: Place = Place(None, None, None, None, None, None)
 
+    def __str__(self) -> str:
+        return f"{self.place.path}: {self.text}" if self.place.path else self.text
+
 
 WRITER_ERRORS: dict[int, type[WriterError]] = {
     kind.code: kind

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import html
 import os
+from contextlib import contextmanager
 from types import TracebackType
 from typing import Any, Iterator, Mapping, Union
 
@@ -11,6 +12,7 @@ import numpy as np
 import numpy.typing as npt
 
 from . import _reader
+from ._errors import DamagedFile
 
 #: What the numbers of a dataset are, by the number in the file.
 VARIABLE_TYPES: dict[int, str] = {
@@ -72,8 +74,10 @@ class File(_NotCopied):
         self._path = os.fspath(path)
         with os.fdopen(os.open(self._path, os.O_RDONLY)):  # with Python's own exceptions
             pass
-        self._native: _reader.File | None = _reader.File(os.fsencode(self._path))
-        self._nodes = [Node(self, *node) for node in self._native.nodes()]
+        self._native: _reader.File | None = None
+        with self._naming_damage():
+            self._native = _reader.File(os.fsencode(self._path))
+        self._nodes = [Node(self, *node) for node in self._open().nodes()]
         for node in self._nodes[1:]:
             self._nodes[node.parent_id - 1]._children.append(node)
 
@@ -96,6 +100,14 @@ class File(_NotCopied):
         if self._native is None:
             raise ValueError(f"the file {self._path!r} is closed")
         return self._native
+
+    @contextmanager
+    def _naming_damage(self) -> Iterator[None]:
+        try:
+            yield
+        except DamagedFile as damage:
+            damage.place = damage.place._replace(path=self._path)
+            raise
 
     @property
     def path(self) -> str:
@@ -256,7 +268,8 @@ class Node(_NotCopied):
     @property
     def sets(self) -> dict[str, npt.NDArray[np.uint32]]:
         """Of a node with sets, the pairs of each: shape (n, 2)."""
-        sets = self.file._open().node_sets(self.id)
+        with self.file._naming_damage():
+            sets = self.file._open().node_sets(self.id)
         return {name: np.array(members, np.uint32).reshape(-1, 2) for name, members in sets}
 
     def _entries(self) -> dict[tuple[str, str], Dataset]:
@@ -396,7 +409,8 @@ class Dataset(_NotCopied):
         Raises:
             DamagedFile: if they can't be read.
         """
-        return self.node.file._open().read(self.node.id, self._index)
+        with self.node.file._naming_damage():
+            return self.node.file._open().read(self.node.id, self._index)
 
     def __array__(self, dtype: npt.DTypeLike = None, copy: bool | None = None) -> npt.NDArray[Any]:
         if copy is False:

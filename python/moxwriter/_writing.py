@@ -325,7 +325,7 @@ def _require_whole(path: str) -> None:
     try:
         _reader.require_whole(os.fsencode(path))
     except _errors.DamagedFile as damage:
-        error = _errors.IncompleteFile(f"{path}: the saved file is not whole: {damage}; is the disk full?")
+        error = _errors.IncompleteFile(f"{path}: the saved file is not whole: {damage.text}; is the disk full?")
         raise error from damage
 
 
