@@ -8,12 +8,12 @@ from pathlib import Path
 
 import moxwriter
 import pytest
-from moxwriter import _cells, _meshes, _reading, _types, _writing
+from moxwriter import _cells, _meshes, _reading, _types, _writing, convert
 
 PACKAGE = Path(moxwriter.__file__).resolve().parent
 
 
-@pytest.mark.parametrize("module", [_cells, _meshes, _reading, _types, _writing])
+@pytest.mark.parametrize("module", [_cells, _meshes, _reading, _types, _writing, convert])
 def test_examples_in_the_documentation_work(module):
     found = doctest.testmod(module)
     assert found.attempted > 0 and found.failed == 0
