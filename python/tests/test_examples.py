@@ -23,3 +23,12 @@ def test_the_plate_is_saved_read_and_drawn(tmp_path):
     with moxwriter.open(tmp_path / "plate.mox") as file:
         assert file.steps == ["Load 1", "Load 2", "Load 3"]
         assert file["Assembly/Plate"]["Stress", "Load 3"].shape == (1728, 6)
+
+
+def test_the_first_program_of_the_page_prints_what_the_page_says(tmp_path):
+    page = (EXAMPLES.parents[1] / "docs" / "python.md").read_text(encoding="utf-8")
+    program = page.split("```python\n")[1].split("```")[0]
+    printed = page.split("$ python3 plate.py\n")[1].split("\n\n")[0]
+    done = subprocess.run([sys.executable, "-c", program], cwd=tmp_path, capture_output=True, text=True, check=False)
+    assert done.returncode == 0, done.stderr
+    assert done.stdout.splitlines() == [line.removeprefix("    ") for line in printed.splitlines()]
