@@ -27,6 +27,6 @@ __all__ = [
     "Error", "File", "FileOpenException", "FileWriteException", "IncompleteFile", "INVALID_ID",
     "InvalidArguments", "InvalidObjectState", "KeyNotFound", "MemoryAllocationException",
     "MiscelleneousException", "Model", "Node", "NodeType", "NotYetImplemented", "open", "OutOfBounds",
-    "OutOfMemory", "OverflowError", "Place", "PositionError", "PropertyType", "Step",
+    "OutOfMemory", "Place", "PositionError", "PropertyType", "Step",
     "TemplateSpecializationNotDefined", "UnderflowError", "WriterError",
 ]

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+import re
 import warnings
 from types import TracebackType
 from typing import Any, Iterable, Mapping, Sequence, Union
@@ -26,6 +27,8 @@ _DEFAULT_LIMIT = 209_715_200  # of a block, where nothing else is said
 _SMALLEST_BLOCK = 1 << 16
 _LARGEST_BLOCK = 1 << 30
 _LARGEST_CONTENT = 3_400_000_000  # that a block can be compressed from
+_SMALLEST_LIMIT = 8  # above the bytes of one number
+_LARGEST_LIMIT = 3_000_000_000
 _SIX = 6
 _NAMED_TYPES = {
     "Coordinates": DatasetType.COORDINATES,
@@ -113,7 +116,14 @@ class Model:
             MiscelleneousException: if the file can't be opened.
         """
         name, version = (source, "") if isinstance(source, str) else source or ("", "")
-        self._native.save_to(os.fsencode(path), overwrite, _bytes(name), _bytes(version), b"")
+        try:
+            self._native.save_to(os.fsencode(path), overwrite, _bytes(name), _bytes(version), b"")
+        except _errors.InvalidObjectState:
+            raise
+        except _errors.WriterError:
+            # The library is open now, without a file: whatever was added would be lost.
+            self._native.close()
+            raise
         self._path = os.fspath(path)
         self._limit = None
 
@@ -302,9 +312,10 @@ class Model:
     # The limit that the library takes when the first array is put.
     def _block_limit(self) -> int:
         if self._limit is None:
-            limit = self._block_size or _environment_limit() or _DEFAULT_LIMIT
-            if limit < _SIX:
-                raise ValueError("MOXWRITER_DEFAULT_BLOCK_SIZE is too small: files would lose numbers")
+            limit = self._block_size or environment_limit()
+            if not _SMALLEST_LIMIT <= limit <= _LARGEST_LIMIT:
+                raise ValueError(f"MOXWRITER_DEFAULT_BLOCK_SIZE means {limit}, with which files would lose numbers; "
+                                 f"it must be from {_SMALLEST_LIMIT} to {_LARGEST_LIMIT}")
             self._limit = limit
         return self._limit
 
@@ -314,9 +325,15 @@ class Model:
             raise ValueError(f"an array of {size} bytes is too large: divide it into arrays of {largest} at most")
 
 
-def _environment_limit() -> int | None:
-    text = os.environ.get("MOXWRITER_DEFAULT_BLOCK_SIZE", "").strip()
-    return int(text) if text.isdecimal() and int(text) in range(1, 2**32 - 1) else None
+def environment_limit() -> int:
+    """The size of a full block as the library takes it from its environment: digits, or 0 where there are none."""
+    text = os.environ.get("MOXWRITER_DEFAULT_BLOCK_SIZE")
+    found = re.match(r"[ \t\n\v\f\r]*([+-]?)([0-9]*)", text or "")
+    if text is None or found is None:
+        return _DEFAULT_LIMIT
+    number = int(found[2] or 0)
+    number = number if number >= 2**32 else (-number if found[1] == "-" else number) % 2**32
+    return _DEFAULT_LIMIT if number >= 2**32 - 1 else number
 
 
 def _require_whole(path: str) -> None:

@@ -147,10 +147,10 @@ def save_model(request: argparse.Namespace, terminal: Terminal) -> Summary:
     writer = MeshWriter(request.output, name=Path(request.input).stem, source=("moxwriter.convert", "1.0.0"),
                         attributes={"Source File": os.path.basename(request.input)})
     try:
-        terminal.progress(f"reading {request.input}")
+        terminal.progress(f"reading {request.shown}")
         if not (request.input.lower().endswith(_SERIES) and _save_series(request, writer, terminal)):
             if request.step:
-                raise Failure(f"{visible(request.input)}: --step needs a file with steps")
+                raise Failure(f"{visible(request.shown)}: --step needs a file with steps")
             _save_mesh(request, writer, terminal)
         terminal.progress(f"completing {request.output}")
     except BaseException:
@@ -160,7 +160,7 @@ def save_model(request: argparse.Namespace, terminal: Terminal) -> Summary:
 
 
 def _cant_read(request: argparse.Namespace) -> str:
-    return f"{visible(request.input)}: can't be read"
+    return f"{visible(request.shown)}: can't be read"
 
 
 def _save_mesh(request: argparse.Namespace, writer: MeshWriter, terminal: Terminal) -> None:
@@ -174,7 +174,7 @@ def _save_mesh(request: argparse.Namespace, writer: MeshWriter, terminal: Termin
         write_mesh(writer, mesh)
         writer.write_data(mesh.point_data, mesh.cell_data)
     except ValueError as error:
-        raise Failure(f"{visible(request.input)}: {error}") from None
+        raise Failure(f"{visible(request.shown)}: {error}") from None
 
 
 def _save_series(request: argparse.Namespace, writer: MeshWriter, terminal: Terminal) -> bool:
@@ -203,7 +203,7 @@ def _save_series(request: argparse.Namespace, writer: MeshWriter, terminal: Term
 def write_other(request: argparse.Namespace, terminal: Terminal) -> Summary:
     from .meshio import open_reader
 
-    terminal.progress(f"reading {request.input}")
+    terminal.progress(f"reading {request.shown}")
     reader = open_reader(request.input)
     try:
         places = chosen(reader.steps, request.step)
@@ -351,9 +351,10 @@ def convert(request: argparse.Namespace, terminal: Terminal) -> Summary:
         from . import meshio as _  # noqa: F401 - registers the format
     except ImportError as missing:
         raise Failure(f"the Python module {missing.name} is missing (Debian: python3-meshio)") from None
+    request.shown = request.input
     request.input = os.path.abspath(request.input)
     if not os.path.isfile(request.input):
-        raise Failure(f"{visible(request.input)}: is "
+        raise Failure(f"{visible(request.shown)}: is "
                       + ("a folder" if os.path.isdir(request.input) else "not there"))
     if os.path.lexists(request.output) and not request.overwrite:
         raise Failure(f"{visible(request.output)}: exists; use --overwrite to replace it")

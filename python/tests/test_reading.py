@@ -229,3 +229,34 @@ def test_a_file_that_is_replaced_while_it_is_open_is_no_crash(beam, tmp_path):
             file["Assembly/Beam"]["Coordinates"].read()
         except moxwriter.Error:
             pass
+
+
+def read_all(path):
+    with moxwriter.open(path) as file:
+        file.times()
+        file._repr_html_()
+        for node in file:
+            str((node.attributes, node.material, node.transform, repr(node)))
+            if node.kind == "NodeSets":
+                str(node.sets)
+            for dataset in node.datasets:
+                dataset.read()
+                repr(dataset.holder)
+
+
+@pytest.mark.skipif(not GOLDEN.is_dir(), reason="the golden files are not here")
+@pytest.mark.parametrize("name", ["attributes.mox", "links.mox", "node-sets.mox"])
+def test_no_damage_ends_in_anything_but_an_exception_of_the_family(tmp_path, name):
+    rng = np.random.default_rng(0)
+    whole = (GOLDEN / name).read_bytes()
+    damaged = 0
+    for _ in range(150):
+        data = bytearray(whole)
+        data[rng.integers(len(data))] ^= 1 << rng.integers(8)
+        (tmp_path / "damaged").write_bytes(data[:rng.integers(1, len(data))] if rng.random() < 0.2 else data)
+        try:
+            read_all(tmp_path / "damaged")
+        except moxwriter.DamagedFile as damage:
+            assert damage.code and damage.text and damage.place.path
+            damaged += 1
+    assert damaged > 30

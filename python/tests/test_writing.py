@@ -269,6 +269,37 @@ def test_arrays_that_fill_blocks_of_their_own_lose_nothing(saved, monkeypatch, o
     assert checked.returncode == 0, checked.stdout
 
 
+@pytest.mark.parametrize("text, limit", [
+    (None, 209_715_200), ("1000", 1000), (" +7x", 7), ("", 0), ("x", 0), ("0", 0), ("-1", 209_715_200),
+    ("-4294967295", 1), ("4294967295", 209_715_200), ("99999999999", 209_715_200),
+])
+def test_the_environment_means_what_it_means_to_the_library(monkeypatch, text, limit):
+    monkeypatch.delenv("MOXWRITER_DEFAULT_BLOCK_SIZE", raising=False)
+    if text is not None:
+        monkeypatch.setenv("MOXWRITER_DEFAULT_BLOCK_SIZE", text)
+    assert moxwriter._writing.environment_limit() == limit
+
+
+@pytest.mark.parametrize("text", ["0", "", "4000000000"])
+def test_block_sizes_that_lose_numbers_are_refused(saved, triangle, monkeypatch, text):
+    monkeypatch.setenv("MOXWRITER_DEFAULT_BLOCK_SIZE", text)
+    with Model(saved) as model:
+        part = add_part(model)
+        with pytest.raises(ValueError, match="would lose numbers"):
+            model.add_array(part, "Coordinates", triangle)
+
+
+def test_a_model_that_could_not_be_opened_is_empty_again(tmp_path):
+    (tmp_path / "there").touch()
+    model = Model()
+    with pytest.raises(moxwriter.FileOpenException):
+        model.save_to(tmp_path / "there")
+    with pytest.raises(moxwriter.InvalidObjectState, match="File not open."):
+        model.add_group("lost")
+    model.save_to(tmp_path / "new")
+    model.close()
+
+
 def test_a_block_size_is_that_of_its_model_alone(tmp_path):
     save_large(tmp_path / "small", 8, 1 << 14, block_size=1 << 17)
     save_large(tmp_path / "default", 8, 1 << 14)
