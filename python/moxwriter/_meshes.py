@@ -2,9 +2,10 @@
 
 from __future__ import annotations
 
+import errno
 import math
 import os
-import tempfile
+import secrets
 from dataclasses import dataclass, field
 from typing import Any, Mapping, Sequence
 
@@ -88,12 +89,11 @@ class MeshWriter:
         self._blocks: list[int] = []  # places in the mesh of those that the model has
         self._geometries: list[int] = []
         self._given_blocks = 0
-        handle, self._temporary = tempfile.mkstemp(".mox", f".{os.path.basename(self.path)}.",
-                                                   os.path.dirname(self.path) or ".")
-        os.close(handle)
-        umask = os.umask(0)
-        os.umask(umask)
-        os.chmod(self._temporary, 0o666 & ~umask)
+        if os.path.exists(self.path) and not os.path.isfile(self.path):
+            raise OSError(errno.EINVAL, "is no regular file", os.fspath(path))
+        folder, base = os.path.split(self.path)
+        self._temporary = os.path.join(folder, f".{base}.{secrets.token_hex(6)}")
+        os.close(os.open(self._temporary, os.O_CREAT | os.O_EXCL | os.O_WRONLY, 0o666))
         try:
             self._model = Model(self._temporary, overwrite=True, source=source)
         except BaseException:

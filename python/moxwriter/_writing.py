@@ -287,7 +287,8 @@ class Model:
                 and other Python numbers always are.
             type: What the numbers are. It can be left out for "Coordinates", "Displacement", "Node Ids" and
                 "Element IDs".
-            step: A `Step`, the name of one, several of them, or None for numbers that belong to no step.
+            step: A `Step`, the name of one, several of them, or None for numbers that belong to no step. Of several
+                steps, only the attributes of the first reach the file.
             attributes: Describe the dataset; where a step has the same key, these win.
             convert: Whether float64 is rounded to float32 (beyond its range to infinity) and integers become uint32.
 

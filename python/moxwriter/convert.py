@@ -12,6 +12,7 @@ import contextlib
 import io
 import os
 import shutil
+import signal
 import sys
 import tempfile
 from pathlib import Path
@@ -32,6 +33,14 @@ _SERIES = (".xdmf", ".xmf")
 
 class Failure(Exception):
     """What ends a conversion: one line for the user."""
+
+
+class Ended(BaseException):
+    """A signal ends the conversion; whatever is half done is removed on the way out."""
+
+    def __init__(self, number: int) -> None:
+        super().__init__()
+        self.number = number
 
 
 class Terminal:
@@ -107,7 +116,10 @@ def heard(work: Callable[[], Any], what: str, summary: Summary) -> Any:
     except ModuleNotFoundError as missing:
         raise Failure(f"{what}: the Python module {missing.name} is missing") from None
     except Exception as error:  # noqa: BLE001 - readers fail with whatever they meet
-        raise Failure(f"{what}: {_words(str(error)) or type(error).__name__}") from None
+        reason = _words(str(error))
+        if not reason or type(error).__name__ not in ("ReadError", "WriteError"):
+            reason = f"meshio fails with {type(error).__name__}" + (f", {reason}" if reason else "")
+        raise Failure(f"{what}: {reason}") from None
     for warning in printed.getvalue().split("Warning:")[1:]:
         summary.note(f"meshio: {_words(warning)}")
     return result
@@ -356,6 +368,8 @@ def convert(request: argparse.Namespace, terminal: Terminal) -> Summary:
     if not os.path.isfile(request.input):
         raise Failure(f"{visible(request.shown)}: is "
                       + ("a folder" if os.path.isdir(request.input) else "not there"))
+    if os.path.exists(request.output) and not os.path.isfile(request.output):
+        raise Failure(f"{visible(request.output)}: is no regular file")
     if os.path.lexists(request.output) and not request.overwrite:
         raise Failure(f"{visible(request.output)}: exists; use --overwrite to replace it")
     known = list(meshio._helpers.reader_map)
@@ -375,9 +389,9 @@ def main(arguments: Sequence[str] | None = None) -> int:
     output = request.output
     try:
         summary = convert(request, terminal)
-    except KeyboardInterrupt:
+    except Ended as end:
         terminal.clear()
-        return 130
+        return 128 + end.number
     except (Failure, Error, OSError, MemoryError, RuntimeError, ValueError) as failure:
         terminal.clear()
         print(f"{PROGRAM}: {_reason(failure)}", file=sys.stderr)
@@ -393,5 +407,11 @@ def _reason(failure: BaseException) -> str:
     return _words(str(failure)) or type(failure).__name__
 
 
+def _end(number: int, frame: object) -> None:
+    raise Ended(number)
+
+
 if __name__ == "__main__":
+    for ending in (signal.SIGINT, signal.SIGTERM):
+        signal.signal(ending, _end)
     sys.exit(main())

@@ -1,8 +1,10 @@
 import contextlib
 import io
 import os
+import signal
 import subprocess
 import sys
+import time
 from pathlib import Path
 from types import SimpleNamespace
 
@@ -83,6 +85,11 @@ def test_what_the_other_format_leaves_out_is_listed(tmp_path, plate):
     assert "not taken: point data: 2 (T, fixed)\nnot taken: cell data: 1 (s)\n" in done.stderr
 
 
+def test_cells_that_the_other_format_leaves_out_are_counted(tmp_path, series):
+    done = convert("series.mox", "a.xml", folder=tmp_path)
+    assert done.returncode == 0 and "note: 3 of 5 cells are not in the output\n" in done.stderr
+
+
 def test_rounded_numbers_are_counted(tmp_path, plate):
     plate.point_data["T"] = np.full(9, 0.1)
     meshio.write(tmp_path / "plate.vtu", plate)
@@ -130,13 +137,15 @@ def test_formats_without_steps_take_the_last_and_list_the_others(tmp_path, serie
     (["--from", "odd", "text.inp", "a.mox"], "there is no format 'odd'; meshio knows abaqus"),
     (["series.mox", "series.stl", "--step", "9"], "--step 9: there is no such step; there are 4"),
     (["series.mox", "series.e"], "series.e: "), (["series.mox", "text.inp"], "exists; use --overwrite"),
-    (["series.mox", "nowhere/a.vtu"], "nowhere"), (["--step", "1", "plate.vtu", "a.mox"], "--step needs"),
+    (["series.mox", "nowhere/a.vtu"], "nowhere"),
+    (["vertices.mox", "a.inp"], "can't be written: meshio fails with KeyError, 'vertex'"), (["--step", "1", "plate.vtu", "a.mox"], "--step needs"),
 ])
 def test_failures_are_one_line_and_leave_nothing(tmp_path, series, plate, arguments, reason):
     (tmp_path / "folder").mkdir()
     for name in ("text.inp", "text.odd", "text.mox"):
         (tmp_path / name).write_text("*NODE\n1, a, b, c\n" * 900)
     meshio.write(tmp_path / "plate.vtu", plate)
+    meshio.write(tmp_path / "vertices.mox", meshio.Mesh(plate.points, [("vertex", np.array([[0]]))]))
     if arguments[-1] == "series.e":
         try:
             import netCDF4  # noqa: F401
@@ -150,6 +159,26 @@ def test_failures_are_one_line_and_leave_nothing(tmp_path, series, plate, argume
     assert done.stderr.startswith("moxwriter.convert: ") and done.stderr.count("\n") == 1, done.stderr
     assert reason in done.stderr
     assert sorted(tmp_path.iterdir()) == before
+
+
+def test_a_signal_leaves_nothing(tmp_path):
+    big = meshio.Mesh(np.random.default_rng(0).random((1000000, 3)), [("vertex", np.arange(1000000)[:, None])])
+    meshio.write(tmp_path / "big.vtk", big)
+    command = subprocess.Popen([sys.executable, "-m", "moxwriter.convert", "big.vtk", "big.mox"], cwd=tmp_path,
+                               stderr=subprocess.DEVNULL)
+    deadline = time.monotonic() + 60
+    while len(list(tmp_path.iterdir())) < 2 and time.monotonic() < deadline:
+        time.sleep(0.01)
+    command.send_signal(signal.SIGTERM)
+    assert command.wait(timeout=60) == 128 + signal.SIGTERM
+    assert [file.name for file in tmp_path.iterdir()] == ["big.vtk"]
+
+
+def test_devices_are_not_replaced(tmp_path, plate, series):
+    meshio.write(tmp_path / "plate.inp", plate)
+    for arguments in (("--to", "mox", "plate.inp"), ("--to", "vtk", "series.mox")):
+        done = convert("--overwrite", *arguments, os.devnull, folder=tmp_path)
+        assert done.returncode == 1 and done.stderr == f"moxwriter.convert: {os.devnull}: is no regular file\n"
 
 
 def test_outputs_are_replaced_when_asked(tmp_path, series):
