@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import html
+import operator
 import os
 from contextlib import contextmanager
 from types import TracebackType
@@ -157,10 +158,11 @@ class File(_NotCopied):
         return result
 
     def __getitem__(self, path: str | int) -> Node:
-        if isinstance(path, int):
-            if not 1 <= path <= len(self._nodes):
-                raise KeyError(f"there is no node {path}: ids run from 1 to {len(self._nodes)}")
-            return self._nodes[path - 1]
+        if not isinstance(path, str):
+            number = operator.index(path)
+            if not 1 <= number <= len(self._nodes):
+                raise KeyError(f"there is no node {number}: ids run from 1 to {len(self._nodes)}")
+            return self._nodes[number - 1]
         names = _split(path)
         if not names or names[0] != self.root.name:
             raise KeyError(f"the path {path!r} does not begin with the root {self.root.name!r}")

@@ -109,9 +109,9 @@ void addAnyArray(SavedModel& model, const std::optional<std::string>& name, int 
     const bool isTable = array.ndim() == 2 && (array.flags() & py::array::c_style) != 0;
     const ArrayCall call{name, static_cast<DatasetType>(type), Array1d<unsigned int>(ids), toSteps(steps),
                          toAttributes(attributes)};
-    if (isTable && array.dtype().is(py::dtype::of<float>())) {
+    if (isTable && array.dtype().equal(py::dtype::of<float>())) {
         addArray<float>(model, call, array);
-    } else if (isTable && array.dtype().is(py::dtype::of<unsigned int>())) {
+    } else if (isTable && array.dtype().equal(py::dtype::of<unsigned int>())) {
         addArray<unsigned int>(model, call, array);
     } else {
         throw py::type_error("the array must be a C-contiguous table of float32 or uint32");

@@ -13,6 +13,7 @@ trap 'rm -rf "$work"' EXIT
 cd "$work"
 PYTHONPATH=$work/prefix/$folder PYTHONDONTWRITEBYTECODE=1 "$python" - "$work/prefix" << 'END'
 import sys
+from importlib.metadata import version
 from pathlib import Path
 
 import moxwriter
@@ -20,6 +21,7 @@ import moxwriter
 prefix = Path(sys.argv[1])
 assert Path(moxwriter.__file__).is_relative_to(prefix), moxwriter.__file__
 assert (Path(moxwriter.__file__).parent / "py.typed").exists()
+assert version("moxwriter") == moxwriter.__version__
 if list(prefix.rglob("libmoxwriter-deflate.so*")):
     assert moxwriter.compressor("deflate") == "deflate"
 with moxwriter.Model("bar.mox") as model:

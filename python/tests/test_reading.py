@@ -35,7 +35,7 @@ def test_datasets_are_found_by_path_name_and_step(beam, triangle):
     with moxwriter.open(beam) as file:
         node = file["Assembly/Beam"]
         assert (node.id, node.kind, node.path, node.parent.name) == (2, "Shape", "Assembly/Beam", "Assembly")
-        assert node.geometry is file["/Assembly/Beam/Beam"] is file[3]
+        assert node.geometry is file["/Assembly/Beam/Beam"] is file[np.int64(3)]
         dataset = node["Displacement", "Load 2"]
         assert (dataset.shape, dataset.dtype, dataset.type) == ((3, 3), np.float32, "NodeVector")
         assert dataset.attributes == {"Time": np.float32(0.25), "Time (exact)": "0.25"}

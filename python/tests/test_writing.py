@@ -73,6 +73,7 @@ def test_several_nodes_and_steps_share_one_array(saved, triangle):
     (lambda a: a, "as it is"), (lambda a: np.asfortranarray(a), "in the order of Fortran"),
     (lambda a: np.repeat(a, 2, axis=0)[::2], "with gaps"), (lambda a: a.astype(">f4"), "big-endian"),
     (lambda a: a[::-1].copy()[::-1], "backwards"), (lambda a: a.astype(np.float16), "half as long"),
+    (lambda a: a.astype(np.dtype(np.float32, metadata={"unit": "mm"})), "of a type with more to it"),
     (lambda a: a.tolist(), "a list"), (lambda a: a.astype(np.int16).astype(np.uint8), "of bytes"),
 ])
 def test_arrays_of_any_layout_arrive_whole(saved, triangle, make, numbers):
