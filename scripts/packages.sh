@@ -7,6 +7,9 @@ MOXWRITER_TOOL_PACKAGES="libcli11-dev libfmt-dev nlohmann-json3-dev"
 MOXWRITER_IMPORT_PACKAGES="libexodusii-dev libcgns-dev libhdf5-dev libgmsh-dev"
 # For the faster compressor; without it there is zlib alone.
 MOXWRITER_DEFLATE_PACKAGES="libdeflate-dev"
+# For the Python package and its tests; without pybind11 and NumPy it is not built.
+MOXWRITER_PYTHON_PACKAGES="python3-dev pybind11-dev python3-numpy python3-pytest python3-matplotlib python3-meshio python3-h5py
+mypy"
 MOXWRITER_TEST_PACKAGES="python3 libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format clang-tidy
 libbenchmark-dev zsh fish"
 

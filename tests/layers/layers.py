@@ -102,6 +102,17 @@ def foreign_includes(folders, prefix):
             for include in includes(file) if include.startswith(prefix)]
 
 
+def private_includes(project):
+    """A line for each include of the Python package that an application could not have.
+
+    It sets back what the library keeps from one model to the next, and that is no part of the interface.
+    """
+    public = {file.relative_to(project / "include").as_posix() for file in sources(project / "include")}
+    allowed = public | {"Qel/Tnf/Block.h"}
+    return [f"{file}: {include}" for file in sources(project / "python") for include in includes(file)
+            if include.startswith("Qel/") and include not in allowed]
+
+
 def violations(project):
     """A line for each include in the project that leads where it must not."""
     project = Path(project)
@@ -110,4 +121,5 @@ def violations(project):
     return (Tree(writer, WRITER).violations()
             + foreign_includes(writer, "MoxReader/")
             + foreign_includes([project / "reader"], "Qel/")
+            + private_includes(project)
             + Tree([tool], tool_rules(tool)).violations())

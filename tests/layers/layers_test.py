@@ -70,6 +70,13 @@ class FindingTest(unittest.TestCase):
     def test_the_reader_must_not_include_the_writer(self):
         self.assert_found("reader/src/MoxReader/Node.cpp", "<Qel/Mox2/Step.h>", "Qel/Mox2/Step.h")
 
+    def test_the_python_package_must_not_include_the_inside_of_the_library(self):
+        self.assert_found("python/src/writer.cpp", "<Qel/Mox/Tree.h>", "Qel/Mox/Tree.h")
+
+    def test_the_python_package_may_include_what_is_installed(self):
+        self.file("include/Qel/Mox2/Model.h")
+        self.assert_allowed("python/src/writer.cpp", "<Qel/Mox2/Model.h>")
+
     def test_a_command_must_not_include_another(self):
         self.file("tools/mox/import/ImportRequest.h")
         self.assert_found("tools/mox/export/ExportCommand.cpp", '"../import/ImportRequest.h"',
