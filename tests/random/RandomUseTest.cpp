@@ -4,16 +4,20 @@
 
 #include "random/Support/Generator.h"
 #include "random/Support/Session.h"
+#include "random/Support/outcomes.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <initializer_list>
+#include <set>
 #include <string>
 
 namespace {
 
 using RandomUse::Generator;
 using RandomUse::Kind;
+using RandomUse::Outcome;
 using RandomUse::Sequence;
 using RandomUse::Session;
 
@@ -44,7 +48,64 @@ void playSequences(Kind kind) {
     }
 }
 
+std::string textOf(const Outcome& outcome) {
+    return outcome.exception + " \"" + outcome.text + "\" from " + outcome.function;
+}
+
+std::set<std::string> failuresAmong(unsigned sequenceCount) {
+    std::set<std::string> failures;
+    for (const Kind kind : {Kind::Nodes, Kind::Data, Kind::Arrays, Kind::Everything}) {
+        for (unsigned seed = 1; seed <= sequenceCount; ++seed) {
+            RandomUse::PlainWorld world("", RandomUse::ModelCount);
+            for (const RandomUse::Call& call : Generator(seed, kind).sequence()) {
+                failures.insert(textOf(world.play(call)));
+            }
+        }
+    }
+    return failures;
+}
+
 } // namespace
+
+// What no sequence meets, no sequence tests.
+TEST(RandomUse, SequencesMeetEveryFailureOfACall) {
+    using namespace RandomUse;
+    const std::set<std::string> met = failuresAmong(300);
+    for (const Outcome& failure : {fileNotOpen(),
+                                   notInitialized(),
+                                   notEmpty(),
+                                   fileExists(),
+                                   unableToOpen(""),
+                                   unableToOpen("."),
+                                   unableToOpen("missing/file.mox"),
+                                   savingTheBufferFailed(),
+                                   invalidRootType(),
+                                   invalidNodeType(),
+                                   currentNodeUnknown(),
+                                   outOfBounds("NodeData"),
+                                   outOfBounds("CurrentNodeId"),
+                                   invalidStringPosition(),
+                                   invalidProperties(),
+                                   invalidPropertyType(),
+                                   valueOfAnotherType(),
+                                   invalidArraySize("Group", "SetTranslation"),
+                                   invalidArraySize("Group", "SetRotation"),
+                                   invalidArraySize("Group", "SetScale"),
+                                   invalidArraySize("Material", "SetDiffuseColor"),
+                                   invalidArraySize("Material", "SetSpecularColor"),
+                                   invalidArraySize("Material", "SetEmissiveColor"),
+                                   invalidArraySize("Material", "SetAmbientColor"),
+                                   attributeRefused(),
+                                   relativePath(),
+                                   otherRoot(),
+                                   noName(),
+                                   noWidth(),
+                                   negativeCount(),
+                                   otherWidth(),
+                                   noMemory()}) {
+        EXPECT_TRUE(met.count(textOf(failure)) == 1) << textOf(failure);
+    }
+}
 
 TEST(RandomUse, NodesAndPathsAreWhatThePlainModelHas) {
     playSequences(Kind::Nodes);

@@ -67,6 +67,7 @@ const Item& Generator::anyOf(const std::vector<Item>& items) {
 
 Sequence Generator::sequence() {
     Sequence calls;
+    isFocused_ = oneIn(4);
     const unsigned count = 4 + below(below(4) == 0 ? 60 : 24);
     while (calls.size() < count) {
         calls.push_back(next());
@@ -302,7 +303,10 @@ unsigned int Generator::geometryId() {
             geometries.push_back(id);
         }
     }
-    return geometries.empty() ? nodeId() : anyOf(geometries);
+    if (geometries.empty()) {
+        return nodeId();
+    }
+    return isFocused_ ? geometries.front() : anyOf(geometries);
 }
 
 Action Generator::addNode() {
@@ -362,8 +366,10 @@ std::vector<float> Generator::numbers() {
 
 std::string Generator::text() {
     static const std::vector<unsigned> lengths = {0, 1, 254, 255, 256, 257, 600};
+    static const std::vector<std::string> vibrations = {"Vibration", "Vibration", "vibration", "Vibration ",
+                                                        "Vibratio"};
     if (oneIn(3)) {
-        return "Vibration";
+        return anyOf(vibrations);
     }
     return oneIn(4) ? std::string(anyOf(lengths), 'y') : name();
 }

@@ -63,6 +63,7 @@ private:
     PlainWorld world_;
     const PlainTree* tree_ = nullptr; // Of the model of the call; null if that is Empty.
     unsigned arrays_ = 0;
+    bool isFocused_ = false; // On one geometry, which then has many datasets.
 };
 
 } // namespace RandomUse
