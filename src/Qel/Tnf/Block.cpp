@@ -4,14 +4,25 @@
 #include <Qel/Tnf/BlockSizeVariable.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <utility>
 
 namespace QelTnf {
 
 std::uint32_t defaultBlockSize = 10'485'760;
+
+namespace {
+
+// All models of the process share the step, also those that are saved on several threads at once.
+std::atomic_ref<std::uint32_t> growthStep() {
+    return std::atomic_ref<std::uint32_t>(defaultBlockSize);
+}
+
+} // namespace
 
 void Block::Put(const void* const& source, const unsigned int& count) {
     TakeEnvironment();
@@ -19,7 +30,9 @@ void Block::Put(const void* const& source, const unsigned int& count) {
 }
 
 void Block::TakeEnvironment() {
-    defaultBlockSize = blockSizeVariable().value_or(defaultBlockSize);
+    if (const std::optional<std::uint32_t> size = blockSizeVariable()) {
+        growthStep().store(*size, std::memory_order_relaxed);
+    }
 }
 
 void Block::Append(std::string_view text) {
@@ -33,7 +46,7 @@ void Block::Append(std::string_view text) {
 void Block::MakeRoomFor(std::uint32_t count) {
     RestoreReleasedBuffer();
     if (!HasRoomFor(count)) {
-        AllocateAdditionalMemory(std::max(count, defaultBlockSize));
+        AllocateAdditionalMemory(std::max(count, growthStep().load(std::memory_order_relaxed)));
     }
 }
 
