@@ -89,7 +89,7 @@ bool ViewPage::putBlock(const std::string& name, std::string_view bytes) {
         return false;
     }
     contents_.bytes += text.size();
-    *out_ << "<script type=\"application/octet-stream;base64\" id=\"" << name << "\">" << text
+    *out_ << "<script type=\"application/octet-stream;base64\" id=\"block-" << name << "\">" << text
           << "</script>\n";
     return true;
 }

@@ -73,7 +73,7 @@ export class App {
         if (this.state.camera.length > 0) {
             this.scene.setCameraNumbers(this.state.camera);
         } else {
-            this.scene.fit();
+            this.fitBesideLegend();
         }
         this.scene.controls.addEventListener("end", () => this.keepCamera());
         byId("message").textContent = "";
@@ -651,7 +651,12 @@ export class App {
             wanted.set(-wanted.x, from === "z" ? wanted.y : -wanted.y, -wanted.z);
         }
         this.scene.look(wanted);
-        this.scene.fit();
+        this.fitBesideLegend();
+    }
+
+    private fitBesideLegend(): void {
+        const legend = byId("legend");
+        this.scene.fit(this.legend === null ? 0 : legend.offsetWidth + 16);
     }
 
     private connect(): void {
@@ -794,7 +799,7 @@ export class App {
     }
 
     private fit(): void {
-        this.scene.fit();
+        this.fitBesideLegend();
         this.keepCamera();
     }
 

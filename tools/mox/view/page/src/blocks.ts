@@ -3,7 +3,7 @@ export class Blocks {
     constructor(private readonly served: boolean) {}
 
     has(name: string): boolean {
-        return this.served || document.getElementById(name) !== null;
+        return this.served || document.getElementById(`block-${name}`) !== null;
     }
 
     async load(name: string): Promise<ArrayBuffer> {
@@ -20,7 +20,7 @@ export class Blocks {
 }
 
 function inPage(name: string): Uint8Array<ArrayBuffer> {
-    const text = document.getElementById(name)?.textContent;
+    const text = document.getElementById(`block-${name}`)?.textContent;
     if (text === undefined) {
         throw new Error(`the page has no block ${name}`);
     }

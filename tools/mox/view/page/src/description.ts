@@ -82,11 +82,12 @@ export function stepLabel(step: Step): string {
     if (step.mode !== null) {
         marks.push(`mode ${step.mode}`);
     }
-    if (step.time !== null) {
-        marks.push(`time ${step.time}`);
-    }
+    const short = (number: number): number => Number(number.toPrecision(7));
     if (step.frequency !== null) {
-        marks.push(`frequency ${step.frequency}`);
+        marks.push(`frequency ${short(step.frequency)}`);
+    }
+    if (step.time !== null && step.time !== step.frequency) {
+        marks.push(`time ${short(step.time)}`);
     }
     return marks.length === 0 ? step.name : `${step.name} (${marks.join(", ")})`;
 }

@@ -73,10 +73,11 @@ export class Scene {
             uWindow: { value: new THREE.Vector2(1, 1) },
             uCut: { value: new THREE.Vector4(1, 0, 0, 0) },
             uIsCut: { value: false },
+            uOpacity: { value: 1 },
         };
         this.addFilled();
-        this.edges = this.addLines(mesh.edges, this.edgeColour, this.factor);
-        this.outline = this.addLines(mesh.outline, this.outlineColour, { value: 0 });
+        this.edges = this.addLines(mesh.edges, this.edgeColour, this.factor, 0.45);
+        this.outline = this.addLines(mesh.outline, this.outlineColour, { value: 0 }, 1);
         this.camera.up.set(0, 0, 1);
         this.controls = new OrbitControls(this.camera, canvas);
         this.controls.zoomToCursor = true;
@@ -249,8 +250,11 @@ export class Scene {
         this.invalidate();
     }
 
-    /** Brings all that is shown into the window, from the present direction. */
-    fit(): void {
+    /**
+     * Brings all that is shown into the window, from the present direction.
+     * @param reserved Pixels at the right that something else covers.
+     */
+    fit(reserved = 0): void {
         this.camera.updateMatrixWorld();
         const box = this.seenBox();
         if (box.isEmpty()) {
@@ -259,7 +263,9 @@ export class Scene {
         const centre = box.getCenter(new THREE.Vector3());
         const size = box.getSize(new THREE.Vector3());
         const { width, height } = this.size();
-        const half = Math.max(size.y / 2, ((size.x / 2) * height) / width, this.radius * 1e-3) * 1.12;
+        const free = Math.max(width - reserved, width / 3);
+        const half = Math.max(size.y / 2, ((size.x / 2) * height) / free, this.radius * 1e-3) * 1.12;
+        centre.x += ((width - free) / height) * half;
         const offset = this.camera.position.clone().sub(this.controls.target);
         this.controls.target.copy(centre.applyMatrix4(this.camera.matrixWorld));
         this.camera.position.copy(this.controls.target).add(offset);
@@ -390,7 +396,12 @@ export class Scene {
         add(this.picking, Shaders.PickFragment);
     }
 
-    private addLines(figures: Figures, colour: THREE.IUniform, factor: THREE.IUniform): THREE.Object3D {
+    private addLines(
+        figures: Figures,
+        colour: THREE.IUniform,
+        factor: THREE.IUniform,
+        opacity: number,
+    ): THREE.Object3D {
         const material = new THREE.RawShaderMaterial({
             glslVersion: THREE.GLSL3,
             vertexShader: Shaders.FigureVertex,
@@ -404,7 +415,9 @@ export class Scene {
                 uHasResult: { value: false },
                 uIsLit: { value: false },
                 uPicked: { value: NoElement },
+                uOpacity: { value: opacity },
             },
+            transparent: true,
         });
         const lines = new THREE.LineSegments(cornersOf(figures), material);
         lines.frustumCulled = false;

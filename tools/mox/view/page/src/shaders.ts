@@ -106,6 +106,7 @@ uniform bool uHasResult;
 uniform vec3 uPlain;
 uniform bool uIsLit;
 uniform uint uPicked;
+uniform float uOpacity;
 out vec4 colour;
 void main() {
     cut();
@@ -121,7 +122,7 @@ void main() {
         vec3 normal = normalize(cross(dFdx(vView), dFdy(vView)));
         base *= mix(uHasResult ? 0.8 : 0.55, 1.0, abs(normal.z));
     }
-    colour = vec4(base, 1.0);
+    colour = vec4(base, uOpacity);
 }`;
 
 /** The number of a figure, from 1, as a colour. */

@@ -26,6 +26,8 @@ test("a step is shown with what is known of it", () => {
     const step = { name: "Mode 1", time: null, mode: 1, frequency: 84.5, vibration: true };
     assert.equal(stepLabel(step), "Mode 1 (mode 1, frequency 84.5)");
     assert.equal(stepLabel({ ...step, mode: null, frequency: null }), "Mode 1");
+    assert.equal(stepLabel({ ...step, mode: null, time: 84.5 }), "Mode 1 (frequency 84.5)");
+    assert.equal(stepLabel({ ...step, mode: null, frequency: null, time: 0.100000001490116 }), "Mode 1 (time 0.1)");
 });
 
 test("a legend of one number has one tick, in the middle", () => {
