@@ -68,14 +68,13 @@ export class App {
         this.connect();
         this.applyTheme();
         this.scene.setHidden([...this.hidden]);
-        this.look(this.isFlat() ? "z" : "iso");
         await this.refresh();
+        this.look(this.isFlat() ? "z" : "iso");
         if (this.state.camera.length > 0) {
             this.scene.setCameraNumbers(this.state.camera);
-        } else {
-            this.fitBesideLegend();
         }
         this.scene.controls.addEventListener("end", () => this.keepCamera());
+        this.scene.begin();
         byId("message").textContent = "";
         Object.assign(window, { moxView: this });
     }

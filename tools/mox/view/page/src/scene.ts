@@ -6,6 +6,8 @@ import { type Figures, type Mesh, elementsOf } from "./mesh.ts";
 import * as Shaders from "./shaders.ts";
 
 const NoElement = 0xffffffff;
+/** The state of a hidden element, which shaders see as 1. */
+const Hidden = 255;
 const LineWidth = 3;
 const PointSize = 8;
 /** The pixels on a side of the square in which the pointer finds something; odd. */
@@ -45,6 +47,7 @@ export class Scene {
     private readonly edgeColour = { value: new THREE.Vector3() };
     private readonly radius: number;
     private isAsked = false;
+    private isReady = false;
 
     constructor(canvas: HTMLCanvasElement, private readonly mesh: Mesh, private readonly description: Description) {
         this.renderer = new THREE.WebGLRenderer({ canvas, antialias: true });
@@ -124,7 +127,7 @@ export class Scene {
         const states = data(this.states);
         states.fill(0);
         for (const part of parts.filter((place) => place < this.description.parts.length)) {
-            states.fill(1, ...elementsOf(this.description, part));
+            states.fill(Hidden, ...elementsOf(this.description, part));
         }
         this.states.needsUpdate = true;
         this.invalidate();
@@ -275,9 +278,15 @@ export class Scene {
         this.invalidate();
     }
 
+    /** Lets the first picture be drawn, when all that belongs to it is there. */
+    begin(): void {
+        this.isReady = true;
+        this.invalidate();
+    }
+
     /** Draws in the next frame. */
     invalidate(): void {
-        if (!this.isAsked) {
+        if (this.isReady && !this.isAsked) {
             this.isAsked = true;
             requestAnimationFrame(() => {
                 this.isAsked = false;
@@ -314,22 +323,21 @@ export class Scene {
     }
 
     private seenBox(): THREE.Box3 {
-        const box = new THREE.Box3();
         const states = data(this.states);
-        const point = new THREE.Vector3();
-        const moves = data(this.moves);
+        const isSeen = new Uint8Array(this.mesh.nodeIds.length);
         for (const figures of [this.mesh.triangles, this.mesh.lines, this.mesh.points]) {
             for (let i = 0; i < figures.nodes.length; ++i) {
-                if (states[figures.elements[Math.floor(i / figures.corners)]] === 0) {
-                    const node = figures.nodes[i];
-                    const along = (axis: number): number =>
-                        this.places[node * 3 + axis] + this.factor.value * moves[node * 4 + axis];
-                    box.expandByPoint(
-                        point.set(along(0), along(1), along(2)).applyMatrix4(this.camera.matrixWorldInverse),
-                    );
+                if (states[figures.elements[Math.floor(i / figures.corners)]] !== Hidden) {
+                    isSeen[figures.nodes[i]] = 1;
                 }
             }
         }
+        const box = new THREE.Box3();
+        isSeen.forEach((seen, node) => {
+            if (seen === 1) {
+                box.expandByPoint(this.placeOf(node).applyMatrix4(this.camera.matrixWorldInverse));
+            }
+        });
         return box;
     }
 
