@@ -36,8 +36,7 @@ void savePlate(const std::string& path, const std::string& name = "Plate") {
     const Mox::Step none{};
     model.addArrayProperty(Mox::Coordinates, Mox::Array2d<float>(4, 3, {0, 0, 0, 2, 0, 0, 2, 2, 0, 0, 2, 0}),
                            plate, none);
-    model.addArrayProperty(Mox::Connectivity1, Mox::Array1d<unsigned>{0, 1, 2, 0, 2, 3},
-                           plate, none);
+    model.addArrayProperty(Mox::Connectivity1, Mox::Array1d<unsigned>{0, 1, 2, 0, 2, 3}, plate, none);
     model.addArrayProperty(Mox::Polylength1, Mox::Array1d<unsigned>{3, 3}, plate, none);
     model.addArrayProperty("Node Ids", Mox::NodeScalar, Mox::Array1d<unsigned>{11, 12, 13, 14}, plate, none);
     model.addArrayProperty("Element IDs", Mox::ElementScalar, Mox::Array1d<unsigned>{101, 102}, plate, none);
@@ -152,7 +151,7 @@ TEST_F(ViewCommand, PageTakesTheLastStepFirstAndCountsWhatFindsNoRoom) {
     const auto whole = MoxTool::ViewPage(view, 1000000).write(all, model);
     EXPECT_EQ(whole.results, 3U);
     EXPECT_EQ(whole.leftOut, 0U);
-    EXPECT_EQ(all.str().find("left out"), std::string::npos);
+    EXPECT_EQ(all.str().find("results are left out"), std::string::npos);
     const auto less = MoxTool::ViewPage(view, whole.bytes - 1).write(some, model);
     EXPECT_EQ(less.results, 2U);
     EXPECT_EQ(less.leftOut, 1U);

@@ -674,6 +674,7 @@ export class App {
             const field = this.field();
             this.state.column = field ? columnCount(field) - 1 : 0;
             this.state.step = field ? (field.steps[nearestStep(field, this.state.step)] ?? this.state.step) : 0;
+            this.chooseMover();
             this.fillColumns();
         });
         choose("column", (value) => (this.state.column = Number(value)));
@@ -729,6 +730,26 @@ export class App {
             this.toggleMenu();
         }
         this.connectCanvas();
+    }
+
+    /** A shape that is looked at moves the nodes; so does the first that has the step, if the present one lacks it. */
+    private chooseMover(): void {
+        const fields = this.description.fields;
+        const { mover, step } = this.state;
+        const moves = (field: Field): boolean =>
+            field.movesNodes && (field.name === "Displacement" || this.isVibration(field));
+        const present = this.field();
+        if (mover < 0 || present === null) {
+            return;
+        }
+        const isStanding = fields[mover].steps.includes(step) || fields[mover].steps.includes(null);
+        const other = moves(present)
+            ? this.state.field
+            : fields.findIndex((field) => moves(field) && field.steps.includes(step));
+        if (other >= 0 && other !== mover && (moves(present) || !isStanding)) {
+            this.state.mover = other;
+            this.state.factor = null;
+        }
     }
 
     private connectCanvas(): void {

@@ -113,16 +113,22 @@ export function drawLegend(to: CanvasRenderingContext2D, content: LegendContent,
     }
 }
 
+/** In lines that fit, broken at spaces, and within words that are too long. */
 function wrapped(to: CanvasRenderingContext2D, line: string, width: number): string[] {
-    const lines: string[] = [];
-    let rest = [...line];
-    while (rest.length > 0) {
-        let count = rest.length;
-        while (count > 1 && to.measureText(rest.slice(0, count).join("")).width > width) {
-            --count;
+    const lines = [""];
+    for (const word of line.split(/(?<= )/)) {
+        const fits = (text: string): boolean => to.measureText(text.trimEnd()).width <= width;
+        if (fits(lines[lines.length - 1] + word)) {
+            lines[lines.length - 1] += word;
+            continue;
         }
-        lines.push(rest.slice(0, count).join(""));
-        rest = rest.slice(count);
+        lines.push("");
+        for (const letter of word) {
+            if (!fits(lines[lines.length - 1] + letter)) {
+                lines.push("");
+            }
+            lines[lines.length - 1] += letter;
+        }
     }
-    return lines;
+    return lines.filter((text) => text !== "");
 }
