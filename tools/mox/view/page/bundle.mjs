@@ -45,6 +45,10 @@ const script = await bundle("src/main.ts");
 const style = await bundle("src/page.css");
 refuseEnds(script, "script");
 refuseEnds(style, "style");
+const licence = readFileSync("node_modules/three/LICENSE", "utf8").trim();
+if (licence.includes("--")) {
+    throw new Error("the licence of three.js can't stand in a comment");
+}
 const policy = [
     "default-src 'none'",
     `script-src ${hashOf(script)}`,
@@ -57,6 +61,7 @@ const policy = [
 const page = readFileSync("src/page.html", "utf8")
     .replace("<!--POLICY-->", () => `<meta http-equiv="Content-Security-Policy" content="${policy}">`)
     .replace("<!--STYLE-->", () => `<style>${style}</style>`)
+    .replace("<!--LICENCE-->", () => `<!--\nThis page contains three.js:\n\n${licence}\n-->`)
     .replace("<!--SCRIPT-->", () => `<script>${script}</script>`);
 const [head, tail] = page.split(Place);
 writeFileSync(

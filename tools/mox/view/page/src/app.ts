@@ -55,7 +55,7 @@ export class App {
     ) {
         this.known = { ...description.ranges };
         this.base = this.initialState();
-        this.state = decodeState(location.hash, this.base);
+        this.state = this.linkedState();
         this.hidden = new Set(this.state.hidden);
         this.scene = new Scene(byId<HTMLCanvasElement>("canvas"), mesh, description);
         this.scene.onDraw = () => this.placeMarks();
@@ -98,6 +98,22 @@ export class App {
             mover,
             edges: this.mesh.edges.elements.length < 100000,
         };
+    }
+
+    /** The state of the address, as far as this model has what it names. */
+    private linkedState(): ViewState {
+        const state = decodeState(location.hash, this.base);
+        const { fields, parts } = this.description;
+        if (state.field >= fields.length) {
+            state.field = this.base.field;
+        }
+        if (!(fields[state.mover]?.movesNodes ?? false)) {
+            state.mover = -1;
+        }
+        const columns = state.field < 0 ? 1 : columnCount(fields[state.field]);
+        state.column = Math.min(state.column, columns - 1);
+        state.hidden = state.hidden.filter((part) => part < parts.length);
+        return state;
     }
 
     private isVibration(field: Field): boolean {
@@ -214,6 +230,9 @@ export class App {
     /** Loads what the state needs and shows it. */
     async refresh(): Promise<void> {
         const turn = ++this.loading;
+        if (this.state.field >= 0) {
+            this.state.step = this.stepOf(this.state.field) ?? this.state.step;
+        }
         try {
             const result = this.state.field < 0 ? null : await this.load(this.state.field, this.stepOf(this.state.field));
             const moving = await this.loadMoving();
@@ -335,7 +354,7 @@ export class App {
             }
         }
         const isKnown = range[0] <= range[1] && Number.isFinite(range[0]) && Number.isFinite(range[1]);
-        const [low, high] = isKnown ? range : [0, 0];
+        const [low, high] = isKnown ? range : [NaN, NaN];
         const table = colourTable(state.map, state.bands);
         this.scene.setValues(byElement, pairs);
         this.scene.setColours(table, low, high);
@@ -431,7 +450,7 @@ export class App {
     }
 
     private async takeLink(): Promise<void> {
-        this.state = decodeState(location.hash, this.base);
+        this.state = this.linkedState();
         this.hidden.clear();
         this.state.hidden.forEach((part) => this.hidden.add(part));
         this.tree.draw();
@@ -654,8 +673,9 @@ export class App {
     }
 
     private fitBesideLegend(): void {
-        const legend = byId("legend");
-        this.scene.fit(this.legend === null ? 0 : legend.offsetWidth + 16);
+        const { width, height } = this.scene.size();
+        const isBeside = this.legend !== null && width > height;
+        this.scene.fit(isBeside ? byId("legend").offsetWidth + 16 : 0);
     }
 
     private connect(): void {

@@ -9,6 +9,7 @@ export interface LegendContent {
     details: string[];
     table: Uint8Array<ArrayBuffer>;
     bands: number;
+    /** NaN if there are no numbers at all. */
     low: number;
     high: number;
     /** Whether there are numbers below or above the range. */
@@ -23,6 +24,9 @@ const Ticks = 6;
 /** The numbers beside the scale, from the top down, with their heights from 0 at the top to 1. */
 export function ticksOf(content: LegendContent): { text: string; height: number }[] {
     const { low, high, bands } = content;
+    if (Number.isNaN(low)) {
+        return [];
+    }
     if (!(high > low)) {
         return [{ text: tickTexts([low])[0], height: 0.5 }];
     }

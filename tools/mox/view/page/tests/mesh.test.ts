@@ -36,6 +36,7 @@ test("a legend of one number has one tick, in the middle", () => {
         hasGaps: false,
     };
     assert.deepEqual(ticksOf(content), [{ text: "3.000", height: 0.5 }]);
+    assert.deepEqual(ticksOf({ ...content, low: NaN, high: NaN }), [], "and none without numbers");
 });
 
 test("a legend says where numbers are beyond its range", () => {
