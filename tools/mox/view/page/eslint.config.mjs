@@ -18,6 +18,6 @@ export default tseslint.config(
             "no-implied-eval": "error",
         },
     },
-    { ignores: ["*.mjs", "browser/**"] },
+    { ignores: ["*.mjs"] },
     { files: ["tests/**"], rules: { "@typescript-eslint/no-floating-promises": "off" } },
 );
