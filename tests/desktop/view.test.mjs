@@ -11,6 +11,8 @@ import { pathToFileURL } from "node:url";
 import { chromium } from "playwright-core";
 
 const { MOX, CHROMIUM = "/usr/bin/chromium", CANTILEVER, MODELS = "", PICTURES } = process.env;
+/** For a page on a machine that others load, in milliseconds. */
+const Patience = 300000;
 const folder = mkdtempSync(join(tmpdir(), "mox-view-"));
 mkdirSync(PICTURES, { recursive: true });
 const hasGmsh = /Gmsh +[0-9]/.test(mox("version"));
@@ -51,6 +53,7 @@ async function open(address, { width = 1000, height = 700, colorScheme = "light"
         reducedMotion: "reduce",
         acceptDownloads: true,
     });
+    context.setDefaultTimeout(Patience);
     const page = await context.newPage();
     page.asked = [];
     page.complaints = [];
@@ -66,7 +69,7 @@ async function open(address, { width = 1000, height = 700, colorScheme = "light"
     const start = performance.now();
     const work = await processorTime();
     await page.goto(address);
-    await page.waitForFunction(() => window.moxView?.scene.pictures > 0, null, { timeout: 60000 });
+    await page.waitForFunction(() => window.moxView?.scene.pictures > 0, null, { timeout: Patience });
     page.firstPicture = { time: performance.now() - start, work: (await processorTime()) - work };
     await settle(page);
     return page;
