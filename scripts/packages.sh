@@ -5,6 +5,8 @@ MOXWRITER_EXAMPLE_PACKAGES="libcli11-dev libfmt-dev"
 MOXWRITER_TOOL_PACKAGES="libcli11-dev libfmt-dev nlohmann-json3-dev"
 # Each is for a file format of its own; mox builds without them.
 MOXWRITER_IMPORT_PACKAGES="libexodusii-dev libcgns-dev libhdf5-dev libgmsh-dev"
+# For mox view --serve; mox builds without it. For the page itself, any npm and Node.js from 18 on will do.
+MOXWRITER_VIEW_PACKAGES="libcpp-httplib-dev"
 # For the faster compressor; without it there is zlib alone.
 MOXWRITER_DEFLATE_PACKAGES="libdeflate-dev"
 # For the Python package and its tests; without pybind11 and NumPy it is not built.
@@ -12,6 +14,8 @@ MOXWRITER_PYTHON_PACKAGES="python3-dev pybind11-dev python3-numpy python3-pytest
 mypy"
 MOXWRITER_TEST_PACKAGES="python3 libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format clang-tidy
 libbenchmark-dev zsh fish"
+# For what is tested on a desktop.
+MOXWRITER_DESKTOP_PACKAGES="chromium fonts-dejavu-core"
 
 # install_packages PACKAGE...: installs those that are missing, and says which.
 install_packages() {
@@ -27,4 +31,9 @@ install_packages() {
     $sudo apt-get update -qq
     # shellcheck disable=SC2086 # a list of words
     $sudo env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing > /dev/null
+}
+
+# install_npm: installs Debian's npm and Node.js where there is none.
+install_npm() {
+    command -v npm > /dev/null && command -v node > /dev/null || install_packages npm nodejs
 }

@@ -14,6 +14,7 @@
 #include "stat/StatCommand.h"
 #include "tree/TreeCommand.h"
 #include "version/VersionCommand.h"
+#include "view/ViewCommand.h"
 
 namespace MoxTool {
 
@@ -27,10 +28,10 @@ std::unique_ptr<Command> make() {
 }
 
 constexpr Maker Makers[] = {
-    make<ImportCommand>, make<InfoCommand>,       make<TreeCommand>,    make<StatCommand>,
-    make<DumpCommand>,   make<DiffCommand>,       make<ExtractCommand>, make<ExportCommand>,
-    make<CheckCommand>,  make<SalvageCommand>,    make<HelpCommand>,    make<VersionCommand>,
-    make<ManCommand>,    make<CompletionCommand>,
+    make<ImportCommand>,  make<InfoCommand>,  make<TreeCommand>,       make<StatCommand>,
+    make<DumpCommand>,    make<DiffCommand>,  make<ExtractCommand>,    make<ExportCommand>,
+    make<ViewCommand>,    make<CheckCommand>, make<SalvageCommand>,    make<HelpCommand>,
+    make<VersionCommand>, make<ManCommand>,   make<CompletionCommand>,
 };
 
 } // namespace

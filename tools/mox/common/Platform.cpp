@@ -4,11 +4,14 @@
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
+
+#include <shellapi.h>
 #else
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <mutex>
+#include <spawn.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -22,6 +25,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <utility>
 
 #if defined(__has_feature)
@@ -93,6 +97,12 @@ std::uint64_t machineMemory() {
     MEMORYSTATUSEX status{};
     status.dwLength = sizeof(status);
     return GlobalMemoryStatusEx(&status) != 0 ? status.ullTotalPhys : 0;
+}
+
+bool openOnDesktop(const std::string& target) {
+    constexpr INT_PTR LastError = 32;
+    const auto outcome = ShellExecuteA(nullptr, "open", target.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+    return reinterpret_cast<INT_PTR>(outcome) > LastError;
 }
 
 #else
@@ -381,6 +391,40 @@ std::uint64_t machineMemory() {
     const auto pages = sysconf(_SC_PHYS_PAGES);
     const auto size = sysconf(_SC_PAGE_SIZE);
     return pages > 0 && size > 0 ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(size) : 0;
+}
+
+bool openOnDesktop(const std::string& target) {
+#ifdef __APPLE__
+    const char* program = "open";
+#else
+    const char* program = "xdg-open";
+    const auto isSet = [](const char* name) {
+        const auto* value = std::getenv(name);
+        return value != nullptr && *value != '\0';
+    };
+    if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
+        return false;
+    }
+#endif
+    // What a browser prints concerns nobody here, and it must not inherit that signals are blocked.
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t none;
+    sigemptyset(&none);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+    const std::string name = program;
+    std::string argument = target;
+    std::array<char*, 3> arguments = {const_cast<char*>(name.c_str()), argument.data(), nullptr};
+    pid_t id = 0;
+    const int error = posix_spawnp(&id, program, &files, &attributes, arguments.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&files);
+    return error == 0;
 }
 
 #endif

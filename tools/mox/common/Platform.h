@@ -61,4 +61,8 @@ bool hasMissedMemory();
 /// The size of the machine's memory in bytes; 0 if that is not known.
 std::uint64_t machineMemory();
 
+/// Has the user's desktop show a file or an address, such as a page in a browser, and does not wait for it.
+/// @return false if there is no desktop or nothing there that shows it.
+bool openOnDesktop(const std::string& target);
+
 } // namespace MoxTool::Platform

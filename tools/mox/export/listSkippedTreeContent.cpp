@@ -49,7 +49,7 @@ void addSkipped(ConversionSummary& summary, const char* kind, const NameSet& nam
 
 } // namespace
 
-void listSkippedTreeContent(const MoxReader::Model& model, const ExportChoice& choice,
+void listSkippedTreeContent(const MoxReader::Model& model, const ModelChoice& choice,
                             ConversionSummary& summary) {
     std::int64_t groups = 0;
     std::int64_t materials = 0;

@@ -118,7 +118,7 @@ TEST_F(ExportCommand, ModelWithoutMeshIsRefused) {
     empty.close();
     expectRefused({folder.path("empty.mox"), folder.path("out.vtu")},
                   folder.path("empty.mox") +
-                      ": has no geometry with Coordinates, Connectivity and Polylength to export");
+                      ": has no geometry with Coordinates, Connectivity and Polylength");
 }
 
 TEST_F(ExportCommand, ElementsThatContradictThemselvesAreRefused) {
@@ -288,9 +288,8 @@ TEST_F(ExportCommand, PartIsTakenWithAllBelowIt) {
 TEST_F(ExportCommand, PartThatIsNotThereOrHasNoMeshIsRefused) {
     expectRefused({"-p", "/Assembly/Moon", model, folder.path("out.vtu")},
                   model + ": has no node \"/Assembly/Moon\"; mox tree shows all nodes");
-    expectRefused(
-        {"-p", "/Assembly/Empty", model, folder.path("out.vtu")},
-        model + ": these parts have no geometry with Coordinates, Connectivity and Polylength to export");
+    expectRefused({"-p", "/Assembly/Empty", model, folder.path("out.vtu")},
+                  model + ": these parts have no geometry with Coordinates, Connectivity and Polylength");
 }
 
 TEST_F(ExportCommand, DatasetsAreTakenByTheirNames) {
@@ -305,7 +304,7 @@ TEST_F(ExportCommand, DatasetsAreTakenByTheirNames) {
 
 TEST_F(ExportCommand, PatternThatNoDatasetMatchesIsRefused) {
     expectRefused({"-d", "Stres", model, folder.path("out.vtu")},
-                  model + ": what is to be exported has no dataset \"Stres\"; mox tree lists them");
+                  model + ": what is chosen has no dataset \"Stres\"; mox tree lists them");
     expectRefused({"-p", "/Assembly/Cube", "-d", "Thickness", model, folder.path("out.vtu")},
-                  model + ": what is to be exported has no dataset \"Thickness\"; mox tree lists them");
+                  model + ": what is chosen has no dataset \"Thickness\"; mox tree lists them");
 }

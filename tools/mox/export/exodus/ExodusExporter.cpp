@@ -104,7 +104,7 @@ void ExodusExporter::planMaps() {
 
 std::optional<ExodusExporter::Ids> ExodusExporter::takeIds(ResultPlace place, const std::string& name) {
     const auto& fields = source_.results().fields;
-    const auto field = std::find_if(fields.begin(), fields.end(), [&](const ExportField& candidate) {
+    const auto field = std::find_if(fields.begin(), fields.end(), [&](const ResultField& candidate) {
         return candidate.place == place && candidate.name == name && candidate.isStatic &&
                candidate.isInteger;
     });
@@ -116,7 +116,7 @@ std::optional<ExodusExporter::Ids> ExodusExporter::takeIds(ResultPlace place, co
         source_.summary().addNote(name + " are left out, since some have none");
         return std::nullopt;
     }
-    const auto numbers = reader_.readAll(*field, ExportField::NoStep);
+    const auto numbers = reader_.readAll(*field, ResultField::NoStep);
     Ids ids(numbers.begin(), numbers.end());
     if (areUnique(ids)) {
         return ids;
@@ -167,7 +167,7 @@ void ExodusExporter::writeMesh(ExodusOutput& output) {
     }
 }
 
-ExodusBlock ExodusExporter::describe(const ExportBlock& block) {
+ExodusBlock ExodusExporter::describe(const MeshBlock& block) {
     const auto* usualType = dimension_ < 3 ? block.shape->planarType : block.shape->exodusType;
     const auto nodes = block.shape == &PolygonShape ? block.nodes.size() : block.nodesPerElement;
     ExodusBlock described;
@@ -223,8 +223,8 @@ void ExodusExporter::writeStaticStep(ExodusOutput& output) {
     }
     source_.summary().addNote("results without steps stand in one step of time 0");
     output.time(0, 0);
-    writeResults(output, ResultPlace::Nodes, 0, ExportField::NoStep);
-    writeResults(output, ResultPlace::Elements, 0, ExportField::NoStep);
+    writeResults(output, ResultPlace::Nodes, 0, ResultField::NoStep);
+    writeResults(output, ResultPlace::Elements, 0, ResultField::NoStep);
 }
 
 // Writes the times that an import has kept of steps without results.
@@ -247,7 +247,7 @@ void ExodusExporter::writeResults(ExodusOutput& output, ResultPlace place, std::
                                   std::size_t step) {
     Written written;
     for (const auto& [field, variables] : variablesOf(place).fields()) {
-        if (field->isStatic && step != ExportField::NoStep) {
+        if (field->isStatic && step != ResultField::NoStep) {
             source_.summary().addNote("results without steps are repeated in each step");
         }
         for (const auto target : field->targets) {

@@ -30,7 +30,7 @@ private:
     void planMaps();
     std::optional<Ids> takeIds(ResultPlace place, const std::string& name);
     ExodusOutput::Layout layout();
-    ExodusBlock describe(const ExportBlock& block);
+    ExodusBlock describe(const MeshBlock& block);
     void writeMesh(ExodusOutput& output);
     void writeCoordinates(ExodusOutput& output);
     void declareVariables(ExodusOutput& output);
@@ -49,7 +49,7 @@ private:
     FieldReader reader_;
     int dimension_;
     CutTexts cutTexts_;
-    std::vector<const ExportField*> mapFields_;
+    std::vector<const ResultField*> mapFields_;
     std::optional<Ids> nodeIds_;
     std::optional<Ids> elementIds_;
     std::optional<ExodusVariables> nodal_;

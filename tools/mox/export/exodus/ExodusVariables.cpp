@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t RoomForNumber = 12;
 
-std::string guessedName(const ExportField& field, std::size_t column) {
+std::string guessedName(const ResultField& field, std::size_t column) {
     return guessedColumnName(field.name, field.variableType, field.width, column);
 }
 
@@ -23,8 +23,8 @@ bool areDisjoint(const std::set<std::size_t>& left, const std::set<std::size_t>&
 
 } // namespace
 
-ExodusVariables::ExodusVariables(const ExportResults& all, ResultPlace place,
-                                 const std::vector<const ExportField*>& mapFields, CutTexts& cutTexts) {
+ExodusVariables::ExodusVariables(const ModelResults& all, ResultPlace place,
+                                 const std::vector<const ResultField*>& mapFields, CutTexts& cutTexts) {
     for (const auto& field : all.fields) {
         if (field.place == place &&
             std::find(mapFields.begin(), mapFields.end(), &field) == mapFields.end()) {
@@ -42,7 +42,7 @@ std::vector<std::string> ExodusVariables::names() const {
 }
 
 // Columns after the last component are the zeros of a model with fewer dimensions.
-void ExodusVariables::addField(const ExportField& field, CutTexts& cutTexts) {
+void ExodusVariables::addField(const ResultField& field, CutTexts& cutTexts) {
     FieldColumns entry{&field, {}};
     const auto columns = field.components.empty() ? field.width : field.components.size();
     for (std::size_t column = 0; column < columns; ++column) {
@@ -53,7 +53,7 @@ void ExodusVariables::addField(const ExportField& field, CutTexts& cutTexts) {
     allFields_.push_back(std::move(entry));
 }
 
-std::size_t ExodusVariables::variableFor(const std::string& wanted, const ExportField& field) {
+std::size_t ExodusVariables::variableFor(const std::string& wanted, const ResultField& field) {
     auto name = wanted;
     for (int number = 2;; ++number) {
         const auto [place, isNew] = places_.emplace(name, variables_.size());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../ExportResults.h"
+#include "../../mesh/ModelResults.h"
 #include "CutTexts.h"
 
 #include <cstddef>
@@ -22,15 +22,15 @@ class ExodusVariables {
 public:
     /// The variables of one result.
     struct FieldColumns {
-        const ExportField* field;
+        const ResultField* field;
         std::vector<std::size_t> variables; ///< For each of its columns, starting with the first.
     };
 
     /// @param all       Outlives this object.
     /// @param mapFields Results that become id maps, and no variables.
     /// @param cutTexts  Learns of names that are too long.
-    ExodusVariables(const ExportResults& all, ResultPlace place,
-                    const std::vector<const ExportField*>& mapFields, CutTexts& cutTexts);
+    ExodusVariables(const ModelResults& all, ResultPlace place,
+                    const std::vector<const ResultField*>& mapFields, CutTexts& cutTexts);
 
     std::vector<std::string> names() const;
     std::size_t count() const { return variables_.size(); }
@@ -44,8 +44,8 @@ private:
         std::set<std::size_t> targets;
     };
 
-    void addField(const ExportField& field, CutTexts& cutTexts);
-    std::size_t variableFor(const std::string& wanted, const ExportField& field);
+    void addField(const ResultField& field, CutTexts& cutTexts);
+    std::size_t variableFor(const std::string& wanted, const ResultField& field);
 
     std::vector<Variable> variables_;
     std::map<std::string, std::size_t> places_;

@@ -34,7 +34,7 @@ std::vector<T> columnsOf(const std::vector<double>& table, std::size_t width, st
     return numbers;
 }
 
-void putNodes(std::ostream& stream, const ExportBlock& block) {
+void putNodes(std::ostream& stream, const MeshBlock& block) {
     const std::vector<std::int64_t> nodes(block.nodes.begin(), block.nodes.end());
     const auto order = block.shape->vtkOrder;
     if (order.empty()) {
@@ -52,7 +52,7 @@ void putNodes(std::ostream& stream, const ExportBlock& block) {
 }
 
 // Writes, for each cell, the place after its last node.
-void putOffsets(std::ostream& stream, const ExportBlock& block, std::int64_t& end) {
+void putOffsets(std::ostream& stream, const MeshBlock& block, std::int64_t& end) {
     std::vector<std::int64_t> offsets;
     offsets.reserve(block.rows.size());
     for (std::size_t i = 0; i < block.rows.size(); ++i) {
@@ -64,7 +64,7 @@ void putOffsets(std::ostream& stream, const ExportBlock& block, std::int64_t& en
 
 // Writes one number for each cell, the same for all of a block.
 template <typename T, typename NumberOfBlock>
-void putForEachCell(std::ostream& stream, const ExportMesh& mesh, NumberOfBlock number) {
+void putForEachCell(std::ostream& stream, const ModelMesh& mesh, NumberOfBlock number) {
     for (const auto& block : mesh.blocks) {
         put(stream, std::vector<T>(block.rows.size(), static_cast<T>(number(block))));
     }
@@ -78,7 +78,7 @@ std::string uniqueName(const std::string& wanted, std::set<std::string>& taken) 
     return name;
 }
 
-bool isDisplacementWithRotation(const ExportField& field) {
+bool isDisplacementWithRotation(const ResultField& field) {
     return MoxReader::Format::isType(field.variableType, MoxReader::Format::VariableType::NodeSixA) &&
            field.name == DatasetNames::Displacement;
 }
@@ -86,7 +86,7 @@ bool isDisplacementWithRotation(const ExportField& field) {
 } // namespace
 
 VtuExporter::VtuExporter(ExportModel& source) : source_(source), reader_(source.reader()) {
-    const auto unknown = std::ranges::count(source_.mesh().blocks, &UnknownShape, &ExportBlock::shape);
+    const auto unknown = std::ranges::count(source_.mesh().blocks, &UnknownShape, &MeshBlock::shape);
     noteUnknownShapes(source_.summary(), static_cast<std::size_t>(unknown), "are loose points");
 }
 
@@ -109,7 +109,7 @@ void VtuExporter::write(std::size_t step, double value, std::ostream& stream) {
 }
 
 void VtuExporter::addLabels(VtuFile& file, std::size_t step, double value) const {
-    if (step != ExportField::NoStep) {
+    if (step != ResultField::NoStep) {
         file.setTime(value);
         file.addTexts("Step", {source_.results().steps[step].name});
     }
@@ -161,7 +161,7 @@ void VtuExporter::addFields(VtuFile& file, std::size_t step) {
 }
 
 // A displacement with rotations is split, so that its first three columns can warp the mesh.
-void VtuExporter::addField(VtuFile& file, const ExportField& field, std::size_t step,
+void VtuExporter::addField(VtuFile& file, const ResultField& field, std::size_t step,
                            std::set<std::string>& names) {
     const auto name = uniqueName(field.name, names);
     const bool splits = isDisplacementWithRotation(field);
@@ -177,7 +177,7 @@ void VtuExporter::addField(VtuFile& file, const ExportField& field, std::size_t 
 }
 
 // Integers have no NaN for the places without numbers.
-VtuArray VtuExporter::fieldArray(const ExportField& field, std::size_t step, const Slice& slice) {
+VtuArray VtuExporter::fieldArray(const ResultField& field, std::size_t step, const Slice& slice) {
     bool isWhole = true;
     for (std::size_t target = 0; target < targetCount(source_.mesh(), field.place); ++target) {
         isWhole = isWhole && field.source(step, target) != nullptr;
@@ -193,7 +193,7 @@ VtuArray VtuExporter::fieldArray(const ExportField& field, std::size_t step, con
 }
 
 template <typename T>
-VtuArray VtuExporter::typedArray(const char* type, const ExportField& field, std::size_t step,
+VtuArray VtuExporter::typedArray(const char* type, const ResultField& field, std::size_t step,
                                  const Slice& slice) {
     const auto& mesh = source_.mesh();
     const auto tuples = field.place == ResultPlace::Nodes ? mesh.nodeCount() : mesh.elementCount();

@@ -15,7 +15,7 @@ public:
     /// @param source Must outlive the exporter.
     explicit VtuExporter(ExportModel& source);
 
-    /// @param step      Place of the step; ExportField::NoStep for the results without one.
+    /// @param step      Place of the step; ResultField::NoStep for the results without one.
     /// @param value     The step's time or frequency.
     /// @param path      Where the file is written.
     /// @param shownPath Its path in failures.
@@ -36,10 +36,10 @@ private:
     void addMesh(VtuFile& file) const;
     void addLabels(VtuFile& file, std::size_t step, double value) const;
     void addFields(VtuFile& file, std::size_t step);
-    void addField(VtuFile& file, const ExportField& field, std::size_t step, std::set<std::string>& names);
-    VtuArray fieldArray(const ExportField& field, std::size_t step, const Slice& slice);
+    void addField(VtuFile& file, const ResultField& field, std::size_t step, std::set<std::string>& names);
+    VtuArray fieldArray(const ResultField& field, std::size_t step, const Slice& slice);
     template <typename T>
-    VtuArray typedArray(const char* type, const ExportField& field, std::size_t step, const Slice& slice);
+    VtuArray typedArray(const char* type, const ResultField& field, std::size_t step, const Slice& slice);
 
     ExportModel& source_;
     FieldReader reader_;

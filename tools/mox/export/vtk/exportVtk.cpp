@@ -30,7 +30,7 @@ struct SeriesFile {
 };
 
 double valueOf(const ExportModel& model, std::size_t step) {
-    if (step == ExportField::NoStep) {
+    if (step == ResultField::NoStep) {
         return 0;
     }
     return model.results().steps[step].valueOr(static_cast<double>(step));
@@ -55,7 +55,7 @@ void makeDistinct(std::vector<SeriesFile>& series, ConversionSummary& summary) {
 std::vector<SeriesFile> planSeries(ExportModel& model) {
     auto steps = model.wantedSteps();
     if (steps.empty()) {
-        steps.push_back(ExportField::NoStep);
+        steps.push_back(ResultField::NoStep);
     }
     std::vector<SeriesFile> series;
     series.reserve(steps.size());
@@ -107,7 +107,7 @@ ConversionSummary exportVtu(const ExportRequest& request) {
             fmt::format("can't hold the model's {} steps; name a .pvd file, or one step with --step",
                         steps.size()));
     }
-    const auto step = steps.empty() ? ExportField::NoStep : steps.front();
+    const auto step = steps.empty() ? ResultField::NoStep : steps.front();
     explainErrors(request.input, [&] {
         VtuExporter exporter(model);
         if (output) {

@@ -2,9 +2,9 @@
 
 #include "../common/attributeValue.h"
 #include "../common/datasetText.h"
-#include "../mesh/AttributeNames.h"
-#include "../mesh/columnNames.h"
-#include "../mesh/meshDatasets.h"
+#include "AttributeNames.h"
+#include "columnNames.h"
+#include "meshDatasets.h"
 
 #include <MoxReader/Format.h>
 
@@ -30,11 +30,11 @@ struct StepOfResults {
 
 } // namespace
 
-ResultCollector::ResultCollector(const MoxReader::Model& model, const ExportChoice& choice,
-                                 const ExportMesh& mesh, ConversionSummary& summary)
+ResultCollector::ResultCollector(const MoxReader::Model& model, const ModelChoice& choice,
+                                 const ModelMesh& mesh, ConversionSummary& summary)
     : model_(model), choice_(choice), mesh_(mesh), summary_(summary) {}
 
-ExportResults ResultCollector::collect() {
+ModelResults ResultCollector::collect() {
     collectSteps();
     for (std::size_t part = 0; part < mesh_.parts.size(); ++part) {
         addPart(part);
@@ -96,14 +96,14 @@ void ResultCollector::addDataset(std::size_t partIndex, const Dataset& dataset) 
         misfits_.insert(fmt::format("{} of {}", dataset.name, mesh_.parts[partIndex].geometry->name));
         return;
     }
-    const auto step = dataset.step.empty() ? ExportField::NoStep : stepPlaces_.at(dataset.step);
+    const auto step = dataset.step.empty() ? ResultField::NoStep : stepPlaces_.at(dataset.step);
     auto& field = results_.fields[fieldOf(dataset, holder)];
-    field.sources.emplace(ExportField::Source{step, target}, &holder);
+    field.sources.emplace(ResultField::Source{step, target}, &holder);
     field.targets.insert(target);
 }
 
 std::size_t ResultCollector::fieldOf(const Dataset& dataset, const Dataset& holder) {
-    ExportField field;
+    ResultField field;
     field.place = resultPlaceOf(dataset);
     field.name = dataset.name;
     field.variableType = dataset.variableType;

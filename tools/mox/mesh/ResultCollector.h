@@ -1,8 +1,8 @@
 #pragma once
 
 #include "../common/ConversionSummary.h"
-#include "ExportChoice.h"
-#include "ExportResults.h"
+#include "ModelChoice.h"
+#include "ModelResults.h"
 
 #include <cstdint>
 #include <map>
@@ -16,11 +16,11 @@ namespace MoxTool {
 class ResultCollector {
 public:
     /// All must outlive the collector.
-    ResultCollector(const MoxReader::Model& model, const ExportChoice& choice, const ExportMesh& mesh,
+    ResultCollector(const MoxReader::Model& model, const ModelChoice& choice, const ModelMesh& mesh,
                     ConversionSummary& summary);
 
     /// To be called once. @throws MoxReader::Error for links that lead nowhere.
-    ExportResults collect();
+    ModelResults collect();
 
 private:
     using FieldKey =
@@ -33,14 +33,14 @@ private:
     void listSkipped();
 
     const MoxReader::Model& model_;
-    const ExportChoice& choice_;
-    const ExportMesh& mesh_;
+    const ModelChoice& choice_;
+    const ModelMesh& mesh_;
     ConversionSummary& summary_;
     std::map<std::string, std::size_t> stepPlaces_;
     std::map<FieldKey, std::size_t> fieldPlaces_;
     std::set<std::string> others_;
     std::set<std::string> misfits_;
-    ExportResults results_;
+    ModelResults results_;
 };
 
 } // namespace MoxTool

@@ -4,11 +4,11 @@
 #include "../common/attributeValue.h"
 #include "../common/datasetText.h"
 #include "../common/visibleText.h"
-#include "../mesh/AttributeNames.h"
-#include "../mesh/ElementType.h"
-#include "../mesh/ResultPlace.h"
-#include "../mesh/meshDatasets.h"
+#include "AttributeNames.h"
+#include "ElementType.h"
+#include "ResultPlace.h"
 #include "groupTransforms.h"
+#include "meshDatasets.h"
 
 #include <fmt/core.h>
 
@@ -68,7 +68,7 @@ const ElementShape& shapeOf(int dimension, std::size_t nodes) {
 
 } // namespace
 
-MeshCollector::MeshCollector(std::string path, const MoxReader::Model& model, const ExportChoice& choice,
+MeshCollector::MeshCollector(std::string path, const MoxReader::Model& model, const ModelChoice& choice,
                              MoxReader::HeavyData& heavy, ConversionSummary& summary, WorkLimit& limit)
     : path_(std::move(path)),
       model_(model),
@@ -78,7 +78,7 @@ MeshCollector::MeshCollector(std::string path, const MoxReader::Model& model, co
       limit_(limit),
       transforms_(groupTransforms(model_)) {}
 
-ExportMesh MeshCollector::collect() {
+ModelMesh MeshCollector::collect() {
     std::vector<std::string> incomplete;
     for (const auto& node : model_.nodes()) {
         if (node.geometry() == nullptr || !choice_.takesNode(node)) {
@@ -102,7 +102,7 @@ ExportMesh MeshCollector::collect() {
 }
 
 void MeshCollector::addPart(const Node& geometry) {
-    ExportPart part;
+    MeshPart part;
     part.geometry = &geometry;
     part.connectivity = findConnectivity(geometry);
     part.polylength = findPolylength(geometry);
@@ -140,7 +140,7 @@ std::size_t MeshCollector::nodesOf(const Node& geometry, const Dataset& coordina
     return place->second;
 }
 
-void MeshCollector::addPoints(const ExportNodes& nodes) {
+void MeshCollector::addPoints(const MeshNodes& nodes) {
     auto points = heavy_.readFloats(*nodes.coordinates);
     if (!nodes.transform.matrix().isIdentity(0)) {
         for (std::size_t i = 0; i < points.size(); i += 3) {
@@ -166,7 +166,7 @@ void MeshCollector::addElements(std::size_t partIndex) {
     elementCount_ += part.elements;
 }
 
-void MeshCollector::checkElements(const ExportPart& part, const Integers& nodes,
+void MeshCollector::checkElements(const MeshPart& part, const Integers& nodes,
                                   const Integers& lengths) const {
     const auto sum = std::accumulate(lengths.begin(), lengths.end(), std::uint64_t{0});
     if (sum != nodes.size()) {
@@ -188,7 +188,7 @@ void MeshCollector::splitElements(std::size_t partIndex, const Integers& nodes, 
     const auto type = exodusType(model_.resolve(*part.connectivity).attributes);
     const bool polygons = arePolygons(type, part.dimension, lengths);
     const auto firstNode = static_cast<std::uint32_t>(mesh_.nodeGroups[part.nodeGroup].first);
-    std::map<std::size_t, ExportBlock> blocks;
+    std::map<std::size_t, MeshBlock> blocks;
     std::size_t place = 0;
     for (std::size_t row = 0; row < lengths.size(); ++row) {
         auto& block = blocks[polygons ? 0 : lengths[row]];
@@ -211,7 +211,7 @@ void MeshCollector::splitElements(std::size_t partIndex, const Integers& nodes, 
 }
 
 // A geometry that is split by length gives each block its own name.
-void MeshCollector::nameBlocks(const ExportPart& part) {
+void MeshCollector::nameBlocks(const MeshPart& part) {
     const auto& attributes = model_.resolve(*part.connectivity).attributes;
     const bool named = attributes.contains(AttributeNames::BlockName);
     const auto name = named ? textAttribute(attributes, AttributeNames::BlockName) : part.geometry->name;
@@ -225,7 +225,7 @@ void MeshCollector::nameBlocks(const ExportPart& part) {
 // Takes the ids that the attributes ask for, as far as they are unique, then the lowest free ones.
 void MeshCollector::numberBlocks() {
     std::set<std::int64_t> taken;
-    std::vector<ExportBlock*> others;
+    std::vector<MeshBlock*> others;
     for (auto& block : mesh_.blocks) {
         const auto& connectivity = model_.resolve(*mesh_.parts[block.part].connectivity);
         block.id = wantedId(connectivity.attributes);

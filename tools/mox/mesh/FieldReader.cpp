@@ -5,7 +5,7 @@
 
 namespace MoxTool {
 
-std::vector<double> FieldReader::read(const ExportField& field, const MoxReader::Dataset& holder) {
+std::vector<double> FieldReader::read(const ResultField& field, const MoxReader::Dataset& holder) {
     if (field.isInteger) {
         const auto numbers = heavy_.readUnsigned(holder);
         return {numbers.begin(), numbers.end()};
@@ -14,7 +14,7 @@ std::vector<double> FieldReader::read(const ExportField& field, const MoxReader:
     return {numbers.begin(), numbers.end()};
 }
 
-std::vector<double> FieldReader::readAll(const ExportField& field, std::size_t step) {
+std::vector<double> FieldReader::readAll(const ResultField& field, std::size_t step) {
     const auto items = field.place == ResultPlace::Nodes ? mesh_.nodeCount() : mesh_.elementCount();
     std::vector<double> table(items * field.width, std::numeric_limits<double>::quiet_NaN());
     if (field.place == ResultPlace::Nodes) {
@@ -25,7 +25,7 @@ std::vector<double> FieldReader::readAll(const ExportField& field, std::size_t s
     return table;
 }
 
-void FieldReader::readNodes(const ExportField& field, std::size_t step, std::vector<double>& table) {
+void FieldReader::readNodes(const ResultField& field, std::size_t step, std::vector<double>& table) {
     for (std::size_t group = 0; group < mesh_.nodeGroups.size(); ++group) {
         const auto* source = field.source(step, group);
         if (source == nullptr) {
@@ -37,7 +37,7 @@ void FieldReader::readNodes(const ExportField& field, std::size_t step, std::vec
     }
 }
 
-void FieldReader::readElements(const ExportField& field, std::size_t step, std::vector<double>& table) {
+void FieldReader::readElements(const ResultField& field, std::size_t step, std::vector<double>& table) {
     auto target = table.begin();
     std::vector<double> numbers;
     const MoxReader::Dataset* loaded = nullptr;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "../common/ModelStep.h"
-#include "../mesh/ResultPlace.h"
-#include "ExportMesh.h"
+#include "ModelMesh.h"
+#include "ResultPlace.h"
 
 #include <cstddef>
 #include <map>
@@ -15,7 +15,7 @@
 namespace MoxTool {
 
 /// One result: the datasets of one name, type and meaning, over all steps and parts.
-struct ExportField {
+struct ResultField {
     /// The place of the step; and of the node group, or of the part for results on elements.
     using Source = std::pair<std::size_t, std::size_t>;
     /// Stands for the step of a result that has none and is the same in all steps.
@@ -43,14 +43,14 @@ struct ExportField {
 };
 
 /// All results of the parts of a mesh, and their steps in the order in which they were written.
-struct ExportResults {
+struct ModelResults {
     std::vector<ModelStep> steps;
-    std::vector<ExportField> fields;
+    std::vector<ResultField> fields;
 };
 
 /// The number of node groups or of parts, whichever have the results of a place.
-std::size_t targetCount(const ExportMesh& mesh, ResultPlace place);
+std::size_t targetCount(const ModelMesh& mesh, ResultPlace place);
 /// The number of nodes of a group, or of elements of a part.
-std::size_t itemsOf(const ExportMesh& mesh, ResultPlace place, std::size_t target);
+std::size_t itemsOf(const ModelMesh& mesh, ResultPlace place, std::size_t target);
 
 } // namespace MoxTool

@@ -1,8 +1,8 @@
-#include "ExportResults.h"
+#include "ModelResults.h"
 
 namespace MoxTool {
 
-bool ExportField::stands(std::size_t step) const {
+bool ResultField::stands(std::size_t step) const {
     if (isStatic) {
         return true;
     }
@@ -10,11 +10,11 @@ bool ExportField::stands(std::size_t step) const {
     return first != sources.end() && first->first.first == step;
 }
 
-std::size_t targetCount(const ExportMesh& mesh, ResultPlace place) {
+std::size_t targetCount(const ModelMesh& mesh, ResultPlace place) {
     return place == ResultPlace::Nodes ? mesh.nodeGroups.size() : mesh.parts.size();
 }
 
-std::size_t itemsOf(const ExportMesh& mesh, ResultPlace place, std::size_t target) {
+std::size_t itemsOf(const ModelMesh& mesh, ResultPlace place, std::size_t target) {
     return place == ResultPlace::Nodes ? mesh.nodeGroups[target].count : mesh.parts[target].elements;
 }
 

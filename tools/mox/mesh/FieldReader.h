@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ExportResults.h"
+#include "ModelResults.h"
 
 #include <MoxReader/HeavyData.h>
 
@@ -12,21 +12,21 @@ namespace MoxTool {
 class FieldReader {
 public:
     /// Both must outlive the reader.
-    FieldReader(const ExportMesh& mesh, MoxReader::HeavyData& heavy) : mesh_(mesh), heavy_(heavy) {}
+    FieldReader(const ModelMesh& mesh, MoxReader::HeavyData& heavy) : mesh_(mesh), heavy_(heavy) {}
 
     // Both throw MoxReader::Error.
 
     /// One dataset, row by row. @param holder One of the field's sources.
-    std::vector<double> read(const ExportField& field, const MoxReader::Dataset& holder);
+    std::vector<double> read(const ResultField& field, const MoxReader::Dataset& holder);
     /// One step of a field for all nodes, or for all elements in the order of the blocks, row by row. NaN
     /// where a target has no numbers.
-    std::vector<double> readAll(const ExportField& field, std::size_t step);
+    std::vector<double> readAll(const ResultField& field, std::size_t step);
 
 private:
-    void readNodes(const ExportField& field, std::size_t step, std::vector<double>& table);
-    void readElements(const ExportField& field, std::size_t step, std::vector<double>& table);
+    void readNodes(const ResultField& field, std::size_t step, std::vector<double>& table);
+    void readElements(const ResultField& field, std::size_t step, std::vector<double>& table);
 
-    const ExportMesh& mesh_;
+    const ModelMesh& mesh_;
     MoxReader::HeavyData& heavy_;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ExportRequest.h"
+#include "ModelSelection.h"
 
 #include <MoxReader/Model.h>
 
@@ -10,11 +10,11 @@
 namespace MoxTool {
 
 /// Which parts and results of a model the user wants.
-class ExportChoice {
+class ModelChoice {
 public:
-    /// @param request Must outlive this object.
+    /// @param selection Must outlive this object.
     /// @throws Failure if a path leads nowhere.
-    ExportChoice(const MoxReader::Model& model, const ExportRequest& request);
+    ModelChoice(const MoxReader::Model& model, const ModelSelection& selection);
 
     bool takesNode(const MoxReader::Node& node) const { return takenNodes_[node.id - 1]; }
     /// Ids of nodes and elements always go along.
@@ -24,7 +24,7 @@ public:
     void requireMatches(const MoxReader::Model& model) const;
 
 private:
-    const ExportRequest& request_;
+    const ModelSelection& selection_;
     std::vector<bool> takenNodes_;
 };
 

@@ -1,10 +1,10 @@
-#include "ExportChoice.h"
+#include "ModelChoice.h"
 
 #include "../common/Failure.h"
 #include "../common/NodePaths.h"
 #include "../common/matchesGlob.h"
 #include "../common/visibleText.h"
-#include "../mesh/DatasetNames.h"
+#include "DatasetNames.h"
 
 #include <fmt/core.h>
 
@@ -16,13 +16,13 @@ using MoxReader::Dataset;
 using MoxReader::Model;
 using MoxReader::Node;
 
-ExportChoice::ExportChoice(const Model& model, const ExportRequest& request)
-    : request_(request), takenNodes_(model.nodes().size(), request.parts.empty()) {
+ModelChoice::ModelChoice(const Model& model, const ModelSelection& selection)
+    : selection_(selection), takenNodes_(model.nodes().size(), selection.parts.empty()) {
     const NodePaths paths(model.nodes());
-    for (const auto& part : request.parts) {
+    for (const auto& part : selection.parts) {
         const auto* node = paths.find(part);
         if (node == nullptr) {
-            throw Failure(request.input,
+            throw Failure(selection.input,
                           fmt::format("has no node \"{}\"; mox tree shows all nodes", visibleText(part)));
         }
         takenNodes_[node->id - 1] = true;
@@ -35,16 +35,16 @@ ExportChoice::ExportChoice(const Model& model, const ExportRequest& request)
     }
 }
 
-bool ExportChoice::takesDataset(const Dataset& dataset) const {
-    const auto& patterns = request_.datasets;
+bool ModelChoice::takesDataset(const Dataset& dataset) const {
+    const auto& patterns = selection_.datasets;
     const bool isId = dataset.name == DatasetNames::NodeIds || dataset.name == DatasetNames::ElementIds;
     return patterns.empty() || isId || std::ranges::any_of(patterns, [&](const auto& pattern) {
                return matchesGlob(pattern, dataset.name);
            });
 }
 
-void ExportChoice::requireMatches(const Model& model) const {
-    for (const auto& pattern : request_.datasets) {
+void ModelChoice::requireMatches(const Model& model) const {
+    for (const auto& pattern : selection_.datasets) {
         const bool isMatched = std::ranges::any_of(model.nodes(), [&](const Node& node) {
             return node.geometry() != nullptr && takesNode(node) &&
                    std::ranges::any_of(node.geometry()->datasets, [&](const Dataset& dataset) {
@@ -52,8 +52,8 @@ void ExportChoice::requireMatches(const Model& model) const {
                    });
         });
         if (!isMatched) {
-            throw Failure(request_.input,
-                          fmt::format("what is to be exported has no dataset \"{}\"; mox tree lists them",
+            throw Failure(selection_.input,
+                          fmt::format("what is chosen has no dataset \"{}\"; mox tree lists them",
                                       visibleText(pattern)));
         }
     }

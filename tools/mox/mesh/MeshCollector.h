@@ -2,8 +2,8 @@
 
 #include "../common/ConversionSummary.h"
 #include "../common/WorkLimit.h"
-#include "ExportChoice.h"
-#include "ExportMesh.h"
+#include "ModelChoice.h"
+#include "ModelMesh.h"
 
 #include <MoxReader/HeavyData.h>
 
@@ -24,12 +24,12 @@ class MeshCollector {
 public:
     /// @param path  The model's file, as the user named it. All others must outlive the collector.
     /// @param limit Counts the numbers of the mesh.
-    MeshCollector(std::string path, const MoxReader::Model& model, const ExportChoice& choice,
+    MeshCollector(std::string path, const MoxReader::Model& model, const ModelChoice& choice,
                   MoxReader::HeavyData& heavy, ConversionSummary& summary, WorkLimit& limit);
 
     /// To be called once.
     /// @throws Failure beyond the limit, if elements refer to nodes that do not exist and the like; MoxReader::Error.
-    ExportMesh collect();
+    ModelMesh collect();
 
 private:
     using NodesKey = std::tuple<const MoxReader::Dataset*, std::array<double, 16>,
@@ -37,25 +37,25 @@ private:
 
     void addPart(const MoxReader::Node& geometry);
     std::size_t nodesOf(const MoxReader::Node& geometry, const MoxReader::Dataset& coordinates);
-    void addPoints(const ExportNodes& nodes);
+    void addPoints(const MeshNodes& nodes);
     void addElements(std::size_t partIndex);
-    void checkElements(const ExportPart& part, const std::vector<std::uint32_t>& nodes,
+    void checkElements(const MeshPart& part, const std::vector<std::uint32_t>& nodes,
                        const std::vector<std::uint32_t>& lengths) const;
     void splitElements(std::size_t partIndex, const std::vector<std::uint32_t>& nodes,
                        const std::vector<std::uint32_t>& lengths);
-    void nameBlocks(const ExportPart& part);
+    void nameBlocks(const MeshPart& part);
     void numberBlocks();
     [[noreturn]] void fail(const MoxReader::Node& geometry, const std::string& reason) const;
 
     std::string path_;
     const MoxReader::Model& model_;
-    const ExportChoice& choice_;
+    const ModelChoice& choice_;
     MoxReader::HeavyData& heavy_;
     ConversionSummary& summary_;
     WorkLimit& limit_;
     std::vector<Eigen::Affine3d> transforms_;
     std::map<NodesKey, std::size_t> knownNodes_;
-    ExportMesh mesh_;
+    ModelMesh mesh_;
     std::size_t nodeCount_ = 0; ///< Of all groups, whose points are read at the end.
     std::size_t elementCount_ = 0;
 };

@@ -1,0 +1,9 @@
+#include "pageSource.h"
+
+namespace MoxTool {
+
+PageSource pageSource() {
+    return {};
+}
+
+} // namespace MoxTool
