@@ -6,19 +6,17 @@
 #include "../../common/Platform.h"
 #include "../../common/Terminal.h"
 #include "../../common/openSource.h"
+#include "../../common/writeProblem.h"
 #include "../Compressor.h"
 #include "checkSavedFile.h"
 
 #include <fmt/core.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 #include <system_error>
-#include <vector>
 
 namespace MoxTool {
 
@@ -134,22 +132,6 @@ ImportSummary saveApart(const std::string& path, const ImportRequest& request, c
         throw Failure(text);
     }
     return ImportSummary::unpack(text);
-}
-
-// The saving library does not look at the results of its writes, so the reason for a file that is not whole is
-// found by one more write: nothing if that succeeds.
-std::optional<std::string> writeProblem(const std::string& path) {
-    constexpr std::size_t Trial = 65536;
-    const std::vector<char> zeros(Trial);
-    errno = 0;
-    std::FILE* file = std::fopen(path.c_str(), "ab");
-    const bool isWritten =
-        file != nullptr && std::fwrite(zeros.data(), 1, Trial, file) == Trial && std::fflush(file) == 0;
-    const int reason = errno;
-    if (file != nullptr) {
-        std::fclose(file);
-    }
-    return isWritten ? std::nullopt : std::optional(std::generic_category().message(reason));
 }
 
 // Only the first finding is reported: a new file should have none.
