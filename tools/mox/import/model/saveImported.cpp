@@ -1,6 +1,7 @@
 #include "saveImported.h"
 
 #include "../../check/FileCheck.h"
+#include "../../common/BlockSizeSetting.h"
 #include "../../common/Failure.h"
 #include "../../common/OutputFile.h"
 #include "../../common/Platform.h"
@@ -8,6 +9,7 @@
 #include "../../common/openSource.h"
 #include "../../common/writeProblem.h"
 #include "../Compressor.h"
+#include "BlockTooSmall.h"
 #include "checkSavedFile.h"
 
 #include <fmt/core.h>
@@ -15,8 +17,10 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 
 namespace MoxTool {
 
@@ -76,10 +80,11 @@ void save(const std::string& path, const ImportRequest& request, const ModelFill
     }
 }
 
-// What the process that reads the input returns: one of these letters, then a packed summary or the line of a
-// failure.
+// What the process that reads the input returns: one of these letters, then a packed summary, the line of a failure or
+// the size of blocks to begin again with.
 constexpr char Saved = 'S';
 constexpr char Failed = 'F';
+constexpr char Again = 'A';
 
 std::string memoryText(const ImportRequest& request) {
     return request.mostMemory == 0
@@ -94,6 +99,8 @@ std::string saveAndReport(const std::string& path, const ImportRequest& request,
         ImportSummary summary;
         save(path, request, fill, terminal, summary);
         return Saved + summary.pack();
+    } catch (const BlockTooSmall& block) {
+        return Again + std::to_string(block.safeSize);
     } catch (const Failure& failure) {
         return Failed + std::string(failure.what());
     } catch (const std::bad_alloc&) {
@@ -115,8 +122,11 @@ Failure deathOf(const Platform::ApartOutcome& outcome, const ImportRequest& requ
             fmt::format("not read to its end, since the import was ended ({})", outcome.signalName())};
 }
 
-ImportSummary saveApart(const std::string& path, const ImportRequest& request, const std::string& library,
-                        Terminal& terminal, const ModelFiller& fill) {
+/// @return nothing if it has to begin again; the block size is then larger.
+std::optional<ImportSummary> tryToSaveApart(const std::string& path, const ImportRequest& request,
+                                            const std::string& library, Terminal& terminal,
+                                            const ModelFiller& fill,
+                                            std::optional<BlockSizeSetting>& blockSize) {
     const auto outcome = Platform::runApart(
         [&](std::FILE* messages) {
             terminal.replaceStandardError(messages);
@@ -131,7 +141,25 @@ ImportSummary saveApart(const std::string& path, const ImportRequest& request, c
     if (outcome.result->front() == Failed) {
         throw Failure(text);
     }
+    if (outcome.result->front() == Again) {
+        blockSize.reset();
+        blockSize.emplace(static_cast<std::uint32_t>(std::stoul(text)));
+        return std::nullopt;
+    }
     return ImportSummary::unpack(text);
+}
+
+// The sizes are at least doubled each time, and what has been saved until then is little: the coordinates come first.
+ImportSummary saveApart(const std::string& path, const ImportRequest& request, const std::string& library,
+                        Terminal& terminal, const ModelFiller& fill) {
+    std::optional<BlockSizeSetting> blockSize;
+    for (;;) {
+        if (auto summary = tryToSaveApart(path, request, library, terminal, fill, blockSize)) {
+            return std::move(*summary);
+        }
+        std::error_code ignored; // saving anew fails if the file is still there
+        std::filesystem::remove(path, ignored);
+    }
 }
 
 // Only the first finding is reported: a new file should have none.
