@@ -164,7 +164,7 @@ private:
         Intervals all;
         for (auto& arrays : arraysOfParts_) {
             std::ranges::sort(arrays);
-            arrays.erase(std::ranges::unique(arrays).begin(), arrays.end());
+            arrays.erase(std::unique(arrays.begin(), arrays.end()), arrays.end());
             all.insert(all.end(), arrays.begin(), arrays.end());
         }
         std::ranges::sort(all);
