@@ -43,6 +43,9 @@ example_test(cantilever.listing example_listing ARGUMENTS ${folder}/cantilever.m
     "files/cantilever.mox: [0-9]+ bytes, 27 nodes")
 example_test(cantilever.without_folder example_cantilever ARGUMENTS ${folder}/missing/beam.mox EXIT_CODE 1
     ERROR "^cantilever: .*beam.mox")
+example_test(cantilever.blocks_too_small example_cantilever ARGUMENTS ${folder}/damaged.mox EXIT_CODE 1
+    ERROR "^cantilever: blocks lie over others")
+set_tests_properties(example.cantilever.blocks_too_small PROPERTIES ENVIRONMENT MOXWRITER_DEFAULT_BLOCK_SIZE=1)
 example_test(cantilever.size_out_of_range example_cantilever ARGUMENTS --size 0 EXIT_CODE 2 ERROR "^cantilever: --size")
 example_test(cantilever.unknown_option example_cantilever ARGUMENTS --colour EXIT_CODE 2 ERROR "^cantilever: .*--colour")
 example_test(cantilever.help example_cantilever ARGUMENTS --help EXIT_CODE 0 OUTPUT "--size")

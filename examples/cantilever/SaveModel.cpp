@@ -4,6 +4,7 @@
 #include "LatticeMesher.h"
 #include "ModelArrays.h"
 #include "TemporaryFile.h"
+#include "checkSaved.h"
 
 #include <Qel/Mox2/Model.h>
 
@@ -205,6 +206,7 @@ void write(const Analysis& analysis, const std::filesystem::path& path) {
 void saveModel(const Analysis& analysis, const std::filesystem::path& path) {
     const TemporaryFile file(path);
     write(analysis, file.path());
+    checkSaved(file.path());
     file.keep();
 }
 

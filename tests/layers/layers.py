@@ -42,7 +42,13 @@ TOOL = {
     "export": SHARED | {"export/exodus", "export/vtk"},
     "export/exodus": SHARED | {"export"},
     "export/vtk": {"common", "mesh", "export"},
+    "parts": {"common", "check"},  # a file whose blocks are copied is checked first
+    "join": SHARED | {"parts"},
+    "split": SHARED | {"parts"},
 }
+# The one part of the tool that uses the library's insides: no call that applications have takes a block as a file
+# stores it, and the layout of the container is written once, in the library.
+WITH_INSIDES = {"parts"}
 
 
 def part_of(path, parts):
@@ -112,6 +118,14 @@ def private_includes(project):
     return [f"{file}: {include}" for file in sources(project / "python") for include in includes(file)
             if include.startswith("Qel/") and include not in allowed]
 
+def includes_of_insides(project):
+    """A line for each include of a header that the library does not install, by a part of the tool that may not."""
+    tool = project / "tools" / "mox"
+    return [f"{file}: {include}: the tool must not include the library's insides"
+            for file in sources(tool) if file.relative_to(tool).parts[0] not in WITH_INSIDES
+            for include in includes(file)
+            if include.startswith("Qel/") and not (project / "include" / include).is_file()]
+
 
 def violations(project):
     """A line for each include in the project that leads where it must not."""
@@ -122,4 +136,5 @@ def violations(project):
             + foreign_includes(writer, "MoxReader/")
             + foreign_includes([project / "reader"], "Qel/")
             + private_includes(project)
+            + includes_of_insides(project)
             + Tree([tool], tool_rules(tool)).violations())

@@ -116,6 +116,19 @@ class FindingTest(unittest.TestCase):
         self.assert_found("tools/mox/export/ExportCommand.cpp", '"../check/FileCheck.h"',
                           "export must not include check")
 
+    def test_a_command_must_not_include_the_insides_of_the_library(self):
+        self.file("src/Qel/Tnf/Index.h")
+        self.assert_found("tools/mox/join/JoinCommand.cpp", "<Qel/Tnf/Index.h>",
+                          "the tool must not include the library's insides")
+
+    def test_a_command_may_include_what_the_library_installs(self):
+        self.file("include/Qel/Mox2/Model.h")
+        self.assert_allowed("tools/mox/import/ImportCommand.cpp", "<Qel/Mox2/Model.h>")
+
+    def test_the_part_that_copies_blocks_may_include_the_insides_of_the_library(self):
+        self.file("src/Qel/Tnf/Index.h")
+        self.assert_allowed("tools/mox/parts/StoredModel.cpp", "<Qel/Tnf/Index.h>")
+
     def test_other_libraries_do_not_matter(self):
         self.assert_allowed("tools/mox/mesh/NodeOrder.cpp", "<fmt/core.h>")
 

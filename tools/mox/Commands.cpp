@@ -9,8 +9,10 @@
 #include "help/HelpCommand.h"
 #include "import/ImportCommand.h"
 #include "info/InfoCommand.h"
+#include "join/JoinCommand.h"
 #include "man/ManCommand.h"
 #include "salvage/SalvageCommand.h"
+#include "split/SplitCommand.h"
 #include "stat/StatCommand.h"
 #include "tree/TreeCommand.h"
 #include "version/VersionCommand.h"
@@ -28,10 +30,11 @@ std::unique_ptr<Command> make() {
 }
 
 constexpr Maker Makers[] = {
-    make<ImportCommand>,  make<InfoCommand>,  make<TreeCommand>,       make<StatCommand>,
-    make<DumpCommand>,    make<DiffCommand>,  make<ExtractCommand>,    make<ExportCommand>,
-    make<ViewCommand>,    make<CheckCommand>, make<SalvageCommand>,    make<HelpCommand>,
-    make<VersionCommand>, make<ManCommand>,   make<CompletionCommand>,
+    make<ImportCommand>,     make<InfoCommand>,   make<TreeCommand>,    make<StatCommand>,
+    make<DumpCommand>,       make<DiffCommand>,   make<JoinCommand>,    make<SplitCommand>,
+    make<ExtractCommand>,    make<ExportCommand>, make<ViewCommand>,    make<CheckCommand>,
+    make<SalvageCommand>,    make<HelpCommand>,   make<VersionCommand>, make<ManCommand>,
+    make<CompletionCommand>,
 };
 
 } // namespace

@@ -220,6 +220,12 @@ public:
     /// file does not always show the loss, because the numbers of later arrays can take the place of the lost
     /// ones. Save anew.
     ///
+    /// @par Large arrays
+    /// An array as large as a block of the file (209,715,200 bytes, see the environment above) fills one by itself.
+    /// If that is the 19th block, numbers are lost without an exception. For a file of more than 3.7 GiB with such
+    /// arrays, set `MOXWRITER_DEFAULT_BLOCK_SIZE` above the largest one before the first array is added;
+    /// docs/large-models.md says what else bounds a model.
+    ///
     /// @par Cost
     /// One pass over the numbers, whatever the number of ids and steps; full blocks are compressed and
     /// written on this thread.

@@ -40,8 +40,8 @@ public:
 
     /// Puts all entries into the file's blocks, in the layout of GetVersion().
     /// @throws Qel::Exception::KeyNotFound for an entry that needs a position and has none.
-    void WriteTn(QelTnf::BlockStream& lightData, QelTnf::BlockStream& heavyData,
-                 QelTnf::BlockStream& attributes) const;
+    virtual void WriteTn(QelTnf::BlockStream& lightData, QelTnf::BlockStream& heavyData,
+                         QelTnf::BlockStream& attributes) const;
 
     /// The layout of the versions before "0.5": without links, and without the type of the elements.
     /// @throws Qel::Exception::KeyNotFound for an entry without a position.

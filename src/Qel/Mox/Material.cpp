@@ -63,6 +63,14 @@ void Material::SetAmbientColor(const std::vector<float>& values) {
     copyWithoutAlpha(values, ambient_);
 }
 
+void Material::SetColors(const Color& diffuse, const Color& specular, const Color& emissive,
+                         const Color& ambient) {
+    diffuse_ = diffuse;
+    specular_ = specular;
+    emissive_ = emissive;
+    ambient_ = ambient;
+}
+
 void Material::SetAmbientIntensity(float intensity) {
     std::ranges::transform(diffuse_, ambient_.begin(),
                            [=](float component) { return component * intensity; });

@@ -34,6 +34,8 @@ public:
 
     void SetTransparency(float value) { Transparency_ = value; }
     void SetShininess(float value) { Shininess_ = value; }
+    /// Takes all four values of each colour, as a file has them.
+    void SetColors(const Color& diffuse, const Color& specular, const Color& emissive, const Color& ambient);
     /// Sets the ambient colour to the diffuse colour times `intensity`, in all four components.
     void SetAmbientIntensity(float intensity);
 

@@ -16,7 +16,20 @@ std::string NodeSets::GetVersion() const {
     return std::string(Format::NodeSetsVersion);
 }
 
+void NodeSets::SetStored(std::uint32_t count, std::uint64_t position, std::uint32_t size) {
+    storedCount_ = count;
+    heavyPosition = position;
+    heavySize = size;
+}
+
+std::uint32_t NodeSets::GetSetCount() const {
+    return storedCount_.value_or(static_cast<std::uint32_t>(sets.size()));
+}
+
 void NodeSets::WriteHeavy(QelTnf::TnFile& container, const std::string& blockName) {
+    if (storedCount_) {
+        return;
+    }
     std::vector<unsigned int> nameOffsets = {0};
     std::string names;
     std::vector<unsigned int> memberOffsets = {0};

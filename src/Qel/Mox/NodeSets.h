@@ -3,6 +3,7 @@
 #include <Qel/Mox/Node.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -27,6 +28,13 @@ public:
     std::string GetTypeName() const override;
     std::string GetVersion() const override;
 
+    /// Makes this the node of sets that are in the file already: WriteHeavy() then puts nothing.
+    /// @param count The number of sets.
+    void SetStored(std::uint32_t count, std::uint64_t position, std::uint32_t size);
+
+    /// The number of sets, whether they are in memory or in the file.
+    std::uint32_t GetSetCount() const;
+
     /// Puts all sets into a name's stream, as five lists, and records where they are.
     void WriteHeavy(QelTnf::TnFile& container, const std::string& blockName);
 
@@ -35,6 +43,9 @@ public:
     std::uint64_t heavyPosition = 0;
     /// The number of bytes that WriteHeavy() put.
     std::uint32_t heavySize = 0;
+
+private:
+    std::optional<std::uint32_t> storedCount_;
 };
 
 } // namespace QelMox

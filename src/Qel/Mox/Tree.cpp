@@ -43,7 +43,7 @@ void saveGroup(QelTnf::BlockStream& lightData, QelTnf::BlockStream& attributes, 
 // Kept though nothing calls it; see docs/oddities.md.
 void saveNodeSets(QelTnf::BlockStream& lightData, const NodeSets& nodeSets) {
     lightData.Put(Format::NodeSetsMark);
-    lightData.Put(static_cast<unsigned int>(nodeSets.sets.size()));
+    lightData.Put(nodeSets.GetSetCount());
     lightData.Put(nodeSets.heavyPosition);
     lightData.Put(nodeSets.heavySize);
 }

@@ -204,6 +204,21 @@ unsigned char* Index::Extend(const std::string& name, std::uint32_t count) {
     return blocks_[id].Extend(count);
 }
 
+std::uint64_t Index::AddStoredBlock(const std::string& name, std::uint32_t length,
+                                    std::uint32_t contentLength) {
+    const std::uint64_t id = AddBlock(name);
+    if (!HaveAllEarlierGoneOut(id)) {
+        QEL_THROW(Qel::Exception::NotYetImplemented());
+    }
+    BlockInfo& info = blockInfos_[id];
+    info.flags |= Format::BlockCompressed;
+    info.length = length;
+    info.uncompressedLength = contentLength;
+    info.frozen = true;
+    PutPosition(id);
+    return id;
+}
+
 void Index::SetBlockFlags(std::string name, unsigned char flags) {
     if (const auto found = limiters_.find(name); found != limiters_.end()) {
         AddFlags(found->second, flags, IsEmptyBlockName(name));
@@ -292,6 +307,10 @@ void Index::Compress(std::uint64_t id) {
 // Places a block right after the previous one, going by what that one's entry says now.
 void Index::Place(std::uint64_t id) {
     blockInfos_[id].length = blocks_[id].GetSize();
+    PutPosition(id);
+}
+
+void Index::PutPosition(std::uint64_t id) {
     blockInfos_[id].position =
         id == 0 ? indexSize_ + indexPosition_ : blockInfos_[id - 1].position + blockInfos_[id - 1].length;
 }

@@ -60,6 +60,15 @@ public:
     template <typename T>
     void Put(const std::string& name, const T& value);
 
+    /// Adds a compressed block whose bytes, as they are stored, the caller has and writes at the block's place. The
+    /// block counts as written from now on, and the next value of its name opens another one.
+    /// @param length        The bytes in the file: the content's length in 32 bits, and the zlib stream.
+    /// @param contentLength The bytes before compression.
+    /// @return the block's id; its place is in its entry.
+    /// @throws Qel::Exception::NotYetImplemented if a block before it is still in memory, so that its place is not
+    ///         known; an empty block of this name is then there.
+    std::uint64_t AddStoredBlock(const std::string& name, std::uint32_t length, std::uint32_t contentLength);
+
     /// Adds `flags` to all existing blocks of this name; later ones don't get them.
     void SetBlockFlags(std::string name, unsigned char flags);
 
@@ -122,6 +131,7 @@ private:
     void FlagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag) noexcept;
     void Compress(std::uint64_t id);
     void Place(std::uint64_t id);
+    void PutPosition(std::uint64_t id);
     void Freeze(std::uint64_t id, std::uint32_t contentLength);
     std::uint64_t StreamSize(const BlockSizeLimiter& limiter) const;
     std::uint64_t StreamedSize(std::uint64_t id) const;

@@ -75,6 +75,14 @@ TEST_F(MoxMaterial, ThreeValuesReplaceRedGreenAndBlueOfEachColor) {
     EXPECT_EQ(material.GetAmbient(), (Color{1, 2, 3, 0.2F}));
 }
 
+TEST_F(MoxMaterial, ColorsOfAFileKeepAllFourValues) {
+    material.SetColors({1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}, {13, 14, 15, 16});
+    EXPECT_EQ(material.GetDiffuse(), (Color{1, 2, 3, 4}));
+    EXPECT_EQ(material.GetSpecular(), (Color{5, 6, 7, 8}));
+    EXPECT_EQ(material.GetEmissive(), (Color{9, 10, 11, 12}));
+    EXPECT_EQ(material.GetAmbient(), (Color{13, 14, 15, 16}));
+}
+
 TEST_F(MoxMaterial, DiffuseAndSpecularOfOtherLengthsThrowAndChangeNothing) {
     for (const Floats& values : {Floats(), Floats(2, 9.0F), Floats(5, 9.0F)}) {
         EXPECT_TRUE(throws<InvalidArguments>(invalidMaterialSizeIn("QelMox::Material::SetDiffuseColor"),

@@ -36,6 +36,15 @@ TEST_F(MoxNodeSets, NoSetsWriteTwoOffsetsOfZeroAndEmptyLists) {
     EXPECT_EQ(nodeSets.heavySize, 28U);
 }
 
+TEST_F(MoxNodeSets, SetsThatAreInTheFileAlreadyPutNothing) {
+    nodeSets.SetStored(3, 0x123456789, 77);
+    nodeSets.WriteHeavy(container, "Heavy Data");
+    EXPECT_EQ(container.GetIndex().GetStreamSize("Heavy Data"), 0U);
+    EXPECT_EQ(nodeSets.GetSetCount(), 3U);
+    EXPECT_EQ(nodeSets.heavyPosition, 0x123456789U);
+    EXPECT_EQ(nodeSets.heavySize, 77U);
+}
+
 TEST_F(MoxNodeSets, SetsWriteTheirNamesAndMembersAsFiveLists) {
     nodeSets.sets = {{"ab", {{1, 10}, {2, 20}}}, {"", {}}, {"c", {{3, 30}}}};
     nodeSets.WriteHeavy(container, "Heavy Data");

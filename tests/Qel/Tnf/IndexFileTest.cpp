@@ -219,6 +219,70 @@ TEST_F(IndexFile, TwentiethBlockStandsAfterAnIndexBlockOf27804BytesWithItsRecord
     EXPECT_EQ(file(), expected);
 }
 
+// --- Blocks whose bytes the caller has
+
+TEST_F(IndexFile, StoredBlocksLieOneAfterTheOtherAndValuesOpenABlockAfterThem) {
+    const std::uint64_t first = index.AddStoredBlock("s", 5, 1000);
+    index.SetBlockFlags("s", freezable);
+    const std::uint64_t second = index.AddStoredBlock("s", 7, 10);
+    put("a", {1, 2});
+    put("s", {3});
+    EXPECT_EQ(first, 0U);
+    EXPECT_EQ(second, 1U);
+    EXPECT_EQ(entry(0).position, 2800U);
+    EXPECT_EQ(entry(1).position, 2805U);
+    EXPECT_EQ(index.GetStreamSize("s"), 1011U);
+    writeAll();
+    Bytes expected = Bytes().zeros(12).u32(2784).u32(20);
+    addRecord(expected, 1, "s", 5, 0x21);
+    addRecord(expected, 2, "s", 7, 0x01);
+    addRecord(expected, 3, "a", 2, 0);
+    addRecord(expected, 4, "s", 1, 0);
+    addFreeRecords(expected, 5, 16);
+    expected.zeros(12).raw("\x01\x02\x03");
+    EXPECT_EQ(file(), expected);
+}
+
+TEST_F(IndexFile, StoredBlocksAfterIndexBlocksLieWhereTheLengthsAddUpTo) {
+    for (unsigned int i = 0; i < 250; ++i) {
+        index.SetBlockFlags("s", freezable);
+        index.AddStoredBlock("s", 10, 1);
+    }
+    writeAll();
+    EXPECT_EQ(entry(18).position, 2980U);
+    EXPECT_EQ(entry(19).position, 2990U);
+    EXPECT_EQ(entry(20).position, 30794U);
+    EXPECT_EQ(entry(219).position, 32784U);
+    EXPECT_EQ(entry(220).position, 60588U);
+    EXPECT_EQ(entry(251).position, 60898U);
+    Bytes table;
+    table.u32(200);
+    for (unsigned int id = 20; id < 219; ++id) {
+        addRecord(table, static_cast<std::uint8_t>(id + 1), "s", 10, 0x21);
+    }
+    addRecord(table, 220, indexName, 27804, 0x20);
+    EXPECT_EQ(fileAt(2990, 27804), table);
+    Bytes last;
+    last.u32(200);
+    for (unsigned int id = 220; id < 251; ++id) {
+        addRecord(last, static_cast<std::uint8_t>(id + 1), "s", 10, 0x21);
+    }
+    addRecord(last, 252, "s", 10, 0x01);
+    addFreeRecords(last, 253, 168);
+    EXPECT_EQ(fileAt(32784, 27804), last);
+}
+
+TEST_F(IndexFile, StoredBlockAfterOneInMemoryIsRefused) {
+    put("a", {1});
+    EXPECT_TRUE(Support::throws<Qel::Exception::NotYetImplemented>(
+        {20, "Not yet implemented", "Qel/Tnf/Index", "QelTnf::Index::AddStoredBlock"},
+        [this] { index.AddStoredBlock("s", 5, 1000); }));
+    EXPECT_EQ(index.GetStreamSize("s"), 0U);
+    put("s", {2});
+    writeAll();
+    EXPECT_EQ(fileAt(2800, 9), (ByteVector{1, 2}));
+}
+
 TEST_F(IndexFile, SecondIndexBlockStandsAtId219AndNumbersWrapInIt) {
     addOneByteBlocks(219);
     writeAll();

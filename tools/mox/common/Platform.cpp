@@ -27,6 +27,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <utility>
+#include <vector>
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
@@ -38,6 +39,50 @@
 #endif
 
 namespace MoxTool::Platform {
+
+namespace {
+
+bool seekTo(std::FILE* stream, std::uint64_t offset) {
+#ifdef _WIN32
+    return _fseeki64(stream, static_cast<long long>(offset), SEEK_SET) == 0;
+#else
+    return fseeko(stream, static_cast<off_t>(offset), SEEK_SET) == 0;
+#endif
+}
+
+} // namespace
+
+CopyEnd copyBytesPlainly(std::FILE* from, std::uint64_t fromOffset, std::FILE* to, std::uint64_t toOffset,
+                         std::uint64_t count) {
+    if (count == 0) {
+        return CopyEnd::Whole;
+    }
+    if (!seekTo(from, fromOffset)) {
+        return CopyEnd::ReadFailed;
+    }
+    constexpr std::uint64_t PieceSize = std::uint64_t{1} << 20U;
+    std::vector<char> piece(static_cast<std::size_t>(std::min(count, PieceSize)));
+    while (count > 0) {
+        const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(count, piece.size()));
+        if (std::fread(piece.data(), 1, size, from) != size) {
+            return std::ferror(from) != 0 ? CopyEnd::ReadFailed : CopyEnd::SourceEnded;
+        }
+        if (!writeAt(to, toOffset, piece.data(), size)) {
+            return CopyEnd::WriteFailed;
+        }
+        toOffset += size;
+        count -= size;
+    }
+    return CopyEnd::Whole;
+}
+
+bool readAt(std::FILE* from, std::uint64_t offset, void* bytes, std::size_t count) {
+    return seekTo(from, offset) && std::fread(bytes, 1, count, from) == count;
+}
+
+bool writeAt(std::FILE* to, std::uint64_t offset, const void* bytes, std::size_t count) {
+    return seekTo(to, offset) && std::fwrite(bytes, 1, count, to) == count;
+}
 
 #ifdef _WIN32
 
@@ -91,6 +136,15 @@ ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::u
 
 bool hasMissedMemory() {
     return errno == ENOMEM;
+}
+
+CopyEnd copyBytes(std::FILE* from, std::uint64_t fromOffset, std::FILE* to, std::uint64_t toOffset,
+                  std::uint64_t count) {
+    return copyBytesPlainly(from, fromOffset, to, toOffset, count);
+}
+
+void setEnvironment(const std::string& name, const std::optional<std::string>& value) {
+    _putenv_s(name.c_str(), value.value_or("").c_str());
 }
 
 std::uint64_t machineMemory() {
@@ -385,6 +439,38 @@ ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::u
 
 bool hasMissedMemory() {
     return errno == ENOMEM;
+}
+
+// What the system copied before it refused is not copied again: on some systems each piece can be refused, and on
+// some it never does this at all between two file systems, or for these two files.
+CopyEnd copyBytes(std::FILE* from, std::uint64_t fromOffset, std::FILE* to, std::uint64_t toOffset,
+                  std::uint64_t count) {
+#ifdef __linux__
+    constexpr std::uint64_t MostAtOnce = std::uint64_t{1} << 30U;
+    auto source = static_cast<off_t>(fromOffset);
+    auto target = static_cast<off_t>(toOffset);
+    const auto end = fromOffset + count;
+    while (static_cast<std::uint64_t>(source) < end) {
+        const auto piece =
+            static_cast<std::size_t>(std::min(end - static_cast<std::uint64_t>(source), MostAtOnce));
+        const auto copied = copy_file_range(fileno(from), &source, fileno(to), &target, piece, 0);
+        if (copied == 0 || (copied < 0 && errno != EINTR)) {
+            break;
+        }
+    }
+    const auto done = static_cast<std::uint64_t>(source) - fromOffset;
+#else
+    constexpr std::uint64_t done = 0;
+#endif
+    return copyBytesPlainly(from, fromOffset + done, to, toOffset + done, count - done);
+}
+
+void setEnvironment(const std::string& name, const std::optional<std::string>& value) {
+    if (value) {
+        setenv(name.c_str(), value->c_str(), 1);
+    } else {
+        unsetenv(name.c_str());
+    }
 }
 
 std::uint64_t machineMemory() {

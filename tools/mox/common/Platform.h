@@ -58,6 +58,29 @@ ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::u
 /// as something else.
 bool hasMissedMemory();
 
+/// How the copying of bytes ended.
+enum class CopyEnd { Whole, SourceEnded, ReadFailed, WriteFailed };
+
+/// Copies bytes of one file into another. The system does it by itself where it can, which spares the way through
+/// this process; elsewhere they are read and written.
+/// @param from,to Without a buffer; where they are positioned is left open.
+/// @return if a call of the system failed, errno has its reason.
+CopyEnd copyBytes(std::FILE* from, std::uint64_t fromOffset, std::FILE* to, std::uint64_t toOffset,
+                  std::uint64_t count);
+
+/// The same, always by reading and writing.
+CopyEnd copyBytesPlainly(std::FILE* from, std::uint64_t fromOffset, std::FILE* to, std::uint64_t toOffset,
+                         std::uint64_t count);
+
+/// Reads bytes at an offset. @return whether all of them are there and could be read.
+bool readAt(std::FILE* from, std::uint64_t offset, void* bytes, std::size_t count);
+
+/// Writes bytes at an offset. @return whether it did; if not, errno has the reason.
+bool writeAt(std::FILE* to, std::uint64_t offset, const void* bytes, std::size_t count);
+
+/// Sets a variable of the environment of this process; nothing removes it.
+void setEnvironment(const std::string& name, const std::optional<std::string>& value);
+
 /// The size of the machine's memory in bytes; 0 if that is not known.
 std::uint64_t machineMemory();
 

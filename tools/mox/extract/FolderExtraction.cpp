@@ -5,7 +5,7 @@
 #include "../common/writeFile.h"
 #include "../mesh/columnNames.h"
 #include "NumberTable.h"
-#include "safeFileName.h"
+#include "../common/safeFileName.h"
 #include "writeTables.h"
 
 #include <fmt/format.h>

@@ -18,8 +18,8 @@ public:
     /// Both must outlive the writer.
     DatasetWriter(Qel::Mox2::Model& model, ConversionSummary& summary) : model_(model), summary_(summary) {}
 
-    // Both throw std::length_error for a dataset of 4 GiB or more, and what Model::addArrayProperty() throws.
-    // They do nothing without ids or rows.
+    // Both throw std::length_error for a dataset of 4 GiB or more, BlockTooSmall for one that needs larger blocks, and
+    // what Model::addArrayProperty() throws. They do nothing without ids or rows.
 
     /// One column of integers that belong to no step, under the type's own name.
     void writeIntegers(Qel::Mox2::DatasetType type, const std::vector<unsigned int>& values, const Ids& ids,

@@ -1,24 +1,26 @@
 #include "saveImported.h"
 
 #include "../../check/FileCheck.h"
+#include "../../common/BlockSizeSetting.h"
 #include "../../common/Failure.h"
 #include "../../common/OutputFile.h"
 #include "../../common/Platform.h"
 #include "../../common/Terminal.h"
 #include "../../common/openSource.h"
+#include "../../common/writeProblem.h"
 #include "../Compressor.h"
+#include "BlockTooSmall.h"
 #include "checkSavedFile.h"
 
 #include <fmt/core.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
-#include <vector>
+#include <utility>
 
 namespace MoxTool {
 
@@ -76,10 +78,11 @@ void save(const std::string& path, const ImportRequest& request, const ModelFill
     }
 }
 
-// What the process that reads the input returns: one of these letters, then a packed summary or the line of a
-// failure.
+// What the process that reads the input returns: one of these letters, then a packed summary, the line of a failure or
+// the size of blocks to begin again with.
 constexpr char Saved = 'S';
 constexpr char Failed = 'F';
+constexpr char Again = 'A';
 
 std::string boundText(const ImportRequest& request) {
     return fmt::format("needs more memory than its bound of {} MiB", request.mostMemory / Mebibyte);
@@ -104,6 +107,8 @@ std::string saveAndReport(const std::string& path, const ImportRequest& request,
         ConversionSummary summary(request.output);
         save(path, request, fill, terminal, summary);
         return Saved + summary.pack();
+    } catch (const BlockTooSmall& block) {
+        return Again + std::to_string(block.safeSize);
     } catch (const Failure& failure) {
         return Failed + failureText(failure, request, Platform::hasMissedMemory());
     } catch (const std::bad_alloc&) {
@@ -141,8 +146,11 @@ Failure deathOf(const Platform::ApartOutcome& outcome, const ImportRequest& requ
             fmt::format("not read to its end, since the import was ended ({})", outcome.signalName())};
 }
 
-ConversionSummary saveApart(const std::string& path, const ImportRequest& request, const std::string& library,
-                            Terminal& terminal, const ModelFiller& fill) {
+/// @return nothing if it has to begin again; the block size is then larger.
+std::optional<ConversionSummary> tryToSaveApart(const std::string& path, const ImportRequest& request,
+                                                const std::string& library, Terminal& terminal,
+                                                const ModelFiller& fill,
+                                                std::optional<BlockSizeSetting>& blockSize) {
     const auto outcome = Platform::runApart(
         [&](std::FILE* messages) {
             terminal.replaceStandardError(messages);
@@ -157,23 +165,25 @@ ConversionSummary saveApart(const std::string& path, const ImportRequest& reques
     if (outcome.result->front() == Failed) {
         throw Failure(text);
     }
+    if (outcome.result->front() == Again) {
+        blockSize.reset();
+        blockSize.emplace(static_cast<std::uint32_t>(std::stoul(text)));
+        return std::nullopt;
+    }
     return ConversionSummary::unpack(text);
 }
 
-// The saving library does not look at the results of its writes, so the reason for a file that is not whole is
-// found by one more write: nothing if that succeeds.
-std::optional<std::string> writeProblem(const std::string& path) {
-    constexpr std::size_t Trial = 65536;
-    const std::vector<char> zeros(Trial);
-    errno = 0;
-    std::FILE* file = std::fopen(path.c_str(), "ab");
-    const bool isWritten =
-        file != nullptr && std::fwrite(zeros.data(), 1, Trial, file) == Trial && std::fflush(file) == 0;
-    const int reason = errno;
-    if (file != nullptr) {
-        std::fclose(file);
+// The sizes are at least doubled each time, and what has been saved until then is little: the coordinates come first.
+ConversionSummary saveApart(const std::string& path, const ImportRequest& request, const std::string& library,
+                            Terminal& terminal, const ModelFiller& fill) {
+    std::optional<BlockSizeSetting> blockSize;
+    for (;;) {
+        if (auto summary = tryToSaveApart(path, request, library, terminal, fill, blockSize)) {
+            return std::move(*summary);
+        }
+        std::error_code ignored; // saving anew fails if the file is still there
+        std::filesystem::remove(path, ignored);
     }
-    return isWritten ? std::nullopt : std::optional(std::generic_category().message(reason));
 }
 
 // Only the first finding is reported: a new file should have none.

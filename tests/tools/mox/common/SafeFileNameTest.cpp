@@ -1,4 +1,4 @@
-#include "extract/safeFileName.h"
+#include "common/safeFileName.h"
 
 #include <gtest/gtest.h>
 
