@@ -51,8 +51,18 @@ void HeavyCheck::collect(const Node& node, std::uint32_t id) {
     }
 }
 
-// Reads no byte twice, whatever the descriptors say, so the work stays in proportion to the file.
 FactsByHolder HeavyCheck::run(const CheckProgress& progress) {
+    runOnRanges(progress);
+    return std::move(facts_);
+}
+
+void HeavyCheck::runOnPlaces() {
+    readsNumbers_ = false;
+    runOnRanges([](double) {});
+}
+
+// Reads no byte twice, whatever the descriptors say, so the work stays in proportion to the file.
+void HeavyCheck::runOnRanges(const CheckProgress& progress) {
     std::uint64_t used = 0;
     for (const auto& range : ranges_) {
         if (!isInside(range)) {
@@ -71,7 +81,6 @@ FactsByHolder HeavyCheck::run(const CheckProgress& progress) {
     }
     reportUnused(used, heavy_.size());
     checkStreamedFlags();
-    return std::move(facts_);
 }
 
 FindingPlace HeavyCheck::Range::place() const {
@@ -100,6 +109,9 @@ void HeavyCheck::look(const Range& range, const CheckProgress& progress) {
         findings_.add(RuleId::DatasetOneBlock,
                       fmt::format("{} bytes at {} reach into the next block", range.size, range.position),
                       range.place());
+        return;
+    }
+    if (!readsNumbers_) {
         return;
     }
     const bool canBeRead = isReadable(block);

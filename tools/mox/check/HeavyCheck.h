@@ -24,6 +24,8 @@ public:
     /// @return the facts about each dataset that is not a link and has a sound shape and place.
     /// @throws MoxReader::Error with ReadFailed only.
     FactsByHolder run(const CheckProgress& progress);
+    /// Checks the places alone, and decompresses nothing.
+    void runOnPlaces();
 
     /// The ids of the blocks that have been read without damage.
     std::set<std::uint64_t> soundBlocks() const;
@@ -42,6 +44,7 @@ private:
     };
 
     void collect(const MoxReader::Node& node, std::uint32_t id);
+    void runOnRanges(const CheckProgress& progress);
     bool isInside(const Range& range);
     bool isReadable(std::size_t block);
     void look(const Range& range, const CheckProgress& progress);
@@ -52,6 +55,7 @@ private:
     std::optional<bool> isStreamed(std::size_t block) const;
 
     bool areComplete_;
+    bool readsNumbers_ = true;
     FindingList& findings_;
     MoxReader::Model bare_;     ///< Only a root: node sets are read without looking at the tree.
     MoxReader::HeavyData data_; ///< Holds the one decompressed block.

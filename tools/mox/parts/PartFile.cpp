@@ -9,9 +9,9 @@
 #include "../common/Failure.h"
 #include "../common/NodePaths.h"
 #include "../common/checkIsFile.h"
-#include "../common/datasetText.h"
 #include "../common/foreignKind.h"
 #include "../common/readFailure.h"
+#include "titleByStepName.h"
 
 #include <MoxReader/BlockContent.h>
 #include <MoxReader/FileSource.h>
@@ -57,18 +57,6 @@ void checkLengths(const MoxReader::File& file, FindingList& findings) {
     }
 }
 
-// The blocks of numbers count as damaged, so that none is inflated: what there is to say about them without that is
-// whether the datasets lie in them.
-std::set<std::uint64_t> heavyBlocks(const MoxReader::File& file) {
-    std::set<std::uint64_t> ids;
-    for (const auto& block : file.blocks()) {
-        if (block.name == Format::HeavyStream) {
-            ids.insert(block.id);
-        }
-    }
-    return ids;
-}
-
 // The checks of mox check, without those that inflate blocks of numbers.
 void checkAllButNumbers(const std::string& path, const MoxReader::File& file) {
     FindingList findings(MostOfARule);
@@ -82,8 +70,7 @@ void checkAllButNumbers(const std::string& path, const MoxReader::File& file) {
     refuseErrors(path, findings);
     const MoxReader::LinkTable links(scan.nodes());
     checkDatasets(scan.nodes(), links, scan.hasAllDescriptors(), findings);
-    const auto unread = heavyBlocks(file);
-    HeavyCheck(file, scan.nodes(), scan.hasAllDescriptors(), unread, findings).run([](double) {});
+    HeavyCheck(file, scan.nodes(), scan.hasAllDescriptors(), findings).runOnPlaces();
     refuseErrors(path, findings);
 }
 
@@ -217,7 +204,7 @@ void PartFile::findLostDatasets(const Node& node, const MoxReader::LinkTable& li
             continue;
         }
         unreadable_.insert(placeOf(dataset));
-        lost_.push_back(fmt::format("{}: {}: {}", title, datasetTitle(dataset), reason));
+        lost_.push_back(fmt::format("{}: {}: {}", title, titleByStepName(dataset), reason));
     }
 }
 

@@ -2,9 +2,9 @@
 
 #include "../common/Failure.h"
 #include "../common/NodePaths.h"
-#include "../common/datasetText.h"
 #include "../common/visibleText.h"
 #include "nodePayload.h"
+#include "titleByStepName.h"
 
 #include <Qel/Mox/Format.h>
 #include <Qel/Mox/Group.h>
@@ -203,7 +203,7 @@ private:
     bool isNew(const Node& node, const Dataset& dataset, OwnersByKey& owners) {
         const auto [owner, isAdded] = owners.emplace(dataset.key, file_);
         if (!isAdded) {
-            clash(fmt::format("{}: the dataset {} is in {} too", pathText(node), datasetTitle(dataset),
+            clash(fmt::format("{}: the dataset {} is in {} too", pathText(node), titleByStepName(dataset),
                               whole_.pathOf(owner->second)));
         }
         return isAdded;
