@@ -29,7 +29,7 @@ private:
     bool shorten(Sequence& calls, std::size_t count);
 
     Support::TemporaryFolder folder_;
-    std::string path_ = folder_.path("");
+    std::string path_ = folder_.path(""); // Ends with a slash.
     Support::EnvironmentGuard blockSize_{Support::BlockSizeVariable};
 };
 

@@ -1,41 +1,14 @@
 #include "random/Support/Call.h"
 
+#include "random/Support/quoted.h"
+
 #include <array>
-#include <bit>
 #include <charconv>
 #include <sstream>
-#include <type_traits>
 
 namespace RandomUse {
 
 namespace {
-
-std::string escaped(const std::string& text) {
-    constexpr const char* digits = "0123456789abcdef";
-    std::string result;
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (character == '"' || character == '\\') {
-            result += '\\';
-            result += character;
-        } else if (byte >= 0x20 && byte < 0x7f) {
-            result += character;
-        } else {
-            result += "\\x";
-            result += digits[byte / 16];
-            result += digits[byte % 16];
-        }
-    }
-    return result;
-}
-
-std::string quoted(const std::string& text) {
-    constexpr std::size_t longest = 60;
-    if (text.size() <= longest) {
-        return '"' + escaped(text) + '"';
-    }
-    return '"' + escaped(text.substr(0, longest)) + "...\" (" + std::to_string(text.size()) + " bytes)";
-}
 
 std::string written(const std::string& text) {
     return quoted(text);

@@ -1,14 +1,19 @@
 #include "random/Support/fileDifference.h"
 
+#include "random/Support/quoted.h"
+
 #include <MoxReader/File.h>
 #include <MoxReader/HeavyData.h>
 #include <MoxReader/Model.h>
 
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <set>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace RandomUse {
 
@@ -53,8 +58,9 @@ private:
     static void write(std::ostream& text, const Value& value) {
         text << value;
     }
+    static void write(std::ostream& text, const std::string& value) { text << quoted(value); }
     static void write(std::ostream& text, const StoredValue& value) {
-        text << "kind " << value.kind << " bits " << value.bits << " \"" << value.text << '"';
+        text << "kind " << value.kind << " bits " << value.bits << ' ' << quoted(value.text);
     }
     template <typename Item>
     static void write(std::ostream& text, const std::vector<Item>& items) {
@@ -66,7 +72,7 @@ private:
     }
     static void write(std::ostream& text, const StoredAttributes& attributes) {
         for (const auto& [key, value] : attributes) {
-            text << '"' << key << "\": ";
+            text << quoted(key) << ": ";
             write(text, value);
             text << "; ";
         }

@@ -2,7 +2,6 @@
 
 #include <bit>
 #include <map>
-#include <type_traits>
 
 namespace RandomUse {
 
