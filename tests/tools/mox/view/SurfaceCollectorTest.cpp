@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
-#include <set>
 
 namespace {
 
@@ -34,9 +34,11 @@ void addPart(ModelMesh& mesh, int dimension, std::size_t nodesPerElement, const 
 
 /// 12 nodes: those of two cubes side by side along x.
 ModelMesh twoCubes() {
+    using Corner = std::array<float, 2>;
+    constexpr std::array Corners = {Corner{0, 0}, Corner{1, 0}, Corner{1, 1}, Corner{0, 1}};
     ModelMesh mesh;
     for (const float x : {0.0F, 1.0F, 2.0F}) {
-        for (const auto& [y, z] : {std::array{0.0F, 0.0F}, {1.0F, 0.0F}, {1.0F, 1.0F}, {0.0F, 1.0F}}) {
+        for (const auto& [y, z] : Corners) {
             mesh.points.insert(mesh.points.end(), {x, y, z});
         }
     }
