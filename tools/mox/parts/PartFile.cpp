@@ -15,13 +15,11 @@
 
 #include <MoxReader/BlockContent.h>
 #include <MoxReader/FileSource.h>
-#include <MoxReader/Format.h>
 #include <MoxReader/HeavyData.h>
 
 #include <fmt/format.h>
 
 #include <memory>
-#include <set>
 #include <string_view>
 #include <variant>
 
@@ -29,7 +27,6 @@ namespace MoxTool {
 
 namespace {
 
-namespace Format = MoxReader::Format;
 using MoxReader::Dataset;
 using MoxReader::Node;
 
