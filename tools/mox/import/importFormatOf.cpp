@@ -11,7 +11,9 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Formats = "Exodus II, CGNS and Gmsh .msh";
+// The second sentence names the way that the Python package has for what meshio reads.
+constexpr const char* Formats =
+    "Exodus II, CGNS and Gmsh .msh; python3 -m moxwriter.convert reads other mesh formats";
 
 std::string readBeginning(const std::string& path) {
     std::ifstream file(path, std::ios::binary);

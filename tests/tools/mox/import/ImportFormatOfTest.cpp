@@ -34,11 +34,14 @@ TEST(ImportFormatOf, FileOfAnotherKindIsNamedWithWhatToDo) {
          "is a MOX file already, so there is nothing to import; mox info shows what it has"},
         {"<VTKFile type=\"UnstructuredGrid\">",
          "is a VTK file, which mox writes (mox export) but doesn't read; "
-         "mox import reads Exodus II, CGNS and Gmsh .msh"},
+         "mox import reads Exodus II, CGNS and Gmsh .msh; "
+         "python3 -m moxwriter.convert reads other mesh formats"},
         {"\x1F\x8B\x08", "is compressed with gzip; decompress it first, as with gzip -d"},
         {"BZh9", "is compressed with bzip2; decompress it first, as with bzip2 -d"},
-        {"\n$MeshFormat", "is a text file; mox import reads Exodus II, CGNS and Gmsh .msh"},
-        {"\x01\x02", "is in no format that mox import reads; these are Exodus II, CGNS and Gmsh .msh"},
+        {"\n$MeshFormat", "is a text file; mox import reads Exodus II, CGNS and Gmsh .msh; "
+                          "python3 -m moxwriter.convert reads other mesh formats"},
+        {"\x01\x02", "is in no format that mox import reads; these are Exodus II, CGNS and Gmsh .msh; "
+                     "python3 -m moxwriter.convert reads other mesh formats"},
     };
     for (const auto& [bytes, reason] : refusals) {
         const auto path = folder.write("a.e", bytes);

@@ -156,7 +156,8 @@ TEST_F(ImportCommand, FullDiskIsSaidToBeThatByTheCheckToo) {
 TEST_F(ImportCommand, FilesOfOtherKindsAreRefused) {
     expectRefused(folder.write("empty.e", ""), "is empty");
     expectRefused(folder.write("text.e", "# a list of parts\n"),
-                  "is a text file; mox import reads Exodus II, CGNS and Gmsh .msh");
+                  "is a text file; mox import reads Exodus II, CGNS and Gmsh .msh; "
+                  "python3 -m moxwriter.convert reads other mesh formats");
 }
 
 TEST_F(ImportCommand, DamagedHdf5FileIsRefusedWithoutChatter) {
