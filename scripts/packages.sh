@@ -7,8 +7,10 @@ MOXWRITER_TOOL_PACKAGES="libcli11-dev libfmt-dev nlohmann-json3-dev"
 MOXWRITER_IMPORT_PACKAGES="libexodusii-dev libcgns-dev libhdf5-dev libgmsh-dev"
 # For the faster compressor; without it there is zlib alone.
 MOXWRITER_DEFLATE_PACKAGES="libdeflate-dev"
-MOXWRITER_TEST_PACKAGES="python3 libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format clang-tidy
+MOXWRITER_TEST_PACKAGES="python3 python3-numpy libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format clang-tidy
 libbenchmark-dev zsh fish"
+# For what is tested in ParaView.
+MOXWRITER_PARAVIEW_PACKAGES="paraview python3-paraview python3-numpy xvfb xauth"
 
 # install_packages PACKAGE...: installs those that are missing, and says which.
 install_packages() {
