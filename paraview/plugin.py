@@ -31,9 +31,13 @@ def shown(text: str) -> str:
 
 
 def to_vtk(numbers: numpy.ndarray, name: str, column_names: Tuple[str, ...] = ()):
-    """An array of VTK that shares the numbers: a row for each item. All its names are set."""
+    """An array of VTK with a row for each item.
+
+    It has a copy of the numbers, since those that it would share with NumPy go with this array, even if others share
+    them: a vtkCellArray takes the numbers of an array, not the array.
+    """
     numbers = numpy.ascontiguousarray(numbers[:, 0] if numbers.ndim == 2 and numbers.shape[1] == 1 else numbers)
-    array = numpy_to_vtk(numbers, array_type=get_vtk_array_type(numbers.dtype))
+    array = numpy_to_vtk(numbers, deep=True, array_type=get_vtk_array_type(numbers.dtype))
     array.SetName(shown(name))
     for column, column_name in enumerate(column_names):
         array.SetComponentName(column, shown(column_name))
