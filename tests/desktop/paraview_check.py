@@ -277,6 +277,7 @@ def coloured(source, view, place, name, title, is_direct=False):
     table.ApplyPreset("Viridis (matplotlib)", True)
     bar = simple.GetScalarBar(table, view)
     bar.Title, bar.ComponentTitle = title, ""
+    bar.AutomaticLabelFormat, bar.LabelFormat, bar.RangeLabelFormat = 0, "%.3g", "%.3g"
     bar.TitleColor = bar.LabelColor = [0, 0, 0]
     display.SetScalarBarVisibility(view, True)
     return display
@@ -313,8 +314,8 @@ def picture_cantilever(path, folder):
     value = reader.TimestepValues[2]
     reader.UpdatePipeline(value)
     view = new_view(value)
-    largest = max(vtk_to_numpy(grid.GetPointData().GetArray("Mode shape")).max() for _, grid in grids_of(reader))
-    coloured(warped(reader, "Mode shape", 60 / largest), view, "CELLS", "Material Colour", "", True)
+    shape = vtk_to_numpy(dict(grids_of(reader))["Beam"].GetPointData().GetArray("Mode shape"))  # The nuts have none.
+    coloured(warped(reader, "Mode shape", 60 / abs(shape).max()), view, "CELLS", "Material Colour", "", True)
     look(view, (900, -1500, 700))
     picture(folder / "cantilever-mode.png", view)
     simple.Delete(view)
