@@ -305,7 +305,7 @@ class MoxReader(VTKPythonAlgorithmBase):
             self._applies_transforms = bool(applies)
             self.Modified()
 
-    @smproperty.intvector(name="OnlyUsedNodes", label="Only Nodes of Elements", default_values=1)
+    @smproperty.intvector(name="OnlyUsedNodes", label="Only Used Nodes", default_values=1)
     @smdomain.xml('<BooleanDomain name="bool"/>')
     def SetOnlyUsedNodes(self, squeezes):
         if bool(squeezes) != self._squeezes:
