@@ -244,18 +244,18 @@ def nut_centre(reader):
 def check_assembly(reader):
     assembly = output(reader).GetDataAssembly()
     bolts = assembly.GetFirstNodeByPath("/Boltedcantilever/Bolts")
-    check(assembly.GetDataSetIndices(bolts) == [0, 1, 2, 3, 6, 7, 8, 9],
+    check(list(assembly.GetDataSetIndices(bolts)) == [0, 1, 2, 3, 6, 7, 8, 9],
           f"the parts of the bolts are {assembly.GetDataSetIndices(bolts)}")
     plate = assembly.GetFirstNodeByPath("/Boltedcantilever/Steelwork/Endplate")
     check(assembly.GetAttributeOrDefault(plate, "label", "") == "End plate", "the end plate has another label")
     block = simple.ExtractBlock(Input=reader, Assembly="Assembly", Selectors=["/Boltedcantilever/Steelwork/Beam"])
     block.UpdatePipeline()
-    check(block.GetDataInformation().GetNumberOfCells() == 768, "the beam alone has not its 768 cells")
+    check(block.GetDataInformation().GetNumberOfCells() == 720, "the beam alone has not its 720 cells")
     simple.Delete(block)
 
 
 def check_refusals(folder):
-    """A file that is none ends in one line, and the session goes on."""
+    """A file that is no model has no parts, and the session goes on."""
     path = Path(folder) / "broken.mox"
     path.write_bytes(b"no model")
     reader = simple.MoxReader(FileName=str(path))
