@@ -354,7 +354,7 @@ def picture_model(path, reader, folder):
     choices = [("CELLS", data.GetCellDataInformation()), ("POINTS", data.GetPointDataInformation())]
     names = [(place, info.GetArrayInformation(i).GetName()) for place, info in choices
              for i in range(info.GetNumberOfArrays())]
-    names = [pair for pair in names if "Id" not in pair[1]] or names
+    names = [pair for pair in names if " id" not in pair[1].lower()] or names
     if len(output(reader).GetNumberOfPartitionedDataSets() and grids_of(reader)) and names:
         coloured(reader, view, *names[0], names[0][1])
     look(view, (1, -2, 1), zoom=1.0)
