@@ -1,6 +1,7 @@
 """What a program that draws a model needs of it: parts with their cells, fields and steps, as NumPy arrays.
 
-Cells have VTK's numbers of types and its orders of nodes. Parts, fields, steps and their values are those of mox export.
+Cells have VTK's numbers of types and its orders of nodes. Parts, fields, steps and the values of these are those of
+mox export.
 """
 
 import math  # not in the joined file

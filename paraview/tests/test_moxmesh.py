@@ -56,7 +56,8 @@ def results_of(*datasets, **counts):
 
 def cells_of(dimension, lengths, nodes=None, is_nsided=False):
     nodes = range(sum(lengths)) if nodes is None else nodes
-    return moxmesh.make_cells(dimension, numpy.array(nodes, numpy.uint32), numpy.array(lengths, numpy.uint32), is_nsided)
+    nodes, lengths = (numpy.array(numbers, numpy.uint32) for numbers in (nodes, lengths))
+    return moxmesh.make_cells(dimension, nodes, lengths, is_nsided)
 
 
 class NumbersTest(unittest.TestCase):

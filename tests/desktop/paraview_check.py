@@ -120,7 +120,8 @@ def compare_mesh(label, grid, part):
     check(grid.GetNumberOfPoints() == len(part.used), f"{label}: {grid.GetNumberOfPoints()} points")
     points = [part.points[node] for node in part.used]
     bounds = [limit(row[axis] for row in points) for axis in range(3) for limit in (min, max)]
-    check(numpy.allclose(grid.GetBounds(), bounds, rtol=1e-6, atol=1e-4), f"{label}: the bounds are {grid.GetBounds()}, not {bounds}")
+    check(numpy.allclose(grid.GetBounds(), bounds, rtol=1e-6, atol=1e-4),
+          f"{label}: the bounds are {grid.GetBounds()}, not {bounds}")
     place = 0
     for cell, length in enumerate(part.lengths):
         found = grid.GetCell(cell).GetPointIds()
