@@ -12,10 +12,11 @@ MOXWRITER_DEFLATE_PACKAGES="libdeflate-dev"
 # For the Python package and its tests; without pybind11 and NumPy it is not built.
 MOXWRITER_PYTHON_PACKAGES="python3-dev pybind11-dev python3-numpy python3-pytest python3-matplotlib python3-meshio python3-h5py
 mypy"
-MOXWRITER_TEST_PACKAGES="python3 libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format clang-tidy
+MOXWRITER_TEST_PACKAGES="python3 python3-numpy libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format clang-tidy
 libbenchmark-dev zsh fish"
 # For what is tested on a desktop.
-MOXWRITER_DESKTOP_PACKAGES="chromium fonts-dejavu-core"
+MOXWRITER_BROWSER_PACKAGES="chromium fonts-dejavu-core"
+MOXWRITER_PARAVIEW_PACKAGES="paraview python3-paraview python3-numpy xvfb xauth"
 
 # install_packages PACKAGE...: installs those that are missing, and says which.
 install_packages() {

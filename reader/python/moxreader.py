@@ -741,13 +741,18 @@ class Model:
 
     def numbers(self, dataset: Dataset) -> array.array:
         """The numbers row by row, one row for each item, holder(dataset).width numbers in each."""
+        holder, payload = self.shuffled_numbers(dataset)
+        return unshuffle(payload, holder.width, ARRAY_CODES[holder.element_tag])
+
+    def shuffled_numbers(self, dataset: Dataset) -> Tuple[Dataset, bytes]:
+        """The dataset that holds the numbers, and their bytes as the file has them: column by column, in planes."""
         holder = self.required_holder(dataset)
         require(holder.element_tag in ARRAY_CODES, f"{holder} has numbers of an unknown type", "WrongElementType")
         row = 4 * holder.width
         is_whole = holder.size % row == 0 if row else holder.size == 0
         require(is_whole, f"{holder} has no whole number of items", "BadDatasetSize")
         self._heavy.seek(holder.position)
-        return unshuffle(self._heavy.read(holder.size), holder.width, ARRAY_CODES[holder.element_tag])
+        return holder, self._heavy.read(holder.size)
 
     def node_sets(self, node: Node) -> List[Tuple[str, List[Tuple[int, int]]]]:
         """The names and the members of a NodeSets node."""
