@@ -18,6 +18,22 @@ void ImportSummary::addSkipped(const std::string& kind, std::int64_t count) {
     skipped_.push_back({kind, count, {}});
 }
 
+void ImportSummary::addSkippedOf(const ImportSummary& other) {
+    for (const auto& things : other.skipped_) {
+        const auto known = std::ranges::find(skipped_, things.kind, &Skipped::kind);
+        if (known == skipped_.end()) {
+            skipped_.push_back(things);
+            continue;
+        }
+        known->count = std::max(known->count, things.count);
+        for (const auto& name : things.names) {
+            if (std::ranges::find(known->names, name) == known->names.end()) {
+                known->names.push_back(name);
+            }
+        }
+    }
+}
+
 void ImportSummary::addNote(const std::string& sentence) {
     if (std::ranges::find(notes_, sentence) == notes_.end()) {
         notes_.push_back(sentence);

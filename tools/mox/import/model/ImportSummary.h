@@ -26,6 +26,8 @@ public:
     // As in ConversionSummary.
     void addSkipped(const std::string& kind, const std::vector<std::string>& names);
     void addSkipped(const std::string& kind, std::int64_t count);
+    /// Adds what another summary has as skipped, but of each kind only the names that are not there yet.
+    void addSkippedOf(const ImportSummary& other);
     void addNote(const std::string& sentence);
 
     /// Everything, as bytes.
