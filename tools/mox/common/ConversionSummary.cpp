@@ -25,6 +25,22 @@ void ConversionSummary::addSkipped(const std::string& kind, std::int64_t count) 
     }
 }
 
+void ConversionSummary::addSkippedOf(const ConversionSummary& other) {
+    for (const auto& things : other.skipped_) {
+        const auto known = std::ranges::find(skipped_, things.kind, &Skipped::kind);
+        if (known == skipped_.end()) {
+            skipped_.push_back(things);
+            continue;
+        }
+        known->count = std::max(known->count, things.count);
+        for (const auto& name : things.names) {
+            if (std::ranges::find(known->names, name) == known->names.end()) {
+                known->names.push_back(name);
+            }
+        }
+    }
+}
+
 void ConversionSummary::addNote(const std::string& sentence) {
     if (std::find(notes_.begin(), notes_.end(), sentence) == notes_.end()) {
         notes_.push_back(sentence);

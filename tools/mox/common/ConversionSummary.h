@@ -31,6 +31,8 @@ public:
     void addSkipped(const std::string& kind, const std::vector<std::string>& names);
     /// The same for things without names. Does nothing for 0.
     void addSkipped(const std::string& kind, std::int64_t count);
+    /// Notes what another summary has as skipped, but of each kind only the names that are not there yet.
+    void addSkippedOf(const ConversionSummary& other);
     /// Notes a fact, one sentence without a full stop. Repetitions are dropped.
     void addNote(const std::string& sentence);
 

@@ -203,6 +203,16 @@ std::int64_t ExodusFile::inquire(ex_inquiry what) const {
     return count;
 }
 
+std::optional<std::int64_t> ExodusFile::dimensionLength(const char* name) const {
+    int dimension = 0;
+    std::size_t length = 0;
+    if (nc_inq_dimid(file_.id, name, &dimension) != NC_NOERR ||
+        nc_inq_dimlen(file_.id, dimension, &length) != NC_NOERR) {
+        return std::nullopt;
+    }
+    return static_cast<std::int64_t>(length);
+}
+
 std::vector<double> ExodusFile::coordinates(int axis) const {
     std::vector<double> result(static_cast<std::size_t>(parameters_.num_nodes));
     std::array<double*, 3> targets{};
@@ -215,6 +225,26 @@ std::vector<std::int64_t> ExodusFile::idMap(ex_entity_type type, std::int64_t co
     std::vector<std::int64_t> result(static_cast<std::size_t>(count));
     if (ex_get_id_map(file_.id, type, result.data()) < 0) {
         throw Failure(filePath_, "damaged: an id map can't be read");
+    }
+    return result;
+}
+
+std::optional<std::vector<std::int64_t>> ExodusFile::numberMap(ex_entity_type type,
+                                                               const std::string& name) const {
+    const bool isOfNodes = type == EX_NODE_MAP;
+    const auto count = isOfNodes ? parameters_.num_node_maps : parameters_.num_elem_maps;
+    const auto mapNames = names(type, count);
+    const auto found = std::ranges::find(mapNames, name);
+    if (found == mapNames.end()) {
+        return std::nullopt;
+    }
+    const auto mapIds = ids(type, count);
+    std::vector<std::int64_t> result(
+        static_cast<std::size_t>(isOfNodes ? parameters_.num_nodes : parameters_.num_elem));
+    if (!result.empty()) {
+        check(ex_get_num_map(file_.id, type, mapIds[static_cast<std::size_t>(found - mapNames.begin())],
+                             result.data()),
+              "a further map");
     }
     return result;
 }

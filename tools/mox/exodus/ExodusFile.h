@@ -1,12 +1,12 @@
 #pragma once
 
-#include "ExodusBlock.h"
-#include "QaRecord.h"
+#include "ExodusSource.h"
 
 #include <exodusII.h>
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,39 +14,37 @@ namespace MoxTool {
 
 /// An open Exodus II file, for reading: the Exodus library in terms of vectors and strings.
 ///
-/// Steps, variables and blocks count from 0 here. Every function throws Failure, with the file's path, if the
-/// library can't read what is asked for. The library's own messages are silenced, for the whole process.
-class ExodusFile {
+/// Every function throws Failure, with the file's path, if the library can't read what is asked for. The library's
+/// own messages are silenced, for the whole process.
+class ExodusFile final : public ExodusSource {
 public:
     /// @throws Failure if there is no such file, if it is no Exodus II file, or if it is damaged or cut off.
     explicit ExodusFile(const std::string& filePath);
-    ExodusFile(const ExodusFile&) = delete;
-    ExodusFile& operator=(const ExodusFile&) = delete;
 
-    const std::string& path() const { return filePath_; }
     /// The library's number of the open file, which netCDF functions take as well.
     int handle() const { return file_.id; }
-
-    /// Counts of everything and the title, as the library gives them.
-    const ex_init_params& counts() const { return parameters_; }
-    int dimension() const { return static_cast<int>(parameters_.num_dim); }
-    /// The version of the library that wrote the file.
-    float apiVersion() const;
-    float fileVersion() const { return version_; }
     bool hasDoublePrecision() const { return wordSize_ == 8; }
-    std::vector<QaRecord> qaRecords() const;
     /// One of the library's counts.
     std::int64_t inquire(ex_inquiry what) const;
+    /// The length of a netCDF dimension; nothing if the file has none of this name.
+    std::optional<std::int64_t> dimensionLength(const char* name) const;
 
-    const std::vector<ExodusBlock>& blocks() const { return elementBlocks_; }
-    /// One coordinate of every node, for an axis below dimension().
-    std::vector<double> coordinates(int axis) const;
-    /// The application's ids, one for each node or element; 1, 2, 3 and so on where the file has none.
-    std::vector<std::int64_t> idMap(ex_entity_type type, std::int64_t count) const;
-    /// One-based numbers of nodes, element by element.
-    std::vector<std::int64_t> connectivity(const ExodusBlock& block) const;
-    /// The number of nodes of each element of an NSIDED block.
-    std::vector<int> nodesOfEachElement(const ExodusBlock& block) const;
+    const std::string& path() const override { return filePath_; }
+    const ex_init_params& counts() const override { return parameters_; }
+    float apiVersion() const override;
+    float fileVersion() const override { return version_; }
+    std::vector<QaRecord> qaRecords() const override;
+
+    const std::vector<ExodusBlock>& blocks() const override { return elementBlocks_; }
+    std::vector<double> coordinates(int axis) const override;
+    std::vector<std::int64_t> idMap(ex_entity_type type, std::int64_t count) const override;
+    std::vector<std::int64_t> connectivity(const ExodusBlock& block) const override;
+    std::vector<int> nodesOfEachElement(const ExodusBlock& block) const override;
+
+    /// A further number for each node or element, from the map of this name.
+    /// @param type EX_NODE_MAP or EX_ELEM_MAP.
+    /// @return nothing if there is no map of this name.
+    std::optional<std::vector<std::int64_t>> numberMap(ex_entity_type type, const std::string& name) const;
 
     /// The names of the numbers that the file gives for each element of a block.
     std::vector<std::string> attributeNames(const ExodusBlock& block) const;
@@ -58,16 +56,12 @@ public:
     /// Their names; an empty text for each that has none.
     std::vector<std::string> names(ex_entity_type type, std::int64_t count) const;
 
-    const std::vector<double>& times() const { return stepTimes_; }
-    std::vector<std::string> variableNames(ex_entity_type type) const;
-    /// Row by row, one row for each block: whether the block has the variable.
-    std::vector<int> elementTruthTable(std::size_t variableCount) const;
-    /// One step of one variable.
-    /// @param entity The id of an element block; anything for nodes.
+    const std::vector<double>& times() const override { return stepTimes_; }
+    std::vector<std::string> variableNames(ex_entity_type type) const override;
+    std::vector<int> elementTruthTable(std::size_t variableCount) const override;
     std::vector<double> values(ex_entity_type type, std::size_t variable, std::int64_t entity,
-                               std::size_t step, std::int64_t count) const;
-    /// All global variables of one step.
-    std::vector<double> globalValues(std::size_t step, std::size_t variableCount) const;
+                               std::size_t step, std::int64_t count) const override;
+    std::vector<double> globalValues(std::size_t step, std::size_t variableCount) const override;
 
 private:
     // Closes the file, even if the constructor fails.

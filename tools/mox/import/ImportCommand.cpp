@@ -37,11 +37,16 @@ What the file has and a model can't take is listed at the end.
 and ? for a character. In a CGNS file, a block is a section or a zone, and in a Gmsh file a group. Steps
 keep their names in the model: the seventh is "Step 7" also where it is the first that is taken.
 
+The pieces of a decomposed Exodus model, such as run.e.4.0 to run.e.4.3, become the whole again with
+--all-parts, or by a pattern in quotes that matches them all. Nodes that pieces share are there once.
+
 Examples:
   mox import bracket.e bracket.mox
   mox import --overwrite modes.exo modes.mox
   mox import --check wing.cgns wing.mox
   mox import --block 'web*' --variable 'stress_*' --step 7:last bracket.e end.mox
+  mox import 'run.e.4.*' run.mox
+  mox import --all-parts run.e.4.0 run.mox
   mox import horn.msh horn.mox)";
 
 using Importer = ConversionSummary (*)(const ImportRequest&, Terminal&);
@@ -49,6 +54,17 @@ using Importer = ConversionSummary (*)(const ImportRequest&, Terminal&);
 const std::map<ForeignFormat, Importer> Importers = {{ForeignFormat::Exodus, importExodus},
                                                      {ForeignFormat::Cgns, importCgns},
                                                      {ForeignFormat::Gmsh, importGmsh}};
+
+ForeignFormat formatOf(const ImportRequest& request) {
+    if (!request.pieces) {
+        return importFormatOf(request.input);
+    }
+    const auto& first = request.pieces->paths.front();
+    if (importFormatOf(first) != ForeignFormat::Exodus) {
+        throw Failure(first, "is no Exodus II file; mox import takes pieces of those alone");
+    }
+    return ForeignFormat::Exodus;
+}
 
 } // namespace
 
@@ -72,6 +88,9 @@ void ImportCommand::addOptions(CommandLine& line) {
     line.addFlag("-f,--overwrite", request_.overwrite, "Replace OUT.mox if it exists; else that is an error");
     line.addFlag("--check", request_.check,
                  "Check the result as mox check does, before it gets its name; an error ends the import");
+    line.addFlag(
+        "--all-parts", allParts_,
+        "MODEL is one piece of a decomposed Exodus model, such as run.e.4.0: take all of them as one");
     line.add("--compressor", compressor_,
              "What compresses the result: zlib, or deflate, which takes about half the time; the content is "
              "the same")
@@ -100,8 +119,17 @@ void ImportCommand::addOptions(CommandLine& line) {
 int ImportCommand::run(Terminal& terminal) {
     Compressor::choose(compressor_);
     request_.mostMemory = memory_ > UINT64_MAX / Mebibyte ? 0 : memory_ * Mebibyte;
-    Importers.at(importFormatOf(request_.input))(request_, terminal).print(terminal, verbose_);
+    findPieces();
+    Importers.at(formatOf(request_))(request_, terminal).print(terminal, verbose_);
     return 0;
+}
+
+void ImportCommand::findPieces() {
+    if (allParts_) {
+        request_.pieces = PieceFiles::besides(request_.input);
+    } else if (isFilePattern(request_.input)) {
+        request_.pieces = PieceFiles::matching(request_.input);
+    }
 }
 
 } // namespace MoxTool

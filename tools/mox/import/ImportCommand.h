@@ -19,8 +19,11 @@ public:
     int run(Terminal& terminal) override;
 
 private:
+    void findPieces();
+
     ImportRequest request_;
     std::string compressor_ = Compressor::preferred();
+    bool allParts_ = false;
     bool verbose_ = false;
     unsigned long long memory_; // in MiB
 };

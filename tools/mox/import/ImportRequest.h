@@ -1,6 +1,9 @@
 #pragma once
 
+#include "PieceFiles.h"
+
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +19,9 @@ struct ImportRequest {
     bool overwrite = false;       ///< An existing output is replaced, once the new one is whole.
     bool check = false;           ///< The new file gets its name only if `mox check` finds no error in it.
     std::uint64_t mostMemory = 0; ///< What reading the input may take, in bytes; 0 for no bound.
+
+    /// The files of a decomposed model, which become one; the input is then what the user has called them.
+    std::optional<PieceFiles> pieces = {};
 
     // What is taken; everything of a kind of which nothing is named.
     std::vector<std::string> blocks = {};    ///< Names or ids, with * and ?.

@@ -23,7 +23,7 @@ using Qel::Mox2::DatasetType;
 namespace {
 
 // From 0 to 3; nothing for a block that a model can't take.
-std::optional<int> dimensionOf(const ExodusBlock& block, const ExodusFile& file) {
+std::optional<int> dimensionOf(const ExodusBlock& block, const ExodusSource& file) {
     return ElementType(block.elementType).dimension(block.nodesPerElement, file.dimension());
 }
 
@@ -31,7 +31,7 @@ bool isChosen(const ExodusBlock& block, Choices& choices) {
     return choices.blocks.takes(blockName(block), {std::to_string(block.id)});
 }
 
-bool becomesPart(const ExodusBlock& block, const ExodusFile& file) {
+bool becomesPart(const ExodusBlock& block, const ExodusSource& file) {
     return block.elementCount > 0 && dimensionOf(block, file).has_value();
 }
 
@@ -41,7 +41,7 @@ bool takesAny(const std::vector<std::string>& variables, Choice& choice) {
 }
 
 // A variable that is declared need not have numbers anywhere.
-bool hasResults(const ExodusFile& file, Choices& choices) {
+bool hasResults(const ExodusSource& file, Choices& choices) {
     const bool hasNodeResults =
         takesAny(file.variableNames(EX_NODAL), choices.variables) && file.counts().num_nodes > 0;
     const auto variables = file.variableNames(EX_ELEM_BLOCK);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../../exodus/ExodusFile.h"
+#include "../../exodus/ExodusSource.h"
 #include "../model/ImportTarget.h"
 #include "ExodusMesh.h"
 
@@ -16,7 +16,7 @@ namespace MoxTool {
 class ExodusMeshImporter {
 public:
     /// Both must outlive the importer.
-    ExodusMeshImporter(const ExodusFile& file, ImportTarget& target) : file_(file), target_(target) {}
+    ExodusMeshImporter(const ExodusSource& file, ImportTarget& target) : file_(file), target_(target) {}
 
     /// To be called once.
     /// @throws Failure if the file is damaged or has more than a model can hold; anything that the model
@@ -34,7 +34,7 @@ private:
     std::vector<unsigned int> readPolylength(const ExodusBlock& block) const;
     std::vector<unsigned int> readConnectivity(const ExodusBlock& block) const;
 
-    const ExodusFile& file_;
+    const ExodusSource& file_;
     ImportTarget& target_;
     ExodusMesh mesh_;
 };

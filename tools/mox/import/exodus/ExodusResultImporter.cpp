@@ -27,7 +27,7 @@ void translate(std::vector<ResultDataset>& results, const std::vector<std::size_
 
 } // namespace
 
-ExodusResultImporter::ExodusResultImporter(const ExodusFile& file, const ExodusMesh& mesh,
+ExodusResultImporter::ExodusResultImporter(const ExodusSource& file, const ExodusMesh& mesh,
                                            ImportTarget& target)
     : file_(file),
       mesh_(mesh),

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../../exodus/ExodusFile.h"
+#include "../../exodus/ExodusSource.h"
 #include "../model/ImportTarget.h"
 #include "../model/ResultPlan.h"
 #include "ExodusMesh.h"
@@ -17,7 +17,7 @@ namespace MoxTool {
 class ExodusResultImporter {
 public:
     /// All arguments must outlive the importer.
-    ExodusResultImporter(const ExodusFile& file, const ExodusMesh& mesh, ImportTarget& target);
+    ExodusResultImporter(const ExodusSource& file, const ExodusMesh& mesh, ImportTarget& target);
 
     /// To be called once.
     /// @throws Failure if the file is damaged; std::length_error for a result that is too large; anything
@@ -46,7 +46,7 @@ private:
                    const Qel::Mox2::Step& label);
     const std::vector<std::string>& variablesOf(ex_entity_type type) const;
 
-    const ExodusFile& file_;
+    const ExodusSource& file_;
     const ExodusMesh& mesh_;
     ImportTarget& target_;
 

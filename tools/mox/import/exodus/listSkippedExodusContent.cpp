@@ -62,7 +62,7 @@ constexpr Records SkippedRecords[] = {
     {EX_INQ_COORD_FRAMES, "coordinate frames"},
 };
 
-void listEntities(const ExodusFile& file, ConversionSummary& summary) {
+void listEntities(const ExodusFile& file, ConversionSummary& summary, const std::string& takenMap) {
     for (const auto& entities : SkippedEntities) {
         const auto count = file.counts().*entities.count;
         const auto ids = file.ids(entities.type, count);
@@ -70,6 +70,7 @@ void listEntities(const ExodusFile& file, ConversionSummary& summary) {
         for (std::size_t i = 0; i < names.size(); ++i) {
             names[i] = nameOrId(names[i], "id", ids[i]);
         }
+        std::erase(names, takenMap);
         summary.addSkipped(entities.kind, names);
     }
 }
@@ -128,13 +129,18 @@ struct Patterns {
         "node_ns[0-9]+|(elem|side)_ss[0-9]+|(edge|ornt)_es[0-9]+|(face|ornt)_fs[0-9]+|elem_els[0-9]+|"
         "dist_fact_[a-z]+[0-9]+|frame_(coordinates|ids|tags)|[a-z]+_var_tab|name_[a-z]+_var|"
         "vals_[a-z]+_var([0-9].*)?|vals_red_var.*|vals_[a-z]+_red_var.*"};
+    // How a piece of a decomposed model fits to the others; a note says that it is one.
+    const std::regex decomposition{
+        "nem_ftype|(el_blk|ns|ss)_[a-z_]*global|(int|bor|ext)_[ne]_stat|[ne]_comm_[a-z_]+|"
+        "(elem_map|node_map)[ibe]"};
     const std::regex reducedVariableNames{"name_[a-z]+_red_var"};
     const std::regex propertyVariables{"[a-z]+_prop[0-9]+"};
     const std::regex assembliesAndBlobs{"(assembly|blob)_entity[0-9]+"};
     const std::regex blockConnectivity{"connect([0-9]{1,9})"};
     const std::regex knownAttributes{"name|elem_type|entity_type[0-9]?|_FillValue|_id|_type|_name|_typename"};
     const std::regex knownFileAttributes{"api[_ ]version|version|floating[_ ]point[_ ]word[_ ]size|file_size|"
-                                         "maximum_name_length|int64_status|title|last_written_time|type"};
+                                         "maximum_name_length|int64_status|title|last_written_time|type|"
+                                         "nemesis_(api|file)_version"};
 };
 
 // Finds what the Exodus library has no functions for, by the names of netCDF variables and attributes.
@@ -164,7 +170,8 @@ public:
 private:
     void sort(const NetcdfVariable& variable) {
         sortAttributes(variable);
-        if (std::regex_match(variable.name, patterns_.knownVariables)) {
+        if (std::regex_match(variable.name, patterns_.knownVariables) ||
+            std::regex_match(variable.name, patterns_.decomposition)) {
             return;
         }
         if (variable.name.starts_with("assembly_entity")) {
@@ -219,8 +226,9 @@ private:
 
 } // namespace
 
-void listSkippedExodusContent(const ExodusFile& file, ConversionSummary& summary) {
-    listEntities(file, summary);
+void listSkippedExodusContent(const ExodusFile& file, ConversionSummary& summary,
+                              const std::string& takenMap) {
+    listEntities(file, summary, takenMap);
     listVariables(file, summary);
     listElementAttributes(file, summary);
     listCoordinateNames(file, summary);

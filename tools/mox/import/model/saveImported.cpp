@@ -14,6 +14,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -39,8 +40,11 @@ Failure cannotBeWritten(const ImportRequest& request, const std::string& reason)
 }
 
 void refuseToReplaceInput(const ImportRequest& request) {
-    std::error_code missing;
-    if (std::filesystem::equivalent(request.input, request.output, missing)) {
+    const auto isOutput = [&](const std::string& input) {
+        std::error_code missing;
+        return std::filesystem::equivalent(input, request.output, missing);
+    };
+    if (isOutput(request.input) || (request.pieces && std::ranges::any_of(request.pieces->paths, isOutput))) {
         throw Failure(request.output, "is the input itself");
     }
 }

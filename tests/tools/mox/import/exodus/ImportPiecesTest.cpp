@@ -1,0 +1,280 @@
+// The pieces of a decomposed Exodus model become what the import of the whole file gives.
+
+#include "../../exodus/SmallExodusFile.h"
+#include "../ImportRun.h"
+#include "../ReadBack.h"
+#include "Support/TemporaryFolder.h"
+#include "splitExodus.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <numeric>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int Columns = 6;
+constexpr int Rows = 4;
+constexpr int Nodes = (Columns + 1) * (Rows + 1);
+constexpr int Steps = 3;
+
+// Two blocks of quadrilaterals, the lower and the upper half of a sheet. The second element variable is in the upper
+// one alone.
+class Sheet {
+public:
+    Sheet(const std::string& path, bool hasMixedIds)
+        : file_(path, {2, Nodes, Columns * Rows, 2}), hasMixedIds_(hasMixedIds) {
+        addNodes();
+        addBlocks();
+        addIds();
+        addVariables();
+        for (int step = 1; step <= Steps; ++step) {
+            addStep(step);
+        }
+    }
+
+private:
+    void addNodes() {
+        std::vector<double> x;
+        std::vector<double> y;
+        for (int node = 0; node < Nodes; ++node) {
+            x.push_back(node % (Columns + 1));
+            y.push_back(node / (Columns + 1));
+        }
+        file_.coordinates(x, y);
+    }
+
+    void addBlocks() {
+        std::vector<int> nodes;
+        for (int element = 0; element < Columns * Rows; ++element) {
+            const int corner = element / Columns * (Columns + 1) + element % Columns + 1;
+            nodes.insert(nodes.end(), {corner, corner + 1, corner + Columns + 2, corner + Columns + 1});
+        }
+        const auto half = nodes.begin() + std::ssize(nodes) / 2;
+        file_.block(7, "QUAD4", Columns * Rows / 2, 4, {nodes.begin(), half});
+        file_.block(3, "QUAD4", Columns * Rows / 2, 4, {half, nodes.end()});
+        SmallExodusFile::require(ex_put_name(file_.handle(), EX_ELEM_BLOCK, 3, "upper"));
+    }
+
+    // 31 has no common divisor with either count, so the mixed ids are different.
+    void addIds() {
+        const auto ids = [&](int count) {
+            std::vector<int> result;
+            for (int i = 0; i < count; ++i) {
+                result.push_back(hasMixedIds_ ? 1000 + i * 31 % count : 10 + 3 * i);
+            }
+            return result;
+        };
+        SmallExodusFile::require(ex_put_id_map(file_.handle(), EX_NODE_MAP, ids(Nodes).data()));
+        SmallExodusFile::require(ex_put_id_map(file_.handle(), EX_ELEM_MAP, ids(Columns * Rows).data()));
+    }
+
+    void addVariables() {
+        file_.variables(EX_NODAL, {"disp_x", "disp_y", "heat"});
+        file_.variables(EX_ELEM_BLOCK, {"energy", "damage"});
+        int table[] = {1, 0, 1, 1}; // the library takes no constant
+        SmallExodusFile::require(ex_put_truth_table(file_.handle(), EX_ELEM_BLOCK, 2, 2, table));
+    }
+
+    void addStep(int step) {
+        file_.time(step, 0.25 * step);
+        for (int variable = 1; variable <= 3; ++variable) {
+            file_.values(step, EX_NODAL, variable, 1, numbers(Nodes, 100 * step + variable));
+        }
+        file_.values(step, EX_ELEM_BLOCK, 1, 7, numbers(Columns * Rows / 2, 1000 * step));
+        file_.values(step, EX_ELEM_BLOCK, 1, 3, numbers(Columns * Rows / 2, 2000 * step));
+        file_.values(step, EX_ELEM_BLOCK, 2, 3, numbers(Columns * Rows / 2, 3000 * step));
+    }
+
+    static std::vector<double> numbers(int count, double first) {
+        std::vector<double> result(static_cast<std::size_t>(count));
+        std::iota(result.begin(), result.end(), first);
+        return result;
+    }
+
+    SmallExodusFile file_;
+    bool hasMixedIds_;
+};
+
+std::size_t byColumns(std::size_t element) {
+    return element % Columns * 4 / Columns;
+}
+
+class ImportPieces : public testing::Test {
+protected:
+    ImportPieces() { fs::create_directory(folder.path("whole")); }
+
+    std::string whole() const { return folder.path("whole/run.e"); }
+    std::string piece(const std::string& end) const { return folder.path("run.e." + end); }
+    std::string out() const { return folder.path("out.mox"); }
+
+    void cut(const ExodusCut& how, bool hasMixedIds = true) const {
+        Sheet(whole(), hasMixedIds);
+        splitExodus(whole(), folder.path("run.e"), how);
+    }
+    void expectEqualToWhole(const std::vector<std::string>& arguments) const {
+        ASSERT_EQ(runImport({whole(), folder.path("whole.mox")}).exitCode, 0);
+        const auto run = runImport(arguments);
+        ASSERT_EQ(run.exitCode, 0) << run.messages;
+        const auto diff = runMox({"diff", folder.path("whole.mox"), out()});
+        EXPECT_EQ(diff.exitCode, 0) << diff.output << diff.messages;
+    }
+    void expectRefused(const std::vector<std::string>& arguments, const std::string& message) const {
+        const auto run = runImport(arguments);
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.messages, "mox import: " + message + "\n");
+        EXPECT_FALSE(fs::exists(out()));
+    }
+
+    Support::TemporaryFolder folder;
+};
+
+TEST_F(ImportPieces, PatternTakesAllPiecesAsTheWholeFile) {
+    cut({4, byColumns});
+    expectEqualToWhole({piece("4.*"), out()});
+}
+
+TEST_F(ImportPieces, AllPartsTakesThePiecesBesidesTheOneThatIsNamed) {
+    cut({4, byColumns});
+    splitExodus(whole(), folder.path("run.e"), {2, [](std::size_t element) { return element % 2; }});
+    expectEqualToWhole({"--all-parts", piece("4.2"), out()});
+}
+
+TEST_F(ImportPieces, NumberMapsAloneGiveTheOrderAndTheIds) {
+    cut({3, [](std::size_t element) { return element % 3; }, false}, false);
+    expectEqualToWhole({piece("3.?"), out()});
+}
+
+TEST_F(ImportPieces, PiecesWithoutElementsOfABlockFit) {
+    cut({2, [](std::size_t element) { return element < Columns * Rows / 2 ? 1U : 0U; }});
+    expectEqualToWhole({piece("2.*"), out()});
+}
+
+TEST_F(ImportPieces, ChoiceIsMadeOfTheWhole) {
+    cut({4, byColumns});
+    const std::vector<std::string> choice = {"--block", "upper", "--variable", "damage", "--step", "2"};
+    auto arguments = choice;
+    arguments.insert(arguments.end(), {whole(), folder.path("chosen.mox")});
+    ASSERT_EQ(runImport(arguments).exitCode, 0);
+    arguments = choice;
+    arguments.insert(arguments.end(), {piece("4.*"), out()});
+    ASSERT_EQ(runImport(arguments).exitCode, 0);
+    EXPECT_EQ(runMox({"diff", folder.path("chosen.mox"), out()}).exitCode, 0);
+}
+
+TEST_F(ImportPieces, RootIsNamedByTheFileIfTitlesNameProcessors) {
+    cut({.pieces = 2, .pieceOf = [](std::size_t element) { return element % 2; }, .hasOwnTitles = true});
+    ASSERT_EQ(runImport({piece("2.*"), out()}).exitCode, 0);
+    const auto tree = runMox({"tree", out()});
+    EXPECT_NE(tree.output.find("run"), std::string::npos) << tree.output;
+    EXPECT_EQ(tree.output.find("Piece"), std::string::npos) << tree.output;
+}
+
+TEST_F(ImportPieces, MissingPiecesAreListed) {
+    cut({4, byColumns});
+    fs::remove(piece("4.1"));
+    expectRefused({"--all-parts", piece("4.0"), out()},
+                  piece("4.0") + ": piece 1 of 4, numbered from 0, is missing");
+    fs::remove(piece("4.3"));
+    expectRefused({piece("4.*"), out()},
+                  piece("4.*") + ": pieces 1 and 3 of 4, numbered from 0, are missing");
+}
+
+TEST_F(ImportPieces, PatternOfTwoDecompositionsIsRefused) {
+    cut({4, byColumns});
+    splitExodus(whole(), folder.path("run.e"), {2, [](std::size_t element) { return element % 2; }});
+    expectRefused({piece("*"), out()}, piece("*") + ": matches pieces of different models or decompositions: "
+                                                    "run.e.2.0 and run.e.4.0");
+}
+
+TEST_F(ImportPieces, PatternWithoutPiecesIsRefused) {
+    expectRefused({piece("4.*"), out()}, piece("4.*") + ": matches no file");
+    cut({4, byColumns});
+    expectRefused({folder.path("whole/*.e"), out()},
+                  folder.path("whole/*.e") +
+                      ": matches run.e, which is not named as a piece is, such as run.e.4.0");
+}
+
+TEST_F(ImportPieces, PieceWithFewerStepsIsNamed) {
+    cut({.pieces = 2, .pieceOf = [](std::size_t element) { return element % 2; }, .steps = 2});
+    expectRefused({piece("2.*"), out()},
+                  piece("2.1") + ": has 2 steps, but run.e.2.0 has 3; they are not pieces of one run");
+}
+
+TEST_F(ImportPieces, PieceOfAnotherRunIsNamed) {
+    cut({4, byColumns});
+    splitExodus(whole(), folder.path("other.e"), {4, [](std::size_t element) { return element % 4; }});
+    fs::rename(folder.path("other.e.4.2"), piece("4.2"));
+    const auto run = runImport({piece("4.*"), out()});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.says("run.e.4.")) << run.messages;
+    EXPECT_TRUE(run.says("they are not pieces of one run")) << run.messages;
+}
+
+TEST_F(ImportPieces, PieceOfAnotherNumberOfPiecesIsNamed) {
+    cut({4, byColumns});
+    fs::rename(piece("4.0"), piece("1.0"));
+    expectRefused({"--all-parts", piece("1.0"), out()},
+                  piece("1.0") + ": is one of 4 pieces, but by its name one of 1");
+}
+
+TEST_F(ImportPieces, PieceByItselfGetsANoteThatItIsOne) {
+    cut({4, byColumns});
+    const auto run = runImport({piece("4.2"), out()});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(
+        run.says("note: run.e.4.2 is one of 4 pieces of a decomposed model; --all-parts imports all as one"))
+        << run.messages;
+}
+
+TEST_F(ImportPieces, OutputCanNotReplaceAPiece) {
+    cut({4, byColumns});
+    const auto run = runImport({"--overwrite", piece("4.*"), piece("4.3")});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.messages, "mox import: " + piece("4.3") + ": is the input itself\n");
+}
+
+// Real meshes that were cut for some ranks, beside the whole ones. What differs is what the pieces say about
+// themselves: the title, the program that cut them, the letters of element types.
+struct RealMesh {
+    const char* whole;
+    const char* pieces;
+};
+
+class ImportRealPieces : public testing::TestWithParam<RealMesh> {};
+
+TEST_P(ImportRealPieces, HaveEveryNumberOfTheWholeFile) {
+    const std::string data = std::string(MOXWRITER_DATA_DIR) + "/decomposed/";
+    if (!fs::exists(data + GetParam().whole)) {
+        GTEST_SKIP() << "there are no real files in " << data;
+    }
+    const Support::TemporaryFolder folder;
+    ASSERT_EQ(runImport({data + GetParam().whole, folder.path("whole.mox")}).exitCode, 0);
+    const auto run = runImport({data + GetParam().pieces, folder.path("pieces.mox")});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    ReadBack whole(folder.path("whole.mox"));
+    ReadBack pieces(folder.path("pieces.mox"));
+    ASSERT_EQ(pieces.geometries().size(), whole.geometries().size());
+    for (std::size_t i = 0; i < whole.geometries().size(); ++i) {
+        const auto& expected = *whole.geometries()[i];
+        const auto& found = *pieces.geometries()[i];
+        EXPECT_EQ(pieces.floats(ReadBack::dataset(found, "Coordinates")),
+                  whole.floats(ReadBack::dataset(expected, "Coordinates")));
+        for (const char* name : {"Node Ids", "Connectivity", "Polylength", "Element IDs"}) {
+            EXPECT_EQ(pieces.integers(ReadBack::dataset(found, name)),
+                      whole.integers(ReadBack::dataset(expected, name)))
+                << name;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Meshes, ImportRealPieces,
+    testing::Values(RealMesh{"contact_entity_creation.g", "contact_entity_creation.g.3.*"},
+                    RealMesh{"contact_entity_creation.g", "contact_entity_creation.g.4.*"},
+                    RealMesh{"brick_with_fibers.g", "brick_with_fibers.g.4.*"}),
+    [](const auto& mesh) { return "Number" + std::to_string(mesh.index); });
+
+} // namespace

@@ -1,0 +1,35 @@
+#include "ExodusPieces.h"
+
+#include "../../common/visibleText.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+namespace MoxTool {
+
+namespace {
+
+constexpr std::size_t MostOpen = 200; // each takes a descriptor; processes have 1024 or 256 of them
+
+} // namespace
+
+ExodusPieces::ExodusPieces(std::vector<std::string> paths)
+    : paths_(std::move(paths)), opened_(std::min(MostOpen, paths_.size())) {}
+
+std::string ExodusPieces::name(std::size_t rank) const {
+    return visibleText(std::filesystem::path(paths_[rank]).filename().string());
+}
+
+std::shared_ptr<const ExodusFile> ExodusPieces::open(std::size_t rank) const {
+    if (rank >= opened_.size()) {
+        return std::make_shared<ExodusFile>(paths_[rank]);
+    }
+    auto& file = opened_[rank];
+    if (!file) {
+        file = std::make_shared<ExodusFile>(paths_[rank]);
+    }
+    return file;
+}
+
+} // namespace MoxTool
