@@ -1,6 +1,7 @@
 #include "ImportCommand.h"
 
 #include "../common/CommandLine.h"
+#include "../common/Failure.h"
 #include "../common/Platform.h"
 #include "../common/StepChoice.h"
 #include "../common/Terminal.h"
