@@ -2,10 +2,10 @@
 
 #include "../common/OutputFolder.h"
 #include "../common/datasetText.h"
+#include "../common/safeFileName.h"
 #include "../common/writeFile.h"
 #include "../mesh/columnNames.h"
 #include "NumberTable.h"
-#include "../common/safeFileName.h"
 #include "writeTables.h"
 
 #include <fmt/format.h>
