@@ -2,6 +2,7 @@
 // what its headers say.
 
 #include "Support/Bytes.h"
+#include "Support/CaseStride.h"
 #include "Support/TemporaryFolder.h"
 #include "api/Support/Failures.h"
 #include "api/Support/MeantLeak.h"
@@ -23,6 +24,8 @@ namespace {
 using Call = FailingFiles::Call;
 using Mode = FailingFiles::Mode;
 using Fault = FailingFiles::Fault;
+
+constexpr auto Stride = static_cast<unsigned int>(CaseStride);
 
 class FailedCall : public testing::Test {
 protected:
@@ -71,7 +74,7 @@ protected:
     template <typename ExpectationT>
     void failEach(Call call, Mode mode, Fault fault, unsigned int least, const ExpectationT& expectation) {
         unsigned int number = 1;
-        for (;; ++number) {
+        for (;; number += Stride) {
             SCOPED_TRACE("call " + std::to_string(number));
             saveWithFailure({call, number, mode, fault});
             if (!FailingFiles::hasFailed() || HasFailure()) {
