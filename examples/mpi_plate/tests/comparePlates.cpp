@@ -1,5 +1,5 @@
 // comparePlates WHOLE.mox ONE.mox SHAPES [part]: whether a file that joins so many ranks has the plate that one rank
-// computes: nodes and elements exactly, results within the tolerance of the solver, temperatures near the exact
+// computes: nodes and elements exactly, results to the last bit or so, temperatures near the exact
 // solution. Of a file that lacks a rank, "part", what is there is compared; its last step can be missing.
 
 #include <MoxReader/File.h>
@@ -18,8 +18,13 @@
 
 namespace {
 
-constexpr float SolverTolerance = 1e-6F;
-constexpr double ExactTolerance = 5e-3; // of the mesh that the tests use
+// Ranks add in another order than one rank does: the last bit of a number up to 1 or up to 4 can differ.
+constexpr float TemperatureTolerance = 1.2e-7F;
+constexpr float FluxTolerance = 4.8e-7F;
+// In squares of an element's edge, since bilinear elements are of second order. Here 0.39 of them are lost, by taking
+// the source at the centres of the elements.
+constexpr double ExactTolerance = 0.4;
+constexpr double FloatRounding = 6e-8;
 
 using Point = std::array<float, 3>;
 
@@ -105,7 +110,7 @@ private:
 
     static void addTemperature(std::map<std::uint32_t, float>& all, std::uint32_t id, float value) {
         const auto [place, isNew] = all.emplace(id, value);
-        require(isNew || std::abs(place->second - value) <= SolverTolerance,
+        require(isNew || std::abs(place->second - value) <= TemperatureTolerance,
                 "two ranks have different temperatures");
     }
 
@@ -119,20 +124,25 @@ private:
     Content content_;
 };
 
+double exactTemperature(double x, double y) {
+    return 16 * x * (1 - x) * y * (1 - y);
+}
+
 void compareResults(const Content& found, const Content& one) {
+    const double edgeSquare = 1.0 / static_cast<double>(one.elements.size());
     for (const auto& [step, temperatures] : found.temperatures) {
         const double factor = std::stod(step.substr(5)) / static_cast<double>(one.temperatures.size());
         for (const auto& [id, value] : temperatures) {
             const auto& [x, y, z] = one.nodes.at(id);
-            const double exact = factor * std::sin(M_PI * x) * std::sin(M_PI * y);
-            require(std::abs(value - one.temperatures.at(step).at(id)) <= SolverTolerance,
+            const double exact = factor * exactTemperature(x, y);
+            require(std::abs(value - one.temperatures.at(step).at(id)) <= TemperatureTolerance,
                     "a temperature differs");
-            require(std::abs(value - exact) <= ExactTolerance, "a temperature is far from the exact one");
+            require(std::abs(value - exact) <= factor * ExactTolerance * edgeSquare + FloatRounding,
+                    "a temperature is far from the exact one");
         }
         for (const auto& [id, value] : found.fluxes.at(step)) {
             for (std::size_t axis = 0; axis < 3; ++axis) {
-                require(std::abs(value.at(axis) - one.fluxes.at(step).at(id).at(axis)) <=
-                            100 * SolverTolerance,
+                require(std::abs(value.at(axis) - one.fluxes.at(step).at(id).at(axis)) <= FluxTolerance,
                         "a heat flux differs");
             }
         }
