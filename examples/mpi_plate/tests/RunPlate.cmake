@@ -34,8 +34,9 @@ if(KILL STREQUAL "")
 else()
     execute_process(COMMAND ${MPIEXEC} ${RANKS} ${PLATE} plate.mox --size ${SIZE} --kill ${KILL}
                     WORKING_DIRECTORY ${FOLDER} RESULT_VARIABLE code TIMEOUT 60)
-    if(code STREQUAL 0)
-        message(FATAL_ERROR "The launcher does not notice that a rank has died.")
+    # Not a number: the launcher was still running when the time was over, or was killed itself.
+    if(NOT code MATCHES "^[1-9][0-9]*$")
+        message(FATAL_ERROR "The launcher does not report that a rank has died: ${code}")
     endif()
     execute_process(COMMAND ${MOX} check plate.${KILL}.mox WORKING_DIRECTORY ${FOLDER} RESULT_VARIABLE code)
     if(code STREQUAL 0)
