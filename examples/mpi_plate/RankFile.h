@@ -30,10 +30,10 @@ namespace Plate {
 /// What happens when a rank dies: the launcher asks all others to end (SIGTERM), and so does a batch system when the
 /// time of a job is over. A model is whole only when it is closed, so a thread waits for that signal and closes the
 /// file: it then has all steps that were complete, and can be joined with those of the others. Only the rank that
-/// died itself leaves a file without an end; `mox salvage` gets out of it what was written.
+/// died itself leaves a file without an end, which lacks all that was still in memory: often everything.
 ///
 /// Launchers give the processes little time before they kill them: one second with Open MPI, unless
-/// `--mca odls_base_sigkill_timeout 60` or OMPI_MCA_odls_base_sigkill_timeout sets another.
+/// `--mca odls_base_sigkill_timeout 5` or OMPI_MCA_odls_base_sigkill_timeout sets another.
 class RankFile {
 public:
     /// To be called first in main(): threads that MPI starts must not receive the signal.
