@@ -5,6 +5,8 @@ MOXWRITER_EXAMPLE_PACKAGES="libcli11-dev libfmt-dev"
 MOXWRITER_TOOL_PACKAGES="libcli11-dev libfmt-dev nlohmann-json3-dev"
 # Each is for a file format of its own; mox builds without them.
 MOXWRITER_IMPORT_PACKAGES="libexodusii-dev libcgns-dev libhdf5-dev libgmsh-dev"
+# For the example of a parallel program; without it that is not built.
+MOXWRITER_MPI_PACKAGES="libopenmpi-dev openmpi-bin"
 # For the faster compressor; without it there is zlib alone.
 MOXWRITER_DEFLATE_PACKAGES="libdeflate-dev"
 MOXWRITER_TEST_PACKAGES="python3 libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format clang-tidy
