@@ -7,6 +7,8 @@ MOXWRITER_TOOL_PACKAGES="libcli11-dev libfmt-dev nlohmann-json3-dev"
 MOXWRITER_IMPORT_PACKAGES="libexodusii-dev libcgns-dev libhdf5-dev libgmsh-dev"
 # For mox view --serve; mox builds without it. For the page itself, any npm and Node.js from 18 on will do.
 MOXWRITER_VIEW_PACKAGES="libcpp-httplib-dev"
+# For the example of a parallel program; without it that is not built.
+MOXWRITER_MPI_PACKAGES="libopenmpi-dev openmpi-bin"
 # For the faster compressor; without it there is zlib alone.
 MOXWRITER_DEFLATE_PACKAGES="libdeflate-dev"
 # For the Python package and its tests; without pybind11 and NumPy it is not built.
