@@ -33,7 +33,7 @@ if(KILL STREQUAL "")
     set(mode "")
 else()
     execute_process(COMMAND ${MPIEXEC} ${RANKS} ${PLATE} plate.mox --size ${SIZE} --kill ${KILL}
-                    WORKING_DIRECTORY ${FOLDER} RESULT_VARIABLE code TIMEOUT 60)
+                    WORKING_DIRECTORY ${FOLDER} RESULT_VARIABLE code TIMEOUT 180)
     # Not a number: the launcher was still running when the time was over, or was killed itself.
     if(NOT code MATCHES "^[1-9][0-9]*$")
         message(FATAL_ERROR "The launcher does not report that a rank has died: ${code}")

@@ -3,6 +3,8 @@
 #include "Support/SampleModel.h"
 #include "Support/TemporaryFolder.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 
 namespace {

@@ -221,7 +221,8 @@ TEST_F(JoinDamage, ForceLeavesAWholeFileAsItIs) {
 TEST_F(JoinDamage, ForceDoesNotHelpIfTheTreeIsLost) {
     saveShape("a.mox", "one", {"T"}, 0);
     auto bytes = folder.read("a.mox");
-    for (const auto& block : MoxReader::File(a).blocks()) {
+    const MoxReader::File file(a);
+    for (const auto& block : file.blocks()) {
         if (block.name == "Mox Tree") {
             bytes[block.position + 20] ^= 0x10;
         }
