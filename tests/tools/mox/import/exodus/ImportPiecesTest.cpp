@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 constexpr int Columns = 6;
 constexpr int Rows = 4;
-constexpr int Nodes = (Columns + 1) * (Rows + 1);
+constexpr int GridNodes = (Columns + 1) * (Rows + 1);
 constexpr int Steps = 3;
 
 // Two blocks of quadrilaterals, the lower and the upper half of a sheet. The second element variable is in the upper
@@ -25,7 +25,7 @@ constexpr int Steps = 3;
 class Sheet {
 public:
     Sheet(const std::string& path, bool hasMixedIds)
-        : file_(path, {2, Nodes, Columns * Rows, 2}), hasMixedIds_(hasMixedIds) {
+        : file_(path, {2, GridNodes, Columns * Rows, 2}), hasMixedIds_(hasMixedIds) {
         addNodes();
         addBlocks();
         addIds();
@@ -39,7 +39,7 @@ private:
     void addNodes() {
         std::vector<double> x;
         std::vector<double> y;
-        for (int node = 0; node < Nodes; ++node) {
+        for (int node = 0; node < GridNodes; ++node) {
             x.push_back(node % (Columns + 1));
             y.push_back(node / (Columns + 1));
         }
@@ -67,7 +67,7 @@ private:
             }
             return result;
         };
-        SmallExodusFile::require(ex_put_id_map(file_.handle(), EX_NODE_MAP, ids(Nodes).data()));
+        SmallExodusFile::require(ex_put_id_map(file_.handle(), EX_NODE_MAP, ids(GridNodes).data()));
         SmallExodusFile::require(ex_put_id_map(file_.handle(), EX_ELEM_MAP, ids(Columns * Rows).data()));
     }
 
@@ -81,7 +81,7 @@ private:
     void addStep(int step) {
         file_.time(step, 0.25 * step);
         for (int variable = 1; variable <= 3; ++variable) {
-            file_.values(step, EX_NODAL, variable, 1, numbers(Nodes, 100 * step + variable));
+            file_.values(step, EX_NODAL, variable, 1, numbers(GridNodes, 100 * step + variable));
         }
         file_.values(step, EX_ELEM_BLOCK, 1, 7, numbers(Columns * Rows / 2, 1000 * step));
         file_.values(step, EX_ELEM_BLOCK, 1, 3, numbers(Columns * Rows / 2, 2000 * step));
