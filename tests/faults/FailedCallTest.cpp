@@ -25,7 +25,7 @@ using Call = FailingFiles::Call;
 using Mode = FailingFiles::Mode;
 using Fault = FailingFiles::Fault;
 
-constexpr auto Stride = static_cast<unsigned int>(CaseStride);
+constexpr auto FaultStride = static_cast<unsigned int>(CaseStride);
 
 class FailedCall : public testing::Test {
 protected:
@@ -74,7 +74,7 @@ protected:
     template <typename ExpectationT>
     void failEach(Call call, Mode mode, Fault fault, unsigned int least, const ExpectationT& expectation) {
         unsigned int number = 1;
-        for (;; number += Stride) {
+        for (;; number += FaultStride) {
             SCOPED_TRACE("call " + std::to_string(number));
             saveWithFailure({call, number, mode, fault});
             if (!FailingFiles::hasFailed() || HasFailure()) {

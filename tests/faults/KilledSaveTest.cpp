@@ -31,7 +31,7 @@ constexpr unsigned int FewKills = 20;
 // Twelve bytes of the header in two writes, then one write for each block.
 constexpr unsigned int HeaderWrites = 2;
 
-constexpr auto Stride = static_cast<unsigned int>(CaseStride);
+constexpr auto KillStride = static_cast<unsigned int>(CaseStride);
 
 class KilledSave : public testing::Test {
 protected:
@@ -76,15 +76,15 @@ unsigned int kills() {
 } // namespace
 
 TEST_F(KilledSave, WithinAnyWriteLeavesNoFileThatPassesForWhole) {
-    for (unsigned int number = 1; isKilledAt(Call::Write, number); number += Stride) {
+    for (unsigned int number = 1; isKilledAt(Call::Write, number); number += KillStride) {
         SCOPED_TRACE("write " + std::to_string(number));
         EXPECT_EQ(checkFile(path), CheckResult::Damaged);
     }
-    EXPECT_GT(killed, FullBlocks / Stride);
+    EXPECT_GT(killed, FullBlocks / KillStride);
 }
 
 TEST_F(KilledSave, WithinAWriteLeavesAllBlocksBeforeIt) {
-    for (unsigned int number = 1; number <= HeaderWrites + FullBlocks; number += Stride) {
+    for (unsigned int number = 1; number <= HeaderWrites + FullBlocks; number += KillStride) {
         ASSERT_TRUE(isKilledAt(Call::Write, number));
         const unsigned int written = number <= HeaderWrites ? 0 : number - HeaderWrites - 1;
         EXPECT_EQ(salvagedBlocks(path, folder.path("blocks")), written) << "write " << number;
@@ -92,11 +92,11 @@ TEST_F(KilledSave, WithinAWriteLeavesAllBlocksBeforeIt) {
 }
 
 TEST_F(KilledSave, AtAnySeekLeavesNoFileThatPassesForWhole) {
-    for (unsigned int number = 1; isKilledAt(Call::Seek, number); number += Stride) {
+    for (unsigned int number = 1; isKilledAt(Call::Seek, number); number += KillStride) {
         SCOPED_TRACE("seek " + std::to_string(number));
         EXPECT_EQ(checkFile(path), CheckResult::Damaged);
     }
-    EXPECT_GT(killed, FullBlocks / Stride);
+    EXPECT_GT(killed, FullBlocks / KillStride);
 }
 
 // By then all has been written.
@@ -112,7 +112,7 @@ TEST_F(KilledSave, AtAMomentOfChanceLeavesNoFileThatPassesForWholeUnlessItEnded)
     const Support::ByteVector sound = Support::bytesOf(path);
     std::mt19937 random(20); // NOLINT(cert-msc51-cpp): the same moments in each run
     std::uniform_int_distribution<useconds_t> moment(0, 6000);
-    for (unsigned int i = 0; i < kills(); i += Stride) {
+    for (unsigned int i = 0; i < kills(); i += KillStride) {
         saveInChild(
             [&](pid_t child) {
                 usleep(moment(random));
