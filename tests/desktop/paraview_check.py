@@ -256,7 +256,7 @@ def check_assembly(reader):
 
 
 def check_refusals(folder):
-    """A file that is no model has no parts, and the session goes on."""
+    """A file that is no model has no parts, and ParaView goes on."""
     path = Path(folder) / "broken.mox"
     path.write_bytes(b"no model")
     reader = simple.MoxReader(FileName=str(path))

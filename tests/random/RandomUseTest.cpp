@@ -3,7 +3,7 @@
 // plain model has.
 
 #include "random/Support/Generator.h"
-#include "random/Support/Session.h"
+#include "random/Support/Trial.h"
 #include "random/Support/outcomes.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ using RandomUse::Generator;
 using RandomUse::Kind;
 using RandomUse::Outcome;
 using RandomUse::Sequence;
-using RandomUse::Session;
+using RandomUse::Trial;
 
 // How many sequences of each kind are played, and from which seed on.
 constexpr const char* CountVariable = "MOXWRITER_RANDOM_SEQUENCES";
@@ -30,20 +30,20 @@ unsigned numberIn(const char* variable, unsigned otherwise) {
     return text != nullptr ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : otherwise;
 }
 
-void reportDifference(unsigned seed, const Sequence& calls, Session& session) {
-    const Sequence fewer = session.shortened(calls);
+void reportDifference(unsigned seed, const Sequence& calls, Trial& trial) {
+    const Sequence fewer = trial.shortened(calls);
     ADD_FAILURE() << "seed " << seed << "; " << calls.size() << " calls, of which these are enough:\n"
-                  << describe(fewer) << session.play(fewer);
+                  << describe(fewer) << trial.play(fewer);
 }
 
 void playSequences(Kind kind) {
     const unsigned first = numberIn(FirstSeedVariable, 1);
     const unsigned count = numberIn(CountVariable, MOXWRITER_RANDOM_SEQUENCES);
-    Session session;
+    Trial trial;
     for (unsigned seed = first; seed - first < count && !testing::Test::HasFailure(); ++seed) {
         const Sequence calls = Generator(seed, kind).sequence();
-        if (!session.play(calls).empty()) {
-            reportDifference(seed, calls, session);
+        if (!trial.play(calls).empty()) {
+            reportDifference(seed, calls, trial);
         }
     }
 }

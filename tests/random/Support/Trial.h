@@ -13,7 +13,7 @@ class Player;
 
 /// Plays sequences through the library and through the plain model side by side. One after another, each with
 /// models of its own and an empty folder.
-class Session {
+class Trial {
 public:
     /// Plays a sequence, and destroys its models.
     /// @return the first difference and the call that showed it; empty if there is none.

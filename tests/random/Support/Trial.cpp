@@ -1,4 +1,4 @@
-#include "random/Support/Session.h"
+#include "random/Support/Trial.h"
 
 #include "random/Support/Player.h"
 #include "random/Support/fileDifference.h"
@@ -7,7 +7,7 @@
 
 namespace RandomUse {
 
-std::string Session::play(const Sequence& calls) {
+std::string Trial::play(const Sequence& calls) {
     PlainWorld world(path_, ModelCount);
     blockSize_.set({});
     const std::string difference = playAll(calls, world);
@@ -17,7 +17,7 @@ std::string Session::play(const Sequence& calls) {
     return difference;
 }
 
-std::string Session::playAll(const Sequence& calls, PlainWorld& world) {
+std::string Trial::playAll(const Sequence& calls, PlainWorld& world) {
     Player player(path_, ModelCount);
     for (std::size_t i = 0; i < calls.size(); ++i) {
         const std::string difference = playCall(calls[i], player, world);
@@ -34,7 +34,7 @@ std::string Session::playAll(const Sequence& calls, PlainWorld& world) {
     return "";
 }
 
-std::string Session::playCall(const Call& call, Player& player, PlainWorld& world) {
+std::string Trial::playCall(const Call& call, Player& player, PlainWorld& world) {
     PlainModel& model = world.models.at(call.model);
     const std::optional<std::string> fileBefore = model.file();
     const Outcome expected = world.play(call);
@@ -53,7 +53,7 @@ std::string Session::playCall(const Call& call, Player& player, PlainWorld& worl
     return fileBefore && !model.file() ? compareFile(*fileBefore, world) : "";
 }
 
-std::string Session::compareFile(const std::string& file, const PlainWorld& world) const {
+std::string Trial::compareFile(const std::string& file, const PlainWorld& world) const {
     constexpr std::uintmax_t bytesAtOpening = 12;
     const std::optional<PlainFile>& content = world.files.at(file);
     if (content) {
@@ -64,7 +64,7 @@ std::string Session::compareFile(const std::string& file, const PlainWorld& worl
                                                                      : "";
 }
 
-Sequence Session::shortened(Sequence calls) {
+Sequence Trial::shortened(Sequence calls) {
     for (std::size_t count = calls.size(); count > 0;) {
         if (!shorten(calls, count)) {
             count /= 2;
@@ -73,7 +73,7 @@ Sequence Session::shortened(Sequence calls) {
     return calls;
 }
 
-bool Session::shorten(Sequence& calls, std::size_t count) {
+bool Trial::shorten(Sequence& calls, std::size_t count) {
     for (std::size_t start = 0; start + count <= calls.size(); ++start) {
         Sequence rest = calls;
         const auto from = rest.begin() + static_cast<std::ptrdiff_t>(start);
