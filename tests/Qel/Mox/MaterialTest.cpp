@@ -23,7 +23,7 @@ using Support::throws;
 using Color = QelMox::Material::Color;
 using Floats = std::vector<float>;
 
-constexpr std::uint32_t One = 0x3F800000;
+constexpr std::uint32_t OneBits = 0x3F800000;
 
 std::array<std::uint32_t, 4> bitsOf(const Color& color) {
     return std::bit_cast<std::array<std::uint32_t, 4>>(color);
@@ -48,8 +48,8 @@ TEST_F(MoxMaterial, NamesItsTypeAndVersion) {
 }
 
 TEST_F(MoxMaterial, DefaultsAreTheseBitPatterns) {
-    EXPECT_EQ(bitsOf(material.GetDiffuse()), (ColorBits{0x3F4CCCCD, 0x3F4CCCCD, 0x3F4CCCCD, One}));
-    EXPECT_EQ(bitsOf(material.GetSpecular()), (ColorBits{0, 0, 0, One}));
+    EXPECT_EQ(bitsOf(material.GetDiffuse()), (ColorBits{0x3F4CCCCD, 0x3F4CCCCD, 0x3F4CCCCD, OneBits}));
+    EXPECT_EQ(bitsOf(material.GetSpecular()), (ColorBits{0, 0, 0, OneBits}));
     EXPECT_EQ(bitsOf(material.GetEmissive()), (ColorBits{0, 0, 0, 0}));
     EXPECT_EQ(bitsOf(material.GetAmbient()), (ColorBits{0x3E23D70B, 0x3E23D70B, 0x3E23D70B, 0x3E4CCCCD}));
     EXPECT_EQ(material.GetTransparency(), 0.0F);
@@ -117,8 +117,8 @@ TEST_F(MoxMaterial, RecordOfUntouchedMaterialTakes84Bytes) {
     const ByteVector expected = Bytes()
                                     .u32(84)
                                     .text("0.3")
-                                    .bits({0x3F4CCCCD, 0x3F4CCCCD, 0x3F4CCCCD, One})
-                                    .bits({0, 0, 0, One})
+                                    .bits({0x3F4CCCCD, 0x3F4CCCCD, 0x3F4CCCCD, OneBits})
+                                    .bits({0, 0, 0, OneBits})
                                     .bits({0, 0, 0, 0})
                                     .bits({0x3E23D70B, 0x3E23D70B, 0x3E23D70B, 0x3E4CCCCD})
                                     .bits({0, 0x3E4CCCCD})
@@ -139,8 +139,8 @@ TEST_F(MoxMaterial, RecordHoldsTheColorsThenTransparencyThenShininess) {
     const ByteVector expected = Bytes()
                                     .u32(84)
                                     .text("0.3")
-                                    .bits({One, 0x40000000, 0x40800000, One})
-                                    .bits({0x41000000, 0x41800000, 0x42000000, One})
+                                    .bits({OneBits, 0x40000000, 0x40800000, OneBits})
+                                    .bits({0x41000000, 0x41800000, 0x42000000, OneBits})
                                     .bits({0x3F000000, 0x3E800000, 0x3E000000, 0})
                                     .bits({0x42800000, 0x43000000, 0x43800000, 0x3E4CCCCD})
                                     .bits({0x44000000, 0x44800000})

@@ -22,7 +22,7 @@ using Support::Bytes;
 using Support::ByteVector;
 using Support::contentOf;
 
-using Ids = std::vector<std::uint64_t>;
+using BlockIds = std::vector<std::uint64_t>;
 
 class Index : public testing::Test {
 protected:
@@ -40,7 +40,7 @@ protected:
     std::size_t entryCount() const { return index.GetBlockInfos().size(); }
     const QelTnf::BlockInfo& entry(std::size_t id) const { return index.GetBlockInfos()[id]; }
     const QelTnf::Block& block(std::size_t id) const { return index.GetBlocks()[id]; }
-    const Ids& idsOf(const std::string& name) { return index.GetBlockSizeLimiter(name).blockIds; }
+    const BlockIds& idsOf(const std::string& name) { return index.GetBlockSizeLimiter(name).blockIds; }
     std::uint32_t limitOf(const std::string& name) { return index.GetBlockSizeLimiter(name).limit; }
     bool hasLimiter(const std::string& name) { return IndexPeer::limiters(index).contains(name); }
 
@@ -90,8 +90,8 @@ TEST_F(Index, BlocksTakeTheLowestFreeIdFirst) {
     EXPECT_EQ(add("a"), 0U);
     EXPECT_EQ(add("b"), 1U);
     EXPECT_EQ(add("a"), 2U);
-    EXPECT_EQ(idsOf("a"), (Ids{0, 2}));
-    EXPECT_EQ(idsOf("b"), (Ids{1}));
+    EXPECT_EQ(idsOf("a"), (BlockIds{0, 2}));
+    EXPECT_EQ(idsOf("b"), (BlockIds{1}));
 }
 
 TEST_F(Index, NineteenthNamedBlockGetsId18AndLeavesId19Empty) {
@@ -109,7 +109,7 @@ TEST_F(Index, TwentiethNamedBlockTurnsId19IntoAnIndexBlockAndGetsId20) {
     EXPECT_EQ(entry(19).name, indexName);
     EXPECT_EQ(entry(19).flags, 0x20);
     EXPECT_EQ(entry(19).length, 27804U);
-    EXPECT_EQ(idsOf(indexName), (Ids{19}));
+    EXPECT_EQ(idsOf(indexName), (BlockIds{19}));
 }
 
 TEST_F(Index, BlockAfterId218TurnsId219IntoTheSecondIndexBlockAndGetsId220) {
@@ -121,7 +121,7 @@ TEST_F(Index, BlockAfterId218TurnsId219IntoTheSecondIndexBlockAndGetsId220) {
     EXPECT_EQ(add(), 220U);
     EXPECT_EQ(entryCount(), 420U);
     EXPECT_EQ(entry(219).name, indexName);
-    EXPECT_EQ(idsOf(indexName), (Ids{19, 219}));
+    EXPECT_EQ(idsOf(indexName), (BlockIds{19, 219}));
 }
 
 TEST_F(Index, NumbersWrapFrom255To0AndGoOnWith1) {
@@ -152,14 +152,14 @@ TEST_F(Index, IndexBlockIsPlacedAtItsCreationAfterItsPredecessorAsThatStandsThen
 TEST_F(Index, FreeEntryCanBeAddedByItsName) {
     EXPECT_EQ(add(emptyName), 0U);
     EXPECT_EQ(entryCount(), 1U);
-    EXPECT_EQ(idsOf(emptyName), (Ids{0}));
+    EXPECT_EQ(idsOf(emptyName), (BlockIds{0}));
 }
 
 TEST_F(Index, LongerNameThatBeginsLikeTheEmptyOneGetsAnEntryOfItsOwnAtTheEnd) {
     add();
     EXPECT_EQ(add(emptyName + "2"), 20U);
     EXPECT_EQ(entry(20).name, emptyName + "2");
-    EXPECT_EQ(idsOf(emptyName + "2"), (Ids{20}));
+    EXPECT_EQ(idsOf(emptyName + "2"), (BlockIds{20}));
     EXPECT_EQ(add(), 1U);
 }
 
@@ -176,13 +176,13 @@ TEST_F(Index, EmptyPoolIsRefusedAndExistingBlocksStillTakeValues) {
 
 TEST_F(Index, AddingNoFreeEntriesMakesTheirLimiterAllTheSame) {
     EXPECT_EQ(IndexPeer::addEmptyBlocks(index, 0), 4U);
-    EXPECT_EQ(idsOf(emptyName), Ids());
+    EXPECT_EQ(idsOf(emptyName), BlockIds());
     EXPECT_EQ(entryCount(), 0U);
 }
 
 TEST_F(Index, FreeEntriesAreAStackWithTheLowestOnTop) {
     EXPECT_EQ(IndexPeer::addEmptyBlocks(index, 3), 421U);
-    EXPECT_EQ(idsOf(emptyName), (Ids{2, 1, 0}));
+    EXPECT_EQ(idsOf(emptyName), (BlockIds{2, 1, 0}));
 }
 
 // --- Limits
@@ -283,7 +283,7 @@ TEST_F(Index, BlockOneByteBelowItsLimitTakesAnotherWholeValue) {
     variable.set("8");
     putZeros("a", 7);
     putZeros("a", 100);
-    EXPECT_EQ(idsOf("a"), (Ids{0}));
+    EXPECT_EQ(idsOf("a"), (BlockIds{0}));
     EXPECT_EQ(block(0).GetSize(), 107U);
 }
 
@@ -292,7 +292,7 @@ TEST_F(Index, BlockAtItsLimitIsFollowedByANewOneAndKeepsItsPlaceInTheStream) {
     put("a", Bytes().fill(8, 1));
     put("a", {2});
     put("a", {3});
-    EXPECT_EQ(idsOf("a"), (Ids{0, 1}));
+    EXPECT_EQ(idsOf("a"), (BlockIds{0, 1}));
     EXPECT_EQ(contentOf(block(0)), (ByteVector{1, 1, 1, 1, 1, 1, 1, 1}));
     EXPECT_EQ(contentOf(block(1)), (ByteVector{2, 3}));
     EXPECT_FALSE(entry(0).frozen);
@@ -304,7 +304,7 @@ TEST_F(Index, LimitOfZeroGivesEachValueABlockOfItsOwn) {
     put("a", {2});
     putZeros("a", 0);
     put("a", {3});
-    EXPECT_EQ(idsOf("a"), (Ids{0, 1, 2, 3}));
+    EXPECT_EQ(idsOf("a"), (BlockIds{0, 1, 2, 3}));
     EXPECT_EQ(contentOf(block(1)), (ByteVector{2}));
     EXPECT_EQ(block(2).GetSize(), 0U);
 }
@@ -314,10 +314,10 @@ TEST_F(Index, PutsOf1MiBOpenTheSecondBlockWithThe201stWhenTheSizeEqualsTheLimit)
     for (int i = 0; i < 200; ++i) {
         put("a", mebibyte);
     }
-    EXPECT_EQ(idsOf("a"), (Ids{0}));
+    EXPECT_EQ(idsOf("a"), (BlockIds{0}));
     EXPECT_EQ(block(0).GetSize(), 209'715'200U);
     put("a", mebibyte);
-    EXPECT_EQ(idsOf("a"), (Ids{0, 1}));
+    EXPECT_EQ(idsOf("a"), (BlockIds{0, 1}));
     EXPECT_EQ(block(1).GetSize(), 1'048'576U);
 }
 
@@ -325,7 +325,7 @@ TEST_F(Index, FrozenBlockIsFollowedByANewOne) {
     put("a", {1});
     IndexPeer::entries(index)[0].frozen = true;
     put("a", {2});
-    EXPECT_EQ(idsOf("a"), (Ids{0, 1}));
+    EXPECT_EQ(idsOf("a"), (BlockIds{0, 1}));
     EXPECT_EQ(contentOf(block(1)), (ByteVector{2}));
 }
 
@@ -337,7 +337,7 @@ TEST_F(Index, PutRefusesABlockThatIsFrozenWhenItIsOpenedAndTheNextPutOpensAnothe
         {14, "Key not found", "Qel/Tnf/Index", "QelTnf::Index::Put"}, [this] { put("a", {2}); }));
     EXPECT_EQ(block(1).GetSize(), 0U);
     put("a", {3});
-    EXPECT_EQ(idsOf("a"), (Ids{0, 1, 2}));
+    EXPECT_EQ(idsOf("a"), (BlockIds{0, 1, 2}));
     EXPECT_EQ(contentOf(block(2)), (ByteVector{3}));
 }
 
@@ -369,7 +369,7 @@ TEST_F(Index, ExtendRefusesABlockThatIsFrozenWhenItIsOpenedAndTheNextPutOpensAno
         {14, "Key not found", "Qel/Tnf/Index", "QelTnf::Index::Extend"}, [this] { index.Extend("a", 1); }));
     EXPECT_EQ(block(1).GetSize(), 0U);
     put("a", {3});
-    EXPECT_EQ(idsOf("a"), (Ids{0, 1, 2}));
+    EXPECT_EQ(idsOf("a"), (BlockIds{0, 1, 2}));
     EXPECT_EQ(contentOf(block(2)), (ByteVector{3}));
 }
 
@@ -488,7 +488,7 @@ TEST_F(Index, StreamSizeIsTheSumOverTheBlocksOfTheName) {
     putZeros("b", 100);
     putZeros("a", 8);
     putZeros("a", 3);
-    EXPECT_EQ(idsOf("a"), (Ids{0, 2, 3}));
+    EXPECT_EQ(idsOf("a"), (BlockIds{0, 2, 3}));
     EXPECT_EQ(index.GetStreamSize("a"), 20U);
     EXPECT_EQ(index.GetStreamSize("b"), 100U);
 }

@@ -242,7 +242,7 @@ TEST_F(JoinDamage, ForceAndCheckExcludeEachOther) {
 namespace {
 
 /// For a child process: from now on no file grows beyond this size.
-void limitFileSize(rlim_t size) {
+void leaveRoomInFiles(rlim_t size) {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit = {size, size};
     setrlimit(RLIMIT_FSIZE, &limit);
@@ -267,7 +267,7 @@ TEST_F(JoinDamage, FullDiskIsAnErrorAndLeavesNothing) {
     const auto size = std::filesystem::file_size(a);
     for (const auto room : {std::uintmax_t{2500}, std::uintmax_t{9000}, size - 300}) {
         const auto code = inChild([&] {
-            limitFileSize(static_cast<rlim_t>(room));
+            leaveRoomInFiles(static_cast<rlim_t>(room));
             const auto run = join({out, a});
             return run.messages == "mox join: " + out + ": can't be written: File too large\n" ? run.exitCode
                                                                                                : 9;
