@@ -131,9 +131,10 @@ void ViewCommand::writePage(Terminal& terminal) const {
         });
     });
     output.commit();
-    terminal.note(fmt::format("{}: nodes on the surface: {}, results: {}, MB: {:.1f}", visibleText(path),
-                              model.surface().nodes.size(), contents.results,
-                              static_cast<double>(contents.bytes) / 1000000));
+    terminal.note(fmt::format("{}: nodes on the surface: {}, results: {}, data: {:.{}f} MB",
+                              visibleText(path), model.surface().nodes.size(), contents.results,
+                              static_cast<double>(contents.bytes) / 1000000,
+                              contents.bytes < 100000 ? 3 : 1));
     if (contents.leftOut > 0) {
         terminal.note(
             fmt::format("results left out for want of room: {}; --serve shows all, --max-size makes "
