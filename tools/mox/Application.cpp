@@ -3,11 +3,13 @@
 #include "Commands.h"
 #include "HelpFormatter.h"
 #include "common/CommandLine.h"
+#include "common/Platform.h"
 #include "common/UsageError.h"
 #include "common/closestWord.h"
 #include "common/describeHelp.h"
 #include "common/unknownCommand.h"
 #include "common/visibleText.h"
+#include "common/wrapText.h"
 #include "version/versionText.h"
 
 #include <CLI/CLI.hpp>
@@ -23,6 +25,10 @@
 namespace MoxTool {
 
 namespace {
+
+std::size_t helpWidth() {
+    return readableWidth(Platform::terminalWidth(stdout));
+}
 
 constexpr const char* OutputLost = "stdout: the data can't be written; is the disk full?";
 
@@ -102,7 +108,7 @@ Application::Application(Terminal& terminal)
     : terminal_(terminal),
       app_(std::make_unique<CLI::App>("Works on MOX model files", "mox")),
       commands_(makeCommands()) {
-    app_->formatter(std::make_shared<HelpFormatter>());
+    app_->formatter(std::make_shared<HelpFormatter>(helpWidth()));
     app_->set_help_flag("-h,--help", "Show this help");
     app_->set_version_flag("-V,--version", versionText, "Show the version, and which formats are built in");
     app_->footer(detailsOf(commands_));
@@ -151,9 +157,11 @@ int Application::run(int argc, const char* const* argv) {
 }
 
 std::string Application::overview() const {
-    return "mox works on MOX files, which hold finite-element models and their results.\n\n" +
-           exampleLines(commands_) +
-           "\nmox help lists all commands and options, mox help import explains one of them.\n";
+    return refillText(
+        "mox works on MOX files, which hold finite-element models and their results.\n\n" +
+            exampleLines(commands_) +
+            "\nmox help lists all commands and options, mox help import explains one of them.\n",
+        helpWidth());
 }
 
 Command& Application::selectedCommand() const {

@@ -1,37 +1,16 @@
 #include "HelpFormatter.h"
 
 #include "common/typeWord.h"
+#include "common/wrapText.h"
 
 #include <fmt/format.h>
 
+#include <sstream>
 #include <utility>
 
 namespace MoxTool {
 
-namespace {
-
-constexpr std::size_t LineWidth = 110;
-
-// In lines of a width; a word that is longer has a line of its own.
-std::string wrapped(std::string text, std::size_t width) {
-    std::size_t start = 0;
-    while (text.size() - start > width) {
-        auto blank = text.rfind(' ', start + width);
-        if (blank == std::string::npos || blank <= start) {
-            blank = text.find(' ', start + width);
-        }
-        if (blank == std::string::npos) {
-            break;
-        }
-        text[blank] = '\n';
-        start = blank + 1;
-    }
-    return text;
-}
-
-} // namespace
-
-HelpFormatter::HelpFormatter() {
+HelpFormatter::HelpFormatter(std::size_t width) : width_(width) {
     label("Positionals", "Arguments");
     label("SUBCOMMAND", "COMMAND");
 }
@@ -50,7 +29,22 @@ std::string HelpFormatter::make_option_opts(const CLI::Option* option) const {
 std::string HelpFormatter::make_option_desc(const CLI::Option* option) const {
     const auto standard = option->get_default_str();
     const auto note = standard.empty() ? "" : fmt::format(" (default: {})", standard);
-    return wrapped(option->get_description() + note, LineWidth - get_column_width());
+    return described(option->get_description() + note);
+}
+
+std::string HelpFormatter::make_subcommand(const CLI::App* command) const {
+    std::ostringstream out;
+    CLI::detail::format_help(out, command->get_name(), described(command->get_description()),
+                             get_column_width());
+    return out.str();
+}
+
+std::string HelpFormatter::make_footer(const CLI::App* app) const {
+    return refillText(CLI::Formatter::make_footer(app), width_);
+}
+
+std::string HelpFormatter::described(const std::string& text) const {
+    return wrapLine(text, width_ - get_column_width());
 }
 
 } // namespace MoxTool

@@ -15,9 +15,9 @@ namespace MoxTool {
 class CheckCommand : public Command {
 public:
     std::string name() const override { return "check"; }
-    std::string summary() const override { return "Find every damage of files, by numbered rules"; }
+    std::string summary() const override { return "Find all damage in files, by numbered rules"; }
     std::optional<Example> example() const override {
-        return Example{"mox check bracket.mox", "every damage of it, rule by rule"};
+        return Example{"mox check bracket.mox", "all damage in it, rule by rule"};
     }
     void addOptions(CommandLine& line) override;
     /// @return 0 whole, 1 warnings, 2 errors, 3 unreadable; the highest of all files.

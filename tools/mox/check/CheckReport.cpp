@@ -1,8 +1,10 @@
 #include "CheckReport.h"
 
+#include "../common/Platform.h"
 #include "../common/TextTable.h"
 #include "../common/numberText.h"
 #include "../common/visibleText.h"
+#include "../common/wrapText.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -177,9 +179,12 @@ void printUnreadable(JsonStream& out, const std::string& path, const std::string
 }
 
 void printRules(std::FILE* out) {
+    constexpr std::size_t MeaningColumn = 37;
+    const auto width = Platform::terminalWidth(out);
     for (const auto& rule : allRules()) {
-        fmt::print(out, "{}  {:<7}  {:<21}  {}\n", number(rule.id), levelName(rule.level), rule.title,
-                   rule.meaning);
+        const auto line = fmt::format("{}  {:<7}  {:<21}  {}", number(rule.id), levelName(rule.level),
+                                      rule.title, rule.meaning);
+        fmt::print(out, "{}\n", width == 0 ? line : wrapLine(line, readableWidth(width), MeaningColumn));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 
+#include "UsageError.h"
 #include "describeHelp.h"
 
 #include <CLI/App.hpp>
@@ -138,6 +139,15 @@ void CommandLine::setDetails(const std::string& text) {
 
 void CommandLine::setCheck(const std::function<void()>& check) {
     level_.final_callback(check);
+}
+
+// Extra arguments are an error of the parser before a command's check is called.
+void CommandLine::explainExtra(const std::function<std::string(const std::vector<std::string>&)>& reason) {
+    level_.parse_complete_callback([level = &level_, reason] {
+        if (const auto text = reason(level->remaining()); !text.empty()) {
+            throw UsageError(text);
+        }
+    });
 }
 
 std::function<CommandHelp()> CommandLine::programHelp() const {

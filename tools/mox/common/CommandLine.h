@@ -64,6 +64,9 @@ public:
     void setDetails(const std::string& text);
     /// @param check Called when all values are there; throws UsageError if they don't fit together.
     void setCheck(const std::function<void()>& check);
+    /// @param reason Called with the arguments that are too many, none as a rule, before it is said that they are;
+    ///               returns what the user has probably missed, or nothing.
+    void explainExtra(const std::function<std::string(const std::vector<std::string>&)>& reason);
     /// Returns a function that gives the help of the whole program once all commands have declared their
     /// options.
     std::function<CommandHelp()> programHelp() const;

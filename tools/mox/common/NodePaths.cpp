@@ -2,6 +2,8 @@
 
 #include "visibleText.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
 #include <functional>
@@ -152,6 +154,17 @@ const Node* NodePaths::find(std::string_view path) const {
     const auto id = idIn(path.substr(mark + 1));
     const auto* node = nodeOf(id);
     return node != nullptr && (mark == 0 || namesTo(id) == path.substr(0, mark)) ? node : nullptr;
+}
+
+std::string NodePaths::whyNone(std::string_view path) const {
+    const auto end = (path.starts_with('/') ? "" : "/") + std::string(path);
+    for (std::uint32_t id = 1; end.size() > 1 && id <= nodes_.size(); ++id) {
+        if (end.ends_with(escapedName(nodes_[id - 1].name)) && namesTo(id).ends_with(end)) {
+            return fmt::format("has no node \"{}\", but {}; mox tree shows all nodes", visibleText(path),
+                               of(id));
+        }
+    }
+    return fmt::format("has no node \"{}\"; mox tree shows all nodes", visibleText(path));
 }
 
 const Node* NodePaths::nodeOf(std::uint32_t id) const {

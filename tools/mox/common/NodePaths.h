@@ -40,6 +40,10 @@ public:
     /// @return null if there is no such node.
     const MoxReader::Node* find(std::string_view path) const;
 
+    /// What to say of a path that leads to no node. It names a node whose path ends in the same way, if there is
+    /// one, since paths begin at the root.
+    std::string whyNone(std::string_view path) const;
+
 private:
     using Key = std::pair<std::uint32_t, std::string_view>; // the parent's id, and the name
 

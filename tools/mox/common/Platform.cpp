@@ -12,6 +12,7 @@
 #include <fcntl.h>
 #include <mutex>
 #include <spawn.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -99,6 +100,13 @@ BOOL WINAPI interrupt(DWORD) {
 
 bool isTerminal(std::FILE* stream) {
     return _isatty(_fileno(stream)) != 0;
+}
+
+std::size_t terminalWidth(std::FILE* stream) {
+    CONSOLE_SCREEN_BUFFER_INFO info;
+    const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+    const bool isKnown = isTerminal(stream) && GetConsoleScreenBufferInfo(handle, &info) != 0;
+    return isKnown ? static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1) : 0;
 }
 
 void makeBinary(std::FILE* stream) {
@@ -352,6 +360,11 @@ std::optional<std::string> resultIn(const std::string& bytes) {
 
 bool isTerminal(std::FILE* stream) {
     return isatty(fileno(stream)) != 0;
+}
+
+std::size_t terminalWidth(std::FILE* stream) {
+    struct winsize size {};
+    return isTerminal(stream) && ioctl(fileno(stream), TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 void makeBinary(std::FILE*) {}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -12,6 +13,9 @@ namespace MoxTool::Platform {
 
 /// Whether the stream is a terminal.
 bool isTerminal(std::FILE* stream);
+
+/// The characters in a line of the terminal that the stream is; 0 if it is none, or if that is not known.
+std::size_t terminalWidth(std::FILE* stream);
 
 /// Makes stdin or stdout pass bytes unchanged on systems that otherwise convert line ends.
 void makeBinary(std::FILE* stream);

@@ -2,6 +2,7 @@
 
 #include "Platform.h"
 #include "visibleText.h"
+#include "wrapText.h"
 
 #include <fmt/core.h>
 
@@ -13,6 +14,8 @@ namespace MoxTool {
 namespace {
 
 constexpr std::chrono::milliseconds ProgressInterval{100};
+
+constexpr std::size_t NoteIndent = 2; // from the second line on
 
 constexpr const char* Red = "\x1B[31m";
 constexpr const char* Plain = "\x1B[0m";
@@ -69,7 +72,9 @@ void Terminal::note(std::string_view line) {
         return;
     }
     clearProgress();
-    put(stream_, visibleLine(line) + "\n");
+    const auto text = visibleLine(line);
+    const auto width = Platform::terminalWidth(stream_);
+    put(stream_, (width == 0 ? text : wrapLine(text, readableWidth(width), NoteIndent)) + "\n");
 }
 
 void Terminal::progress(std::string_view work, double fraction) {

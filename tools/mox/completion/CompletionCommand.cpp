@@ -26,7 +26,7 @@ Examples:
 
 void CompletionCommand::addOptions(CommandLine& line) {
     program_ = line.programHelp();
-    line.add("SHELL", shell_, "bash, zsh or fish; else bash").oneOf({"bash", "zsh", "fish"});
+    line.add("SHELL", shell_, "bash, zsh or fish; bash if not given").oneOf({"bash", "zsh", "fish"});
     line.setDetails(CompletionDetails);
 }
 

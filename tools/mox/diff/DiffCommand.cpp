@@ -62,10 +62,10 @@ std::optional<Command::Example> DiffCommand::example() const {
 void DiffCommand::addOptions(CommandLine& line) {
     line.add("A", inputA_, "The first file; - reads stdin").required();
     line.add("B", inputB_, "The second file; - reads stdin").required();
-    line.add("--abs", options_.tolerance.absolute, "What floats may differ by; else 0")
+    line.add("--abs", options_.tolerance.absolute, "By how much floats may differ; 0 if not given")
         .typeName("NUMBER")
         .check(requireTolerance);
-    line.add("--rel", options_.tolerance.relative, "What part of the larger one floats may differ by; else 0")
+    line.add("--rel", options_.tolerance.relative, "The same, as a part of the larger one; 0 if not given")
         .typeName("NUMBER")
         .check(requireTolerance);
     line.add("-s,--step", options_.steps.text,

@@ -99,7 +99,7 @@ void ExtractCommand::addOptions(CommandLine& line) {
     auto places = line.addFlag("--coordinates", withCoordinates_, "Columns with x, y and z (csv)");
     line.addFlag("--no-header", withoutHeader_, "No line with the names of the columns (csv)");
     line.add("--format", format_, "csv, npy or raw").typeName("FORMAT").oneOf(formatNames());
-    auto file = line.add("-o,--output", output_, "The file to write; else stdout");
+    auto file = line.add("-o,--output", output_, "The file to write; stdout if not given");
     file.typeName("FILE");
     line.addFlag("-f,--overwrite", overwrite_,
                  "Replace the file given by -o if it exists; else that is an error");

@@ -31,8 +31,7 @@ const Node& chosenNode(const NumberFile& file, const NodePaths& paths, const Dat
     if (const auto* node = paths.find(choice.path)) {
         return *node;
     }
-    throw Failure(file.path(),
-                  fmt::format("has no node \"{}\"; mox tree shows all nodes", visibleText(choice.path)));
+    throw Failure(file.path(), paths.whyNone(choice.path));
 }
 
 const Node& chosenGeometry(const NumberFile& file, const NodePaths& paths, const DatasetChoice& choice) {

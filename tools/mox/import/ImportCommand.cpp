@@ -5,13 +5,20 @@
 #include "../common/Platform.h"
 #include "../common/StepChoice.h"
 #include "../common/Terminal.h"
+#include "../common/visibleText.h"
+#include "PieceFiles.h"
 #include "cgns/importCgns.h"
 #include "exodus/importExodus.h"
 #include "gmsh/importGmsh.h"
 #include "importFormatOf.h"
 
+#include <fmt/format.h>
+
 #include <cstdint>
 #include <map>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace MoxTool {
 
@@ -67,6 +74,25 @@ ForeignFormat formatOf(const ImportRequest& request) {
     return ForeignFormat::Exodus;
 }
 
+/// What to do instead of naming two pieces of one model, as a shell does with a pattern that is not in quotes.
+std::string adviceOnPieces(const std::vector<std::string>& arguments) {
+    std::map<std::pair<std::string, std::size_t>, std::string> pieces;
+    for (const auto& argument : arguments) {
+        const auto name = PieceName::of(argument);
+        if (!name) {
+            continue;
+        }
+        const auto [first, isNew] = pieces.try_emplace({name->whole, name->count}, argument);
+        if (!isNew && first->second != argument) {
+            return fmt::format(
+                "{} and {} are pieces of one model; put the pattern in quotes, as in '{}.{}.*', or "
+                "name one piece, with --all-parts",
+                visibleText(first->second), visibleText(argument), visibleText(name->whole), name->count);
+        }
+    }
+    return "";
+}
+
 } // namespace
 
 ImportCommand::ImportCommand() : memory_(Platform::machineMemory() / Mebibyte) {}
@@ -115,6 +141,11 @@ void ImportCommand::addOptions(CommandLine& line) {
         .typeName("MIB");
     line.addFlag("-v,--verbose", verbose_, "List all names of what is not taken, not only the first ten");
     line.setDetails(ImportDetails);
+    line.explainExtra([this](const auto& extra) {
+        std::vector<std::string> arguments = {request_.input, request_.output};
+        arguments.insert(arguments.end(), extra.begin(), extra.end());
+        return adviceOnPieces(arguments);
+    });
 }
 
 int ImportCommand::run(Terminal& terminal) {

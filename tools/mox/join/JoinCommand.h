@@ -11,7 +11,9 @@ namespace MoxTool {
 class JoinCommand : public Command {
 public:
     std::string name() const override { return "join"; }
-    std::string summary() const override { return "Join files into one, without inflating their numbers"; }
+    std::string summary() const override {
+        return "Join files into one, without decompressing their numbers";
+    }
     std::optional<Example> example() const override {
         return Example{"mox join whole.mox part.*.mox", "one file from those of many processes"};
     }

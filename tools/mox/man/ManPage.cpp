@@ -1,5 +1,7 @@
 #include "ManPage.h"
 
+#include "../common/wrapText.h"
+
 #include <fmt/format.h>
 
 #include <utility>
@@ -18,9 +20,12 @@ std::string item(const std::string& title, const std::string& content) {
     return fmt::format(".TP\n\\fB{}\\fR\n{}\n", roffText(title), roffText(content));
 }
 
+// What man leaves of a line of 80 characters.
+constexpr std::size_t LineWidth = 71;
+
 // Lines that keep their breaks.
 std::string block(std::string_view text) {
-    return text.empty() ? "" : fmt::format(".nf\n{}\n.fi\n", roffText(text));
+    return text.empty() ? "" : fmt::format(".nf\n{}\n.fi\n", roffText(refillText(text, LineWidth)));
 }
 
 std::string_view withoutEndingLines(std::string_view text) {

@@ -22,8 +22,7 @@ ModelChoice::ModelChoice(const Model& model, const ModelSelection& selection)
     for (const auto& part : selection.parts) {
         const auto* node = paths.find(part);
         if (node == nullptr) {
-            throw Failure(selection.input,
-                          fmt::format("has no node \"{}\"; mox tree shows all nodes", visibleText(part)));
+            throw Failure(selection.input, paths.whyNone(part));
         }
         takenNodes_[node->id - 1] = true;
     }

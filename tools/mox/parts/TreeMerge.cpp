@@ -29,6 +29,9 @@ using MoxReader::Node;
 constexpr std::uint32_t RootId = 1;
 constexpr std::uint32_t NotTaken = 0xFFFFFFFF;
 
+constexpr const char* Advice = "; --prefer-first keeps that, --under and --suffix keep both";
+constexpr const char* RootAdvice = "; --prefer-first keeps that"; // the joined file has one root
+
 std::size_t hashOf(std::uint32_t parent, std::string_view name) {
     return std::hash<std::string_view>()(name) + std::size_t{parent} * 0x9E3779B1U;
 }
@@ -147,7 +150,8 @@ private:
         const auto* payload = whole_.tree_.GetReqNode(id).data;
         const auto difference = payload != nullptr ? nodeDifference(*payload, node) : std::string();
         if (!difference.empty()) {
-            clash(fmt::format("{} has {} in {}", pathText(node), difference, firstPathOf(id)));
+            clash(fmt::format("{} has {} in {}", pathText(node), difference, firstPathOf(id)),
+                  id == RootId ? RootAdvice : Advice);
         }
     }
 
@@ -281,10 +285,9 @@ private:
 
     // --- Clashes
 
-    void clash(const std::string& sentence) {
+    void clash(const std::string& sentence, const char* advice = Advice) {
         if (!whole_.preferFirst_) {
-            throw Failure(part_.path,
-                          sentence + "; --prefer-first keeps that, --under and --suffix keep both");
+            throw Failure(part_.path, sentence + advice);
         }
         whole_.leftOut_.push_back(fmt::format("{}: {}", part_.path, sentence));
     }

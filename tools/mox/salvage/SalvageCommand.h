@@ -14,7 +14,9 @@ namespace MoxTool {
 class SalvageCommand : public Command {
 public:
     std::string name() const override { return "salvage"; }
-    std::string summary() const override { return "Get out of a damaged file what can still be inflated"; }
+    std::string summary() const override {
+        return "Get out of a damaged file what can still be decompressed";
+    }
     std::optional<Example> example() const override {
         return Example{"mox salvage crashed.mox saved", "what is left of a file that was never closed"};
     }

@@ -1,6 +1,7 @@
 #include "TallyList.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace MoxTool {
 
@@ -22,9 +23,8 @@ Tally TallyList::sum() const {
 
 TallyList TallyList::sorted() const {
     auto rows = list_;
-    std::sort(rows.begin(), rows.end(), [](const Row& one, const Row& other) {
-        return std::pair(-one.second.stored, one.first) < std::pair(-other.second.stored, other.first);
-    });
+    std::ranges::sort(rows, {},
+                      [](const Row& row) { return std::pair(-std::llround(row.second.stored), row.first); });
     TallyList result;
     for (const auto& [name, tally] : rows) {
         result.add(name, tally);

@@ -47,6 +47,12 @@ Examples:
   mox view --output ribs.html -p /bracket/rib -d Displacement -s last bracket.mox
   mox view --serve huge.mox)";
 
+// In units of 1000, as --max-size is.
+std::string sizeText(std::uint64_t bytes) {
+    const auto kilobytes = static_cast<double>(bytes) / 1000;
+    return bytes < 100000 ? fmt::format("{:.1f} kB", kilobytes) : fmt::format("{:.1f} MB", kilobytes / 1000);
+}
+
 // What a page of this program begins with.
 bool isOwnPage(const fs::path& path) {
     const auto head = pageSource().head.substr(0, pageSource().head.find('\n'));
@@ -131,9 +137,8 @@ void ViewCommand::writePage(Terminal& terminal) const {
         });
     });
     output.commit();
-    terminal.note(fmt::format("{}: nodes on the surface: {}, results: {}, MB: {:.1f}", visibleText(path),
-                              model.surface().nodes.size(), contents.results,
-                              static_cast<double>(contents.bytes) / 1000000));
+    terminal.note(fmt::format("{}: nodes on the surface: {}, results: {}, data: {}", visibleText(path),
+                              model.surface().nodes.size(), contents.results, sizeText(contents.bytes)));
     if (contents.leftOut > 0) {
         terminal.note(
             fmt::format("results left out for want of room: {}; --serve shows all, --max-size makes "

@@ -57,6 +57,35 @@ TEST(TerminalOptions, DropColoursTakesThemFromBothStreams) {
     EXPECT_FALSE(terminal.outputColours());
 }
 
+TEST_F(CommonOptions, MissingFileAndFolderHaveReasonsOfTheirOwn) {
+    const auto missing = folder.path("none.mox");
+    const auto noFile = folder.path("");
+    for (const std::string command : {"info", "tree", "stat", "dump", "check"}) {
+        EXPECT_EQ(runMox({command, missing}).messages,
+                  "mox " + command + ": " + missing + ": there is no such file\n");
+        EXPECT_EQ(runMox({command, noFile}).messages,
+                  "mox " + command + ": " + noFile + ": is a folder, not a file\n");
+    }
+}
+
+TEST_F(CommonOptions, ControlCharactersInNamesOfFilesAreMadeVisibleEverywhere) {
+    const auto odd = folder.path("a\x1B[2J\nb.mox");
+    std::filesystem::copy_file(path, odd);
+    const std::vector<std::vector<std::string>> lines = {{"info", odd},
+                                                         {"check", odd},
+                                                         {"check", odd, odd},
+                                                         {"stat", odd, odd},
+                                                         {"diff", odd, path + "none"},
+                                                         {"tree", odd + "none"},
+                                                         {"join", folder.path("\x1Bj.mox"), odd},
+                                                         {"split", odd, folder.path("\x1Bs")}};
+    for (const auto& arguments : lines) {
+        const auto run = runMox(arguments);
+        EXPECT_EQ((run.output + run.messages).find('\x1B'), std::string::npos) << arguments.front();
+    }
+    EXPECT_TRUE(runMox({"info", odd}).output.find("a\\x1B[2J\\nb.mox (") != std::string::npos);
+}
+
 TEST_F(CommonOptions, DashReadsStandardInput) {
     for (const std::string command : {"info", "tree", "stat", "dump"}) {
         ASSERT_NE(std::freopen(path.c_str(), "rb", stdin), nullptr);

@@ -100,6 +100,14 @@ TEST_F(PathsOfNodes, LeadsNowhereUnlessEveryNameIsThere) {
     }
 }
 
+TEST_F(PathsOfNodes, PathThatDoesNotBeginAtTheRootIsCompleted) {
+    EXPECT_EQ(paths.whyNone("/door"), "has no node \"/door\", but /car/door; mox tree shows all nodes");
+    EXPECT_EQ(paths.whyNone("a\\/b/door"),
+              "has no node \"a\\\\/b/door\", but /car/a\\/b/door; mox tree shows all nodes");
+    EXPECT_EQ(paths.whyNone("/oor"), "has no node \"/oor\"; mox tree shows all nodes");
+    EXPECT_EQ(paths.whyNone(""), "has no node \"\"; mox tree shows all nodes");
+}
+
 TEST_F(PathsOfNodes, EscapesStandForTheirBytesAnywhere) {
     EXPECT_EQ(find("/c\\x61r/\\x64oor"), 2U);
 }

@@ -8,13 +8,14 @@ using namespace Qel::Mox2;
 using Floats = std::vector<float>;
 
 constexpr const char* Advice = "; --prefer-first keeps that, --under and --suffix keep both";
+constexpr const char* RootAdvice = "; --prefer-first keeps that"; // no option gives a file two roots
 
 class JoinClash : public PartFiles {
 protected:
-    void expectClash(const std::string& sentence) const {
+    void expectClash(const std::string& sentence, const std::string& advice = Advice) const {
         const auto run = join({out, a, b});
         EXPECT_EQ(run.exitCode, 1);
-        EXPECT_EQ(run.messages, "mox join: " + b + ": " + sentence + Advice + "\n");
+        EXPECT_EQ(run.messages, "mox join: " + b + ": " + sentence + advice + "\n");
         EXPECT_FALSE(std::filesystem::exists(out));
         EXPECT_EQ(folder.files(), (Arguments{"a.mox", "b.mox"}));
     }
@@ -28,6 +29,14 @@ protected:
         return "mox join: left out: " + b + ": " + sentence + "\n";
     }
 
+    void saveRoot(const std::string& name, int number) const {
+        Attributes attributes;
+        attributes.set("Count", number);
+        Model model;
+        model.saveTo(folder.path(name), {true, "", "", ""});
+        model.addNode(Group, "model", attributes);
+        model.close();
+    }
     void saveGroup(const std::string& name, const Attributes& attributes, const Floats& translation) const {
         save(name, [&](Model& model) {
             const auto group = model.addNode(Group, "group", attributes);
@@ -168,7 +177,16 @@ TEST_F(JoinClash, MarkOfARootIsAnError) {
         model.addNode(RootMarkedGroup, "model");
         model.close();
     }
-    expectClash("/model has another mark in " + a);
+    expectClash("/model has another mark in " + a, RootAdvice);
+}
+
+TEST_F(JoinClash, OtherAttributesOfTheRootAreAnErrorThatOnlyPreferFirstHelps) {
+    saveRoot("a.mox", 1);
+    saveRoot("b.mox", 2);
+    expectClash("/model has other attributes in " + a, RootAdvice);
+    const auto run = join({"--under", "file {n}", out, a, b});
+    EXPECT_EQ(run.messages, "mox join: " + b + ": /model has other attributes in " + a + RootAdvice + "\n");
+    EXPECT_EQ(preferFirst(), leftOut("/model has other attributes in " + a));
 }
 
 // The first file has the dataset that the second file's link leads to.

@@ -7,6 +7,9 @@
 
 #include <CLI/App.hpp>
 
+#include <algorithm>
+#include <sstream>
+
 TEST(RoffText, KeepsRoffFromTakingCharactersForItsOwn) {
     EXPECT_EQ(MoxTool::roffText("a\\n --b\n.SH\n'x"), "a\\(rsn \\-\\-b\n\\&.SH\n\\&'x");
 }
@@ -54,6 +57,19 @@ TEST(ManCommand, PrintsThePageOfACommand) {
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_NE(run.output.find("\\fB\\-a,\\-\\-attributes\\fR\n"), std::string::npos) << run.output;
     EXPECT_NE(run.output.find("  mox tree bracket.mox\n"), std::string::npos) << run.output;
+}
+
+// man indents them by 7 columns and leaves two free.
+TEST(ManCommand, DescriptionFitsATerminalOfEightyColumns) {
+    const auto page = runMox({"man", "import"}).output;
+    const auto start = page.find(".SH DESCRIPTION");
+    std::istringstream description(page.substr(start, page.find(".SH OPTIONS") - start));
+    std::size_t lines = 0;
+    for (std::string line; std::getline(description, line); ++lines) {
+        const auto escapes = static_cast<std::size_t>(std::count(line.begin(), line.end(), '\\'));
+        EXPECT_LE(line.size() - escapes, 71U) << line;
+    }
+    EXPECT_GT(lines, 20U);
 }
 
 TEST(ManCommand, PrintsThePageOfTheProgramWithItsCommands) {

@@ -64,6 +64,14 @@ TEST(TallyList, AddsUpByNameInOrderOfFirstUse) {
     EXPECT_EQ(list.sum().shared, 20U);
 }
 
+// Shares of a block add up to numbers that differ in their last digits.
+TEST(TallyList, SortsByNameWhatShowsTheSameBytes) {
+    TallyList list;
+    list.add("y", {1, 0, 1, 9.0000001, 0});
+    list.add("x", {1, 0, 1, 9, 0});
+    EXPECT_EQ(list.sorted().rows()[0].first, "x");
+}
+
 TEST(TallyList, SortsTheLargestFirstAndEqualOnesByName) {
     TallyList list;
     list.add("small", {1, 0, 1, 1, 0});

@@ -180,7 +180,8 @@ TEST_F(ViewCommand, WritesAPageUnlessItWasBuiltWithoutIt) {
     EXPECT_TRUE(text.starts_with("<!DOCTYPE html><!-- made by mox view -->\n")) << text.substr(0, 60);
     EXPECT_NE(text.find("Content-Security-Policy\" content=\"default-src 'none'"), std::string::npos);
     EXPECT_NE(text.find("id=\"block-positions\""), std::string::npos);
-    EXPECT_TRUE(run.says("nodes on the surface: 4, results: 3")) << run.messages;
+    EXPECT_TRUE(run.says("nodes on the surface: 4, results: 3, data: ")) << run.messages;
+    EXPECT_TRUE(run.says(" kB\n")) << run.messages;
 }
 
 TEST_F(ViewCommand, ExistingFileIsNotReplacedUnlessThatIsWanted) {

@@ -223,6 +223,7 @@ void ExodusExporter::writeStaticStep(ExodusOutput& output) {
     }
     source_.summary().addNote("results without steps stand in one step of time 0");
     output.time(0, 0);
+    source_.summary().steps = 1;
     writeResults(output, ResultPlace::Nodes, 0, ResultField::NoStep);
     writeResults(output, ResultPlace::Elements, 0, ResultField::NoStep);
 }
@@ -235,6 +236,7 @@ void ExodusExporter::writeBareTimes(ExodusOutput& output) {
                numberAttribute(attributes, AttributeNames::numbered(AttributeNames::TimeOfStep, row + 1))) {
         output.time(row++, *time);
     }
+    source_.summary().steps = static_cast<std::int64_t>(row);
 }
 
 void ExodusExporter::writeGlobals(ExodusOutput& output, std::size_t row, const ModelStep& step) {

@@ -38,6 +38,10 @@ ExodusResultImporter::ExodusResultImporter(const ExodusSource& file, const Exodu
 
 void ExodusResultImporter::run() {
     planBatches();
+    if (!file_.times().empty() && !hasResults()) {
+        target_.summary.addNote("the steps have no results; their times are attributes of the root");
+        return;
+    }
     for (std::size_t step = 0; step < file_.times().size(); ++step) {
         if (!target_.choices.steps.takes(step)) {
             continue;
@@ -48,6 +52,11 @@ void ExodusResultImporter::run() {
         ++target_.summary.steps;
     }
     target_.terminal.clearProgress();
+}
+
+bool ExodusResultImporter::hasResults() const {
+    return std::ranges::any_of(batches_,
+                               [](const Batch& batch) { return batch.rows > 0 && !batch.results.empty(); });
 }
 
 void ExodusResultImporter::planBatches() {

@@ -35,6 +35,7 @@ private:
     };
 
     void planBatches();
+    bool hasResults() const;
     ResultPlan planNodes();
     void planElements(const ExodusPart& part, const std::vector<int>& truthTable, ResultPlan plan);
     bool isChosen(const std::string& variable);

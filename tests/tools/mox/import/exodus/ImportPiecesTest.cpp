@@ -229,6 +229,32 @@ TEST_F(ImportPieces, PieceByItselfGetsANoteThatItIsOne) {
         << run.messages;
 }
 
+TEST_F(ImportPieces, PatternWithoutQuotesIsExplained) {
+    cut({4, byColumns});
+    const auto reason = [&](const std::string& first, const std::string& second) {
+        return "mox import: " + first + " and " + second +
+               " are pieces of one model; put the pattern in quotes, as in '" + piece("4.*") +
+               "', or name one piece, with --all-parts (see mox import --help)\n";
+    };
+    const auto four = runImport({piece("4.0"), piece("4.1"), piece("4.2"), piece("4.3"), out()});
+    EXPECT_EQ(four.exitCode, 2);
+    EXPECT_EQ(four.messages, reason(piece("4.0"), piece("4.1")));
+    const auto withOption = runImport({"--overwrite", piece("4.0"), piece("4.1"), piece("4.2"), out()});
+    EXPECT_EQ(withOption.messages, reason(piece("4.0"), piece("4.1")));
+    const auto noPieces = runImport({whole(), out(), piece("4.1")});
+    EXPECT_EQ(noPieces.messages,
+              "mox import: \"" + piece("4.1") + "\" is one argument too many (see mox import --help)\n");
+}
+
+TEST_F(ImportPieces, PieceIsNotReplacedByWhatIsMadeOfAnother) {
+    cut({2, byColumns});
+    const auto before = folder.read("run.e.2.1");
+    const auto run = runImport({"--overwrite", piece("2.0"), piece("2.1")});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.says("are pieces of one model; put the pattern in quotes")) << run.messages;
+    EXPECT_EQ(folder.read("run.e.2.1"), before);
+}
+
 TEST_F(ImportPieces, OutputCanNotReplaceAPiece) {
     cut({4, byColumns});
     const auto run = runImport({"--overwrite", piece("4.*"), piece("4.3")});

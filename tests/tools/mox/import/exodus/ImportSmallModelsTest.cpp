@@ -274,6 +274,10 @@ TEST_F(ImportSmallModels, TimesAreKeptIfNoBlockHasTheVariables) {
     EXPECT_EQ(textOf(attributes, "Time of Step 1"), "0.5");
     EXPECT_EQ(textOf(attributes, "Time of Step 2"), "0.75");
     EXPECT_TRUE(run.says("not taken: element variables that no block has: 1 (p)"));
+    EXPECT_TRUE(run.says("steps: 0, datasets: 5")) << run.messages;
+    EXPECT_TRUE(run.says("note: the steps have no results; their times are attributes of the root\n"));
+    const auto back = runMox({"export", folder.path("out.mox"), folder.path("back.e")});
+    EXPECT_TRUE(back.says("steps: 2, datasets: 0")) << back.messages;
 }
 
 TEST_F(ImportSmallModels, TimesAreKeptIfNoBlockCanTakeTheNodesResults) {
