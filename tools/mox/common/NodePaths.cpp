@@ -157,7 +157,7 @@ const Node* NodePaths::find(std::string_view path) const {
 }
 
 std::string NodePaths::whyNone(std::string_view path) const {
-    const auto end = (path.starts_with('/') ? "" : "/") + std::string(path);
+    const auto end = fmt::format("{}{}", path.starts_with('/') ? "" : "/", path);
     for (std::uint32_t id = 1; end.size() > 1 && id <= nodes_.size(); ++id) {
         if (end.ends_with(escapedName(nodes_[id - 1].name)) && namesTo(id).ends_with(end)) {
             return fmt::format("has no node \"{}\", but {}; mox tree shows all nodes", visibleText(path),
