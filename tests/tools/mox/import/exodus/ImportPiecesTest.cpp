@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <numeric>
 
 #ifndef _WIN32
@@ -119,13 +120,17 @@ void writePolygons(const std::string& path) {
     file.values(1, EX_ELEM_BLOCK, 1, 1, {11, 12, 13, 14});
 }
 
-void renameVariable(const std::string& path, ex_entity_type type, int number, const char* name) {
+void change(const std::string& path, const std::function<int(int)>& work) {
     int words = 8;
     int diskWords = 0;
     float version = 0;
     const int file = ex_open(path.c_str(), EX_WRITE, &words, &diskWords, &version);
-    SmallExodusFile::require(ex_put_variable_name(file, type, number, name));
+    SmallExodusFile::require(work(file));
     ex_close(file);
+}
+
+void renameVariable(const std::string& path, ex_entity_type type, int number, const char* name) {
+    change(path, [&](int file) { return ex_put_variable_name(file, type, number, name); });
 }
 
 #ifndef _WIN32
@@ -339,6 +344,47 @@ TEST_F(ImportPieces, VariableThatOnePieceLacksOnABlockIsNamed) {
     fs::rename(folder.path("other.2.1"), piece("2.1"));
     expectRefused({piece("2.*"), out()}, piece("2.1") + ": has no variable \"damage\" on upper, unlike the "
                                                         "pieces before it; they are not pieces of one run");
+}
+
+// The first node of the second piece is the second of the sheet, which the first piece has as well.
+TEST_F(ImportPieces, NodeThatLiesElsewhereInAnotherPieceIsNamed) {
+    cut({2, [](std::size_t element) { return element % 2; }});
+    change(piece("2.1"), [](int file) {
+        double x = 1.5;
+        return ex_put_partial_coord(file, 1, 1, &x, nullptr, nullptr);
+    });
+    expectRefused({piece("2.*"), out()}, piece("2.1") +
+                                             ": has node 1031 at x = 1.5, but a piece before it has it "
+                                             "at 1; they are not pieces of one run");
+}
+
+TEST_F(ImportPieces, NodeWithAnotherIdInAnotherPieceIsNamed) {
+    cut({2, [](std::size_t element) { return element % 2; }});
+    change(piece("2.1"), [](int file) {
+        int id = 5;
+        return ex_put_partial_num_map(file, EX_NODE_MAP, 1, 1, 1, &id);
+    });
+    expectRefused({piece("2.*"), out()},
+                  piece("2.1") +
+                      ": has a node 5 whose number in the whole is another node's, in this piece or in one "
+                      "before it; they are not pieces of one run");
+}
+
+TEST_F(ImportPieces, ElementsThatNoPieceHasAreMissed) {
+    cut({2, [](std::size_t element) { return element == 3 ? 2 : element % 2; }});
+    expectRefused({piece("2.*"), out()}, folder.path("run.e") +
+                                             ": its pieces have 23 elements, but the whole has 24; "
+                                             "they are not pieces of one run");
+}
+
+TEST_F(ImportPieces, PieceOfAWholeOfAnotherSizeIsNamed) {
+    cut({2, [](std::size_t element) { return element % 2; }});
+    writePolygons(whole());
+    splitExodus(whole(), folder.path("other"), {2, [](std::size_t element) { return element % 2; }});
+    fs::rename(folder.path("other.2.1"), piece("2.1"));
+    expectRefused({piece("2.*"), out()}, piece("2.1") +
+                                             ": has a share of 9 nodes, but run.e.2.0 has one of 35; they "
+                                             "are not pieces of one run");
 }
 
 TEST_F(ImportPieces, ElementInTwoPiecesIsNamed) {
