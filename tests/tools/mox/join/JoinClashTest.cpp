@@ -57,6 +57,13 @@ protected:
     const std::string b = path("b.mox");
 };
 
+template <typename Value>
+NodeProperties with(PropertyType part, const Value& value) {
+    NodeProperties properties;
+    properties.set(part, value);
+    return properties;
+}
+
 Attributes count(int number) {
     Attributes attributes;
     attributes.set("Count", number);
@@ -98,12 +105,30 @@ TEST_F(JoinClash, AnotherTransformIsAnError) {
     EXPECT_EQ(ReadFile(out).at({"group"}).group()->translation, (std::array<float, 3>{1, 2, 3}));
 }
 
+TEST_F(JoinClash, EachPartOfATransformCounts) {
+    saveGroup("a.mox", {}, {0, 0, 0});
+    for (const auto& part : {with(Rotation, Floats{0, 0, 1, 0.5F}), with(Scale, Floats{1, 1, 2})}) {
+        save("b.mox", [&](Model& model) { model.setNodeData(model.addNode(Group, "group"), part); });
+        expectClash("/model/group has another transform in " + a);
+    }
+}
+
 TEST_F(JoinClash, OtherAttributesAreAnError) {
     saveGroup("a.mox", count(1), {0, 0, 0});
     saveGroup("b.mox", count(2), {0, 0, 0});
     expectClash("/model/group has other attributes in " + a);
     preferFirst();
     EXPECT_EQ(ReadFile(out).at({"group"}).group()->attributes, (MoxReader::Attributes{{"Count", 1U}}));
+}
+
+TEST_F(JoinClash, AttributeThatIsMissingOrOfAnotherKindIsAnother) {
+    Attributes asFloat;
+    asFloat.set("Count", 1.0F);
+    saveGroup("a.mox", count(1), {0, 0, 0});
+    for (const auto& other : {Attributes(), asFloat}) {
+        saveGroup("b.mox", other, {0, 0, 0});
+        expectClash("/model/group has other attributes in " + a);
+    }
 }
 
 TEST_F(JoinClash, EqualTransformsAndAttributesAreFine) {
@@ -120,6 +145,20 @@ TEST_F(JoinClash, AnotherMaterialIsAnError) {
     preferFirst();
     const ReadFile joined(out);
     EXPECT_EQ(joined.model.node(2).shape()->material.diffuse, (std::array<float, 4>{1, 0, 0, 1}));
+}
+
+TEST_F(JoinClash, EachPartOfAMaterialCounts) {
+    save("a.mox", [](Model& model) { model.addNode(Shape, "shape"); });
+    const auto parts = {with(DiffuseColor, Floats{0.5F, 0.8F, 0.8F}),
+                        with(SpecularColor, Floats{0.5F, 0, 0}),
+                        with(EmissiveColor, Floats{0, 0, 0.5F}),
+                        with(AmbientColor, Floats{0.5F, 0.5F, 0.5F}),
+                        with(Transparency, 0.5F),
+                        with(Shininess, 0.5F)};
+    for (const auto& part : parts) {
+        save("b.mox", [&](Model& model) { model.setNodeData(model.addNode(Shape, "shape"), part); });
+        expectClash("/model/shape has another material in " + a);
+    }
 }
 
 TEST_F(JoinClash, EqualMaterialsAreFine) {

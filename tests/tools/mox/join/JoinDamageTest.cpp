@@ -3,11 +3,15 @@
 #include "../parts/PartFiles.h"
 #include "Support/NumberedArrays.h"
 #include "Support/SampleModel.h"
+#include "common/Failure.h"
 #include "common/Platform.h"
 #include "common/TemporaryPath.h"
 #include "parts/FileJoin.h"
 
 #include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <functional>
 
 #if defined(__unix__)
 #include <sys/resource.h>
@@ -46,11 +50,38 @@ protected:
         return folder.write(name, {bytes.begin(), bytes.end()});
     }
 
+    static void replaceIn(std::vector<std::uint8_t>& bytes, const std::vector<std::uint8_t>& from,
+                          const std::vector<std::uint8_t>& to) {
+        const auto place = std::search(bytes.begin(), bytes.end(), from.begin(), from.end());
+        ASSERT_NE(place, bytes.end());
+        std::copy(to.begin(), to.end(), place);
+    }
+
     // The connectivity of the sample names nodes that it does not have.
     static void expectNothingButNonsense(const std::string& file) {
         const auto run = runMox({"check", file});
         EXPECT_NE(run.output.find("0 errors, 1 warning"), std::string::npos) << run.output;
         EXPECT_NE(run.output.find("warning 703"), std::string::npos) << run.output;
+    }
+
+    /// Changes the second of two files when the trees of both have been read.
+    void expectRefusedIfChanged(const std::function<void()>& change) const {
+        saveShape("a.mox", "one", {"T"}, 0);
+        saveShape("b.mox", "two", {"T"}, 0);
+        const MoxTool::JoinRequest request = {.inputs = {a, b}, .output = out};
+        std::string reason;
+        try {
+            MoxTool::joinFiles(request, [&](const std::string& work, double fraction) {
+                if (work == "copying the numbers" && fraction == 0) {
+                    change();
+                }
+            });
+        } catch (const MoxTool::Failure& failure) {
+            reason = failure.what();
+        }
+        EXPECT_EQ(reason, b + ": has changed while it was joined");
+        EXPECT_FALSE(std::filesystem::exists(out));
+        EXPECT_EQ(folder.files().size(), 2u);
     }
 
 #if defined(__unix__)
@@ -123,6 +154,24 @@ TEST_F(JoinDamage, DamagedNumbersAreFoundByTheCheckAlone) {
     expectRefused({"--check", out, a}, a + ": is not whole: error 20");
     EXPECT_EQ(join({out, a}).exitCode, 0);
     EXPECT_EQ(storedNumbers(out), storedNumbers(a));
+}
+
+// --- Files that change meanwhile
+
+TEST_F(JoinDamage, FileThatGrowsBetweenItsTreeAndItsNumbersIsRefused) {
+    expectRefusedIfChanged([&] { folder.write("b.mox", folder.read("b.mox") + "x"); });
+}
+
+TEST_F(JoinDamage, FileThatIsWrittenAnewBetweenItsTreeAndItsNumbersIsRefused) {
+    expectRefusedIfChanged([&] {
+        saveShape("b.mox", "two", {"T"}, 0);
+        std::filesystem::last_write_time(b, std::filesystem::file_time_type::clock::now() +
+                                                std::chrono::hours(1));
+    });
+}
+
+TEST_F(JoinDamage, FileThatIsGoneBetweenItsTreeAndItsNumbersIsRefused) {
+    expectRefusedIfChanged([&] { std::filesystem::rename(b, path("c.mox")); });
 }
 
 // --- Node sets
@@ -208,6 +257,32 @@ TEST_F(JoinDamage, ForceLeavesOutNodeSetsThatCantBeRead) {
     EXPECT_TRUE(run.says("/Root/Sets: its sets can't be read")) << run.messages;
     expectNothingButNonsense(out);
     EXPECT_EQ(ReadFile(out).childNames({}), (Arguments{"Part", "Plain"}));
+}
+
+TEST_F(JoinDamage, ForceLeavesOutALinkThatLeadsNowhere) {
+    SampleModel sample;
+    const auto key = std::string("Stress\x1e") + "Step2";
+    replaceIn(sample.light, linkEntry(key, 0x01000010, 3, 2), linkEntry(key, 0x01000010, 3, 9));
+    writeSample("a.mox", sample);
+    EXPECT_EQ(join({out, a}).exitCode, 1);
+    const auto run = join({"--force", out, a});
+    EXPECT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_TRUE(run.says("/Root/Part: Stress, step \"Step2\": its link leads nowhere")) << run.messages;
+    expectNothingButNonsense(out);
+}
+
+TEST_F(JoinDamage, ForceLeavesOutTheSecondDatasetOfOneNameAndStep) {
+    SampleModel sample;
+    const auto key = [](const std::string& step) { return "Stress\x1e" + step; };
+    replaceIn(sample.light, linkEntry(key("Step2"), 0x01000010, 3, 2),
+              linkEntry(key("Step1"), 0x01000010, 3, 2));
+    writeSample("a.mox", sample);
+    EXPECT_EQ(join({out, a}).exitCode, 1);
+    const auto run = join({"--force", out, a});
+    EXPECT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_TRUE(run.says("/Root/Part: Stress, step \"Step1\": another has its name and step"))
+        << run.messages;
+    expectNothingButNonsense(out);
 }
 
 TEST_F(JoinDamage, ForceLeavesAWholeFileAsItIs) {

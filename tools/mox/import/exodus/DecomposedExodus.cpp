@@ -83,6 +83,7 @@ void checkAlike(const ExodusBlock& block, const ExodusBlock& other, const Exodus
 
 DecomposedExodus::DecomposedExodus(const PieceFiles& files) : path_(files.whole), pieces_(files.paths) {
     readCounts(files.paths.size());
+    checkVariables();
     numberNodes();
     numberElements();
     countElements();
@@ -100,6 +101,25 @@ void DecomposedExodus::readCounts(std::size_t count) {
     }
 }
 
+void DecomposedExodus::checkVariables() const {
+    for (const auto type : {EX_NODAL, EX_ELEM_BLOCK, EX_GLOBAL}) {
+        const auto other = pieces_.open(pieceWithVariables(type));
+        for (std::size_t rank = 0; rank < pieces_.count(); ++rank) {
+            checkPieceVariables(*pieces_.open(rank), *other, type);
+        }
+    }
+}
+
+// The first one, or piece 0 if none can have any.
+std::size_t DecomposedExodus::pieceWithVariables(ex_entity_type type) const {
+    for (std::size_t rank = 0; rank < pieces_.count(); ++rank) {
+        if (canHoldVariables(*pieces_.open(rank), type)) {
+            return rank;
+        }
+    }
+    return 0;
+}
+
 void DecomposedExodus::addCounts(const ex_init_params& counts) {
     if (std::strcmp(parameters_.title, counts.title) != 0) {
         parameters_.title[0] = '\0';
@@ -108,10 +128,13 @@ void DecomposedExodus::addCounts(const ex_init_params& counts) {
     parameters_.num_side_sets = std::max(parameters_.num_side_sets, counts.num_side_sets);
 }
 
-// A block that only some pieces have comes after the one that is before it there.
+// A block that only some pieces have comes after the one that is before it there, or else before the first one there
+// that is known, or else last.
 void DecomposedExodus::addBlocks(std::size_t rank) {
     const auto piece = pieces_.open(rank);
-    std::size_t next = 0;
+    const auto isKnown = [&](const ExodusBlock& block) { return placeOf(block.id) < blocks_.size(); };
+    const auto known = std::ranges::find_if(piece->blocks(), isKnown);
+    auto next = known == piece->blocks().end() ? blocks_.size() : placeOf(known->id);
     for (const auto& block : piece->blocks()) {
         next = addBlock(rank, block, next) + 1;
     }
@@ -326,7 +349,7 @@ std::vector<int> DecomposedExodus::nodesOfEachElement(const ExodusBlock& block) 
 }
 
 std::vector<std::string> DecomposedExodus::variableNames(ex_entity_type type) const {
-    return pieces_.open(0)->variableNames(type);
+    return pieces_.open(pieceWithVariables(type))->variableNames(type);
 }
 
 std::vector<int> DecomposedExodus::elementTruthTable(std::size_t variableCount) const {
@@ -342,6 +365,9 @@ std::vector<int> DecomposedExodus::elementTruthTable(std::size_t variableCount) 
 void DecomposedExodus::fillTruthTable(std::size_t rank, std::size_t variableCount, std::vector<int>& table,
                                       std::vector<bool>& isKnown) const {
     const auto piece = pieces_.open(rank);
+    if (!canHoldVariables(*piece, EX_ELEM_BLOCK)) {
+        return;
+    }
     const auto own = piece->elementTruthTable(variableCount);
     for (std::size_t i = 0; i < piece->blocks().size(); ++i) {
         const auto& block = piece->blocks()[i];

@@ -47,6 +47,7 @@ public:
     std::vector<int> nodesOfEachElement(const ExodusBlock& block) const override;
 
     const std::vector<double>& times() const override { return times_; }
+    /// Those of the first piece that can have any.
     std::vector<std::string> variableNames(ex_entity_type type) const override;
     std::vector<int> elementTruthTable(std::size_t variableCount) const override;
     std::vector<double> values(ex_entity_type type, std::size_t variable, std::int64_t entity,
@@ -56,6 +57,8 @@ public:
 
 private:
     void readCounts(std::size_t count);
+    void checkVariables() const;
+    std::size_t pieceWithVariables(ex_entity_type type) const;
     void addCounts(const ex_init_params& counts);
     void addBlocks(std::size_t rank);
     std::size_t addBlock(std::size_t rank, const ExodusBlock& block, std::size_t next);

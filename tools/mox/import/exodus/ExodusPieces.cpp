@@ -10,7 +10,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr std::size_t MostOpen = 200; // each takes a descriptor; processes have 1024 or 256 of them
+constexpr std::size_t MostOpen = 64; // each takes a descriptor, of which a process may have no more than 256
 
 } // namespace
 

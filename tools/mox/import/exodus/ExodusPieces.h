@@ -9,7 +9,7 @@
 
 namespace MoxTool {
 
-/// The files of a decomposed Exodus model. Some hundred stay open, since reading results goes over all of them again
+/// The files of a decomposed Exodus model. Some stay open, since reading results goes over all of them again
 /// and again; the others are opened each time, since systems bound the number of open files.
 class ExodusPieces {
 public:

@@ -60,24 +60,36 @@ void checkGlobalCounts(const ExodusFile& piece, const ExodusFile& first) {
     }
 }
 
-void checkVariables(const ExodusFile& piece, const ExodusFile& first, ex_entity_type type, const char* kind) {
-    const auto names = piece.variableNames(type);
-    const auto others = first.variableNames(type);
+void refuseVariables(const ExodusFile& piece, const std::vector<std::string>& names, const ExodusFile& other,
+                     const std::vector<std::string>& others, const char* kind) {
     if (names.size() != others.size()) {
         refuse(piece, counted(static_cast<std::int64_t>(names.size()), fmt::format("{} variable", kind)),
-               first, std::to_string(others.size()));
+               other, std::to_string(others.size()));
     }
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (names[i] != others[i]) {
-            refuse(piece, fmt::format("{} variable {} \"{}\"", kind, i + 1, visibleText(names[i])), first,
+            refuse(piece, fmt::format("{} variable {} \"{}\"", kind, i + 1, visibleText(names[i])), other,
                    fmt::format("\"{}\"", visibleText(others[i])));
         }
     }
 }
 
+const char* kindOf(ex_entity_type type) {
+    return type == EX_NODAL ? "nodal" : type == EX_ELEM_BLOCK ? "element" : "global";
+}
+
+[[noreturn]] void refuseWithoutSteps(const ExodusFile& piece, const ExodusFile& other) {
+    throw Failure(piece.path(), fmt::format("has no steps, but {} has {}; it was not written to its end, or "
+                                            "they are not pieces of one run",
+                                            fileName(other), other.times().size()));
+}
+
 void checkSteps(const ExodusFile& piece, const ExodusFile& first) {
     const auto& times = piece.times();
     const auto& others = first.times();
+    if (times.empty() != others.empty()) {
+        times.empty() ? refuseWithoutSteps(piece, first) : refuseWithoutSteps(first, piece);
+    }
     if (times.size() != others.size()) {
         refuse(piece, counted(static_cast<std::int64_t>(times.size()), "step"), first,
                std::to_string(others.size()));
@@ -95,10 +107,25 @@ void checkSteps(const ExodusFile& piece, const ExodusFile& first) {
 void checkPieceFits(const ExodusFile& piece, const ExodusFile& first, std::size_t count) {
     checkProcessors(piece, count);
     checkGlobalCounts(piece, first);
-    checkVariables(piece, first, EX_NODAL, "nodal");
-    checkVariables(piece, first, EX_ELEM_BLOCK, "element");
-    checkVariables(piece, first, EX_GLOBAL, "global");
     checkSteps(piece, first);
+}
+
+void checkPieceVariables(const ExodusFile& piece, const ExodusFile& other, ex_entity_type type) {
+    const auto names = piece.variableNames(type);
+    if (!names.empty() || canHoldVariables(piece, type)) {
+        refuseVariables(piece, names, other, other.variableNames(type), kindOf(type));
+    }
+}
+
+bool canHoldVariables(const ExodusFile& piece, ex_entity_type type) {
+    switch (type) {
+    case EX_NODAL:
+        return piece.counts().num_nodes > 0;
+    case EX_ELEM_BLOCK:
+        return piece.counts().num_elem > 0;
+    default:
+        return true;
+    }
 }
 
 } // namespace MoxTool

@@ -9,7 +9,12 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <numeric>
+
+#ifndef _WIN32
+#include <sys/resource.h>
+#endif
 
 namespace {
 
@@ -24,8 +29,9 @@ constexpr int Steps = 3;
 // one alone.
 class Sheet {
 public:
-    Sheet(const std::string& path, bool hasMixedIds)
-        : file_(path, {2, GridNodes, Columns * Rows, 2}), hasMixedIds_(hasMixedIds) {
+    /// @param table Which of the two blocks has which of the two element variables.
+    Sheet(const std::string& path, bool hasMixedIds, const std::vector<int>& table = {1, 0, 1, 1})
+        : file_(path, {2, GridNodes, Columns * Rows, 2}), hasMixedIds_(hasMixedIds), table_(table) {
         addNodes();
         addBlocks();
         addIds();
@@ -74,8 +80,7 @@ private:
     void addVariables() {
         file_.variables(EX_NODAL, {"disp_x", "disp_y", "heat"});
         file_.variables(EX_ELEM_BLOCK, {"energy", "damage"});
-        int table[] = {1, 0, 1, 1}; // the library takes no constant
-        SmallExodusFile::require(ex_put_truth_table(file_.handle(), EX_ELEM_BLOCK, 2, 2, table));
+        SmallExodusFile::require(ex_put_truth_table(file_.handle(), EX_ELEM_BLOCK, 2, 2, table_.data()));
     }
 
     void addStep(int step) {
@@ -85,6 +90,9 @@ private:
         }
         file_.values(step, EX_ELEM_BLOCK, 1, 7, numbers(Columns * Rows / 2, 1000 * step));
         file_.values(step, EX_ELEM_BLOCK, 1, 3, numbers(Columns * Rows / 2, 2000 * step));
+        if (table_[3] == 0) {
+            return;
+        }
         file_.values(step, EX_ELEM_BLOCK, 2, 3, numbers(Columns * Rows / 2, 3000 * step));
     }
 
@@ -96,7 +104,52 @@ private:
 
     SmallExodusFile file_;
     bool hasMixedIds_;
+    std::vector<int> table_;
 };
+
+// A triangle, a pentagon, a quadrilateral and a triangle.
+void writePolygons(const std::string& path) {
+    SmallExodusFile file(path, {2, 9, 4, 1});
+    file.coordinates({0, 1, 2, 0, 1, 0, 1, 2, -1}, {0, 0, 0, 1, 1, 2, 2, 1, 1});
+    std::vector<int> sizes = {3, 5, 4, 3};
+    file.block(1, "NSIDED", 4, 15, {1, 2, 4, 2, 5, 7, 6, 4, 2, 3, 8, 5, 1, 4, 9});
+    SmallExodusFile::require(
+        ex_put_entity_count_per_polyhedra(file.handle(), EX_ELEM_BLOCK, 1, sizes.data()));
+    file.variables(EX_ELEM_BLOCK, {"energy"});
+    file.time(1, 0.5);
+    file.values(1, EX_ELEM_BLOCK, 1, 1, {11, 12, 13, 14});
+}
+
+void change(const std::string& path, const std::function<int(int)>& work) {
+    int words = 8;
+    int diskWords = 0;
+    float version = 0;
+    const int file = ex_open(path.c_str(), EX_WRITE, &words, &diskWords, &version);
+    SmallExodusFile::require(work(file));
+    ex_close(file);
+}
+
+void renameVariable(const std::string& path, ex_entity_type type, int number, const char* name) {
+    change(path, [&](int file) { return ex_put_variable_name(file, type, number, name); });
+}
+
+#ifndef _WIN32
+/// For as long as it lives, this process can have so many files open.
+class OpenFileLimit {
+public:
+    explicit OpenFileLimit(rlim_t count) {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        const rlimit limit = {count, before_.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &limit);
+    }
+    OpenFileLimit(const OpenFileLimit&) = delete;
+    OpenFileLimit& operator=(const OpenFileLimit&) = delete;
+    ~OpenFileLimit() { setrlimit(RLIMIT_NOFILE, &before_); }
+
+private:
+    rlimit before_{};
+};
+#endif
 
 std::size_t byColumns(std::size_t element) {
     return element % Columns * 4 / Columns;
@@ -152,6 +205,59 @@ TEST_F(ImportPieces, PiecesWithoutElementsOfABlockFit) {
     expectEqualToWhole({piece("2.*"), out()});
 }
 
+TEST_F(ImportPieces, PiecesWithoutElementsFit) {
+    cut({6, byColumns});
+    expectEqualToWhole({piece("6.*"), out()});
+}
+
+TEST_F(ImportPieces, FirstPieceCanHaveNoElements) {
+    cut({3, [](std::size_t element) { return 1 + element % 2; }});
+    expectEqualToWhole({piece("3.*"), out()});
+}
+
+TEST_F(ImportPieces, FirstPieceWithoutElementsFitsWhereNumberMapsAreAlone) {
+    cut({3, [](std::size_t element) { return 1 + element % 2; }, false}, false);
+    expectEqualToWhole({piece("3.*"), out()});
+}
+
+TEST_F(ImportPieces, BlockThatSomePiecesDoNotKnowFits) {
+    cut({.pieces = 3,
+         .pieceOf = [](std::size_t element) { return element < Columns * Rows / 2 ? 0U : 1 + element % 2; },
+         .hasAllBlocks = false});
+    expectEqualToWhole({piece("3.*"), out()});
+}
+
+TEST_F(ImportPieces, BlockThatTheFirstPieceDoesNotKnowKeepsItsPlaceBeforeAnother) {
+    cut({.pieces = 2,
+         .pieceOf = [](std::size_t element) { return element < Columns * Rows / 2 + 1 ? 1U : 0U; },
+         .hasAllBlocks = false});
+    expectEqualToWhole({piece("2.*"), out()});
+}
+
+#ifndef _WIN32
+// 250 pieces, of which 24 have an element each.
+TEST_F(ImportPieces, HundredsOfPiecesAreReadWithFewOpenFiles) {
+    cut({250, [](std::size_t element) { return 10 * element; }});
+    ASSERT_EQ(runImport({whole(), folder.path("whole.mox")}).exitCode, 0);
+    const OpenFileLimit few(100);
+    const auto run = runImport({piece("250.*"), out()});
+    EXPECT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_EQ(runMox({"diff", folder.path("whole.mox"), out()}).exitCode, 0);
+}
+#endif
+
+TEST_F(ImportPieces, PolygonsOfPiecesAreThoseOfTheWhole) {
+    writePolygons(whole());
+    splitExodus(whole(), folder.path("run.e"), {2, [](std::size_t element) { return element % 2; }});
+    expectEqualToWhole({piece("2.*"), out()});
+    ReadBack pieces(out());
+    const auto& geometry = *pieces.geometries().front();
+    EXPECT_EQ(pieces.integers(ReadBack::dataset(geometry, "Polylength")),
+              (std::vector<std::uint32_t>{3, 5, 4, 3}));
+    EXPECT_EQ(pieces.integers(ReadBack::dataset(geometry, "Connectivity")),
+              (std::vector<std::uint32_t>{0, 1, 3, 1, 4, 6, 5, 3, 1, 2, 7, 4, 0, 3, 8}));
+}
+
 TEST_F(ImportPieces, ChoiceIsMadeOfTheWhole) {
     cut({4, byColumns});
     const std::vector<std::string> choice = {"--block", "upper", "--variable", "damage", "--step", "2"};
@@ -201,6 +307,104 @@ TEST_F(ImportPieces, PieceWithFewerStepsIsNamed) {
     cut({.pieces = 2, .pieceOf = [](std::size_t element) { return element % 2; }, .steps = 2});
     expectRefused({piece("2.*"), out()},
                   piece("2.1") + ": has 2 steps, but run.e.2.0 has 3; they are not pieces of one run");
+}
+
+TEST_F(ImportPieces, PieceWithoutStepsIsNamed) {
+    cut({.pieces = 2, .pieceOf = [](std::size_t element) { return element % 2; }, .steps = 0});
+    const std::string reason = "it was not written to its end, or they are not pieces of one run";
+    expectRefused({piece("2.*"), out()}, piece("2.1") + ": has no steps, but run.e.2.0 has 3; " + reason);
+    fs::rename(piece("2.0"), piece("2.2"));
+    fs::rename(piece("2.1"), piece("2.0"));
+    fs::rename(piece("2.2"), piece("2.1"));
+    expectRefused({piece("2.*"), out()}, piece("2.0") + ": has no steps, but run.e.2.1 has 3; " + reason);
+}
+
+TEST_F(ImportPieces, PieceWithAnotherTimeIsNamed) {
+    cut({.pieces = 2, .pieceOf = [](std::size_t element) { return element % 2; }, .lateBy = 0.125});
+    expectRefused({piece("2.*"), out()}, piece("2.1") + ": has the time 0.375 at step 1, but run.e.2.0 has "
+                                                        "0.25; they are not pieces of one run");
+}
+
+TEST_F(ImportPieces, PieceWithAnotherVariableIsNamed) {
+    cut({2, [](std::size_t element) { return element % 2; }});
+    renameVariable(piece("2.1"), EX_NODAL, 3, "cold");
+    expectRefused({piece("2.*"), out()}, piece("2.1") + ": has nodal variable 3 \"cold\", but run.e.2.0 has "
+                                                        "\"heat\"; they are not pieces of one run");
+    renameVariable(piece("2.1"), EX_NODAL, 3, "heat");
+    renameVariable(piece("2.1"), EX_ELEM_BLOCK, 2, "harm");
+    expectRefused({piece("2.*"), out()}, piece("2.1") +
+                                             ": has element variable 2 \"harm\", but run.e.2.0 has "
+                                             "\"damage\"; they are not pieces of one run");
+}
+
+TEST_F(ImportPieces, VariableThatOnePieceLacksOnABlockIsNamed) {
+    cut({2, [](std::size_t element) { return element % 2; }});
+    Sheet(whole(), true, {1, 0, 1, 0});
+    splitExodus(whole(), folder.path("other"), {2, [](std::size_t element) { return element % 2; }});
+    fs::rename(folder.path("other.2.1"), piece("2.1"));
+    expectRefused({piece("2.*"), out()}, piece("2.1") + ": has no variable \"damage\" on upper, unlike the "
+                                                        "pieces before it; they are not pieces of one run");
+}
+
+// The first node of the second piece is the second of the sheet, which the first piece has as well.
+TEST_F(ImportPieces, NodeThatLiesElsewhereInAnotherPieceIsNamed) {
+    cut({2, [](std::size_t element) { return element % 2; }});
+    change(piece("2.1"), [](int file) {
+        double x = 1.5;
+        return ex_put_partial_coord(file, 1, 1, &x, nullptr, nullptr);
+    });
+    expectRefused({piece("2.*"), out()}, piece("2.1") +
+                                             ": has node 1031 at x = 1.5, but a piece before it has it "
+                                             "at 1; they are not pieces of one run");
+}
+
+TEST_F(ImportPieces, NodeWithAnotherIdInAnotherPieceIsNamed) {
+    cut({2, [](std::size_t element) { return element % 2; }});
+    change(piece("2.1"), [](int file) {
+        int id = 5;
+        return ex_put_partial_num_map(file, EX_NODE_MAP, 1, 1, 1, &id);
+    });
+    expectRefused({piece("2.*"), out()},
+                  piece("2.1") +
+                      ": has a node 5 whose number in the whole is another node's, in this piece or in one "
+                      "before it; they are not pieces of one run");
+}
+
+TEST_F(ImportPieces, ElementsThatNoPieceHasAreMissed) {
+    cut({2, [](std::size_t element) { return element == 3 ? 2 : element % 2; }});
+    expectRefused({piece("2.*"), out()}, folder.path("run.e") +
+                                             ": its pieces have 23 elements, but the whole has 24; "
+                                             "they are not pieces of one run");
+}
+
+TEST_F(ImportPieces, PieceOfAWholeOfAnotherSizeIsNamed) {
+    cut({2, [](std::size_t element) { return element % 2; }});
+    writePolygons(whole());
+    splitExodus(whole(), folder.path("other"), {2, [](std::size_t element) { return element % 2; }});
+    fs::rename(folder.path("other.2.1"), piece("2.1"));
+    expectRefused({piece("2.*"), out()}, piece("2.1") +
+                                             ": has a share of 9 nodes, but run.e.2.0 has one of 35; they "
+                                             "are not pieces of one run");
+}
+
+TEST_F(ImportPieces, ElementInTwoPiecesIsNamed) {
+    cut({2, [](std::size_t element) { return element % 2; }});
+    fs::copy_file(piece("2.0"), piece("2.1"), fs::copy_options::overwrite_existing);
+    const auto run = runImport({piece("2.*"), out()});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.says(piece("2.1") +
+                         ": has element 1000, which is in another piece too, or here twice; they "
+                         "are not pieces of one run"))
+        << run.messages;
+}
+
+TEST_F(ImportPieces, DamagedPieceIsNamed) {
+    cut({4, byColumns});
+    fs::resize_file(piece("4.2"), fs::file_size(piece("4.2")) / 2);
+    const auto run = runImport({piece("4.*"), out()});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.says("mox import: " + piece("4.2") + ": damaged")) << run.messages;
+    EXPECT_FALSE(fs::exists(out()));
 }
 
 TEST_F(ImportPieces, PieceOfAnotherRunIsNamed) {

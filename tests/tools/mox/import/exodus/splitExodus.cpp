@@ -52,7 +52,7 @@ private:
         std::vector<bool> isUsed(static_cast<std::size_t>(whole_.counts().num_nodes));
         for (const auto& block : whole_.blocks()) {
             const auto nodes = whole_.connectivity(block);
-            const auto each = static_cast<std::size_t>(block.nodesPerElement);
+            const auto starts = startsOf(block);
             auto& own = elements_.emplace_back();
             for (std::size_t i = 0; i < static_cast<std::size_t>(block.elementCount); ++i) {
                 const auto place = static_cast<std::size_t>(block.firstElement) + i;
@@ -61,8 +61,8 @@ private:
                 }
                 own.push_back(i);
                 allElements_.push_back(place);
-                for (std::size_t k = 0; k < each; ++k) {
-                    isUsed[static_cast<std::size_t>(nodes[i * each + k] - 1)] = true;
+                for (auto at = starts[i]; at < starts[i + 1]; ++at) {
+                    isUsed[static_cast<std::size_t>(nodes[at] - 1)] = true;
                 }
             }
         }
@@ -73,6 +73,24 @@ private:
             }
         }
     }
+
+    // Where the nodes of each element of a block begin, and where the last ones end.
+    std::vector<std::size_t> startsOf(const MoxTool::ExodusBlock& block) const {
+        std::vector<int> counts(static_cast<std::size_t>(block.elementCount),
+                                static_cast<int>(block.nodesPerElement));
+        if (isNsided(block)) {
+            counts = whole_.nodesOfEachElement(block);
+        }
+        std::vector<std::size_t> starts = {0};
+        for (const auto count : counts) {
+            starts.push_back(starts.back() + static_cast<std::size_t>(count));
+        }
+        return starts;
+    }
+
+    static bool isNsided(const MoxTool::ExodusBlock& block) { return block.elementType == "NSIDED"; }
+
+    bool hasBlock(std::size_t place) const { return cut_.hasAllBlocks || !elements_[place].empty(); }
 
     void writeDecomposition() {
         std::string type = "p";
@@ -90,7 +108,9 @@ private:
         counts.num_dim = whole_.counts().num_dim;
         counts.num_nodes = std::ssize(nodes_);
         counts.num_elem = std::ssize(allElements_);
-        counts.num_elem_blk = std::ssize(whole_.blocks());
+        for (std::size_t i = 0; i < elements_.size(); ++i) {
+            counts.num_elem_blk += hasBlock(i) ? 1 : 0;
+        }
         counts.num_node_sets = whole_.counts().num_node_sets;
         if (cut_.hasOriginalIds) {
             counts.num_node_maps = nodes_.empty() ? 0 : 1;
@@ -127,27 +147,36 @@ private:
             require(ex_put_coord(id_, axes[0].data(), axes[1].data(), axes[2].data()));
         }
         for (std::size_t i = 0; i < whole_.blocks().size(); ++i) {
-            writeBlock(whole_.blocks()[i], elements_[i]);
+            if (hasBlock(i)) {
+                writeBlock(whole_.blocks()[i], elements_[i]);
+            }
         }
         writeNodeSets();
     }
 
     void writeBlock(const MoxTool::ExodusBlock& block, const std::vector<std::size_t>& elements) {
+        const auto nodes = whole_.connectivity(block);
+        const auto starts = startsOf(block);
+        Ints own;
+        std::vector<int> counts;
+        for (const auto element : elements) {
+            for (auto at = starts[element]; at < starts[element + 1]; ++at) {
+                own.push_back(local_.at(static_cast<std::size_t>(nodes[at] - 1)));
+            }
+            counts.push_back(static_cast<int>(starts[element + 1] - starts[element]));
+        }
+        // The library counts the nodes of all elements of such a block.
+        const auto each = isNsided(block) ? std::ssize(own) : block.nodesPerElement;
         require(ex_put_block(id_, EX_ELEM_BLOCK, block.id, block.elementType.c_str(), std::ssize(elements),
-                             block.nodesPerElement, 0, 0, 0));
+                             each, 0, 0, 0));
         if (!block.name.empty()) {
             require(ex_put_name(id_, EX_ELEM_BLOCK, block.id, block.name.c_str()));
         }
-        const auto nodes = whole_.connectivity(block);
-        Ints own;
-        for (const auto element : elements) {
-            for (std::int64_t k = 0; k < block.nodesPerElement; ++k) {
-                const auto at = static_cast<std::int64_t>(element) * block.nodesPerElement + k;
-                own.push_back(local_.at(static_cast<std::size_t>(nodes[static_cast<std::size_t>(at)] - 1)));
-            }
-        }
         if (!own.empty()) {
             require(ex_put_conn(id_, EX_ELEM_BLOCK, block.id, own.data(), nullptr, nullptr));
+        }
+        if (isNsided(block) && !own.empty()) {
+            require(ex_put_entity_count_per_polyhedra(id_, EX_ELEM_BLOCK, block.id, counts.data()));
         }
     }
 
@@ -174,7 +203,8 @@ private:
     void writeVariables() {
         for (const auto type : {EX_NODAL, EX_ELEM_BLOCK, EX_GLOBAL}) {
             const auto names = whole_.variableNames(type);
-            if (names.empty()) {
+            const bool isRefused = type == EX_NODAL && nodes_.empty(); // by the library
+            if (names.empty() || isRefused) {
                 continue;
             }
             require(ex_put_variable_param(id_, type, static_cast<int>(names.size())));
@@ -184,23 +214,30 @@ private:
         }
         const auto count = whole_.variableNames(EX_ELEM_BLOCK).size();
         table_ = whole_.elementTruthTable(count);
+        std::vector<int> own;
         for (std::size_t i = 0; i < table_.size(); ++i) {
             table_[i] = elements_[i / count].empty() ? 0 : table_[i];
+            if (hasBlock(i / count)) {
+                own.push_back(table_[i]);
+            }
         }
-        if (!table_.empty() && !nodes_.empty()) {
-            require(ex_put_truth_table(id_, EX_ELEM_BLOCK, static_cast<int>(whole_.blocks().size()),
-                                       static_cast<int>(count), table_.data()));
+        if (!own.empty() && !nodes_.empty()) {
+            require(ex_put_truth_table(id_, EX_ELEM_BLOCK, static_cast<int>(own.size() / count),
+                                       static_cast<int>(count), own.data()));
         }
     }
 
+    bool isLast() const { return rank_ + 1 == cut_.pieces; }
+
     std::size_t steps() const {
         const auto all = whole_.times().size();
-        return rank_ + 1 == cut_.pieces ? std::min(cut_.steps, all) : all;
+        return isLast() ? std::min(cut_.steps, all) : all;
     }
 
     void writeStep(std::size_t step) {
         const auto number = static_cast<int>(step) + 1;
-        require(ex_put_time(id_, number, &whole_.times()[step]));
+        const auto time = whole_.times()[step] + (isLast() ? cut_.lateBy : 0);
+        require(ex_put_time(id_, number, &time));
         const auto globals = whole_.variableNames(EX_GLOBAL).size();
         if (globals > 0) {
             const auto values = whole_.globalValues(step, globals);

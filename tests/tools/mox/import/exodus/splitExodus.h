@@ -14,9 +14,11 @@ struct ExodusCut {
     bool hasOriginalIds = true;
     bool hasOwnTitles = false;           ///< Each piece is named by its rank.
     std::size_t steps = ~std::size_t{0}; ///< Of the last piece, if it has fewer than the whole.
+    double lateBy = 0;                   ///< What is added to the times of the last piece.
+    bool hasAllBlocks = true;            ///< Otherwise a piece has those alone of which it has elements.
 };
 
-/// Cuts an Exodus file of elements with fixed numbers of nodes into pieces "PATH.4.0" and so on: mesh, node sets and
+/// Cuts an Exodus file into pieces "PATH.4.0" and so on: mesh, node sets and
 /// variables, with what says that they are pieces.
 /// @param target PATH.
 void splitExodus(const std::string& source, const std::string& target, const ExodusCut& cut);
