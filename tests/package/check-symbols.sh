@@ -40,7 +40,7 @@ $insides"
 
 # The list is the promise to applications that are linked with the library: a line that goes breaks them.
 if [ "$kind" = plain ] && [ "$compiler" = GNU ]; then
-    difference=$(echo "$symbols" | sed -n 's/^[TW] \(Qel::\)/\1/p' | LC_ALL=C sort -u |
+    difference=$(echo "$symbols" | sed -n 's/^[TW] \(void Qel::\|Qel::\)/\1/p' | LC_ALL=C sort -u |
         diff "$(dirname "$0")/exported-functions.txt" -) ||
         complain "other functions are exported than exported-functions.txt lists (<):
 $difference"
