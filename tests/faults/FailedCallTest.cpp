@@ -145,6 +145,19 @@ TEST_F(FailedCall, DiskThatStaysFullIsNotReportedButTheFileIsNotWhole) {
     }
 }
 
+// A signal breaks a write off after its first half.
+TEST_F(FailedCall, WriteThatIsBrokenOffIsNotReportedButTheFileIsNotWhole) {
+    constexpr unsigned int header = 1;
+    constexpr unsigned int block = 10;
+    for (const unsigned int number : {header, block}) {
+        SCOPED_TRACE("write " + std::to_string(number));
+        saveWithFailure({Call::Write, number, Mode::Once, Fault::BrokenOff});
+        EXPECT_TRUE(FailingFiles::hasFailed());
+        expectNothingThrown();
+        EXPECT_EQ(checkFile(path), CheckResult::Damaged);
+    }
+}
+
 TEST_F(FailedCall, SeekThatFailsOnceIsReportedOrTheFileIsNotWhole) {
     failEach(Call::Seek, Mode::Once, Fault::Nothing, SavedSteps::Arrays / SavedSteps::ArraysInABlock, [&] {
         expectSavingTheBufferFailed();

@@ -108,7 +108,7 @@ std::size_t __wrap_fwrite(const void* data, std::size_t size, std::size_t count,
         written = __real_fwrite(data, 1, size * count / 2, stream);
     }
     endIfPlanned();
-    errno = ENOSPC;
+    errno = FailingFiles::fault() == FailingFiles::Fault::BrokenOff ? EINTR : ENOSPC;
     return written / size;
 }
 

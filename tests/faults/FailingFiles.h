@@ -13,9 +13,10 @@ public:
     enum class Call { Open, Write, Seek, Close };
     enum class Mode { Once, FromThenOn };
     enum class Fault {
-        Nothing, ///< Nothing is done, and the call fails.
-        Half,    ///< The first half of a write is done, and the call fails.
-        Killed   ///< The process ends after the first half of a write.
+        Nothing,   ///< Nothing is done, and the call fails.
+        Half,      ///< The first half of a write is done, and the call fails.
+        BrokenOff, ///< As Half, by a signal.
+        Killed     ///< The process ends after the first half of a write.
     };
     struct Plan {
         Call call;

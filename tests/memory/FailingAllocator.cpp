@@ -122,6 +122,18 @@ int __wrap_compress2(Bytef* compressed, uLongf* compressedLength, const Bytef* c
     return __real_compress2(compressed, compressedLength, content, length, level);
 }
 
+// zlib's own allocations pass by the functions above; it reports that one has failed like this.
+int __real_inflateInit_(z_streamp stream, const char* version, int size);
+int __real_inflate(z_streamp stream, int flush);
+
+int __wrap_inflateInit_(z_streamp stream, const char* version, int size) {
+    return FailingAllocator::isToFail() ? Z_MEM_ERROR : __real_inflateInit_(stream, version, size);
+}
+
+int __wrap_inflate(z_streamp stream, int flush) {
+    return FailingAllocator::isToFail() ? Z_MEM_ERROR : __real_inflate(stream, flush);
+}
+
 } // extern "C"
 
 void* operator new(std::size_t size) {

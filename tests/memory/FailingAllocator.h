@@ -6,7 +6,7 @@ namespace Memory {
 ///
 /// The program's `operator new` goes through here, and so do `malloc` and its kin in everything that is
 /// linked into the program. What shared libraries such as zlib and the C library allocate for themselves
-/// doesn't fail.
+/// doesn't fail; but each step of inflating can, as if zlib had met a lack of memory in it.
 class FailingAllocator {
 public:
     enum class Mode { Once, FromThenOn };

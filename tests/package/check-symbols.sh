@@ -1,12 +1,14 @@
 #!/bin/sh
-# Usage: check-symbols.sh LIBRARY SOURCE_FOLDER NM plain|sanitize
+# Usage: check-symbols.sh LIBRARY SOURCE_FOLDER NM plain|sanitize COMPILER
 # Checks the exports of the shared library: all overloads of addArrayProperty, the classes and the exceptions that
-# applications name, no internal class, and no path of the machine that built it.
+# applications name, no internal class, and no path of the machine that built it. With GNU as the compiler the exported
+# functions are those of exported-functions.txt; other compilers export some inline functions more or fewer.
 set -eu
 library=$1
 source_folder=$2
 nm=$3
 kind=$4
+compiler=$5
 
 symbols=$("$nm" -D -C --defined-only "$library" | cut -d' ' -f2-)
 failed=0
@@ -35,6 +37,14 @@ done
 insides=$(echo "$symbols" | grep -E '^[TWVB] (typeinfo for |vtable for )?(QelTnf|QelMox|QelAdt|QelUtil|Qel::Base|Qel::Mox2::(Adder|Modifier|Extractor|Database))' || true)
 [ -z "$insides" ] || complain "classes of the insides are exported:
 $insides"
+
+# The list is the promise to applications that are linked with the library: a line that goes breaks them.
+if [ "$kind" = plain ] && [ "$compiler" = GNU ]; then
+    difference=$(echo "$symbols" | sed -n 's/^[TW] \(void Qel::\|Qel::\)/\1/p' | LC_ALL=C sort -u |
+        diff "$(dirname "$0")/exported-functions.txt" -) ||
+        complain "other functions are exported than exported-functions.txt lists (<):
+$difference"
+fi
 
 # Sanitizers embed paths of their own.
 if [ "$kind" = plain ] && grep -qF "$source_folder" "$library"; then

@@ -183,7 +183,7 @@ int Application::runCommand(Command& command) {
         const int exitCode = command.run(terminal_);
         return isOutputLost() ? reportFailure(command, OutputLost) : exitCode;
     } catch (const std::bad_alloc&) {
-        return reportFailure(command, firstArgument(*app_) + "not enough memory");
+        return reportNoMemory(command);
     } catch (const std::exception& failure) {
         return reportFailure(command, isOutputLost() ? OutputLost : failure.what());
     }
@@ -234,6 +234,17 @@ int Application::reportUsage(std::string_view reason) {
 int Application::reportFailure(const Command& command, std::string_view reason) {
     terminal_.error(fmt::format("mox {}: {}", command.name(), reason));
     return command.failureCode();
+}
+
+int Application::reportNoMemory(const Command& command) {
+    try {
+        return reportFailure(command, firstArgument(*app_) + "not enough memory");
+    } catch (const std::bad_alloc&) {
+        // Not even for a line that names the file.
+        terminal_.clearProgress();
+        (void)std::fputs("mox: not enough memory\n", stderr);
+        return command.failureCode();
+    }
 }
 
 } // namespace MoxTool

@@ -17,7 +17,8 @@ namespace MoxTool {
 /// The program `mox`: reads the command line, runs one subcommand and turns its outcome into an exit code.
 class Application {
 public:
-    enum ExitCode : int { Success = 0, HelpLost = 1, WrongUsage = 2 };
+    /// CannotStart is for the program: there was too little memory to come as far as a subcommand.
+    enum ExitCode : int { Success = 0, HelpLost = 1, WrongUsage = 2, CannotStart = 3 };
 
     /// @param terminal Where messages go; must outlive the application.
     explicit Application(Terminal& terminal);
@@ -26,7 +27,8 @@ public:
     ~Application();
 
     /// Help and version go to stdout, and each failure is one line on the terminal. Without a subcommand it
-    /// shows a short overview. Never throws.
+    /// shows a short overview.
+    /// @throws std::bad_alloc if memory runs out where there is no subcommand to answer for it, and nothing else.
     /// @return Success, HelpLost if the help does not reach stdout, WrongUsage, or the subcommand's result or failure
     ///         code.
     int run(int argc, const char* const* argv);
@@ -41,6 +43,7 @@ private:
     int reportLostHelp();
     int reportUsage(std::string_view reason);
     int reportFailure(const Command& command, std::string_view reason);
+    int reportNoMemory(const Command& command);
 
     Terminal& terminal_;
     std::unique_ptr<CLI::App> app_;
