@@ -11,7 +11,12 @@ libraries=$4
 flags=${5:-}
 
 project=$(cd "$(dirname "$0")" && pwd)/project
-work=$(mktemp -d)
+generator=
+case $way in
+    # Beside other builds, so that a compiler's cache knows the sources again.
+    folder | fetch) work=$libraries/build/outside generator='-G Ninja' && rm -rf "$work" && mkdir -p "$work" ;;
+    *) work=$(mktemp -d) ;;
+esac
 trap 'rm -rf "$work"' EXIT
 
 # run_programs FOLDER: saves, reads, and goes on from what was saved.
@@ -28,15 +33,17 @@ run_logged() {
 
 case $way in
     package) origin="-DMOXWRITER_FROM=PACKAGE -DCMAKE_PREFIX_PATH=$libraries" ;;
-    folder) origin="-DMOXWRITER_FROM=FOLDER -DMOXWRITER_SOURCES=$libraries" ;;
-    fetch) origin="-DMOXWRITER_FROM=FETCH -DMOXWRITER_SOURCES=$libraries" ;;
+    folder) origin="-DMOXWRITER_FROM=FOLDER -DMOXWRITER_SOURCES=$libraries -DMOXWRITER_WERROR=ON" ;;
+    fetch) origin="-DMOXWRITER_FROM=FETCH -DMOXWRITER_SOURCES=$libraries -DMOXWRITER_WERROR=ON" ;;
     *) echo "run-programs.sh: there is no way '$way'" >&2; exit 2 ;;
 esac
-# shellcheck disable=SC2086 # a list of words
-run_logged "$cmake" -S "$project" -B "$work/cmake" $origin -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER="$cxx" \
+# Here as elsewhere, clang compiles several sources at once.
+case $cxx in *clang*) origin="$origin -DCMAKE_UNITY_BUILD=ON" ;; esac
+# shellcheck disable=SC2086 # lists of words
+run_logged "$cmake" -S "$project" -B "$work" $generator $origin -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER="$cxx" \
     -DCMAKE_CXX_FLAGS="$flags"
-run_logged "$cmake" --build "$work/cmake" --target save read restart
-run_programs "$work/cmake"
+run_logged "$cmake" --build "$work" --target save read restart
+run_programs "$work"
 [ "$way" = package ] || exit 0
 
 folder=$(dirname "$(find "$libraries" -name 'libmoxwriter.so')")
