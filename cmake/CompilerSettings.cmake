@@ -8,7 +8,7 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
         add_compile_options(-Wno-restrict)
     endif()
     # Binaries reveal nothing about the machine that built them.
-    add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
+    add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
     if(MOXWRITER_WERROR)
         add_compile_options(-Werror)
     endif()

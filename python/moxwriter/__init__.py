@@ -18,9 +18,8 @@ from ._errors import (DamagedFile, Error, FileOpenException, FileWriteException,
                       TemplateSpecializationNotDefined, UnderflowError, WriterError)
 from ._reading import Dataset, File, Node, open
 from ._types import DatasetType, NodeType, PropertyType, Step
+from ._version import __version__ as __version__
 from ._writing import DEFAULT_PATH_SEPARATOR, INVALID_ID, Model, compressed_by_deflate, compressor
-
-__version__ = "1.0.0"
 
 __all__ = [
     "compressed_by_deflate", "compressor", "DamagedFile", "Dataset", "DatasetType", "DEFAULT_PATH_SEPARATOR",

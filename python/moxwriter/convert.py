@@ -21,6 +21,7 @@ from typing import TYPE_CHECKING, Any, Callable, Iterator, Sequence
 from ._errors import Error
 from ._meshes import MeshReader, MeshWriter, Summary, visible
 from ._types import Step
+from ._version import __version__
 from ._writing import compressor
 
 if TYPE_CHECKING:
@@ -156,7 +157,7 @@ def _is_model(path: str) -> bool:
 
 
 def save_model(request: argparse.Namespace, terminal: Terminal) -> Summary:
-    writer = MeshWriter(request.output, name=Path(request.input).stem, source=("moxwriter.convert", "1.0.0"),
+    writer = MeshWriter(request.output, name=Path(request.input).stem, source=("moxwriter.convert", __version__),
                         attributes={"Source File": os.path.basename(request.input)})
     try:
         terminal.progress(f"reading {request.shown}")

@@ -1,4 +1,4 @@
-// An application that knows the library only by its installed package.
+// An application that knows the writer only by its installed package.
 
 #include <Qel/Exception/Exception.h>
 #include <Qel/Mox2/Model.h>
@@ -9,7 +9,7 @@
 int main(int argc, char** argv) {
     using namespace Qel::Mox2;
     if (argc != 2) {
-        std::fprintf(stderr, "usage: outside FILE\n");
+        std::fprintf(stderr, "usage: save FILE\n");
         return 2;
     }
     Model model;

@@ -1,0 +1,41 @@
+# What a project gets into its own build when it adds these sources: only names that are plainly theirs, and no test.
+
+# The directories of a build below one.
+function(list_directories directory result)
+    set(found ${directory})
+    get_property(below DIRECTORY ${directory} PROPERTY SUBDIRECTORIES)
+    foreach(one IN LISTS below)
+        list_directories(${one} deeper)
+        list(APPEND found ${deeper})
+    endforeach()
+    set(${result} ${found} PARENT_SCOPE)
+endfunction()
+
+macro(note_names)
+    get_cmake_property(names_before CACHE_VARIABLES)
+    set(build_type_before "${CMAKE_BUILD_TYPE}")
+endmacro()
+
+function(refuse_foreign_names)
+    get_cmake_property(names CACHE_VARIABLES)
+    list(REMOVE_ITEM names ${names_before})
+    # The last ones are of CMake's own modules, and of the packages that the libraries are made with.
+    list(FILTER names EXCLUDE REGEX "^(MOXWRITER|MOXREADER|moxwriter|moxreader)_")
+    list(FILTER names EXCLUDE REGEX "^_?(CMAKE|GNUInstallDirs|FETCHCONTENT|FIND_PACKAGE_MESSAGE_DETAILS)_")
+    list(FILTER names EXCLUDE REGEX "^(ZLIB|Boost|Eigen3|boost_headers)_")
+    set(wrong ${names})
+
+    list_directories(${CMAKE_CURRENT_SOURCE_DIR} directories)
+    foreach(directory IN LISTS directories)
+        get_property(targets DIRECTORY ${directory} PROPERTY BUILDSYSTEM_TARGETS)
+        list(FILTER targets EXCLUDE REGEX "^mox(writer|reader)(_|-|$)")
+        get_property(tests DIRECTORY ${directory} PROPERTY TESTS)
+        list(APPEND wrong ${targets} ${tests})
+    endforeach()
+    if(NOT CMAKE_BUILD_TYPE STREQUAL build_type_before)
+        list(APPEND wrong CMAKE_BUILD_TYPE)
+    endif()
+    if(wrong)
+        message(FATAL_ERROR "The outer project gets foreign names: ${wrong}")
+    endif()
+endfunction()
