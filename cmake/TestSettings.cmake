@@ -6,6 +6,8 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
 endif()
 if(MOXWRITER_JOIN_TESTS)
     set(CMAKE_UNITY_BUILD ON)
+endif()
+if(CMAKE_UNITY_BUILD)
     # g++ takes the unnamed namespace of a joined source for one of a header.
     add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endif()

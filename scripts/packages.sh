@@ -16,6 +16,11 @@ MOXWRITER_PYTHON_PACKAGES="python3-dev pybind11-dev python3-numpy python3-pytest
 mypy"
 MOXWRITER_TEST_PACKAGES="python3 python3-numpy libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format clang-tidy
 libbenchmark-dev zsh fish"
+# For other systems: the library, the reader and mox are built for them here, and tested under wine and qemu.
+# GoogleTest is built from its sources. Before the packages of an architecture: dpkg --add-architecture arm64.
+MOXWRITER_WINDOWS_PACKAGES="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64 googletest"
+MOXWRITER_ARM_PACKAGES="g++-aarch64-linux-gnu zlib1g-dev:arm64 qemu-user googletest"
+MOXWRITER_32_BIT_PACKAGES="g++-12-multilib zlib1g-dev:i386 googletest"
 # For what is tested on a desktop.
 MOXWRITER_BROWSER_PACKAGES="chromium fonts-dejavu-core"
 MOXWRITER_PARAVIEW_PACKAGES="paraview python3-paraview python3-numpy xvfb xauth"

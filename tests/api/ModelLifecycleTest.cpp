@@ -193,6 +193,15 @@ TEST_F(ModelLifecycle, PathThatCantBeOpenedIsNamedAndLeavesAModelWithoutFile) {
     EXPECT_EQ(model.addNode(Group, "root"), 1U);
 }
 
+// On Windows because the program's manifest asks for UTF-8.
+TEST_F(ModelLifecycle, FileWithANameInUtf8BearsThatName) {
+    const std::string name = "Größe-Ω-漢-𝄞.mox";
+    model.saveTo(folder.path(name), SaverOptions());
+    model.close();
+    EXPECT_THAT(folder.files(), ElementsAre(name));
+    EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(folder.path("")) / u8"Größe-Ω-漢-𝄞.mox"));
+}
+
 TEST_F(ModelLifecycle, FolderAsPathCantBeOpenedEvenWithOverwrite) {
     std::filesystem::create_directory(path);
     const std::string text = "Unable to open file \"" + path + "\"";

@@ -17,8 +17,10 @@
 namespace QelUtil::Platform {
 
 // Values go into the file as they lie in memory, and the file is little-endian.
-static_assert(std::endian::native == std::endian::little);
-static_assert(std::numeric_limits<float>::is_iec559 && std::numeric_limits<double>::is_iec559);
+static_assert(std::endian::native == std::endian::little,
+              "moxwriter supports little-endian machines alone; see docs/platforms.md");
+static_assert(std::numeric_limits<float>::is_iec559 && std::numeric_limits<double>::is_iec559,
+              "moxwriter needs the floating-point numbers of IEC 559");
 
 #if defined(_WIN32)
 

@@ -91,7 +91,21 @@ namespace {
 
 std::function<void()> atInterruption;
 
+// Windows removes no file that is open, and other threads may be writing. The handles are closed below the C
+// runtime, where no thread holds a lock; whatever else is written fails.
+void closeDiskFiles() {
+    constexpr int FirstOther = 3;
+    constexpr int MostFiles = 2048; // that the runtime can have open
+    for (int number = FirstOther; number < MostFiles; ++number) {
+        const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(number));
+        if (handle != INVALID_HANDLE_VALUE && GetFileType(handle) == FILE_TYPE_DISK) {
+            CloseHandle(handle);
+        }
+    }
+}
+
 BOOL WINAPI interrupt(DWORD) {
+    closeDiskFiles();
     atInterruption();
     return FALSE; // the default follows: the process ends
 }

@@ -26,6 +26,12 @@ PathsInUse& pathsInUse() {
     return instance;
 }
 
+// Whether a unit of UTF-8, or of UTF-16 on Windows, continues a character.
+bool isInsideCharacter(fs::path::value_type unit) {
+    return sizeof(unit) == 1 ? (static_cast<unsigned>(unit) & 0xC0U) == 0x80U
+                             : (static_cast<unsigned>(unit) & 0xFC00U) == 0xDC00U;
+}
+
 // Cuts a long name, since most file systems allow no more than 255 bytes. A character is not cut in two.
 fs::path::string_type shortened(fs::path::string_type name) {
     constexpr std::size_t MostUnits = 200;
@@ -33,7 +39,7 @@ fs::path::string_type shortened(fs::path::string_type name) {
         return name;
     }
     auto size = MostUnits;
-    while (size > 0 && (static_cast<unsigned>(name[size]) & 0xC0U) == 0x80U) {
+    while (size > 0 && isInsideCharacter(name[size])) {
         --size;
     }
     name.resize(size);

@@ -1,0 +1,20 @@
+# add_header_package(TARGET FOLDER DEFINITION...)
+#
+# A library of headers alone that Debian has in /usr/include. That folder must not be given to a compiler for another
+# system, since it has the headers of this one's C library too; so one that leads to FOLDER alone takes its place.
+function(add_header_package target folder)
+    if(TARGET ${target})
+        return()
+    endif()
+    set(headers ${CMAKE_BINARY_DIR}/headers)
+    file(MAKE_DIRECTORY ${headers})
+    if(NOT EXISTS ${headers}/${folder})
+        if(NOT EXISTS /usr/include/${folder})
+            message(FATAL_ERROR "/usr/include/${folder} is missing; scripts/packages.sh lists the packages")
+        endif()
+        file(CREATE_LINK /usr/include/${folder} ${headers}/${folder} SYMBOLIC)
+    endif()
+    add_library(${target} INTERFACE IMPORTED GLOBAL)
+    target_include_directories(${target} INTERFACE ${headers})
+    target_compile_definitions(${target} INTERFACE ${ARGN})
+endfunction()
