@@ -16,6 +16,8 @@ MOXWRITER_PYTHON_PACKAGES="python3-dev pybind11-dev python3-numpy python3-pytest
 mypy"
 MOXWRITER_TEST_PACKAGES="python3 python3-numpy libgtest-dev libgmock-dev clang libclang-rt-14-dev clang-format clang-tidy
 libbenchmark-dev zsh fish"
+# For the site of the documentation.
+MOXWRITER_DOCS_PACKAGES="doxygen graphviz python3"
 # For what is tested on a desktop.
 MOXWRITER_BROWSER_PACKAGES="chromium fonts-dejavu-core"
 MOXWRITER_PARAVIEW_PACKAGES="paraview python3-paraview python3-numpy xvfb xauth"
