@@ -20,7 +20,7 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
-CODE = {"cpp", "sh", "python", "cmake"}
+CODE = {"cpp", "sh", "python"}  #: Languages whose blocks have such a comment.
 KINDS = ("from", "file", "run", "prints", "compile", "tested by", "not run:")
 COMMENT = re.compile(r"<!-- (.*) -->")
 FENCE = re.compile(r"```(.*)")
