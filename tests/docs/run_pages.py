@@ -47,6 +47,10 @@ class Scratch:
             PATH=os.pathsep.join([str(installed / "bin"), str(build / "examples"), os.environ["PATH"]]),
             LD_LIBRARY_PATH=str(next(installed.glob("lib*/**/libmoxwriter.so")).parent),
             PYTHONPATH=str(build / "python"), PYTHONDONTWRITEBYTECODE="1")
+        # The package is built for one Python, which need not be the first of the path.
+        cache = (build / "CMakeCache.txt").read_text(encoding="utf-8")
+        found = re.search(r"^MOXWRITER_PYTHON:\w+=(.+)$", cache, re.M)
+        self.python = found[1] if found else "python3"
         self.printed = ""
 
     def take(self, block):
@@ -64,7 +68,7 @@ class Scratch:
         return None
 
     def run(self, block):
-        command = {"sh": ["sh", "-e", "-s"], "python": ["python3", "-"]}[block.language]
+        command = {"sh": ["sh", "-e", "-s"], "python": [self.python, "-"]}[block.language]
         done = run(command, self.folder, self.environment, block.text)
         self.printed = done.stdout
         if (done.returncode != 0) != ("fails" in block.mark("run")):
