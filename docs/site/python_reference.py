@@ -68,7 +68,7 @@ def is_public(node):
 
 
 def members(node, lines):
-    """The numbers and fields of a class, with the comments `#:` behind them."""
+    """The numbers and fields of a class, with the comments `#:` that follow them."""
     found = []
     for item in node.body:
         if isinstance(item, (ast.Assign, ast.AnnAssign)):
