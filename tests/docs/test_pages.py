@@ -3,9 +3,9 @@
 Nothing is compiled or run here: scripts/docs does that.
 """
 
+import ast
 import re
 import unittest
-from pathlib import Path
 
 import pages
 
@@ -37,6 +37,18 @@ class Pages(unittest.TestCase):
             with self.subTest(program=program.name):
                 self.assertIn(f"examples/tutorial/{program.name}", page)
                 self.assertLessEqual(len(program.read_text(encoding="utf-8").splitlines()), 100)
+
+    def test_each_public_member_of_the_python_package_has_a_text_for_the_reference(self):
+        count = 0
+        for name in ("_writing", "_reading", "_types", "_errors"):
+            path = pages.ROOT / "python" / "moxwriter" / f"{name}.py"
+            for node in ast.parse(path.read_text(encoding="utf-8")).body:
+                for one in [node, *getattr(node, "body", [])] if isinstance(node, ast.ClassDef) else [node]:
+                    if isinstance(one, (ast.ClassDef, ast.FunctionDef)) and not {node.name[0], one.name[0]} & {"_"}:
+                        count += 1
+                        with self.subTest(file=path.name, member=f"{node.name}.{one.name}"):
+                            self.assertTrue(ast.get_docstring(one))
+        self.assertGreater(count, 70)
 
     def test_links_lead_to_files_and_headings(self):
         found = 0
