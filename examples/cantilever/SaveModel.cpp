@@ -3,8 +3,7 @@
 #include "BoltedCantilever.h"
 #include "LatticeMesher.h"
 #include "ModelArrays.h"
-#include "TemporaryFile.h"
-#include "checkSaved.h"
+#include "saveChecked.h"
 
 #include <Qel/Mox2/Model.h>
 
@@ -204,10 +203,7 @@ void write(const Analysis& analysis, const std::filesystem::path& path) {
 } // namespace
 
 void saveModel(const Analysis& analysis, const std::filesystem::path& path) {
-    const TemporaryFile file(path);
-    write(analysis, file.path());
-    checkSaved(file.path());
-    file.keep();
+    Examples::saveChecked(path, [&](const std::filesystem::path& beside) { write(analysis, beside); });
 }
 
 } // namespace Cantilever

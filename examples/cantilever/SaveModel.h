@@ -12,10 +12,8 @@ namespace Cantilever {
 /// Elements and their results belong to the part. The nuts behind the wall are for show: one set of arrays,
 /// which four groups place by their translation.
 ///
-/// A disk that fills up goes unnoticed, since the library does not examine the results of its writes; whoever
-/// must be sure lists the finished file with a reader.
-///
 /// @throws Qel::Exception::Exception if the model can't be saved.
+/// @throws std::runtime_error if the file is not whole: the disk is full, for example.
 /// @throws std::filesystem::filesystem_error if the complete file can't get its name.
 void saveModel(const Analysis& analysis, const std::filesystem::path& path);
 

@@ -88,6 +88,7 @@ class File(_NotCopied):
 
     @property
     def closed(self) -> bool:
+        """Whether `close` was called."""
         return self._native is None
 
     def __enter__(self) -> File:
@@ -112,6 +113,7 @@ class File(_NotCopied):
 
     @property
     def path(self) -> str:
+        """The path that the file was opened by."""
         return self._path
 
     @property
@@ -121,6 +123,7 @@ class File(_NotCopied):
 
     @property
     def format_version(self) -> str:
+        """The version of the file format, such as "1.3"."""
         return self._open().version()
 
     @property
@@ -130,6 +133,7 @@ class File(_NotCopied):
 
     @property
     def root(self) -> Node:
+        """The node of id 1."""
         return self._nodes[0]
 
     @property
@@ -158,6 +162,11 @@ class File(_NotCopied):
         return result
 
     def __getitem__(self, path: str | int) -> Node:
+        """The node with this path or id.
+
+        Raises:
+            KeyError: if there is none; the text says which part of the path is missing.
+        """
         if not isinstance(path, str):
             number = operator.index(path)
             if not 1 <= number <= len(self._nodes):
@@ -218,10 +227,12 @@ class Node(_NotCopied):
 
     @property
     def parent(self) -> Node | None:
+        """The node above; None for the root."""
         return self.file[self.parent_id] if self.parent_id else None
 
     @property
     def children(self) -> list[Node]:
+        """The nodes below, in order of creation."""
         return list(self._children)
 
     @property
@@ -231,7 +242,11 @@ class Node(_NotCopied):
         return f"{self.parent.path}/{own}" if self.parent else own
 
     def child(self, name: str) -> Node:
-        """The first child of that name."""
+        """The first child of that name.
+
+        Raises:
+            KeyError: if there is none.
+        """
         for node in self._children:
             if node.name == name:
                 return node
@@ -269,7 +284,11 @@ class Node(_NotCopied):
 
     @property
     def sets(self) -> dict[str, npt.NDArray[np.uint32]]:
-        """Of a node with sets, the pairs of each: shape (n, 2)."""
+        """Of a node with sets, the pairs of each: shape (n, 2).
+
+        Raises:
+            DamagedFile: if they can't be read.
+        """
         with self.file._naming_damage():
             sets = self.file._open().node_sets(self.id)
         return {name: np.array(members, np.uint32).reshape(-1, 2) for name, members in sets}
@@ -288,10 +307,12 @@ class Node(_NotCopied):
 
     @property
     def datasets(self) -> list[Dataset]:
+        """All datasets of the geometry, in the order of the file."""
         return list(self._entries().values())
 
     @property
     def steps(self) -> list[str]:
+        """The names of the steps that the geometry has datasets in."""
         return list(dict.fromkeys(step for _, step in self._entries() if step))
 
     def keys(self) -> list[Key]:
@@ -299,6 +320,11 @@ class Node(_NotCopied):
         return [(name, step) if step else name for name, step in self._entries()]
 
     def __getitem__(self, key: Key) -> Dataset:
+        """The dataset of this name, or name and step.
+
+        Raises:
+            KeyError: if there is none; the text lists those that there are.
+        """
         name, step = key if isinstance(key, tuple) else (key, "")
         try:
             return self._entries()[name, step]
@@ -385,14 +411,17 @@ class Dataset(_NotCopied):
 
     @property
     def ndim(self) -> int:
+        """1 for one column, else 2."""
         return len(self.shape)
 
     @property
     def size(self) -> int:
+        """How many numbers there are: rows x columns."""
         return self._size // 4
 
     @property
     def nbytes(self) -> int:
+        """Bytes of the numbers in memory."""
         return self._size
 
     @property
@@ -421,6 +450,7 @@ class Dataset(_NotCopied):
         return array if dtype is None else array.astype(dtype, copy=False)
 
     def __getitem__(self, index: Any) -> Any:
+        """What NumPy's index takes out of `read()`: all numbers are read each time."""
         return self.read()[index]
 
     def __len__(self) -> int:

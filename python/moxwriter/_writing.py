@@ -196,6 +196,10 @@ class Model:
             attributes: Kept for groups; ignored for shapes.
         Returns:
             The id of the node that is now current.
+        Raises:
+            InvalidObjectState: if the model is not open.
+            InvalidArguments: for a root type below the first node, and for an attribute that a file can't keep.
+            KeyNotFound: if a failed `add_array` left an id current that is not in the tree.
         """
         return self._native.add_node(int(type), _bytes(name), _attributes(attributes))
 
@@ -211,12 +215,17 @@ class Model:
         """Makes the node `id` current.
 
         Raises:
-            OutOfBounds: if there is no such node.
+            InvalidObjectState: if the model is not open.
+            OutOfBounds: if there is no such node. The current node stays the same.
         """
         self._native.set_current_node_id(_id(id))
 
     def move_to_parent_node(self) -> None:
-        """Makes the parent of the current node current; at the root it does nothing."""
+        """Makes the parent of the current node current; at the root it does nothing.
+
+        Raises:
+            InvalidObjectState: if the model is not open.
+        """
         self._native.move_to_parent_node()
 
     def get_node_id(self, path: str | Sequence[str], separator: str = DEFAULT_PATH_SEPARATOR) -> int:
@@ -227,6 +236,9 @@ class Model:
                 as a list or tuple, which then can hold separators.
         Returns:
             The id, or 0 if there is no such node.
+        Raises:
+            InvalidObjectState: if the model is not open.
+            PositionError: for a path that names only the root, whose id is 1.
         """
         if isinstance(path, str):
             return self._native.get_node_id(_bytes(path), _bytes(separator))
@@ -244,6 +256,10 @@ class Model:
                 The attributes are checked and then dropped; set them with `set_node_data`.
         Returns:
             One id for each path: of the group, or of the shape's geometry.
+        Raises:
+            InvalidObjectState: if the model is not open.
+            InvalidArguments: for a path that does not begin with the separator. Nodes of the paths before it stay.
+            NotYetImplemented: for a path below another root.
         """
         if isinstance(paths, str):
             raise TypeError("paths must be several texts, not one")
@@ -260,6 +276,11 @@ class Model:
             properties: Values by type.
             attributes: Added to those of a group; ignored for other nodes.
             named: Values by the names of their types in lower case, as in `diffuse_color=(1, 0, 0)`.
+        Raises:
+            InvalidObjectState: if the model is not open.
+            OutOfBounds: if there is no such node.
+            InvalidArguments: for a property that the node doesn't have, or a wrong number of values.
+            TemplateSpecializationNotDefined: for a value of the wrong type, and for `SHAPE_SWITCH`.
         """
         values = dict(properties or {})
         for name, value in named.items():
@@ -277,7 +298,7 @@ class Model:
         """Writes an array once and attaches it to geometries, for one step or several.
 
         The first geometry and step hold the numbers; all others refer to them. A name that a geometry already has in
-        a step is overwritten. The array can be reused as soon as the call returns.
+        a step is overwritten. The array can be reused as soon as the call returns. The last of the ids is then current.
 
         Args:
             ids: Geometries, as `add_node` and `add_assembly_components` return them.
@@ -297,7 +318,8 @@ class Model:
             ValueError: for integers that do not fit into uint32, for an array that is too large (divide it), and for
                 an id or a step that comes twice.
             InvalidArguments: for a wrong number of columns, and for a name that is needed and missing.
-            KeyNotFound: for an id that is not in the tree.
+            KeyNotFound: for an id that is not in the tree; that id is then current.
+            InvalidObjectState: if the model is not open.
         """
         kind, text = _type_and_name(name, type, array)
         nodes = _ids(ids)

@@ -21,7 +21,9 @@ namespace Qel::Exception {
 class MOXWRITER_EXPORT Base {
 public:
     Base() = default;
+    /// Copies nothing but the class.
     Base(const Base&) = default;
+    /// Likewise.
     Base& operator=(const Base&) = default;
     virtual ~Base();
 
@@ -38,8 +40,11 @@ class MOXWRITER_EXPORT Exception : public virtual Base,
                                    public virtual boost::exception {
 public:
     Exception() = default;
+    /// Takes the message that what() returns; an empty one stands for description().
     explicit Exception(std::string text);
+    /// Copies the message and what Boost has added.
     Exception(const Exception&) = default;
+    /// Likewise.
     Exception& operator=(const Exception&) = default;
     ~Exception() override;
 

@@ -12,7 +12,9 @@ struct Record;
 /// Takes the log records of the library, and drops them: a save writes nothing to any stream.
 struct MOXWRITER_EXPORT LogSystem {
     LogSystem();
+    /// There is nothing to copy.
     LogSystem(const LogSystem& other);
+    /// Likewise.
     LogSystem& operator=(const LogSystem& other);
     virtual ~LogSystem();
 

@@ -11,9 +11,9 @@ struct MOXWRITER_EXPORT Origin {
     /// Takes the current time. Neither text is copied: both must live as long as the program, as literals do.
     Origin(const char* sourcePath, const char* sourceName, unsigned long sourceLine);
 
-    const char* file;
-    const char* function;
-    unsigned long line;
+    const char* file;     ///< Where the record comes from, as the path of a source.
+    const char* function; ///< The function.
+    unsigned long line;   ///< The line, from 1.
     /// Seconds since the epoch (1970-01-01 00:00 UTC).
     std::int64_t time;
 };

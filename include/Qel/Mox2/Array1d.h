@@ -27,19 +27,26 @@ public:
     Array1d(std::size_t size, const T& value);
     /// The elements from `begin` up to `end`.
     Array1d(T* begin, T* end);
+    /// The elements of `values`.
     Array1d(const std::vector<T>& values);
+    /// The elements that stand in braces.
     Array1d(const std::initializer_list<T>& values);
     /// @throws std::bad_alloc also if the size of `other` is negative.
     Array1d(const Array1d& other);
+    /// Copies deeply. @throws std::bad_alloc also if the size of `other` is negative.
     const Array1d& operator=(const Array1d& other);
     ~Array1d();
 
+    /// The number of elements.
     std::size_t size() const;
 
     /// The element at `index`, counted from 0. The index is not checked.
     const T& operator[](std::size_t index) const;
+    /// The same for writing.
     T& operator[](std::size_t index);
+    /// The element at `index`, as by `[]`.
     const T& operator()(std::size_t index) const;
+    /// The same for writing.
     T& operator()(std::size_t index);
 
     /// Copies size() elements from `source`, which must hold at least that many. The fastest way to fill an

@@ -27,7 +27,9 @@ public:
     /// Filled row by row from a sequence. Surplus elements of the sequence are ignored; elements of the table
     /// that it does not reach have undefined values.
     Array2d(std::size_t rows, std::size_t cols, T* begin, T* end);
+    /// The same from a vector, which must not be shorter than the table if all elements are to have values.
     Array2d(std::size_t rows, std::size_t cols, const std::vector<T>& values);
+    /// The same from the elements that stand in braces.
     Array2d(std::size_t rows, std::size_t cols, const std::initializer_list<T>& values);
     /// @throws std::bad_alloc also if the number of elements of `other` is negative.
     Array2d(const Array2d& other);
@@ -35,13 +37,16 @@ public:
     const Array2d& operator=(const Array2d& other);
     ~Array2d();
 
+    /// The number of rows.
     std::size_t rows() const;
+    /// The number of columns.
     std::size_t cols() const;
     /// rows() times cols().
     std::size_t size() const;
 
     /// The element at a row and a column, both counted from 0. Neither is checked.
     const T& operator()(std::size_t row, std::size_t col) const;
+    /// The same for writing.
     T& operator()(std::size_t row, std::size_t col);
 
     /// Copies size() elements, row by row, from `source`, which must hold at least that many. The fastest way

@@ -18,7 +18,9 @@ class MOXWRITER_EXPORT Attributes {
 public:
     /// No pairs.
     Attributes();
+    /// Copies deeply.
     Attributes(const Attributes& other);
+    /// Copies deeply.
     const Attributes& operator=(const Attributes& other);
     ~Attributes();
 

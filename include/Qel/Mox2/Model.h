@@ -33,8 +33,8 @@ class Database;
 ///
 /// @par Failures
 /// What a call did before it failed stays done, and the model stays usable; nothing is rolled back. Every
-/// failure is an exception of Qel/Exception/Exception.h or of the standard library. The results of writing to
-/// the disk are not examined: check the finished file.
+/// failure is an exception of Qel/Exception/Exception.h or of the standard library; docs/exceptions.md lists
+/// them with their cures. The results of writing to the disk are not examined: check the finished file.
 ///
 /// When memory runs out, a call throws `std::bad_alloc` or Qel::Exception::MemoryAllocationException and can
 /// be repeated; addArrayProperty() and close() say what can be lost.

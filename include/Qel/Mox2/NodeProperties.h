@@ -18,7 +18,9 @@ class MOXWRITER_EXPORT NodeProperties {
 public:
     /// No properties.
     NodeProperties();
+    /// Copies deeply.
     NodeProperties(const NodeProperties& other);
+    /// Copies deeply.
     const NodeProperties& operator=(const NodeProperties& other);
     ~NodeProperties();
 

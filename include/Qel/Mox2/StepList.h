@@ -18,7 +18,9 @@ public:
     /// @throws std::length_error "vector too long" for a count above 0x555555555555555.
     /// @throws std::bad_alloc if there is no memory for the steps.
     StepList(std::size_t count = 0);
+    /// Copies deeply.
     StepList(const StepList& other);
+    /// Copies deeply, the length too.
     const StepList& operator=(const StepList& other);
     ~StepList();
 

@@ -29,11 +29,16 @@ struct BlockRecord {
     /// against the actual content.
     std::optional<std::uint32_t> contentLength;
 
+    /// The offset of the first byte after the block.
     std::uint64_t end() const { return position + length; }
 
+    /// Whether the block is a content length and a zlib stream.
     bool isCompressed() const { return (flags & Format::FlagCompressed) != 0; }
+    /// Whether the writer was free to write the block before it closed the file.
     bool isFreezable() const { return (flags & Format::FlagFreezable) != 0; }
+    /// Whether the block is an index table.
     bool isIndexBlock() const { return name.starts_with(Format::IndexBlockName); }
+    /// Whether no block has claimed the record.
     bool isEmptyEntry() const { return name.starts_with(Format::EmptyBlockName); }
 };
 

@@ -21,19 +21,19 @@ struct Dataset {
     std::string step;               ///< The key after that byte; empty without one.
     std::uint32_t variableType = 0; ///< See Format::findVariableType().
     std::uint8_t elementTag = 0;    ///< Format::FloatTag or Format::UnsignedTag.
-    bool isLink = false;
-    std::uint32_t linkNodeId = 0;  ///< The geometry that holds the target.
-    std::uint32_t linkIndex = 0;   ///< The target's place in that geometry's list.
-    std::uint32_t sizeInBytes = 0; ///< Size of the numbers: items x width x 4.
-    std::uint8_t width = 0;        ///< Components for each item.
-    bool boolA = false;            ///< Without a known meaning; false in known files.
-    bool boolB = false;            ///< Likewise.
-    float floatA = 0;              ///< Likewise; 0.
-    float floatB = 0;              ///< Likewise; 0.
-    bool boolC = false;            ///< Likewise; false.
-    std::uint64_t position = 0;    ///< Where the numbers begin in "Heavy Data".
-    bool vibration = false;        ///< The writer was given the category "Vibration".
-    Attributes attributes;         ///< Empty for a link, unless its key was given again.
+    bool isLink = false;            ///< Whether the numbers are those of another dataset.
+    std::uint32_t linkNodeId = 0;   ///< The geometry that holds the target.
+    std::uint32_t linkIndex = 0;    ///< The target's place in that geometry's list.
+    std::uint32_t sizeInBytes = 0;  ///< Size of the numbers: items x width x 4.
+    std::uint8_t width = 0;         ///< Components for each item.
+    bool boolA = false;             ///< Without a known meaning; false in known files.
+    bool boolB = false;             ///< Likewise.
+    float floatA = 0;               ///< Likewise; 0.
+    float floatB = 0;               ///< Likewise; 0.
+    bool boolC = false;             ///< Likewise; false.
+    std::uint64_t position = 0;     ///< Where the numbers begin in "Heavy Data".
+    bool vibration = false;         ///< The writer was given the category "Vibration".
+    Attributes attributes;          ///< Empty for a link, unless its key was given again.
 };
 
 /// Reads one entry of a geometry of version "0.7" from "Light Data". Attributes stay empty.

@@ -74,9 +74,12 @@ struct Place {
 /// The one exception class of this library. Copying never throws.
 class Error : public std::runtime_error {
 public:
+    /// An error with its text, which names the place as far as that is known.
     explicit Error(ErrorCode code, Place place = {});
 
+    /// What is wrong.
     ErrorCode code() const { return code_; }
+    /// Where it is wrong. Valid as long as this error or a copy of it.
     const Place& place() const { return *place_; }
 
     /// The same error in a record, or in a record of a record: "dataset 3" becomes "dataset 3 of node 5".

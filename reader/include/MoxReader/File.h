@@ -27,16 +27,22 @@ public:
     /// damaged files.
     File(std::shared_ptr<Source> source, RawIndex index);
 
+    /// The bytes that this file was opened from.
     Source& source() const { return *source_; }
+    /// The same, for readers that outlive this object.
     std::shared_ptr<Source> shareSource() const { return source_; }
+    /// The number of bytes of the file.
     std::uint64_t size() const { return source_->size(); }
+    /// The version of the container: "1.3".
     const std::string& version() const { return index_.version; }
+    /// The index as it is stored.
     const RawIndex& index() const { return index_; }
     /// All records in id order, Index Blocks and empty entries included.
     const std::vector<BlockRecord>& blocks() const { return index_.blocks; }
 
     /// The stream names in the order of their first blocks; Index Blocks and empty entries do not count.
     const std::vector<std::string>& streamNames() const { return names_; }
+    /// Whether there is a block of that name.
     bool hasStream(std::string_view name) const { return streams_.contains(name); }
     /// A new cursor at position 0. A name without blocks gives a stream of size 0.
     StreamReader stream(std::string_view name) const;

@@ -10,15 +10,18 @@ namespace MoxReader::Format {
 
 // --- The front of the file ---------------------------------------------------------------------------------
 
+/// The first bytes of every file.
 inline constexpr std::array<std::uint8_t, 8> Signature = {0x89, 'T', 'N', 'F', '\r', '\n', 0x1A, '\n'};
-inline constexpr std::uint32_t VersionSize = 4; ///< The version is a text, NUL-padded.
-inline constexpr std::string_view SupportedVersion = "1.3";
+inline constexpr std::uint32_t VersionSize = 4;             ///< The version is a text, NUL-padded.
+inline constexpr std::string_view SupportedVersion = "1.3"; ///< The version after the signature.
+/// Where the length of the head index stands.
 inline constexpr std::uint32_t HeadLengthPosition = Signature.size() + VersionSize;
 
 // --- Index tables ------------------------------------------------------------------------------------------
 
 /// A block's name, NUL-padded; without NUL if it fills the field.
 inline constexpr std::uint32_t NameSize = 128;
+/// Bytes of one index record.
 inline constexpr std::uint32_t RecordSize =
     1 /*number*/ + 4 /*name length*/ + NameSize + 4 /*stored length*/ + 1 /*flags*/ + 1 /*reserved*/;
 inline constexpr std::uint32_t HeadRecords = 20; ///< Records of the head index: ids 0 to 19.
@@ -30,7 +33,9 @@ constexpr std::uint32_t tableSize(std::uint32_t records) {
     return 4 + records * RecordSize;
 }
 
+/// Where the head index begins.
 inline constexpr std::uint32_t HeadTablePosition = HeadLengthPosition + 4 /*length word of the head index*/;
+/// Where block 0 begins.
 inline constexpr std::uint32_t FirstBlockPosition = HeadTablePosition + tableSize(HeadRecords);
 static_assert(tableSize(HeadRecords) == 2784 && FirstBlockPosition == 2800);
 static_assert(tableSize(IndexBlockRecords) == 27804);
@@ -63,26 +68,30 @@ inline constexpr std::string_view GlobalStream = "Global Information"; ///< Who 
 
 // --- Nodes -------------------------------------------------------------------------------------------------
 
-inline constexpr std::string_view PlainType = "Node";
-inline constexpr std::string_view GroupType = "Group";
-inline constexpr std::string_view ShapeType = "Shape";
-inline constexpr std::string_view GeometryType = "Geometry";
-inline constexpr std::string_view NodeSetsType = "NodeSets";
-inline constexpr std::string_view PlainVersion = "0.1";
-inline constexpr std::string_view ShapeVersion = "0.2";
-inline constexpr std::string_view GroupVersion = "0.4";    ///< The only version with the layout read here.
-inline constexpr std::string_view GeometryVersion = "0.7"; ///< The only version with the layout read here.
+inline constexpr std::string_view PlainType = "Node";        ///< A plain node.
+inline constexpr std::string_view GroupType = "Group";       ///< A group.
+inline constexpr std::string_view ShapeType = "Shape";       ///< A shape.
+inline constexpr std::string_view GeometryType = "Geometry"; ///< A geometry.
+inline constexpr std::string_view NodeSetsType = "NodeSets"; ///< Sets of nodes.
+inline constexpr std::string_view PlainVersion = "0.1";      ///< Of a plain node.
+inline constexpr std::string_view ShapeVersion = "0.2";      ///< Of a shape.
+inline constexpr std::string_view GroupVersion = "0.4";      ///< The only version with the layout read here.
+inline constexpr std::string_view GeometryVersion = "0.7";   ///< The only version with the layout read here.
 
+/// Bytes, with empty texts.
 inline constexpr std::uint32_t NodeRecordMinSize = 6 * 4 /*links*/ + 3 * 4 /*empty strings*/ + 8 /*position*/;
+/// Bytes of a link with an empty key.
 inline constexpr std::uint32_t DatasetMinSize =
     4 /*empty key*/ + 4 /*type*/ + 1 /*is link*/ + 4 /*node*/ + 4 /*index*/ + 1 /*vibration*/;
+/// Bytes, with an empty version.
 inline constexpr std::uint32_t VersionedRecordMinSize = 4 /*size word*/ + 4 /*empty version*/;
+/// Bytes after the size.
 inline constexpr std::uint32_t NodeSetsDescriptorSize = 4 /*sets*/ + 8 /*position*/ + 4 /*size*/;
 
 /// The material versions that lack fields of the present one: "0.1" shininess and flag, "0.2" the flag.
 inline constexpr std::string_view MaterialVersionWithoutShininess = "0.1";
-inline constexpr std::string_view MaterialVersionWithoutFlag = "0.2";
-inline constexpr std::string_view MaterialVersion = "0.3";
+inline constexpr std::string_view MaterialVersionWithoutFlag = "0.2"; ///< The record of "0.2" lacks the flag.
+inline constexpr std::string_view MaterialVersion = "0.3";            ///< The version that is written.
 /// Bytes of a material's record of the present version.
 inline constexpr std::uint32_t MaterialSize = 4 /*size word*/ + 4 + 3 /*version*/ + 4 * 16 /*colours*/ +
                                               4 /*transparency*/ + 4 /*shininess*/ + 1 /*flag*/;
@@ -97,9 +106,9 @@ inline constexpr char StepSeparator = 0x1E; ///< Separates a dataset's name from
 
 inline constexpr std::uint32_t UntaggedType = 0xFFFFFFFF; ///< A type word without an element tag.
 inline constexpr std::uint32_t ElementTagShift = 24;      ///< The tag is the high byte of the type word.
-inline constexpr std::uint8_t FloatTag = 1;
-inline constexpr std::uint8_t UnsignedTag = 5;
-inline constexpr std::uint32_t ElementSize = 4; ///< Bytes of one number, of either element type.
+inline constexpr std::uint8_t FloatTag = 1;               ///< Numbers are f32.
+inline constexpr std::uint8_t UnsignedTag = 5;            ///< Numbers are u32.
+inline constexpr std::uint32_t ElementSize = 4;           ///< Bytes of one number, of either element type.
 
 /// What a dataset's numbers are. Other numbers are not in use.
 enum class VariableType : std::uint32_t {
@@ -129,11 +138,12 @@ enum class VariableType : std::uint32_t {
 
 /// A type's name and the components of each of its items.
 struct VariableTypeRow {
-    VariableType type;
-    std::string_view name;
-    std::uint8_t width;
+    VariableType type;     ///< The number in the file.
+    std::string_view name; ///< As dumps show it.
+    std::uint8_t width;    ///< Columns.
 };
 
+/// All types that files can have.
 inline constexpr std::array VariableTypes = {
     VariableTypeRow{VariableType::Coordinates, "Coordinates", 3},
     VariableTypeRow{VariableType::Connectivity0, "Connectivity0", 1},

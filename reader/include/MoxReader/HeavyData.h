@@ -11,7 +11,8 @@ namespace MoxReader {
 
 /// A named set of pairs.
 struct NodeSet {
-    std::string name;
+    std::string name; ///< As the application gave it.
+    /// What the two numbers mean is up to the application.
     std::vector<std::pair<std::uint32_t, std::uint32_t>> members;
 };
 

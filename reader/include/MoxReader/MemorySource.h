@@ -9,6 +9,7 @@ namespace MoxReader {
 /// Bytes in memory, which the source owns.
 class MemorySource : public Source {
 public:
+    /// Takes the bytes over.
     explicit MemorySource(std::vector<std::uint8_t> bytes);
 
     std::uint64_t size() const override { return bytes_.size(); }

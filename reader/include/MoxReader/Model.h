@@ -23,12 +23,16 @@ public:
     Model(std::vector<Node> nodes, GlobalInformation global);
     Model(const Model&) = delete;
     Model& operator=(const Model&) = delete;
+    /// Takes over the nodes of a model; what refers to that one, as a HeavyData does, is of no use any more.
     Model(Model&&) = default;
+    /// Likewise.
     Model& operator=(Model&&) = default;
 
     /// In order of their ids; at least one.
     const std::vector<Node>& nodes() const { return nodes_; }
+    /// The first node, of id 1.
     const Node& root() const { return nodes_.front(); }
+    /// Who saved the file.
     const GlobalInformation& globalInformation() const { return global_; }
 
     /// @throws Error  NoSuchNode

@@ -25,11 +25,11 @@ struct IndexTable {
 
 /// The front of a file and its index exactly as stored, as far as they can be followed.
 struct RawIndex {
-    std::uint64_t fileSize = 0;
-    std::array<std::uint8_t, Format::Signature.size()> signature{};
-    std::string version;                     ///< Up to its NUL.
-    std::optional<std::uint32_t> headLength; ///< Empty if the file ends before it.
-    std::vector<IndexTable> tables;
+    std::uint64_t fileSize = 0;                                     ///< In bytes.
+    std::array<std::uint8_t, Format::Signature.size()> signature{}; ///< The first bytes of the file.
+    std::string version;                                            ///< Up to its NUL.
+    std::optional<std::uint32_t> headLength;                        ///< Empty if the file ends before it.
+    std::vector<IndexTable> tables;  ///< In the order of the chain; the head index is the first.
     std::vector<BlockRecord> blocks; ///< All records in id order, Index Blocks and empty entries included.
     std::uint64_t end = 0;           ///< The end of the last block or table; a sound file ends there too.
     std::vector<Error> damage;       ///< In order of discovery. Nothing after a broken table is found.

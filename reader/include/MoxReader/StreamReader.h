@@ -22,7 +22,9 @@ public:
     ///                whose content is lost but whose contentLength is known keeps its place in the stream.
     StreamReader(std::shared_ptr<Source> source, std::string name, std::vector<BlockRecord> blocks);
 
+    /// The name of the stream.
     const std::string& name() const { return name_; }
+    /// The blocks of that name, in order.
     const std::vector<BlockRecord>& blocks() const { return blocks_; }
     /// The stream position at which blocks()[index] begins.
     std::uint64_t blockStart(std::size_t index) const { return starts_[index]; }
@@ -38,8 +40,11 @@ public:
     /// Why the stream ends before its last block; empty if it does not. Reads past size() raise this error.
     const std::optional<Error>& damage() const { return damage_; }
 
+    /// Where the next value is read, in bytes of the stream.
     std::uint64_t position() const { return position_; }
+    /// Bytes from there to the end of the stream.
     std::uint64_t remaining() const { return size() - position_; }
+    /// Whether there is nothing left.
     bool atEnd() const { return remaining() == 0; }
 
     /// @throws Error  EndOfStream, or damage(), if position is greater than size().
@@ -52,6 +57,7 @@ public:
 
     /// Fills target.
     void read(std::span<std::uint8_t> target);
+    /// The next `count` bytes.
     std::vector<std::uint8_t> readBytes(std::uint64_t count);
     /// As readBytes(), but without a copy if one block holds all of the bytes.
     /// @param room  Takes the bytes otherwise.

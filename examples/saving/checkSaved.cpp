@@ -5,13 +5,12 @@
 #include <MoxReader/File.h>
 #include <MoxReader/Model.h>
 
-#include <fmt/core.h>
-
 #include <stdexcept>
 #include <string>
 
-namespace Cantilever {
+namespace Examples {
 
+// [check]
 void checkSaved(const std::filesystem::path& path) {
     const MoxReader::File file(path);
     if (file.index().isDisplaced()) {
@@ -23,11 +22,12 @@ void checkSaved(const std::filesystem::path& path) {
     }
     for (const MoxReader::BlockRecord& block : file.blocks()) {
         if (const auto damage = MoxReader::readBlockContent(file.source(), block).damage) {
-            throw std::runtime_error(
-                fmt::format("block {} is damaged: {}", block.id, MoxReader::errorText(*damage)));
+            throw std::runtime_error("block " + std::to_string(block.id) +
+                                     " is damaged: " + std::string(MoxReader::errorText(*damage)));
         }
     }
     MoxReader::readModel(file);
 }
+// [/check]
 
-} // namespace Cantilever
+} // namespace Examples
