@@ -8,6 +8,7 @@
 
 #include "Container.h"
 #include "SpanSource.h"
+#include "TimeLimit.h"
 #include "mutateStreams.h"
 #include "readAll.h"
 
@@ -37,6 +38,7 @@ bool mutatesBytes(std::minstd_rand& chance) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const TimeLimit limit;
     const auto source = std::make_shared<SpanSource>(ByteSpan(data, size));
     try {
         // First by the damaged index, so that the blocks of a file with a wrong header are read too.

@@ -5,6 +5,7 @@
 
 #include "SpanSource.h"
 #include "Streams.h"
+#include "TimeLimit.h"
 #include "mutateStreams.h"
 #include "readAll.h"
 
@@ -85,6 +86,7 @@ std::size_t store(const Streams& streams, std::uint8_t* data, std::size_t maxSiz
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const TimeLimit limit;
     const ByteSpan input(data, size);
     if (size < Streams::HeadSize) {
         return 0;
