@@ -35,7 +35,7 @@ import struct
 import sys
 import zlib
 from dataclasses import dataclass, field
-from typing import Any, Callable, Dict, Iterator, List, NamedTuple, Optional, Tuple
+from typing import Any, Callable, Dict, Iterator, List, NamedTuple, Optional, Set, Tuple
 
 SIGNATURE = b"\x89TNF\r\n\x1a\n"
 VERSION = b"1.3\0"
@@ -168,7 +168,7 @@ class Cover:
 
     def touches(self, start: int, end: int) -> bool:
         index = bisect.bisect_right(self._ends, start)
-        return index < len(self._starts) and self._starts[index] < end
+        return start < end and index < len(self._starts) and self._starts[index] < end
 
 
 class File:
@@ -411,6 +411,7 @@ class Stream:
             self._starts.append(self._starts[-1] + length)
         self.size = self._starts[-1]
         self.position = 0
+        self._sound: Set[int] = set()  # The ids of the blocks that have been read.
         self._loaded = NOTHING_LOADED  # The place in the stream, and the content, of the block in use.
 
     def __str__(self) -> str:
@@ -426,9 +427,13 @@ class Stream:
         self.position = position
 
     def require_end(self) -> None:
+        """Also that the blocks of which no byte was asked for are sound: those that are empty or were passed over."""
         require(self.remaining == 0, f"{self}: {self.remaining} bytes too many")
         if self.damage is not None:
             raise self.damage
+        for block in self._blocks:
+            if block.id not in self._sound:
+                self._file.read_block(block)
 
     def read(self, size: int) -> bytes:
         if size > self.remaining:
@@ -456,6 +461,7 @@ class Stream:
             index = bisect.bisect_right(self._starts, self.position) - 1
             start, content = self._loaded = NOTHING_LOADED  # Frees the old content before the new one is read.
             start, content = self._starts[index], self._file.read_block(self._blocks[index])
+            self._sound.add(self._blocks[index].id)
             self._loaded = (start, content)
         return content, self.position - start
 
@@ -854,6 +860,8 @@ def lost_lengths(file: File, datasets: List[Dataset]) -> Dict[int, int]:
     known: List[Optional[int]] = []
     for block in blocks:
         is_lost = block.is_compressed and (block.length == 0 or not block.has_length_word)
+        if is_lost and block.length > 0 and block.end > file.size:
+            return {}
         try:
             known.append(None if is_lost else file.content_length(block))
         except MoxError:

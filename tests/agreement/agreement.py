@@ -147,6 +147,11 @@ class WholeFiles(Agreement):
             self.save(name + "-plain.mox", moxfile.plain_file(streams))
         self.compare_all(self.folder)
 
+    def test_empty_block_inside_a_part_that_covers_others(self):
+        self.save("low.mox", make.arrays([1500] * 30, restarts=[19], lost=[8]))
+        blocks = json.loads(self.compare_all(self.folder)["low"])["blocks"]
+        self.assertEqual([5, 6, 7, *range(9, 18)], [block["id"] for block in blocks if block["overwritten"]])
+
     def test_files_of_the_conformance_set(self):
         for name, data in make.make_files().items():
             self.save(name + ".mox", data)

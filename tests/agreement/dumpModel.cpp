@@ -6,6 +6,8 @@
 //   dumpModel FILE damages    reads one damage from each line of stdin and prints the result of reading
 //                             the file with it: "refused", or "read" or "in part" and the checksum of its
 //                             dump. A damage is "cut SIZE", or "flip OFFSET MASK" with one or more pairs.
+//   dumpModel - files         reads files from stdin, before each its size in 32 bits, and prints the result of
+//                             reading each, as above
 //   dumpModel FILE outcome    prints a line for each dataset and each node of sets: its place, then its
 //                             numbers as bits, or "refused"; ends with 3 if the reader refuses the file
 
@@ -16,12 +18,14 @@
 #include <fmt/format.h>
 #include <zlib.h>
 
+#include <array>
 #include <bit>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -81,6 +85,25 @@ std::string verdict(Bytes bytes) {
 void judgeDamages(const Bytes& bytes) {
     for (std::string line; std::getline(std::cin, line);) {
         std::cout << verdict(damaged(bytes, line)) << '\n';
+    }
+}
+
+/// @return nothing at the end of stdin.
+std::optional<Bytes> nextFile() {
+    std::array<std::uint8_t, 4> size{};
+    if (!std::cin.read(reinterpret_cast<char*>(size.data()), size.size())) {
+        return std::nullopt;
+    }
+    Bytes bytes(size[0] | std::size_t{size[1]} << 8 | std::size_t{size[2]} << 16 |
+                std::size_t{size[3]} << 24);
+    std::cin.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return bytes;
+}
+
+void judgeFiles() {
+    std::ios::sync_with_stdio(false);
+    while (auto bytes = nextFile()) {
+        std::cout << verdict(std::move(*bytes)) << std::endl;
     }
 }
 
@@ -165,6 +188,8 @@ int main(int argc, char** argv) try {
         printOutcomes(MoxReader::File(argv[1]));
     } else if (mode == "damages") {
         judgeDamages(bytesOf(argv[1]));
+    } else if (mode == "files") {
+        judgeFiles();
     } else if (mode == "dumps") {
         writeDumps(argv[1]);
     } else {

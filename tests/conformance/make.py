@@ -256,6 +256,16 @@ def broken():
         return moxfile.file([(b"Heavy Data", stored, flags), *others])
 
     stored = zlib.compress(content)
+
+    def with_second_block(name, content, second):
+        """The sample with two blocks of a name. The checksum of the second is wrong."""
+        blocks = [block for block in streams({**moxfile.sample(), name: content}) if block[0] != name]
+        wrong = compressed(second)
+        return moxfile.file([*blocks, (name, compressed(content), 0x01), (name, wrong[:-1] + bytes([wrong[-1] ^ 1]), 0x01)])
+
+    # The second material has fields of a later version, which stand in the second block.
+    materials = [moxfile.material(b"0.4", moxfile.COLOURS, moxfile.f32(0.75, 0.5) + u8(1), unknown)
+                 for unknown in (b"", bytes(8))]
     return {
         "nothing": b"",
         "signature": b"\x09" + sample[1:],
@@ -274,6 +284,8 @@ def broken():
         "bytes-after-the-stream": with_heavy(u32(len(content)) + stored + b"x"),
         "no-content-length": with_heavy(b"\x20\0\0"),
         "checksum-of-the-tree": with_bytes(sample, tree_end(sample) - 1, bytes([sample[tree_end(sample) - 1] ^ 1])),
+        "checksum-of-an-empty-block": with_second_block(b"Light Data", moxfile.sample()[b"Light Data"], b""),
+        "checksum-of-unknown-fields": with_second_block(b"Resources", b"".join(materials)[:-8], bytes(8)),
     }
 
 

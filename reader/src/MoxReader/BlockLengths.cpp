@@ -38,6 +38,10 @@ bool hasLostLength(const BlockRecord& block) {
     return block.isCompressed() && (block.length == 0 || (block.isOverwritten && !block.contentLength));
 }
 
+bool isBeyondFile(const BlockRecord& block, std::uint64_t fileSize) {
+    return block.length > 0 && block.end() > fileSize;
+}
+
 bool hasWrongLength(const BlockRecord& block, std::uint64_t fileSize) {
     const auto damage = findLengthDamage(block, fileSize);
     return damage && damage != ErrorCode::BlockOverwritten;
@@ -151,7 +155,7 @@ bool findLostLengths(std::vector<BlockRecord>& blocks, const std::vector<Node>& 
     Lengths known;
     for (const auto& block : blocks) {
         const bool isLost = hasLostLength(block);
-        if (!isLost && hasWrongLength(block, fileSize)) {
+        if (isBeyondFile(block, fileSize) || (!isLost && hasWrongLength(block, fileSize))) {
             return false;
         }
         known.push_back(isLost ? std::nullopt : Lengths::value_type(block.contentLength));

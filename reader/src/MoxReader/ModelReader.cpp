@@ -58,13 +58,24 @@ void readNodeMaterial(Node& node, StreamReader& resources) {
     }
 }
 
+/// Damage refuses the file also in blocks of which no byte was asked for: those that are empty or were passed over.
+void checkUnreadBlocks(const File& file, const StreamReader& stream) {
+    for (std::size_t i = 0; i < stream.blocks().size(); ++i) {
+        if (!stream.isKnownSound(i)) {
+            file.readBlock(stream.blocks()[i].id);
+        }
+    }
+}
+
 /// Reads each node's part of a stream in turn; the stream must then be used up.
 template <class ReadPart>
-void readParts(std::vector<Node>& nodes, StreamReader stream, const ReadPart& readPart) {
+void readParts(const File& file, std::string_view name, std::vector<Node>& nodes, const ReadPart& readPart) {
+    auto stream = file.stream(name);
     for (auto& node : nodes) {
         inRecord([&] { readPart(node, stream); }, [&] { return describeNode(node.id); });
     }
     requireEnd(stream);
+    checkUnreadBlocks(file, stream);
 }
 
 } // namespace
@@ -84,23 +95,28 @@ void ModelReader::readTree() {
     for (auto& record : readNodeRecords(tree)) {
         nodes_.push_back(Node{std::move(record), {}});
     }
+    checkUnreadBlocks(file_, tree);
 }
 
 void ModelReader::readLightData() {
-    readParts(nodes_, file_.stream(Format::LightStream), readDescriptor);
+    readParts(file_, Format::LightStream, nodes_, readDescriptor);
 }
 
 void ModelReader::readAttributeLists() {
-    readParts(nodes_, file_.stream(Format::AttributesStream), readNodeAttributes);
+    readParts(file_, Format::AttributesStream, nodes_, readNodeAttributes);
 }
 
 void ModelReader::readMaterials() {
-    readParts(nodes_, file_.stream(Format::ResourcesStream), readNodeMaterial);
+    readParts(file_, Format::ResourcesStream, nodes_, readNodeMaterial);
 }
 
 GlobalInformation ModelReader::readGlobal() const {
     auto global = requiredStream(file_, Format::GlobalStream);
-    return readGlobalInformation(global);
+    auto information = readGlobalInformation(global);
+    if (information.resultAttributeCount == 0) {
+        checkUnreadBlocks(file_, global);
+    }
+    return information;
 }
 
 } // namespace MoxReader

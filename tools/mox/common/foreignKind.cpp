@@ -43,6 +43,10 @@ constexpr std::array Rows = {
     Row{Hdf5Beginning, "_NCProperties"sv, Exodus, NetcdfText},
     Row{Hdf5Beginning, ""sv, Exodus,
         "an HDF5 file; mox import converts it if it is an Exodus II or a CGNS file"sv},
+    // As the library of the format writes it, and as a text.
+    Row{"\xC0\xA8\xA3\xA9"
+        "ADF Database Version"sv,
+        ""sv, Cgns, CgnsText},
     Row{"@(#)ADF Database Version"sv, ""sv, Cgns, CgnsText},
     Row{"$MeshFormat"sv, ""sv, Gmsh, GmshText},
     Row{"$Comments"sv, ""sv, Gmsh, GmshText},

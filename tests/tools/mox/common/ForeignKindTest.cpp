@@ -22,6 +22,9 @@ TEST(ForeignKind, KnowsTheFilesThatAnImportConverts) {
     EXPECT_EQ(kindOf("\x89HDF\r\n\x1A\n...num_dim"s), "an Exodus II file; mox import converts it");
     EXPECT_EQ(kindOf("\x89HDF\r\n\x1A\n...CGNSLibraryVersion"s), "a CGNS file; mox import converts it");
     EXPECT_EQ(kindOf("@(#)ADF Database Version B0"), "a CGNS file; mox import converts it");
+    EXPECT_EQ(kindOf("\xC0\xA8\xA3\xA9"
+                     "ADF Database Version A02011>"),
+              "a CGNS file; mox import converts it");
     EXPECT_EQ(kindOf("$MeshFormat\n"), "a Gmsh file; mox import converts it");
 }
 

@@ -139,6 +139,19 @@ TEST_F(ImportCgns, IsRecognisedWhateverItsName) {
     EXPECT_EQ(dataset(0, "Connectivity").variableType, 4U);
 }
 
+TEST_F(ImportCgns, FileThatTheLibraryKeepsInAdfIsTaken) {
+    SmallCgnsFile::require(cg_set_file_type(CG_FILE_ADF));
+    {
+        SmallCgnsFile file(input());
+        file.addZone("Zone", 2, 1);
+        file.lineOfVertices(2);
+        file.section("Line", CGNS_ENUMV(BAR_2), 1, 1, {1, 2});
+    }
+    SmallCgnsFile::require(cg_set_file_type(CG_FILE_HDF5));
+    import();
+    EXPECT_EQ(integers(0, "Connectivity"), (Integers{0, 1}));
+}
+
 TEST_F(ImportCgns, MixedSectionIsSplitByElementType) {
     {
         SmallCgnsFile file(input(), 2);
