@@ -772,6 +772,23 @@ TEST_F(MoxTree, DateIsTheLocalTimeWithYearAndZone) {
     EXPECT_TRUE(std::regex_match(tree.CurrentModifier.Date, form)) << tree.CurrentModifier.Date;
 }
 
+// Day, time and year take 25 bytes before the zone's name.
+TEST_F(MoxTree, DateOf119BytesIsWholeAndALongerOneIsEmpty) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "needs a system that takes a zone's name of any length";
+#endif
+    const std::string longest(94, 'A');
+    {
+        const Support::TimeZoneGuard zone("<" + longest + ">0");
+        tree.SaveGlobalInfo(tree.File, "");
+        ASSERT_EQ(tree.CurrentModifier.Date.size(), 119U);
+        EXPECT_EQ(tree.CurrentModifier.Date.substr(25), longest);
+    }
+    const Support::TimeZoneGuard zone("<" + longest + "A>0");
+    tree.SaveGlobalInfo(tree.File, "");
+    EXPECT_EQ(tree.CurrentModifier.Date, "");
+}
+
 TEST_F(MoxTree, ComputerAndUserAreCollectedOnlyWhenAskedFor) {
     tree.SaveGlobalInfo(tree.File, "");
     EXPECT_EQ(tree.CurrentModifier.Computer, "");
