@@ -88,6 +88,9 @@ EXCEPTIONS = [
     "TemplateSpecializationNotDefined",
     "NotYetImplemented",
 ]
+# Conditions of the preprocessor that never and always hold where this runs.
+NEVER_HOLDS = "defined(_WIN32)"
+ALWAYS_HOLDS = "defined(QEL_HAS_SSE2)"
 STATEMENT = re.compile(r"^(?P<indent> {4,})(?P<text>(?:[A-Za-z_*(+][^{}]*);)$")
 # These introduce a name, leave the function with a value or belong to a class.
 NOT_A_STATEMENT = re.compile(
@@ -139,12 +142,28 @@ class Source:
                 self.is_code[start : start + len(value)] = b"\0" * len(value)
             elif kind in Number:
                 self.numbers.append((start, kind, value))
+        self.left_out = self.lines_left_out()
+
+    def lines_left_out(self):
+        """The lines, from 1, that the preprocessor leaves out."""
+        found, conditions = set(), []
+        for number, line in enumerate(self.lines, 1):
+            if line.startswith("#if"):
+                is_known = NEVER_HOLDS in line or ALWAYS_HOLDS in line
+                conditions.append(ALWAYS_HOLDS in line if is_known else None)
+            elif line.startswith("#else") and conditions[-1] is not None:
+                conditions[-1] = not conditions[-1]
+            elif line.startswith("#endif"):
+                conditions.pop()
+            elif False in conditions:
+                found.add(number)
+        return found
 
     def mutants(self):
         seen = set()
         for mutant in self.all_mutants():
             place = (mutant.line, mutant.after)
-            if mutant.before != mutant.after and place not in seen:
+            if mutant.before != mutant.after and place not in seen and mutant.line not in self.left_out:
                 seen.add(place)
                 yield mutant
 
