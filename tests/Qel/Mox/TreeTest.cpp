@@ -350,6 +350,15 @@ TEST_F(MoxTree, FindNodeByPathSplitsAtTheWholeSeparatorSoThatNamesMayHoldItsChar
     EXPECT_EQ(tree.FindNodeByPath("|:a||:b:c:|d|e", "|:"), 0U);
 }
 
+// No name is ever passed, and the search goes from child to child of empty name.
+TEST_F(MoxTree, FindNodeByPathWithoutASeparatorEndsWhereNoChildHasAnEmptyName) {
+    tree.SetRootGroup("a", {});
+    addGroup("");
+    addGroup("b");
+    EXPECT_EQ(tree.FindNodeByPath("ab", ""), 0U);
+    EXPECT_EQ(tree.FindNodeByPath("a", ""), 0U);
+}
+
 TEST_F(MoxTree, FindNodeByPathFindsAChildOfEmptyName) {
     tree.SetRootGroup("a", {});
     addGroup("");
@@ -745,6 +754,15 @@ TEST_F(MoxTree, GlobalInformationIsOneModifierInfoAndNoResultAttributes) {
     EXPECT_EQ(stream("Global Information"), expected);
     EXPECT_EQ(tree.File.GetIndex().GetBlockInfos()[0].flags, 0x01);
     EXPECT_EQ(tree.CurrentModifier.Comment, "remark");
+}
+
+TEST_F(MoxTree, EachBlockOfTheGlobalInformationIsCompressed) {
+    const Support::BlockSizeGuard oneValueEach("0");
+    tree.SaveGlobalInfo(tree.File, "");
+    const auto& infos = tree.File.GetIndex().GetBlockInfos();
+    EXPECT_EQ(infos[0].flags, 0x01);
+    EXPECT_EQ(infos[1].name, "Global Information");
+    EXPECT_EQ(infos[1].flags, 0x01);
 }
 
 // The date of a second in a zone called FAR, 13:45 hours east of UTC.

@@ -471,6 +471,15 @@ TEST_F(Block, ValueForAReleasedBlockStandsAfterZerosAndNotAfterWhatWasInMemory) 
     EXPECT_EQ(block.GetCapacity(), 3002U);
 }
 
+TEST_F(Block, ReleasedBlockWithRoomForAValueDoesNotGrowForIt) {
+    variable.set("16");
+    put({1, 2, 3});
+    block.Release();
+    put({4});
+    EXPECT_EQ(contentOf(block), (ByteVector{0, 0, 0, 4}));
+    EXPECT_EQ(block.GetCapacity(), 16U);
+}
+
 TEST_F(BlockFile, ReleasedBlockWritesNothingOfItsContent) {
     put({1, 2, 3});
     block.Release();

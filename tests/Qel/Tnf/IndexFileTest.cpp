@@ -772,6 +772,17 @@ TEST_F(IndexFile, IndexBlockThatIsFrozenGetsANewBufferOnceAndStaysFrozen) {
     EXPECT_TRUE(entry(19).frozen);
 }
 
+// The table takes 27,804 bytes.
+TEST_F(IndexFile, NewBufferOfAFrozenIndexBlockIsNotAsLargeAsTheFormerAndIsKept) {
+    addOneByteBlocks(20);
+    variable.set("20000");
+    writeAll();
+    EXPECT_EQ(block(19).GetCapacity(), 40'000U);
+    variable.set("30000");
+    index.WriteIndexBufferToFileStream(19, stream);
+    EXPECT_EQ(block(19).GetCapacity(), 40'000U);
+}
+
 TEST_F(IndexFile, IndexBlockThatIsNotFreezableStaysFrozenOrNotAsItWas) {
     for (const bool frozen : {false, true}) {
         QelTnf::Index other;

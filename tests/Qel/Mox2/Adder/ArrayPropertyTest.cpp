@@ -202,6 +202,22 @@ TEST_F(ArrayPropertyAdder, GeometryAsRootTakesPartLikeAnyOther) {
     EXPECT_FALSE(entry(RootId).isLink);
 }
 
+TEST_F(ArrayPropertyAdder, GeometryAsRootIsALinkAndTheTargetOfOneLikeAnyOther) {
+    database.close();
+    database.open();
+    tree().GetCurrentNode().data = std::make_unique<Geometry>("root").release();
+    tree().AddChildNode(std::make_unique<Geometry>("below"));
+    add(threeFloats(), idsOf({RootId, 2}), {StepData("A", {})});
+    EXPECT_FALSE(entry(RootId, 0).isLink);
+    EXPECT_TRUE(entry(2, 0).isLink);
+    EXPECT_EQ(entry(2, 0).linkNodeId, RootId);
+    add(threeFloats(), idsOf({2, RootId}), {StepData("B", {})});
+    EXPECT_FALSE(entry(2, 1).isLink);
+    EXPECT_TRUE(entry(RootId, 1).isLink);
+    EXPECT_EQ(entry(RootId, 1).linkNodeId, 2U);
+    EXPECT_EQ(entry(RootId, 1).linkIndex, 1U);
+}
+
 TEST_F(ArrayPropertyAdder, IdZeroIsNotInTheTreeAlsoIfTheRootIsAGeometry) {
     database.close();
     database.open();
