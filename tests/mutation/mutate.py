@@ -12,6 +12,7 @@ constants, are compiled one by one, with the sources and the tests that include 
 
 import argparse
 import fnmatch
+import functools
 import json
 import os
 import random
@@ -130,6 +131,7 @@ class Build:
             sys.exit(f"mutate: {program} does not link\n{done.stderr}")
 
 
+@functools.cache
 def suites_of(path):
     """A filter for the test suites that the tests of this source have for themselves."""
     folder = ROOT / "tests" / Path(path).parent.relative_to(Path(path).parts[0])
@@ -141,7 +143,6 @@ def suites_of(path):
 
 def fails(program, number, tests=None):
     def limit():
-        os.nice(19)
         resource.setrlimit(resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS))
         resource.setrlimit(resource.RLIMIT_AS, (ADDRESS_SPACE, ADDRESS_SPACE))
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
@@ -169,7 +170,7 @@ class Run:
         self.verdicts = {}
         if self.verdicts_file.exists():
             self.verdicts = json.loads(self.verdicts_file.read_text(encoding="utf-8"))
-        self.known = explained()
+        self.known = keys_in(EXPLAINED)
         self.not_tried = 0
 
     def is_late(self):
@@ -316,11 +317,11 @@ def is_source(mutant):
     return mutant.path.endswith(".cpp")
 
 
-def explained():
-    """The keys of the mutants that no test can kill, each with its reason in the comment above it."""
-    if not EXPLAINED.exists():
+def keys_in(path):
+    """The mutants that a file such as explained.txt names."""
+    if not path.exists():
         return set()
-    lines = EXPLAINED.read_text(encoding="utf-8").splitlines()
+    lines = path.read_text(encoding="utf-8").splitlines()
     return {line for line in lines if line and not line.startswith("#")}
 
 
@@ -342,6 +343,7 @@ def parse_arguments():
     parser.add_argument("--sample", type=int, metavar="N", help="N of them, chosen at random")
     parser.add_argument("--seed", type=int, default=1, help="of the choice")
     parser.add_argument("--kinds", nargs="+", help="only mutants of these kinds, as --list names them")
+    parser.add_argument("--keys", type=Path, help="only the mutants in this file, which looks like explained.txt")
     parser.add_argument("--survivors", action="store_true", help="also try those again that survived the last run")
     parser.add_argument("--together", action="store_true", help="only those that are compiled all at once")
     parser.add_argument("--programs", nargs="+", default=PROGRAMS, help="the test programs to try, in this order")
@@ -359,6 +361,9 @@ def main():
     mutants = [mutant for source in sources for mutant in source.mutants()]
     if arguments.kinds:
         mutants = [mutant for mutant in mutants if mutant.kind in arguments.kinds]
+    if arguments.keys:
+        keys = keys_in(arguments.keys)
+        mutants = [mutant for mutant in mutants if mutant.key() in keys]
     if arguments.sample:
         mutants = random.Random(arguments.seed).sample(mutants, min(arguments.sample, len(mutants)))
     if arguments.list:
