@@ -1,6 +1,7 @@
 #include <Qel/Mox/ChildIndex.h>
 
 #include "Qel/Mox/OlderGeometry.h"
+#include "Qel/Support/textsWithEqualHashes.h"
 
 #include <Qel/Adt/AdtTree.h>
 #include <Qel/Mox/Geometry.h>
@@ -123,6 +124,17 @@ TEST_F(ChildIndex, ClassIsComparedExactly) {
     EXPECT_EQ(index.Find(RootId, "a", typeid(Geometry)), geometry);
     EXPECT_EQ(index.Find(RootId, "a", typeid(Support::OlderGeometry)), older);
     EXPECT_EQ(index.Find(RootId, "a"), older);
+}
+
+TEST_F(ChildIndex, NamesWithEqualHashesAreToldApart) {
+    const auto [first, second] = Support::textsWithEqualHashes();
+    addGroup(RootId, "elder");
+    const unsigned int one = addGroup(RootId, first);
+    EXPECT_EQ(index.Find(RootId, second), 0U);
+    EXPECT_EQ(index.Find(RootId, second, typeid(Group)), 0U);
+    const unsigned int other = addGroup(RootId, second);
+    EXPECT_EQ(index.Find(RootId, first), one);
+    EXPECT_EQ(index.Find(RootId, second), other);
 }
 
 TEST_F(ChildIndex, NodesThatWereAddedAfterASearchAreFound) {

@@ -69,8 +69,9 @@ TEST_F(EntryOfDataset, ReservedKeysAreComparedWholeAndWithCase) {
     entry.SetAttributes({{"Complexity", AttributeValue(1U)},
                          {"complex", AttributeValue(1U)},
                          {"Comple", AttributeValue(1U)},
+                         {"", AttributeValue(1U)},
                          {"link.x", AttributeValue(1U)}});
-    EXPECT_EQ(keys(), (Keys{"Comple", "Complexity", "complex", "link.x"}));
+    EXPECT_EQ(keys(), (Keys{"", "Comple", "Complexity", "complex", "link.x"}));
 }
 
 TEST_F(EntryOfDataset, CategoryInLowerCaseOrOfAnotherKindIsNoVibration) {

@@ -1,6 +1,7 @@
 #include <Qel/Mox/Geometry.h>
 
 #include "Qel/Mox/StreamContent.h"
+#include "Qel/Support/textsWithEqualHashes.h"
 #include "Support/Bytes.h"
 #include "Support/Thrown.h"
 
@@ -141,6 +142,17 @@ TEST_F(MoxGeometry, EntriesThatWereAddedOneAfterTheOtherAreFound) {
         EXPECT_EQ(geometry.GetDataset(i).key, "key" + std::to_string(i));
     }
     EXPECT_EQ(geometry.GetDatasetCount(), count);
+}
+
+TEST_F(MoxGeometry, KeysWithEqualHashesAreToldApart) {
+    const auto [first, second] = Support::textsWithEqualHashes();
+    for (unsigned int i = 0; i < 20; ++i) {
+        geometry.FindOrAddDataset("key" + std::to_string(i));
+    }
+    EXPECT_EQ(geometry.FindOrAddDataset(first), 20U);
+    EXPECT_EQ(geometry.FindOrAddDataset(second), 21U);
+    EXPECT_EQ(geometry.FindOrAddDataset(first), 20U);
+    EXPECT_EQ(geometry.FindOrAddDataset(second), 21U);
 }
 
 TEST_F(MoxGeometry, ForgetPositionsTakesThemFromAllEntries) {

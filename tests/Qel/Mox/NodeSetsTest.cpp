@@ -22,10 +22,10 @@ protected:
     QelMox::NodeSets nodeSets{"sets"};
 };
 
-TEST_F(MoxNodeSets, NamesItsTypeAndAVersion) {
+TEST_F(MoxNodeSets, NamesItsTypeAndVersion) {
     EXPECT_EQ(nodeSets.GetName(), "sets");
     EXPECT_EQ(nodeSets.GetTypeName(), "NodeSets");
-    EXPECT_NE(nodeSets.GetVersion(), "");
+    EXPECT_EQ(nodeSets.GetVersion(), "0.1");
 }
 
 TEST_F(MoxNodeSets, NoSetsWriteTwoOffsetsOfZeroAndEmptyLists) {

@@ -350,6 +350,15 @@ TEST_F(MoxTree, FindNodeByPathSplitsAtTheWholeSeparatorSoThatNamesMayHoldItsChar
     EXPECT_EQ(tree.FindNodeByPath("|:a||:b:c:|d|e", "|:"), 0U);
 }
 
+// No name is ever passed, and the search goes from child to child of empty name.
+TEST_F(MoxTree, FindNodeByPathWithoutASeparatorEndsWhereNoChildHasAnEmptyName) {
+    tree.SetRootGroup("a", {});
+    addGroup("");
+    addGroup("b");
+    EXPECT_EQ(tree.FindNodeByPath("ab", ""), 0U);
+    EXPECT_EQ(tree.FindNodeByPath("a", ""), 0U);
+}
+
 TEST_F(MoxTree, FindNodeByPathFindsAChildOfEmptyName) {
     tree.SetRootGroup("a", {});
     addGroup("");
@@ -747,6 +756,15 @@ TEST_F(MoxTree, GlobalInformationIsOneModifierInfoAndNoResultAttributes) {
     EXPECT_EQ(tree.CurrentModifier.Comment, "remark");
 }
 
+TEST_F(MoxTree, EachBlockOfTheGlobalInformationIsCompressed) {
+    const Support::BlockSizeGuard oneValueEach("0");
+    tree.SaveGlobalInfo(tree.File, "");
+    const auto& infos = tree.File.GetIndex().GetBlockInfos();
+    EXPECT_EQ(infos[0].flags, 0x01);
+    EXPECT_EQ(infos[1].name, "Global Information");
+    EXPECT_EQ(infos[1].flags, 0x01);
+}
+
 // The date of a second in a zone called FAR, 13:45 hours east of UTC.
 std::string dateInFar(std::time_t time) {
     const std::time_t shifted = time + 13 * 3600 + 45 * 60;
@@ -770,6 +788,23 @@ TEST_F(MoxTree, DateIsTheLocalTimeWithYearAndZone) {
     const std::regex form(
         "[A-Z][a-z][a-z] [A-Z][a-z][a-z] [0-9][0-9] [0-9][0-9]:[0-9][0-9]:[0-9][0-9] [0-9]+ FAR");
     EXPECT_TRUE(std::regex_match(tree.CurrentModifier.Date, form)) << tree.CurrentModifier.Date;
+}
+
+// Day, time and year take 25 bytes before the zone's name.
+TEST_F(MoxTree, DateOf119BytesIsWholeAndALongerOneIsEmpty) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "needs a system that takes a zone's name of any length";
+#endif
+    const std::string longest(94, 'A');
+    {
+        const Support::TimeZoneGuard zone("<" + longest + ">0");
+        tree.SaveGlobalInfo(tree.File, "");
+        ASSERT_EQ(tree.CurrentModifier.Date.size(), 119U);
+        EXPECT_EQ(tree.CurrentModifier.Date.substr(25), longest);
+    }
+    const Support::TimeZoneGuard zone("<" + longest + "A>0");
+    tree.SaveGlobalInfo(tree.File, "");
+    EXPECT_EQ(tree.CurrentModifier.Date, "");
 }
 
 TEST_F(MoxTree, ComputerAndUserAreCollectedOnlyWhenAskedFor) {

@@ -81,6 +81,21 @@ TEST_F(MoxDatabase, CloseMakesTheDatabaseEmptyAgain) {
     EXPECT_EQ(DatabasePeer::modeWord(database), 1U);
 }
 
+TEST_F(MoxDatabase, OpenEndsReading) {
+    DatabasePeer::setOpenedForReading(database, true);
+    database.open();
+    EXPECT_FALSE(DatabasePeer::isOpenedForReading(database));
+}
+
+TEST_F(MoxDatabase, CloseEndsReadingAndTakesTheModeBack) {
+    database.open();
+    DatabasePeer::setOpenedForReading(database, true);
+    DatabasePeer::setModeWord(database, 7);
+    database.close();
+    EXPECT_FALSE(DatabasePeer::isOpenedForReading(database));
+    EXPECT_EQ(DatabasePeer::modeWord(database), 1U);
+}
+
 TEST_F(MoxDatabase, CloseSavesTheTreeWithAnEmptyComment) {
     openFile();
     const std::shared_ptr<QelMox::Tree> tree = DatabasePeer::tree(database);

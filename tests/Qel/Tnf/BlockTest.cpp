@@ -154,6 +154,8 @@ TEST_F(Block, StepOfZeroAndAPutOfNothingIntoANewBlockIsNoFailure) {
     variable.set("0");
     EXPECT_NO_THROW(putZeros(0));
     EXPECT_EQ(block.GetSize(), 0U);
+    EXPECT_EQ(block.GetCapacity(), 0U);
+    EXPECT_EQ(block.GetData(), nullptr);
 }
 
 TEST_F(Block, VariableThatCountsAsNotSetLeavesTheStep) {
@@ -204,6 +206,14 @@ TEST_F(Block, TextIsItsLengthAndItsBytesWithoutATerminator) {
 
 TEST_F(Block, EmptyTextIsTheFourBytesOfAZeroLength) {
     block.Put(std::string());
+    EXPECT_EQ(contentOf(block), (ByteVector{0, 0, 0, 0}));
+}
+
+// Where nothing follows the length, a put of no bytes at the buffer's very end would make it grow.
+TEST_F(Block, EmptyTextPutsNothingAfterItsLength) {
+    variable.set("4");
+    block.Put(std::string());
+    EXPECT_EQ(block.GetCapacity(), 4U);
     EXPECT_EQ(contentOf(block), (ByteVector{0, 0, 0, 0}));
 }
 
@@ -459,6 +469,15 @@ TEST_F(Block, ValueForAReleasedBlockStandsAfterZerosAndNotAfterWhatWasInMemory) 
     EXPECT_EQ(contentOf(block), Bytes().zeros(3000).u8(4).u8(5));
     EXPECT_EQ(block.GetPosition(), 3002U);
     EXPECT_EQ(block.GetCapacity(), 3002U);
+}
+
+TEST_F(Block, ReleasedBlockWithRoomForAValueDoesNotGrowForIt) {
+    variable.set("16");
+    put({1, 2, 3});
+    block.Release();
+    put({4});
+    EXPECT_EQ(contentOf(block), (ByteVector{0, 0, 0, 4}));
+    EXPECT_EQ(block.GetCapacity(), 16U);
 }
 
 TEST_F(BlockFile, ReleasedBlockWritesNothingOfItsContent) {

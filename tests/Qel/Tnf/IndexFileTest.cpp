@@ -102,6 +102,15 @@ TEST_F(IndexFile, TableOfTwoBlocksIsByteForByteTheirRecords) {
     table.Release();
 }
 
+TEST_F(IndexFile, TableLooksTheVariableUp) {
+    variable.set("16");
+    QelTnf::Block table;
+    IndexPeer::putIndexTable(table, {});
+    EXPECT_EQ(QelTnf::defaultBlockSize, 16U);
+    EXPECT_EQ(table.GetCapacity(), 16U);
+    table.Release();
+}
+
 /// A name and the 128 bytes that represent it.
 struct Name {
     const char* title;
@@ -241,6 +250,15 @@ TEST_F(IndexFile, StoredBlocksLieOneAfterTheOtherAndValuesOpenABlockAfterThem) {
     addFreeRecords(expected, 5, 16);
     expected.zeros(12).raw("\x01\x02\x03");
     EXPECT_EQ(file(), expected);
+}
+
+TEST_F(IndexFile, StoredBlockKeepsTheFlagsOfTheFreeEntryThatItTakes) {
+    index.AddBlock("a");
+    index.WriteBufferToFileStream(0, stream);
+    IndexPeer::entries(index)[0].frozen = true;
+    index.SetBlockFlags(emptyName, freezable);
+    const std::uint64_t id = index.AddStoredBlock("s", 5, 1000);
+    EXPECT_EQ(entry(id).flags, compressed | freezable);
 }
 
 TEST_F(IndexFile, StoredBlocksAfterIndexBlocksLieWhereTheLengthsAddUpTo) {
@@ -752,6 +770,31 @@ TEST_F(IndexFile, IndexBlockThatIsFrozenGetsANewBufferOnceAndStaysFrozen) {
     EXPECT_EQ(file(), first);
     EXPECT_EQ(block(19).GetSize(), 27804U);
     EXPECT_TRUE(entry(19).frozen);
+}
+
+// The table takes 27,804 bytes.
+TEST_F(IndexFile, NewBufferOfAFrozenIndexBlockIsNotAsLargeAsTheFormerAndIsKept) {
+    addOneByteBlocks(20);
+    variable.set("20000");
+    writeAll();
+    EXPECT_EQ(block(19).GetCapacity(), 40'000U);
+    variable.set("30000");
+    index.WriteIndexBufferToFileStream(19, stream);
+    EXPECT_EQ(block(19).GetCapacity(), 40'000U);
+}
+
+TEST_F(IndexFile, IndexBlockThatIsNotFreezableStaysFrozenOrNotAsItWas) {
+    for (const bool frozen : {false, true}) {
+        QelTnf::Index other;
+        for (int i = 0; i < 20; ++i) {
+            other.AddBlock("a");
+        }
+        IndexPeer::entries(other)[19].flags = 0;
+        IndexPeer::entries(other)[19].frozen = frozen;
+        other.WriteIndexBufferToFileStream(19, stream);
+        EXPECT_EQ(other.GetBlockInfos()[19].frozen, frozen);
+        EXPECT_EQ(other.GetBlockInfos()[19].released, frozen);
+    }
 }
 
 TEST_F(IndexFile, IndexBlockBeforeTheFirstUnwrittenBlockIsWrittenOnceOnly) {

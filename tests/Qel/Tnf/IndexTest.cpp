@@ -401,6 +401,14 @@ TEST_F(Index, FlagsAreAddedToThoseThatABlockHas) {
     EXPECT_EQ(entry(0).flags, 0x21);
 }
 
+TEST_F(Index, EachOfTheEightFlagsIsAdded) {
+    add();
+    for (unsigned int bit = 0; bit < 8; ++bit) {
+        index.SetBlockFlags("a", static_cast<unsigned char>(1U << bit));
+        EXPECT_EQ(entry(0).flags, (2U << bit) - 1U) << bit;
+    }
+}
+
 TEST_F(Index, FlagsDoNotReachBlocksThatAreAddedLater) {
     add();
     index.SetBlockFlags("a", freezable);

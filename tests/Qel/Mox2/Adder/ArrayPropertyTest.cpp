@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -114,6 +116,7 @@ TEST_F(ArrayPropertyAdder, EntryDescribesTheNumbers) {
     const DatasetEntry& added = entry(First);
     EXPECT_EQ(added.key, "V");
     EXPECT_EQ(static_cast<unsigned int>(added.variableType), 13U);
+    EXPECT_EQ(added.values.data, numbers.data());
     EXPECT_EQ(added.values.sizeInBytes, 24U);
     EXPECT_EQ(added.values.width, 3);
     EXPECT_EQ(added.values.elementTag, 5U);
@@ -199,6 +202,22 @@ TEST_F(ArrayPropertyAdder, GeometryAsRootTakesPartLikeAnyOther) {
     EXPECT_FALSE(entry(RootId).isLink);
 }
 
+TEST_F(ArrayPropertyAdder, GeometryAsRootIsALinkAndTheTargetOfOneLikeAnyOther) {
+    database.close();
+    database.open();
+    tree().GetCurrentNode().data = std::make_unique<Geometry>("root").release();
+    tree().AddChildNode(std::make_unique<Geometry>("below"));
+    add(threeFloats(), idsOf({RootId, 2}), {StepData("A", {})});
+    EXPECT_FALSE(entry(RootId, 0).isLink);
+    EXPECT_TRUE(entry(2, 0).isLink);
+    EXPECT_EQ(entry(2, 0).linkNodeId, RootId);
+    add(threeFloats(), idsOf({2, RootId}), {StepData("B", {})});
+    EXPECT_FALSE(entry(2, 1).isLink);
+    EXPECT_TRUE(entry(RootId, 1).isLink);
+    EXPECT_EQ(entry(RootId, 1).linkNodeId, 2U);
+    EXPECT_EQ(entry(RootId, 1).linkIndex, 1U);
+}
+
 TEST_F(ArrayPropertyAdder, IdZeroIsNotInTheTreeAlsoIfTheRootIsAGeometry) {
     database.close();
     database.open();
@@ -216,6 +235,23 @@ TEST_F(ArrayPropertyAdder, ReusedLinkStaysALinkToItsOldTarget) {
     EXPECT_EQ(entry(Second).linkNodeId, First);
     EXPECT_EQ(entry(Second).attributes.size(), 1U);
     EXPECT_EQ(entry(Second).position, 12U);
+}
+
+TEST_F(ArrayPropertyAdder, ReusedEntryKeepsNoFieldOfItsFormerNumbers) {
+    add(threeFloats(), idsOf({First}));
+    QelMox::NumericArray& former = dataOf<Geometry>(First).GetDataset(0).values;
+    former.widthFlag = 1;
+    former.descriptor = std::make_unique<QelMox::NumericArray::Descriptor>();
+    former.boolA = former.boolB = former.boolC = true;
+    former.floatA = former.floatB = 1;
+    add(threeFloats(), idsOf({First}));
+    const QelMox::NumericArray& present = entry(First).values;
+    EXPECT_EQ(present.sizeInBytes, 12U);
+    EXPECT_EQ(present.widthFlag, 0);
+    EXPECT_EQ(present.descriptor, nullptr);
+    EXPECT_FALSE(present.boolA || present.boolB || present.boolC);
+    EXPECT_EQ(present.floatA, 0.0F);
+    EXPECT_EQ(present.floatB, 0.0F);
 }
 
 TEST_F(ArrayPropertyAdder, ReusedEntryTakesANewTarget) {
@@ -310,6 +346,23 @@ TEST_F(ArrayPropertyAdder, LargestCountOfRowsIsNoOverflow) {
     TableProperty<float> table;
     table.data = &rows;
     EXPECT_TRUE(throws<InvalidArguments>(WrongColumns, [&] { add(std::move(table), idsOf({First})); }));
+}
+
+// Ids take 8 GiB of addresses, of which nothing is touched: all of them fail before the first is looked at.
+TEST_F(ArrayPropertyAdder, IdsAbove31BitsAreAnOverflowBeforeTheColumnsAreLookedAtAndNotBelow) {
+    ColumnProperty<float> wrong = threeFloats();
+    wrong.width = 3;
+    ColumnProperty<float> wrongToo = threeFloats();
+    wrongToo.width = 3;
+    try {
+        const IdArray largest(0x7FFFFFFFLL);
+        EXPECT_TRUE(throws<InvalidArguments>(WrongColumns, [&] { add(std::move(wrong), largest); }));
+    } catch (const std::bad_alloc&) {
+        GTEST_SKIP() << "needs 8 GiB of addresses";
+    }
+    const IdArray tooMany(0x80000000LL);
+    EXPECT_TRUE(throws<OverflowError>(TooLargeCount, [&] { add(std::move(wrongToo), tooMany); }));
+    EXPECT_EQ(streamed(), 0U);
 }
 
 TEST_F(ArrayPropertyAdder, ColumnsAreComparedWithTheWidthBeforeTheWrite) {
