@@ -20,61 +20,61 @@ namespace {
 using Memory::FailingAllocator;
 using Memory::readWhole;
 
-struct Outcome {
+struct Reading {
     std::uint64_t sum = 0;
     bool isOutOfMemory = false;
     bool isError = false;
     MoxReader::ErrorCode code{};
 };
 
-Outcome outcomeOf(const std::string& path) {
-    Outcome outcome;
+Reading readingOf(const std::string& path) {
+    Reading reading;
     try {
-        outcome.sum = readWhole(path);
+        reading.sum = readWhole(path);
     } catch (const std::bad_alloc&) {
-        outcome.isOutOfMemory = true;
+        reading.isOutOfMemory = true;
     } catch (const MoxReader::Error& error) {
-        outcome.isError = true;
-        outcome.code = error.code();
+        reading.isError = true;
+        reading.code = error.code();
     }
-    return outcome;
+    return reading;
 }
 
 // The streams of the standard library turn a lack of memory into a failed read.
-bool isFailedRead(const Outcome& outcome) {
-    return outcome.isError && (outcome.code == MoxReader::ErrorCode::ReadFailed ||
-                               outcome.code == MoxReader::ErrorCode::OpenFailed);
+bool isFailedRead(const Reading& reading) {
+    return reading.isError && (reading.code == MoxReader::ErrorCode::ReadFailed ||
+                               reading.code == MoxReader::ErrorCode::OpenFailed);
 }
 
 class ReaderOutOfMemory : public testing::Test {
 protected:
     static void failEachAllocation(const std::string& path, FailingAllocator::Mode mode,
-                                   const Outcome& sound) {
+                                   const Reading& sound) {
         constexpr unsigned int Least = 10;
         unsigned int number = 1;
         for (;; ++number) {
             const long long liveBefore = FailingAllocator::live();
             FailingAllocator::arm(number, mode);
-            const Outcome outcome = outcomeOf(path);
+            const Reading reading = readingOf(path);
             FailingAllocator::disarm();
             SCOPED_TRACE("allocation " + std::to_string(number));
             ASSERT_EQ(FailingAllocator::live(), liveBefore) << "memory has leaked";
             if (!FailingAllocator::hasFailed()) {
                 break;
             }
-            ASSERT_TRUE(outcome.isOutOfMemory || isFailedRead(outcome))
+            ASSERT_TRUE(reading.isOutOfMemory || isFailedRead(reading))
                 << "the reader makes something else of it";
         }
-        const Outcome outcome = outcomeOf(path);
-        EXPECT_EQ(outcome.sum, sound.sum);
-        EXPECT_EQ(outcome.isError, sound.isError);
+        const Reading reading = readingOf(path);
+        EXPECT_EQ(reading.sum, sound.sum);
+        EXPECT_EQ(reading.isError, sound.isError);
         EXPECT_GT(number, Least) << "hardly anything was allocated";
     }
 
     // In both ways, one allocation and all from one on.
     static void failIn(const std::string& path) {
         SCOPED_TRACE(path);
-        const Outcome sound = outcomeOf(path);
+        const Reading sound = readingOf(path);
         ASSERT_FALSE(sound.isOutOfMemory);
         failEachAllocation(path, FailingAllocator::Mode::Once, sound);
         failEachAllocation(path, FailingAllocator::Mode::FromThenOn, sound);

@@ -3,6 +3,7 @@
 #include "Support/ExpectError.h"
 #include "Support/TestFile.h"
 
+#include "MoxReader/Format.h"
 #include "MoxReader/RawIndex.h"
 
 #include <utility>
@@ -137,4 +138,19 @@ TEST(BlockContent, ABlockPastTheEndOfTheFileIsTold) {
         const auto content = readBlockContent(*source, scanIndex(*source).blocks[0]);
         EXPECT_EQ(ErrorCode::BlockBeyondFile, content.damage);
     }
+}
+
+TEST(BlockContent, AMarkedRecordOfThreeBytesHasNoContentLengthWhateverItSays) {
+    auto source = TestFile().raw("Any", Content, 0x01).source();
+    auto block = scanIndex(*source).blocks[0];
+    block.length = 3;
+    block.contentLength = 10;
+    EXPECT_EQ(ErrorCode::ContentLengthMissing, findLengthDamage(block, source->size()));
+}
+
+TEST(BlockContent, AnIndexBlockHasItsLengthAsContentLengthEvenIfItIsMarkedCompressed) {
+    auto source = TestFile().raw("Any", Content, 0x01).source();
+    auto block = scanIndex(*source).blocks[0];
+    block.name = MoxReader::Format::IndexBlockName;
+    EXPECT_EQ(10u, readContentLength(*source, block));
 }

@@ -4,6 +4,7 @@
 #include "Support/TestFile.h"
 
 #include "MoxReader/File.h"
+#include "MoxReader/Material.h"
 
 using MoxReader::ErrorCode;
 using MoxReader::StreamReader;
@@ -159,4 +160,18 @@ TEST(StreamReader, TheStreamEndsBeforeABlockWhoseContentIsLost) {
     EXPECT_EQ(Bytes().raw("abc"), stream.readBytes(3));
     expectError(ErrorCode::ContentLost, [&] { stream.readNumber<std::uint8_t>(); });
     expectError(ErrorCode::ContentLost, [&] { stream.seek(4); });
+}
+
+TEST(StreamReader, ACountThatReachesIntoALostBlockIsItsLossAndNoBadCount) {
+    TestFile file;
+    file.compressed("S", Bytes().u32(2).u32(7)).raw("S", {}, 0x01);
+    auto stream = MoxReader::File(file.source()).stream("S");
+    expectError(ErrorCode::ContentLost, [&] { stream.readNumbers<std::uint32_t>(); });
+}
+
+TEST(StreamReader, ARecordThatReachesIntoALostBlockIsItsLossAndNoBadRecordSize) {
+    TestFile file;
+    file.compressed("S", Bytes().u32(100).text("0.3")).raw("S", {}, 0x01);
+    auto stream = MoxReader::File(file.source()).stream("S");
+    expectError(ErrorCode::ContentLost, [&] { MoxReader::readMaterial(stream); });
 }
