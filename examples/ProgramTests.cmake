@@ -50,7 +50,7 @@ endfunction()
 page_listing(first_model first.mox "Group \"Assembly\" Units = mm, N, tonne, s" "Coordinates +Coordinates +12 x 3")
 page_listing(results_by_step heated.mox "Temperature +Step 5 +NodeScalar +1025 x 1 float +Time = 20. Unit = degC"
     "Displacement +Step 1 +NodeVector" "Heat flow +Step 3 +ElementVector +640 x 3")
-page_listing(assembly_from_paths bridge.mox "Group \"South\" at \\(15000, 0, 0\\)"
+page_listing(assembly_from_paths bridge.mox "Group \"South\" at \\(18500, 0, 0\\)"
     "Group \"Piers\" Concrete = C35/45. Count = 2" "Shape \"Slab\" colour \\(0.75, 0.75, 0.72\\)"
     "Coordinates +Coordinates +351 x 3 float +numbers of node")
 page_listing(shared_arrays wheels.mox "Pressure +Waiting +NodeScalar +845 x 1 float +numbers of node 4")

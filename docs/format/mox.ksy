@@ -13,8 +13,8 @@ doc: |
   - A stream is all blocks of one name, inflated and joined. If a stream has one block, `as_mox_tree` and so on of its
     block read it. If it has several, join their contents and read the result as `mox_tree`, `light_data`,
     `attributes`, `resources` or `global_information`.
-  - The numbers of a dataset are in byte planes: `numbers` reads the planes, and byte b of the number in row i and column
-    c is `columns[c].planes[b][i]`. The element type of the dataset says whether the four bytes are a float.
+  - The numbers of a dataset are in byte planes: `numbers` reads the planes, and byte b of the number in row i and
+    column c is `columns[c].planes[b][i]`. The element type of the dataset says whether the four bytes are a float.
   - Blocks that lie too low (container.md): here, each block follows the one before it.
 doc-ref: README.md
 seq:

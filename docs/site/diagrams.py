@@ -27,8 +27,8 @@ def _flowchart(lines):
         _named(shown, other, other_bracket, other_label)
         arrows.append(f'{one} -> {other} [label=" {text or ""}"];')
     nodes = [f'{name} [label="{label}", shape={shape}];' for name, (label, shape) in shown.items()]
-    return ["@dot", "digraph chart {", 'node [fontname="Helvetica", fontsize=10];', 'edge [fontname="Helvetica", fontsize=10];',
-            *nodes, *arrows, "}", "@enddot"]
+    font = '[fontname="Helvetica", fontsize=10];'
+    return ["@dot", "digraph chart {", f"node {font}", f"edge {font}", *nodes, *arrows, "}", "@enddot"]
 
 
 def _sequence(lines):

@@ -114,7 +114,7 @@ def of_file(name, module, public):
 def page():
     public = public_names()
     lines = ["# Python reference {#page_python_reference}", "",
-             "All that `import moxwriter` gives; [Models in Python](@ref page_docs_python_md) shows how it is used.", ""]
+             "What `import moxwriter` gives; [Models in Python](@ref page_docs_python_md) shows how it is used.", ""]
     for module, files in MODULES.items():
         lines += [f"## {module} {{#python_{module.replace('.', '_')}}}", ""]
         for name in files:

@@ -3,6 +3,7 @@
 #include "BoxMesh.h"
 #include "saveChecked.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <exception>
 #include <filesystem>
@@ -33,8 +34,8 @@ void addLoad(Model& model, unsigned int slab) {
     for (const float load : {100.0F, 200.0F, 300.0F}) { // kN
         Array2d<float> displacement(SlabMesh.coordinates.rows(), 3, 0.0F);
         for (std::size_t i = 0; i < displacement.rows(); ++i) {
-            const float fromMiddle = SlabMesh.coordinates(i, 0) / 10000.0F - 1.0F; // -1 to 1
-            displacement(i, 2) = -0.02F * load * (1.0F - fromMiddle * fromMiddle);
+            const float along = (SlabMesh.coordinates(i, 0) - 10000.0F) / 8500.0F; // -1 and 1: the piers
+            displacement(i, 2) = -0.02F * load * std::max(0.0F, 1.0F - along * along);
         }
         Step step{"Load " + std::to_string(static_cast<int>(load)), {}};
         step.attributes.set("Load", load);
@@ -58,8 +59,8 @@ void paint(Model& model, const std::string& shape, const std::vector<float>& col
 
 void describe(Model& model) {
     place(model, "/Bridge/Deck", 0, 6000);
-    place(model, "/Bridge/Piers/North", 4000, 0);
-    place(model, "/Bridge/Piers/South", 15000, 0);
+    place(model, "/Bridge/Piers/North", 500, 0);
+    place(model, "/Bridge/Piers/South", 18500, 0);
     paint(model, "/Bridge/Deck/Slab", {0.75F, 0.75F, 0.72F});
     for (const char* const pier : {"/Bridge/Piers/North/Pier", "/Bridge/Piers/South/Pier"}) {
         paint(model, pier, {0.6F, 0.4F, 0.3F});

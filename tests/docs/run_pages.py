@@ -1,4 +1,4 @@
-"""Compiles and runs the code blocks of all pages, each page in a scratch folder of its own, and compares what they print.
+"""Compiles and runs the code blocks of the pages, each page in a scratch folder, and compares what they print.
 
     run_pages.py BUILD WORK [--update] [PAGE]...
 

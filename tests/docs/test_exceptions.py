@@ -68,8 +68,8 @@ class Exceptions(unittest.TestCase):
         self.assertEqual(sorted(thrown), sorted(listed))
 
     def test_each_throw_of_the_writer_has_a_form_that_this_test_reads(self):
-        read = sum(len(re.findall(r"QEL_THROW\((?:Qel::)?Exception::\w+\(.*?\)\);|\bthrow std::\w+\(.*?\);", text, re.S))
-                   for text in sources("src"))
+        form = r"QEL_THROW\((?:Qel::)?Exception::\w+\(.*?\)\);|\bthrow std::\w+\(.*?\);"
+        read = sum(len(re.findall(form, text, re.S)) for text in sources("src"))
         throws = sum(len(re.findall(r"^\s*(?:QEL_THROW\(|throw\b(?!;))", text, re.M)) for text in sources("src"))
         self.assertEqual(throws, read)
 

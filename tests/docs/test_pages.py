@@ -16,7 +16,7 @@ class Pages(unittest.TestCase):
         self.assertGreater(len(cut), 12)
         for block in cut:
             with self.subTest(block=str(block)):
-                self.assertEqual(pages.source_of(block), block.text, "python3 tests/docs/pages.py --update cuts it anew")
+                self.assertEqual(pages.source_of(block), block.text, "see tests/docs/pages.py --update")
 
     def test_each_block_of_code_says_what_becomes_of_it(self):
         for page in pages.all_pages():

@@ -45,7 +45,9 @@ function text(bytes) {
     }
 }
 
-const float = (value) => (Number.isNaN(value) ? "nan" : Math.abs(value) === Infinity ? (value > 0 ? "inf" : "-inf") : value);
+function float(value) {
+    return Number.isFinite(value) ? value : { NaN: "nan", Infinity: "inf", "-Infinity": "-inf" }[String(value)];
+}
 
 class Model {
     constructor(mox, bytes) {
@@ -215,8 +217,8 @@ function dumpOf(file) {
 
 // Empty entries as a writer leaves them are not in a dump.
 function withoutEmptyEntries(blocks) {
-    return blocks.filter(({ name, length, flags, reserved, number, id }) => name !== "\u000bEmpty Block " || length !== 0
-        || flags !== 0 || reserved !== 0 || number !== (id + 1) % 256);
+    return blocks.filter(({ name, length, flags, reserved, number, id }) => name !== "\u000bEmpty Block "
+        || length !== 0 || flags !== 0 || reserved !== 0 || number !== (id + 1) % 256);
 }
 
 const [description, ...folders] = process.argv.slice(2);
