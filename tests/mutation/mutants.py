@@ -277,6 +277,8 @@ class Source:
             text = match["text"]
             if NOT_A_STATEMENT.match(text) or text.count("(") != text.count(")"):
                 continue
+            if self.path.endswith(".h") and len(match["indent"]) < 8:  # a member's declaration
+                continue
             if self.ends_a_statement(number - 1):
                 yield number, match["indent"], text
 

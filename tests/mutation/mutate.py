@@ -37,7 +37,7 @@ PROGRAMS = ["unit_tests", "api_tests", "golden_tests", "roundtrip_tests", "rando
 RANDOM_SEQUENCES = "100"
 LIBRARIES = ["-lgtest_main", "-lgmock", "-lgtest", "-lz", "-lpthread"]
 # Of processor time of one process. Ends mutants that run forever.
-CPU_SECONDS = 60
+CPU_SECONDS = 20
 ADDRESS_SPACE = 24 << 30
 COMPILED = re.compile(r"mutant(\d+)/")
 

@@ -844,8 +844,11 @@ TEST_F(IndexFile, SecondCloseOfCompressedBlocksTouchesNoFreedMemory) {
     put("a", Bytes().fill(1000, 7));
     index.SetBlockFlags("a", compressed);
     writeAll();
+    const ByteVector first = file();
     EXPECT_NO_THROW(writeAll());
     EXPECT_EQ(block(0).GetData(), nullptr);
+    // There is nothing to compress again: the length stays as it was.
+    EXPECT_EQ(file(), first);
 }
 
 TEST_F(IndexFile, CloseThatFailsHalfwayFailsAgainAtTheFirstFrozenBlock) {

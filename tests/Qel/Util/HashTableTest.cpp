@@ -101,6 +101,15 @@ TEST_F(HashTable, NothingIsLostThoughAllHashesHaveOneHome) {
     EXPECT_EQ(numbersOf(count * farApart), Numbers());
 }
 
+// Half of the slots are taken before the table grows.
+TEST_F(HashTable, SearchEndsInATableThatIsAsFullAsItGets) {
+    for (std::uint32_t i = 0; i < 8; ++i) {
+        table.Add(i * 16, i);
+    }
+    EXPECT_EQ(numbersOf(8 * 16), Numbers());
+    EXPECT_EQ(numbersOf(7 * 16), Numbers{7});
+}
+
 TEST_F(HashTable, RandomNumbersComeUpAsInAMultimap) {
     std::mt19937 random(1);
     std::multimap<std::uint32_t, std::uint32_t> model;
