@@ -33,7 +33,7 @@ HDF5 = b"\x89HDF\r\n\x1a\n"
 
 
 def flip_bits(data, chance):
-    for _ in range(chance.randrange(1, 9)):
+    for _ in range(chance.randrange(1, 4)):
         data[chance.randrange(len(data))] ^= 1 << chance.randrange(8)
 
 
@@ -114,7 +114,7 @@ def damage(path, data, chance):
             path.write_bytes(data)
     changed = bytearray(data)
     edits = ANY + (change_line, change_line, change_line) if data.startswith(b"$") else ANY
-    for _ in range(chance.choice((1, 1, 1, 2, 4))):
+    for _ in range(chance.choice((1, 1, 1, 1, 2))):
         if changed:
             chance.choice(edits)(changed, chance)
     path.write_bytes(changed)
