@@ -9,4 +9,4 @@ set(ZLIB_INCLUDE_DIR /usr/include CACHE PATH "")
 set(ZLIB_LIBRARY /usr/lib/aarch64-linux-gnu/libz.so CACHE FILEPATH "")
 include(${CMAKE_CURRENT_LIST_DIR}/debianPackages.cmake)
 
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64)
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64 -L /usr/aarch64-linux-gnu)
