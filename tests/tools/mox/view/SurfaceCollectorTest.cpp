@@ -9,10 +9,10 @@ namespace {
 
 using MoxTool::ModelMesh;
 using MoxTool::Surface;
-using Corners = std::vector<std::uint32_t>;
+using SurfaceIds = std::vector<std::uint32_t>;
 
 /// Adds a part whose elements all have as many nodes.
-void addPart(ModelMesh& mesh, int dimension, std::size_t nodesPerElement, const Corners& nodes) {
+void addPart(ModelMesh& mesh, int dimension, std::size_t nodesPerElement, const SurfaceIds& nodes) {
     MoxTool::MeshPart part;
     part.dimension = dimension;
     part.firstElement = mesh.elementCount();
@@ -45,8 +45,8 @@ ModelMesh twoCubes() {
     return mesh;
 }
 
-const Corners FirstCube = {0, 4, 5, 1, 3, 7, 6, 2};
-const Corners SecondCube = {4, 8, 9, 5, 7, 11, 10, 6};
+const SurfaceIds FirstCube = {0, 4, 5, 1, 3, 7, 6, 2};
+const SurfaceIds SecondCube = {4, 8, 9, 5, 7, 11, 10, 6};
 
 Surface surfaceOf(const ModelMesh& mesh) {
     return MoxTool::SurfaceCollector(mesh).collect();
@@ -71,7 +71,7 @@ TEST(SurfaceCollector, OneCubeHasTwelveTrianglesAndTwelveEdges) {
     auto mesh = twoCubes();
     addPart(mesh, 3, 8, FirstCube);
     const auto surface = surfaceOf(mesh);
-    EXPECT_EQ(surface.nodes, (Corners{0, 1, 2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(surface.nodes, (SurfaceIds{0, 1, 2, 3, 4, 5, 6, 7}));
     EXPECT_EQ(surface.triangles.elements.size(), 12U);
     EXPECT_EQ(surface.edges.elements.size(), 12U);
     EXPECT_EQ(surface.outline.elements.size(), 12U);
@@ -87,7 +87,7 @@ TEST(SurfaceCollector, FaceThatTwoElementsShareIsInside) {
     EXPECT_DOUBLE_EQ(areaOf(surface, mesh), 10);
     EXPECT_EQ(surface.edges.elements.size(), 20U);
     EXPECT_EQ(surface.outline.elements.size(), 16U) << "the four edges between the cubes lie in planes";
-    EXPECT_EQ(surface.elements, (Corners{0, 1}));
+    EXPECT_EQ(surface.elements, (SurfaceIds{0, 1}));
 }
 
 TEST(SurfaceCollector, PartsThatTouchAreBothClosed) {
@@ -96,7 +96,7 @@ TEST(SurfaceCollector, PartsThatTouchAreBothClosed) {
     addPart(mesh, 3, 8, SecondCube);
     const auto surface = surfaceOf(mesh);
     EXPECT_DOUBLE_EQ(areaOf(surface, mesh), 12);
-    EXPECT_EQ(surface.partEnds, (Corners{1, 2}));
+    EXPECT_EQ(surface.partEnds, (SurfaceIds{1, 2}));
 }
 
 TEST(SurfaceCollector, ElementInsideIsNotShown) {
@@ -110,7 +110,7 @@ TEST(SurfaceCollector, ElementInsideIsNotShown) {
             }
         }
     }
-    Corners nodes;
+    SurfaceIds nodes;
     for (std::uint32_t cube = 0; cube < 27; ++cube) {
         const auto first = cube % 3 + cube / 3 % 3 * 4 + cube / 9 * 16;
         for (const std::uint32_t offset : {0U, 1U, 5U, 4U, 16U, 17U, 21U, 20U}) {
@@ -136,9 +136,9 @@ TEST(SurfaceCollector, TrianglesReferToTheirElements) {
     auto mesh = twoCubes();
     addPart(mesh, 2, 3, {0, 1, 2, 4, 5, 6});
     const auto surface = surfaceOf(mesh);
-    EXPECT_EQ(surface.nodes, (Corners{0, 1, 2, 4, 5, 6}));
-    EXPECT_EQ(surface.triangles.nodes, (Corners{0, 1, 2, 3, 4, 5}));
-    EXPECT_EQ(surface.triangles.elements, (Corners{0, 1}));
+    EXPECT_EQ(surface.nodes, (SurfaceIds{0, 1, 2, 4, 5, 6}));
+    EXPECT_EQ(surface.triangles.nodes, (SurfaceIds{0, 1, 2, 3, 4, 5}));
+    EXPECT_EQ(surface.triangles.elements, (SurfaceIds{0, 1}));
     EXPECT_EQ(surface.edges.elements.size(), 6U);
 }
 
@@ -166,9 +166,9 @@ TEST(SurfaceCollector, BeamsAreLinesThroughTheirMiddleNode) {
     addPart(mesh, 1, 2, {0, 4, 4, 8});
     addPart(mesh, 1, 3, {1, 9, 5});
     const auto surface = surfaceOf(mesh);
-    EXPECT_EQ(surface.nodes, (Corners{0, 1, 4, 5, 8, 9}));
-    EXPECT_EQ(surface.lines.nodes, (Corners{0, 2, 2, 4, 1, 3, 3, 5}));
-    EXPECT_EQ(surface.lines.elements, (Corners{0, 1, 2, 2}));
+    EXPECT_EQ(surface.nodes, (SurfaceIds{0, 1, 4, 5, 8, 9}));
+    EXPECT_EQ(surface.lines.nodes, (SurfaceIds{0, 2, 2, 4, 1, 3, 3, 5}));
+    EXPECT_EQ(surface.lines.elements, (SurfaceIds{0, 1, 2, 2}));
     EXPECT_TRUE(surface.triangles.nodes.empty());
     EXPECT_TRUE(surface.edges.nodes.empty());
 }
@@ -178,7 +178,7 @@ TEST(SurfaceCollector, SingleNodesAndUnknownShapesArePoints) {
     addPart(mesh, 1, 1, {3});
     addPart(mesh, 3, 7, {0, 1, 2, 4, 5, 6, 7});
     const auto surface = surfaceOf(mesh);
-    EXPECT_EQ(surface.points.elements, (Corners{0, 1, 1, 1, 1, 1, 1, 1}));
+    EXPECT_EQ(surface.points.elements, (SurfaceIds{0, 1, 1, 1, 1, 1, 1, 1}));
     EXPECT_EQ(surface.nodes.size(), 8U);
     EXPECT_EQ(surface.points.nodes.front(), 3U);
 }
@@ -192,7 +192,7 @@ TEST(SurfaceCollector, PolygonsBecomeFans) {
     block.lengths = {5};
     block.nodes = {0, 1, 2, 3, 7};
     const auto surface = surfaceOf(mesh);
-    EXPECT_EQ(surface.triangles.elements, (Corners{0, 0, 0}));
+    EXPECT_EQ(surface.triangles.elements, (SurfaceIds{0, 0, 0}));
     EXPECT_EQ(surface.edges.elements.size(), 5U);
 }
 
