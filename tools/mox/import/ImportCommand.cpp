@@ -149,6 +149,13 @@ void ImportCommand::addOptions(CommandLine& line) {
         .typeName("MIB");
     line.addFlag("-v,--verbose", verbose_, "List all names of what is not taken, not only the first ten");
     line.setDetails(ImportDetails);
+    line.setCheck([this] {
+        if (request_.keepsPieces && !allParts_ && !isFilePattern(request_.input)) {
+            throw UsageError(
+                "--pieces takes a decomposed Exodus model: a pattern such as 'run.e.4.*', or one "
+                "piece with --all-parts");
+        }
+    });
     line.explainExtra([this](const auto& extra) {
         std::vector<std::string> arguments = {request_.input, request_.output};
         arguments.insert(arguments.end(), extra.begin(), extra.end());
@@ -166,10 +173,6 @@ int ImportCommand::run(Terminal& terminal) {
 }
 
 ForeignFormat ImportCommand::format() const {
-    if (request_.keepsPieces && !request_.pieces) {
-        throw UsageError("--pieces takes a decomposed Exodus model: a pattern such as 'run.e.4.*', or one "
-                         "piece with --all-parts");
-    }
     const auto format = formatOf(request_);
     if (format != ForeignFormat::Exodus && request_.processes > 1) {
         throw Failure(request_.input, "is no Exodus II file; --jobs is for those alone");
