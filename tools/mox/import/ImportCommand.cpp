@@ -60,6 +60,8 @@ Examples:
   mox import --pieces -j 4 'run.e.64.*' run.mox
   mox import horn.msh horn.mox)";
 
+constexpr unsigned int MostProcesses = 128; // each takes a descriptor, as each open file does
+
 using Importer = ConversionSummary (*)(const ImportRequest&, Terminal&);
 
 const std::map<ForeignFormat, Importer> Importers = {{ForeignFormat::Exodus, importExodus},
@@ -150,6 +152,9 @@ void ImportCommand::addOptions(CommandLine& line) {
     line.addFlag("-v,--verbose", verbose_, "List all names of what is not taken, not only the first ten");
     line.setDetails(ImportDetails);
     line.setCheck([this] {
+        if (processes_ > MostProcesses) {
+            throw UsageError(fmt::format("--jobs: at most {} processes, not {}", MostProcesses, processes_));
+        }
         if (request_.keepsPieces && !allParts_ && !isFilePattern(request_.input)) {
             throw UsageError(
                 "--pieces takes a decomposed Exodus model: a pattern such as 'run.e.4.*', or one "

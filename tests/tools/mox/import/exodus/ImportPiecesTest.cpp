@@ -612,6 +612,15 @@ TEST_F(ImportPieces, PiecesAreKeptOfDecomposedModelsAlone) {
         << run.messages;
 }
 
+TEST_F(ImportPieces, ProcessesAreForExodusFilesAloneAndNotForThousands) {
+    std::ofstream(folder.path("horn.msh")) << "$MeshFormat\n4.1 0 8\n";
+    expectRefused({"-j", "2", folder.path("horn.msh"), out()},
+                  folder.path("horn.msh") + ": is no Exodus II file; --jobs is for those alone");
+    const auto many = runImport({"-j", "129", folder.path("horn.msh"), out()});
+    EXPECT_EQ(many.exitCode, 2);
+    EXPECT_EQ(many.messages, "mox import: --jobs: at most 128 processes, not 129 (see mox import --help)\n");
+}
+
 // Real meshes that were cut for some ranks, beside the whole ones. What differs is what the pieces say about
 // themselves: the title, the program that cut them, the letters of element types.
 struct RealMesh {
