@@ -34,7 +34,7 @@ TOOL = {
     "mesh": {"common"},
     "exodus": {"common", "mesh"},
     "import": IMPORT | {"import/exodus", "import/cgns", "import/gmsh"},
-    "import/model": {"common", "mesh", "import", "check"},  # import --check
+    "import/model": {"common", "mesh", "import", "check", "parts"},  # import --check; what processes save is joined
     "import/exodus": IMPORT,
     "import/cgns": IMPORT,
     "import/gmsh": IMPORT,

@@ -24,6 +24,11 @@ public:
     /// Where the file is to be written: no file of this name exists at first.
     const std::filesystem::path& temporaryPath() const { return temporary_.path(); }
 
+    /// Creates a folder in place of the temporary file, for what the file is put together of; another object then puts
+    /// it there. Removed with its contents as the file would be.
+    /// @throws Failure if it can't be created.
+    void createFolder() const { temporary_.createFolder(); }
+
     /// Renames the temporary file to the target, or sends its bytes there. The file must be closed.
     /// @throws Failure if the target has appeared meanwhile and must not be replaced, or if renaming or
     ///                 writing fails.

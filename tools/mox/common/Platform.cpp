@@ -11,6 +11,8 @@
 #include <cstring>
 #include <fcntl.h>
 #include <mutex>
+#include <poll.h>
+#include <set>
 #include <spawn.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
@@ -49,6 +51,11 @@ bool seekTo(std::FILE* stream, std::uint64_t offset) {
 #else
     return fseeko(stream, static_cast<off_t>(offset), SEEK_SET) == 0;
 #endif
+}
+
+void runHere(const ApartWorks& works, std::size_t place) {
+    while (!works.end(place, {works.work(place, stderr)})) {
+    }
 }
 
 } // namespace
@@ -152,8 +159,10 @@ std::string ApartOutcome::signalName() const {
     return "";
 }
 
-ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::uint64_t) {
-    return {work(stderr)};
+void runApart(const ApartWorks& works) {
+    for (std::size_t place = 0; place < works.count; ++place) {
+        runHere(works, place);
+    }
 }
 
 bool hasMissedMemory() {
@@ -201,14 +210,14 @@ sigset_t signalsThatEnd() {
     return signals;
 }
 
-// The process that does work apart. Never destroyed, since an interruption can come while this process ends.
-struct Child {
+// The processes that do work apart. Never destroyed, since an interruption can come while this process ends.
+struct Children {
     std::mutex mutex;
-    pid_t id = 0; // 0 if there is none
+    std::set<pid_t> ids;
 };
 
-Child& child() {
-    static auto& instance = *new Child;
+Children& children() {
+    static auto& instance = *new Children;
     return instance;
 }
 
@@ -219,12 +228,14 @@ void waitForEnd(pid_t id) {
     }
 }
 
-// The mutex stays locked, so that the thread that waits for the child does not take this for a crash.
-void endChild() {
-    child().mutex.lock();
-    if (child().id != 0) {
-        kill(child().id, SIGKILL);
-        waitForEnd(child().id);
+// The mutex stays locked, so that the thread that waits for the children does not take this for a crash.
+void endChildren() {
+    children().mutex.lock();
+    for (const auto id : children().ids) {
+        kill(id, SIGKILL);
+    }
+    for (const auto id : children().ids) {
+        waitForEnd(id);
     }
 }
 
@@ -236,8 +247,8 @@ struct End {
 // Nothing if it is lost, as where a parent of this process ignores the ends of children.
 std::optional<End> takeEnd(pid_t id) {
     waitForEnd(id);
-    const std::lock_guard lock(child().mutex);
-    child().id = 0;
+    const std::lock_guard lock(children().mutex);
+    children().ids.erase(id);
     End end;
     return wait4(id, &end.status, 0, &end.used) == id ? std::optional(end) : std::nullopt;
 }
@@ -331,28 +342,15 @@ bool writeAll(int target, const char* bytes, std::size_t size) {
     return true;
 }
 
-std::string readAll(int source) {
-    std::string bytes;
-    std::array<char, 65536> piece{};
-    for (;;) {
-        const auto count = read(source, piece.data(), piece.size());
-        if (count == 0 || (count < 0 && errno != EINTR)) {
-            return bytes;
-        }
-        bytes.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-    }
-}
-
 // The child itself. The parent ends it when the user ends the parent; on Linux the system does so as well.
-[[noreturn]] void live(int result, const std::function<std::string(std::FILE*)>& work,
-                       std::uint64_t mostMemory) {
+[[noreturn]] void live(int result, const ApartWorks& works, std::size_t place) {
     const auto signals = signalsThatEnd();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 #ifdef __linux__
     prctl(PR_SET_PDEATHSIG, SIGKILL);
 #endif
-    setLimits(mostMemory);
-    const auto bytes = work(setMessagesApart());
+    setLimits(works.mostMemory);
+    const auto bytes = works.work(place, setMessagesApart());
     const std::uint64_t size = bytes.size();
     const bool isWritten = writeAll(result, reinterpret_cast<const char*>(&size), sizeof(size)) &&
                            writeAll(result, bytes.data(), bytes.size());
@@ -369,6 +367,120 @@ std::optional<std::string> resultIn(const std::string& bytes) {
     std::memcpy(&size, bytes.data(), sizeof(size));
     return bytes.size() - sizeof(size) == size ? std::optional(bytes.substr(sizeof(size))) : std::nullopt;
 }
+
+// The processes of some works. Those that still run when it is destroyed are ended.
+class ApartRun {
+public:
+    explicit ApartRun(const ApartWorks& works) : works_(works) {}
+    ApartRun(const ApartRun&) = delete;
+    ApartRun& operator=(const ApartRun&) = delete;
+    ~ApartRun() {
+        for (const auto& process : running_) {
+            kill(process.id, SIGKILL);
+        }
+        for (const auto& process : running_) {
+            close(process.source);
+            (void)takeEnd(process.id);
+        }
+    }
+
+    void run() {
+        for (std::size_t next = 0; next < works_.count || !running_.empty();) {
+            while (next < works_.count && running_.size() < std::max<std::size_t>(works_.atOnce, 1)) {
+                begin(next++);
+            }
+            readFromAny();
+        }
+    }
+
+private:
+    struct Process {
+        std::size_t place;
+        pid_t id;
+        int source;
+        std::string bytes = {};
+    };
+
+    // Everything buffered is written before, since the child would write its copy as well.
+    void begin(std::size_t place) {
+        std::array<int, 2> ends{};
+        std::fflush(nullptr);
+        running_.reserve(running_.size() + 1);
+        if (pipe(ends.data()) != 0) {
+            runHere(works_, place);
+            return;
+        }
+        const auto [source, target] = ends;
+        std::unique_lock lock(children().mutex);
+        const auto id = fork();
+        if (id == 0) {
+            close(source);
+            live(target, works_, place);
+        }
+        if (id > 0) {
+            children().ids.insert(id);
+        }
+        lock.unlock();
+        close(target);
+        if (id < 0) {
+            close(source);
+            runHere(works_, place);
+            return;
+        }
+        running_.push_back({place, id, source});
+    }
+
+    void readFromAny() {
+        std::vector<pollfd> sources;
+        for (const auto& process : running_) {
+            sources.push_back({process.source, POLLIN, 0});
+        }
+        if (poll(sources.data(), static_cast<nfds_t>(sources.size()), -1) <= 0) {
+            return;
+        }
+        for (auto i = sources.size(); i-- > 0;) {
+            if (sources[i].revents != 0 && !readSome(running_[i])) {
+                finish(i);
+            }
+        }
+    }
+
+    // Returns false at the end.
+    static bool readSome(Process& process) {
+        std::array<char, 65536> piece{};
+        const auto count = read(process.source, piece.data(), piece.size());
+        process.bytes.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        return count > 0 || (count < 0 && errno == EINTR);
+    }
+
+    void finish(std::size_t index) {
+        const auto process = std::move(running_[index]);
+        running_.erase(running_.begin() + static_cast<std::ptrdiff_t>(index));
+        close(process.source);
+        if (!works_.end(process.place, outcomeOf(process))) {
+            begin(process.place);
+        }
+    }
+
+    static ApartOutcome outcomeOf(const Process& process) {
+        const auto end = takeEnd(process.id);
+        if (!end) {
+            return {resultIn(process.bytes)};
+        }
+        ApartOutcome outcome;
+        outcome.mostMemory = mostMemoryOf(end->used);
+        if (WIFSIGNALED(end->status)) {
+            outcome.signal = WTERMSIG(end->status);
+        } else if (WEXITSTATUS(end->status) == 0) {
+            outcome.result = resultIn(process.bytes);
+        }
+        outcome.hasMissedMemory = WIFEXITED(end->status) && WEXITSTATUS(end->status) == MissedMemory;
+        return outcome;
+    }
+
+    const ApartWorks& works_;
+    std::vector<Process> running_;
+};
 
 } // namespace
 
@@ -407,7 +519,7 @@ void runAtInterruption(std::function<void()> function) {
     std::thread([signals, run = std::move(function)] {
         int signal = 0;
         sigwait(&signals, &signal);
-        endChild();
+        endChildren();
         run();
         pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
         std::raise(signal);
@@ -426,42 +538,8 @@ std::string ApartOutcome::signalName() const {
     return strsignal(signal);
 }
 
-// Everything buffered is written before, since the child would write its copy as well.
-ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::uint64_t mostMemory) {
-    std::array<int, 2> ends{};
-    std::fflush(nullptr);
-    if (pipe(ends.data()) != 0) {
-        return {work(stderr)};
-    }
-    const auto [source, target] = ends;
-    std::unique_lock lock(child().mutex);
-    const auto id = fork();
-    if (id == 0) {
-        close(source);
-        live(target, work, mostMemory);
-    }
-    child().id = std::max<pid_t>(id, 0);
-    lock.unlock();
-    close(target);
-    if (id < 0) {
-        close(source);
-        return {work(stderr)};
-    }
-    const auto bytes = readAll(source);
-    close(source);
-    const auto end = takeEnd(id);
-    if (!end) {
-        return {resultIn(bytes)};
-    }
-    ApartOutcome outcome;
-    outcome.mostMemory = mostMemoryOf(end->used);
-    if (WIFSIGNALED(end->status)) {
-        outcome.signal = WTERMSIG(end->status);
-    } else if (WEXITSTATUS(end->status) == 0) {
-        outcome.result = resultIn(bytes);
-    }
-    outcome.hasMissedMemory = WIFEXITED(end->status) && WEXITSTATUS(end->status) == MissedMemory;
-    return outcome;
+void runApart(const ApartWorks& works) {
+    ApartRun(works).run();
 }
 
 bool hasMissedMemory() {

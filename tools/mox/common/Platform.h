@@ -47,16 +47,27 @@ struct ApartOutcome {
     std::string signalName() const;
 };
 
-/// Does work in a process of its own, so that this one survives a crash of it, and waits for it. What the work
-/// changes in memory is lost. When this process is ended from outside, the other one is ended before the
-/// function given to runAtInterruption() is called. On systems without such processes, or if none can be made,
-/// the work is done in this one.
+/// Works that are done apart, each by its place from 0.
+struct ApartWorks {
+    std::size_t count = 1;
+    std::size_t atOnce = 1; ///< The most processes at a time; begun in the order of the works.
+    /// Gets the place and the stream of messages to the user, since nothing else that is written to stderr, such as the
+    /// last words of a crashed library, reaches them. Throws nothing.
+    std::function<std::string(std::size_t, std::FILE*)> work;
+    /// Called in this process at the end of a work. @return whether it is done; otherwise it is begun again.
+    std::function<bool(std::size_t, const ApartOutcome&)> end;
+    /// The memory that each may take, in bytes; 0 for no bound. Not held where the program is built with a sanitizer
+    /// that needs far more.
+    std::uint64_t mostMemory = 0;
+};
+
+/// Does works in processes of their own, so that this one survives a crash of them, and waits for all. What they change
+/// in memory is lost. When this process is ended from outside, they are ended before the function given to
+/// runAtInterruption() is called. On systems without such processes, or if none can be made, a work is done in this
+/// one.
 ///
-/// @param work       Gets the stream of messages to the user, since nothing else that is written to stderr, such
-///                   as the last words of a crashed library, reaches them. Throws nothing.
-/// @param mostMemory The memory that the work may take, in bytes; 0 for no bound. Not held where the program is
-///                   built with a sanitizer that needs far more.
-ApartOutcome runApart(const std::function<std::string(std::FILE*)>& work, std::uint64_t mostMemory);
+/// @throws what `end` throws; the processes that are left have ended by then.
+void runApart(const ApartWorks& works);
 
 /// To be called in the work: whether the last call that failed was an allocation. Libraries often report that
 /// as something else.

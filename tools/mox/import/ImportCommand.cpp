@@ -5,6 +5,7 @@
 #include "../common/Platform.h"
 #include "../common/StepChoice.h"
 #include "../common/Terminal.h"
+#include "../common/UsageError.h"
 #include "../common/visibleText.h"
 #include "PieceFiles.h"
 #include "cgns/importCgns.h"
@@ -47,6 +48,7 @@ keep their names in the model: the seventh is "Step 7" also where it is the firs
 
 The pieces of a decomposed Exodus model, such as run.e.4.0 to run.e.4.3, become the whole again with
 --all-parts, or by a pattern in quotes that matches them all. Nodes that pieces share are there once.
+With --pieces they stay apart, as shapes such as "Web piece 0".
 
 Examples:
   mox import bracket.e bracket.mox
@@ -55,7 +57,10 @@ Examples:
   mox import --block 'web*' --variable 'stress_*' --step 7:last bracket.e end.mox
   mox import 'run.e.4.*' run.mox
   mox import --all-parts run.e.4.0 run.mox
+  mox import --pieces -j 4 'run.e.64.*' run.mox
   mox import horn.msh horn.mox)";
+
+constexpr unsigned int MostProcesses = 128; // each takes a descriptor, as each open file does
 
 using Importer = ConversionSummary (*)(const ImportRequest&, Terminal&);
 
@@ -118,6 +123,11 @@ void ImportCommand::addOptions(CommandLine& line) {
     line.addFlag(
         "--all-parts", allParts_,
         "MODEL is one piece of a decomposed Exodus model, such as run.e.4.0: take all of them as one");
+    line.addFlag("--pieces", request_.keepsPieces,
+                 "Keep the pieces apart: each shape is of one piece, which its name says");
+    line.add("-j,--jobs", processes_,
+             "Import with so many processes at once: of pieces with --pieces, else of steps; Exodus II alone")
+        .positive();
     line.add("--compressor", compressor_,
              "What compresses the result: zlib, or deflate, which takes about half the time; the content is "
              "the same")
@@ -141,6 +151,16 @@ void ImportCommand::addOptions(CommandLine& line) {
         .typeName("MIB");
     line.addFlag("-v,--verbose", verbose_, "List all names of what is not taken, not only the first ten");
     line.setDetails(ImportDetails);
+    line.setCheck([this] {
+        if (processes_ > MostProcesses) {
+            throw UsageError(fmt::format("--jobs: at most {} processes, not {}", MostProcesses, processes_));
+        }
+        if (request_.keepsPieces && !allParts_ && !isFilePattern(request_.input)) {
+            throw UsageError(
+                "--pieces takes a decomposed Exodus model: a pattern such as 'run.e.4.*', or one "
+                "piece with --all-parts");
+        }
+    });
     line.explainExtra([this](const auto& extra) {
         std::vector<std::string> arguments = {request_.input, request_.output};
         arguments.insert(arguments.end(), extra.begin(), extra.end());
@@ -151,9 +171,18 @@ void ImportCommand::addOptions(CommandLine& line) {
 int ImportCommand::run(Terminal& terminal) {
     Compressor::choose(compressor_);
     request_.mostMemory = memory_ > UINT64_MAX / Mebibyte ? 0 : memory_ * Mebibyte;
+    request_.processes = processes_;
     findPieces();
-    Importers.at(formatOf(request_))(request_, terminal).print(terminal, verbose_);
+    Importers.at(format())(request_, terminal).print(terminal, verbose_);
     return 0;
+}
+
+ForeignFormat ImportCommand::format() const {
+    const auto format = formatOf(request_);
+    if (format != ForeignFormat::Exodus && request_.processes > 1) {
+        throw Failure(request_.input, "is no Exodus II file; --jobs is for those alone");
+    }
+    return format;
 }
 
 void ImportCommand::findPieces() {

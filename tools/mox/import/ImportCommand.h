@@ -3,6 +3,7 @@
 #include "../common/Command.h"
 #include "Compressor.h"
 #include "ImportRequest.h"
+#include "importFormatOf.h"
 
 #include <string>
 
@@ -20,11 +21,13 @@ public:
 
 private:
     void findPieces();
+    ForeignFormat format() const;
 
     ImportRequest request_;
     std::string compressor_ = Compressor::preferred();
     bool allParts_ = false;
     bool verbose_ = false;
+    unsigned int processes_ = 1;
     unsigned long long memory_; // in MiB
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ImportShare.h"
 #include "PieceFiles.h"
 
 #include <cstdint>
@@ -22,6 +23,10 @@ struct ImportRequest {
 
     /// The files of a decomposed model, which become one; the input is then what the user has called them.
     std::optional<PieceFiles> pieces = {};
+
+    bool keepsPieces = false;  ///< The shapes of pieces stay apart.
+    std::size_t processes = 1; ///< The most that share the work.
+    ImportShare share = {};    ///< What of the input is written.
 
     // What is taken; everything of a kind of which nothing is named.
     std::vector<std::string> blocks = {};    ///< Names or ids, with * and ?.

@@ -55,6 +55,9 @@ public:
         summary_.nodes = joined_.tree().GetNodes().size();
         summary_.numberBytes = joined_.heavySize();
         joined_.save(by_.value_or(SavedBy{.sourceName = "mox join", .sourceVersion = MOX_VERSION}));
+        if (request_.review) {
+            request_.review(output_.temporaryPath().string());
+        }
         output_.commit();
         return std::move(summary_);
     }

@@ -21,6 +21,8 @@ struct JoinRequest {
     /// shapes; see expandPlaceholders(). Empty to do neither.
     std::string under = {};
     std::string suffix = {};
+    /// Called with the path of the whole new file before it gets its name, unless empty. May throw to prevent that.
+    std::function<void(const std::string&)> review = {};
 };
 
 /// What came of it.

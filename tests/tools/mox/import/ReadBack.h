@@ -49,6 +49,8 @@ public:
     std::vector<std::uint32_t> integers(const MoxReader::Dataset& dataset) {
         return heavy_.readUnsigned(dataset);
     }
+    /// The numbers as the file has them, of any type.
+    std::vector<std::uint8_t> bytes(const MoxReader::Dataset& dataset) { return heavy_.readBytes(dataset); }
 
 private:
     static const MoxReader::Dataset* find(const MoxReader::Node& geometry, const std::string& name,

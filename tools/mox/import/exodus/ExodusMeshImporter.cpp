@@ -117,6 +117,11 @@ ExodusMesh ExodusMeshImporter::run() {
 void ExodusMeshImporter::addRoot() {
     const std::string title = file_.counts().title;
     const auto stem = std::filesystem::path(file_.path()).stem().string();
+    target_.choices.steps.resolve(stepsAt(file_.times()));
+    if (const auto& root = target_.share.rootOfPiece) {
+        target_.model.addNode(Qel::Mox2::NodeType::RootGroup, *root);
+        return;
+    }
     target_.model.addNode(Qel::Mox2::NodeType::RootGroup, title.empty() ? stem : title, rootAttributes());
 }
 
@@ -134,7 +139,6 @@ Qel::Mox2::Attributes ExodusMeshImporter::rootAttributes() const {
     setNumber(attributes, AttributeNames::NodeSets, counts.num_node_sets);
     setNumber(attributes, AttributeNames::SideSets, counts.num_side_sets);
     setNumber(attributes, AttributeNames::Steps, static_cast<std::int64_t>(file_.times().size()));
-    target_.choices.steps.resolve(stepsAt(file_.times()));
     if (!hasResults(file_, target_.choices)) {
         setTimes(attributes, file_.times(), target_.choices.steps);
     }
@@ -169,7 +173,8 @@ void ExodusMeshImporter::addParts() {
 
 ExodusPart ExodusMeshImporter::addPart(std::size_t blockIndex, int dimension) {
     const auto& block = file_.blocks()[blockIndex];
-    const auto geometry = target_.shapes.addShape(1, blockName(block), blockIndex);
+    const auto geometry =
+        target_.share.hasShapes ? target_.shapes.addShape(1, blockName(block), blockIndex) : 0;
     return {&block, blockIndex, dimension, geometry};
 }
 
@@ -177,6 +182,9 @@ void ExodusMeshImporter::addNodes() {
     const auto count = file_.counts().num_nodes;
     if (mesh_.parts.empty()) {
         target_.summary.addSkipped("nodes, since there is no element block to hold them", count);
+        return;
+    }
+    if (!target_.share.hasMesh()) {
         return;
     }
     RealTable coordinates(static_cast<std::size_t>(count), 3);
@@ -191,6 +199,9 @@ void ExodusMeshImporter::addNodes() {
 }
 
 void ExodusMeshImporter::addAllElements() {
+    if (!target_.share.hasMesh()) {
+        return;
+    }
     const auto ids = file_.idMap(EX_ELEM_MAP, file_.counts().num_elem);
     for (const auto& part : mesh_.parts) {
         const auto first = static_cast<std::size_t>(part.block->firstElement);

@@ -42,16 +42,27 @@ void ExodusResultImporter::run() {
         target_.summary.addNote("the steps have no results; their times are attributes of the root");
         return;
     }
-    for (std::size_t step = 0; step < file_.times().size(); ++step) {
-        if (!target_.choices.steps.takes(step)) {
+    const auto steps = chosenSteps();
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        if (!target_.share.hasStep(i, steps.size())) {
             continue;
         }
         target_.terminal.progress("importing results",
-                                  static_cast<double>(step) / static_cast<double>(file_.times().size()));
-        addStep(step);
+                                  static_cast<double>(i) / static_cast<double>(steps.size()));
+        addStep(steps[i]);
         ++target_.summary.steps;
     }
     target_.terminal.clearProgress();
+}
+
+std::vector<std::size_t> ExodusResultImporter::chosenSteps() const {
+    std::vector<std::size_t> steps;
+    for (std::size_t step = 0; step < file_.times().size(); ++step) {
+        if (target_.choices.steps.takes(step)) {
+            steps.push_back(step);
+        }
+    }
+    return steps;
 }
 
 bool ExodusResultImporter::hasResults() const {

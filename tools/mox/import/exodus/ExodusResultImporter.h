@@ -35,6 +35,7 @@ private:
     };
 
     void planBatches();
+    std::vector<std::size_t> chosenSteps() const;
     bool hasResults() const;
     ResultPlan planNodes();
     void planElements(const ExodusPart& part, const std::vector<int>& truthTable, ResultPlan plan);

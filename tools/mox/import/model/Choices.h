@@ -13,7 +13,8 @@ struct Choices {
     explicit Choices(const ImportRequest& request)
         : blocks("block", request.blocks),
           variables("variable", request.variables),
-          steps(request.input, request.steps) {}
+          steps(request.input, request.steps),
+          areNeeded_(!request.share.rootOfPiece) {}
 
     Choice blocks;
     Choice variables;
@@ -22,9 +23,14 @@ struct Choices {
     /// To be called when all blocks and variables of the file have been asked for.
     /// @throws Failure if something that the user has named is not there.
     void check(const std::string& path) const {
-        blocks.check(path);
-        variables.check(path);
+        if (areNeeded_) {
+            blocks.check(path);
+            variables.check(path);
+        }
     }
+
+private:
+    bool areNeeded_;
 };
 
 } // namespace MoxTool

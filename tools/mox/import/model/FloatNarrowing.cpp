@@ -26,6 +26,13 @@ float FloatNarrowing::narrow(double value) {
     return result;
 }
 
+void FloatNarrowing::add(const FloatNarrowing& other) {
+    rounded_ += other.rounded_;
+    tooLarge_ += other.tooLarge_;
+    tooSmall_ += other.tooSmall_;
+    largestRelativeLoss_ = std::max(largestRelativeLoss_, other.largestRelativeLoss_);
+}
+
 std::vector<std::string> FloatNarrowing::report() const {
     std::vector<std::string> sentences;
     if (rounded_ > 0) {

@@ -12,6 +12,9 @@ public:
     /// The nearest float; infinite for numbers beyond its range.
     float narrow(double value);
 
+    /// Adds what another one has lost.
+    void add(const FloatNarrowing& other);
+
     /// What was lost, one sentence for each kind of loss; empty if every number was preserved.
     std::vector<std::string> report() const;
 

@@ -21,6 +21,7 @@ struct ImportTarget {
                  ConversionSummary& results)
         : limits(request.input),
           choices(request),
+          share(request.share),
           model(output),
           datasets(output, results),
           shapes(output, results),
@@ -29,6 +30,7 @@ struct ImportTarget {
 
     ImportLimits limits;
     Choices choices;
+    const ImportShare& share; ///< What of the input is written.
     Qel::Mox2::Model& model;
     DatasetWriter datasets;
     ShapeWriter shapes;

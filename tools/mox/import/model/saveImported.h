@@ -2,15 +2,11 @@
 
 #include "../../common/ConversionSummary.h"
 #include "../ImportRequest.h"
-#include "ImportTarget.h"
+#include "saveApart.h"
 
-#include <functional>
 #include <string>
 
 namespace MoxTool {
-
-/// Puts the contents of an input file into a target, and notes what it took and what it did not.
-using ModelFiller = std::function<void(ImportTarget&)>;
 
 /// Saves a model under the name that the request gives, once it is complete: the part of an import that is
 /// the same for each kind of input.

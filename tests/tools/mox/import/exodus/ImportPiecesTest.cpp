@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <numeric>
 
@@ -466,6 +467,160 @@ TEST_F(ImportPieces, OutputCanNotReplaceAPiece) {
     EXPECT_EQ(run.messages, "mox import: " + piece("4.3") + ": is the input itself\n");
 }
 
+// What `mox diff` says of two files; nothing if they are alike. The order of datasets counts too.
+std::string differenceOf(const std::string& left, const std::string& right) {
+    const auto diff = runMox({"diff", left, right});
+    const auto isInOrder = runMox({"tree", left}).output == runMox({"tree", right}).output;
+    return diff.output + diff.messages + (isInOrder ? "" : "another order");
+}
+
+// Checks that the shapes of a file are those of the files of single pieces, in their order, number for number.
+void expectShapesOf(const std::string& joined, const std::vector<std::string>& pieces) {
+    ReadBack all(joined);
+    const auto found = all.geometries();
+    std::size_t next = 0;
+    for (std::size_t rank = 0; rank < pieces.size(); ++rank) {
+        ReadBack piece(pieces[rank]);
+        for (const auto* expected : piece.geometries()) {
+            ASSERT_LT(next, found.size());
+            const auto& geometry = *found[next++];
+            EXPECT_EQ(geometry.name, expected->name + " piece " + std::to_string(rank));
+            const auto& datasets = expected->geometry()->datasets;
+            ASSERT_EQ(geometry.geometry()->datasets.size(), datasets.size());
+            for (std::size_t i = 0; i < datasets.size(); ++i) {
+                const auto& dataset = geometry.geometry()->datasets[i];
+                EXPECT_EQ(dataset.key, datasets[i].key);
+                EXPECT_EQ(all.bytes(dataset), piece.bytes(datasets[i])) << dataset.name;
+                EXPECT_EQ(all.attributes(dataset), piece.attributes(datasets[i])) << dataset.name;
+            }
+        }
+    }
+    EXPECT_EQ(next, found.size());
+}
+
+// Imports each piece by itself. Returns the paths of the new files.
+std::vector<std::string> importSingly(const Support::TemporaryFolder& folder, const std::string& pieces,
+                                      std::size_t count) {
+    std::vector<std::string> files;
+    for (std::size_t rank = 0; rank < count; ++rank) {
+        files.push_back(folder.path("single" + std::to_string(rank) + ".mox"));
+        const auto run = runImport({pieces + std::to_string(rank), files.back()});
+        EXPECT_EQ(run.exitCode, 0) << run.messages;
+    }
+    return files;
+}
+
+TEST_F(ImportPieces, PiecesThatAreKeptHaveTheNumbersOfTheirFiles) {
+    cut({4, byColumns});
+    const auto run = runImport({"--pieces", "--check", piece("4.*"), out()});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_TRUE(run.says(out() + ": shapes: 8, nodes: 50, elements: 24, steps: 3, ")) << run.messages;
+    expectShapesOf(out(), importSingly(folder, piece("4."), 4));
+}
+
+TEST_F(ImportPieces, RootOfPiecesThatAreKeptIsThatOfTheWhole) {
+    cut({.pieces = 4, .pieceOf = byColumns, .hasOwnTitles = true});
+    ASSERT_EQ(runImport({piece("4.*"), folder.path("whole.mox")}).exitCode, 0);
+    ASSERT_EQ(runImport({"--pieces", piece("4.*"), out()}).exitCode, 0);
+    const ReadBack whole(folder.path("whole.mox"));
+    const ReadBack kept(out());
+    EXPECT_EQ(kept.model().root().name, "run");
+    EXPECT_EQ(kept.model().root().group()->attributes, whole.model().root().group()->attributes);
+}
+
+TEST_F(ImportPieces, PiecesWithoutElementsAreKeptWithoutShapes) {
+    cut({6, byColumns});
+    const auto run = runImport({"--pieces", "--all-parts", piece("6.5"), out()});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    EXPECT_TRUE(run.says("shapes: 8, nodes: 50, elements: 24, steps: 3, ")) << run.messages;
+    EXPECT_FALSE(run.says("no element block")) << run.messages;
+    EXPECT_FALSE(run.says("note:")) << run.messages;
+}
+
+TEST_F(ImportPieces, ProcessesMakeTheSameFileOfPiecesThatAreKept) {
+    cut({4, byColumns});
+    const auto one = runImport({"--pieces", piece("4.*"), folder.path("one.mox")});
+    const auto three = runImport({"--pieces", "-j", "3", piece("4.*"), out()});
+    ASSERT_EQ(three.exitCode, 0) << three.messages;
+    EXPECT_EQ(differenceOf(folder.path("one.mox"), out()), "");
+    EXPECT_EQ(three.messages.substr(out().size()), one.messages.substr(folder.path("one.mox").size()));
+    EXPECT_EQ(fs::file_size(folder.path("one.mox")), fs::file_size(out()));
+}
+
+TEST_F(ImportPieces, ProcessesThatShareTheStepsMakeTheSameFile) {
+    cut({4, byColumns});
+    const auto one = runImport({piece("4.*"), folder.path("one.mox")});
+    ASSERT_EQ(one.exitCode, 0) << one.messages;
+    for (const char* processes : {"2", "3", "5"}) {
+        const auto run = runImport({"--overwrite", "--check", "--jobs", processes, piece("4.*"), out()});
+        ASSERT_EQ(run.exitCode, 0) << run.messages;
+        EXPECT_EQ(differenceOf(folder.path("one.mox"), out()), "") << processes;
+        EXPECT_EQ(run.messages.substr(out().size()), one.messages.substr(folder.path("one.mox").size()));
+    }
+}
+
+TEST_F(ImportPieces, ChoiceNeedNotBeInEachPieceThatIsKept) {
+    cut({2, [](std::size_t element) { return element < Columns * Rows / 2 ? 1U : 0U; }});
+    const std::vector<std::string> choice = {"--pieces", "--block", "upper", "--variable",
+                                             "damage",   "--step",  "2",     piece("2.*")};
+    auto arguments = choice;
+    arguments.push_back(out());
+    const auto run = runImport(arguments);
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    const ReadBack kept(out());
+    ASSERT_EQ(kept.geometries().size(), 1U);
+    EXPECT_EQ(kept.geometries().front()->name, "upper piece 0");
+    EXPECT_TRUE(ReadBack::has(*kept.geometries().front(), "damage", "Step 2"));
+    EXPECT_FALSE(ReadBack::has(*kept.geometries().front(), "damage", "Step 1"));
+    EXPECT_FALSE(ReadBack::has(*kept.geometries().front(), "heat", "Step 2"));
+    fs::remove(out());
+    const auto wrong = runImport({"--pieces", "--block", "web", piece("2.*"), out()});
+    EXPECT_EQ(wrong.exitCode, 1);
+    EXPECT_TRUE(wrong.says("web")) << wrong.messages;
+    EXPECT_FALSE(fs::exists(out()));
+}
+
+TEST_F(ImportPieces, DamagedPieceThatIsToBeKeptLeavesNothing) {
+    cut({4, byColumns});
+    fs::resize_file(piece("4.2"), fs::file_size(piece("4.2")) / 2);
+    const auto before = folder.files();
+    for (const char* processes : {"1", "3"}) {
+        const auto run = runImport({"--pieces", "-j", processes, piece("4.*"), out()});
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_TRUE(run.says("mox import: " + piece("4.2") + ": damaged")) << run.messages;
+        EXPECT_EQ(folder.files(), before);
+    }
+}
+
+TEST_F(ImportPieces, OutputOfPiecesThatAreKeptIsReplacedOnlyWithOverwrite) {
+    cut({4, byColumns});
+    std::ofstream(out()) << "old";
+    const auto run = runImport({"--pieces", piece("4.*"), out()});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.messages, "mox import: " + out() + ": exists already; --overwrite replaces it\n");
+    EXPECT_EQ(folder.read("out.mox"), "old");
+    EXPECT_EQ(runImport({"--overwrite", "--pieces", piece("4.*"), out()}).exitCode, 0);
+    EXPECT_EQ(ReadBack(out()).geometries().size(), 8U);
+}
+
+TEST_F(ImportPieces, PiecesAreKeptOfDecomposedModelsAlone) {
+    cut({2, byColumns});
+    const auto run = runImport({"--pieces", piece("2.0"), out()});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.says("--pieces takes a decomposed Exodus model: a pattern such as 'run.e.4.*', or one "
+                         "piece with --all-parts"))
+        << run.messages;
+}
+
+TEST_F(ImportPieces, ProcessesAreForExodusFilesAloneAndNotForThousands) {
+    std::ofstream(folder.path("horn.msh")) << "$MeshFormat\n4.1 0 8\n";
+    expectRefused({"-j", "2", folder.path("horn.msh"), out()},
+                  folder.path("horn.msh") + ": is no Exodus II file; --jobs is for those alone");
+    const auto many = runImport({"-j", "129", folder.path("horn.msh"), out()});
+    EXPECT_EQ(many.exitCode, 2);
+    EXPECT_EQ(many.messages, "mox import: --jobs: at most 128 processes, not 129 (see mox import --help)\n");
+}
+
 // Real meshes that were cut for some ranks, beside the whole ones. What differs is what the pieces say about
 // themselves: the title, the program that cut them, the letters of element types.
 struct RealMesh {
@@ -498,6 +653,20 @@ TEST_P(ImportRealPieces, HaveEveryNumberOfTheWholeFile) {
                 << name;
         }
     }
+}
+
+TEST_P(ImportRealPieces, AreKeptWithEveryNumberOfTheirFiles) {
+    const std::string data = std::string(MOXWRITER_DATA_DIR) + "/decomposed/";
+    if (!fs::exists(data + GetParam().whole)) {
+        GTEST_SKIP() << "there are no real files in " << data;
+    }
+    const Support::TemporaryFolder folder;
+    const std::string pattern = GetParam().pieces;
+    const std::size_t count = pattern.find(".3.") == std::string::npos ? 4 : 3;
+    const auto run = runImport({"--pieces", "-j", "2", data + pattern, folder.path("pieces.mox")});
+    ASSERT_EQ(run.exitCode, 0) << run.messages;
+    const auto singles = importSingly(folder, data + pattern.substr(0, pattern.size() - 1), count);
+    expectShapesOf(folder.path("pieces.mox"), singles);
 }
 
 INSTANTIATE_TEST_SUITE_P(
