@@ -8,8 +8,8 @@ namespace MoxTool {
 
 /// What one of several files has that an import is put together of; by default everything.
 struct ImportShare {
-    /// The name of a root without attributes, for one piece of a whole of which another file has them. What the user has
-    /// chosen need not be in each piece then.
+    /// The name of a root without attributes, for one piece of a whole of which another file has them. What the
+    /// user has chosen need not be in each piece then.
     std::optional<std::string> rootOfPiece = {};
     bool hasShapes = true; ///< Otherwise there is the root alone, without any dataset.
 

@@ -10,7 +10,6 @@
 #include <MoxReader/Model.h>
 
 #include <memory>
-#include <utility>
 
 namespace MoxTool {
 

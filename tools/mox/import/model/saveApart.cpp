@@ -62,8 +62,8 @@ FloatNarrowing save(const ImportPart& part, Terminal& terminal, ConversionSummar
     }
 }
 
-// What the process that reads the input returns: one of these letters, then what narrowing has lost and a packed summary,
-// the line of a failure, or the size of blocks to begin again with.
+// What the process that reads the input returns: one of these letters, then what narrowing has lost and a packed
+// summary, the line of a failure, or the size of blocks to begin again with.
 constexpr char Saved = 'S';
 constexpr char Failed = 'F';
 constexpr char Again = 'A';

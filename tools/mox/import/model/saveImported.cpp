@@ -1,7 +1,6 @@
 #include "saveImported.h"
 
 #include "../../common/OutputFile.h"
-#include "../../common/Terminal.h"
 #include "refuseToReplaceInput.h"
 #include "reviewOutput.h"
 
