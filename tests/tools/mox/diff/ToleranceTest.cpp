@@ -8,8 +8,8 @@ using MoxTool::Tolerance;
 
 namespace {
 
-constexpr double Infinity = std::numeric_limits<double>::infinity();
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double InfiniteDouble = std::numeric_limits<double>::infinity();
+constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
 
 } // namespace
 
@@ -46,16 +46,16 @@ TEST(Tolerance, GreaterOfBothPartsCounts) {
 
 TEST(Tolerance, InfinityEqualsItselfAloneWhateverIsAllowed) {
     const Tolerance wide{1e300, 1};
-    EXPECT_TRUE(wide.areEqual(Infinity, Infinity));
-    EXPECT_FALSE(wide.areEqual(Infinity, -Infinity));
-    EXPECT_FALSE(wide.areEqual(Infinity, 1));
-    EXPECT_EQ(wide.excess(1, Infinity), Infinity);
+    EXPECT_TRUE(wide.areEqual(InfiniteDouble, InfiniteDouble));
+    EXPECT_FALSE(wide.areEqual(InfiniteDouble, -InfiniteDouble));
+    EXPECT_FALSE(wide.areEqual(InfiniteDouble, 1));
+    EXPECT_EQ(wide.excess(1, InfiniteDouble), InfiniteDouble);
 }
 
-TEST(Tolerance, NotANumberEqualsItselfAlone) {
-    EXPECT_TRUE(Tolerance{}.areEqual(NaN, -NaN));
-    EXPECT_FALSE((Tolerance{1e300, 1}.areEqual(NaN, 0)));
-    EXPECT_FALSE((Tolerance{1e300, 1}.areEqual(Infinity, NaN)));
+TEST(Tolerance, NaNEqualsItselfAlone) {
+    EXPECT_TRUE(Tolerance{}.areEqual(NotANumber, -NotANumber));
+    EXPECT_FALSE((Tolerance{1e300, 1}.areEqual(NotANumber, 0)));
+    EXPECT_FALSE((Tolerance{1e300, 1}.areEqual(InfiniteDouble, NotANumber)));
 }
 
 TEST(Tolerance, ExcessIsAMultipleOfWhatIsAllowed) {
