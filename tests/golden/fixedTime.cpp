@@ -23,9 +23,9 @@ extern "C" __time64_t (*const __imp__time64)(__time64_t*) = fixedTime;
 
 #else
 
-extern "C" std::time_t time(std::time_t* result) noexcept {
-    if (result != nullptr) {
-        *result = Fixed;
+extern "C" std::time_t time(std::time_t* timer) noexcept {
+    if (timer != nullptr) {
+        *timer = Fixed;
     }
     return Fixed;
 }

@@ -95,12 +95,12 @@ void* malloc(std::size_t size) {
     return orNoMemory(isToFail() ? nullptr : __libc_malloc(size));
 }
 
-void* calloc(std::size_t count, std::size_t size) {
-    return orNoMemory(isToFail() ? nullptr : __libc_calloc(count, size));
+void* calloc(std::size_t nmemb, std::size_t size) {
+    return orNoMemory(isToFail() ? nullptr : __libc_calloc(nmemb, size));
 }
 
-void* realloc(void* memory, std::size_t size) {
-    return orNoMemory(isToFail() ? nullptr : __libc_realloc(memory, size));
+void* realloc(void* ptr, std::size_t size) {
+    return orNoMemory(isToFail() ? nullptr : __libc_realloc(ptr, size));
 }
 
 void* memalign(std::size_t alignment, std::size_t size) {
@@ -111,12 +111,12 @@ void* aligned_alloc(std::size_t alignment, std::size_t size) {
     return memalign(alignment, size);
 }
 
-int posix_memalign(void** memory, std::size_t alignment, std::size_t size) {
+int posix_memalign(void** memptr, std::size_t alignment, std::size_t size) {
     void* const room = memalign(alignment, size);
     if (room == nullptr) {
         return ENOMEM;
     }
-    *memory = room;
+    *memptr = room;
     return 0;
 }
 
