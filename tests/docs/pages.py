@@ -46,7 +46,7 @@ class Block:
 
 
 def all_pages():
-    """Every page that is not ignored by version control."""
+    """Every page that is not ignored by version control, but for the forms of a forge."""
     listed = subprocess.run(["git", "-C", str(ROOT), "ls-files", "--cached", "--others", "--exclude-standard", "*.md"],
                             capture_output=True, text=True, check=False)
     if listed.returncode == 0 and listed.stdout:
@@ -54,7 +54,7 @@ def all_pages():
     else:
         pages = [page for page in ROOT.rglob("*.md") if not page.relative_to(ROOT).parts[0].startswith("build")
                  and "node_modules" not in page.parts]
-    return sorted(page for page in pages if page.exists())
+    return sorted(page for page in pages if page.exists() and ".github" not in page.parts)
 
 
 def blocks(page):
