@@ -21,10 +21,10 @@ mmdebstrap --mode=root --variant=apt --skip=chroot/mount --dpkgopt=force-unsafe-
     --customize-hook='chroot "$1" sh -c "DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends \
         /packages/*.deb"' > "$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
 
-# run COMMAND...: in the clean Debian, in the folder /work.
-mkdir "$clean/work"
+# run COMMAND...: in the clean Debian, in the folder /tries.
+mkdir "$clean/tries"
 run() {
-    chroot "$clean" env -i PATH=/usr/bin:/bin HOME=/work LANG=C.UTF-8 sh -c 'cd /work && exec "$@"' run "$@"
+    chroot "$clean" env -i PATH=/usr/bin:/bin HOME=/tries LANG=C.UTF-8 sh -c 'cd /tries && exec "$@"' run "$@"
 }
 
 libraries=$clean/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)
@@ -35,7 +35,7 @@ build() {
     source=$1
     shift
     # shellcheck disable=SC2046 # the flags are lists of words
-    g++ -std=c++20 "$source" -o "$clean/work/$(basename "$source" .cpp)" $(pkg-config --cflags --libs "$@") \
+    g++ -std=c++20 "$source" -o "$clean/tries/$(basename "$source" .cpp)" $(pkg-config --cflags --libs "$@") \
         -Wl,-rpath-link,"$libraries"
 }
 build "$here/project/save.cpp" moxwriter
