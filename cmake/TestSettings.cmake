@@ -4,7 +4,7 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     # Tests are compiled more often than they run long, and what they test is optimised as users get it.
     add_compile_options(-O0)
 endif()
-if(MOXWRITER_JOIN_TESTS)
+if(MOXWRITER_JOIN_SOURCES)
     set(CMAKE_UNITY_BUILD ON)
 endif()
 if(CMAKE_UNITY_BUILD)
