@@ -38,13 +38,10 @@ std::set<std::string> matchesIn(const std::string& text, const std::regex& patte
 }
 
 std::set<std::string> testNames() {
-    const std::regex definition(R"(\bTEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\))");
-    const std::regex typedDefinition(R"(\bTYPED_TEST\(\s*(\w+),\s*(\w+)\))");
+    const std::regex definition(R"(\b(?:TYPED_)?TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\))");
     std::set<std::string> names;
     for (const fs::path& source : sourcesBelow(Root / "tests")) {
-        const std::string text = textOf(source);
-        names.merge(matchesIn(text, definition));
-        names.merge(matchesIn(text, typedDefinition));
+        names.merge(matchesIn(textOf(source), definition));
     }
     return names;
 }

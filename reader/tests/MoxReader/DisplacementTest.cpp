@@ -1,4 +1,5 @@
 #include "MoxReader/HeavyData.h"
+#include "Support/CaseStride.h"
 
 #include "Support/ExpectError.h"
 #include "Support/SampleModel.h"
@@ -222,7 +223,7 @@ TEST(Displacement, ADisplacedFileThatIsCutIsJustCut) {
 
 TEST(Displacement, AFlippedBitOfASoundFileNeverDisplacesIt) {
     const auto sound = arrays(25, [](std::size_t) { return 40; }).bytes();
-    for (std::size_t offset = 0; offset < sound.size(); offset += 3) {
+    for (std::size_t offset = 0; offset < sound.size(); offset += CaseStride) {
         auto bytes = sound;
         bytes[offset] = static_cast<std::uint8_t>(bytes[offset] ^ (1u << offset % 8));
         ASSERT_FALSE(isDisplaced(std::move(bytes))) << offset;
