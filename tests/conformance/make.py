@@ -231,6 +231,7 @@ def plain_root(name, kind, version, information=GLOBAL):
 def low():
     """Files in which blocks lie too low."""
     even = arrays([150] * 105, restarts=[19])
+    under_the_first_table, end_of_the_first_table = last_block_under_the_first_table()
     return {
         "low-blocks": even,
         "low-blocks-over-earlier-ones": arrays([1500] * 30, restarts=[19]),
@@ -241,9 +242,30 @@ def low():
         "low-blocks-twice": arrays([150] * 219 + [300] * 81, restarts=[19, 219]),
         "low-tree-under-a-table": arrays([10] * 25, restarts=[19]),
         "low-table-under-a-table": arrays([150] * 440, restarts=[19, 219, 419]),
+        "low-last-block-under-the-first-table": under_the_first_table,
+        "low-last-block-past-the-end": under_the_first_table[:end_of_the_first_table],
         "low-blocks-cut": even[:-1],
         "sound-cut-to-the-size-of-low-blocks": arrays([150] * 105)[:len(even)],
     }
+
+
+def last_block_under_the_first_table():
+    """A file whose last block begins under the first of two tables and ends after it, and where that table ends.
+
+    The streams of the model come first, so that nothing covers them. 15 blocks of 8 KB follow under the head index, 199
+    short ones after a restart, and two after the second table, which ends just before the first one begins.
+    """
+    lengths = [2600] * 15 + [80] * 199 + [2000, 9000]
+    starts = [4 * sum(lengths[:i]) for i in range(len(lengths))]
+    model = geometry([array(b"T%d" % i, length, starts[i]) for i, length in enumerate(lengths)], [])
+    numbers = [heavy(planes(numbers_of(i, length))) for i, length in enumerate(lengths)]
+    numbers[-1] = (*numbers[-1][:2], 0x01)
+    stored = [len(block[1]) for block in model + numbers]
+    first_table = 2800 + sum(stored[:19])
+    after_second_table = 27804 + sum(stored[19:19 + 199]) + 27804
+    under_table = after_second_table + stored[-2]
+    assert after_second_table + 4 <= first_table < under_table < first_table + 27804 - 4 < under_table + stored[-1] - 4
+    return moxfile.chained_file(model + numbers, [19]), first_table + 27804
 
 
 def broken():

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <iterator>
@@ -61,61 +62,75 @@ protected:
 
 Support::TemporaryFolder* ProgramFault::inputs = nullptr;
 
-#ifdef MOX_FAILING_MEMORY
-
-unsigned long allocations(Work& work) {
-    const Support::TemporaryFolder folder;
-    Circumstances counted;
-    counted.environment = {{"LD_PRELOAD", MOX_FAILING_MEMORY},
-                           {"MOX_TEST_ALLOCATIONS", folder.path("count")}};
-    (void)work.run(counted);
-    return std::stoul(folder.read("count"));
-}
-
-// The libraries of other formats are left out: with too little memory they crash.
-std::vector<Work> worksOfOwnCode(const std::string& folder) {
-    std::vector<Work> works = Work::reading(folder);
-    std::ranges::move(Work::writing(folder), std::back_inserter(works));
-    return works;
-}
-
-// The places are spread evenly, from the first allocation to the last.
-template <typename ExpectationT>
-void failAllocations(Work& work, const std::string& mode, const ExpectationT& expectation) {
-    constexpr unsigned long Least = 500;
-    const unsigned long last = allocations(work);
-    ASSERT_GT(last, Least) << "hardly anything was allocated";
-    const unsigned long count = std::min(Program::places(), last);
-    for (unsigned long i = 0; i < count; ++i) {
-        const std::string number = std::to_string(1 + i * (last - 1) / (count - 1));
-        SCOPED_TRACE(work.name() + ", allocation " + number + mode);
-        Circumstances failing;
-        failing.environment = {{"LD_PRELOAD", MOX_FAILING_MEMORY},
-                               {"MOX_TEST_FAILING_ALLOCATION", number + mode}};
-        expectation(work.run(failing));
-    }
-}
-
-TEST_F(ProgramFault, OneFailedAllocationEndsInOneLineAndNothingHalfWritten) {
-    for (Work& work : worksOfOwnCode(folder())) {
-        failAllocations(work, "", [&](const End& end) { expectAllOrNothing(work, end); });
-    }
-}
-
-TEST_F(ProgramFault, MemoryThatStaysOutEndsInOneLineAndNothingHalfWritten) {
-    for (Work& work : worksOfOwnCode(folder())) {
-        // To remove a file takes memory too.
-        failAllocations(work, "+", [&](const End& end) { expectAllOrNothing(work, end, true); });
-    }
-}
-
-#endif
-
 std::vector<Work> worksThatWrite(const std::string& folder) {
     std::vector<Work> works = Work::writing(folder);
     std::ranges::move(Work::converting(folder), std::back_inserter(works));
     return works;
 }
+
+#ifdef MOX_FAILING_MEMORY // and the other library too
+
+std::vector<Work> allWorks(const std::string& folder) {
+    std::vector<Work> works = worksThatWrite(folder);
+    std::ranges::move(Work::reading(folder), std::back_inserter(works));
+    return works;
+}
+
+Circumstances preloadedWith(const std::string& library) {
+    Circumstances circumstances;
+    circumstances.environment = {{"LD_PRELOAD", library}};
+    circumstances.isOutputAFile = true;
+    return circumstances;
+}
+
+unsigned long countedCalls(Work& work, Circumstances circumstances) {
+    const Support::TemporaryFolder folder;
+    circumstances.environment["MOX_TEST_CALLS"] = folder.path("count");
+    (void)work.run(circumstances);
+    return std::stoul(folder.read("count"));
+}
+
+// The places are spread evenly, from the first call to the last.
+template <typename ExpectationT>
+void failCalls(Work& work, Circumstances circumstances, const std::string& mode,
+               const ExpectationT& expectation) {
+    const unsigned long last = countedCalls(work, circumstances);
+    ASSERT_GT(last, 0U) << work.name();
+    const unsigned long count = std::min(Program::places(), last);
+    for (unsigned long i = 0; i < count; ++i) {
+        const std::string number = std::to_string(count == 1 ? last : 1 + i * (last - 1) / (count - 1));
+        SCOPED_TRACE(work.name() + ", call " + number + mode + " of " + std::to_string(last));
+        circumstances.environment["MOX_TEST_FAILING_CALL"] = number + mode;
+        expectation(work.run(circumstances));
+    }
+}
+
+TEST_F(ProgramFault, OneFailedAllocationEndsInOneLineAndNothingHalfWritten) {
+    for (Work& work : allWorks(folder())) {
+        failCalls(work, preloadedWith(MOX_FAILING_MEMORY), "",
+                  [&](const End& end) { expectAllOrNothing(work, end); });
+    }
+}
+
+TEST_F(ProgramFault, MemoryThatStaysOutEndsInOneLineAndNothingHalfWritten) {
+    for (Work& work : allWorks(folder())) {
+        // To remove a file takes memory too.
+        failCalls(work, preloadedWith(MOX_FAILING_MEMORY), "+",
+                  [&](const End& end) { expectAllOrNothing(work, end, true); });
+    }
+}
+
+TEST_F(ProgramFault, OneFailedWriteEndsInOneLineAndNothingHalfWritten) {
+    for (Work& work : allWorks(folder())) {
+        for (const int error : {ENOSPC, EIO}) {
+            Circumstances circumstances = preloadedWith(MOX_FAILING_WRITES);
+            circumstances.environment["MOX_TEST_ERROR"] = std::to_string(error);
+            failCalls(work, circumstances, "", [&](const End& end) { expectAllOrNothing(work, end); });
+        }
+    }
+}
+
+#endif
 
 TEST_F(ProgramFault, FileThatCanNotGrowEndsInOneLineAndNothingHalfWritten) {
     for (Work& work : worksThatWrite(folder())) {

@@ -134,6 +134,7 @@ void Work::makeInputs(const std::string& folder) {
 std::vector<Work> Work::writing(const std::string& inputs) {
     std::vector<Work> works = {
         {{"export", "IN/model.mox", "OUT/model.pvd"}, inputs},
+        {{"export", "-s", "last", "IN/model.mox", "OUT/last.vtu"}, inputs},
         {{"extract", "IN/model.mox", "--all", "OUT/numbers"}, inputs},
         {{"extract", "IN/model.mox", "-n", "/cubes/first cube", "-d", "Coordinates", "-o", "OUT/places.npy"},
          inputs},

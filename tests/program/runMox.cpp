@@ -5,6 +5,7 @@
 
 #include <array>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
 #include <thread>
@@ -12,6 +13,15 @@
 namespace Program {
 
 namespace {
+
+std::string readToEnd(int file) {
+    std::string text;
+    std::array<char, 4096> piece{};
+    for (ssize_t count = 0; (count = read(file, piece.data(), piece.size())) > 0;) {
+        text.append(piece.data(), static_cast<std::size_t>(count));
+    }
+    return text;
+}
 
 class Pipe {
 public:
@@ -32,17 +42,33 @@ public:
 
     void closeWritingEnd() const { close(ends_[1]); }
 
-    std::string readAll() const {
-        std::string text;
-        std::array<char, 4096> piece{};
-        for (ssize_t count = 0; (count = read(ends_[0], piece.data(), piece.size())) > 0;) {
-            text.append(piece.data(), static_cast<std::size_t>(count));
-        }
-        return text;
-    }
+    std::string readAll() const { return readToEnd(ends_[0]); }
 
 private:
     std::array<int, 2> ends_{};
+};
+
+// A file without a name.
+class OutputFile {
+public:
+    OutputFile() : file_(std::tmpfile()) {
+        if (file_ == nullptr) {
+            throw std::runtime_error("there is no file for the output");
+        }
+    }
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+    ~OutputFile() { (void)std::fclose(file_); }
+
+    void becomes(int descriptor) const { dup2(fileno(file_), descriptor); }
+
+    std::string readAll() const {
+        lseek(fileno(file_), 0, SEEK_SET);
+        return readToEnd(fileno(file_));
+    }
+
+private:
+    std::FILE* file_;
 };
 
 [[noreturn]] void becomeMox(std::vector<std::string> arguments, const Circumstances& circumstances) {
@@ -70,9 +96,14 @@ private:
 End runMox(const std::vector<std::string>& arguments, const Circumstances& circumstances) {
     const Pipe output;
     const Pipe messages;
+    const OutputFile file;
     const pid_t child = fork();
     if (child == 0) {
-        output.becomes(STDOUT_FILENO);
+        if (circumstances.isOutputAFile) {
+            file.becomes(STDOUT_FILENO);
+        } else {
+            output.becomes(STDOUT_FILENO);
+        }
         messages.becomes(STDERR_FILENO);
         becomeMox(arguments, circumstances);
     }
@@ -87,6 +118,9 @@ End runMox(const std::vector<std::string>& arguments, const Circumstances& circu
     end.messages = messages.readAll();
     int status = 0;
     waitpid(child, &status, 0);
+    if (circumstances.isOutputAFile) {
+        end.output = file.readAll();
+    }
     end.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     end.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
     return end;

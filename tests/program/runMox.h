@@ -20,6 +20,7 @@ struct Circumstances {
     std::map<std::string, std::string> environment{};
     std::optional<rlim_t> largestFile{}; ///< In bytes: a write beyond it fails, and those up to it are done.
     std::optional<Signal> signal{};
+    bool isOutputAFile = false; ///< Not a pipe.
 };
 
 /// How a run of mox has ended.

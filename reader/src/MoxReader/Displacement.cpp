@@ -68,16 +68,14 @@ BlockRecord moved(const BlockRecord& block, Source& source, std::uint64_t displa
     return result;
 }
 
-/// Whether, with a displacement, all blocks of the last table that are not "Heavy Data" and that no table
-/// covers are intact.
+/// Whether, with a displacement, all blocks of the last table, which names no Index Block, that are not "Heavy Data" and
+/// that no table covers are intact.
 bool isWholeWith(Source& source, const RawIndex& index, std::uint64_t displacement) {
     const auto tables = rangesOfTables(index);
     bool hasAny = false;
     for (auto id = index.tables.back().firstId; id < index.blocks.size(); ++id) {
         const auto& block = index.blocks[static_cast<std::size_t>(id)];
-        const bool isOther =
-            block.isEmptyEntry() || block.isIndexBlock() || block.name == Format::HeavyStream;
-        if (isOther || block.length == 0) {
+        if (block.isEmptyEntry() || block.name == Format::HeavyStream || block.length == 0) {
             continue;
         }
         const auto there = moved(block, source, displacement);

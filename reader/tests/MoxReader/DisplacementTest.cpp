@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 
 // Files whose blocks lie too low, because their writer took an Index Block to lie at offset 0.
 
@@ -29,8 +30,9 @@ std::vector<std::uint8_t> noise(std::size_t seed, std::size_t size) {
 }
 
 /// A model of one geometry whose datasets 0, 1 and so on have the bytes noise(i, sizeOf(i)), each in a
-/// block of its own, as they are stored.
-TestFile arrays(std::size_t count, const std::function<std::size_t(std::size_t)>& sizeOf) {
+/// block of its own, as they are stored. One of them can be stored without compression.
+TestFile arrays(std::size_t count, const std::function<std::size_t(std::size_t)>& sizeOf,
+                std::optional<std::size_t> plain = std::nullopt) {
     TestFile file;
     Bytes light;
     Bytes attributes;
@@ -40,7 +42,11 @@ TestFile arrays(std::size_t count, const std::function<std::size_t(std::size_t)>
         const auto content = noise(i, sizeOf(i));
         const auto size = static_cast<std::uint32_t>(content.size());
         const bool isLast = i + 1 == count;
-        file.raw("Heavy Data", Bytes().u32(size).raw(zlibStream(content)), isLast ? 0x01 : 0x21);
+        if (plain == i) {
+            file.raw("Heavy Data", content, 0x20);
+        } else {
+            file.raw("Heavy Data", Bytes().u32(size).raw(zlibStream(content)), isLast ? 0x01 : 0x21);
+        }
         light.raw(fullEntry(std::to_string(i), 0x0500000C, size, 1, position));
         attributes.noAttributes();
         position += size;
@@ -83,6 +89,12 @@ bool isDisplaced(std::vector<std::uint8_t> bytes) {
 
 std::size_t sixHundred(std::size_t) {
     return 600;
+}
+
+/// With a wrong name length in the first record.
+std::vector<std::uint8_t> withDamagedIndex(const std::vector<std::uint8_t>& bytes) {
+    constexpr std::size_t NameLength = 20 + 1;
+    return patched(bytes, NameLength, Bytes().u32(127));
 }
 
 } // namespace
@@ -252,4 +264,85 @@ TEST(Displacement, AFileWhoseTreeLiesUnderATableIsRefused) {
     const auto bytes = arrays(25, [](std::size_t) { return 40; }).displacedBytes({19});
     EXPECT_FALSE(isDisplaced(bytes));
     expectError(ErrorCode::BlockBeyondFile, [&] { readModel(File(memory(bytes))); });
+}
+
+// 300 blocks of 615 bytes: the first table lies at 14485, the second at 164674.
+TEST(Displacement, ASoundFileThatIsCutBeforeItsSecondTableIsNotTakenForADisplacedOne) {
+    const auto bytes = arrays(300, sixHundred).bytes();
+    for (const std::size_t size : {42289u, 100'000u, 164'674u, 192'477u}) {
+        const auto index = scanIndex(*memory(cut(bytes, size)));
+        EXPECT_FALSE(index.isDisplaced()) << size;
+        EXPECT_EQ(2u, index.tables.size()) << size;
+        expectError(ErrorCode::Truncated, [&] { File{memory(cut(bytes, size))}; });
+    }
+}
+
+// The second table of the displaced file lies at 27804 + 199 * 615 = 150189.
+TEST(Displacement, ATableWithAReservedByteIsNoneByWhichBlocksAreFound) {
+    constexpr std::size_t ReservedByte = 4 + 138;
+    const auto sound = arrays(300, sixHundred).bytes();
+    EXPECT_FALSE(isDisplaced(patched(sound, 164'674 + ReservedByte, {1})));
+    EXPECT_EQ(300u, readArrays(File(memory(patched(sound, 164'674 + ReservedByte, {1})))).right);
+    const auto displaced = arrays(300, sixHundred).displacedBytes({19});
+    EXPECT_EQ(276u, readArrays(File(memory(displaced))).right);
+    expectError(ErrorCode::BadIndexTable,
+                [&] { File{memory(patched(displaced, 150'189 + ReservedByte, {1}))}; });
+}
+
+TEST(Displacement, AStreamThatIsLostDoesNotKeepADisplacedFileFromBeingFoundOut) {
+    auto laidOut = arrays(105, sixHundred);
+    laidOut.raw("Resources", {}, 0x01);
+    const File file(memory(laidOut.displacedBytes({19})));
+    EXPECT_EQ(14485u, file.index().tables[1].displacement);
+    expectError(ErrorCode::ContentLost, [&] { readModel(file); });
+}
+
+// The blocks after the second Index Block lie as low as those before it, whether or not the tree among them is whole.
+TEST(Displacement, DamageOfTheTreeMovesNoBlocksAfterDisplacedOnes) {
+    auto bytes = arrays(300, sixHundred).displacedBytes({19});
+    const auto tree = File(memory(bytes)).blocks()[2 + 300];
+    ASSERT_EQ("Mox Tree", tree.name);
+    bytes[static_cast<std::size_t>(tree.end() - 1)] ^= 1;
+    const File file(memory(bytes));
+    EXPECT_EQ(14485u, file.index().tables[2].displacement);
+    expectError(ErrorCode::ChecksumMismatch, [&] { readModel(file); });
+}
+
+// Array 19, the first after the Index Block, lies at 27804 under the end of the table.
+TEST(Displacement, ABlockWithoutCompressionThatIsOverwrittenKeepsItsLength) {
+    const File file(memory(arrays(105, sixHundred, 19).displacedBytes({19})));
+    ASSERT_EQ(14485u, file.index().tables[1].displacement);
+    EXPECT_TRUE(file.blocks()[20].isOverwritten);
+    EXPECT_EQ(600u, file.blocks()[20].contentLength);
+    EXPECT_EQ(0u, readArrays(file).wrong);
+}
+
+// Array 43 in block 44 is the first that the table does not cover. Its place shows where all of them are.
+TEST(Displacement, WithADamagedIndexTheFirstWholeBlockAfterATableShowsWhereTheBlocksAre) {
+    auto displaced = withDamagedIndex(arrays(105, sixHundred).displacedBytes({19}));
+    displaced.pop_back();
+    EXPECT_EQ(14485u, scanIndex(*memory(displaced)).tables[1].displacement);
+    auto sound = withDamagedIndex(arrays(105, sixHundred).bytes());
+    sound.pop_back();
+    EXPECT_FALSE(isDisplaced(sound));
+}
+
+// Nothing shows whether the bytes of such a block are its own.
+TEST(Displacement, WithADamagedIndexABlockWithoutCompressionEndsTheSearchForTheFirstWholeOne) {
+    auto bytes = withDamagedIndex(arrays(105, sixHundred, 19).displacedBytes({19}));
+    bytes.pop_back();
+    EXPECT_FALSE(isDisplaced(bytes));
+}
+
+// All 200 blocks after the first Index Block are compressed, the last of them in place of the second Index Block.
+TEST(Displacement, WithADamagedIndexAndNoWholeBlockNothingIsDisplaced) {
+    constexpr std::size_t LastRecord = 14'485 + 4 + 199 * 139;
+    auto bytes = withDamagedIndex(arrays(300, sixHundred).bytes());
+    bytes = patched(bytes, LastRecord + 5, Bytes().raw("Heavy Data").fill(3, 0));
+    bytes = patched(bytes, LastRecord + 137, {0x21});
+    std::fill(bytes.begin() + 42'289, bytes.end(), std::uint8_t{0});
+    const auto index = scanIndex(*memory(bytes));
+    EXPECT_FALSE(index.isDisplaced());
+    EXPECT_EQ(2u, index.tables.size());
+    EXPECT_EQ(220u, index.blocks.size());
 }

@@ -146,3 +146,12 @@ TEST(HeavyData, NodeSetsThatContradictTheirDescriptorAreRefused) {
                     [&] { opened.heavy.readNodeSets(*opened.model.node(4).nodeSets()); });
     }
 }
+
+// Two second values, so 69 bytes, for three first ones.
+TEST(HeavyData, NodeSetsWithFewerSecondValuesThanFirstOnesAreRefused) {
+    SampleModel sample;
+    sample.heavy = patched(sample.heavy, 40 + 57, Bytes().u32(2));
+    sample.light = patched(sample.light, 212, Bytes().u32(16).u32(2).u64(40).u32(69));
+    Opened opened(sample);
+    expectError(ErrorCode::BadNodeSets, [&] { opened.heavy.readNodeSets(*opened.model.node(4).nodeSets()); });
+}

@@ -165,6 +165,16 @@ TEST(RawIndex, AWrongNameLengthIsABadRecord) {
     EXPECT_EQ(2u, index.damage.front().place().blockId);
 }
 
+TEST(RawIndex, EachRecordWithAWrongNameLengthIsListed) {
+    auto bytes = patched(manyBlocks(3).bytes(), recordAt(0) + 1, Bytes().u32(129));
+    bytes = patched(bytes, recordAt(2) + 1, Bytes().u32(0));
+    const auto index = scan(bytes);
+    ASSERT_EQ(2u, index.damage.size());
+    expectDamage(ErrorCode::BadIndexRecord, recordAt(0), index);
+    EXPECT_EQ(errorName(ErrorCode::BadIndexRecord), errorName(index.damage[1].code()));
+    EXPECT_EQ(recordAt(2), index.damage[1].place().fileOffset);
+}
+
 TEST(RawIndex, AnIndexBlockThatIsNotTheLastOfItsTableIsABadTable) {
     const auto name = Bytes().u8(0x0B).raw("Index Block ");
     expectDamage(ErrorCode::BadIndexTable, recordAt(4),

@@ -120,6 +120,9 @@ Verdict CheckCommand::runFile(const std::string& path, JsonStream* json, Termina
             printUnreadable(*json, path, "not enough memory");
         }
     } catch (const std::exception& failure) {
+        if (std::ferror(stdout) != 0) {
+            throw; // what is printed of the next ones would be lost too
+        }
         std::fflush(stdout);
         terminal.error(fmt::format("mox check: {}", failure.what()));
         if (json != nullptr) {

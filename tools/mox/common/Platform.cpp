@@ -12,7 +12,6 @@
 #include <fcntl.h>
 #include <mutex>
 #include <poll.h>
-#include <set>
 #include <spawn.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
@@ -82,6 +81,14 @@ CopyEnd copyBytesPlainly(std::FILE* from, std::uint64_t fromOffset, std::FILE* t
         count -= size;
     }
     return CopyEnd::Whole;
+}
+
+bool hasMissedMemory() {
+    return errno == ENOMEM;
+}
+
+void forgetMissedMemory() {
+    errno = 0;
 }
 
 bool readAt(std::FILE* from, std::uint64_t offset, void* bytes, std::size_t count) {
@@ -165,10 +172,6 @@ void runApart(const ApartWorks& works) {
     }
 }
 
-bool hasMissedMemory() {
-    return errno == ENOMEM;
-}
-
 CopyEnd copyBytes(std::FILE* from, std::uint64_t fromOffset, std::FILE* to, std::uint64_t toOffset,
                   std::uint64_t count) {
     return copyBytesPlainly(from, fromOffset, to, toOffset, count);
@@ -213,7 +216,7 @@ sigset_t signalsThatEnd() {
 // The processes that do work apart. Never destroyed, since an interruption can come while this process ends.
 struct Children {
     std::mutex mutex;
-    std::set<pid_t> ids;
+    std::vector<pid_t> ids;
 };
 
 Children& children() {
@@ -248,7 +251,7 @@ struct End {
 std::optional<End> takeEnd(pid_t id) {
     waitForEnd(id);
     const std::lock_guard lock(children().mutex);
-    children().ids.erase(id);
+    std::erase(children().ids, id);
     End end;
     return wait4(id, &end.status, 0, &end.used) == id ? std::optional(end) : std::nullopt;
 }
@@ -412,13 +415,14 @@ private:
         }
         const auto [source, target] = ends;
         std::unique_lock lock(children().mutex);
+        children().ids.reserve(children().ids.size() + 1); // once the process is there, it has to be known
         const auto id = fork();
         if (id == 0) {
             close(source);
             live(target, works_, place);
         }
         if (id > 0) {
-            children().ids.insert(id);
+            children().ids.push_back(id);
         }
         lock.unlock();
         close(target);
@@ -540,10 +544,6 @@ std::string ApartOutcome::signalName() const {
 
 void runApart(const ApartWorks& works) {
     ApartRun(works).run();
-}
-
-bool hasMissedMemory() {
-    return errno == ENOMEM;
 }
 
 // What the system copied before it refused is not copied again: on some systems each piece can be refused, and on

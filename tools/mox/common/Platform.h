@@ -73,6 +73,9 @@ void runApart(const ApartWorks& works);
 /// as something else.
 bool hasMissedMemory();
 
+/// From now on only what fails later counts for hasMissedMemory().
+void forgetMissedMemory();
+
 /// How the copying of bytes ended.
 enum class CopyEnd { Whole, SourceEnded, ReadFailed, WriteFailed };
 

@@ -7,6 +7,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
 namespace MoxTool {
 
 namespace {
@@ -43,6 +47,22 @@ std::optional<std::string> findBlockFlaw(const MoxReader::File& file, const Prog
     for (const auto& block : file.blocks()) {
         report(static_cast<double>(block.position) / static_cast<double>(file.size()));
         if (const auto damage = MoxReader::readBlockContent(file.source(), block).damage) {
+            return flawText(block, *damage);
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> findUnwrittenBlock(const MoxReader::File& file) {
+    for (const auto& block : file.blocks()) {
+        std::array<std::uint8_t, 4> end{};
+        if (!block.isCompressed() || block.length < end.size()) {
+            continue;
+        }
+        file.source().read(block.end() - end.size(), end);
+        const bool isZero = std::ranges::all_of(end, [](auto byte) { return byte == 0; });
+        const auto damage = isZero ? MoxReader::readBlockContent(file.source(), block).damage : std::nullopt;
+        if (damage) {
             return flawText(block, *damage);
         }
     }

@@ -19,4 +19,9 @@ std::optional<std::string> findBlockFlaw(const MoxReader::File& file, const Prog
 /// Likewise, but without looking into the blocks.
 std::optional<std::string> findIndexFlaw(const MoxReader::File& file);
 
+/// A block that did not reach the disk to its end, in words; empty if there is none. What was never written reads as
+/// zeros, and those the checksum at the end of a block hardly ever is; only where it is, the block is decompressed.
+/// @param file Without a flaw of its index.
+std::optional<std::string> findUnwrittenBlock(const MoxReader::File& file);
+
 } // namespace MoxTool

@@ -32,6 +32,9 @@ int runOnEach(const Command& command, const std::vector<std::string>& paths, Ter
         } catch (const std::bad_alloc&) {
             fail(path + ": not enough memory");
         } catch (const std::exception& failure) {
+            if (std::ferror(stdout) != 0) {
+                throw; // what the others print would be lost too
+            }
             fail(failure.what());
         }
     }

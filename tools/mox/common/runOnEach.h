@@ -13,6 +13,7 @@ namespace MoxTool {
 /// @param work Returns an exit code.
 /// @param gap  Whether a blank line stands between what is printed for two files.
 /// @return the highest exit code.
+/// @throws what the work throws, if stdout takes no more.
 int runOnEach(const Command& command, const std::vector<std::string>& paths, Terminal& terminal, bool gap,
               const std::function<int(const std::string&)>& work);
 

@@ -1,6 +1,7 @@
 #include "ExodusFile.h"
 
 #include "../common/Failure.h"
+#include "../common/Platform.h"
 #include "../common/checkIsFile.h"
 #include "../common/visibleText.h"
 #include "../mesh/ElementType.h"
@@ -93,6 +94,7 @@ ExodusFile::Handle::~Handle() {
 }
 
 ExodusFile::ExodusFile(const std::string& filePath) : filePath_(filePath) {
+    Platform::forgetMissedMemory();
     checkContainer(filePath);
     open();
     readParameters();
@@ -337,9 +339,9 @@ std::vector<double> ExodusFile::globalValues(std::size_t step, std::size_t varia
 }
 
 // The library warns, with a positive status, about things that are absent; here everything requested must
-// exist.
+// exist. Where an allocation failed, some functions report success with nothing read.
 void ExodusFile::check(int status, const char* what) const {
-    if (status != NC_NOERR) {
+    if (status != NC_NOERR || Platform::hasMissedMemory()) {
         throw Failure(filePath_, fmt::format("damaged: {} can't be read", what));
     }
 }

@@ -1,6 +1,7 @@
 #include "ExodusOutput.h"
 
 #include "../common/Failure.h"
+#include "../common/Platform.h"
 
 #include <netcdf.h>
 
@@ -42,6 +43,7 @@ ex_init_params parametersOf(const ExodusOutput::Layout& layout) {
 
 ExodusOutput::ExodusOutput(const std::string& path, std::string shown, const Layout& layout)
     : shown_(std::move(shown)) {
+    Platform::forgetMissedMemory();
     create(path, layout.largeIds);
     const auto length = std::clamp<std::size_t>(layout.nameLength, MAX_NAME_LENGTH, LongestName);
     check(ex_set_max_name_length(file_, static_cast<int>(length)));
@@ -156,8 +158,12 @@ void ExodusOutput::close() {
     check(ex_close(std::exchange(file_, -1)));
 }
 
-// Positive numbers are only warnings.
+// Positive numbers are only warnings. Some functions take an allocation that failed for something that the file does not
+// have, do nothing, and report success.
 void ExodusOutput::check(int status) const {
+    if (Platform::hasMissedMemory()) {
+        throw Failure(shown_, "can't be written by the Exodus library: not enough memory");
+    }
     if (status >= 0) {
         return;
     }

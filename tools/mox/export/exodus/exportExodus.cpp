@@ -2,6 +2,7 @@
 
 #include "../../common/OutputFile.h"
 #include "../ExportModel.h"
+#include "../writeApart.h"
 #include "ExodusExporter.h"
 
 namespace MoxTool {
@@ -9,11 +10,14 @@ namespace MoxTool {
 ConversionSummary exportExodus(const ExportRequest& request, Terminal& terminal) {
     OutputFile output(request.output, request.overwrite);
     ExportModel model(request);
-    explainErrors(request.input, [&] {
-        ExodusExporter(model, terminal).write(output.temporaryPath().string(), request.output);
+    auto summary = writeApart(request, "libexodus", terminal, [&] {
+        explainErrors(request.input, [&] {
+            ExodusExporter(model, terminal).write(output.temporaryPath().string(), request.output);
+        });
+        return model.summary();
     });
     output.commit();
-    return model.summary();
+    return summary;
 }
 
 } // namespace MoxTool

@@ -24,6 +24,9 @@ void checkSavedFile(const std::filesystem::path& path) {
         throw std::runtime_error(fmt::format(
             "the saved file is not whole ({}); is the disk full, or a dataset larger than 3 GiB?", *flaw));
     }
+    if (const auto flaw = findUnwrittenBlock(file)) {
+        throw std::runtime_error(fmt::format("the saved file is not whole ({}); is the disk full?", *flaw));
+    }
     MoxReader::readModel(file);
 }
 

@@ -1,5 +1,6 @@
 #include "saveApart.h"
 
+#include "../../common/ApartReport.h"
 #include "../../common/BlockSizeSetting.h"
 #include "../../common/Failure.h"
 #include "../../common/Platform.h"
@@ -62,11 +63,7 @@ FloatNarrowing save(const ImportPart& part, Terminal& terminal, ConversionSummar
     }
 }
 
-// What the process that reads the input returns: one of these letters, then what narrowing has lost and a packed
-// summary, the line of a failure, or the size of blocks to begin again with.
-constexpr char Saved = 'S';
-constexpr char Failed = 'F';
-constexpr char Again = 'A';
+using Report = ApartReport::Kind;
 
 std::string boundText(const ImportRequest& request) {
     return fmt::format("needs more memory than its bound of {} MiB", request.mostMemory / Mebibyte);
@@ -88,25 +85,26 @@ std::string failureText(const Failure& failure, const ImportRequest& request, bo
 // Both processes are of one program.
 static_assert(std::is_trivially_copyable_v<FloatNarrowing>);
 
-std::string saveAndReport(const ImportPart& part, Terminal& terminal) {
+// Brings what narrowing has lost and a packed summary; to begin again takes another size of blocks.
+ApartReport saveAndReport(const ImportPart& part, Terminal& terminal) {
     const auto& request = part.request;
     try {
         ConversionSummary summary(request.output);
         const auto narrowing = save(part, terminal, summary);
-        return Saved + std::string(reinterpret_cast<const char*>(&narrowing), sizeof(narrowing)) +
-               summary.pack();
+        return {Report::Done,
+                std::string(reinterpret_cast<const char*>(&narrowing), sizeof(narrowing)) + summary.pack()};
     } catch (const BlockTooSmall& block) {
-        return Again + std::to_string(block.safeSize);
+        return {Report::Again, std::to_string(block.safeSize)};
     } catch (const Failure& failure) {
-        return Failed + failureText(failure, request, Platform::hasMissedMemory());
+        return {Report::Failed, failureText(failure, request, Platform::hasMissedMemory())};
     } catch (const std::bad_alloc&) {
-        return Failed + std::string(Failure(request.input, memoryText(request)).what());
+        return {Report::Failed, Failure(request.input, memoryText(request)).what()};
     } catch (const std::exception& failure) {
         // zlib reports that it gets no memory.
         if (Platform::hasMissedMemory()) {
-            return Failed + std::string(Failure(request.input, memoryText(request)).what());
+            return {Report::Failed, Failure(request.input, memoryText(request)).what()};
         }
-        return Failed + std::string(cannotBeWritten(request, failure.what()).what());
+        return {Report::Failed, cannotBeWritten(request, failure.what()).what()};
     }
 }
 
@@ -124,14 +122,8 @@ Failure deathOf(const Platform::ApartOutcome& outcome, const ImportRequest& requ
         return {request.input, fmt::format("{} crashed on this file; it is damaged, or {}{}", library,
                                            boundText(request), OtherBound)};
     }
-    if (outcome.isCrash()) {
-        return {request.input, library + " crashed on this file; it is likely damaged"};
-    }
-    if (outcome.isKill()) {
-        return {request.input, "not read to its end, since the system killed the import; was memory short?"};
-    }
     return {request.input,
-            fmt::format("not read to its end, since the import was ended ({})", outcome.signalName())};
+            deathText(outcome, library + " crashed on this file; it is likely damaged", "read", "import")};
 }
 
 class ApartSave {
@@ -174,7 +166,7 @@ private:
         if (const auto size = blockSizes_[place]) {
             setting.emplace(*size);
         }
-        return saveAndReport(parts_[place], terminal_);
+        return saveAndReport(parts_[place], terminal_).pack();
     }
 
     // The sizes of blocks are at least doubled each time, and what has been saved until then is little: the coordinates
@@ -182,22 +174,23 @@ private:
     bool take(std::size_t place, const Platform::ApartOutcome& outcome) {
         const auto& part = parts_[place];
         terminal_.clearForeignProgress();
-        if (!outcome.result || outcome.result->empty()) {
+        const auto report = ApartReport::in(outcome);
+        if (!report) {
             throw deathOf(outcome, part.request, library_);
         }
-        const auto text = outcome.result->substr(1);
-        if (outcome.result->front() == Failed) {
-            throw Failure(text);
+        if (report->kind == Report::Failed) {
+            throw Failure(report->text);
         }
-        if (outcome.result->front() == Again) {
-            blockSizes_[place] = static_cast<std::uint32_t>(std::stoul(text));
+        if (report->kind == Report::Again) {
+            blockSizes_[place] = static_cast<std::uint32_t>(std::stoul(report->text));
             std::error_code ignored; // saving anew fails if the file is still there
             std::filesystem::remove(part.path, ignored);
             return false;
         }
         auto& saved = saved_[place];
-        std::memcpy(&saved.narrowing, text.data(), sizeof(saved.narrowing));
-        saved.summary = ConversionSummary::unpack(std::string_view(text).substr(sizeof(saved.narrowing)));
+        std::memcpy(&saved.narrowing, report->text.data(), sizeof(saved.narrowing));
+        saved.summary =
+            ConversionSummary::unpack(std::string_view(report->text).substr(sizeof(saved.narrowing)));
         showProgress();
         return true;
     }

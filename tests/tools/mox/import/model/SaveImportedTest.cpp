@@ -13,10 +13,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <functional>
 
 #ifndef _WIN32
 #include <sys/wait.h>
@@ -30,6 +32,8 @@ using Files = std::vector<std::string>;
 
 class SaveImported : public testing::Test {
 protected:
+    using Damage = std::function<void(std::string&)>;
+
     // A shape with numbers. The model is closed early, so that the saved file can be damaged before it is
     // read.
     void fill(Qel::Mox2::Model& model) const {
@@ -40,27 +44,30 @@ protected:
         model.close();
     }
 
-    // The last byte of the numbers' block belongs to its checksum.
-    void damageNumbers() const {
+    // Changes the numbers' block, which is the first.
+    void damageNumbers(const Damage& damage) const {
         const auto path = folder.path(folder.files().at(0));
-        const MoxReader::File saved(path);
-        const auto& blocks = saved.blocks();
-        const auto heavy = std::find_if(blocks.begin(), blocks.end(),
-                                        [](const auto& block) { return block.name == "Heavy Data"; });
+        const auto heavy = MoxReader::File(path).blocks().front();
+        ASSERT_EQ(heavy.name, "Heavy Data");
+        std::string bytes(heavy.length, '\0');
         std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
-        file.seekg(static_cast<std::streamoff>(heavy->position + heavy->length - 1));
-        const auto changed = static_cast<char>(file.get() ^ 1);
-        file.seekp(-1, std::ios::cur);
-        file.put(changed);
+        file.seekg(static_cast<std::streamoff>(heavy.position));
+        file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        damage(bytes);
+        file.seekp(static_cast<std::streamoff>(heavy.position));
+        file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     }
 
+    // The last byte of the block belongs to its checksum.
+    static void breakChecksum(std::string& bytes) { bytes.back() = static_cast<char>(bytes.back() ^ 1); }
+
     // The message with which an import fails whose output was damaged; empty if it succeeds.
-    std::string saveDamaged(bool check) {
+    std::string saveDamaged(bool check, const Damage& damage = breakChecksum) {
         try {
             saveImported({"model.e", folder.path("out.mox"), false, check}, "libtest", messages.terminal(),
-                         [this](MoxTool::ImportTarget& target) {
+                         [&](MoxTool::ImportTarget& target) {
                              fill(target.model);
-                             damageNumbers();
+                             damageNumbers(damage);
                          });
         } catch (const MoxTool::Failure& failure) {
             return failure.what();
@@ -86,6 +93,23 @@ TEST_F(SaveImported, ErrorOfTheCheckLeavesNothingBehind) {
 TEST_F(SaveImported, NumbersAreLookedAtByTheCheckAlone) {
     EXPECT_EQ(saveDamaged(false), "");
     EXPECT_EQ(folder.files(), Files{"out.mox"});
+}
+
+// What the disk did not take of a block, at its end, reads as zeros if it has taken the blocks after it.
+TEST_F(SaveImported, NumbersThatDidNotReachTheDiskAreNoticed) {
+    const auto lose = [](std::size_t kept) {
+        return [kept](std::string& bytes) {
+            std::fill(bytes.begin() + static_cast<long>(kept), bytes.end(), '\0');
+        };
+    };
+    for (const std::size_t kept : {0, 4, 10}) {
+        const auto failure = saveDamaged(false, lose(kept));
+        EXPECT_TRUE(failure.starts_with(folder.path("out.mox") +
+                                        ": can't be written: the saved file is not whole (block 0 at 2800: "))
+            << failure;
+        EXPECT_TRUE(failure.ends_with("); is the disk full?")) << failure;
+        EXPECT_EQ(folder.files(), Files{});
+    }
 }
 
 TEST_F(SaveImported, BlocksTooSmallForTheDatasetsAreSaidToBeThat) {
