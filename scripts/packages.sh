@@ -20,6 +20,7 @@ libbenchmark-dev zsh fish"
 # GoogleTest is built from its sources. Before the packages of an architecture: dpkg --add-architecture arm64.
 MOXWRITER_WINDOWS_PACKAGES="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64 googletest"
 MOXWRITER_ARM_PACKAGES="g++-aarch64-linux-gnu zlib1g-dev:arm64 qemu-user googletest"
+MOXWRITER_32_BIT_PACKAGES="g++-12-multilib lib32z1-dev googletest"
 # For the site of the documentation.
 MOXWRITER_DOCS_PACKAGES="doxygen graphviz python3"
 # For what is tested on a desktop.

@@ -14,7 +14,7 @@ namespace Api {
 namespace {
 
 // A size with bit 31 set is read as this value: -2,147,483,648 sign-extended.
-constexpr std::size_t NegativeSize = 0xFFFFFFFF80000000;
+constexpr auto NegativeSize = static_cast<std::size_t>(0xFFFFFFFF80000000);
 
 template <typename T>
 std::vector<T> valuesOf(const Array1d<T>& array) {
@@ -136,14 +136,17 @@ TYPED_TEST(Array1dOf, CopyFromFillsAllElements) {
     EXPECT_EQ(valuesOf(array), (std::vector<TypeParam>{1, 2}));
 }
 
+// A size of 32 bits has no higher ones.
+#if SIZE_MAX > 0xFFFFFFFF
 TYPED_TEST(Array1dOf, SizeBeyond32BitsLosesItsHigherBits) {
     EXPECT_EQ(Array1d<TypeParam>(0x100000000).size(), 0U);
     EXPECT_EQ(Array1d<TypeParam>(0x100000003, TypeParam(7)).size(), 3U);
 }
+#endif
 
 TYPED_TEST(Array1dOf, SizeWithBit31SetBecomesNegativeAndHoldsNothing) {
     EXPECT_EQ(Array1d<TypeParam>(0x80000000).size(), NegativeSize);
-    EXPECT_EQ(Array1d<TypeParam>(0xFFFFFFFF).size(), 0xFFFFFFFFFFFFFFFF);
+    EXPECT_EQ(Array1d<TypeParam>(0xFFFFFFFF).size(), SIZE_MAX);
     EXPECT_EQ(Array1d<TypeParam>(0x80000000, TypeParam(7)).size(), NegativeSize);
 }
 
@@ -282,12 +285,15 @@ TYPED_TEST(Array2dOf, CopyFromFillsInStorageOrder) {
     EXPECT_EQ(valuesOf(array), (std::vector<TypeParam>{1, 2, 3, 4}));
 }
 
+// A size of 32 bits has no higher ones.
+#if SIZE_MAX > 0xFFFFFFFF
 TYPED_TEST(Array2dOf, SizesBeyond32BitsLoseTheirHigherBits) {
     const Array2d<TypeParam> array(0x100000002, 0x300000003);
     EXPECT_EQ(array.rows(), 2U);
     EXPECT_EQ(array.cols(), 3U);
     EXPECT_EQ(Array2d<TypeParam>(0x100000000, 3).rows(), 0U);
 }
+#endif
 
 TYPED_TEST(Array2dOf, RowsWithBit31SetBecomeNegativeAndHoldNothing) {
     const Array2d<TypeParam> array(0x80000000, 3);

@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <iterator>
+#include <limits>
+#include <new>
 #include <utility>
 
 namespace MoxReader {
@@ -96,6 +99,9 @@ void StreamReader::load(std::size_t block) {
 
 std::vector<std::uint8_t> StreamReader::readBytes(std::uint64_t count) {
     require(count);
+    if (count > std::numeric_limits<std::size_t>::max()) {
+        throw std::bad_alloc();
+    }
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(count));
     read(bytes);
     return bytes;

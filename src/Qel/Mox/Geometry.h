@@ -5,6 +5,7 @@
 #include <Qel/Mox/VariableType.h>
 #include <Qel/Util/HashTable.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -32,8 +33,10 @@ public:
 
     /// Entries have indices from 0, in order of the first use of their keys.
     std::uint64_t GetDatasetCount() const { return datasets_.size(); }
-    DatasetEntry& GetDataset(std::uint64_t index) { return *datasets_[index]; }
-    const DatasetEntry& GetDataset(std::uint64_t index) const { return *datasets_[index]; }
+    DatasetEntry& GetDataset(std::uint64_t index) { return *datasets_[static_cast<std::size_t>(index)]; }
+    const DatasetEntry& GetDataset(std::uint64_t index) const {
+        return *datasets_[static_cast<std::size_t>(index)];
+    }
 
     /// Takes their position from all entries.
     void ForgetPositions();

@@ -11,11 +11,11 @@ BlockStream::BlockStream(Index& index, const std::string& name)
 
 Block& BlockStream::OpenBlock() {
     const std::uint64_t id = index_.ChooseBlock(name_);
-    if (index_.blockInfos_[id].frozen) {
+    if (index_.InfoOf(id).frozen) {
         QEL_THROW(Qel::Exception::MiscelleneousException("Attempt to write into a frozen block"));
     }
     limiter_ = index_.FindLimiter(name_);
-    return index_.blocks_[id];
+    return index_.BlockOf(id);
 }
 
 std::uint64_t BlockStream::GetSize() const {

@@ -28,7 +28,7 @@ public:
     /// The block that takes the next value, which is good for that value alone.
     Block& NextBlock() {
         return limiter_ != nullptr && index_.TakesValues(*limiter_)
-                   ? index_.blocks_[limiter_->blockIds.back()]
+                   ? index_.BlockOf(limiter_->blockIds.back())
                    : OpenBlock();
     }
 

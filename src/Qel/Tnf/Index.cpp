@@ -90,7 +90,7 @@ std::uint64_t Index::AddBlock(const std::string& name) {
     // Nothing fails from here on.
     const std::uint64_t id = TakeFreeId();
     AppendTo(limiter, id);
-    blockInfos_[id].name.swap(entryName);
+    InfoOf(id).name.swap(entryName);
     return id;
 }
 
@@ -113,9 +113,9 @@ void Index::AddIndexBlock() {
     // Nothing fails from here on.
     const std::uint64_t id = TakeFreeId();
     AppendTo(indexBlocks, id);
-    blockInfos_[id].name.swap(entryName);
+    InfoOf(id).name.swap(entryName);
     AddFlags(indexBlocks, Format::BlockFreezable, false);
-    blocks_[id] = table.Take();
+    BlockOf(id) = table.Take();
     // If the previous block has not been written yet, its length and place are not final. This place is then
     // wrong, and so are those of the blocks that go out after this one before the close.
     Place(id);
@@ -153,7 +153,7 @@ std::uint64_t Index::AppendBlockInfo(const std::string& name) {
 
 std::vector<BlockInfo> Index::NewEntries(const std::string& name, std::uint64_t count) const {
     std::vector<BlockInfo> entries;
-    entries.reserve(count);
+    entries.reserve(static_cast<std::size_t>(count));
     for (std::uint64_t i = 0; i < count; ++i) {
         entries.push_back(BlockInfo{.number = static_cast<std::uint8_t>(nextNumber_ + i), .name = name});
     }
@@ -189,19 +189,19 @@ BlockSizeLimiter& Index::GetBlockSizeLimiter(const std::string& name) {
 
 void Index::Put(const std::string& name, const void* const& data, std::uint64_t size) {
     const std::uint64_t id = ChooseBlock(name);
-    if (blockInfos_[id].frozen) {
+    if (InfoOf(id).frozen) {
         QEL_THROW(Qel::Exception::KeyNotFound());
     }
-    blocks_[id].Put(data, static_cast<unsigned int>(size));
+    BlockOf(id).Put(data, static_cast<unsigned int>(size));
 }
 
 unsigned char* Index::Extend(const std::string& name, std::uint32_t count) {
     const std::uint64_t id = ChooseBlock(name);
-    if (blockInfos_[id].frozen) {
+    if (InfoOf(id).frozen) {
         QEL_THROW(Qel::Exception::KeyNotFound());
     }
     Block::TakeEnvironment();
-    return blocks_[id].Extend(count);
+    return BlockOf(id).Extend(count);
 }
 
 std::uint64_t Index::AddStoredBlock(const std::string& name, std::uint32_t length,
@@ -210,7 +210,7 @@ std::uint64_t Index::AddStoredBlock(const std::string& name, std::uint32_t lengt
     if (!HaveAllEarlierGoneOut(id)) {
         QEL_THROW(Qel::Exception::NotYetImplemented());
     }
-    BlockInfo& info = blockInfos_[id];
+    BlockInfo& info = InfoOf(id);
     info.flags |= Format::BlockCompressed;
     info.length = length;
     info.uncompressedLength = contentLength;
@@ -237,7 +237,7 @@ void Index::AddFlags(BlockSizeLimiter& limiter, unsigned char flags, bool fromFi
 
 void Index::FlagFrom(std::size_t first, const std::vector<std::uint64_t>& ids, unsigned char flag) noexcept {
     for (std::size_t i = first; i < ids.size(); ++i) {
-        blockInfos_[ids[i]].flags |= flag;
+        InfoOf(ids[i]).flags |= flag;
     }
 }
 
@@ -252,11 +252,11 @@ std::uint64_t Index::StreamSize(const BlockSizeLimiter& limiter) const {
 
 // The number of bytes for which a block counts in its name's stream.
 std::uint64_t Index::StreamedSize(std::uint64_t id) const {
-    return blockInfos_[id].frozen ? blockInfos_[id].uncompressedLength : blocks_[id].GetPosition();
+    return InfoOf(id).frozen ? InfoOf(id).uncompressedLength : BlockOf(id).GetPosition();
 }
 
 void Index::FollowStreamedSize(std::uint64_t id, std::uint64_t formerSize) {
-    BlockSizeLimiter& limiter = limiters_.at(blockInfos_[id].name);
+    BlockSizeLimiter& limiter = limiters_.at(InfoOf(id).name);
     if (limiter.blockIds.back() != id) {
         limiter.closedBytes += StreamedSize(id) - formerSize;
     }
@@ -267,28 +267,28 @@ void Index::FollowStreamedSize(std::uint64_t id, std::uint64_t formerSize) {
 void Index::WriteBufferToFileStream(std::uint64_t id, std::FILE* const stream) {
     constexpr const char* sourceName = "QelTnf::Index::WriteBufferToFileStream";
     QEL_LOG(sourceName, "Writing buffer " << id << " to stream.");
-    if (blockInfos_[id].frozen) {
+    if (InfoOf(id).frozen) {
         QEL_THROW(Qel::Exception::InvalidObjectState());
     }
-    const std::uint32_t contentLength = blocks_[id].GetSize();
+    const std::uint32_t contentLength = BlockOf(id).GetSize();
     if (contentLength != 0) {
         QEL_LOG(sourceName, "Buffer length: " << contentLength);
     }
     const std::uint64_t formerSize = StreamedSize(id);
-    if ((blockInfos_[id].flags & Format::BlockCompressed) != 0) {
+    if ((InfoOf(id).flags & Format::BlockCompressed) != 0) {
         Compress(id);
-        QEL_LOG(sourceName, "Buffer length after transformations: " << blocks_[id].GetSize());
+        QEL_LOG(sourceName, "Buffer length after transformations: " << BlockOf(id).GetSize());
     }
     Place(id);
     Freeze(id, contentLength);
     FollowStreamedSize(id, formerSize);
-    QEL_LOG(sourceName, "Writing buffer at position: " << blockInfos_[id].position);
-    if (!QelUtil::Platform::seekTo(stream, blockInfos_[id].position)) {
+    QEL_LOG(sourceName, "Writing buffer at position: " << InfoOf(id).position);
+    if (!QelUtil::Platform::seekTo(stream, InfoOf(id).position)) {
         QEL_LOG(sourceName, "File positioning failed");
         QEL_THROW(Qel::Exception::FileWriteException("Saving the buffer failed"));
     }
-    blocks_[id].Write(stream, false);
-    blocks_[id].Release();
+    BlockOf(id).Write(stream, false);
+    BlockOf(id).Release();
     QEL_LOG(sourceName, "Buffer " << id << " written to stream.");
 }
 
@@ -296,7 +296,7 @@ void Index::Compress(std::uint64_t id) {
     const std::uint64_t formerSize = StreamedSize(id);
     BlockZlibCompressor compressor(Format::CompressionLevel);
     try {
-        compressor(blocks_[id]);
+        compressor(BlockOf(id));
     } catch (...) {
         // The content is lost then, and no longer counts.
         FollowStreamedSize(id, formerSize);
@@ -306,27 +306,27 @@ void Index::Compress(std::uint64_t id) {
 
 // Places a block right after the previous one, going by what that one's entry says now.
 void Index::Place(std::uint64_t id) {
-    blockInfos_[id].length = blocks_[id].GetSize();
+    InfoOf(id).length = BlockOf(id).GetSize();
     PutPosition(id);
 }
 
 void Index::PutPosition(std::uint64_t id) {
-    blockInfos_[id].position =
-        id == 0 ? indexSize_ + indexPosition_ : blockInfos_[id - 1].position + blockInfos_[id - 1].length;
+    InfoOf(id).position =
+        id == 0 ? indexSize_ + indexPosition_ : InfoOf(id - 1).position + InfoOf(id - 1).length;
 }
 
 void Index::Freeze(std::uint64_t id, std::uint32_t contentLength) {
-    if ((blockInfos_[id].flags & Format::BlockFreezable) != 0) {
-        blockInfos_[id].frozen = true;
-        blockInfos_[id].uncompressedLength = contentLength;
+    if ((InfoOf(id).flags & Format::BlockFreezable) != 0) {
+        InfoOf(id).frozen = true;
+        InfoOf(id).uncompressedLength = contentLength;
     }
 }
 
 void Index::WriteIndexBufferToFileStream(std::uint64_t id, std::FILE* const stream) {
     constexpr const char* sourceName = "QelTnf::Index::WriteIndexBufferToFileStream";
     QEL_LOG(sourceName, "Writing index buffer " << id << " to stream.");
-    BlockInfo& info = blockInfos_[id];
-    Block& block = blocks_[id];
+    BlockInfo& info = InfoOf(id);
+    Block& block = BlockOf(id);
     const std::uint64_t formerSize = StreamedSize(id);
     const bool isFreezable = (info.flags & Format::BlockFreezable) != 0;
     if (info.frozen) {
@@ -375,7 +375,7 @@ void Index::FlushFrozen(std::FILE* const stream) {
             continue;
         }
         const std::vector<std::uint64_t>& ids = limiter.blockIds;
-        while (limiter.frozenBlocks < ids.size() && blockInfos_[ids[limiter.frozenBlocks]].frozen) {
+        while (limiter.frozenBlocks < ids.size() && InfoOf(ids[limiter.frozenBlocks]).frozen) {
             ++limiter.frozenBlocks;
         }
         for (std::size_t i = limiter.frozenBlocks; i < ids.size(); ++i) {
@@ -391,12 +391,12 @@ void Index::FlushFrozen(std::FILE* const stream) {
 }
 
 bool Index::IsToBeFlushed(std::uint64_t id, std::uint32_t limit) const {
-    const BlockInfo& info = blockInfos_[id];
-    return !info.frozen && (info.flags & Format::BlockFreezable) != 0 && blocks_[id].GetSize() >= limit;
+    const BlockInfo& info = InfoOf(id);
+    return !info.frozen && (info.flags & Format::BlockFreezable) != 0 && BlockOf(id).GetSize() >= limit;
 }
 
 bool Index::HasGoneOut(std::uint64_t id) const {
-    return blockInfos_[id].frozen || IsIndexBlockName(blockInfos_[id].name);
+    return InfoOf(id).frozen || IsIndexBlockName(InfoOf(id).name);
 }
 
 bool Index::HaveAllEarlierGoneOut(std::uint64_t id) {
@@ -409,7 +409,7 @@ bool Index::HaveAllEarlierGoneOut(std::uint64_t id) {
 // --- Index tables
 
 std::span<const BlockInfo> Index::EntriesFrom(std::uint64_t first, std::uint32_t count) const {
-    return std::span(blockInfos_).subspan(first, count);
+    return std::span(blockInfos_).subspan(static_cast<std::size_t>(first), count);
 }
 
 void Index::PutIndexTable(Block& block, std::span<const BlockInfo> entries) {

@@ -5,6 +5,7 @@
 #include <Qel/Tnf/BlockSizeLimiter.h>
 #include <Qel/Tnf/Format.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <map>
@@ -103,6 +104,14 @@ private:
     // Lets tests bring about the states that only a fault of this class could lead to.
     friend struct IndexPeer;
 
+    // An id is the place in both lists.
+    BlockInfo& InfoOf(std::uint64_t id) noexcept { return blockInfos_[static_cast<std::size_t>(id)]; }
+    const BlockInfo& InfoOf(std::uint64_t id) const noexcept {
+        return blockInfos_[static_cast<std::size_t>(id)];
+    }
+    Block& BlockOf(std::uint64_t id) noexcept { return blocks_[static_cast<std::size_t>(id)]; }
+    const Block& BlockOf(std::uint64_t id) const noexcept { return blocks_[static_cast<std::size_t>(id)]; }
+
     BlockSizeLimiter* FindLimiter(const std::string& name);
     // Whether the next value of a name goes into its last block.
     bool TakesValues(const BlockSizeLimiter& limiter) const {
@@ -110,7 +119,7 @@ private:
             return false;
         }
         const std::uint64_t last = limiter.blockIds.back();
-        return !blockInfos_[last].frozen && blocks_[last].GetSize() < limiter.limit;
+        return !InfoOf(last).frozen && BlockOf(last).GetSize() < limiter.limit;
     }
     std::uint64_t ChooseBlock(const std::string& name);
     std::uint64_t TakeFreeId() noexcept;

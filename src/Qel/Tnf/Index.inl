@@ -10,10 +10,10 @@ namespace QelTnf {
 template <typename T>
 void Index::Put(const std::string& name, const T& value) {
     const std::uint64_t id = ChooseBlock(name);
-    if (blockInfos_[id].frozen) {
+    if (InfoOf(id).frozen) {
         QEL_THROW(Qel::Exception::MiscelleneousException("Attempt to write into a frozen block"));
     }
-    blocks_[id].Put(value);
+    BlockOf(id).Put(value);
 }
 
 } // namespace QelTnf

@@ -6,8 +6,10 @@
 #include <Qel/Tnf/Shuffle.h>
 #include <Qel/Util/Platform.h>
 
+#include <cstddef>
 #include <limits>
 #include <memory>
+#include <new>
 #include <utility>
 
 namespace QelTnf {
@@ -75,7 +77,10 @@ std::uint64_t TnFile::PutShuffled(const std::string& name, const T* const data, 
         shuffleComponents(data, values, width, index_.Extend(name, static_cast<std::uint32_t>(bytes)));
     } else {
         // A put takes the low 32 bits of a size: only the beginning of these planes goes into the file.
-        const std::unique_ptr<unsigned char[]> shuffled(new unsigned char[bytes]);
+        if (bytes > std::numeric_limits<std::size_t>::max()) {
+            throw std::bad_alloc();
+        }
+        const std::unique_ptr<unsigned char[]> shuffled(new unsigned char[static_cast<std::size_t>(bytes)]);
         shuffleComponents(data, values, width, shuffled.get());
         index_.Put(name, shuffled.get(), bytes);
     }
