@@ -48,6 +48,13 @@ TEST(LogSystem, PrintsAnyStringStream) {
     EXPECT_EQ(cout.str(), "two\nlines 7\n");
 }
 
+TEST(LogSystem, PrintsNothingForAStreamThatIsNoStringStream) {
+    const Support::CapturedStream cout(std::cout);
+    const std::ostream stream(nullptr);
+    Qel::Log::LogSystem() += stream;
+    EXPECT_EQ(cout.str(), "");
+}
+
 TEST(LogSystem, CanBeCopiedAndItsAssignmentReturnsTheObject) {
     Qel::Log::LogSystem system;
     const Qel::Log::LogSystem copy(system);

@@ -137,6 +137,21 @@ TEST_F(ChildIndex, NamesWithEqualHashesAreToldApart) {
     EXPECT_EQ(index.Find(RootId, second), other);
 }
 
+// A parent's id, times 0x9E3779B97F4A7C15, changes the bits of a name's hash.
+TEST_F(ChildIndex, NodesBelowDifferentParentsWhoseHashesAreEqualAreToldApart) {
+    const unsigned int left = addGroup(RootId, "left");
+    const unsigned int right = addGroup(RootId, "right");
+    ASSERT_EQ(left, 2U);
+    ASSERT_EQ(right, 3U);
+    const auto [name, other] = Support::textsWithEqualHashes((2 * 0x7F4A7C15U) ^ (3 * 0x7F4A7C15U));
+    addGroup(left, "elder");
+    addGroup(right, "elder");
+    const unsigned int child = addGroup(left, name);
+    EXPECT_EQ(index.Find(left, name), child);
+    EXPECT_EQ(index.Find(right, other), 0U);
+    EXPECT_EQ(index.Find(right, other, typeid(Group)), 0U);
+}
+
 TEST_F(ChildIndex, NodesThatWereAddedAfterASearchAreFound) {
     EXPECT_EQ(index.Find(RootId, "a"), 0U);
     const unsigned int a = addGroup(RootId, "a");

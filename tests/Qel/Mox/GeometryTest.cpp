@@ -13,6 +13,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -92,7 +93,7 @@ TEST_F(MoxGeometry, NamesItsTypeAndVersion) {
 TEST_F(MoxGeometry, NewKeyAppendsAnEntryWithDefaults) {
     EXPECT_EQ(geometry.FindOrAddDataset("a"), 0U);
     EXPECT_EQ(geometry.FindOrAddDataset("b"), 1U);
-    const DatasetEntry& entry = geometry.GetDataset(1);
+    const DatasetEntry& entry = std::as_const(geometry).GetDataset(1);
     EXPECT_EQ(entry.key, "b");
     EXPECT_EQ(static_cast<unsigned int>(entry.variableType), 0U);
     EXPECT_FALSE(entry.vibration);

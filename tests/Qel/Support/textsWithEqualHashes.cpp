@@ -9,7 +9,7 @@
 
 namespace Support {
 
-std::pair<std::string, std::string> textsWithEqualHashes() {
+std::pair<std::string, std::string> textsWithEqualHashes(std::uint32_t difference) {
     // So many that twenty pairs are to be expected.
     constexpr std::uint32_t count = 400'000;
     // Hashes of 32 bits differ for all texts that differ in few bytes.
@@ -22,13 +22,14 @@ std::pair<std::string, std::string> textsWithEqualHashes() {
         hashes.emplace_back(static_cast<std::uint32_t>(std::hash<std::string_view>()(text(number))), number);
     }
     std::sort(hashes.begin(), hashes.end());
-    const auto first =
-        std::adjacent_find(hashes.begin(), hashes.end(),
-                           [](const auto& one, const auto& other) { return one.first == other.first; });
-    if (first == hashes.end()) {
-        throw std::logic_error("no two texts have the same hash");
+    for (const auto& [hash, number] : hashes) {
+        const std::pair sought(hash ^ difference, number + 1);
+        const auto found = std::lower_bound(hashes.begin(), hashes.end(), sought);
+        if (found != hashes.end() && found->first == sought.first) {
+            return {text(number), text(found->second)};
+        }
     }
-    return {text(first->second), text((first + 1)->second)};
+    throw std::logic_error("no two texts have such hashes");
 }
 
 } // namespace Support

@@ -87,6 +87,20 @@ protected:
     QelTnf::Index index;
 };
 
+TEST_F(IndexFile, FlushAfterAllBlocksOfANameHaveGoneOutWritesNothing) {
+    variable.set("8");
+    put("s", Bytes().fill(8, 7));
+    index.SetBlockFlags("s", freezable);
+    flush();
+    ASSERT_TRUE(entry(0).frozen);
+    const ByteVector once = file();
+    EXPECT_EQ(once.size(), 2808U);
+    EXPECT_EQ(fileAt(2800, 8), ByteVector(8, 7));
+    flush();
+    flush();
+    EXPECT_EQ(file(), once);
+}
+
 // --- Index tables
 
 TEST_F(IndexFile, TableOfTwoBlocksIsByteForByteTheirRecords) {
