@@ -1,16 +1,17 @@
 #include "exportExodus.h"
 
 #include "../../common/OutputFile.h"
+#include "../../common/utf8Path.h"
 #include "../ExportModel.h"
 #include "ExodusExporter.h"
 
 namespace MoxTool {
 
 ConversionSummary exportExodus(const ExportRequest& request, Terminal& terminal) {
-    OutputFile output(request.output, request.overwrite);
+    OutputFile output(pathOf(request.output), request.overwrite);
     ExportModel model(request);
     explainErrors(request.input, [&] {
-        ExodusExporter(model, terminal).write(output.temporaryPath().string(), request.output);
+        ExodusExporter(model, terminal).write(utf8Of(output.temporaryPath()), request.output);
     });
     output.commit();
     return model.summary();
