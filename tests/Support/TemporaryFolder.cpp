@@ -9,6 +9,16 @@
 
 namespace Support {
 
+namespace {
+
+// Names in UTF-8, whatever the system keeps them in.
+std::string utf8NameOf(const std::filesystem::path& path) {
+    const auto text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+} // namespace
+
 TemporaryFolder::TemporaryFolder() {
     constexpr int attempts = 100;
     std::random_device random;
@@ -27,7 +37,7 @@ TemporaryFolder::~TemporaryFolder() {
 }
 
 std::string TemporaryFolder::path(const std::string& name) const {
-    return (folder_ / name).string();
+    return utf8NameOf(folder_ / std::u8string(name.begin(), name.end()));
 }
 
 std::string TemporaryFolder::write(const std::string& name, const std::string& content) const {
@@ -43,7 +53,7 @@ std::string TemporaryFolder::read(const std::string& name) const {
 std::vector<std::string> TemporaryFolder::files() const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
-        names.push_back(entry.path().filename().string());
+        names.push_back(utf8NameOf(entry.path().filename()));
     }
     std::sort(names.begin(), names.end());
     return names;

@@ -6,7 +6,7 @@
 
 namespace Support {
 
-/// A folder for one test, removed with all its contents.
+/// A folder for one test, removed with all its contents. Names and paths are in UTF-8.
 class TemporaryFolder {
 public:
     TemporaryFolder();

@@ -1,4 +1,4 @@
-"""Which part of the tree may include which.
+"""Which part of the tree may include which, and where the tool makes paths.
 
 A part is a folder with all that is below it, up to a folder that is a part of its own. Each may include itself and the
 parts that stand after it here. Headers from elsewhere, such as those of other libraries, are no matter of these rules.
@@ -49,6 +49,10 @@ TOOL = {
 # The one part of the tool that uses the library's insides: no call that applications have takes a block as a file
 # stores it, and the layout of the container is written once, in the library.
 WITH_INSIDES = {"parts"}
+
+# Where paths are UTF-16, a path made of a std::string, or the other way round, loses what is not ASCII.
+PATH_OF_TEXT = re.compile(r'(?:filesystem|fs)::path(?:\(|\{)(?!"|\)|\})[^;]*|[.](?:generic_)?string\(\)')
+UTF8_PATHS = "common/utf8Path.cpp"
 
 
 def part_of(path, parts):
@@ -127,8 +131,15 @@ def includes_of_insides(project):
             if include.startswith("Qel/") and not (project / "include" / include).is_file()]
 
 
+def paths_of_texts(tool):
+    """A line for each place of the tool that makes a path from a text, or a text from a path, by itself."""
+    return [f"{file}: {found}: use pathOf() or utf8Of()" for file in sources(tool)
+            if file.relative_to(tool).as_posix() != UTF8_PATHS
+            for found in PATH_OF_TEXT.findall(file.read_text(encoding="utf-8"))]
+
+
 def violations(project):
-    """A line for each include in the project that leads where it must not."""
+    """A line for each include in the project that leads where it must not, and for each path that is made wrongly."""
     project = Path(project)
     writer = [project / "include", project / "src"]
     tool = project / "tools" / "mox"
@@ -137,4 +148,5 @@ def violations(project):
             + foreign_includes([project / "reader"], "Qel/")
             + private_includes(project)
             + includes_of_insides(project)
-            + Tree([tool], tool_rules(tool)).violations())
+            + Tree([tool], tool_rules(tool)).violations()
+            + paths_of_texts(tool))

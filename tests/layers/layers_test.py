@@ -129,6 +129,25 @@ class FindingTest(unittest.TestCase):
         self.file("src/Qel/Tnf/Index.h")
         self.assert_allowed("tools/mox/parts/StoredModel.cpp", "<Qel/Tnf/Index.h>")
 
+    def test_the_tool_must_not_make_a_path_from_a_text(self):
+        file = self.project / "tools/mox/view/ViewCommand.cpp"
+        file.parent.mkdir(parents=True)
+        for code in ("fs::path(name)", "std::filesystem::path{name}", "path.filename().string()"):
+            file.write_text(f"f({code}, x);\n", encoding="utf-8")
+            self.assertEqual(len(layers.violations(self.project)), 1, code)
+
+    def test_the_tool_may_make_a_path_from_a_literal(self):
+        file = self.project / "tools/mox/view/ViewCommand.cpp"
+        file.parent.mkdir(parents=True)
+        file.write_text('f(fs::path("."), fs::path());\n', encoding="utf-8")
+        self.assertEqual(layers.violations(self.project), [])
+
+    def test_one_source_of_the_tool_may_make_a_path_from_a_text(self):
+        file = self.project / "tools/mox" / layers.UTF8_PATHS
+        file.parent.mkdir(parents=True)
+        file.write_text("return std::filesystem::path(utf8);\n", encoding="utf-8")
+        self.assertEqual(layers.violations(self.project), [])
+
     def test_other_libraries_do_not_matter(self):
         self.assert_allowed("tools/mox/mesh/NodeOrder.cpp", "<fmt/core.h>")
 

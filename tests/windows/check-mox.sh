@@ -1,6 +1,7 @@
 #!/bin/sh
 # Usage: check-mox.sh RUN_WINE BUILD_FOLDER
-# What of mox depends on Windows: files that are open, line ends, Ctrl-C.
+# What of mox depends on Windows: characters and lengths of paths, files that are read-only, large files, line ends,
+# Ctrl-C.
 set -eu
 wine=$1
 build=$2
@@ -32,6 +33,48 @@ if mox join whole.mox pieces/*.mox 2> message; then
     complain "a file that exists was replaced"
 fi
 grep -q 'whole.mox: exists already' message || complain "the message is: $(cat message)"
+
+# Any character may be in a path: on the command line, in what mox writes, and in what it says.
+folder='Träger 🔧'
+mkdir "$folder"
+cp beam.mox "$folder/模型.mox"
+mox check -q "$folder/模型.mox" || complain "a path that is not ASCII is not found"
+mox diff "$folder/模型.mox" beam.mox > /dev/null || complain "a path that is not ASCII is not compared"
+mox export -q "$folder/模型.mox" "$folder/形.pvd" || complain "nothing is exported to a path that is not ASCII"
+grep -q 'file="形_steps/step_00001.vtu"' "$folder/形.pvd" || complain "the series names its folder wrongly"
+[ -f "$folder/形_steps/step_00001.vtu" ] || complain "the folder of a series has the wrong name"
+mox extract --all "$folder/數" "$folder/模型.mox" || complain "nothing is extracted to a path that is not ASCII"
+[ -f "$folder/數/index.json" ] || complain "the folder of an extraction has the wrong name"
+mox split "$folder/模型.mox" "$folder/片" || complain "nothing is split into a folder that is not ASCII"
+mox join -q --under '{file}' "$folder/Größe.mox" "$folder/模型.mox" "$folder"/片/*.mox ||
+    complain "files are not joined at a path that is not ASCII"
+mox tree "$folder/Größe.mox" | grep -q 模型 || complain "a group is not called like its file"
+mox view --no-open -q -o "$folder/見.html" "$folder/模型.mox" || complain "there is no page at a path that is not ASCII"
+[ -f "$folder/見.html" ] || complain "the page has the wrong name"
+if mox info "$folder/無.mox" 2> message; then
+    complain "a file that is not there was read"
+fi
+grep -qx "mox info: $folder/無.mox: there is no such file" message || complain "the message is: $(cat message)"
+! ls "$folder" | grep '[.]part' || complain "something temporary is left"
+
+# Paths of more than 259 characters.
+part=$(printf '%080d' 0)
+mkdir -p "$part/$part/$part/$part"
+mox split beam.mox "$part/$part/$part/$part/pieces" || complain "a long path is not written"
+mox check -q "$part/$part/$part/$part/pieces"/1*.mox || complain "a long path is not read"
+
+# A file that is read-only is not replaced, and neither is one in a folder where nothing can be made.
+cp beam.mox fixed.mox
+chmod 444 fixed.mox
+if mox join -q -f fixed.mox pieces/*.mox 2> message; then
+    complain "a file that is read-only was replaced"
+fi
+[ "$(wc -l < message)" -eq 1 ] && grep -q 'fixed.mox: ' message || complain "the message is: $(cat message)"
+cmp -s beam.mox fixed.mox || complain "a file that is read-only is not what it was"
+if mox join -q /proc/whole.mox pieces/*.mox 2> message; then
+    complain "a file was made where none can be"
+fi
+[ "$(wc -l < message)" -eq 1 ] && grep -q 'whole.mox: ' message || complain "the message is: $(cat message)"
 
 # What is meant for programs has its bytes unchanged.
 if mox dump beam.mox | od -An -v -tx1 | tr -d '\n' | grep -q '0d 0a'; then

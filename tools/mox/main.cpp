@@ -48,6 +48,7 @@ void removeTemporaryFiles() {
 int main(int argc, char** argv) try {
     std::set_terminate(endWithoutMemory);
     MoxTool::Platform::reserveStandardStreams();
+    MoxTool::Platform::prepareConsole();
     MoxTool::Platform::makeBinary(stdout); // what is printed is the same on every system
     MoxTool::Platform::runAtInterruption(MoxTool::TemporaryPath::removeAllForGood);
     auto terminal = MoxTool::Terminal::standardError();

@@ -3,6 +3,7 @@
 #include "Failure.h"
 #include "Platform.h"
 #include "followLinks.h"
+#include "utf8Path.h"
 
 #include <fstream>
 #include <iostream>
@@ -68,21 +69,21 @@ const fs::path& OutputFile::checkedTarget() const {
         return target_;
     }
     if (!target_.has_filename()) {
-        throw Failure(path_.string(), "names no file");
+        throw Failure(utf8Of(path_), "names no file");
     }
     std::error_code error;
     if (!fs::is_directory(folderOf(target_), error)) {
-        throw Failure(path_.string(), "the folder does not exist");
+        throw Failure(utf8Of(path_), "the folder does not exist");
     }
     const auto status = fs::status(target_, error);
     if (status.type() == fs::file_type::none) {
-        throw Failure(path_.string(), "can't be written: " + error.message());
+        throw Failure(utf8Of(path_), "can't be written: " + error.message());
     }
     if (fs::exists(status) && !fs::is_regular_file(status)) {
-        throw Failure(path_.string(), "exists and is no regular file");
+        throw Failure(utf8Of(path_), "exists and is no regular file");
     }
     if (fs::exists(status) && !overwrite_) {
-        throw Failure(path_.string(), "exists already; --overwrite replaces it");
+        throw Failure(utf8Of(path_), "exists already; --overwrite replaces it");
     }
     return target_;
 }
@@ -101,7 +102,7 @@ void OutputFile::send() const {
         isSent = in && out && copy(in, out);
     }
     if (!isSent) {
-        throw Failure(path_.string(), "can't be written");
+        throw Failure(utf8Of(path_), "can't be written");
     }
 }
 

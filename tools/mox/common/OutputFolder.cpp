@@ -2,6 +2,7 @@
 
 #include "Failure.h"
 #include "followLinks.h"
+#include "utf8Path.h"
 
 #include <system_error>
 
@@ -36,14 +37,14 @@ const fs::path& OutputFolder::checkedTarget() const {
     std::error_code error;
     const auto status = fs::status(target_, error);
     if (status.type() == fs::file_type::none) {
-        throw Failure(target_.string(), "can't be made: " + error.message());
+        throw Failure(utf8Of(target_), "can't be made: " + error.message());
     }
     if (fs::exists(status)) {
-        throw Failure(target_.string(), "exists already; give the name of a new folder");
+        throw Failure(utf8Of(target_), "exists already; give the name of a new folder");
     }
     const auto parent = target_.has_parent_path() ? target_.parent_path() : fs::path(".");
     if (!fs::is_directory(parent, error)) {
-        throw Failure(target_.string(), "the folder that is to hold it does not exist");
+        throw Failure(utf8Of(target_), "the folder that is to hold it does not exist");
     }
     return target_;
 }

@@ -1,5 +1,7 @@
 #include "Platform.h"
 
+#include "utf8Path.h"
+
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
@@ -137,6 +139,21 @@ std::size_t terminalWidth(std::FILE* stream) {
     return isKnown ? static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1) : 0;
 }
 
+// The console may be older than this program and may outlive it, so it gets back what it had.
+void prepareConsole() {
+    static const UINT before = GetConsoleOutputCP(); // 0 without a console
+    if (before != 0 && SetConsoleOutputCP(CP_UTF8) != 0) {
+        std::atexit([] { SetConsoleOutputCP(before); });
+    }
+    for (const auto number : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+        const auto handle = GetStdHandle(number);
+        DWORD mode = 0;
+        if (GetConsoleMode(handle, &mode) != 0) {
+            SetConsoleMode(handle, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+        }
+    }
+}
+
 void makeBinary(std::FILE* stream) {
     std::fflush(stream);
     _setmode(_fileno(stream), _O_BINARY);
@@ -189,7 +206,8 @@ std::uint64_t machineMemory() {
 
 bool openOnDesktop(const std::string& target) {
     constexpr INT_PTR LastError = 32;
-    const auto outcome = ShellExecuteA(nullptr, "open", target.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+    const auto outcome =
+        ShellExecuteW(nullptr, L"open", pathOf(target).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
     return reinterpret_cast<INT_PTR>(outcome) > LastError;
 }
 
@@ -496,6 +514,8 @@ std::size_t terminalWidth(std::FILE* stream) {
     struct winsize size {};
     return isTerminal(stream) && ioctl(fileno(stream), TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
+
+void prepareConsole() {}
 
 void makeBinary(std::FILE*) {}
 

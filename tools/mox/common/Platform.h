@@ -17,6 +17,10 @@ bool isTerminal(std::FILE* stream);
 /// The characters in a line of the terminal that the stream is; 0 if it is none, or if that is not known.
 std::size_t terminalWidth(std::FILE* stream);
 
+/// Makes a console take text in UTF-8, and the sequences for colours, where it does not by itself. It gets its former
+/// setting back when the process ends by exit().
+void prepareConsole();
+
 /// Makes stdin or stdout pass bytes unchanged on systems that otherwise convert line ends.
 void makeBinary(std::FILE* stream);
 

@@ -1,6 +1,7 @@
 #include "TemporaryPath.h"
 
 #include "Failure.h"
+#include "utf8Path.h"
 
 #include <fmt/core.h>
 
@@ -50,7 +51,7 @@ fs::path unusedBeside(const fs::path& target) {
     std::random_device random;
     std::error_code error;
     for (;;) {
-        auto name = fs::path(shortened(target.filename().native()));
+        fs::path name = shortened(target.filename().native());
         name += fmt::format(".{:08x}.part", random());
         auto candidate = target;
         candidate.replace_filename(name);
@@ -101,7 +102,7 @@ void TemporaryPath::createFolder() const {
     const std::lock_guard lock(pathsInUse().mutex);
     std::error_code error;
     if (!fs::create_directory(temporary_, error)) {
-        throw Failure(target_.string(), "can't be made: " + error.message());
+        throw Failure(utf8Of(target_), "can't be made: " + error.message());
     }
 }
 
@@ -110,7 +111,7 @@ void TemporaryPath::moveToTarget() const {
     std::error_code error;
     fs::rename(temporary_, target_, error);
     if (error) {
-        throw Failure(target_.string(), "can't be written: " + error.message());
+        throw Failure(utf8Of(target_), "can't be written: " + error.message());
     }
 }
 
@@ -123,13 +124,13 @@ void TemporaryPath::replaceTarget() const {
     std::error_code error;
     fs::rename(target_, old, error);
     if (error) {
-        throw Failure(target_.string(), "can't be replaced: " + error.message());
+        throw Failure(utf8Of(target_), "can't be replaced: " + error.message());
     }
     fs::rename(temporary_, target_, error);
     if (error) {
         const auto reason = error.message();
         fs::rename(old, target_, error);
-        throw Failure(target_.string(), "can't be written: " + reason);
+        throw Failure(utf8Of(target_), "can't be written: " + reason);
     }
     removeQuietly(old);
 }

@@ -1,6 +1,7 @@
 #include "checkIsFile.h"
 
 #include "Failure.h"
+#include "utf8Path.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -38,7 +39,7 @@ std::string notOpened(const std::error_code& reason) {
 
 void checkIsFile(const std::string& path) {
     std::error_code error;
-    const auto status = fs::status(path, error);
+    const auto status = fs::status(pathOf(path), error);
     if (status.type() == fs::file_type::not_found) {
         throw Failure(path, "there is no such file");
     }

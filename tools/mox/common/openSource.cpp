@@ -3,6 +3,7 @@
 #include "Platform.h"
 #include "checkIsFile.h"
 #include "readFailure.h"
+#include "utf8Path.h"
 
 #include <MoxReader/FileSource.h>
 #include <MoxReader/MemorySource.h>
@@ -37,7 +38,7 @@ std::vector<std::uint8_t> readStandardInput() {
 // Such as what a shell gives for <(xz -dc model.mox.xz).
 bool isPipe(const std::string& path) {
     std::error_code error;
-    const auto type = std::filesystem::status(path, error).type();
+    const auto type = std::filesystem::status(pathOf(path), error).type();
     return type == std::filesystem::file_type::fifo || type == std::filesystem::file_type::character ||
            type == std::filesystem::file_type::socket;
 }
@@ -65,7 +66,7 @@ std::shared_ptr<MoxReader::Source> openSource(const std::string& path) {
     }
     checkIsFile(path);
     return explainErrors(path, [&]() -> std::shared_ptr<MoxReader::Source> {
-        return std::make_shared<MoxReader::FileSource>(path);
+        return std::make_shared<MoxReader::FileSource>(pathOf(path));
     });
 }
 

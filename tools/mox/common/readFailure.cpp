@@ -1,5 +1,7 @@
 #include "readFailure.h"
 
+#include "utf8Path.h"
+
 #include <MoxReader/Format.h>
 
 #include <array>
@@ -32,7 +34,7 @@ constexpr std::array Advices = {
 // Of stdin the size is not known, and -1 stands for that of a file that is not there.
 std::uintmax_t sizeOf(const std::string& file) {
     std::error_code ignored;
-    return std::filesystem::file_size(file, ignored);
+    return std::filesystem::file_size(pathOf(file), ignored);
 }
 
 bool endsBeforeItsBlocks(const std::string& file, ErrorCode code) {

@@ -9,19 +9,20 @@ namespace {
 
 // The lead bytes of one length, and the second bytes that may follow them. The latter exclude overlong forms,
 // surrogates and whatever is beyond the last character.
-struct Form {
+struct Utf8Form {
     unsigned char firstLead, lastLead;
     unsigned char firstSecond, lastSecond;
     std::size_t size;
 };
 
-constexpr std::array Forms = {
-    Form{0xC2, 0xDF, 0x80, 0xBF, 2}, Form{0xE0, 0xE0, 0xA0, 0xBF, 3}, Form{0xE1, 0xEC, 0x80, 0xBF, 3},
-    Form{0xED, 0xED, 0x80, 0x9F, 3}, Form{0xEE, 0xEF, 0x80, 0xBF, 3}, Form{0xF0, 0xF0, 0x90, 0xBF, 4},
-    Form{0xF1, 0xF3, 0x80, 0xBF, 4}, Form{0xF4, 0xF4, 0x80, 0x8F, 4},
+constexpr std::array Utf8Forms = {
+    Utf8Form{0xC2, 0xDF, 0x80, 0xBF, 2}, Utf8Form{0xE0, 0xE0, 0xA0, 0xBF, 3},
+    Utf8Form{0xE1, 0xEC, 0x80, 0xBF, 3}, Utf8Form{0xED, 0xED, 0x80, 0x9F, 3},
+    Utf8Form{0xEE, 0xEF, 0x80, 0xBF, 3}, Utf8Form{0xF0, 0xF0, 0x90, 0xBF, 4},
+    Utf8Form{0xF1, 0xF3, 0x80, 0xBF, 4}, Utf8Form{0xF4, 0xF4, 0x80, 0x8F, 4},
 };
 
-bool fits(const Form& form, std::string_view text) {
+bool fits(const Utf8Form& form, std::string_view text) {
     const auto lead = static_cast<unsigned char>(text[0]);
     if (lead < form.firstLead || lead > form.lastLead || text.size() < form.size) {
         return false;
@@ -45,7 +46,7 @@ std::size_t utf8CharacterSize(std::string_view text) {
     if (static_cast<unsigned char>(text[0]) < 0x80) {
         return 1;
     }
-    for (const auto& form : Forms) {
+    for (const auto& form : Utf8Forms) {
         if (fits(form, text)) {
             return form.size;
         }

@@ -3,6 +3,7 @@
 #include "../common/Failure.h"
 #include "../common/Platform.h"
 #include "../common/checkIsFile.h"
+#include "../common/utf8Path.h"
 #include "../common/visibleText.h"
 #include "../mesh/ElementType.h"
 #include "CharRows.h"
@@ -46,7 +47,7 @@ void checkLength(const std::string& path, std::istream& file) {
     } catch (const std::exception& damage) {
         throw Failure(path, fmt::format("damaged: {}", damage.what()));
     }
-    const std::uint64_t present = fs::file_size(path);
+    const std::uint64_t present = fs::file_size(pathOf(path));
     if (present < required) {
         throw Failure(path, fmt::format("damaged: cut off after {} of {} bytes", present, required));
     }
@@ -64,7 +65,7 @@ void checkOpens(const std::string& path) {
 // Catches early what the library reports unclearly or not at all.
 void checkContainer(const std::string& path) {
     checkIsFile(path);
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(pathOf(path), std::ios::binary);
     if (!file) {
         throw Failure(path, "can't be opened");
     }

@@ -7,6 +7,7 @@
 #include "../common/WorkLimit.h"
 #include "../common/lowerCase.h"
 #include "../common/pathHelp.h"
+#include "../common/utf8Path.h"
 #include "exodus/exportExodus.h"
 #include "vtk/exportVtk.h"
 
@@ -59,8 +60,7 @@ std::optional<ExportFormat> formatOf(const ExportRequest& request, const std::st
     if (request.isToStandardOutput()) {
         return ExportFormat::Vtu;
     }
-    const auto known =
-        FormatExtensions.find(lowerCase(std::filesystem::path(request.output).extension().string()));
+    const auto known = FormatExtensions.find(lowerCase(utf8Of(pathOf(request.output).extension())));
     return known == FormatExtensions.end() ? std::nullopt : std::optional(known->second);
 }
 
@@ -83,7 +83,7 @@ void requireFormat(const ExportRequest& request, const std::string& name) {
 void refuseToReplaceInput(const ExportRequest& request) {
     std::error_code missing;
     if (!request.isToStandardOutput() &&
-        std::filesystem::equivalent(request.input, request.output, missing)) {
+        std::filesystem::equivalent(pathOf(request.input), pathOf(request.output), missing)) {
         throw Failure(request.output, "is the input itself");
     }
 }

@@ -8,6 +8,7 @@
 #include "../common/WorkLimit.h"
 #include "../common/datasetText.h"
 #include "../common/pathHelp.h"
+#include "../common/utf8Path.h"
 #include "../common/writeFile.h"
 #include "../mesh/columnNames.h"
 #include "FolderExtraction.h"
@@ -141,7 +142,7 @@ std::string ExtractCommand::formatName() const {
     if (!format_.empty()) {
         return format_;
     }
-    const auto extension = std::filesystem::path(output_).extension().string();
+    const auto extension = utf8Of(pathOf(output_).extension());
     const auto known = NumberFormats.find(extension.empty() ? extension : extension.substr(1));
     return known == NumberFormats.end() ? Csv : known->first;
 }
@@ -156,10 +157,10 @@ void ExtractCommand::extractOne(NumberFile& file) const {
         return fill(std::cout);
     }
     std::error_code missing;
-    if (std::filesystem::equivalent(input_, output_, missing)) {
+    if (std::filesystem::equivalent(pathOf(input_), pathOf(output_), missing)) {
         throw Failure(output_, "is the input itself");
     }
-    OutputFile target(output_, overwrite_);
+    OutputFile target(pathOf(output_), overwrite_);
     writeFile(target.temporaryPath(), output_, fill);
     target.commit();
 }

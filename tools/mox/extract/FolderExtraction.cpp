@@ -3,6 +3,7 @@
 #include "../common/OutputFolder.h"
 #include "../common/datasetText.h"
 #include "../common/safeFileName.h"
+#include "../common/utf8Path.h"
 #include "../common/writeFile.h"
 #include "../mesh/columnNames.h"
 #include "NumberTable.h"
@@ -21,14 +22,6 @@ namespace MoxTool {
 using MoxReader::Dataset;
 using MoxReader::Node;
 
-namespace {
-
-std::string pathIn(const std::string& folder, const std::string& name) {
-    return (std::filesystem::path(folder) / name).string();
-}
-
-} // namespace
-
 FolderExtraction::FolderExtraction(NumberFile& file, StepFilter steps, std::string formatName, bool header,
                                    Terminal& messages)
     : file_(file),
@@ -39,14 +32,13 @@ FolderExtraction::FolderExtraction(NumberFile& file, StepFilter steps, std::stri
       messages_(messages) {}
 
 void FolderExtraction::writeTo(const std::string& name) {
-    OutputFolder folder(name);
-    const auto temporary = folder.temporaryPath().string();
-    writeDatasets(temporary);
-    writeIndex(temporary);
+    OutputFolder folder(pathOf(name));
+    writeDatasets(folder.temporaryPath());
+    writeIndex(folder.temporaryPath());
     folder.commit();
 }
 
-void FolderExtraction::writeDatasets(const std::string& folder) const {
+void FolderExtraction::writeDatasets(const std::filesystem::path& folder) const {
     const auto format = NumberFormats.at(formatName_);
     const auto holders = holdersByPosition();
     for (std::size_t i = 0; i < holders.size(); ++i) {
@@ -55,7 +47,7 @@ void FolderExtraction::writeDatasets(const std::string& folder) const {
         const std::vector<NumberTable> tables = {
             {columnNames(holder.name, holder), file_.read(holder), holder.width}};
         const auto name = fileName(holder);
-        writeFile(pathIn(folder, name), name,
+        writeFile(folder / pathOf(name), name,
                   [&](std::ostream& out) { writeTables(out, tables, format, header_); });
     }
     messages_.clearProgress();
@@ -88,7 +80,7 @@ std::string FolderExtraction::fileName(const Dataset& holder) const {
     return fmt::format("{}-{}-{}.{}", holder.nodeId, holder.index, safeFileName(title), formatName_);
 }
 
-void FolderExtraction::writeIndex(const std::string& folder) const {
+void FolderExtraction::writeIndex(const std::filesystem::path& folder) const {
     auto entries = Json::array();
     for (const auto& node : file_.model().nodes()) {
         if (node.geometry() == nullptr) {
@@ -101,8 +93,7 @@ void FolderExtraction::writeIndex(const std::string& folder) const {
         }
     }
     const Json index = {{"format", formatName_}, {"datasets", std::move(entries)}};
-    writeFile(pathIn(folder, "index.json"), "index.json",
-              [&](std::ostream& out) { out << index.dump(2) << '\n'; });
+    writeFile(folder / "index.json", "index.json", [&](std::ostream& out) { out << index.dump(2) << '\n'; });
 }
 
 Json FolderExtraction::indexEntry(const Node& node, const Dataset& dataset) const {

@@ -7,6 +7,7 @@
 #include "../common/jsonValue.h"
 #include "NumberFormat.h"
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -32,8 +33,8 @@ public:
     void writeTo(const std::string& name);
 
 private:
-    void writeDatasets(const std::string& folder) const;
-    void writeIndex(const std::string& folder) const;
+    void writeDatasets(const std::filesystem::path& folder) const;
+    void writeIndex(const std::filesystem::path& folder) const;
     std::vector<const MoxReader::Dataset*> holdersByPosition() const;
     std::string fileName(const MoxReader::Dataset& holder) const;
     Json indexEntry(const MoxReader::Node& node, const MoxReader::Dataset& dataset) const;

@@ -2,6 +2,7 @@
 
 #include "../common/Failure.h"
 #include "../common/matchesGlob.h"
+#include "../common/utf8Path.h"
 #include "../common/visibleText.h"
 
 #include <fmt/core.h>
@@ -23,16 +24,16 @@ namespace fs = std::filesystem;
 std::vector<std::string> filesIn(const fs::path& folder) {
     std::vector<std::string> paths;
     std::error_code unreadable;
-    for (fs::directory_iterator entry(folder.empty() ? "." : folder, unreadable), end;
+    for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, unreadable), end;
          !unreadable && entry != end; entry.increment(unreadable)) {
-        paths.push_back((folder / entry->path().filename()).string());
+        paths.push_back(utf8Of(folder / entry->path().filename()));
     }
     std::sort(paths.begin(), paths.end());
     return paths;
 }
 
 std::string fileName(const std::string& path) {
-    return visibleText(fs::path(path).filename().string());
+    return visibleText(utf8Of(pathOf(path).filename()));
 }
 
 // "piece 3", "pieces 1, 3 and 7".
@@ -88,12 +89,12 @@ std::optional<PieceName> PieceName::of(const std::string& path) {
 }
 
 PieceFiles PieceFiles::matching(const std::string& pattern) {
-    const fs::path path(pattern);
+    const auto path = pathOf(pattern);
     std::optional<PieceName> first;
     Found found;
     std::string other;
     for (const auto& file : filesIn(path.parent_path())) {
-        if (!matchesGlob(path.filename().string(), fs::path(file).filename().string())) {
+        if (!matchesGlob(utf8Of(path.filename()), utf8Of(pathOf(file).filename()))) {
             continue;
         }
         const auto name = PieceName::of(file);
@@ -125,7 +126,7 @@ PieceFiles PieceFiles::besides(const std::string& path) {
         throw Failure(path, "is not named as a piece is, such as run.e.4.0");
     }
     Found found;
-    for (const auto& file : filesIn(fs::path(path).parent_path())) {
+    for (const auto& file : filesIn(pathOf(path).parent_path())) {
         const auto name = PieceName::of(file);
         if (name && name->whole == asked->whole && name->count == asked->count) {
             add(found, *name, file);
@@ -136,8 +137,8 @@ PieceFiles PieceFiles::besides(const std::string& path) {
 
 bool isFilePattern(const std::string& path) {
     std::error_code unreadable;
-    return fs::path(path).filename().string().find_first_of("*?") != std::string::npos &&
-           !fs::exists(path, unreadable);
+    return utf8Of(pathOf(path).filename()).find_first_of("*?") != std::string::npos &&
+           !fs::exists(pathOf(path), unreadable);
 }
 
 } // namespace MoxTool

@@ -2,6 +2,7 @@
 
 #include "../common/Failure.h"
 #include "../common/checkIsFile.h"
+#include "../common/utf8Path.h"
 
 #include <fmt/format.h>
 
@@ -16,7 +17,7 @@ constexpr const char* Formats =
     "Exodus II, CGNS and Gmsh .msh; python3 -m moxwriter.convert reads other mesh formats";
 
 std::string readBeginning(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(pathOf(path), std::ios::binary);
     if (!file) {
         throw Failure(path, "can't be opened");
     }

@@ -10,7 +10,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* JoinDetails =
     R"(The blocks of numbers go into OUT.mox as they are stored, at the speed of the disk, and the trees become one:
 groups of one path are one group, and datasets of one path and different names or steps go into one geometry.
 The order is that of the command line. Links lead where they led.
@@ -60,7 +60,7 @@ void JoinCommand::addOptions(CommandLine& line) {
     line.add("--suffix", request_.suffix, "Append this to the names of the shapes of each file")
         .typeName("NAME");
     line.addFlag("-v,--verbose", verbose_, "List all that is left out, not only the first ten");
-    line.setDetails(Details);
+    line.setDetails(JoinDetails);
 }
 
 int JoinCommand::run(Terminal& terminal) {

@@ -4,6 +4,7 @@
 #include "../common/Failure.h"
 #include "../common/UsageError.h"
 #include "../common/unknownCommand.h"
+#include "../common/utf8Path.h"
 #include "ManPage.h"
 
 #include <fmt/format.h>
@@ -24,12 +25,12 @@ Examples:
   mox man --all share/man/man1)";
 
 void writePage(const std::filesystem::path& folder, const ManPage& page) {
-    const auto path = folder / page.fileName();
+    const auto path = folder / pathOf(page.fileName());
     std::ofstream file(path, std::ios::binary);
     file << page.text();
     file.close();
     if (!file) {
-        throw Failure(path.string(), "can't be written; is the disk full?");
+        throw Failure(utf8Of(path), "can't be written; is the disk full?");
     }
 }
 
@@ -55,13 +56,13 @@ int ManCommand::run(Terminal&) {
 }
 
 void ManCommand::writeAll() const {
-    if (!std::filesystem::is_directory(folder_)) {
+    if (!std::filesystem::is_directory(pathOf(folder_))) {
         throw Failure(folder_, "is no folder; create it first");
     }
     const auto help = program_();
-    writePage(folder_, ManPage(help));
+    writePage(pathOf(folder_), ManPage(help));
     for (const auto& shown : help.commands) {
-        writePage(folder_, ManPage(shown));
+        writePage(pathOf(folder_), ManPage(shown));
     }
 }
 

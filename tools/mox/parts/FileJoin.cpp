@@ -4,6 +4,7 @@
 #include "../common/Failure.h"
 #include "../common/FileHandle.h"
 #include "../common/OutputFile.h"
+#include "../common/utf8Path.h"
 #include "StoredModel.h"
 #include "TreeMerge.h"
 #include "savedBy.h"
@@ -31,7 +32,7 @@ struct FileState {
 
 FileState stateOf(const std::string& path) {
     std::error_code ignored;
-    return {fs::file_size(path, ignored), fs::last_write_time(path, ignored)};
+    return {fs::file_size(pathOf(path), ignored), fs::last_write_time(pathOf(path), ignored)};
 }
 
 /// A file whose tree has been merged and whose blocks are still to be copied.
@@ -46,8 +47,8 @@ public:
     FileJoin(const JoinRequest& request, const JoinProgress& progress)
         : request_(request),
           progress_(progress),
-          output_(request.output, request.overwrite),
-          joined_(output_.temporaryPath().string(), request.output) {}
+          output_(pathOf(request.output), request.overwrite),
+          joined_(utf8Of(output_.temporaryPath()), request.output) {}
 
     JoinSummary run() {
         mergeTrees();
@@ -56,7 +57,7 @@ public:
         summary_.numberBytes = joined_.heavySize();
         joined_.save(by_.value_or(SavedBy{.sourceName = "mox join", .sourceVersion = MOX_VERSION}));
         if (request_.review) {
-            request_.review(output_.temporaryPath().string());
+            request_.review(utf8Of(output_.temporaryPath()));
         }
         output_.commit();
         return std::move(summary_);
@@ -156,7 +157,7 @@ private:
 void refuseToReplaceInputs(const JoinRequest& request) {
     for (const auto& input : request.inputs) {
         std::error_code missing;
-        if (fs::equivalent(input, request.output, missing)) {
+        if (fs::equivalent(pathOf(input), pathOf(request.output), missing)) {
             throw Failure(request.output, "is one of the inputs itself");
         }
     }
@@ -180,7 +181,7 @@ std::string expandPlaceholders(const std::string& pattern, std::size_t place, co
     auto text = pattern;
     replaceAll(text, "{n}", std::to_string(place + 1));
     replaceAll(text, "{rank}", std::to_string(place));
-    replaceAll(text, "{file}", fs::path(path).stem().string());
+    replaceAll(text, "{file}", utf8Of(pathOf(path).stem()));
     return text;
 }
 

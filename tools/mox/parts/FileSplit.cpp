@@ -6,6 +6,7 @@
 #include "../common/OutputFolder.h"
 #include "../common/readFailure.h"
 #include "../common/safeFileName.h"
+#include "../common/utf8Path.h"
 #include "StoredModel.h"
 #include "TreeMerge.h"
 #include "savedBy.h"
@@ -117,7 +118,7 @@ public:
                  [&](double done) { progress("reading the tree", done); }),
           plan_(input_.model(), request.kind),
           source_(request.input),
-          folder_(request.folder) {}
+          folder_(pathOf(request.folder)) {}
 
     SplitSummary run() {
         source();
@@ -180,8 +181,8 @@ private:
     }
 
     Part planPart(std::uint32_t number) {
-        const auto path = (folder_.temporaryPath() / fileName(number)).string();
-        const auto shown = (std::filesystem::path(request_.folder) / fileName(number)).string();
+        const auto path = utf8Of(folder_.temporaryPath() / pathOf(fileName(number)));
+        const auto shown = utf8Of(pathOf(request_.folder) / pathOf(fileName(number)));
         Part part{.number = number,
                   .file = std::make_unique<StoredModel>(path, shown),
                   .arrays = std::move(arraysOfParts_[number])};

@@ -3,6 +3,7 @@
 #include "../common/Failure.h"
 #include "../common/Platform.h"
 #include "../common/findFlaw.h"
+#include "../common/utf8Path.h"
 #include "../common/writeProblem.h"
 
 #include <Qel/Mox/Format.h>
@@ -196,7 +197,7 @@ void StoredModel::save(const SavedBy& by) {
 
 // The blocks of numbers were looked at when they were written. The library that writes the rest does not do that.
 void StoredModel::checkSaved() const {
-    const MoxReader::File file(path_);
+    const MoxReader::File file(pathOf(path_));
     if (const auto flaw = findIndexFlaw(file)) {
         throw std::runtime_error("the saved file is not whole: " + *flaw);
     }

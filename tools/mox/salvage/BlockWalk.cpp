@@ -1,5 +1,6 @@
 #include "BlockWalk.h"
 
+#include "../common/utf8Path.h"
 #include "../common/writeFile.h"
 #include "zlibHeader.h"
 
@@ -74,7 +75,7 @@ BlockAttempt BlockWalk::inflate(std::uint64_t position, std::uint64_t end) {
 
 void BlockWalk::keep(const BlockAttempt& attempt) {
     saved_.push_back({saved_.size() + 1, attempt});
-    std::filesystem::rename(folder_ / UnfinishedFile, folder_ / saved_.back().fileName());
+    std::filesystem::rename(folder_ / UnfinishedFile, folder_ / pathOf(saved_.back().fileName()));
 }
 
 // This block's bytes have ended where another block begins, so any content made from later bytes is wrong.

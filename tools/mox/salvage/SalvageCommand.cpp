@@ -8,6 +8,7 @@
 #include "../common/findFlaw.h"
 #include "../common/openSource.h"
 #include "../common/readFailure.h"
+#include "../common/utf8Path.h"
 #include "../common/writeFile.h"
 #include "BlockWalk.h"
 #include "SalvageReport.h"
@@ -104,7 +105,7 @@ std::string SalvageCommand::findState(const std::shared_ptr<MoxReader::Source>& 
 
 void SalvageCommand::salvage(MoxReader::Source& source, const MoxReader::RawIndex& index,
                              const std::string& state, Terminal& terminal) const {
-    OutputFolder target(folder_);
+    OutputFolder target(pathOf(folder_));
     BlockWalk walk(source, index, target.temporaryPath());
     walk.run([&](double part) { terminal.progress("inflating blocks", part); });
     terminal.clearProgress();

@@ -10,7 +10,7 @@ namespace MoxTool {
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* SplitDetails =
     R"(Each file has a child of the root, or with --shapes a shape, with all that is below it, and the groups that
 it is in. The files are numbered, so that mox join makes the same model of them again. Siblings of one name
 stay in one file.
@@ -31,7 +31,7 @@ void SplitCommand::addOptions(CommandLine& line) {
     line.add("FILE", request_.input, "The file to split").required();
     line.add("OUTDIR", request_.folder, "The folder to make").required();
     line.addFlag("--shapes", byShape_, "A file for each shape, not for each child of the root");
-    line.setDetails(Details);
+    line.setDetails(SplitDetails);
 }
 
 int SplitCommand::run(Terminal& terminal) {

@@ -9,6 +9,7 @@
 #include "../common/WorkLimit.h"
 #include "../common/pathHelp.h"
 #include "../common/readFailure.h"
+#include "../common/utf8Path.h"
 #include "../common/visibleText.h"
 #include "../common/writeFile.h"
 #include "ViewPage.h"
@@ -29,7 +30,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* Details =
+constexpr const char* ViewDetails =
     R"(Makes one page with the surface of the model and its results, which works without a network, and opens it
 if there is a desktop. It can be mailed: whoever gets it needs a browser alone. Without --output it stands in
 the working folder and is called like FILE, with the extension .html; mox replaces a page of its own there.
@@ -40,7 +41,7 @@ browsers on this machine, and this file alone.
 
 )";
 
-constexpr const char* Examples = R"(
+constexpr const char* ViewExamples = R"(
 
 Examples:
   mox view bracket.mox
@@ -62,14 +63,14 @@ bool isOwnPage(const fs::path& path) {
 }
 
 std::string defaultOutput(const std::string& input) {
-    auto name = fs::path(input).filename();
+    auto name = pathOf(input).filename();
     name.replace_extension(".html");
-    return name.string();
+    return utf8Of(name);
 }
 
 std::string addressOf(const fs::path& file) {
     std::error_code ignored;
-    return fs::absolute(file, ignored).string();
+    return utf8Of(fs::absolute(file, ignored));
 }
 
 } // namespace
@@ -110,7 +111,7 @@ void ViewCommand::addOptions(CommandLine& line) {
             throw UsageError("--output is required where the model comes from stdin");
         }
     });
-    line.setDetails(std::string(Details) + PathHelp + Examples);
+    line.setDetails(std::string(ViewDetails) + PathHelp + ViewExamples);
 }
 
 int ViewCommand::run(Terminal& terminal) {
@@ -128,7 +129,7 @@ int ViewCommand::run(Terminal& terminal) {
 
 void ViewCommand::writePage(Terminal& terminal) const {
     const auto path = output_.empty() ? defaultOutput(selection_.input) : output_;
-    OutputFile output(path, overwrite_ || (output_.empty() && isOwnPage(path)));
+    OutputFile output(pathOf(path), overwrite_ || (output_.empty() && isOwnPage(pathOf(path))));
     ViewModel model(selection_);
     ViewPage::Contents contents;
     writeFile(output.temporaryPath(), path, [&](std::ostream& out) {
@@ -146,7 +147,7 @@ void ViewCommand::writePage(Terminal& terminal) const {
                         contents.leftOut));
     }
     if (!noOpen_ && path != "-") {
-        Platform::openOnDesktop(addressOf(path));
+        Platform::openOnDesktop(addressOf(pathOf(path)));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "ViewModel.h"
 
+#include "../common/utf8Path.h"
 #include "../common/visibleText.h"
 #include "../mesh/DatasetNames.h"
 #include "SurfaceCollector.h"
@@ -73,7 +74,7 @@ std::size_t columnCount(const ViewField& field) {
 } // namespace
 
 ViewModel::ViewModel(const ModelSelection& selection)
-    : name_(std::filesystem::path(selection.input).filename().string()), source_(selection, name_) {
+    : name_(utf8Of(pathOf(selection.input).filename())), source_(selection, name_) {
     explainErrors(selection.input, [this] {
         surface_ = SurfaceCollector(source_.mesh()).collect();
         findCentre();

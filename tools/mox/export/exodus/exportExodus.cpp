@@ -1,6 +1,7 @@
 #include "exportExodus.h"
 
 #include "../../common/OutputFile.h"
+#include "../../common/utf8Path.h"
 #include "../ExportModel.h"
 #include "../writeApart.h"
 #include "ExodusExporter.h"
@@ -8,11 +9,11 @@
 namespace MoxTool {
 
 ConversionSummary exportExodus(const ExportRequest& request, Terminal& terminal) {
-    OutputFile output(request.output, request.overwrite);
+    OutputFile output(pathOf(request.output), request.overwrite);
     ExportModel model(request);
     auto summary = writeApart(request, "libexodus", terminal, [&] {
         explainErrors(request.input, [&] {
-            ExodusExporter(model, terminal).write(output.temporaryPath().string(), request.output);
+            ExodusExporter(model, terminal).write(utf8Of(output.temporaryPath()), request.output);
         });
         return model.summary();
     });

@@ -2,6 +2,7 @@
 
 #include "../../common/Failure.h"
 #include "../../common/followLinks.h"
+#include "../../common/utf8Path.h"
 
 #include <fmt/core.h>
 
@@ -16,7 +17,7 @@ namespace {
 
 bool holdsOnly(const fs::path& folder, const std::string& extension) {
     for (const auto& entry : fs::directory_iterator(folder)) {
-        if (!entry.is_regular_file() || entry.path().extension() != extension) {
+        if (!entry.is_regular_file() || entry.path().extension() != pathOf(extension)) {
             return false;
         }
     }
@@ -47,20 +48,20 @@ const fs::path& ReplaceableFolder::checkedTarget() const {
     std::error_code error;
     const auto status = fs::status(target_, error);
     if (status.type() == fs::file_type::none) {
-        throw Failure(target_.string(), "can't be made: " + error.message());
+        throw Failure(utf8Of(target_), "can't be made: " + error.message());
     }
     if (!fs::exists(status)) {
         return target_;
     }
     if (!fs::is_directory(status)) {
-        throw Failure(target_.string(), "exists and is no folder");
+        throw Failure(utf8Of(target_), "exists and is no folder");
     }
     if (!overwrite_) {
-        throw Failure(target_.string(), "exists already; --overwrite replaces it");
+        throw Failure(utf8Of(target_), "exists already; --overwrite replaces it");
     }
     if (!holdsOnly(target_, extension_)) {
         throw Failure(
-            target_.string(),
+            utf8Of(target_),
             fmt::format("holds more than {} files and is not replaced; remove it or choose another name",
                         extension_));
     }

@@ -4,6 +4,7 @@
 #include "../../common/Platform.h"
 #include "../../common/Terminal.h"
 #include "../../common/followLinks.h"
+#include "../../common/utf8Path.h"
 #include "ReplaceableFolder.h"
 #include "VtuExporter.h"
 #include "xmlText.h"
@@ -97,7 +98,7 @@ fs::path folderBeside(const fs::path& series) {
 ConversionSummary exportVtu(const ExportRequest& request) {
     std::optional<OutputFile> output;
     if (!request.isToStandardOutput()) {
-        output.emplace(request.output, request.overwrite);
+        output.emplace(pathOf(request.output), request.overwrite);
     }
     ExportModel model(request);
     const auto& steps = model.wantedSteps();
@@ -124,8 +125,8 @@ ConversionSummary exportVtu(const ExportRequest& request) {
 }
 
 ConversionSummary exportPvd(const ExportRequest& request, Terminal& terminal) {
-    OutputFile output(request.output, request.overwrite);
-    const auto folderPath = folderBeside(request.output);
+    OutputFile output(pathOf(request.output), request.overwrite);
+    const auto folderPath = folderBeside(pathOf(request.output));
     ReplaceableFolder folder(folderPath, ".vtu", request.overwrite);
     ExportModel model(request);
     const auto series = planSeries(model);
@@ -136,11 +137,11 @@ ConversionSummary exportPvd(const ExportRequest& request, Terminal& terminal) {
         terminal.progress("exporting steps",
                           static_cast<double>(written++) / static_cast<double>(series.size()));
         explainErrors(request.input, [&] {
-            exporter.write(file.step, file.value, folder.temporaryPath() / file.name, request.output);
+            exporter.write(file.step, file.value, folder.temporaryPath() / pathOf(file.name), request.output);
         });
     }
     terminal.clearProgress();
-    writeText(seriesText(series, folderPath.filename().string()), output.temporaryPath(), request.output);
+    writeText(seriesText(series, utf8Of(folderPath.filename())), output.temporaryPath(), request.output);
     folder.commit();
     output.commit();
     return model.summary();

@@ -2,6 +2,7 @@
 
 #include "../../common/Failure.h"
 #include "../../common/Terminal.h"
+#include "../../common/utf8Path.h"
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
 #include "../model/makeStep.h"
@@ -25,7 +26,7 @@ namespace {
 constexpr std::array<const char*, 3> CoordinateNames = {"CoordinateX", "CoordinateY", "CoordinateZ"};
 
 void setFile(Qel::Mox2::Attributes& attributes, const CgnsFile& file) {
-    attributes.set(AttributeNames::SourceFile, std::filesystem::path(file.path()).filename().string());
+    attributes.set(AttributeNames::SourceFile, utf8Of(pathOf(file.path()).filename()));
     attributes.set("CGNS Version", fmt::format("{:.2f}", file.version()));
 }
 
@@ -66,7 +67,7 @@ void CgnsImporter::run() {
         zoneCount_ += base.zones.size();
     }
     target_.choices.steps.resolve(stepsOf(bases));
-    const auto stem = std::filesystem::path(file_.path()).stem().string();
+    const auto stem = utf8Of(pathOf(file_.path()).stem());
     Qel::Mox2::Attributes attributes;
     setFile(attributes, file_);
     if (bases.size() == 1) {

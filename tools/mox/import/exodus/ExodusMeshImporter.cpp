@@ -1,6 +1,7 @@
 #include "ExodusMeshImporter.h"
 
 #include "../../common/Failure.h"
+#include "../../common/utf8Path.h"
 #include "../../common/visibleText.h"
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
@@ -116,7 +117,7 @@ ExodusMesh ExodusMeshImporter::run() {
 
 void ExodusMeshImporter::addRoot() {
     const std::string title = file_.counts().title;
-    const auto stem = std::filesystem::path(file_.path()).stem().string();
+    const auto stem = utf8Of(pathOf(file_.path()).stem());
     target_.choices.steps.resolve(stepsAt(file_.times()));
     if (const auto& root = target_.share.rootOfPiece) {
         target_.model.addNode(Qel::Mox2::NodeType::RootGroup, *root);
@@ -129,7 +130,7 @@ Qel::Mox2::Attributes ExodusMeshImporter::rootAttributes() const {
     const auto& counts = file_.counts();
     Qel::Mox2::Attributes attributes;
     attributes.set(AttributeNames::Title, counts.title);
-    attributes.set(AttributeNames::SourceFile, std::filesystem::path(file_.path()).filename().string());
+    attributes.set(AttributeNames::SourceFile, utf8Of(pathOf(file_.path()).filename()));
     attributes.set("Exodus API Version", fmt::format("{:.2f}", file_.apiVersion()));
     attributes.set("Exodus File Version", fmt::format("{:.2f}", file_.fileVersion()));
     setNumber(attributes, AttributeNames::Dimensions, counts.num_dim);

@@ -1,5 +1,6 @@
 #include "ExodusPieces.h"
 
+#include "../../common/utf8Path.h"
 #include "../../common/visibleText.h"
 
 #include <algorithm>
@@ -18,7 +19,7 @@ ExodusPieces::ExodusPieces(std::vector<std::string> paths)
     : paths_(std::move(paths)), opened_(std::min(MostOpen, paths_.size())) {}
 
 std::string ExodusPieces::name(std::size_t rank) const {
-    return visibleText(std::filesystem::path(paths_[rank]).filename().string());
+    return visibleText(utf8Of(pathOf(paths_[rank]).filename()));
 }
 
 std::shared_ptr<const ExodusFile> ExodusPieces::open(std::size_t rank) const {

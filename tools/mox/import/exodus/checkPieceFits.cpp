@@ -1,6 +1,7 @@
 #include "checkPieceFits.h"
 
 #include "../../common/Failure.h"
+#include "../../common/utf8Path.h"
 #include "../../common/visibleText.h"
 
 #include <fmt/core.h>
@@ -14,7 +15,7 @@ namespace MoxTool {
 namespace {
 
 std::string fileName(const ExodusFile& file) {
-    return visibleText(std::filesystem::path(file.path()).filename().string());
+    return visibleText(utf8Of(pathOf(file.path()).filename()));
 }
 
 [[noreturn]] void refuse(const ExodusFile& piece, const std::string& has, const ExodusFile& first,

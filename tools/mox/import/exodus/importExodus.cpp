@@ -1,5 +1,6 @@
 #include "importExodus.h"
 
+#include "../../common/utf8Path.h"
 #include "../../exodus/ExodusFile.h"
 #include "../model/JoinedImport.h"
 #include "../model/saveImported.h"
@@ -37,7 +38,7 @@ void noteIfPiece(const ExodusFile& input, ConversionSummary& summary) {
                             ? "--all-parts imports all as one"
                             : "--all-parts imports all as one where they are named like run.e.4.0";
     summary.addNote(fmt::format("{} is one of {} pieces of a decomposed model; {}",
-                                std::filesystem::path(input.path()).filename().string(), pieces, advice));
+                                utf8Of(pathOf(input.path()).filename()), pieces, advice));
 }
 
 void importFile(const ImportRequest& request, ImportTarget& target) {

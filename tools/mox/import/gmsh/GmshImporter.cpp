@@ -2,6 +2,7 @@
 
 #include "../../common/Failure.h"
 #include "../../common/Terminal.h"
+#include "../../common/utf8Path.h"
 #include "../../mesh/AttributeNames.h"
 #include "../../mesh/DatasetNames.h"
 #include "../../mesh/NodeOrder.h"
@@ -78,12 +79,12 @@ void GmshImporter::run() {
 }
 
 void GmshImporter::addRoot() {
-    const std::filesystem::path file(path_);
+    const auto file = pathOf(path_);
     Qel::Mox2::Attributes attributes;
-    attributes.set(AttributeNames::SourceFile, file.filename().string());
+    attributes.set(AttributeNames::SourceFile, utf8Of(file.filename()));
     attributes.set("Gmsh File Version", source_.version());
     setNumber(attributes, AttributeNames::Nodes, static_cast<std::int64_t>(nodes_.tags.size()));
-    target_.model.addNode(Qel::Mox2::NodeType::RootGroup, file.stem().string(), attributes);
+    target_.model.addNode(Qel::Mox2::NodeType::RootGroup, utf8Of(file.stem()), attributes);
 }
 
 std::vector<GmshImporter::EntityGroup> GmshImporter::groupEntities() const {

@@ -1,6 +1,7 @@
 #include "loadGmshModel.h"
 
 #include "../../common/Failure.h"
+#include "../../common/utf8Path.h"
 
 #define BOOST_DLL_USE_STD_FS
 #include <boost/dll/runtime_symbol_info.hpp>
@@ -26,7 +27,7 @@ boost::dll::shared_library loadModule(const std::string& path) {
     const auto module = findModule();
     if (!fs::exists(module)) {
         throw Failure(path, fmt::format("can't be read: {} is missing; install mox anew",
-                                        module.lexically_normal().string()));
+                                        utf8Of(module.lexically_normal())));
     }
     try {
         return boost::dll::shared_library(module);

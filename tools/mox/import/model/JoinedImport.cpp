@@ -1,6 +1,7 @@
 #include "JoinedImport.h"
 
 #include "../../common/Terminal.h"
+#include "../../common/utf8Path.h"
 #include "../../parts/FileJoin.h"
 #include "refuseToReplaceInput.h"
 #include "reviewOutput.h"
@@ -14,14 +15,17 @@
 namespace MoxTool {
 
 JoinedImport::JoinedImport(const ImportRequest& request, const std::string& library, Terminal& terminal)
-    : request_(request), library_(library), terminal_(terminal), output_(request.output, request.overwrite) {
+    : request_(request),
+      library_(library),
+      terminal_(terminal),
+      output_(pathOf(request.output), request.overwrite) {
     refuseToReplaceInput(request);
     output_.createFolder();
 }
 
 std::vector<ConversionSummary> JoinedImport::save(std::vector<ImportPart> parts) {
     for (auto& part : parts) {
-        part.path = pathOf(part.path);
+        part.path = pathIn(part.path);
         part.request.check = false; // the whole is checked
         files_.push_back(part.path);
     }
@@ -34,8 +38,12 @@ std::vector<ConversionSummary> JoinedImport::save(std::vector<ImportPart> parts)
     return summaries;
 }
 
+std::string JoinedImport::pathIn(const std::string& name) const {
+    return utf8Of(output_.temporaryPath() / pathOf(name));
+}
+
 std::string JoinedImport::rootName(const std::string& name) const {
-    const MoxReader::File file(std::make_shared<MoxReader::FileSource>(pathOf(name)));
+    const MoxReader::File file(std::make_shared<MoxReader::FileSource>(pathOf(pathIn(name))));
     return MoxReader::readModel(file).root().name;
 }
 

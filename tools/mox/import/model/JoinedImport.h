@@ -38,7 +38,7 @@ public:
     void join(const std::string& suffix, ConversionSummary& summary);
 
 private:
-    std::string pathOf(const std::string& name) const { return (output_.temporaryPath() / name).string(); }
+    std::string pathIn(const std::string& name) const;
 
     const ImportRequest& request_;
     const std::string& library_;

@@ -4,6 +4,7 @@
 #include "../../common/Failure.h"
 #include "../../common/Terminal.h"
 #include "../../common/openSource.h"
+#include "../../common/utf8Path.h"
 #include "../../common/writeProblem.h"
 #include "cannotBeWritten.h"
 #include "checkSavedFile.h"
@@ -38,7 +39,7 @@ void reviewOutput(const std::string& path, const ImportRequest& request, Termina
         if (request.check) {
             refuseErrors(path, request.output, terminal);
         }
-        checkSavedFile(path);
+        checkSavedFile(pathOf(path));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& flaw) {

@@ -5,6 +5,7 @@
 #include "../../common/Failure.h"
 #include "../../common/Platform.h"
 #include "../../common/Terminal.h"
+#include "../../common/utf8Path.h"
 #include "../Compressor.h"
 #include "BlockTooSmall.h"
 #include "cannotBeWritten.h"
@@ -184,7 +185,7 @@ private:
         if (report->kind == Report::Again) {
             blockSizes_[place] = static_cast<std::uint32_t>(std::stoul(report->text));
             std::error_code ignored; // saving anew fails if the file is still there
-            std::filesystem::remove(part.path, ignored);
+            std::filesystem::remove(pathOf(part.path), ignored);
             return false;
         }
         auto& saved = saved_[place];

@@ -1,6 +1,7 @@
 #include "saveImported.h"
 
 #include "../../common/OutputFile.h"
+#include "../../common/utf8Path.h"
 #include "refuseToReplaceInput.h"
 #include "reviewOutput.h"
 
@@ -9,8 +10,8 @@ namespace MoxTool {
 ConversionSummary saveImported(const ImportRequest& request, const std::string& library, Terminal& terminal,
                                const ModelFiller& fill) {
     refuseToReplaceInput(request);
-    OutputFile output(request.output, request.overwrite);
-    const auto path = output.temporaryPath().string();
+    OutputFile output(pathOf(request.output), request.overwrite);
+    const auto path = utf8Of(output.temporaryPath());
     auto saved = saveApart({{path, request, fill}}, 1, library, terminal).front();
     for (const auto& sentence : saved.narrowing.report()) {
         saved.summary.addNote(sentence);
