@@ -336,6 +336,16 @@ TEST_F(Block, SumOfCapacityAndAdditionalMemoryIsHeldAtTheLargestNumberInsteadOfW
     EXPECT_EQ(contentOf(block), (ByteVector{1, 2, 3}));
 }
 
+// Ten bytes beyond 2^64 with the capacity, and three below with the size.
+TEST_F(Block, AllocationThatOverflowsWithTheCapacityAloneFails) {
+    variable.set("16");
+    put({1, 2, 3});
+    EXPECT_TRUE(Support::throws<Qel::Exception::MemoryAllocationException>(
+        noMemory, [this] { block.AllocateAdditionalMemory(0xFFFFFFFFFFFFFFFA); }));
+    EXPECT_EQ(block.GetCapacity(), 16U);
+    EXPECT_EQ(contentOf(block), (ByteVector{1, 2, 3}));
+}
+
 // --- Writing
 
 class BlockFile : public Block {
@@ -471,12 +481,31 @@ TEST_F(Block, ValueForAReleasedBlockStandsAfterZerosAndNotAfterWhatWasInMemory) 
     EXPECT_EQ(block.GetCapacity(), 3002U);
 }
 
+TEST_F(Block, ValueInTheMiddleOfAReleasedBlockIsSurroundedByZeros) {
+    variable.set("0");
+    put(Bytes().fill(3000, 0xAB));
+    block.SetPosition(10);
+    block.Release();
+    put({4, 5});
+    EXPECT_EQ(contentOf(block), Bytes().zeros(10).u8(4).u8(5).zeros(2988));
+    EXPECT_EQ(block.GetPosition(), 12U);
+}
+
 TEST_F(Block, ReleasedBlockWithRoomForAValueDoesNotGrowForIt) {
     variable.set("16");
     put({1, 2, 3});
     block.Release();
     put({4});
     EXPECT_EQ(contentOf(block), (ByteVector{0, 0, 0, 4}));
+    EXPECT_EQ(block.GetCapacity(), 16U);
+}
+
+TEST_F(Block, ReleasedBlockWithoutContentGetsTheCapacityBackThatItHad) {
+    variable.set("8");
+    block.AllocateAdditionalMemory(16);
+    block.Release();
+    put({1});
+    EXPECT_EQ(contentOf(block), (ByteVector{1}));
     EXPECT_EQ(block.GetCapacity(), 16U);
 }
 

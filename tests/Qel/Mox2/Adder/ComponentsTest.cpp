@@ -106,6 +106,12 @@ TEST_F(ComponentsAdder, EachOfTwoDifferentSeparatorCharactersSplits) {
     EXPECT_TRUE(throws<InvalidArguments>(Relative, [&] { merge(database, Paths{":|a"}, "|:"); }));
 }
 
+// The paths are alike but for one character, so that what the first has passed through lies one later in the second.
+TEST_F(ComponentsAdder, DoubledSeparatorAtTheStartOfALaterPathCountsAsOne) {
+    EXPECT_EQ(add({"/r/a/x", "//r/a/x", "/r/a/x"}), (Ids{4, 4, 4}));
+    EXPECT_EQ(tree().GetNodes().size(), 4U);
+}
+
 TEST_F(ComponentsAdder, SkippedPathsLeaveTheCurrentNode) {
     add({"/a/b/"});
     EXPECT_EQ(add({"", "/"}), (Ids{0, 0}));
