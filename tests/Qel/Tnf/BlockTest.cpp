@@ -500,6 +500,14 @@ TEST_F(Block, ReleasedBlockWithRoomForAValueDoesNotGrowForIt) {
     EXPECT_EQ(block.GetCapacity(), 16U);
 }
 
+TEST_F(Block, ValueForAReleasedBlockOfOneByteStandsAfterAZero) {
+    variable.set("0");
+    put({0xAB});
+    block.Release();
+    put({4});
+    EXPECT_EQ(contentOf(block), (ByteVector{0, 4}));
+}
+
 TEST_F(Block, ReleasedBlockWithoutContentGetsTheCapacityBackThatItHad) {
     variable.set("8");
     block.AllocateAdditionalMemory(16);

@@ -294,6 +294,15 @@ TEST_F(Index, BlockOneByteBelowItsLimitTakesAnotherWholeValue) {
     EXPECT_EQ(block(0).GetSize(), 107U);
 }
 
+TEST_F(Index, BlockAtItsLimitIsFollowedByANewOneWhereverItsWritePositionIs) {
+    variable.set("8");
+    put("a", Bytes().fill(8, 1));
+    IndexPeer::blocks(index)[0].SetPosition(0);
+    put("a", {2});
+    EXPECT_EQ(contentOf(block(0)), (ByteVector{1, 1, 1, 1, 1, 1, 1, 1}));
+    EXPECT_EQ(contentOf(block(1)), (ByteVector{2}));
+}
+
 TEST_F(Index, BlockAtItsLimitIsFollowedByANewOneAndKeepsItsPlaceInTheStream) {
     variable.set("8");
     put("a", Bytes().fill(8, 1));

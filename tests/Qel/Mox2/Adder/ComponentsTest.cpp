@@ -48,6 +48,15 @@ TEST(ComponentsAdderState, NeedsWriteModeIfThereIsAnyPath) {
     });
 }
 
+TEST(ComponentsAdderState, RefusedAdderHasNoResult) {
+    Qel::Mox2::Database database;
+    const Paths paths = {"/a"};
+    const std::string separator = "/";
+    Qel::Mox2::Adder::Components<Paths, IdArray> adder(paths, separator);
+    EXPECT_THROW(adder.update(database), Qel::Exception::InvalidObjectState);
+    EXPECT_EQ(adder.result().size(), 0);
+}
+
 TEST(ComponentsAdderState, NoPathsAreFineInAnyState) {
     Qel::Mox2::Database database;
     EXPECT_EQ(merge(database, Paths()), Ids());
