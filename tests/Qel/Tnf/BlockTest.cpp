@@ -108,6 +108,15 @@ TEST_F(Block, PutOfNothingIntoANewBlockAllocatesAllTheSame) {
     EXPECT_EQ(block.GetSize(), 0U);
 }
 
+TEST_F(Block, ValueThatFitsBetweenTheWritePositionAndTheEndDoesNotMakeTheBlockGrow) {
+    variable.set("16");
+    put({1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
+    block.SetPosition(0);
+    put({11, 12, 13, 14, 15, 16, 17, 18});
+    EXPECT_EQ(block.GetCapacity(), 16U);
+    EXPECT_EQ(contentOf(block), (ByteVector{11, 12, 13, 14, 15, 16, 17, 18, 9, 10}));
+}
+
 TEST_F(Block, AllocateAdditionalMemoryAddsExactlySoManyBytes) {
     put({1, 2, 3});
     block.AllocateAdditionalMemory(5);
@@ -515,6 +524,13 @@ TEST_F(Block, ReleasedBlockWithoutContentGetsTheCapacityBackThatItHad) {
     put({1});
     EXPECT_EQ(contentOf(block), (ByteVector{1}));
     EXPECT_EQ(block.GetCapacity(), 16U);
+}
+
+TEST_F(BlockFile, LengthIsTheSizeWhereverTheWritePositionIs) {
+    put({1, 2, 3});
+    block.SetPosition(1);
+    EXPECT_EQ(fileAfter([this](std::FILE* stream) { block.Write(stream, true); }),
+              (ByteVector{3, 0, 0, 0, 1, 2, 3}));
 }
 
 TEST_F(BlockFile, ReleasedBlockWritesNothingOfItsContent) {

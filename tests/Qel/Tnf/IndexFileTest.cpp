@@ -358,6 +358,14 @@ TEST_F(IndexFile, BlockTakesItsWholeSizeInTheFileWhereverItsWritePositionIs) {
     EXPECT_EQ(fileAt(2800, 100), (ByteVector{1, 2, 3, 4}));
 }
 
+TEST_F(IndexFile, FrozenBlockKeepsTheLengthOfItsContentWhereverItsWritePositionWas) {
+    put("a", {1, 2, 3});
+    index.SetBlockFlags("a", freezable);
+    IndexPeer::blocks(index)[0].SetPosition(1);
+    index.WriteBufferToFileStream(0, stream);
+    EXPECT_EQ(entry(0).uncompressedLength, 3U);
+}
+
 TEST_F(IndexFile, FreezableBlockIsFrozenAndKeepsTheLengthOfItsContent) {
     put("a", Bytes().fill(1000, 7));
     index.SetBlockFlags("a", compressed | freezable);
