@@ -1,7 +1,8 @@
 """The small changes that mutate.py makes to a source of the library."""
 
 import re
-from dataclasses import dataclass
+from collections import Counter
+from dataclasses import dataclass, replace
 from pathlib import Path
 
 from pygments.lexers import CppLexer
@@ -108,10 +109,12 @@ class Mutant:
     kind: str
     before: tuple  # the lines that change
     after: tuple  # as many lines in their place
+    place: int = 1  # among the equal mutants of equal lines of the source, from 1
 
     def key(self):
         """Names the mutant without the number of its line, so that it holds while the source moves."""
-        return f"{self.path} | {joined(self.before)} | {joined(self.after)}"
+        place = f" | {self.place}" if self.place > 1 else ""
+        return f"{self.path} | {joined(self.before)} | {joined(self.after)}{place}"
 
     def __str__(self):
         return f"{self.path}:{self.line}: {self.kind}\n  - {joined(self.before)}\n  + {joined(self.after)}"
@@ -160,12 +163,16 @@ class Source:
         return found
 
     def mutants(self):
-        seen = set()
+        seen, found = set(), []
         for mutant in self.all_mutants():
             place = (mutant.line, mutant.after)
             if mutant.before != mutant.after and place not in seen and mutant.line not in self.left_out:
                 seen.add(place)
-                yield mutant
+                found.append(mutant)
+        places = Counter()
+        for mutant in sorted(found, key=lambda mutant: mutant.line):
+            places[mutant.key()] += 1
+            yield replace(mutant, place=places[mutant.key()])
 
     def all_mutants(self):
         yield from self.replaced_operators()

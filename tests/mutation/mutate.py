@@ -6,8 +6,9 @@ condition, the class of an exception, two arguments, a statement left out, two s
 that all tests pass is printed as a survivor, unless the list of explained ones (explained.txt beside this program) has
 it; the exit code is 1 if there is one.
 
-The mutants of functions are compiled all at once and chosen by number at run time; the others, such as those of
-constants, are compiled one by one, with the sources and the tests that include them.
+The mutants of functions and of initial values are compiled all at once and chosen by number at run time; a run without
+any of them notes which functions each test reaches, and a mutant meets only the tests that reach it. The others, such
+as those of enumerators, are compiled one by one, with the sources and the tests that include them.
 """
 
 import argparse
@@ -21,8 +22,10 @@ import resource
 import shlex
 import subprocess
 import sys
+import threading
 import time
 from concurrent.futures import ThreadPoolExecutor
+from dataclasses import dataclass
 from pathlib import Path
 
 import switched
@@ -36,9 +39,15 @@ EXPLAINED = HERE / "explained.txt"
 PROGRAMS = ["unit_tests", "api_tests", "golden_tests", "roundtrip_tests", "random_tests", "memory_tests"]
 RANDOM_SEQUENCES = "100"
 LIBRARIES = ["-lgtest_main", "-lgmock", "-lgtest", "-lz", "-lpthread"]
-# Of processor time of one process. Ends mutants that run forever.
-CPU_SECONDS = 20
+# Ends mutants that run forever: in processor time of one process, besides what the same tests take with no mutant.
+CPU_SECONDS = 2
+CPU_FACTOR = 4
 ADDRESS_SPACE = 24 << 30
+# In milliseconds. Tests that take longer meet a mutant after all others of their program.
+DEAR = 50
+LONGEST_FILTER = 100_000
+LIBRARY = "src/CMakeFiles/moxwriter_objects.dir"
+NOT_CONSTANT = re.compile(r"‘(?:[\w{}]+::)*(\w+)’ (?:is not usable in a constant expression|was not initialized)")
 COMPILED = re.compile(r"mutant(\d+)/")
 
 
@@ -61,8 +70,10 @@ class Build:
             words = shlex.split(entry["command"])
             output = words[words.index("-o") + 1]
             self.commands[output] = words[1 if "ccache" in words[0] else 0 :]
-        (self.work / "number.cpp").write_text(switched.DEFINITION, encoding="utf-8")
-        self.run(["g++", "-O1", "-c", self.work / "number.cpp", "-o", self.work / "number.o"])
+        source, compiled = self.work / "number.cpp", self.work / "number.o"
+        if not compiled.exists() or source.read_text(encoding="utf-8") != switched.DEFINITION:
+            source.write_text(switched.DEFINITION, encoding="utf-8")
+            self.run(["g++", "-O1", "-c", source, "-o", compiled])
         self.dependencies = self.read_dependencies()
 
     @staticmethod
@@ -89,29 +100,43 @@ class Build:
         folders = {"golden_tests": ["tests/golden/CMakeFiles/golden_tests.dir",
                                     "tests/golden/CMakeFiles/golden_support.dir"]}  # fmt: skip
         found = []
-        for folder in folders.get(program, [f"tests/CMakeFiles/{program}.dir"]) + [
-            "src/CMakeFiles/moxwriter_objects.dir"
-        ]:
+        for folder in [*folders.get(program, [f"tests/CMakeFiles/{program}.dir"]), LIBRARY]:
             found += sorted(str(path.relative_to(self.folder)) for path in (self.folder / folder).rglob("*.o"))
         return found
 
     def object_of(self, path):
-        return f"src/CMakeFiles/moxwriter_objects.dir/{path[len('src/'):]}.o"
+        return f"{LIBRARY}/{path[len('src/'):]}.o"
 
-    def compile(self, output, overlay, target, options=("-O0",)):
-        """Compiles one object anew with the files of a folder before the project's; returns what the compiler says."""
-        words = list(self.commands[output])
-        source = Path(words[words.index("-c") + 1])
-        broken = overlay / source.relative_to(ROOT)
-        if broken.exists():
-            words[words.index("-c") + 1] = str(broken)
+    @staticmethod
+    def is_of_library(output):
+        return output.startswith(LIBRARY)
+
+    def units(self, objects, jobs):
+        """Divides objects of the library into groups whose sources are compiled as one, since that is quicker."""
+        objects = sorted(objects)
+        return [unit for unit in (objects[first::jobs] for first in range(jobs)) if unit]
+
+    def compile(self, unit, overlay, target, options=("-O0",)):
+        """Compiles sources as one with the files of a folder before the project's; returns what the compiler says."""
+        words = list(self.commands[unit[0]])
+        target.parent.mkdir(parents=True, exist_ok=True)
+        joined = target.with_suffix(".cpp")
+        includes = [f'#include "{self.source_of(output, overlay)}"\n' for output in unit]
+        joined.write_text("".join(includes), encoding="utf-8")
+        words[words.index("-c") + 1] = str(joined)
         words[words.index("-o") + 1] = str(target)
         first = next(i for i, word in enumerate(words) if word.startswith("-I"))
         words[first:first] = [f"-I{overlay}/src", f"-I{overlay}/include"]
-        words = [word for word in words if word not in ("-Werror", "-O3", "-Winvalid-pch")] + ["-w", *options]
-        target.parent.mkdir(parents=True, exist_ok=True)
+        words = [word for word in words if word not in ("-Werror", "-O3", "-Winvalid-pch")]
+        words += ["-w", *options]
         done = subprocess.run(words, cwd=self.folder, capture_output=True, text=True)
         return done.stderr if done.returncode != 0 else ""
+
+    def source_of(self, output, overlay):
+        words = self.commands[output]
+        source = Path(words[words.index("-c") + 1])
+        broken = overlay / source.relative_to(ROOT)
+        return broken if broken.exists() else source
 
     def link_flags(self, program):
         """Such as those that put the test's own functions in place of the system's."""
@@ -124,33 +149,68 @@ class Build:
         objects = self.objects(program)
         # The library first: of the inline functions that two objects have, the linker takes the first.
         objects.sort(key=lambda name: not name.startswith("src/"))
-        words = ["g++", "-fuse-ld=lld", "-o", str(target), *self.link_flags(program), *(str(replaced.get(name, name)) for name in objects)]
+        linked = [str(name) for name in (replaced.get(name, name) for name in objects) if name]
+        words = ["g++", "-fuse-ld=lld", "-o", str(target), *self.link_flags(program), *linked]
         words += [str(self.work / "number.o"), "reader/libmoxreader.a", *LIBRARIES]
         done = subprocess.run(words, cwd=self.folder, capture_output=True, text=True)
         if done.returncode != 0:
             sys.exit(f"mutate: {program} does not link\n{done.stderr}")
 
 
+def mutants_in(errors):
+    """The mutants that a compiler complains about: where the error is, or where it says that the template is used."""
+    found, context = set(), set()
+    for line in errors.splitlines():
+        numbers = set(map(int, COMPILED.findall(line)))
+        if ": error: " in line:
+            found |= set(map(int, COMPILED.findall(line.split(": error: ")[0]))) or numbers or context
+            context = set()
+        elif "required from" in line or "In instantiation of" in line:
+            context |= numbers
+    return found
+
+
 @functools.cache
 def suites_of(path):
-    """A filter for the test suites that the tests of this source have for themselves."""
+    """The test suites that this source has for itself."""
     folder = ROOT / "tests" / Path(path).parent.relative_to(Path(path).parts[0])
     names = set()
     for file in folder.glob(f"{Path(path).stem}*Test.cpp"):
-        names.update(re.findall(r"^TEST(?:_F|_P)?\((\w+),", file.read_text(encoding="utf-8"), re.MULTILINE))
-    return ":".join(f"*{name}.*" for name in sorted(names))
+        text = file.read_text(encoding="utf-8")
+        names.update(re.findall(r"^(?:TYPED_)?TEST(?:_F|_P)?\((\w+),", text, re.MULTILINE))
+    return names
 
 
-def fails(program, number, tests=None):
+@dataclass
+class Reached:
+    """What a test reaches: the functions, by the numbers that switched() has given them."""
+
+    name: str
+    milliseconds: int
+    sites: frozenset
+
+
+def reached_by(path):
+    """The tests of a program, from what it has recorded. Begins with what is reached before the first test."""
+    found = []
+    for line in path.read_text(encoding="utf-8").splitlines():
+        test, milliseconds, *sites = line.split(" ")
+        found.append(Reached(test, int(milliseconds), frozenset(map(int, sites))))
+    return found
+
+
+def fails(program, number, tests=None, seconds=3600, record=None):
     def limit():
-        resource.setrlimit(resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS))
+        resource.setrlimit(resource.RLIMIT_CPU, (seconds, seconds))
         resource.setrlimit(resource.RLIMIT_AS, (ADDRESS_SPACE, ADDRESS_SPACE))
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
     command = [program, "--gtest_brief=1", "--gtest_fail_fast"]
-    if tests:
+    if tests and len(tests) <= LONGEST_FILTER:
         command.append(f"--gtest_filter={tests}")
     environment = dict(os.environ, MUTANT=str(number), MOXWRITER_RANDOM_SEQUENCES=RANDOM_SEQUENCES)
+    if record:
+        environment["MUTANTS_REACHED"] = str(record)
     try:
         return subprocess.run(
             command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, preexec_fn=limit, timeout=3600,
@@ -166,10 +226,14 @@ class Run:
         self.arguments, self.build = arguments, build
         self.programs = arguments.programs
         self.end = time.monotonic() + arguments.minutes * 60 if arguments.minutes else None
-        self.verdicts_file = build.work / "verdicts.json"
+        self.verdicts_file = build.work / "verdicts.txt"
         self.verdicts = {}
         if self.verdicts_file.exists():
-            self.verdicts = json.loads(self.verdicts_file.read_text(encoding="utf-8"))
+            for line in self.verdicts_file.read_text(encoding="utf-8").splitlines():
+                verdict, key = line.split("\t", 1)
+                self.verdicts[key] = verdict
+        self.reached = {}
+        self.constants = set()  # that can't be chosen at run time
         self.known = keys_in(EXPLAINED)
         self.not_tried = 0
 
@@ -184,19 +248,41 @@ class Run:
         if verdict == "survived" and mutant.key() in self.known:
             verdict = "explained"
         self.verdicts[mutant.key()] = verdict
-        self.verdicts_file.write_text(json.dumps(self.verdicts, indent=0), encoding="utf-8")
+        with self.verdicts_file.open("a", encoding="utf-8") as file:
+            file.write(f"{verdict}\t{mutant.key()}\n")
         if verdict == "survived":
             print(f"survived: {mutant}", flush=True)
 
-    def judge(self, mutant, number, program_of):
+    def judge(self, mutant, number, program_of, site=None):
         """Returns who killed it, or "survived"."""
-        own = suites_of(mutant.path)
-        if own and fails(program_of("unit_tests"), number, own):
-            return "unit_tests"
         for name in self.programs:
-            if fails(program_of(name), number):
-                return name
+            program = program_of(name)
+            for tests, seconds in self.tests_for(name, mutant.path, site):
+                if fails(program, number, tests, seconds):
+                    return name
         return "survived"
+
+    def tests_for(self, name, path, site):
+        """Yields filters for the tests of a program that can see a mutant, and how much processor time they may take.
+        First come those of its own source, last those that take long."""
+        before, *tests = self.reached[name]
+        if site is not None and site not in before.sites:
+            tests = [test for test in tests if site in test.sites]
+        own = suites_of(path)
+        groups = ([], [], [])
+        for test in tests:
+            is_own = not own.isdisjoint(re.split(r"[./]", test.name))
+            groups[0 if is_own else 1 if test.milliseconds <= DEAR else 2].append(test)
+        for chosen in filter(None, groups):
+            milliseconds = sum(test.milliseconds for test in chosen)
+            yield ":".join(test.name for test in chosen), CPU_SECONDS + CPU_FACTOR * milliseconds // 1000
+
+    def record(self, name, program):
+        """Runs a program with no mutant, and keeps which functions its tests reach."""
+        path = self.build.work / f"{name}.reached"
+        if fails(program, 0, record=path):
+            sys.exit(f"mutate: {name} fails without any mutant")
+        self.reached[name] = reached_by(path)
 
     def switched(self, sources, mutants):
         """Compiles all functions with all their mutants, and tries one after the other. Returns the others."""
@@ -207,47 +293,74 @@ class Run:
         replaced = {}
         headers = {mutant.path for number, mutant in numbered if number in taken and not is_source(mutant)}
         broken = {self.build.object_of(m.path) for number, m in numbered if number in taken and is_source(m)}
+        own = set()
         for output, files in self.build.dependencies.items():
-            own = any(Path(path).stem + "Test.cpp.o" == Path(output).name for path in headers)
-            if files & headers and (output.startswith("src/CMakeFiles/moxwriter_objects.dir") or own):
+            if files & headers and self.build.is_of_library(output):
                 broken.add(output)
-        while broken:
+            elif files & headers and any(Path(path).stem + "Test.cpp.o" == Path(output).name for path in headers):
+                own.add(output)
+        units = self.build.units(broken, self.arguments.jobs) + [[output] for output in sorted(own)]
+        while units:
             with ThreadPoolExecutor(self.arguments.jobs) as pool:
-                said = list(pool.map(lambda output: self.compiled(output, overlay, replaced), broken))
-            bad = {int(number) for text in said for number in COMPILED.findall(text)}
-            if any(said) and not bad:
-                sys.exit("mutate: " + "\n".join(said))
+                said = list(pool.map(lambda unit: self.compiled(unit, overlay, replaced), units))
+            errors = "\n".join(said)
+            (self.build.work / "errors.txt").write_text(errors, encoding="utf-8")
+            constants = set(NOT_CONSTANT.findall(errors)) - self.constants
+            bad = set() if constants else mutants_in(errors)
+            if errors.strip() and not bad and not constants:
+                sys.exit("mutate: " + errors)
+            if constants:
+                print("constant when it is compiled:", *sorted(constants), flush=True)
+                self.constants |= constants
+                taken = self.write(overlay, sources, numbered)
+                units = [unit for unit, text in zip(units, said) if text]
+                continue
             for number in bad:
                 self.settle(mutants[number - 1], "does not compile")
             print(f"{len(bad)} mutants don't compile", flush=True)
             spoilt = {mutants[number - 1].path for number in bad}
             numbered = [pair for pair in numbered if pair[0] not in bad]
-            taken = self.write(overlay, sources, numbered, spoilt) | (taken - bad)
-            broken = {output for output, text in zip(broken, said) if text}
-        for name in self.programs:
-            self.build.link(name, replaced, self.build.work / name)
-            if fails(self.build.work / name, 0):
-                sys.exit(f"mutate: {name} fails without any mutant")
+            taken = {number: site for number, site in taken.items() if number not in bad}
+            taken |= self.write(overlay, sources, numbered, spoilt)
+            units = [unit for unit, text in zip(units, said) if text]
+        self.judge_all(numbered, taken, replaced)
+        return [mutant for number, mutant in numbered if number not in taken]
+
+    def judge_all(self, numbered, taken, replaced):
+        lock = threading.Lock()
+
+        def program_of(name):
+            program = self.build.work / name
+            with lock:
+                if name not in self.reached:
+                    self.build.link(name, replaced, program)
+                    self.record(name, program)
+            return program
+
         def one(pair):
+            number, mutant = pair
             if self.is_late():
                 self.not_tried += 1
             else:
-                self.settle(pair[1], self.judge(pair[1], pair[0], lambda name: self.build.work / name))
+                self.settle(mutant, self.judge(mutant, number, program_of, taken[number]))
+
         with ThreadPoolExecutor(self.arguments.jobs) as pool:
             list(pool.map(one, [pair for pair in numbered if pair[0] in taken]))
-        return [mutant for number, mutant in numbered if number not in taken]
 
-    def compiled(self, output, overlay, replaced):
-        replaced[output] = self.build.work / "objects" / output
-        return self.build.compile(output, overlay, replaced[output])
+    def compiled(self, unit, overlay, replaced):
+        """Compiles the sources of these objects as one, which takes the place of all of them."""
+        for output in unit:
+            replaced[output] = None
+        replaced[unit[0]] = self.build.work / "objects" / unit[0]
+        return self.build.compile(unit, overlay, replaced[unit[0]])
 
     def write(self, overlay, sources, numbered, only=None):
-        taken = set()
+        taken = {}
         for source in sources:
             own = [pair for pair in numbered if pair[1].path == source.path]
             if not own or (only is not None and source.path not in only):
                 continue
-            text, numbers = switched.switched(source.path, source.lines, own)
+            text, numbers = switched.switched(source.path, source.lines, own, self.constants)
             taken |= numbers
             if numbers:
                 (overlay / source.path).parent.mkdir(parents=True, exist_ok=True)
@@ -270,19 +383,23 @@ class Run:
         path.parent.mkdir(parents=True)
         path.write_text("\n".join([f'#line 1 "{mutant.path}"', *mutant.applied(lines)]), encoding="utf-8")
         replaced, same = {}, True
-        for output in self.affected(mutant):
-            if output not in plain:
-                plain[output] = self.build.work / "plain" / output
-                self.build.compile(output, self.build.work / "nothing", plain[output])
-            replaced[output] = self.build.work / "objects-alone" / output
-            if self.build.compile(output, overlay, replaced[output]):
+        for unit in self.affected(mutant):
+            if tuple(unit) not in plain:
+                plain[tuple(unit)] = self.build.work / "plain" / str(len(plain)) / unit[0]
+                self.build.compile(unit, self.build.work / "nothing", plain[tuple(unit)])
+            replaced |= dict.fromkeys(unit)
+            replaced[unit[0]] = self.build.work / "objects-alone" / unit[0]
+            if self.build.compile(unit, overlay, replaced[unit[0]]):
                 return "does not compile"
-            same = same and plain[output].read_bytes() == replaced[output].read_bytes()
+            same = same and plain[tuple(unit)].read_bytes() == replaced[unit[0]].read_bytes()
         if same:
             return "same code"
         linked = {}
 
         def program_of(name):
+            if name not in self.reached:
+                self.build.link(name, {}, self.build.work / f"{name}-plain")
+                self.record(name, self.build.work / f"{name}-plain")
             if name not in linked:
                 linked[name] = self.build.work / f"{name}-alone"
                 self.build.link(name, replaced, linked[name])
@@ -291,18 +408,14 @@ class Run:
         return self.judge(mutant, 0, program_of)
 
     def affected(self, mutant):
+        """What to compile with a mutant, in groups that are compiled as one."""
         if is_source(mutant):
-            return [self.build.object_of(mutant.path)]
-        return [
-            output
-            for output, files in self.build.dependencies.items()
-            if mutant.path in files
-            and (
-                output.startswith("src/CMakeFiles/moxwriter_objects.dir")
-                or (output.startswith("tests/CMakeFiles/unit_tests.dir/Qel")
-                    and Path(output).name.startswith(Path(mutant.path).stem))
-            )
-        ]  # fmt: skip
+            return [[self.build.object_of(mutant.path)]]
+        using = sorted(output for output, files in self.build.dependencies.items() if mutant.path in files)
+        library = [output for output in using if self.build.is_of_library(output)]
+        tests = [output for output in using if output.startswith("tests/CMakeFiles/unit_tests.dir/Qel")
+                 and Path(output).name.startswith(Path(mutant.path).stem)]  # fmt: skip
+        return [unit for unit in [library, *([output] for output in tests)] if unit]
 
     def report(self, mutants):
         counts = {}

@@ -128,10 +128,13 @@ TEST_F(AdtTree, ReferencesToPayloadsStayValidWhileNodesAreAdded) {
     EXPECT_EQ(tree.GetReqNode(1).data, 7);
 }
 
-TEST_F(AdtTree, SetCurrentIdToTheNextIdThrowsAndToTheLastSucceeds) {
+TEST_F(AdtTree, SetCurrentIdToTheNextIdOrALaterOneThrowsAndToTheLastSucceeds) {
     tree.AddChild();
-    EXPECT_TRUE(throws<KeyNotFound>(keyNotFoundIn("::SetCurrentId"), [&] { tree.SetCurrentId(3); }));
-    EXPECT_EQ(tree.GetCurrentId(), 2U);
+    for (const unsigned int unknown : {3U, 4U, 0xFFFFFFFFU}) {
+        EXPECT_TRUE(
+            throws<KeyNotFound>(keyNotFoundIn("::SetCurrentId"), [&] { tree.SetCurrentId(unknown); }));
+        EXPECT_EQ(tree.GetCurrentId(), 2U);
+    }
     EXPECT_NO_THROW(tree.SetCurrentId(2));
     EXPECT_NO_THROW(tree.SetCurrentId(1));
     EXPECT_EQ(tree.GetCurrentId(), 1U);

@@ -28,6 +28,12 @@ TEST_F(MoxNodeSets, NamesItsTypeAndVersion) {
     EXPECT_EQ(nodeSets.GetVersion(), "0.1");
 }
 
+TEST_F(MoxNodeSets, NewSetsHaveNoPlaceInTheFile) {
+    EXPECT_EQ(nodeSets.heavyPosition, 0U);
+    EXPECT_EQ(nodeSets.heavySize, 0U);
+    EXPECT_EQ(nodeSets.GetSetCount(), 0U);
+}
+
 TEST_F(MoxNodeSets, NoSetsWriteTwoOffsetsOfZeroAndEmptyLists) {
     nodeSets.WriteHeavy(container, "Heavy Data");
     const ByteVector expected = Bytes().u32(1).u32(0).text("").u32(1).u32(0).u32(0).u32(0);

@@ -1,10 +1,13 @@
 #include "Qel/Mox/StreamContent.h"
+#include "Qel/Support/BlockSizeGuard.h"
+#include "Qel/Support/Blocks.h"
 #include "Support/Bytes.h"
 
 #include <Qel/Mox/Material.h>
 #include <Qel/Mox/ModifierInfo.h>
 #include <Qel/Mox/ResultAttributes.h>
 #include <Qel/Mox/VariableType.h>
+#include <Qel/Tnf/BlockStream.h>
 #include <Qel/Tnf/Index.h>
 
 #include <gtest/gtest.h>
@@ -105,6 +108,36 @@ TEST_F(Records, MaterialOfEachLaterVersionEndsWithItsFlag) {
 TEST_F(Records, MaterialOfAVersionThatIsNoRungHasTheFieldsOfAllRungs) {
     const ByteVector expected = Bytes().u32(83).text("10").append(firstFields()).u32(0x3E4CCCCD).u8(1);
     EXPECT_EQ(written<QelMox::Material>(VersionedMaterial("10")), expected);
+}
+
+// The stream has taken the step from the environment when it was made.
+TEST_F(Records, RecordsInAStreamLeaveTheGrowthStepAsItIsWhateverTheVariable) {
+    Support::BlockSizeGuard variable;
+    const std::string name = "name";
+    QelTnf::BlockStream stream(index, name);
+    variable.set("16");
+    stream.Put(QelMox::Material(""));
+    stream.Put(std::vector<ModifierInfo>(1));
+    stream.Put(std::vector<QelMox::ResultAttributes>());
+    EXPECT_EQ(QelTnf::defaultBlockSize, 10'485'760U);
+}
+
+TEST_F(Records, RecordInTheMiddleOfABlockCountsItsOwnBytesAlone) {
+    QelTnf::Block block;
+    Support::putInto(block, Bytes().fill(200, 0xEE));
+    block.SetPosition(10);
+    block.Append(QelMox::Material(""));
+    EXPECT_EQ(block.GetPosition(), 94U);
+    const ByteVector expected = Bytes()
+                                    .fill(10, 0xEE)
+                                    .u32(84)
+                                    .text("0.3")
+                                    .append(firstFields())
+                                    .u32(0x3E4CCCCD)
+                                    .u8(1)
+                                    .fill(106, 0xEE);
+    EXPECT_EQ(Support::contentOf(block), expected);
+    block.Release();
 }
 
 TEST_F(Records, NoResultAttributesAreACountOfZero) {

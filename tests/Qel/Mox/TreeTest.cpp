@@ -532,6 +532,19 @@ TEST_F(MoxTreeAttributes, TextOf256BytesIsWrittenWhole) {
     EXPECT_EQ(recordOf({{"a", AttributeValue(std::string_view(text))}}), expected);
 }
 
+// The stream has taken the step from the environment when it was made.
+TEST_F(MoxTreeAttributes, RecordLeavesTheGrowthStepAsItIsWhateverTheVariable) {
+    Support::BlockSizeGuard variable;
+    const std::string name = "Attributes";
+    QelTnf::BlockStream attributes(tree.File.GetIndex(), name);
+    variable.set("16");
+    QelMox::Tree::WriteAttributes(attributes, {{"a", AttributeValue(1U)},
+                                               {"b", AttributeValue(1.0F)},
+                                               {"c", AttributeValue(std::string_view("text"))},
+                                               {"d", AttributeValue(1.0)}});
+    EXPECT_EQ(QelTnf::defaultBlockSize, 10'485'760U);
+}
+
 TEST_F(MoxTreeAttributes, UnknownKindIsListedWithoutAValue) {
     AttributeValue value;
     value.kind = AttributeValue::Kind(4);
@@ -685,6 +698,27 @@ TEST_F(MoxTree, NodeSetsHaveADescriptorOf20BytesAndTheirPayloadInHeavyData) {
     const ByteVector expected = Bytes().u32(16).u32(1).u64(4).u32(46);
     EXPECT_EQ(Support::slice(stream("Light Data"), 41, 99), expected);
     EXPECT_EQ(stream("Heavy Data").size(), 50U);
+}
+
+// A geometry of the version whose record has the numbers with it.
+class GeometryWithNumbers final : public Geometry {
+public:
+    using Geometry::Geometry;
+
+    std::string GetVersion() const override { return "0.5"; }
+};
+
+TEST_F(MoxTree, NumbersOfAGeometryOfVersion05AreInHeavyData) {
+    const std::array<std::uint32_t, 2> numbers = {1, 2};
+    tree.SetRootGroup("r", {});
+    auto geometry = std::make_unique<GeometryWithNumbers>("g");
+    auto& entry = geometry->GetDataset(geometry->FindOrAddDataset("key"));
+    entry.values.sizeInBytes = 8;
+    entry.values.data = numbers.data();
+    entry.position = 0;
+    tree.AddChildNode(std::move(geometry));
+    tree.SaveTree(tree.File);
+    EXPECT_EQ(stream("Heavy Data"), Bytes().u32(1).u32(2));
 }
 
 // Each value has a block of its own, and the blocks are in the order of the values.

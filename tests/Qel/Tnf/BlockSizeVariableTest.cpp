@@ -38,6 +38,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Text{"FractionIsCut", "7.9", 7},                                               //
                     Text{"LettersAreZero", "abc", 0},                                              //
                     Text{"BlanksAlone", " \t ", 0},                                                //
+                    Text{"BlankBeforeANumber", " 7", 7},                                           //
                     Text{"BlanksBeforeASign", "  +7", 7},                                          //
                     Text{"AllKindsOfBlanks", " \t\n\v\f\r7", 7},                                   //
                     Text{"BlankAfterASign", "+ 7", 0},                                             //

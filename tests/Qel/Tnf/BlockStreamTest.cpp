@@ -167,8 +167,12 @@ TEST_F(BlockStream, GrowthStepIsThatOfTheEnvironmentWhenItIsMade) {
     EXPECT_EQ(QelTnf::defaultBlockSize, 16U);
     variable.set("100");
     stream.Put(1U);
+    stream.Put("ab", 2);
+    stream.Put(std::string("c"));
+    stream.Put(std::vector<std::string>{"d"});
     EXPECT_EQ(QelTnf::defaultBlockSize, 16U);
-    EXPECT_EQ(block(0).GetCapacity(), 16U);
+    EXPECT_EQ(block(0).GetSize(), 20U);
+    EXPECT_EQ(block(0).GetCapacity(), 32U);
 }
 
 // The limit belongs to the name's first block, which only the first value opens.

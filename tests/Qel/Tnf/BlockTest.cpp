@@ -109,6 +109,15 @@ TEST_F(Block, PutOfNothingIntoANewBlockAllocatesAllTheSame) {
     EXPECT_EQ(block.GetSize(), 0U);
 }
 
+TEST_F(Block, ValueThatFitsBetweenTheWritePositionAndTheEndDoesNotMakeTheBlockGrow) {
+    variable.set("16");
+    put({1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
+    block.SetPosition(0);
+    put({11, 12, 13, 14, 15, 16, 17, 18});
+    EXPECT_EQ(block.GetCapacity(), 16U);
+    EXPECT_EQ(contentOf(block), (ByteVector{11, 12, 13, 14, 15, 16, 17, 18, 9, 10}));
+}
+
 TEST_F(Block, AllocateAdditionalMemoryAddsExactlySoManyBytes) {
     put({1, 2, 3});
     block.AllocateAdditionalMemory(5);
@@ -340,6 +349,16 @@ TEST_F(Block, SumOfCapacityAndAdditionalMemoryIsHeldAtTheLargestNumberInsteadOfW
     EXPECT_EQ(contentOf(block), (ByteVector{1, 2, 3}));
 }
 
+// Ten bytes beyond 2^64 with the capacity, and three below with the size.
+TEST_F(Block, AllocationThatOverflowsWithTheCapacityAloneFails) {
+    variable.set("16");
+    put({1, 2, 3});
+    EXPECT_TRUE(Support::throws<Qel::Exception::MemoryAllocationException>(
+        noMemory, [this] { block.AllocateAdditionalMemory(0xFFFFFFFFFFFFFFFA); }));
+    EXPECT_EQ(block.GetCapacity(), 16U);
+    EXPECT_EQ(contentOf(block), (ByteVector{1, 2, 3}));
+}
+
 // --- Writing
 
 class BlockFile : public Block {
@@ -475,6 +494,16 @@ TEST_F(Block, ValueForAReleasedBlockStandsAfterZerosAndNotAfterWhatWasInMemory) 
     EXPECT_EQ(block.GetCapacity(), 3002U);
 }
 
+TEST_F(Block, ValueInTheMiddleOfAReleasedBlockIsSurroundedByZeros) {
+    variable.set("0");
+    put(Bytes().fill(3000, 0xAB));
+    block.SetPosition(10);
+    block.Release();
+    put({4, 5});
+    EXPECT_EQ(contentOf(block), Bytes().zeros(10).u8(4).u8(5).zeros(2988));
+    EXPECT_EQ(block.GetPosition(), 12U);
+}
+
 TEST_F(Block, ReleasedBlockWithRoomForAValueDoesNotGrowForIt) {
     variable.set("16");
     put({1, 2, 3});
@@ -482,6 +511,30 @@ TEST_F(Block, ReleasedBlockWithRoomForAValueDoesNotGrowForIt) {
     put({4});
     EXPECT_EQ(contentOf(block), (ByteVector{0, 0, 0, 4}));
     EXPECT_EQ(block.GetCapacity(), 16U);
+}
+
+TEST_F(Block, ValueForAReleasedBlockOfOneByteStandsAfterAZero) {
+    variable.set("0");
+    put({0xAB});
+    block.Release();
+    put({4});
+    EXPECT_EQ(contentOf(block), (ByteVector{0, 4}));
+}
+
+TEST_F(Block, ReleasedBlockWithoutContentGetsTheCapacityBackThatItHad) {
+    variable.set("8");
+    block.AllocateAdditionalMemory(16);
+    block.Release();
+    put({1});
+    EXPECT_EQ(contentOf(block), (ByteVector{1}));
+    EXPECT_EQ(block.GetCapacity(), 16U);
+}
+
+TEST_F(BlockFile, LengthIsTheSizeWhereverTheWritePositionIs) {
+    put({1, 2, 3});
+    block.SetPosition(1);
+    EXPECT_EQ(fileAfter([this](std::FILE* stream) { block.Write(stream, true); }),
+              (ByteVector{3, 0, 0, 0, 1, 2, 3}));
 }
 
 TEST_F(BlockFile, ReleasedBlockWritesNothingOfItsContent) {

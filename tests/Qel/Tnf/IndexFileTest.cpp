@@ -387,6 +387,24 @@ TEST_F(IndexFile, WrittenBlockLosesItsBufferAndKeepsItsOtherFields) {
     EXPECT_EQ(block(0).GetCapacity(), 10'485'760U);
 }
 
+TEST_F(IndexFile, BlockTakesItsWholeSizeInTheFileWhereverItsWritePositionIs) {
+    put("a", {1, 2, 3});
+    put("b", {4});
+    IndexPeer::blocks(index)[0].SetPosition(1);
+    writeAll();
+    EXPECT_EQ(entry(0).length, 3U);
+    EXPECT_EQ(entry(1).position, 2803U);
+    EXPECT_EQ(fileAt(2800, 100), (ByteVector{1, 2, 3, 4}));
+}
+
+TEST_F(IndexFile, FrozenBlockKeepsTheLengthOfItsContentWhereverItsWritePositionWas) {
+    put("a", {1, 2, 3});
+    index.SetBlockFlags("a", freezable);
+    IndexPeer::blocks(index)[0].SetPosition(1);
+    index.WriteBufferToFileStream(0, stream);
+    EXPECT_EQ(entry(0).uncompressedLength, 3U);
+}
+
 TEST_F(IndexFile, FreezableBlockIsFrozenAndKeepsTheLengthOfItsContent) {
     put("a", Bytes().fill(1000, 7));
     index.SetBlockFlags("a", compressed | freezable);
@@ -666,6 +684,16 @@ TEST_F(IndexFile, FlushLeavesBlocksThatAreOneByteBelowTheirLimit) {
     EXPECT_EQ(file(), ByteVector());
 }
 
+TEST_F(IndexFile, FlushGoesByTheSizeOfABlockNotByItsWritePosition) {
+    variable.set("8");
+    put("a", Bytes().fill(8, 1));
+    index.SetBlockFlags("a", freezable);
+    IndexPeer::blocks(index)[0].SetPosition(0);
+    flush();
+    EXPECT_TRUE(entry(0).frozen);
+    EXPECT_EQ(fileAt(2800, 100), Bytes().fill(8, 1));
+}
+
 TEST_F(IndexFile, FlushTakesTheLimitOfTheEntryNotTheVariable) {
     variable.set("8");
     put("a", Bytes().fill(8, 1));
@@ -738,6 +766,18 @@ TEST_F(IndexFile, FlushRefusesABlockAfterAnotherNamesBlockThatIsStillInMemory) {
     EXPECT_TRUE(Support::throws<Qel::Exception::NotYetImplemented>(flushingImpossible, [this] { flush(); }));
     EXPECT_FALSE(entry(1).frozen);
     EXPECT_EQ(file(), ByteVector());
+}
+
+TEST_F(IndexFile, FlushRefusesABlockAfterOneInMemoryThatStandsAfterFlushedOnes) {
+    variable.set("8");
+    stream8(1);
+    stream8(2);
+    put("other", {3});
+    put("s", Bytes().fill(8, 4));
+    index.SetBlockFlags("s", freezable);
+    ASSERT_TRUE(entry(0).frozen);
+    EXPECT_TRUE(Support::throws<Qel::Exception::NotYetImplemented>(flushingImpossible, [this] { flush(); }));
+    EXPECT_FALSE(entry(3).frozen);
 }
 
 TEST_F(IndexFile, CloseCompletesTheFileAfterARefusedFlush) {
@@ -836,6 +876,9 @@ TEST_F(IndexFile, IndexBlockThatIsNotFreezableStaysFrozenOrNotAsItWas) {
         other.WriteIndexBufferToFileStream(19, stream);
         EXPECT_EQ(other.GetBlockInfos()[19].frozen, frozen);
         EXPECT_EQ(other.GetBlockInfos()[19].released, frozen);
+        IndexPeer::entries(other)[19].frozen = false;
+        other.WriteIndexBufferToFileStream(19, stream);
+        EXPECT_FALSE(other.GetBlockInfos()[19].frozen);
     }
 }
 

@@ -155,6 +155,13 @@ TEST_F(Index, FreeEntryCanBeAddedByItsName) {
     EXPECT_EQ(idsOf(emptyName), (BlockIds{0}));
 }
 
+TEST_F(Index, FreeEntryThatIsAddedAfterAnotherGetsTheNextId) {
+    EXPECT_EQ(add(emptyName), 0U);
+    EXPECT_EQ(add(emptyName), 1U);
+    EXPECT_EQ(entryCount(), 2U);
+    EXPECT_EQ(idsOf(emptyName), (BlockIds{0, 1}));
+}
+
 TEST_F(Index, LongerNameThatBeginsLikeTheEmptyOneGetsAnEntryOfItsOwnAtTheEnd) {
     add();
     EXPECT_EQ(add(emptyName + "2"), 20U);
@@ -287,6 +294,15 @@ TEST_F(Index, BlockOneByteBelowItsLimitTakesAnotherWholeValue) {
     EXPECT_EQ(block(0).GetSize(), 107U);
 }
 
+TEST_F(Index, BlockAtItsLimitIsFollowedByANewOneWhereverItsWritePositionIs) {
+    variable.set("8");
+    put("a", Bytes().fill(8, 1));
+    IndexPeer::blocks(index)[0].SetPosition(0);
+    put("a", {2});
+    EXPECT_EQ(contentOf(block(0)), (ByteVector{1, 1, 1, 1, 1, 1, 1, 1}));
+    EXPECT_EQ(contentOf(block(1)), (ByteVector{2}));
+}
+
 TEST_F(Index, BlockAtItsLimitIsFollowedByANewOneAndKeepsItsPlaceInTheStream) {
     variable.set("8");
     put("a", Bytes().fill(8, 1));
@@ -319,6 +335,14 @@ TEST_F(Index, PutsOf1MiBOpenTheSecondBlockWithThe201stWhenTheSizeEqualsTheLimit)
     put("a", mebibyte);
     EXPECT_EQ(idsOf("a"), (BlockIds{0, 1}));
     EXPECT_EQ(block(1).GetSize(), 1'048'576U);
+}
+
+// As when memory has run out while the name's first block was made.
+TEST_F(Index, NameThatHasALimiterAndNoBlockGetsItsFirst) {
+    IndexPeer::limiters(index)["a"];
+    put("a", {1});
+    EXPECT_EQ(idsOf("a"), (BlockIds{0}));
+    EXPECT_EQ(contentOf(block(0)), (ByteVector{1}));
 }
 
 TEST_F(Index, FrozenBlockIsFollowedByANewOne) {

@@ -140,6 +140,32 @@ TEST_F(TnFile, CloseOfAnOpenFileLogsItsStartAndItsEndAndOpeningNothing) {
     EXPECT_EQ(log.lines(), closing({"Closing file ...", "File closed."}));
 }
 
+/// Records at which records of the log a file is open.
+class OpenAtRecords final : private Qel::Log::LogSystem {
+public:
+    explicit OpenAtRecords(QelTnf::TnFile& observed)
+        : file_(observed), former_(Qel::Log::replaceProcessLog(*this)) {}
+    ~OpenAtRecords() override { Qel::Log::replaceProcessLog(former_); }
+
+    std::vector<bool> isOpen;
+
+private:
+    using LogSystem::operator+=;
+    void operator+=(const Qel::Log::Record<char>&) override {
+        isOpen.push_back(file_.GetStream() != nullptr);
+    }
+
+    QelTnf::TnFile& file_;
+    LogSystem& former_;
+};
+
+TEST_F(TnFile, FileIsOpenWhenTheLogSaysThatItIsBeingClosedAndNotWhenItSaysThatItIs) {
+    file.OpenFileForWriting(path, false);
+    const OpenAtRecords log(file);
+    file.CloseFile();
+    EXPECT_EQ(log.isOpen, (std::vector<bool>{true, false}));
+}
+
 TEST_F(TnFile, DestructorClosesTheFileOnce) {
     auto other = std::make_unique<QelTnf::TnFile>();
     other->OpenFileForWriting(path, false);

@@ -106,6 +106,13 @@ TEST(ArrayPropertyAdderState, NeedsWriteModeAlsoWithNothingToDo) {
 
 // --- Entries
 
+TEST_F(ArrayPropertyAdder, PositionPasses4GiB) {
+    tree().File.GetIndex().AddStoredBlock("Heavy Data", 5, 0xFFFFFFFF);
+    tree().File.GetIndex().AddStoredBlock("Heavy Data", 5, 0xFFFFFFFF);
+    add(threeFloats(), idsOf({First}));
+    EXPECT_EQ(entry(First).position, 0x1FFFFFFFEU);
+}
+
 TEST_F(ArrayPropertyAdder, EntryDescribesTheNumbers) {
     const TableArray<unsigned int> numbers = (TableArray<unsigned int>(2, 3) << 1, 2, 3, 4, 5, 6).finished();
     TableProperty<unsigned int> property;
@@ -408,6 +415,12 @@ TEST_F(ArrayPropertyAdder, StepsAttributesAreConvertedBeforeTheCurrentNodeMoves)
         throws<InvalidArguments>(Support::RefusedAttribute, [&] { add(threeFloats(), idsOf({99}), steps); }));
     EXPECT_EQ(tree().GetCurrentId(), 2U);
     EXPECT_EQ(streamed(), 12U);
+}
+
+TEST_F(ArrayPropertyAdder, AttributesOfALaterStepAreConvertedAlsoForANodeThatIsNoGeometry) {
+    const Steps steps = {StepData("A", {}), StepData("B", {{"a", 7U}})};
+    EXPECT_TRUE(throws<InvalidArguments>(Support::RefusedAttribute,
+                                         [&] { add(threeFloats(), idsOf({RootId}), steps); }));
 }
 
 TEST_F(ArrayPropertyAdder, UnknownIdLeavesItselfCurrentAndEarlierPairsRecorded) {

@@ -48,6 +48,15 @@ TEST(ComponentsAdderState, NeedsWriteModeIfThereIsAnyPath) {
     });
 }
 
+TEST(ComponentsAdderState, RefusedAdderHasNoResult) {
+    Qel::Mox2::Database database;
+    const Paths paths = {"/a"};
+    const std::string separator = "/";
+    Qel::Mox2::Adder::Components<Paths, IdArray> adder(paths, separator);
+    EXPECT_THROW(adder.update(database), Qel::Exception::InvalidObjectState);
+    EXPECT_EQ(adder.result().size(), 0);
+}
+
 TEST(ComponentsAdderState, NoPathsAreFineInAnyState) {
     Qel::Mox2::Database database;
     EXPECT_EQ(merge(database, Paths()), Ids());
@@ -104,6 +113,12 @@ TEST_F(ComponentsAdder, EachOfTwoDifferentSeparatorCharactersSplits) {
     EXPECT_EQ(dataOf<QelMox::Shape>(7).GetName(), "f");
     EXPECT_EQ(tree().GetNodes().size(), 8U);
     EXPECT_TRUE(throws<InvalidArguments>(Relative, [&] { merge(database, Paths{":|a"}, "|:"); }));
+}
+
+// The paths are alike but for one character, so that what the first has passed through lies one later in the second.
+TEST_F(ComponentsAdder, DoubledSeparatorAtTheStartOfALaterPathCountsAsOne) {
+    EXPECT_EQ(add({"/r/a/x", "//r/a/x", "/r/a/x"}), (Ids{4, 4, 4}));
+    EXPECT_EQ(tree().GetNodes().size(), 4U);
 }
 
 TEST_F(ComponentsAdder, SkippedPathsLeaveTheCurrentNode) {

@@ -40,10 +40,16 @@ TEST(NodeAdderState, NeedsWriteMode) {
 
 TEST_F(NodeAdder, DefaultIsAnUnnamedRootGroup) {
     Qel::Mox2::Adder::Node adder;
+    EXPECT_EQ(adder.result(), 0U);
     adder.update(database);
     EXPECT_EQ(adder.result(), 1U);
     EXPECT_EQ(dataOf<QelMox::Group>(1).GetName(), "");
     EXPECT_EQ(dataOf<QelMox::Group>(1).GetGroupKind(), 0);
+}
+
+TEST_F(NodeAdder, ResultIsZeroBeforeTheUpdate) {
+    const AttributeMap none;
+    EXPECT_EQ(Qel::Mox2::Adder::Node(Qel::Mox2::Group, "a", none).result(), 0U);
 }
 
 TEST_F(NodeAdder, NumbersOfTheTypesAreThoseOfTheInterface) {
