@@ -76,6 +76,10 @@ std::vector<Work> allWorks(const std::string& folder) {
     return works;
 }
 
+// What each command makes at the least.
+constexpr unsigned long LeastAllocations = 501;
+constexpr unsigned long LeastWrites = 2;
+
 Circumstances preloadedWith(const std::string& library) {
     Circumstances circumstances;
     circumstances.environment = {{"LD_PRELOAD", library}};
@@ -92,10 +96,10 @@ unsigned long countedCalls(Work& work, Circumstances circumstances) {
 
 // The places are spread evenly, from the first call to the last.
 template <typename ExpectationT>
-void failCalls(Work& work, Circumstances circumstances, const std::string& mode,
+void failCalls(Work& work, Circumstances circumstances, const std::string& mode, unsigned long least,
                const ExpectationT& expectation) {
     const unsigned long last = countedCalls(work, circumstances);
-    ASSERT_GT(last, 0U) << work.name();
+    ASSERT_GE(last, least) << work.name() << " hardly makes any such call";
     const unsigned long count = std::min(Program::places(), last);
     for (unsigned long i = 0; i < count; ++i) {
         const std::string number = std::to_string(count == 1 ? last : 1 + i * (last - 1) / (count - 1));
@@ -107,7 +111,7 @@ void failCalls(Work& work, Circumstances circumstances, const std::string& mode,
 
 TEST_F(ProgramFault, OneFailedAllocationEndsInOneLineAndNothingHalfWritten) {
     for (Work& work : allWorks(folder())) {
-        failCalls(work, preloadedWith(MOX_FAILING_MEMORY), "",
+        failCalls(work, preloadedWith(MOX_FAILING_MEMORY), "", LeastAllocations,
                   [&](const End& end) { expectAllOrNothing(work, end); });
     }
 }
@@ -115,7 +119,7 @@ TEST_F(ProgramFault, OneFailedAllocationEndsInOneLineAndNothingHalfWritten) {
 TEST_F(ProgramFault, MemoryThatStaysOutEndsInOneLineAndNothingHalfWritten) {
     for (Work& work : allWorks(folder())) {
         // To remove a file takes memory too.
-        failCalls(work, preloadedWith(MOX_FAILING_MEMORY), "+",
+        failCalls(work, preloadedWith(MOX_FAILING_MEMORY), "+", LeastAllocations,
                   [&](const End& end) { expectAllOrNothing(work, end, true); });
     }
 }
@@ -125,7 +129,8 @@ TEST_F(ProgramFault, OneFailedWriteEndsInOneLineAndNothingHalfWritten) {
         for (const int error : {ENOSPC, EIO}) {
             Circumstances circumstances = preloadedWith(MOX_FAILING_WRITES);
             circumstances.environment["MOX_TEST_ERROR"] = std::to_string(error);
-            failCalls(work, circumstances, "", [&](const End& end) { expectAllOrNothing(work, end); });
+            failCalls(work, circumstances, "", LeastWrites,
+                      [&](const End& end) { expectAllOrNothing(work, end); });
         }
     }
 }
@@ -134,10 +139,12 @@ TEST_F(ProgramFault, OneFailedWriteEndsInOneLineAndNothingHalfWritten) {
 
 TEST_F(ProgramFault, FileThatCanNotGrowEndsInOneLineAndNothingHalfWritten) {
     for (Work& work : worksThatWrite(folder())) {
-        const std::size_t largest = work.largestFile();
+        // A model has the date of its save in it, which compresses differently each time.
+        constexpr std::size_t MoreThanADate = 64;
+        const std::size_t largest = work.largestFile() - MoreThanADate;
         const std::size_t count = Program::places();
         for (std::size_t i = 0; i < count; ++i) {
-            const std::size_t size = i * (largest - 1) / (count - 1);
+            const std::size_t size = i * largest / (count - 1);
             SCOPED_TRACE(work.name() + ", at " + std::to_string(size) + " bytes");
             Circumstances small;
             small.largestFile = size;

@@ -46,6 +46,13 @@ TEST(HeavyData, FloatsComeRowByRow) {
     EXPECT_EQ((std::vector<float>{1, 2, 3, 4, 5, 6}), opened.heavy.readFloats(opened.dataset(0)));
 }
 
+// 40 bytes of three arrays and 73 of node sets.
+TEST(HeavyData, TheStreamIsThatOfTheNumbers) {
+    Opened opened;
+    EXPECT_EQ(113u, opened.heavy.stream().size());
+    EXPECT_EQ(0u, opened.heavy.stream().blocks().front().id);
+}
+
 TEST(HeavyData, UnsignedIntegersComeRowByRow) {
     Opened opened;
     EXPECT_EQ((std::vector<std::uint32_t>{0x04030201, 0x08070605}),

@@ -642,6 +642,27 @@ TEST_F(IndexFile, StreamSizeDoesNotCountContentThatWasLostForWantOfMemory) {
     EXPECT_EQ(index.GetStreamSize("a"), 3U);
 }
 
+// The first block of the twentieth name needs an Index Block, for whose table there is no memory at first.
+TEST_F(IndexFile, NameWhoseFirstBlockFailedForWantOfMemoryGetsItWithTheNextValue) {
+    if (!Support::AddressSpaceLimit::isAvailable()) {
+        GTEST_SKIP() << "needs a limit to the address space";
+    }
+    for (char name = 'a'; name <= 's'; ++name) {
+        index.AddBlock(std::string(1, name));
+    }
+    {
+        const Support::AddressSpaceLimit limit;
+        variable.set("1000000000");
+        EXPECT_THROW(put("t", {7}), Qel::Exception::MemoryAllocationException);
+    }
+    EXPECT_EQ(index.GetStreamSize("t"), 0U);
+    variable.set("8");
+    put("t", {7});
+    EXPECT_EQ(index.GetStreamSize("t"), 1U);
+    EXPECT_EQ(entry(19).name, indexName);
+    EXPECT_EQ(entry(20).name, "t");
+}
+
 // --- Flushing
 
 TEST_F(IndexFile, FlushWritesFullFreezableBlocksInOneGo) {
