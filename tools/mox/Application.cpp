@@ -109,6 +109,7 @@ Application::Application(Terminal& terminal)
       app_(std::make_unique<CLI::App>("Works on MOX model files", "mox")),
       commands_(makeCommands()) {
     app_->formatter(std::make_shared<HelpFormatter>(helpWidth()));
+    app_->allow_windows_style_options(false); // there too, a slash begins a path
     app_->set_help_flag("-h,--help", "Show this help");
     app_->set_version_flag("-V,--version", versionText, "Show the version, and which formats are built in");
     app_->footer(detailsOf(commands_));

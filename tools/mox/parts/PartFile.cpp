@@ -11,6 +11,7 @@
 #include "../common/checkIsFile.h"
 #include "../common/foreignKind.h"
 #include "../common/readFailure.h"
+#include "../common/utf8Path.h"
 #include "titleByStepName.h"
 
 #include <MoxReader/BlockContent.h>
@@ -79,7 +80,8 @@ void checkAll(const std::string& path, const MoxReader::File& file, const PartPr
 
 std::shared_ptr<MoxReader::Source> openPart(const std::string& path) {
     checkIsFile(path);
-    const auto source = explainErrors(path, [&] { return std::make_shared<MoxReader::FileSource>(path); });
+    const auto source =
+        explainErrors(path, [&] { return std::make_shared<MoxReader::FileSource>(pathOf(path)); });
     refuseForeignFile(path, *source);
     return source;
 }
