@@ -65,6 +65,12 @@ protected:
     std::vector<std::unique_ptr<Node>> owned;
 };
 
+TEST(AdtTreeNode, NewOneHasNeitherAnIdNorRelatives) {
+    const QelAdt::TreeNode<int> node;
+    EXPECT_EQ(linksOf(node), (Links{0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(node.data, 0);
+}
+
 TEST_F(AdtTree, NewTreeHasARootWithoutLinksAndPayload) {
     EXPECT_EQ(tree.GetNodes().size(), 1U);
     EXPECT_EQ(linksOf(tree.GetCurrentNode()), (Links{1, 0, 0, 0, 0, 0}));

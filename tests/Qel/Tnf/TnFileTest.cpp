@@ -161,7 +161,7 @@ private:
 
 TEST_F(TnFile, FileIsOpenWhenTheLogSaysThatItIsBeingClosedAndNotWhenItSaysThatItIs) {
     file.OpenFileForWriting(path, false);
-    const OpenAtRecords log(file);
+    OpenAtRecords log(file);
     file.CloseFile();
     EXPECT_EQ(log.isOpen, (std::vector<bool>{true, false}));
 }
