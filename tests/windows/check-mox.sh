@@ -48,7 +48,7 @@ mox extract --all "$folder/數" "$folder/模型.mox" || complain "nothing is ext
 mox split "$folder/模型.mox" "$folder/片" || complain "nothing is split into a folder that is not ASCII"
 mox join -q --under '{file}' "$folder/Größe.mox" "$folder/模型.mox" "$folder"/片/*.mox ||
     complain "files are not joined at a path that is not ASCII"
-mox tree "$folder/Größe.mox" | grep -q 模型 || complain "a group is not called like its file"
+mox tree "$folder/Größe.mox" | grep 模型 > /dev/null || complain "a group is not called like its file"
 mox view --no-open -q -o "$folder/見.html" "$folder/模型.mox" || complain "there is no page at a path that is not ASCII"
 [ -f "$folder/見.html" ] || complain "the page has the wrong name"
 if mox info "$folder/無.mox" 2> message; then

@@ -117,7 +117,7 @@ public:
           input_(request.input, PartCheck::Structure,
                  [&](double done) { progress("reading the tree", done); }),
           plan_(input_.model(), request.kind),
-          source_(request.input),
+          source_(pathOf(request.input)),
           folder_(pathOf(request.folder)) {}
 
     SplitSummary run() {
