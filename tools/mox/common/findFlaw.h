@@ -20,7 +20,7 @@ std::optional<std::string> findBlockFlaw(const MoxReader::File& file, const Prog
 std::optional<std::string> findIndexFlaw(const MoxReader::File& file);
 
 /// A block that did not reach the disk to its end, in words; empty if there is none. What was never written reads as
-/// zeros, and those the checksum at the end of a block hardly ever is; only where it is, the block is decompressed.
+/// zeros, and the checksum at the end of a block is hardly ever zero; only where it is, the block is decompressed.
 /// @param file Without a flaw of its index.
 std::optional<std::string> findUnwrittenBlock(const MoxReader::File& file);
 
