@@ -6,3 +6,6 @@ execute_process(
             -o ${manifest}
     COMMAND_ERROR_IS_FATAL ANY)
 add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${manifest}>)
+
+# What is not optimised, or joined of several sources, can have more sections than the usual form of an object holds.
+add_compile_options(-Wa,-mbig-obj)

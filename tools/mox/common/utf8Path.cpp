@@ -12,7 +12,7 @@ namespace {
 // Where paths are bytes, they may have any.
 constexpr bool AreBytes = std::is_same_v<std::filesystem::path::value_type, char>;
 
-std::u8string validUtf8(std::string_view text) {
+[[maybe_unused]] std::u8string validUtf8(std::string_view text) {
     std::u8string valid;
     while (!text.empty()) {
         const auto size = utf8CharacterSize(text);
