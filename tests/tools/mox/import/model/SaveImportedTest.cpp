@@ -102,7 +102,7 @@ TEST_F(SaveImported, NumbersThatDidNotReachTheDiskAreNoticed) {
             std::fill(bytes.begin() + static_cast<long>(kept), bytes.end(), '\0');
         };
     };
-    for (const std::size_t kept : {0, 4, 10}) {
+    for (const unsigned int kept : {0U, 4U, 10U}) {
         const auto failure = saveDamaged(false, lose(kept));
         EXPECT_TRUE(failure.starts_with(folder.path("out.mox") +
                                         ": can't be written: the saved file is not whole (block 0 at 2800: "))
