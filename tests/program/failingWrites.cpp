@@ -58,75 +58,76 @@ ResultT failure(FILE* stream, ResultT result) {
 
 } // namespace
 
+// Parameters have the names of the declarations.
 extern "C" {
 
-ssize_t write(int file, const void* bytes, std::size_t count) {
+ssize_t write(int fd, const void* buf, std::size_t n) {
     static auto* const next = actual(write, "write");
-    return isToFail(file) ? failure(ssize_t{-1}) : next(file, bytes, count);
+    return isToFail(fd) ? failure(ssize_t{-1}) : next(fd, buf, n);
 }
 
-ssize_t writev(int file, const iovec* pieces, int count) {
+ssize_t writev(int fd, const iovec* vec, int count) {
     static auto* const next = actual(writev, "writev");
-    return isToFail(file) ? failure(ssize_t{-1}) : next(file, pieces, count);
+    return isToFail(fd) ? failure(ssize_t{-1}) : next(fd, vec, count);
 }
 
-ssize_t pwrite(int file, const void* bytes, std::size_t count, off_t offset) {
+ssize_t pwrite(int fd, const void* buf, std::size_t n, off_t offset) {
     static auto* const next = actual(pwrite, "pwrite");
-    return isToFail(file) ? failure(ssize_t{-1}) : next(file, bytes, count, offset);
+    return isToFail(fd) ? failure(ssize_t{-1}) : next(fd, buf, n, offset);
 }
 
-ssize_t pwrite64(int file, const void* bytes, std::size_t count, off64_t offset) {
+ssize_t pwrite64(int fd, const void* buf, std::size_t n, off64_t offset) {
     static auto* const next = actual(pwrite64, "pwrite64");
-    return isToFail(file) ? failure(ssize_t{-1}) : next(file, bytes, count, offset);
+    return isToFail(fd) ? failure(ssize_t{-1}) : next(fd, buf, n, offset);
 }
 
-ssize_t copy_file_range(int from, off64_t* fromOffset, int to, off64_t* toOffset, std::size_t count,
+ssize_t copy_file_range(int infd, off64_t* pinoff, int outfd, off64_t* poutoff, std::size_t length,
                         unsigned flags) {
     static auto* const next = actual(copy_file_range, "copy_file_range");
-    return isToFail(to) ? failure(ssize_t{-1}) : next(from, fromOffset, to, toOffset, count, flags);
+    return isToFail(outfd) ? failure(ssize_t{-1}) : next(infd, pinoff, outfd, poutoff, length, flags);
 }
 
-int ftruncate(int file, off_t length) noexcept {
+int ftruncate(int fd, off_t length) noexcept {
     static auto* const next = actual(ftruncate, "ftruncate");
-    return isToFail(file) ? failure(-1) : next(file, length);
+    return isToFail(fd) ? failure(-1) : next(fd, length);
 }
 
-int ftruncate64(int file, off64_t length) noexcept {
+int ftruncate64(int fd, off64_t length) noexcept {
     static auto* const next = actual(ftruncate64, "ftruncate64");
-    return isToFail(file) ? failure(-1) : next(file, length);
+    return isToFail(fd) ? failure(-1) : next(fd, length);
 }
 
-int fsync(int file) {
+int fsync(int fd) {
     static auto* const next = actual(fsync, "fsync");
-    return isToFail(file) ? failure(-1) : next(file);
+    return isToFail(fd) ? failure(-1) : next(fd);
 }
 
 // It is closed all the same, as by the system.
-int close(int file) {
+int close(int fd) {
     static auto* const next = actual(close, "close");
-    const bool fails = isToFail(file);
-    const int result = next(file);
+    const bool fails = isToFail(fd);
+    const int result = next(fd);
     return fails ? failure(-1) : result;
 }
 
-std::size_t fwrite(const void* bytes, std::size_t size, std::size_t count, FILE* stream) {
+std::size_t fwrite(const void* ptr, std::size_t size, std::size_t n, FILE* s) {
     static auto* const next = actual(fwrite, "fwrite");
-    return isToFail(stream) ? failure(stream, std::size_t{0}) : next(bytes, size, count, stream);
+    return isToFail(s) ? failure(s, std::size_t{0}) : next(ptr, size, n, s);
 }
 
-int fputs(const char* text, FILE* stream) {
+int fputs(const char* s, FILE* stream) {
     static auto* const next = actual(fputs, "fputs");
-    return isToFail(stream) ? failure(stream, EOF) : next(text, stream);
+    return isToFail(stream) ? failure(stream, EOF) : next(s, stream);
 }
 
-int fputc(int letter, FILE* stream) {
+int fputc(int c, FILE* stream) {
     static auto* const next = actual(fputc, "fputc");
-    return isToFail(stream) ? failure(stream, EOF) : next(letter, stream);
+    return isToFail(stream) ? failure(stream, EOF) : next(c, stream);
 }
 
-int putc(int letter, FILE* stream) {
+int putc(int c, FILE* stream) {
     static auto* const next = actual(putc, "putc");
-    return isToFail(stream) ? failure(stream, EOF) : next(letter, stream);
+    return isToFail(stream) ? failure(stream, EOF) : next(c, stream);
 }
 
 int fflush(FILE* stream) {
